@@ -1,0 +1,38 @@
+# How everything here is compiled: C++20, warnings as errors, hidden symbols, and one switch for instrumentation.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 99)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+if(VEK_INSTRUMENT STREQUAL "sanitizers")
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+elseif(VEK_INSTRUMENT STREQUAL "coverage")
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=address,undefined)
+elseif(VEK_INSTRUMENT)
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+endif()
+
+# Warnings as errors and the folder root as the one include path.
+function(vekCompiling target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+endfunction()
+
+# The dynamic symbol table holds the four calls and nothing else.
+function(vekExportingTheFourCalls target)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/api/exports.map
+                                          -Wl,--no-undefined -Wl,--exclude-libs,ALL)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/api/exports.map)
+endfunction()

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Installs what building and testing need and this machine lacks (Debian packages). Run by demo.sh and test.sh.
+#   packages.sh build   compilers and build tools
+#   packages.sh test    these, and what the tests and benchmarks need
+set -euo pipefail
+
+packages=(g++ cmake ninja-build)
+if [ "${1:-build}" = test ]; then
+    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+asRoot=()
+[ "$(id -u)" -eq 0 ] || asRoot=(sudo)
+echo "Installing: ${missing[*]}"
+"${asRoot[@]}" apt-get update -qq
+"${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
