@@ -1,0 +1,84 @@
+// The envelope around a body: "@@", message id, length, two header numbers, body, "!!".
+//
+// Header-only, since hosts that want to know what is wrong with a text read envelopes too. Pure functions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// The numbers of an envelope. Reading leaves those alone that it can't read.
+struct envelopeNumbers_t {
+    std::int32_t id = 0;
+    std::int32_t echoTag = -1;       ///< that of the last message read; written into every message
+    std::int32_t sequenceNumber = 0; ///< that of the last message read; each message written counts one up
+};
+
+enum class envelopeResult_t : std::int32_t {
+    correct = 0,
+    wrongMarker = 4, ///< no "@@" at the start, or no "!!" behind the body
+    wrongLength = 6, ///< the length is not the text's, its NUL included
+};
+
+namespace detail {
+
+/// Reads over an envelope's text, character by character.
+struct envelopeScan_t {
+    const char *at;
+    const char *end;
+
+    static bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+    void skipSpace() {
+        while (at != end && isSpace(*at))
+            ++at;
+    }
+
+    /// Reads a decimal number behind optional white space, at the largest or smallest value when it is beyond 32 bits.
+    /// When there is none, the target keeps its value; white space and a lone sign are skipped all the same.
+    void number(std::int32_t &target) {
+        skipSpace();
+        bool isNegative = false;
+        if (at != end && (*at == '-' || *at == '+'))
+            isNegative = *at++ == '-';
+        const char *const digits = at;
+        const std::int64_t limit = isNegative ? -std::int64_t{INT32_MIN} : std::int64_t{INT32_MAX};
+        std::int64_t value = 0;
+        for (; at != end && *at >= '0' && *at <= '9'; ++at) {
+            value = value * 10 + (*at - '0');
+            value = value < limit ? value : limit;
+        }
+        if (at != digits)
+            target = static_cast<std::int32_t>(isNegative ? -value : value);
+    }
+};
+
+} // namespace detail
+
+/// Takes an envelope apart. `text` is the whole text without its NUL; `body` becomes a view into it, and stays as it is
+/// when no body is reached. The body is cut by counting from the end of the text, so it may contain "!!".
+inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body) {
+    if (text.substr(0, 2) != "@@")
+        return envelopeResult_t::wrongMarker;
+    detail::envelopeScan_t scan{text.data() + 2, text.data() + text.size()};
+    scan.number(numbers.id);
+    std::int32_t length = 0;
+    scan.number(length);
+    if (length < 0 || static_cast<std::size_t>(length) != text.size() + 1)
+        return envelopeResult_t::wrongLength;
+    scan.number(numbers.echoTag);
+    scan.number(numbers.sequenceNumber);
+    constexpr std::ptrdiff_t separator = 1;
+    constexpr std::ptrdiff_t endMarker = 2;
+    if (const std::ptrdiff_t unread = scan.end - scan.at; unread >= separator + endMarker) {
+        body = {scan.at + separator, static_cast<std::size_t>(unread - separator - endMarker)};
+        scan.at = scan.end - endMarker;
+    }
+    scan.skipSpace();
+    const std::string_view rest(scan.at, static_cast<std::size_t>(scan.end - scan.at));
+    return rest.substr(0, 2) == "!!" ? envelopeResult_t::correct : envelopeResult_t::wrongMarker;
+}
+
+} // namespace vek

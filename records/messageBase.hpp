@@ -1,0 +1,25 @@
+// What the polymorphic message structures have in common.
+//
+// A host reads and fills their public members. Members without a key in the text keep their defaults in a conversion.
+#pragma once
+
+#include <cstdint>
+
+namespace vek {
+
+/// The base of the structures of messages 4096 to 4136 and of the structures nested in them.
+class MessageBase {
+public:
+    MessageBase() = default;
+    MessageBase(const MessageBase &) = default;
+    MessageBase &operator=(const MessageBase &) = default;
+    virtual ~MessageBase() = default;
+
+    /// The message id less 4096; -1 in a structure that is no message of its own.
+    std::int32_t kind = -1;
+
+protected:
+    explicit MessageBase(std::int32_t messageKind) : kind(messageKind) {}
+};
+
+} // namespace vek

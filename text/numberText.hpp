@@ -1,0 +1,72 @@
+// Numbers as text: the one place where a body's integers and reals are written and read.
+//
+// Both directions are exact: writing rounds to nearest, ties to even, reading gives the nearest representable number.
+// Neither consults the locale or errno. Pure functions, safe for concurrent use.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// Room that writeInteger needs: ten digits and a sign.
+inline constexpr std::size_t integerRoom = 11;
+
+/// Room that writeReal needs: 309 digits, a sign, the point and six decimals.
+inline constexpr std::size_t realRoom = 320;
+
+/// Writes `value` in decimal and returns the end of what was written. No terminator is written.
+inline char *writeInteger(std::int32_t value, char *to) {
+    return std::to_chars(to, to + integerRoom, value).ptr;
+}
+
+/// Writes `value` as C's "%lf" does in the C locale: six decimals, no exponent; infinities and not-a-numbers as "inf",
+/// "-inf", "nan" and "-nan". Returns the end of what was written. No terminator is written.
+char *writeReal(double value, char *to);
+
+/// Reads optional white space, an optional sign and decimal digits, and ignores what follows. No digits give 0; a value
+/// beyond 32 bits keeps its low 32 bits.
+inline std::int32_t readInteger(std::string_view text);
+
+/// Reads optional white space, an optional sign, decimal digits with an optional point, and an optional exponent, and
+/// ignores what follows. No digits give 0.0, a value beyond the range of double an infinity.
+double readReal(std::string_view text);
+
+/// White space in front of a number, as in the C locale.
+constexpr bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr bool isDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+/// A number's leading white space and sign, taken off the front of its text.
+struct numberStart_t {
+    const char *at;
+    bool isNegative;
+};
+
+inline numberStart_t skipToDigits(const char *at, const char *end) {
+    while (at != end && isSpace(*at))
+        ++at;
+    bool isNegative = false;
+    if (at != end && (*at == '-' || *at == '+'))
+        isNegative = *at++ == '-';
+    return {at, isNegative};
+}
+
+inline std::int32_t readInteger(std::string_view text) {
+    const char *const end = text.data() + text.size();
+    auto [at, isNegative] = skipToDigits(text.data(), end);
+    std::uint32_t value = 0;
+    for (; at != end && isDigit(*at); ++at)
+        value = value * 10U + static_cast<std::uint32_t>(*at - '0');
+    return static_cast<std::int32_t>(isNegative ? 0U - value : value);
+}
+
+} // namespace vek
