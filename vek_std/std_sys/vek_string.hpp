@@ -180,14 +180,13 @@ private:
 static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
-    if (body && body->isPrivate() && text) {
-        const std::uint32_t spare = body->capacity - body->length;
-        if (n <= spare && spare - n <= stringSettings.slackLimit) {
-            std::memmove(body->data + body->length, text, n);
-            body->length += static_cast<std::uint32_t>(n);
-            body->data[body->length] = '\0';
-            return *this;
-        }
+    // The common case: room is left, and the capacity is the rounded one before and after.
+    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged) {
+        char *end = body->data + body->length;
+        body->length += static_cast<std::uint32_t>(n);
+        std::memmove(end, text, n);
+        end[n] = '\0';
+        return *this;
     }
     return replace(length(), 0, text, n);
 }

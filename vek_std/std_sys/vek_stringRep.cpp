@@ -23,16 +23,26 @@ void reportNonZeroReference() {
     report(" : DESTRUCT_NON_ZERO_REF");
 }
 
+std::uint32_t setSize(std::uint32_t &size, std::uint32_t characters) {
+    stringSettings.sizesChanged = true;
+    return std::exchange(size, characters);
+}
+
 void signalOutOfMemory() {
     signalError(location, outOfMemoryLine, stringOutOfMemoryHook);
 }
 
 } // namespace
 
-constinit stringSettings_t stringSettings;
 constinit errorHook_t stringOutOfMemoryHook = reportOutOfMemory;
 constinit errorHook_t stringBadIndexHook = reportBadIndex;
 constinit errorHook_t stringNonZeroReferenceHook = reportNonZeroReference;
+
+std::uint32_t setInitialCapacity(std::uint32_t characters) {
+    return setSize(stringSettings.initialCapacity, characters);
+}
+std::uint32_t setGrowthStep(std::uint32_t characters) { return setSize(stringSettings.growthStep, characters); }
+std::uint32_t setSlackLimit(std::uint32_t characters) { return setSize(stringSettings.slackLimit, characters); }
 
 constinit const stringRep_t stringRep_t::constantEmpty = {
     constantMark, const_cast<char *>(constantEmpty.room), 0, inlineCapacity, {}};

@@ -21,22 +21,17 @@ struct stringSettings_t {
     std::uint32_t initialCapacity = 63; ///< Smallest capacity of a buffer, in characters.
     std::uint32_t growthStep = 64;      ///< Capacities grow by multiples of this; 0 acts as 1.
     std::uint32_t slackLimit = 63;      ///< A buffer that would keep more unused characters is shrunk.
+    bool sizesChanged = false;          ///< Was one of these three ever set? Else every capacity is in their steps.
     int caseSensitive = 1;              ///< 0: comparing, searching and hashing take no notice of case.
     int skipWhitespace = 1;             ///< Does readLine skip white space first?
     int spareFlag = 1;                  ///< Read by no operation.
     int skipIndexCheck = 0;             ///< Not 0: operator[] reports no bad index.
 };
-extern stringSettings_t stringSettings;
+inline constinit stringSettings_t stringSettings;
 
-inline std::uint32_t setInitialCapacity(std::uint32_t n) {
-    return std::exchange(stringSettings.initialCapacity, n);
-}
-inline std::uint32_t setGrowthStep(std::uint32_t n) {
-    return std::exchange(stringSettings.growthStep, n);
-}
-inline std::uint32_t setSlackLimit(std::uint32_t n) {
-    return std::exchange(stringSettings.slackLimit, n);
-}
+std::uint32_t setInitialCapacity(std::uint32_t characters);
+std::uint32_t setGrowthStep(std::uint32_t characters);
+std::uint32_t setSlackLimit(std::uint32_t characters);
 inline int setCaseSensitive(int flag) {
     return std::exchange(stringSettings.caseSensitive, flag);
 }
