@@ -96,8 +96,7 @@ std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **te
         return 0;
     }
     *text = emptyText();
-    return row != nullptr && row->writing == writing_t::empty ? 0
-                                                              : refuseId("vekValToStr: Invalid msg ID = ", msgId);
+    return row != nullptr && row->writing == writing_t::empty ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
 } catch (const std::bad_alloc &) {
     return failure;
 }

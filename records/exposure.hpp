@@ -1,4 +1,5 @@
-// Message structures of exposures: resolution set-up, bitmap type, cylinder size; and the plain ones by their C++ names.
+// Message structures of exposures: resolution set-up, bitmap type, cylinder size; and the plain ones by their C++
+// names.
 #pragma once
 
 #include "api/vekParams2ASCII.h"

@@ -42,8 +42,8 @@ public:
     double inputContent = 0.0;
     std::int32_t resIntTableN = 0;
     string_t mediaPosition;
-    std::uint8_t isInstalled = 0;           ///< 0 or 1
-    std::int32_t numAvailablePunchSys = 0;  ///< at most so many names are written
+    std::uint8_t isInstalled = 0;          ///< 0 or 1
+    std::int32_t numAvailablePunchSys = 0; ///< at most so many names are written
     growableList_t<string_t> punchSysName;
     Media media;
 };

@@ -54,8 +54,8 @@ void *conversionOf<Record>::create() {
             return new structure_t();
         } else {
             // Cleared as memory, so that padding is zero too.
-            auto *structure = static_cast<structure_t *>(std::memset(::operator new(sizeof(structure_t)), 0,
-                                                                     sizeof(structure_t)));
+            auto *structure =
+                static_cast<structure_t *>(std::memset(::operator new(sizeof(structure_t)), 0, sizeof(structure_t)));
             fillWithDefaults<Record>(*structure);
             return structure;
         }
@@ -87,7 +87,7 @@ void conversionOf<Record>::destroy(void *structure) {
         if constexpr (std::is_polymorphic_v<structure_t>) {
             delete static_cast<structure_t *>(structure);
         } else {
-            if constexpr (requires(structure_t &plain) { Record::releaseMembers(plain); })
+            if constexpr (requires(structure_t & plain) { Record::releaseMembers(plain); })
                 Record::releaseMembers(*static_cast<structure_t *>(structure));
             ::operator delete(structure);
         }

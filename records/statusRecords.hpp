@@ -27,7 +27,7 @@ public:
     longField_t severity{*this, "SEVERITY", structure.severity};
     countField_t<10> numOfMessages{*this, "NUM_OF_MESSAGES", structure.numOfMessages};
     roomField_t<fixedTextField_t<255>, 10, counting_t::byMemberUnchecked> msgs{*this, "MSGS", structure.msgs,
-                                                                              structure.numOfMessages};
+                                                                               structure.numOfMessages};
 };
 
 /// A text that the structure owns, from the library's allocator. Null prints nothing; an absent key gives "".

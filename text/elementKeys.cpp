@@ -17,8 +17,9 @@ std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::i
     std::int32_t index = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), index);
     char spelling[integerRoom];
-    const bool isExact = error == std::errc() && end == digits.data() + digits.size() && index >= 0 && index < count &&
-                         digits == std::string_view(spelling, static_cast<std::size_t>(writeInteger(index, spelling) - spelling));
+    const bool isExact =
+        error == std::errc() && end == digits.data() + digits.size() && index >= 0 && index < count &&
+        digits == std::string_view(spelling, static_cast<std::size_t>(writeInteger(index, spelling) - spelling));
     return isExact ? index : -1;
 }
 

@@ -84,15 +84,14 @@ public:
 
     /// Drops elements from the end, or appends value-initialised ones. A negative count is taken as 0.
     void resize(std::int32_t count) {
-        while (count_ > 0 && count_ > count)
-            items_[--count_].~T();
+        truncate(count);
         reserve(count);
         while (count_ < count)
             new (items_ + count_++) T();
     }
 
     /// Removes every element; the storage is kept.
-    void clear() { resize(0); }
+    void clear() { truncate(0); }
 
     void swap(growableList_t &other) noexcept {
         std::swap(items_, other.items_);
@@ -101,6 +100,11 @@ public:
     }
 
 private:
+    void truncate(std::int32_t count) {
+        while (count_ > 0 && count_ > count)
+            items_[--count_].~T();
+    }
+
     std::int32_t doubled() const {
         if (count_ > INT32_MAX / 2)
             outOfMemory();

@@ -70,7 +70,8 @@ class roomElements_t {
 public:
     using array_t = Value[Room];
 
-    roomElements_t(pass_t pass, array_t &values, const std::int32_t &count = roomSize) : values_(values), count_(count) {
+    roomElements_t(pass_t pass, array_t &values, const std::int32_t &count = roomSize)
+        : values_(values), count_(count) {
         if (pass == pass_t::parse)
             for (Value &value : values)
                 Element(pass_t::parse, value);

@@ -85,7 +85,7 @@ std::int64_t readExponent(const char *at, const char *end) {
 // The general way: any number of digits. Zeros in front and at the end don't make a number long.
 decimal_t readAnyDecimal(const char *at, const char *end) {
     decimal_t number;
-    std::int64_t significant = 0;  // digits since the first that is not zero
+    std::int64_t significant = 0;   // digits since the first that is not zero
     std::int64_t trailingZeros = 0; // of these, zeros not yet followed by another digit
     std::int64_t decimals = 0;
     bool behindPoint = false;

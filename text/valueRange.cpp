@@ -2,7 +2,6 @@
 
 #include "text/numberText.hpp"
 
-
 namespace vek {
 
 void valueRange_t::setInterval(double lower, double upper) {
