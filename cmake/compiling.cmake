@@ -33,6 +33,9 @@ endfunction()
 # The dynamic symbol table holds the four calls and nothing else.
 function(vekExportingTheFourCalls target)
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/api/exports.map
-                                          -Wl,--no-undefined -Wl,--exclude-libs,ALL)
+                                          -Wl,--exclude-libs,ALL)
+    if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/api/exports.map)
 endfunction()
