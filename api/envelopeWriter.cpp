@@ -14,9 +14,14 @@ using namespace std::string_view_literals;
 
 constexpr std::size_t lengthDigits = 5;
 
-void putNumber(bodyWriter_t &out, std::int32_t number) {
-    out.advance(writeInteger(number, out.room(integerRoom)));
-    out.put(' ');
+char *writeWord(std::string_view word, char *to) {
+    return to + word.copy(to, word.size());
+}
+
+char *writeNumber(std::int32_t number, char *to) {
+    to = writeInteger(number, to);
+    *to = ' ';
+    return to + 1;
 }
 
 } // namespace
@@ -24,12 +29,11 @@ void putNumber(bodyWriter_t &out, std::int32_t number) {
 std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, envelopeNumbers_t &numbers) {
     numbers.sequenceNumber =
         static_cast<std::int32_t>(static_cast<std::uint32_t>(numbers.sequenceNumber) + std::uint32_t{1});
-    out.put("@@"sv);
-    putNumber(out, id);
+    char *at = writeWord("@@", out.room(3 * (integerRoom + 1) + 2 + lengthDigits + 1));
+    out.advance(writeNumber(id, at));
     const std::size_t lengthPosition = out.size();
-    out.put("***** "sv);
-    putNumber(out, numbers.echoTag);
-    putNumber(out, numbers.sequenceNumber);
+    at = writeWord("***** ", out.room(0));
+    out.advance(writeNumber(numbers.sequenceNumber, writeNumber(numbers.echoTag, at)));
     return lengthPosition;
 }
 

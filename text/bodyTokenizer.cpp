@@ -3,10 +3,6 @@
 #include <bit>
 #include <cstring>
 
-#ifdef __SSE2__
-#    include <emmintrin.h>
-#endif
-
 namespace vek {
 
 namespace {
@@ -16,13 +12,10 @@ namespace {
 const char *findBracedEnd(const char *at, const char *end) {
     std::size_t depth = 0;
 #ifdef __SSE2__
-    const __m128i open = _mm_set1_epi8(openBrace);
-    const __m128i close = _mm_set1_epi8(closeBrace);
-    for (; end - at >= 16; at += 16) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
-        const auto opens = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, open)));
-        const auto closes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, close)));
-        for (unsigned braces = opens | closes; braces != 0; braces &= braces - 1) {
+    for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
+        const characterBlock_t block(at);
+        const unsigned opens = block.equal(openBrace);
+        for (unsigned braces = opens | block.equal(closeBrace); braces != 0; braces &= braces - 1) {
             if ((opens & braces & (0U - braces)) != 0)
                 ++depth;
             else if (--depth == 0)

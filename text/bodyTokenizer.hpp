@@ -4,8 +4,10 @@
 // separator; white space has no meaning. Tokens are views into the body, nothing is copied.
 #pragma once
 
+#include "text/characterBlock.hpp"
 #include "text/characters.hpp"
 
+#include <bit>
 #include <cstddef>
 #include <string_view>
 
@@ -30,8 +32,7 @@ public:
         if (*at_ == '"')
             return quotedToken();
         const char *const start = at_;
-        while (at_ != end_ && !isSeparator(*at_))
-            ++at_;
+        at_ = findSeparator(at_, end_);
         return at_ == start ? noToken : std::string_view(start, static_cast<std::size_t>(at_ - start));
     }
 
@@ -55,6 +56,19 @@ public:
     }
 
 private:
+    static const char *findSeparator(const char *at, const char *end) {
+#ifdef __SSE2__
+        for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
+            const unsigned found = characterBlock_t(at).equalAny(separators[0], separators[1], separators[2]);
+            if (found != 0)
+                return at + std::countr_zero(found);
+        }
+#endif
+        while (at != end && !isSeparator(*at))
+            ++at;
+        return at;
+    }
+
     std::string_view bracedToken();
     std::string_view quotedToken();
 

@@ -1,7 +1,6 @@
 #include "text/numberText.hpp"
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 namespace vek {
@@ -10,37 +9,15 @@ namespace {
 
 constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
 
-constexpr auto digitPairs = [] {
-    std::array<char, 200> pairs{};
-    for (std::size_t i = 0; i < 100; ++i) {
-        pairs[2 * i] = static_cast<char>('0' + i / 10);
-        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return pairs;
-}();
-
 // Every power of ten that a double holds exactly.
 constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 char *writeSixDigits(std::uint32_t value, char *to) {
-    std::memcpy(to, &digitPairs[std::size_t{2} * (value / 10000)], 2);
-    std::memcpy(to + 2, &digitPairs[std::size_t{2} * (value / 100 % 100)], 2);
-    std::memcpy(to + 4, &digitPairs[std::size_t{2} * (value % 100)], 2);
-    return to + 6;
-}
-
-char *writeWhole(std::uint64_t value, char *to) {
-    if (value < 10) {
-        *to = static_cast<char>('0' + value);
-        return to + 1;
-    }
-    if (value < 100) {
-        std::memcpy(to, &digitPairs[2 * value], 2);
-        return to + 2;
-    }
-    return std::to_chars(to, to + 20, value).ptr;
+    to = writeDigitPair(value / 10000, to);
+    to = writeDigitPair(value / 100 % 100, to);
+    return writeDigitPair(value % 100, to);
 }
 
 #ifdef __SIZEOF_INT128__
@@ -149,7 +126,7 @@ char *writeReal(double value, char *to) {
         const std::uint64_t millionths = inMillionths(significand, 1075 - (exponent == 0 ? 1 : exponent));
         if (bits >> 63 != 0)
             *to++ = '-';
-        to = writeWhole(millionths / 1000000U, to);
+        to = writeUnsigned(millionths / 1000000U, to);
         *to++ = '.';
         return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
     }

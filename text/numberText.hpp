@@ -9,6 +9,8 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
 #include <string_view>
 
 namespace vek {
@@ -19,9 +21,47 @@ inline constexpr std::size_t integerRoom = 11;
 /// Room that writeReal needs: 309 digits, a sign, the point and six decimals.
 inline constexpr std::size_t realRoom = 320;
 
+/// The numbers 00 to 99, two digits each.
+inline constexpr auto digitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
+
+/// Writes a number below 100 with exactly two digits.
+inline char *writeDigitPair(std::size_t value, char *to) {
+    std::memcpy(to, &digitPairs[2 * value], 2);
+    return to + 2;
+}
+
+/// Writes a number in decimal and returns the end of what was written. Most are short.
+template <class Unsigned>
+char *writeUnsigned(Unsigned value, char *to) {
+    if (value >= 10000)
+        return std::to_chars(to, to + std::numeric_limits<Unsigned>::digits10 + 1, value).ptr;
+    const auto pairs = static_cast<std::size_t>(value);
+    if (pairs >= 100) {
+        if (pairs >= 1000)
+            to = writeDigitPair(pairs / 100, to);
+        else
+            *to++ = static_cast<char>('0' + pairs / 100);
+        return writeDigitPair(pairs % 100, to);
+    }
+    if (pairs >= 10)
+        return writeDigitPair(pairs, to);
+    *to = static_cast<char>('0' + pairs);
+    return to + 1;
+}
+
 /// Writes `value` in decimal and returns the end of what was written. No terminator is written.
 inline char *writeInteger(std::int32_t value, char *to) {
-    return std::to_chars(to, to + integerRoom, value).ptr;
+    if (value < 0)
+        *to++ = '-';
+    const auto bits = static_cast<std::uint32_t>(value);
+    return writeUnsigned(value < 0 ? 0U - bits : bits, to);
 }
 
 /// Writes `value` as C's "%lf" does in the C locale: six decimals, no exponent; infinities and not-a-numbers as "inf",

@@ -1,14 +1,30 @@
 #include "text/scalarFields.hpp"
 
+#include "text/characterBlock.hpp"
+
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace vek {
 
+// The text is copied first and mended in the buffer, where whole blocks may be looked at even behind its end.
 void writeText(const char *text, std::size_t size, bodyWriter_t &out) {
-    char *to = out.room(size);
-    for (std::size_t i = 0; i < size && text[i] != '\0'; ++i)
-        *to++ = escaped(text[i]);
-    out.advance(to);
+    constexpr std::size_t slack = 16;
+    char *const start = out.room(size + slack);
+    char *const end = start + size;
+    std::memcpy(start, text, size);
+    char *at = start;
+#ifdef __SSE2__
+    for (; at < end; at += characterBlock_t::size) {
+        const unsigned special = characterBlock_t(at).equalAny('\0', '=', ';', ',', openBrace, closeBrace);
+        if (special != 0 && at + std::countr_zero(special) < end)
+            break;
+    }
+#endif
+    for (; at < end && *at != '\0'; ++at)
+        *at = escaped(*at);
+    out.advance(std::min(at, end));
 }
 
 void stringCodec_t::read(std::string_view text, value_t &value) {

@@ -80,7 +80,10 @@ struct fixedTextCodec_t {
     static constexpr std::string_view kind = "string", memberType = "char";
     static constexpr std::int32_t room = Room;
     static void clear(value_t &value) { std::memset(value, 0, Room); }
-    static void write(const value_t &value, bodyWriter_t &out) { writeText(value, Room, out); }
+    static void write(const value_t &value, bodyWriter_t &out) {
+        const void *const end = std::memchr(value, '\0', Room);
+        writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, out);
+    }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;
         for (std::size_t i = 0; i < length; ++i)

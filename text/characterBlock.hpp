@@ -1,0 +1,40 @@
+// characterBlock_t: sixteen characters looked at in one go, where the processor can (SSE2).
+//
+// Code that uses it is written twice on purpose: by blocks, and character by character for what is left and for other
+// processors.
+#pragma once
+
+#ifdef __SSE2__
+
+#    include <emmintrin.h>
+
+namespace vek {
+
+class characterBlock_t {
+public:
+    static constexpr int size = 16;
+
+    /// Reads 16 characters, all of which must belong to the caller.
+    explicit characterBlock_t(const char *at) : block_(_mm_loadu_si128(reinterpret_cast<const __m128i *>(at))) {}
+
+    /// A bit for each character, from the lowest: is it `c`?
+    unsigned equal(char c) const { return mask(equalBytes(c)); }
+
+    /// A bit for each character, from the lowest: is it one of these?
+    template <class... Characters>
+    unsigned equalAny(Characters... characters) const {
+        __m128i any = _mm_setzero_si128();
+        ((any = _mm_or_si128(any, equalBytes(characters))), ...);
+        return mask(any);
+    }
+
+private:
+    __m128i equalBytes(char c) const { return _mm_cmpeq_epi8(block_, _mm_set1_epi8(c)); }
+    static unsigned mask(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
+
+    __m128i block_;
+};
+
+} // namespace vek
+
+#endif
