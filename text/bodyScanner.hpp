@@ -23,21 +23,7 @@ public:
         : tokenizer_(body.size() > 2 ? body.substr(1, body.size() - 2) : std::string_view{}) {}
 
     /// Reads the next pair; false when there is none left.
-    bool next(textPair_t &pair) {
-        while (!tokenizer_.atEnd()) {
-            pair.key = noToken;
-            pair.value = tokenizer_.token();
-            if (tokenizer_.delimiter()) {
-                pair.key = pair.value;
-                pair.value = tokenizer_.token();
-                tokenizer_.delimiter();
-                keyed_ = true;
-            }
-            if (pair.key.data() != nullptr || pair.value.data() != nullptr)
-                return true;
-        }
-        return false;
-    }
+    bool next(textPair_t &pair);
 
     /// Reads the next pair if it has exactly this key, a short cut for texts whose keys come in order.
     bool nextOf(std::string_view key, std::string_view &value) {

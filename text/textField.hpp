@@ -126,7 +126,7 @@ protected:
 
 /// Shows a record class to a visitor.
 template <class Record>
-void visitRecord(recordVisitor_t &visitor);
+[[gnu::cold]] void visitRecord(recordVisitor_t &visitor);
 
 /// What describe() tells: enough to document a field and to check where its member lies.
 struct fieldDescription_t {
