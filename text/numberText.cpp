@@ -20,21 +20,19 @@ char *writeSixDigits(std::uint32_t value, char *to) {
     return writeDigitPair(value % 100, to);
 }
 
-#ifdef __SIZEOF_INT128__
-// value = significand / 2^shift, times 10^6, rounded to an integer, ties to even.
+// significand / 2^shift in millionths, rounded to an integer, ties to even. The significand has at most 53 bits and the
+// shift is 9 to 63, so the product with 10^6 has at most 73 bits, held in two words, and the result fits one.
 std::uint64_t inMillionths(std::uint64_t significand, int shift) {
-    if (shift >= 74) // the product has at most 73 bits, so it is less than a half
-        return 0;
-    __extension__ using wide_t = unsigned __int128;
-    const wide_t product = static_cast<wide_t>(significand) * 1000000U;
-    const wide_t half = wide_t{1} << (shift - 1);
-    const wide_t remainder = product & ((half << 1) - 1);
-    auto quotient = static_cast<std::uint64_t>(product >> shift);
+    const std::uint64_t lower = (significand & UINT32_MAX) * 1000000U;
+    const std::uint64_t upper = (significand >> 32) * 1000000U + (lower >> 32);
+    const std::uint64_t product = upper << 32 | (lower & UINT32_MAX); // and above it the bits of upper >> 32
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    const std::uint64_t remainder = product & ((half << 1) - 1);
+    std::uint64_t quotient = upper >> 32 << (64 - shift) | product >> shift;
     if (remainder > half || (remainder == half && (quotient & 1) != 0))
         ++quotient;
     return quotient;
 }
-#endif
 
 // A decimal number taken apart: its value is digits * 10^exponent when `isShort`.
 struct decimal_t {
@@ -117,21 +115,20 @@ double readUnsignedReal(const char *at, const char *end) {
 } // namespace
 
 char *writeReal(double value, char *to) {
-#ifdef __SIZEOF_INT128__
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
-    if (exponent < 1023 + 44) { // below 2^44 the millionths fit 64 bits
-        const std::uint64_t fraction = bits & ((std::uint64_t{1} << 52) - 1);
-        const std::uint64_t significand = exponent == 0 ? fraction : fraction | std::uint64_t{1} << 52;
-        const std::uint64_t millionths = inMillionths(significand, 1075 - (exponent == 0 ? 1 : exponent));
-        if (bits >> 63 != 0)
-            *to++ = '-';
-        to = writeUnsigned(millionths / 1000000U, to);
-        *to++ = '.';
-        return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
-    }
-#endif
-    return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
+    const std::uint64_t implicitBit = std::uint64_t{1} << 52;
+    const int shift = 1075 - exponent;
+    const bool isZero = bits << 1 == 0;
+    // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
+    if (!isZero && (shift < 9 || shift > 63))
+        return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
+    const std::uint64_t millionths = isZero ? 0 : inMillionths((bits & (implicitBit - 1)) | implicitBit, shift);
+    if (bits >> 63 != 0)
+        *to++ = '-';
+    to = writeUnsigned(millionths / 1000000U, to);
+    *to++ = '.';
+    return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
 }
 
 double readReal(std::string_view text) {
