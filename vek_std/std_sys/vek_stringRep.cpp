@@ -41,8 +41,12 @@ constinit errorHook_t stringNonZeroReferenceHook = reportNonZeroReference;
 std::uint32_t setInitialCapacity(std::uint32_t characters) {
     return setSize(stringSettings.initialCapacity, characters);
 }
-std::uint32_t setGrowthStep(std::uint32_t characters) { return setSize(stringSettings.growthStep, characters); }
-std::uint32_t setSlackLimit(std::uint32_t characters) { return setSize(stringSettings.slackLimit, characters); }
+std::uint32_t setGrowthStep(std::uint32_t characters) {
+    return setSize(stringSettings.growthStep, characters);
+}
+std::uint32_t setSlackLimit(std::uint32_t characters) {
+    return setSize(stringSettings.slackLimit, characters);
+}
 
 constinit const stringRep_t stringRep_t::constantEmpty = {
     constantMark, const_cast<char *>(constantEmpty.room), 0, inlineCapacity, {}};
