@@ -137,7 +137,8 @@ public:
 
     /// Position of the pattern, whose length is stored. A null pattern is empty; an empty pattern is found at `start`.
     std::size_t index(const char *pattern, std::size_t start, std::size_t &patternLength) const;
-    std::size_t index(const string_t &pattern, std::size_t start = 0) const;
+    std::size_t index(const char *pattern, std::size_t start = 0) const;
+    std::size_t index(const string_t &pattern, std::size_t start = 0) const { return index(pattern.c_str(), start); }
     std::size_t first(char c, std::size_t start = 0) const;
     /// First character that belongs to the set; a null set has none.
     std::size_t first(const char *set, std::size_t start = 0) const;

@@ -1,0 +1,61 @@
+// Error reports, the memory exchange and the pause.
+
+#include "reports.hpp"
+#include "vek_std/std_sys/vek_stdlib.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+TEST(report, saysWhereAndWhat) {
+    vek::setLocation(nullptr);
+    vek::setLine(0);
+    EXPECT_EQ(reported([] { EXPECT_EQ(vek::report("what"), 31); }), "\nwhat ; called from *unknown,0\n");
+    vek::signalError("some/where", 4294967295U, nullptr);
+    EXPECT_STREQ(vek::getLocation(), "some/where");
+    EXPECT_EQ(vek::getLine(), 4294967295U);
+    EXPECT_EQ(reported([] { vek::report("it"); }), "\nit ; called from some/where,-1\n");
+}
+
+TEST(swapMemory, exchangesEverySize) {
+    for (std::size_t size = 0; size < 12; ++size) {
+        std::string a = "abcdefghijkl", b = "ABCDEFGHIJKL";
+        const std::string oldA = a, oldB = b;
+        EXPECT_EQ(vek::swapMemory(a.data() + 1, b.data() + 1, size, size), a.data() + 1);
+        EXPECT_EQ(a, "a" + oldB.substr(1, size) + oldA.substr(1 + size));
+        EXPECT_EQ(b, "A" + oldA.substr(1, size) + oldB.substr(1 + size));
+        vek::swapMemory(a.data(), a.data(), size, size);
+        EXPECT_EQ(a, "a" + oldB.substr(1, size) + oldA.substr(1 + size));
+    }
+}
+
+TEST(swapMemory, refusesTwoSizes) {
+    char a[] = "aaaa", b[] = "bbbb";
+    EXPECT_EQ(reported([&] { EXPECT_EQ(vek::swapMemory(a, b, 3, 4), nullptr); }),
+              "\n : DIFF_SZ_SWAP ; called from vek_std/std_sys/vek_stdlib,16\n");
+    EXPECT_EQ(std::string(a) + b, "aaaabbbb");
+}
+
+TEST(pause, waitsForTheEndOfALine) {
+    std::FILE *input = std::tmpfile();
+    std::fputs("not yet\nleft\n", input);
+    std::rewind(input);
+    const int keyboard = dup(0);
+    dup2(fileno(input), 0);
+    std::ostringstream stream;
+    stream << "before" << vek::pause;
+    EXPECT_EQ(stream.str(), "before ...Hit enter");
+    EXPECT_EQ(std::getchar(), 'l');
+    stream << vek::pause << vek::pause; // the end of the input ends the waiting too
+    dup2(keyboard, 0);
+    close(keyboard);
+    std::fclose(input);
+    std::clearerr(stdin);
+}
+
+} // namespace
