@@ -79,7 +79,7 @@ public:
     string_t(const char *text, std::size_t n);
     /// A copy of the viewed characters.
     string_t(const subString_t &view);
-    string_t(const string_t &other) : body(stringRep_t::share(other.body)) {}
+    string_t(const string_t &other) noexcept : body(stringRep_t::share(other.body)) {}
     /// Leaves the other with a null body.
     string_t(string_t &&other) noexcept : body(std::exchange(other.body, nullptr)) {}
     ~string_t() { stringRep_t::release(body); }
@@ -182,7 +182,8 @@ static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
     // The common case: room is left, and the capacity is the rounded one before and after.
-    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged) {
+    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged)
+        [[likely]] {
         char *end = body->data + body->length;
         body->length += static_cast<std::uint32_t>(n);
         std::memmove(end, text, n);

@@ -71,7 +71,8 @@ stringRep_t *stringRep_t::make(std::size_t length) {
     body->length = 0;
     body->capacity = inlineCapacity;
     body->room[0] = '\0';
-    if (!body->setCapacity(roundedCapacity(length))) {
+    const std::uint64_t wanted = roundedCapacity(length);
+    if (wanted != inlineCapacity && !body->setCapacity(wanted)) {
         std::free(body);
         return nullptr;
     }
