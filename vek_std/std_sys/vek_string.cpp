@@ -204,9 +204,9 @@ std::size_t string_t::index(const char *pattern, std::size_t start, std::size_t 
     return textOf(vek::toUpper(*this)).find(textOf(vek::toUpper(string_t(pattern))), start);
 }
 
-std::size_t string_t::index(const string_t &pattern, std::size_t start) const {
+std::size_t string_t::index(const char *pattern, std::size_t start) const {
     std::size_t patternLength = 0;
-    return index(pattern.c_str(), start, patternLength);
+    return index(pattern, start, patternLength);
 }
 
 std::size_t string_t::first(char c, std::size_t start) const {

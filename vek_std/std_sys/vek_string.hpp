@@ -79,7 +79,7 @@ public:
     string_t(const char *text, std::size_t n);
     /// A copy of the viewed characters.
     string_t(const subString_t &view);
-    string_t(const string_t &other) : body(stringRep_t::share(other.body)) {}
+    string_t(const string_t &other) noexcept : body(stringRep_t::share(other.body)) {}
     /// Leaves the other with a null body.
     string_t(string_t &&other) noexcept : body(std::exchange(other.body, nullptr)) {}
     ~string_t() { stringRep_t::release(body); }
@@ -137,7 +137,8 @@ public:
 
     /// Position of the pattern, whose length is stored. A null pattern is empty; an empty pattern is found at `start`.
     std::size_t index(const char *pattern, std::size_t start, std::size_t &patternLength) const;
-    std::size_t index(const string_t &pattern, std::size_t start = 0) const;
+    std::size_t index(const char *pattern, std::size_t start = 0) const;
+    std::size_t index(const string_t &pattern, std::size_t start = 0) const { return index(pattern.c_str(), start); }
     std::size_t first(char c, std::size_t start = 0) const;
     /// First character that belongs to the set; a null set has none.
     std::size_t first(const char *set, std::size_t start = 0) const;
@@ -181,7 +182,8 @@ static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
     // The common case: room is left, and the capacity is the rounded one before and after.
-    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged) {
+    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged)
+        [[likely]] {
         char *end = body->data + body->length;
         body->length += static_cast<std::uint32_t>(n);
         std::memmove(end, text, n);

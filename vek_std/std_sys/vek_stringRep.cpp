@@ -41,8 +41,12 @@ constinit errorHook_t stringNonZeroReferenceHook = reportNonZeroReference;
 std::uint32_t setInitialCapacity(std::uint32_t characters) {
     return setSize(stringSettings.initialCapacity, characters);
 }
-std::uint32_t setGrowthStep(std::uint32_t characters) { return setSize(stringSettings.growthStep, characters); }
-std::uint32_t setSlackLimit(std::uint32_t characters) { return setSize(stringSettings.slackLimit, characters); }
+std::uint32_t setGrowthStep(std::uint32_t characters) {
+    return setSize(stringSettings.growthStep, characters);
+}
+std::uint32_t setSlackLimit(std::uint32_t characters) {
+    return setSize(stringSettings.slackLimit, characters);
+}
 
 constinit const stringRep_t stringRep_t::constantEmpty = {
     constantMark, const_cast<char *>(constantEmpty.room), 0, inlineCapacity, {}};
@@ -67,7 +71,8 @@ stringRep_t *stringRep_t::make(std::size_t length) {
     body->length = 0;
     body->capacity = inlineCapacity;
     body->room[0] = '\0';
-    if (!body->setCapacity(roundedCapacity(length))) {
+    const std::uint64_t wanted = roundedCapacity(length);
+    if (wanted != inlineCapacity && !body->setCapacity(wanted)) {
         std::free(body);
         return nullptr;
     }
