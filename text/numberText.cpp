@@ -93,17 +93,22 @@ bool isExactlyComputable(std::uint64_t digits, std::int64_t exponent) {
     return digits <= largestExactInteger && exponent >= -22 && exponent <= 22;
 }
 
-// Both operands are exact, so the one operation rounds once, correctly.
+// Both operands are exact, so the one operation rounds once, correctly. (Unsigned integers would go through the x87 unit
+// on 32-bit targets, whose precision is the host's to set.)
 double compute(std::uint64_t digits, std::int64_t exponent) {
-    const auto significand = static_cast<double>(digits);
+    const auto significand = static_cast<double>(static_cast<std::int64_t>(digits));
     return exponent < 0 ? significand / exactPowersOfTen[static_cast<std::size_t>(-exponent)]
                         : significand * exactPowersOfTen[static_cast<std::size_t>(exponent)];
 }
 
 double readUnsignedReal(const char *at, const char *end) {
-    const decimal_t number = readAnyDecimal(at, end);
+    decimal_t number = readAnyDecimal(at, end);
     if (!number.hasDigits || number.digits == 0)
         return 0.0;
+    // Every significand up to 2^53 with a power of ten up to 22 is computed here, also one that ends in zeros: some
+    // ready-made from_chars, compiled for the x87 unit, rounds these twice.
+    for (; number.isShort && number.exponent > 22 && number.digits <= largestExactInteger / 10; --number.exponent)
+        number.digits *= 10;
     if (number.isShort && isExactlyComputable(number.digits, number.exponent))
         return compute(number.digits, number.exponent);
     double value = 0.0;
