@@ -60,6 +60,7 @@ makeTree() {
     # Debug sections are two thirds of Wine, and every prefix would hold a second copy of them.
     "${asRoot[@]}" find "$tree/usr/lib/i386-linux-gnu/wine/i386-windows" -type f -print0 |
         "${asRoot[@]}" xargs -0 -n 50 -P "$(nproc)" i686-w64-mingw32-strip --strip-debug
+    echo '<fontconfig/>' | "${asRoot[@]}" tee "$tree/fonts.conf" >/dev/null
     "${asRoot[@]}" rm -rf "$tree"/usr/share/{doc,locale,man,iso-codes} "$tree"/var/{cache/apt/archives,lib/apt/lists}
 }
 

@@ -23,9 +23,9 @@ case $PWD/:$(realpath -m -- "${1:?which program?}") in
     ;;
 esac
 
-# No debugger on a crash, no desktop entries, no downloads for .NET and HTML.
+# No debugger on a crash, no desktop entries, no downloads for .NET and HTML, none of this machine's fonts.
 export WINEARCH=win32 WINEDEBUG=-all WINEDLLOVERRIDES='winedbg.exe,winemenubuilder.exe=d;mscoree,mshtml='
-export LC_ALL=C.UTF-8
+export LC_ALL=C.UTF-8 FONTCONFIG_FILE=$dir/tree/fonts.conf
 unset DISPLAY WAYLAND_DISPLAY
 
 # In the namespace. The session is started apart from the program's streams: its services outlive the program, and a
