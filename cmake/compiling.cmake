@@ -30,8 +30,19 @@ function(vekCompiling target)
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
-# The dynamic symbol table holds the four calls and nothing else.
+# Windows looks for a DLL in the folder of the program.
+if(WIN32)
+    set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+endif()
+
+# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it.
 function(vekExportingTheFourCalls target)
+    if(WIN32)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/api/vekParams2ASCII.def)
+        set_target_properties(${target} PROPERTIES PREFIX "")
+        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
+        return()
+    endif()
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/api/exports.map
                                           -Wl,--exclude-libs,ALL)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program

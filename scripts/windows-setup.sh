@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# Makes a Debian machine able to build the Windows DLL and to run 32-bit Windows console programs (scripts/wine-run.sh).
+# Needs root or sudo, and the machine's own package sources. Quick when everything is there already; an interrupted run
+# is repaired by the next.
+#
+# What it makes, in VEK_WINE_DIR (default /var/cache/vek-wine):
+#   tree          a small i386 Debian with Wine in it; only its /usr is used
+#   prefix-UID    Wine's folder (registry, drive C:) of the user who ran this script
+set -euo pipefail
+scripts=$(cd "$(dirname "$0")" && pwd)
+dir=${VEK_WINE_DIR:-/var/cache/vek-wine}
+prefix=$dir/prefix-$(id -u)
+
+asRoot=()
+[ "$(id -u)" -eq 0 ] || asRoot=(sudo)
+
+installPackages() {
+    local missing=() package
+    for package in g++-mingw-w64-i686-posix googletest debootstrap; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    echo "Installing: ${missing[*]}"
+    "${asRoot[@]}" apt-get update -qq
+    "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        >/dev/null
+}
+
+# The mirrors of this release's main archive, as apt itself understands its sources (of either form).
+mirrors() {
+    # shellcheck disable=SC2016  # the $(...) are apt's
+    apt-get indextargets --format '$(CODENAME) $(COMPONENT) $(SITE)' 'Identifier: Packages' |
+        awk -v codename="$1" '$1 == codename && $2 == "main" && !seen[$3]++ { print $3 }'
+}
+
+# One complete tree at $1, or failure. The main archive alone is consistent in itself, whatever versions the machine has.
+makeTree() {
+    local tree=$1 codename mirror found
+    codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
+    found=$(mirrors "$codename")
+    if [ -z "$found" ]; then
+        "${asRoot[@]}" apt-get update -qq
+        found=$(mirrors "$codename")
+    fi
+    [ -n "$found" ] || { echo "windows-setup: apt knows no main archive of $codename" >&2; return 1; }
+    local http_proxy=${http_proxy:-}
+    eval "$(apt-config shell http_proxy Acquire::http::Proxy)"
+
+    # What debootstrap mounts in the tree ends with its namespace, also when it is interrupted.
+    for mirror in $found; do
+        "${asRoot[@]}" rm -rf --one-file-system "$tree"
+        "${asRoot[@]}" env http_proxy="$http_proxy" unshare --mount debootstrap --variant=minbase --arch=i386 \
+            --components=main --include=wine,wine32 "$codename" "$tree" "$mirror" >"$log" 2>&1 && break
+        echo "windows-setup: debootstrap from $mirror failed:" >&2
+        tail -n 20 "$log" >&2
+        mirror=
+    done
+    [ -n "$mirror" ] || return 1
+
+    # Debug sections are two thirds of Wine, and every prefix would hold a second copy of them.
+    "${asRoot[@]}" find "$tree/usr/lib/i386-linux-gnu/wine/i386-windows" -type f -print0 |
+        "${asRoot[@]}" xargs -0 -n 50 -P "$(nproc)" i686-w64-mingw32-strip --strip-debug
+    echo '<fontconfig/>' | "${asRoot[@]}" tee "$tree/fonts.conf" >/dev/null
+    "${asRoot[@]}" rm -rf "$tree"/usr/share/{doc,locale,man,iso-codes} "$tree"/var/{cache/apt/archives,lib/apt/lists}
+}
+
+# One complete prefix at $1: what Wine makes of it at its first start, with its session ended so that all is on disk.
+makePrefix() {
+    "${asRoot[@]}" rm -rf --one-file-system "$1"
+    "${asRoot[@]}" install -d -o "$(id -u)" -g "$(id -g)" "$1"
+    VEK_WINE_PREFIX=$1 "$scripts/wine-run.sh" cmd.exe /c exit >"$log" 2>&1 9<&- &&
+        VEK_WINE_PREFIX=$1 "$scripts/wine-run.sh" --end 9<&- && return 0
+    echo "windows-setup: Wine does not start:" >&2
+    tail -n 20 "$log" >&2
+    return 1
+}
+
+installPackages
+"${asRoot[@]}" install -d -m 755 "$dir"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+
+# One maker at a time; each thing is made beside its place and renamed when complete.
+exec 9<"$dir"
+flock 9
+if [ ! -d "$dir/tree" ]; then
+    echo "Making the Wine tree in $dir"
+    makeTree "$dir/tree.new"
+    "${asRoot[@]}" mv "$dir/tree.new" "$dir/tree"
+fi
+if [ ! -d "$prefix" ]; then
+    echo "Making Wine's prefix in $dir"
+    makePrefix "$prefix.new"
+    "${asRoot[@]}" mv "$prefix.new" "$prefix"
+fi
+"$scripts/wine-run.sh" cmd.exe /c "exit 42" 9<&- && status=0 || status=$?
+[ "$status" -eq 42 ] || { echo "windows-setup: a program under Wine ended with $status, not 42" >&2; exit 1; }

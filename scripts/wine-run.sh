@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Runs 32-bit Windows console programs under the Wine that windows-setup.sh made.
+#   wine-run.sh PROGRAM.exe [ARGUMENT...]   standard streams and the low eight bits of the exit code pass through,
+#                                           line ends stay as the program wrote them
+#   wine-run.sh --end                       ends the user's Wine session now (else 30 s after its last program)
+# Exit code 77 when Wine is not there; ctest knows it as "skipped" (SKIP_RETURN_CODE).
+#
+# The program sees this machine's folders under their own names, with the i386 tree's /usr in the place of /usr; so it
+# must not lie under /usr itself. The mount is in a namespace of its own and leaves nothing behind. Any number of calls
+# may run at once: they share one session (Wine's server and services), which the first of them starts.
+set -euo pipefail
+dir=${VEK_WINE_DIR:-/var/cache/vek-wine}
+export WINEPREFIX=${VEK_WINE_PREFIX:-$dir/prefix-$(id -u)}
+
+if [ ! -d "$dir/tree" ] || [ ! -d "$WINEPREFIX" ]; then
+    echo "**** NOT RUN: ${1:-} needs Wine, and there is none in $dir: run scripts/windows-setup.sh ****" >&2
+    exit 77
+fi
+case $PWD/:$(realpath -m -- "${1:?which program?}") in
+/usr/* | *:/usr/*)
+    echo "wine-run: $1 or the working folder lies under /usr, where Wine's own files are while it runs" >&2
+    exit 2
+    ;;
+esac
+
+# No debugger on a crash, no desktop entries, no downloads for .NET and HTML, none of this machine's fonts.
+export WINEARCH=win32 WINEDEBUG=-all WINEDLLOVERRIDES='winedbg.exe,winemenubuilder.exe=d;mscoree,mshtml='
+export LC_ALL=C.UTF-8 FONTCONFIG_FILE=$dir/tree/fonts.conf
+unset DISPLAY WAYLAND_DISPLAY
+
+# In the namespace. The session is started apart from the program's streams: its services outlive the program, and a
+# reader of these streams would wait for their end.
+# shellcheck disable=SC2016  # expanded by the inner shell
+inside='
+set -eu
+mount --bind "$0/usr" /usr
+server=/usr/lib/wine/wineserver
+if [ "$1" = --end ]; then
+    $server -k || true
+    exec $server -w
+fi
+exec 9<"$WINEPREFIX"
+flock 9
+if $server -p30 </dev/null >/dev/null 2>&1 9<&-; then
+    /usr/bin/wine-stable wineboot.exe </dev/null >/dev/null 2>&1 9<&-
+fi
+exec 9<&-
+exec /usr/bin/wine-stable "$@"
+'
+namespace=(--mount --propagation slave)
+[ "$(id -u)" -eq 0 ] || namespace+=(--user --map-root-user)
+exec unshare "${namespace[@]}" /bin/bash -c "$inside" "$dir/tree" "$@"
