@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build)
 if [ "${1:-build}" = test ]; then
-    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils)
+    packages+=(gcc clang g++-mingw-w64-i686 libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils)
 fi
 
 missing=()
