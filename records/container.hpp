@@ -11,6 +11,14 @@
 
 namespace vek {
 
+/// Where a container's items are.
+template <class Item>
+struct containerBlock_t {
+    Item **items;
+    std::int32_t capacity;
+    std::int32_t count;
+};
+
 /// Items are held by pointer; a null pointer is allowed and stands for an item with its structure's declared defaults.
 template <class Item>
 class Container : public MessageBase {
@@ -59,16 +67,13 @@ protected:
     explicit Container(std::int32_t messageKind, std::int32_t capacity = 0) : MessageBase(messageKind) {
         const std::int32_t room = capacity < 1 ? 10 : capacity;
         std::unique_ptr<Item *[]> items(new Item *[static_cast<std::size_t>(room)]);
-        block_ = new block_t{items.get(), room, 0};
+        block_ = new containerBlock_t<Item>{items.get(), room, 0};
         items.release();
     }
 
 private:
-    struct block_t {
-        Item **items;
-        std::int32_t capacity;
-        std::int32_t count;
-    };
+    template <class>
+    friend struct layoutOf; // pins where the members lie
 
     void addAll(const Container &other) {
         for (const Item *item : other)
@@ -84,7 +89,7 @@ private:
         block_->capacity = room;
     }
 
-    block_t *block_;
+    containerBlock_t<Item> *block_;
 };
 
 } // namespace vek

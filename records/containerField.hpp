@@ -33,7 +33,7 @@ public:
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Item>(description);
         description.list = "container";
-        description.member = &items_;
+        description.bindTo(items_);
     }
 
 private:

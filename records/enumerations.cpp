@@ -13,9 +13,9 @@ constexpr std::array dataPaths{"NONE", "TSP", "SCSI_CONNECTION", "BITMAP"};
 
 } // namespace
 
-constinit const enumNames_t mediaTypeNames{mediaTypes};
-constinit const enumNames_t exposurePolarityNames{exposurePolarities};
-constinit const enumNames_t transportNames{transports};
-constinit const enumNames_t dataPathNames{dataPaths};
+constinit const enumNames_t mediaTypeNames{mediaTypes, "media type"};
+constinit const enumNames_t exposurePolarityNames{exposurePolarities, "exposure polarity"};
+constinit const enumNames_t transportNames{transports, "transport"};
+constinit const enumNames_t dataPathNames{dataPaths, "data path"};
 
 } // namespace vek

@@ -8,6 +8,7 @@ void placedTextField_t::describe(fieldDescription_t &description) const {
     description.kind = "string";
     description.memberType = "char";
     description.member = start_;
+    description.memberSize = size_;
     description.room = static_cast<std::int32_t>(size_);
 }
 

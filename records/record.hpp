@@ -31,7 +31,7 @@ public:
     void describe(fieldDescription_t &description) const override {
         textGroup_t::describe(description);
         description.memberType = typeName<Structure>();
-        description.member = &structure;
+        description.bindTo(structure);
     }
 
 protected:

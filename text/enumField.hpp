@@ -13,9 +13,10 @@ namespace vek {
 /// The names of an enumeration, in order of their values from 0. The table must outlive every field that uses it.
 class enumNames_t {
 public:
+    /// `title` says in words what the enumeration is.
     template <std::size_t Count>
-    constexpr explicit enumNames_t(const std::array<const char *, Count> &names)
-        : names_(names.data()), count_(static_cast<std::int32_t>(Count)) {}
+    constexpr explicit enumNames_t(const std::array<const char *, Count> &names, std::string_view title = {})
+        : names_(names.data()), count_(static_cast<std::int32_t>(Count)), title_(title) {}
 
     /// The name of `value`; empty when the table has none.
     std::string_view nameOf(std::int32_t value) const {
@@ -33,6 +34,7 @@ public:
     void describe(fieldDescription_t &description) const {
         description.kind = "enumeration";
         description.memberType = "int32_t";
+        description.enumeration = title_;
         description.names = names_;
         description.nameCount = count_;
     }
@@ -40,6 +42,7 @@ public:
 private:
     const char *const *names_;
     std::int32_t count_;
+    std::string_view title_;
 };
 
 /// A value without a name prints nothing. An unknown name leaves the value and the flag as they are.
@@ -49,27 +52,31 @@ class basicEnumField_t : public textField_t {
 public:
     void toText(bodyWriter_t &out) const override {
         if (isSet != 0)
-            out.put(names_.nameOf(value_));
+            out.put(names_->nameOf(value_));
     }
 
     void fromText(std::string_view text) override {
-        if (const std::int32_t value = names_.valueOf(text); value >= 0) {
+        if (const std::int32_t value = names_->valueOf(text); value >= 0) {
             value_ = value;
             isSet = 1;
         }
     }
 
     void describe(fieldDescription_t &description) const override {
-        names_.describe(description);
-        description.member = &value_;
+        names_->describe(description);
+        description.bindTo(value_);
     }
 
 protected:
     basicEnumField_t(textGroup_t &group, std::string_view key, Holder value, const enumNames_t &names)
-        : textField_t(group, key), names_(names), value_(value) {}
+        : textField_t(group, key), names_(&names), value_(value) {}
 
-    const enumNames_t &names_;
+    const enumNames_t *names_;
     Holder value_;
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
 };
 
 /// Bound to a member of a message structure.

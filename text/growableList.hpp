@@ -100,6 +100,9 @@ public:
     }
 
 private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
     void truncate(std::int32_t count) {
         while (count_ > 0 && count_ > count)
             items_[--count_].~T();

@@ -46,7 +46,7 @@ public:
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
         description.list = "list";
-        description.member = &list_;
+        description.bindTo(list_);
         description.countMember = count_;
     }
 
@@ -89,7 +89,9 @@ public:
         describeElement<Element, Value>(description);
         description.list = "array";
         description.member = values_;
+        description.memberSize = sizeof(array_t);
         description.countMember = Counting == counting_t::all ? nullptr : &count_;
+        description.isCountChecked = Counting != counting_t::byMemberUnchecked;
         description.room = roomSize;
     }
 

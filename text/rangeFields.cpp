@@ -6,6 +6,6 @@ namespace {
 constexpr std::array rangeTypes{"discrete_e", "continuous_e"};
 } // namespace
 
-constinit const enumNames_t rangeTypeNames{rangeTypes};
+constinit const enumNames_t rangeTypeNames{rangeTypes, "range type"};
 
 } // namespace vek

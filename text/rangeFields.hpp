@@ -49,7 +49,7 @@ public:
         description.kind = doubleCodec_t::kind;
         description.memberType = "valueRange_t";
         description.list = "range";
-        description.member = &range_;
+        description.bindTo(range_);
     }
 
 private:

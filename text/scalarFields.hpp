@@ -129,7 +129,7 @@ public:
     void describe(fieldDescription_t &description) const override {
         description.kind = Codec::kind;
         description.memberType = Codec::memberType;
-        description.member = &value_;
+        description.bindTo(value_);
         if constexpr (requires { Codec::room; })
             description.room = Codec::room;
     }
@@ -139,6 +139,10 @@ protected:
     explicit valueField_t(Holder value) : value_(value) {}
 
     Holder value_;
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
 };
 
 /// A field bound to a member of a message structure.

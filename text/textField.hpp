@@ -55,6 +55,8 @@ protected:
 
 private:
     friend class textGroup_t;
+    template <class>
+    friend struct layoutOf; // pins where the members lie
 
     bool matched_ = false; // the parse pass met a pair with this key
     std::uint32_t keyLength_;
@@ -93,6 +95,8 @@ public:
 
 private:
     friend class textField_t;
+    template <class>
+    friend struct layoutOf; // pins where the members lie
 
     void assignByPosition(bodyScanner_t &pairs);
     static void assign(textField_t &member, std::string_view value);
@@ -133,13 +137,22 @@ struct fieldDescription_t {
     std::string_view kind;              ///< the kind in words, for example "long integer"; a list's is its element's
     std::string_view memberType;        ///< the C++ type of the member, or of a list's element
     const void *member = nullptr;       ///< the member the field is bound to
+    std::size_t memberSize = 0;         ///< its size in bytes
+    std::string_view enumeration;       ///< an enumeration in words, for example "media type"
     const char *const *names = nullptr; ///< an enumeration's names, in order of their values
     std::int32_t nameCount = 0;         ///< how many there are
     const textGroup_t *group = nullptr; ///< a nested record
-    std::string_view list;              ///< how a list is held: "list", "container", "array"; empty for other fields
+    std::string_view list;              ///< how a list is held: "list", "container", "array", "range"; else empty
     std::int32_t room = -1;             ///< the elements a list of fixed room holds, or a character array's size
     const void *countMember = nullptr;  ///< the member that limits how many elements of a list are printed
+    bool isCountChecked = true;         ///< false: that many are printed, be there as many or not
     void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements
+
+    template <class Member>
+    void bindTo(const Member &bound) {
+        member = &bound;
+        memberSize = sizeof bound;
+    }
 };
 
 inline textField_t::textField_t(textGroup_t &group, std::string_view key)

@@ -11,7 +11,7 @@ constexpr std::string_view typeName() {
     std::string_view name = __PRETTY_FUNCTION__;
     name.remove_prefix(name.find("T = ") + 4);
     name = name.substr(0, name.find_first_of(";]"));
-    const std::size_t scope = name.rfind("::");
+    const std::size_t scope = name.rfind("::", name.find('<'));
     return scope == std::string_view::npos ? name : name.substr(scope + 2);
 }
 

@@ -52,6 +52,9 @@ public:
     const values_t &values() const { return values_; }
 
 private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
     values_t values_;
 };
 

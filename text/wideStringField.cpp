@@ -19,7 +19,6 @@ void wideCharacter_t::fromText(std::string_view text) {
 void wideElements_t::describe(fieldDescription_t &description) const {
     description.kind = "16-bit character string";
     description.memberType = "wideStringField_t";
-    description.member = this;
 }
 
 wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
@@ -78,7 +77,6 @@ void wideStringElements_t::describe(fieldDescription_t &description) const {
     description.kind = "16-bit character string";
     description.memberType = "wideStringField_t";
     description.list = "list";
-    description.member = this;
 }
 
 wideStringField_t &wideStringListField_t::add(std::u16string_view text) {

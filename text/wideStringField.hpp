@@ -35,6 +35,9 @@ public:
     void describe(fieldDescription_t &description) const;
 
 private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
     growableList_t<wideCharacter_t> characters_;
 };
 
@@ -57,7 +60,15 @@ public:
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
 
+    void describe(fieldDescription_t &description) const override {
+        fieldArray_t::describe(description);
+        description.bindTo(*this);
+    }
+
 private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
     void rebuildText();
 
     growableList_t<char16_t> text_;
@@ -81,6 +92,9 @@ public:
     void describe(fieldDescription_t &description) const;
 
 private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
     const char *key_;
     std::size_t keyLength_;
     growableList_t<wideStringField_t *> texts_;
@@ -100,6 +114,11 @@ public:
     const wideStringField_t &at(std::int32_t index) const { return elements_.element(index, pass_t::print); }
 
     void clear() { elements_.clear(); }
+
+    void describe(fieldDescription_t &description) const override {
+        fieldArray_t::describe(description);
+        description.bindTo(*this);
+    }
 };
 
 } // namespace vek

@@ -155,6 +155,8 @@ public:
 
 private:
     friend class subString_t;
+    template <class>
+    friend struct layoutOf; // pins where the members lie
     friend class stringReader_t;
     friend string_t concatenated(const char *head, std::size_t headLength, const char *tail, std::size_t tailLength);
 

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Checks the layout tables for 32-bit Windows: with MinGW's compiler, and with clang++ and the Microsoft C++ ABI. The
+# tables are static assertions, so compiling them is the test.
+#   windowsLayout.sh FOLDER-FOR-SCRATCH-FILES
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+scratch=$1
+mkdir -p "$scratch/records/layouts"
+
+mingw=i686-w64-mingw32-g++
+for tool in $mingw clang++; do
+    command -v $tool >/dev/null || { echo "$tool is missing, the layouts were NOT checked (scripts/packages.sh test)"; exit 1; }
+done
+
+# MinGW's headers serve clang too, all but those that belong to its compiler.
+headers=$($mingw -xc++ -E -v /dev/null 2>&1 | sed -n '/^#include </,/^End of/s/^ //p' | xargs realpath |
+    grep -v '/gcc/.*/include\(-fixed\)\?$' | sed 's/^/-isystem /')
+
+# check NAME TAKES-PADDING COMPILER...: compiles the tables, and a class that shows which ABI is in effect: whether a
+# member may take the padding of its base.
+check() {
+    local name=$1 takesPadding=$2
+    shift 2
+    local compile=("$@" -std=c++20 -fsyntax-only -Wall -Wextra -Werror)
+    cat >"$scratch/abi.cpp" <<EOF
+struct base { virtual ~base(); int number; char flag; };
+struct derived : base { char more; };
+static_assert((sizeof(derived) == sizeof(base)) == $takesPadding);
+EOF
+    "${compile[@]}" "$scratch/abi.cpp"
+    "${compile[@]}" -I. records/layouts/layouts.cpp
+    # With one offset changed it must not compile.
+    sed 's/double, thick, /&4 + /' records/layouts/objects.hpp >"$scratch/records/layouts/objects.hpp"
+    if "${compile[@]}" -I"$scratch" -I. records/layouts/layouts.cpp 2>"$scratch/errors" ||
+        ! grep -q 'the member lies elsewhere' "$scratch/errors"; then
+        echo "$name: a wrong table was not noticed"
+        exit 1
+    fi
+    echo "$name: every member lies where the tables say"
+}
+check MinGW true $mingw
+# shellcheck disable=SC2086 # one word a header folder
+check Microsoft false clang++ --target=i686-pc-windows-msvc -fgnuc-version=12.2 -D_X86_ $headers

@@ -1,0 +1,58 @@
+#include "tools/reference/pages.hpp"
+
+#include "records/layouts/layouts.hpp"
+#include "tools/reference/markdown.hpp"
+
+#include <ostream>
+
+namespace vek {
+
+namespace {
+
+constexpr std::string_view introduction = R"(# Layouts of the message structures
+
+Where each member of each structure lies, in bytes, for hosts in any language. Windows stands for 32-bit x86 Windows,
+by MinGW's and by Microsoft's compiler alike; Linux for 64-bit Linux. The same tables are static assertions in the
+library (`records/layouts`), so a build in which a member has moved fails.
+
+- `int32_t` and its like are signed numbers of as many bits, `uint8_t` and `uint16_t` unsigned ones, `double` and `float`
+  IEEE 754 reals of 64 and 32 bits; `char[n]` holds a text that ends at its NUL or with the array. Everything is
+  little-endian. `T *` is a pointer.
+- A structure with a virtual table begins with a pointer to it. Members of a base come first.
+- Bytes that no member takes are padding.
+- The layout of a list or a container does not depend on its elements; `valueRange_t::values_t` is a list of `double`.
+- Members whose names end in `_`, and `body` of `string_t`, are hidden from C++ hosts, who have functions for them.
+- What hosts may change in them, and who releases what, is on [hosts.md](hosts.md); keys and defaults are on
+  [messages.md](messages.md).
+)";
+
+void writeRow(std::ostream &out, std::string_view name, std::string_view type, bytes_t offset, bytes_t size) {
+    out << "| " << name << " | `" << type << "` | " << offset.windows32 << " | " << size.windows32 << " | "
+        << offset.linux64 << " | " << size.linux64 << " |\n";
+}
+
+void writeMembers(std::ostream &out, const structureLayout_t &layout) {
+    if (layout.base != nullptr)
+        writeMembers(out, *layout.base);
+    else if (layout.hasVirtualTable)
+        writeRow(out, "*virtual table*", "const void *", {0, 0}, {4, 8});
+    for (const memberLayout_t &member : layout.members)
+        writeRow(out, code(member.name), member.type, member.offset, member.size);
+}
+
+} // namespace
+
+void writeLayoutPage(std::ostream &out) {
+    out << generatedNotice << introduction;
+    for (const layoutFamily_t &family : layoutFamilies()) {
+        out << "\n## " << code(family.header) << "\n";
+        for (const structureLayout_t *layout : family.structures) {
+            out << "\n### " << code(layout->name) << "\n\n"
+                << layout->size.windows32 << " bytes on Windows, " << layout->size.linux64 << " on Linux.\n\n"
+                << "| Member | C type | Windows offset | size | Linux offset | size |\n|---|---|--:|--:|--:|--:|\n";
+            writeMembers(out, *layout);
+        }
+    }
+}
+
+} // namespace vek

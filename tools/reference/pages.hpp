@@ -1,0 +1,21 @@
+// The reference pages in docs, made from the declarations that convert: the catalogue, the record classes, the layout
+// tables. Both throw std::runtime_error when a declaration lacks something that a page needs.
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <string_view>
+
+namespace vek {
+
+inline constexpr std::string_view generatedNotice =
+    "<!-- Made by the build from the declarations: change those, then build the target reference. -->\n";
+
+/// docs/layouts.md: where each member of each structure lies.
+void writeLayoutPage(std::ostream &out);
+
+/// docs/messages.md: each message with its calls, keys and a sample. `root` is the project's folder, for the samples
+/// and the names of the ids.
+void writeMessagePage(std::ostream &out, const std::filesystem::path &root);
+
+} // namespace vek
