@@ -94,6 +94,7 @@ public:
         description.list = "array";
         description.member = values_;
         description.countMember = Counting == counting_t::all ? nullptr : &count_;
+        description.elementRoom = description.room;
         description.room = roomSize;
     }
 
