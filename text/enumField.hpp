@@ -20,7 +20,7 @@ public:
 
     /// The name of `value`; empty when the table has none.
     std::string_view nameOf(std::int32_t value) const {
-        return value >= 0 && value < count_ ? std::string_view(names_[value]) : std::string_view{};
+        return value >= 0 && value < count_ ? names_[value] : "";
     }
 
     /// The value of a name, letter case counting; -1 when the table lacks it.

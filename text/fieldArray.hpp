@@ -17,7 +17,7 @@ namespace vek {
 ///   printed()             how many elements to print
 ///   allocated()           how many elements exist
 ///   allocate(count)       makes that many, with the values of absent keys; only called while none exist
-///   append()              makes one more; only called when none existed before the parse
+///   append()              makes one more, if there is room; only called when none existed before the parse
 ///   clear()               removes what append() made
 ///   describe(description)
 template <class Elements>
@@ -39,7 +39,8 @@ public:
     }
 
     /// Element i takes the i-th value; when a "=" stands anywhere in the body, the value whose key is the list's key
-    /// and i. As many elements as values are made, unless elements existed before: then surplus values are dropped.
+    /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
+    /// values are dropped.
     void assignPairs(bodyScanner_t &pairs) override {
         const bodyScanner_t start = pairs;
         const bool isFixed = elements_.allocated() > 0;

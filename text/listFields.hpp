@@ -81,10 +81,14 @@ public:
     std::int32_t printed() const {
         return Counting == counting_t::byMemberUnchecked ? count_ : std::min(count_, roomSize);
     }
-    std::int32_t allocated() const { return roomSize; }
-    void append() {}
-    void clear() {}
-    void allocate(std::int32_t) {}
+    // A parse takes as many elements into use as it meets values, so that a keyed body can't reach further.
+    std::int32_t allocated() const { return used_; }
+    void append() { allocate(used_ + 1); }
+    void clear() {
+        while (used_ > 0)
+            Element(pass_t::parse, values_[--used_]);
+    }
+    void allocate(std::int32_t count) { used_ = std::min(count, roomSize); }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
         description.list = "array";
@@ -92,6 +96,7 @@ public:
         description.memberSize = sizeof(array_t);
         description.countMember = Counting == counting_t::all ? nullptr : &count_;
         description.isCountChecked = Counting != counting_t::byMemberUnchecked;
+        description.elementRoom = description.room;
         description.room = roomSize;
     }
 
@@ -100,6 +105,7 @@ private:
 
     Value *values_;
     const std::int32_t &count_;
+    std::int32_t used_ = 0;
 };
 
 /// Lists by what stands for one element: a scalar field, or a record class, whose structures lie in the list by value.

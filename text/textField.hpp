@@ -144,6 +144,7 @@ struct fieldDescription_t {
     const textGroup_t *group = nullptr; ///< a nested record
     std::string_view list;              ///< how a list is held: "list", "container", "array", "range"; else empty
     std::int32_t room = -1;             ///< the elements a list of fixed room holds, or a character array's size
+    std::int32_t elementRoom = -1;      ///< the size of the character arrays that are a list's elements
     const void *countMember = nullptr;  ///< the member that limits how many elements of a list are printed
     bool isCountChecked = true;         ///< false: that many are printed, be there as many or not
     void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements

@@ -1,0 +1,33 @@
+// bodyMutator_t: damaged and hostile bodies, made from good ones by a seeded generator.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace model {
+
+class bodyMutator_t {
+public:
+    /// `corpus`: bodies to take pieces from.
+    bodyMutator_t(std::uint64_t seed, std::vector<std::string> corpus);
+
+    /// The body after one to six changes. Contains no NUL.
+    std::string mutated(std::string body);
+
+    std::size_t below(std::size_t limit) { return limit > 0 ? static_cast<std::size_t>(random_() % limit) : 0; }
+
+private:
+    void change(std::string &body);
+    std::string piece();
+    /// A stretch of the body that starts and ends where tokens do.
+    std::pair<std::size_t, std::size_t> stretch(const std::string &body);
+    void giveElementsKeys(std::string &body);
+    void takeKeysAway(std::string &body);
+
+    std::mt19937_64 random_;
+    std::vector<std::string> corpus_;
+};
+
+} // namespace model

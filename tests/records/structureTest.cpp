@@ -1,0 +1,295 @@
+// Structures as hosts meet them: their defaults, what a text puts into them, and what they print when a host fills
+// them.
+#include "api/catalogue.hpp"
+#include "records/device.hpp"
+#include "records/exposure.hpp"
+#include "records/jobs.hpp"
+#include "records/media.hpp"
+#include "records/punch.hpp"
+#include "records/status.hpp"
+#include "records/tables.hpp"
+#include "support/messages.hpp"
+#include "text/bodyScanner.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace {
+
+using namespace vek;
+using namespace vek::test;
+
+TEST(Samples, ComeBackByteForByteWithTheNextSequenceNumber) {
+    std::set<std::int32_t> ids;
+    for (const sample_t &sample : samples()) {
+        const structure_t structure(sample.text);
+        EXPECT_EQ(structure.result, 0);
+        EXPECT_EQ(written(structure.id, structure.address), message(sample.id, sample.body, 7, 42));
+        ids.insert(sample.id);
+    }
+    for (const catalogueRow_t &row : catalogueRows())
+        EXPECT_EQ(ids.contains(row.id), row.conversion != nullptr) << row.id;
+}
+
+std::vector<std::string> pairsOf(const std::string &body) {
+    std::vector<std::string> pairs;
+    bodyScanner_t scanner(body);
+    for (textPair_t pair; scanner.next(pair);)
+        pairs.push_back(std::string(pair.key) + '=' + std::string(pair.value) + ';');
+    return pairs;
+}
+
+// What the declared defaults print beyond what a body without a key gives.
+const std::map<std::int32_t, std::string> declaredDefaults{
+    {4096, "NUM_OF_CASSETTE=1;NUM_LASER_BEAMS=1;SPINNER_SPEED_RANGE_TYPE=continuous_e;"
+           "SPINNER_SPEED={-1.000000,-1.000000,};LASER_INT_RANGE_TYPE=continuous_e;LASER_INT={-1.000000,-1.000000,};"
+           "FOCUS_VALUE_RANGE_TYPE=continuous_e;FOCUS_VALUE={-1.000000,-1.000000,};"},
+    {4098, "EXPOSURE_TYPE=positive_e;THICK=-1.000000;VENDOR=normal;"},
+    {4099, "MIN_FILM_FEED=-1.000000;INDEX=-1;"},
+    {4100, "VERSION={TYPE=mediaFilm_e;EXPOSURE_TYPE=positive_e;THICK=-1.000000;SENSITIVITY=0.000000;VENDOR=normal;"
+           "W_SIZE=0.000000;H_SIZE=0.000000;W_EXPOSE_SIZE=0.000000;H_EXPOSE_SIZE=0.000000;};"},
+    {4103, "OUTPUT_TYPE=sheet_e;"},
+    {4105, "TABLE_ID=-1;"},
+    {4113, "TABLE_ID=-1;"},
+    {4164, "W_OFFSET=-1.000000;H_OFFSET=-1.000000;W_SIZE=-1.000000;H_SIZE=-1.000000;W_CYLINDER_SIZE=-1.000000;"
+           "H_CYLINDER_SIZE=-1.000000;"},
+    {4165, "W_SIZE=-1.000000;H_SIZE=-1.000000;W_OFFSET=-1.000000;H_OFFSET=-1.000000;W_RES=-1.000000;H_RES=-1.000000;"},
+    {4182, "UNLOAD_MEDIA_TYPE=-1;UNLOAD_POLICY=-1;FILM_FEED=-1.000000;"},
+    {4183, "INPUT_CONTENT=1000.000000;MAX_INPUT=1000.000000;MAX_OUTPUT=1000.000000;ONE_EXPOSE_MAX_SIZE=1.000000;"
+           "IN_OUT_RATIO=1.000000;"},
+    {4188, "BIT_MAP_TYPE=-1;"},
+};
+
+TEST(Structures, HaveTheirDeclaredDefaultsOnlyWithoutAText) {
+    for (const std::int32_t id : bodyIds()) {
+        const structure_t defaults = defaultsOf(id);
+        const structure_t unset = structureOf(id, "{}");
+        const auto unsetPairs = pairsOf(writtenBody(id, unset.address));
+        std::string declared;
+        for (const std::string &pair : pairsOf(writtenBody(id, defaults.address)))
+            if (std::find(unsetPairs.begin(), unsetPairs.end(), pair) == unsetPairs.end())
+                declared += pair;
+        const auto expected = declaredDefaults.find(id == 4136 ? 4096 : id);
+        EXPECT_EQ(declared, expected == declaredDefaults.end() ? "" : expected->second) << id;
+        for (const std::string &pair : unsetPairs) { // nothing but zeros and first names
+            std::string left = pair.substr(pair.find('=') + 1);
+            for (const std::string zero : {"0.000000", "0", "FALSE", "mediaFilm_e", "negative_e", "roller_e"})
+                for (std::size_t at; (at = left.find('=' + zero + ';')) != std::string::npos;)
+                    left.erase(at, zero.size() + 2);
+            EXPECT_TRUE(id == 4171 || left.find_first_of("123456789") == std::string::npos) << id << ' ' << pair;
+        }
+        if (id < 4160) {
+            const auto kindOf = [](const structure_t &one) { return static_cast<MessageBase *>(one.address)->kind; };
+            EXPECT_EQ(kindOf(defaults), id - 4096);
+            EXPECT_EQ(kindOf(unset), id - 4096);
+        }
+    }
+}
+
+TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
+    // The resolution of a new range is continuous; one without a key becomes discrete. What has no key stays.
+    EXPECT_EQ(defaultsOf(4096).as<DeviceInfo>().resolution.kind, 1);
+    EXPECT_EQ(structureOf(4096, "{}").as<DeviceInfo>().resolution.kind, 0);
+    EXPECT_EQ(structureOf(4136, "{}").as<DeviceInfo2>().extra, 0);
+    EXPECT_EQ(structureOf(4096, "{SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={3,1,2,};}")
+                  .as<DeviceInfo>()
+                  .spinnerSpeed.count(),
+              3);
+    EXPECT_EQ(defaultsOf(4202).as<Info>().info, nullptr);
+    EXPECT_STREQ(structureOf(4202, "{INFO=\"\";}").as<Info>().info, "");
+
+    auto image = structureOf(4172, "{W_TOP_LEFT=1;H_TOP_LEFT=2;W_IMAGE_TOP_LEFT=3;H_IMAGE_TOP_LEFT=4;W_MIRROR=5;"
+                                   "H_MIRROR=6;NAME=" +
+                                       std::string(1000, 'n') + ";}");
+    ImageTopLeft placed{0, 0, {2, 1}, {4, 3}, {6, 5}, {}, {}};
+    std::memset(placed.name, 'n', sizeof placed.name + sizeof placed.separation);
+    placed.separation[0] = placed.separation[131] = '\0';
+    EXPECT_EQ(std::memcmp(image.address, &placed, sizeof placed), 0) << "a name runs on into the separation";
+
+    // Padding is zero, and so is what lies behind a text, whatever its place held before.
+    MediaContent content;
+    std::memset(static_cast<void *>(&content), 0, sizeof content);
+    content.mediaType = 9;
+    content.outputType = 3;
+    EXPECT_EQ(std::memcmp(structureOf(4183, "{MEDIA_TYPE=unknown_e;OUTPUT_TYPE=3;}").address, &content, sizeof content),
+              0);
+    auto status = structureOf(4161, "{NUM_OF_MESSAGES=2;MSGS={a,b,=,};}");
+    EXPECT_EQ(std::count(&status.as<DeviceStatus>().msgs[0][0], &status.as<DeviceStatus>().msgs[9][254] + 1, '\0'),
+              2550)
+        << "what the body gave by position goes when it turns out to be keyed";
+
+    EXPECT_EQ(structureOf(4107, "{ARRAY_RES_INT={{1,},};}").as<ResIntArray>().at(0)->kind, 10);
+    EXPECT_EQ(structureOf(4110, "{DELAY_VALUE_TABLE={x,};}").as<DelayValueTable>().at(0)->kind, -1);
+    auto medium = structureOf(4101, "{ARRAY_CASSETTE={x,};}");
+    EXPECT_EQ(medium.as<CassetteArray>().at(0)->media.thick, 0.0) << "elements hold constructed values too";
+    EXPECT_EQ(structureOf(4118, "{DEVICE_STATE=5;}").as<DeviceState>().deviceState, 5);
+}
+
+template <class Structure>
+std::string printed(std::int32_t id, Structure &structure) {
+    return writtenBody(id, &structure);
+}
+
+TEST(HostStructures, PrintListsByTheirCounts) {
+    ResIntTable table;
+    const std::string empty = printed(4105, table);
+    table.resIntTable.resize(3);
+    for (const auto &[count, expected] : {std::pair(0, 0), {2, 2}, {9, 3}, {-4, 0}}) {
+        table.numEntries = count;
+        const std::string body = printed(4105, table);
+        EXPECT_EQ(std::count(body.begin(), body.end(), '{'), expected == 0 ? 1 : expected + 2) << count;
+    }
+    MediaGroup group;
+    group.iCount = 1;
+    group.mediaGroup.add("a");
+    group.mediaGroup.add("");
+    group.mediaGroup.add("=;,{}\"\x80");
+    EXPECT_EQ(printed(4114, group), "{IS_INSTALLED=0;I_COUNT=1;MEDIA_GROUP={a,\1\2\3\4\5\"\x80,};}");
+
+    PunchParams params{12, 0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}};
+    ExposeJob job{};
+    job.punchParams = params;
+    EXPECT_TRUE(printed(4164, job).ends_with("NUM_SYSTEMS=12;ALIGN=0;ACTIVE_SYSTEMS={1,2,3,4,5,6,7,8,9,10,};};}"));
+}
+
+TEST(HostStructures, PrintNullItemsAsDefaults) {
+    CassetteArray cassettes;
+    cassettes.add(nullptr);
+    const structure_t cassette = defaultsOf(4100);
+    EXPECT_EQ(printed(4101, cassettes), "{ARRAY_CASSETTE={" + writtenBody(4100, cassette.address) + ",};}");
+    DelayValueTable delays;
+    delays.add().resolution = 0.1F;
+    delays.add(nullptr);
+    EXPECT_EQ(printed(4110, delays), "{DELAY_VALUE_TABLE={{RESOLUTION=0.100000;DELAY_VAL_MIC=0.000000;},"
+                                     "{RESOLUTION=0.000000;DELAY_VAL_MIC=0.000000;},};}");
+    DeviceMediaNameArray names;
+    names.add() = "a";
+    names.add(nullptr);
+    EXPECT_EQ(names.capacity(), 10);
+    while (names.count() < 11)
+        names.add() = "b";
+    EXPECT_EQ(names.capacity(), 20);
+    DeviceMediaNameArray copy = names;
+    names.clear();
+    EXPECT_EQ(copy.at(1), nullptr);
+    EXPECT_EQ(printed(4130, names), "");
+    EXPECT_EQ(printed(4130, copy), "{DEVICE_MEDIA_NAME_ARRAY={a,b,b,b,b,b,b,b,b,b,};}");
+    names = copy;
+    EXPECT_EQ(printed(4130, names), printed(4130, copy));
+}
+
+TEST(HostStructures, PrintRangesByTheirKind) {
+    const auto printedRange = [](std::int32_t kind, std::initializer_list<double> values) {
+        DeviceInfo device;
+        for (valueRange_t *range : {&device.spinnerSpeed, &device.laserInt, &device.focusValue})
+            range->clear();
+        for (const double value : values)
+            device.ddbDelay.values().add(value);
+        device.ddbDelay.kind = kind;
+        const std::string body = printed(4096, device);
+        return body.substr(body.find("H_ADDITION=0.000000;") + 20);
+    };
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(printedRange(1, {}), "}");
+    EXPECT_EQ(printedRange(0, {}), "}");
+    EXPECT_EQ(printedRange(0, {3, -7}), "DDB_DELAY_RANGE_TYPE=discrete_e;DDB_DELAY={3.000000,-7.000000,};}");
+    EXPECT_EQ(printedRange(1, {3, -7, 2}), "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={-7.000000,3.000000,};}");
+    EXPECT_EQ(printedRange(1, {-3, -2}), "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={-3.000000,-1.000000,};}");
+    EXPECT_EQ(printedRange(1, {8}), "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={8.000000,8.000000,};}");
+    EXPECT_EQ(printedRange(7, {8, 9, 10}), "DDB_DELAY={8.000000,10.000000,};}") << "no name, yet no discrete range";
+    EXPECT_EQ(printedRange(1, {std::copysign(nan, 1.0), 4}),
+              "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={nan,4.000000,};}");
+    EXPECT_EQ(printedRange(1, {4, nan}), "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={4.000000,4.000000,};}");
+    EXPECT_EQ(printedRange(1, {std::copysign(nan, -1.0)}),
+              "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={-nan,-1.000000,};}");
+}
+
+TEST(HostStructures, PrintWhateverValuesTheyHold) {
+    MediaOutput output;
+    output.maxOutput = HUGE_VAL;
+    output.outContent = -HUGE_VAL;
+    for (const std::int32_t outside : {2, -1, 65536}) {
+        output.outputType = outside;
+        EXPECT_EQ(printed(4103, output), "{MAX_OUTPUT=inf;OUT_CONTENT=-inf;}") << outside;
+    }
+    ByteId flag;
+    flag.id = 2;
+    EXPECT_EQ(printed(4117, flag), "{ID=TRUE;}");
+    Info info{0, nullptr};
+    EXPECT_EQ(printed(4202, info), "{TYPE=FALSE;}");
+
+    // Texts without a terminator end with their arrays.
+    Layout layout{};
+    std::memset(layout.jobticketName, 'j', sizeof layout.jobticketName);
+    std::memset(layout.sepsArray, 's', sizeof layout.sepsArray);
+    EXPECT_TRUE(
+        printed(4163, layout)
+            .ends_with("JOBTICKET_NAME=" + std::string(256, 'j') + ";SEPS_ARRAY=" + std::string(256, 's') + ";}"));
+    ImageTopLeft image{};
+    std::memset(image.name, 'n', sizeof image.name);
+    std::memset(image.separation, 's', sizeof image.separation);
+    EXPECT_TRUE(printed(4172, image)
+                    .ends_with("NAME=" + std::string(256, 'n') + std::string(132, 's') +
+                               ";SEPARATION=" + std::string(132, 's') + ";}"));
+
+    // As many messages as the host says, beyond the structure's own room too.
+    constexpr std::size_t more = 2 * 255;
+    const auto room = std::make_unique<char[]>(sizeof(DeviceStatus) + more);
+    std::memset(room.get(), 'm', sizeof(DeviceStatus) + more);
+    const DeviceStatus head{0, 0, 0, 12, {}};
+    std::memcpy(room.get(), &head, offsetof(DeviceStatus, msgs));
+    std::string messages;
+    for (int i = 0; i < 12; ++i)
+        messages += std::string(255, 'm') + ',';
+    EXPECT_EQ(printed(4161, room[0]), "{STATUS=0;LOW_STATUS=0;SEVERITY=0;NUM_OF_MESSAGES=12;MSGS={" + messages + "};}");
+}
+
+// A swapped pair of members would come back from a round trip unnoticed.
+class orderCheck_t : public recordVisitor_t {
+public:
+    void visit(const recordDescription_t &description) override { check(description, description.fields); }
+
+private:
+    void check(const recordDescription_t &description, const textGroup_t &group) {
+        const auto *const begin = static_cast<const char *>(description.address);
+        const char *last = begin;
+        std::string lastKey;
+        for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
+            fieldDescription_t member;
+            field->describe(member);
+            const auto *const at = static_cast<const char *>(member.member);
+            const std::string key(field->key());
+            EXPECT_TRUE(at >= begin && at < begin + description.size) << description.record << ' ' << key;
+            // The image placement stores its pairs height first.
+            const bool isReversed = key.starts_with("H_") && description.record == "imageTopLeft_t";
+            // A range's two fields share a member, and a base's members start where the structure does.
+            const bool shares = member.list == "range" || last == begin;
+            EXPECT_TRUE(isReversed ? at < last
+                        : shares   ? at >= last
+                                   : at > last)
+                << description.record << ": " << key << " behind " << lastKey;
+            last = isReversed ? last : at;
+            lastKey = key;
+            if (member.group != nullptr)
+                check(description, *member.group);
+            if (member.visitElement != nullptr)
+                member.visitElement(*this);
+        }
+    }
+};
+
+TEST(Records, BindTheirKeysToMembersOfTheSameOrder) {
+    orderCheck_t check;
+    for (const catalogueRow_t &row : catalogueRows())
+        if (row.conversion != nullptr)
+            row.conversion->visit(check);
+}
+
+} // namespace
