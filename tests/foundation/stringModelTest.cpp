@@ -1,4 +1,5 @@
-// string_t against a model of it over long random sequences of operations: texts, capacities, and which strings share.
+// string_t over long random sequences of operations: texts, capacities and sharing against a model, searching and
+// comparing against std::string.
 
 #include "stringModel.hpp"
 #include "vek_std/std_sys/vek_stringStream.hpp"
@@ -10,9 +11,15 @@
 #include <functional>
 #include <random>
 #include <sstream>
-#include <vector>
 
 namespace {
+
+char upper(char c) {
+    return static_cast<char>(std::toupper(c));
+}
+char lower(char c) {
+    return static_cast<char>(std::tolower(c));
+}
 
 struct pair_t {
     vek::string_t real;
@@ -21,137 +28,99 @@ struct pair_t {
 
 class stringModel : public testing::TestWithParam<bool> {
 protected:
-    static constexpr std::size_t strings = 6;
-
     std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); }
+    template <class Choices>
+    auto anyOf(const Choices &choices) {
+        return std::data(choices)[below(std::size(choices))];
+    }
 
     /// Mostly short, with the lengths around the capacities among them.
     std::string anyText() {
-        static constexpr std::array<std::size_t, 12> lengths = {0, 1, 3, 62, 63, 64, 65, 127, 128, 191, 192, 300};
-        std::string text(below(3) == 0 ? lengths[below(lengths.size())] : below(20), ' ');
+        std::string text(below(3) == 0 ? anyOf(std::array{0, 62, 63, 64, 65, 127, 128, 191, 192, 300}) : below(20),
+                         ' ');
         for (char &c : text)
-            c = "abXY \n-"[below(7)];
+            c = anyOf(std::string_view("abXY \n-"));
         return text;
     }
 
-    void changeSettings() {
-        static constexpr std::array<std::uint32_t, 5> initials = {0, 10, 63, 64, 100};
-        static constexpr std::array<std::uint32_t, 4> steps = {0, 7, 64, 100};
-        static constexpr std::array<std::uint32_t, 3> slacks = {0, 63, 200};
-        vek::setInitialCapacity(initials[below(initials.size())]);
-        vek::setGrowthStep(steps[below(steps.size())]);
-        vek::setSlackLimit(slacks[below(slacks.size())]);
+    void setSizes(std::uint32_t initialCapacity, std::uint32_t growthStep, std::uint32_t slackLimit) {
+        vek::setInitialCapacity(initialCapacity);
+        vek::setGrowthStep(growthStep);
+        vek::setSlackLimit(slackLimit);
     }
 
     void TearDown() override {
-        vek::setInitialCapacity(63);
-        vek::setGrowthStep(64);
-        vek::setSlackLimit(63);
+        setSizes(63, 64, 63);
         vek::stringSettings.sizesChanged = false;
     }
 
     void replaceSomething(pair_t &one) {
         const std::size_t position = below(one.real.length() + 3);
         const std::size_t removed = below(3) == 0 ? below(400) : below(5);
-        const std::string source = anyText();
-        switch (below(3)) {
-        case 0:
-            one.real.replace(position, removed, source.data(), source.size());
-            one.expected.replace(position, removed, source);
-            break;
-        case 1:
-            one.real.replace(position, removed, nullptr, source.size());
-            one.expected.replace(position, removed, std::string(source.size(), ' '));
-            break;
-        default: {
-            const std::size_t from = below(one.real.length() + 1);
-            const std::size_t count = below(one.real.length() - from + 1);
-            const std::string own = one.expected.text().substr(from, count);
-            one.real.replace(position, removed, one.real.c_str() + from, count);
-            one.expected.replace(position, removed, own, true);
-        }
-        }
+        const std::size_t from = below(one.real.length() + 1);
+        const bool isOwn = below(2);
+        const std::string source = isOwn ? one.expected.text().substr(from, below(100)) : anyText();
+        one.real.replace(position, removed, isOwn ? one.real.c_str() + from : source.data(), source.size());
+        one.expected.replace(position, removed, source, isOwn);
     }
 
-    void assignView(pair_t &one) {
+    void changeView(pair_t &one, const std::string &text) {
         const std::size_t start = below(one.real.length() + 1);
         const std::size_t extent = below(one.real.length() - start + 1);
         vek::subString_t view = one.real(static_cast<std::ptrdiff_t>(start), extent);
         EXPECT_EQ(one.expected.text().substr(start, extent), vek::string_t(view).c_str());
-        const std::string text = anyText();
         view = text.c_str();
         one.expected.replace(start, extent, text);
         EXPECT_EQ(view.extent(), text.size());
         view.toUpper();
-        one.expected.transform(start, text.size(), [](char c) { return static_cast<char>(std::toupper(c)); });
+        one.expected.transform(start, text.size(), upper);
     }
 
-    void readSomething(pair_t &one) {
-        const std::string text = anyText() + (below(2) ? "\n" : "") + anyText();
+    void readSomething(pair_t &one, const std::string &text) {
         std::istringstream stream(text);
         readToDelim(stream, one.real, '\n');
         one.expected.read(text.substr(0, text.find('\n')));
     }
 
-    void changeOne(pair_t &one, pair_t &other) {
+    void change(pair_t &one, const pair_t &other) {
         const std::string text = anyText();
-        switch (below(12)) {
-        case 0:
-            one.real = text.c_str();
-            one.expected = text;
-            break;
-        case 1:
-            one.real = vek::string_t(text.size(), 'q');
-            one.expected = std::string(text.size(), 'q');
-            break;
-        case 2:
-        case 3:
-            one = pair_t(other);
-            break;
-        case 4:
-            one.real = other.real + text.c_str();
-            one.expected = other.expected.text() + text;
-            break;
-        case 5:
-            one.real.append(text.c_str());
-            one.expected.replace(one.expected.text().size(), 0, text);
-            break;
-        case 6:
-            one.real.prepend(text.data(), text.size());
-            one.expected.replace(0, 0, text);
-            break;
-        case 7:
-            one.real.toLower();
-            one.expected.transform(0, one.expected.text().size(),
-                                   [](char c) { return static_cast<char>(std::tolower(c)); });
-            break;
-        case 8:
-            if (const std::size_t length = one.real.length()) {
-                const std::size_t i = below(length);
-                one.real[static_cast<std::int32_t>(i)] = '#';
-                one.expected.transform(i, 1, [](char) { return '#'; });
-            }
-            break;
-        case 9:
-            assignView(one);
-            break;
-        case 10:
-            readSomething(one);
-            break;
-        default:
-            replaceSomething(one);
-        }
+        const std::size_t n = text.size(), length = one.real.length(), i = below(length + 1);
+        const std::function<void()> changes[] = {
+            [&] {
+                one = {vek::string_t(text.data(), n), text};
+            },
+            [&] {
+                one = {vek::string_t(n, 'q'), std::string(n, 'q')};
+            },
+            [&] { one = pair_t(other); },
+            [&] {
+                one = {other.real + text.c_str(), other.expected.text() + text};
+            },
+            [&] { one.real.append(text.c_str()), one.expected.replace(length, 0, text); },
+            [&] { one.real.prepend(nullptr, n), one.expected.replace(0, 0, std::string(n, ' ')); },
+            [&] { one.real.toLower(), one.expected.transform(0, length, lower); },
+            [&] { replaceSomething(one); },
+            [&] { changeView(one, text); },
+            [&] { readSomething(one, text); },
+            [&] {
+                if (i < length) {
+                    one.real[static_cast<std::int32_t>(i)] = '#';
+                    one.expected.transform(i, 1, [](char) { return '#'; });
+                }
+            }};
+        anyOf(changes)();
     }
 
     std::mt19937 random{20240611};
-    std::array<pair_t, strings> all;
 };
 
-TEST_P(stringModel, randomOperations) {
+TEST_P(stringModel, randomChanges) {
+    std::array<pair_t, 6> all;
     for (int step = 0; step < 100000; ++step) {
         if (GetParam() && below(50) == 0)
-            changeSettings();
-        changeOne(all[below(strings)], all[below(strings)]);
+            setSizes(anyOf(std::array{0U, 10U, 63U, 64U, 100U}), anyOf(std::array{0U, 7U, 64U, 100U}),
+                     anyOf(std::array{0U, 63U, 200U}));
+        change(all[below(all.size())], all[below(all.size())]);
         for (const pair_t &one : all) {
             ASSERT_EQ(one.real.length(), one.expected.text().size()) << step;
             ASSERT_EQ(one.real.c_str(), one.expected.text()) << step;
@@ -162,61 +131,40 @@ TEST_P(stringModel, randomOperations) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, stringModel, testing::Bool(),
-                         [](const auto &context) { return context.param ? "changingSettings" : "defaultSettings"; });
-
-/// The positions where a predicate holds, searched one by one.
-std::size_t firstWhere(std::size_t from, std::size_t to, const std::function<bool(std::size_t)> &holds) {
-    for (; from < to; ++from) {
-        if (holds(from))
-            return from;
-    }
-    return vek::string_t::notFound;
-}
-
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
-    return text;
-}
-
-TEST(string, searchesAndHashesAsCharacterByCharacter) {
-    std::mt19937 random(7);
-    const auto anyText = [&](std::size_t length) {
-        std::string text(random() % length, ' ');
+/// With the parameter, case counts.
+TEST_P(stringModel, randomSearches) {
+    vek::setCaseSensitive(GetParam());
+    const auto anyLetters = [&](std::size_t limit) {
+        std::string text(below(limit), ' ');
         for (char &c : text)
-            c = "aAbB\xE4"[random() % 5];
+            c = anyOf(std::string_view("aAbB\xE4"));
+        return text;
+    };
+    const auto seen = [](std::string text) {
+        if (!GetParam())
+            std::transform(text.begin(), text.end(), text.begin(), upper);
         return text;
     };
     for (int step = 0; step < 20000; ++step) {
-        vek::setCaseSensitive(step % 2);
-        const auto seen = [&](const std::string &text) { return step % 2 ? text : upper(text); };
-        const std::string raw = anyText(20);
-        const std::string text = seen(raw);
-        const std::string pattern = seen(anyText(4));
-        const char c = seen(std::string(1, "aAb"[random() % 3]))[0];
-        const std::size_t start = random() % 22;
-        const std::size_t end = text.size();
+        const std::string raw = anyLetters(20), text = seen(raw), pattern = anyLetters(4), other = anyLetters(3);
+        const char c = anyOf(std::string_view("abAB"));
+        const std::size_t start = below(22);
         const vek::string_t real(raw.c_str());
-
-        const bool fits = start + pattern.size() <= end;
-        const std::size_t at = firstWhere(start, fits ? end - pattern.size() + 1 : 0,
-                                          [&](std::size_t i) { return text.substr(i, pattern.size()) == pattern; });
-        EXPECT_EQ(real.index(vek::string_t(pattern.c_str()), start), at);
-        EXPECT_EQ(real.first(c, start), firstWhere(start, end, [&](std::size_t i) { return text[i] == c; }));
-        EXPECT_EQ(real.last(c), text.rfind(c));
-        EXPECT_EQ(real.first("bB", start), firstWhere(start, end, [&](std::size_t i) { return upper(raw)[i] == 'B'; }));
-
-        const std::string other = seen(anyText(3));
-        EXPECT_EQ(real.compareTo(other.c_str()), (text > other) - (text < other));
-        EXPECT_EQ(real == other.c_str(), text == other);
-        EXPECT_EQ(real < other.c_str(), text < other);
-
-        auto hash = static_cast<std::uint32_t>(end);
-        for (std::size_t i = 0; i < end; ++i)
+        EXPECT_EQ(real.index(vek::string_t(pattern.c_str()), start), text.find(seen(pattern), start));
+        EXPECT_EQ(real.first(c, start), text.find(seen({c}), start));
+        EXPECT_EQ(real.last(c), text.rfind(seen({c})));
+        EXPECT_EQ(real.first("bx", start), raw.find('b', start)); // a set always tells case apart
+        EXPECT_EQ(real.compareTo(other.c_str()), (text > seen(other)) - (text < seen(other)));
+        EXPECT_EQ(real == other.c_str(), text == seen(other));
+        EXPECT_EQ(real < other.c_str(), text < seen(other));
+        auto hash = static_cast<std::uint32_t>(text.size());
+        for (std::size_t i = 0; i < text.size(); ++i)
             hash ^= std::uint32_t{static_cast<unsigned char>(text[i])} << (8 * (i % 4));
         EXPECT_EQ(real.hash(), hash);
     }
     vek::setCaseSensitive(1);
 }
+
+INSTANTIATE_TEST_SUITE_P(, stringModel, testing::Bool());
 
 } // namespace

@@ -177,12 +177,12 @@ hashVtabIterator_t::hashVtabIterator_t(const hashVtab &walked, const void *entry
 }
 
 void hashVtabIterator_t::startAt(const char *entry) {
-    // As numbers: the pointer may be to another array.
+    // As numbers, since the pointer may be to anything: an offset before the first slot is a very large one.
     const auto first = reinterpret_cast<std::uintptr_t>(table.slots.get());
     const auto place = reinterpret_cast<std::uintptr_t>(entry);
     const std::uintptr_t offset = place - first;
     const auto size = static_cast<std::uintptr_t>(table.entrySize);
-    if (place < first || offset / size >= static_cast<std::uintptr_t>(table.slotCount)) {
+    if (offset / size >= static_cast<std::uintptr_t>(table.slotCount)) {
         signalError(location, outOfArrayLine, hashOutOfArrayHook);
         index = place < first ? -1 : table.slotCount;
     } else if (offset % size != 0) {

@@ -121,12 +121,12 @@ std::uint32_t codeOf(const char *name) {
 }
 
 const char *nameOf(std::uint32_t code) {
-    constexpr std::size_t longest = 8;
+    constexpr std::size_t longest = 8; // a code has six digits at most
     static char name[longest + 1];
     std::size_t begin = longest;
     bool isDigit = true;
     // A name that would begin with a decimal digit gets an underscore before it.
-    while (begin > 0 && (code != 0 || isDigit)) {
+    while (code != 0 || isDigit) {
         name[--begin] = digits[code % base];
         isDigit = name[begin] >= '0' && name[begin] <= '9';
         code /= base;

@@ -46,7 +46,7 @@ classGroup_t &defaultClassGroup();
 /// The code of a name: its characters as digits of base 63, modulo 2^32. 0 for null.
 std::uint32_t codeOf(const char *name);
 
-/// The characters that a code stands for, up to eight. The text is overwritten by the next call.
+/// The characters that a code stands for, up to seven. The text is overwritten by the next call.
 const char *nameOf(std::uint32_t code);
 
 /// Flag of registerClass: the class becomes the default of its own group.

@@ -14,8 +14,12 @@ constexpr char location[] = "vek_std/std_sys/vek_string";
 constexpr std::uint32_t stringIndexLine = 743;
 constexpr std::uint32_t viewIndexLine = 753;
 
-/// Where operator[] writes when a string without memory has no character to refer to.
-char spareCharacter;
+/// What operator[] refers to when there is no character: its text and terminator stay as they are.
+char &noCharacter() {
+    static char spare;
+    spare = '\0';
+    return spare;
+}
 
 std::string_view textOf(const string_t &text) {
     return {text.c_str(), text.length()};
@@ -166,7 +170,7 @@ bool string_t::isLower() const {
 }
 
 char &string_t::characterAt(std::size_t position) {
-    return makePrivate() ? body->data[std::min(position, length())] : spareCharacter;
+    return position < length() && makePrivate() ? body->data[position] : noCharacter();
 }
 
 char &string_t::operator[](std::int32_t i) {
@@ -290,7 +294,7 @@ void subString_t::toUpper() {
 
 char &subString_t::operator[](std::int32_t i) {
     const std::int32_t checked = checkedIndex(i, present(), viewIndexLine);
-    return owner->characterAt(static_cast<std::size_t>(std::max(startPosition, 0)) + static_cast<std::size_t>(checked));
+    return owner->characterAt(static_cast<std::size_t>(startPosition) + static_cast<std::size_t>(checked));
 }
 
 } // namespace vek

@@ -117,7 +117,8 @@ public:
     void toLower();
     void toUpper();
 
-    /// Character i, in a body made private. A bad index is reported and gives the first character.
+    /// Character i, in a body made private. A bad index is reported and gives the first character; of an empty string,
+    /// one that belongs to no text.
     char &operator[](std::int32_t i);
 
     // Comparing: by bytes up to the terminator, or without regard to case when the settings say so.
@@ -173,7 +174,7 @@ private:
     bool makePrivate();
     /// Keeps the body after a change that went well, else leaves a null body.
     void keepIf(bool changed);
-    /// The character at `position`, at most the terminator, of a private body.
+    /// The character at `position`, made private; a spare one when there is none.
     char &characterAt(std::size_t position);
     void mapCharacters(std::size_t position, std::size_t count, char (*map)(char));
 

@@ -7,6 +7,7 @@ namespace {
 
 std::size_t mallocCalls = 0;
 std::size_t reallocCalls = 0;
+std::size_t reallocSize = 0;
 std::size_t blocks = 0;
 std::size_t untilFailure = 0; // 0: nothing fails
 bool allLaterFail = false;
@@ -42,6 +43,7 @@ void *__wrap_malloc(std::size_t size) {
 
 void *__wrap_realloc(void *block, std::size_t size) {
     ++reallocCalls;
+    reallocSize = size;
     void *made = failsNow() ? nullptr : __real_realloc(block, size);
     blocks += made && !block;
     return made;
@@ -59,10 +61,19 @@ void *operator new(std::size_t size) {
         throw std::bad_alloc();
     return made;
 }
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
 void operator delete(void *block) noexcept {
     __real_free(block);
 }
 void operator delete(void *block, std::size_t) noexcept {
+    __real_free(block);
+}
+void operator delete[](void *block) noexcept {
+    __real_free(block);
+}
+void operator delete[](void *block, std::size_t) noexcept {
     __real_free(block);
 }
 
@@ -84,6 +95,9 @@ std::size_t allocations() {
 }
 std::size_t reallocations() {
     return reallocCalls;
+}
+std::size_t lastReallocation() {
+    return reallocSize;
 }
 std::size_t liveBlocks() {
     return blocks;

@@ -15,6 +15,8 @@ std::size_t stopFailing();
 /// Since the program began.
 std::size_t allocations();
 std::size_t reallocations();
+/// The size that realloc was asked for last.
+std::size_t lastReallocation();
 /// Blocks allocated and not yet freed, by malloc and realloc.
 std::size_t liveBlocks();
 
