@@ -2,6 +2,7 @@
 
 #include "vek_std/std_objCltn/objCltn.hpp"
 
+#include <cstdio>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -57,16 +58,16 @@ TEST(obj, printsWhatTheFlagsAskFor) {
     member_t member;
     objArray_t array;
     array.add(&member);
-    std::ostringstream address;
-    address << '(' << static_cast<void *>(&object) << ')';
+    char address[40];
+    std::snprintf(address, sizeof address, "(%p)", static_cast<void *>(&object));
     const struct {
         obj_t *object;
         std::uint32_t flags;
         std::string text;
     } cases[] = {{nullptr, 0, "NULL"},
                  {&object, 0, "obj_t"},
-                 {&object, vek::withAddress, address.str() + "obj_t"},
-                 {&object, vek::withAddress | vek::withoutClassName, address.str()},
+                 {&object, vek::withAddress, std::string(address) + "obj_t"},
+                 {&object, vek::withAddress | vek::withoutClassName, address},
                  {&member, 0, "obj_t(1)"},
                  {&member, vek::withoutClassName, "(1)"},
                  {&member, vek::withoutMembershipCount, "obj_t"},

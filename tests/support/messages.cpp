@@ -36,7 +36,7 @@ const std::vector<sample_t> &samples() {
         for (const auto &entry : std::filesystem::directory_iterator(VEK_SAMPLES)) {
             std::ifstream in(entry.path(), std::ios::binary);
             const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-            read.push_back({entry.path().filename(), text, std::atoi(text.c_str() + 2), bodyOf(text)});
+            read.push_back({entry.path().filename().string(), text, std::atoi(text.c_str() + 2), bodyOf(text)});
         }
         std::sort(read.begin(), read.end(), [](const auto &a, const auto &b) { return a.file < b.file; });
         return read;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ostream>
 
 namespace vek {
 namespace {
@@ -56,13 +55,6 @@ void *swapMemory(void *a, void *b, std::size_t sizeA, std::size_t sizeB) {
     if (a != b)
         std::swap_ranges(bytes, bytes + sizeA, static_cast<char *>(b));
     return a;
-}
-
-std::ostream &pause(std::ostream &stream) {
-    stream << " ...Hit enter" << std::flush;
-    for (int c = std::getchar(); c != '\n' && c != EOF; c = std::getchar()) {
-    }
-    return stream;
 }
 
 } // namespace vek
