@@ -22,6 +22,15 @@ enum class envelopeResult_t : std::int32_t {
     wrongLength = 6, ///< the length is not the text's, its NUL included
 };
 
+/// Where the parts of an envelope stand in its text, as far as reading got: what a report on a damaged text needs.
+struct envelopePlaces_t {
+    std::size_t id = 0;
+    std::size_t length = 0;
+    std::size_t endMarker = 0;     ///< where "!!" should be
+    bool hasId = false;            ///< a number stands behind "@@"
+    std::int32_t statedLength = 0; ///< 0 when it can't be read
+};
+
 namespace detail {
 
 /// Reads over an envelope's text, character by character.
@@ -37,8 +46,9 @@ struct envelopeScan_t {
     }
 
     /// Reads a decimal number behind optional white space, at the largest or smallest value when it is beyond 32 bits.
-    /// When there is none, the target keeps its value; white space and a lone sign are skipped all the same.
-    void number(std::int32_t &target) {
+    /// When there is none, the target keeps its value; white space and a lone sign are skipped all the same. Tells
+    /// whether there was one.
+    bool number(std::int32_t &target) {
         skipSpace();
         bool isNegative = false;
         if (at != end && (*at == '-' || *at == '+'))
@@ -50,8 +60,10 @@ struct envelopeScan_t {
             value = value * 10 + (*at - '0');
             value = value < limit ? value : limit;
         }
-        if (at != digits)
-            target = static_cast<std::int32_t>(isNegative ? -value : value);
+        if (at == digits)
+            return false;
+        target = static_cast<std::int32_t>(isNegative ? -value : value);
+        return true;
     }
 };
 
@@ -59,14 +71,19 @@ struct envelopeScan_t {
 
 /// Takes an envelope apart. `text` is the whole text without its NUL; `body` becomes a view into it, and stays as it is
 /// when no body is reached. The body is cut by counting from the end of the text, so it may contain "!!".
-inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body) {
+inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body,
+                                     envelopePlaces_t &places) {
     if (text.substr(0, 2) != "@@")
         return envelopeResult_t::wrongMarker;
     detail::envelopeScan_t scan{text.data() + 2, text.data() + text.size()};
-    scan.number(numbers.id);
-    std::int32_t length = 0;
-    scan.number(length);
-    if (length < 0 || static_cast<std::size_t>(length) != text.size() + 1)
+    const auto place = [&] { return static_cast<std::size_t>(scan.at - text.data()); };
+    scan.skipSpace();
+    places.id = place();
+    places.hasId = scan.number(numbers.id);
+    scan.skipSpace();
+    places.length = place();
+    scan.number(places.statedLength);
+    if (places.statedLength < 0 || static_cast<std::size_t>(places.statedLength) != text.size() + 1)
         return envelopeResult_t::wrongLength;
     scan.number(numbers.echoTag);
     scan.number(numbers.sequenceNumber);
@@ -76,9 +93,15 @@ inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &n
         body = {scan.at + separator, static_cast<std::size_t>(unread - separator - endMarker)};
         scan.at = scan.end - endMarker;
     }
+    places.endMarker = place();
     scan.skipSpace();
     const std::string_view rest(scan.at, static_cast<std::size_t>(scan.end - scan.at));
     return rest.substr(0, 2) == "!!" ? envelopeResult_t::correct : envelopeResult_t::wrongMarker;
+}
+
+inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body) {
+    envelopePlaces_t places;
+    return readEnvelope(text, numbers, body, places);
 }
 
 } // namespace vek

@@ -257,7 +257,7 @@ typedef struct vekMediaContent {
     int32_t outputType;
 } vekMediaContent;
 
-/* 4202. info is released with the structure; NULL is not written. */
+/* 4202. info is released with the structure; NULL is not written. To write another text, fill a vekInfo of your own. */
 typedef struct vekInfo {
     uint8_t type;
     char *info;

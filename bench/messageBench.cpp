@@ -32,7 +32,7 @@ void readMessage(benchmark::State &state, const char *file) {
         benchmark::DoNotOptimize(structure);
         vekParamsDeleteStruct(id, &structure);
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 void writeMessage(benchmark::State &state, const char *file) {
@@ -47,7 +47,7 @@ void writeMessage(benchmark::State &state, const char *file) {
         vekParamsDelete(written);
     }
     vekParamsDeleteStruct(id, &structure);
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 // The body of a message as JSON: keys quoted, braces of lists as brackets, numbers as RapidJSON writes them.
@@ -118,7 +118,7 @@ void readJson(benchmark::State &state, const char *file) {
         auto object = json::read<Object>(text);
         benchmark::DoNotOptimize(object.get());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 template <class Object>
@@ -130,7 +130,7 @@ void writeJson(benchmark::State &state, const char *file) {
         json::write(*object, buffer);
         benchmark::DoNotOptimize(buffer.GetString());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 // The library and RapidJSON side by side, reading and writing.

@@ -41,16 +41,19 @@ public:
     std::int32_t capacity() const { return block_->capacity; }
 
     /// The pointer to the item at `index`, which must be at least 0 and below count(); it is not checked.
-    Item *at(std::int32_t index) const { return block_->items[index]; }
+    Item *at(std::int32_t index) { return block_->items[index]; }
+    const Item *at(std::int32_t index) const { return block_->items[index]; }
 
     /// Appends an item and returns it. The first form takes ownership of the pointer, also when it fails; the second
-    /// makes an item with its declared defaults. Throw std::bad_alloc.
+    /// appends a copy, which may be of an item of this container; the third makes an item with its declared defaults.
+    /// Throw std::bad_alloc.
     Item *add(Item *item) {
         std::unique_ptr<Item> owned(item);
         if (block_->count == block_->capacity)
             grow();
         return block_->items[block_->count++] = owned.release();
     }
+    Item &add(const Item &item) { return *add(new Item(item)); }
     Item &add() { return *add(new Item()); }
 
     /// Deletes every item; the capacity is kept.
@@ -59,8 +62,11 @@ public:
             delete block_->items[--block_->count];
     }
 
-    Item *const *begin() const { return block_->items; }
-    Item *const *end() const { return block_->items + block_->count; }
+    /// The pointers to the items: `for (Cassette *cassette : cassettes)`.
+    Item *const *begin() { return block_->items; }
+    Item *const *end() { return block_->items + block_->count; }
+    const Item *const *begin() const { return block_->items; }
+    const Item *const *end() const { return block_->items + block_->count; }
 
 protected:
     /// With room for `capacity` items; for 10 when less than 1 is asked for.

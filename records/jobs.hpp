@@ -1,5 +1,8 @@
-// Message structures of jobs. Those of 4193 to 4195 are their records themselves: groups of fields that keep their
-// values. A field is in the text when it was assigned.
+// Message structures of jobs.
+//
+// Those of 4193 to 4195 are their records themselves: groups of fields that keep their values. A field is read and
+// assigned like its value, `job.jobId = 1207`, a 16-bit text as a std::u16string_view, `job.jobName = u"Spring"`. It
+// stands in the text once it was assigned, until clear(); isSet tells.
 #pragma once
 
 #include "records/enumerations.hpp"

@@ -1,7 +1,8 @@
 // record_t: the base of the record classes, which bind the members of a message structure to fields.
 //
 // To add a message: declare its structure, derive a record class that states each key on one line, in text order, as
-// field{*this, "KEY", structure.member}, instantiate conversionOf for it, and give its id a row in api/catalogue.cpp.
+// field{*this, "KEY", structure.member}, instantiate conversionOf for it, and give its id a row in api/catalogue.cpp
+// and one in api/messageTable.hpp.
 #pragma once
 
 #include "records/conversion.hpp"

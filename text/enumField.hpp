@@ -89,7 +89,7 @@ public:
     }
 };
 
-/// Keeps its value. Assigning a value sets the field.
+/// Keeps its value and stands for it. Assigning a value sets the field.
 class ownEnumField_t : public basicEnumField_t<std::int32_t> {
 public:
     ownEnumField_t(textGroup_t &group, std::string_view key, const enumNames_t &names)
@@ -100,7 +100,19 @@ public:
         isSet = 1;
         return *this;
     }
+    ownEnumField_t &operator=(const ownEnumField_t &other) { return *this = other.value(); }
+
     std::int32_t value() const { return value_; }
+    operator std::int32_t() const { return value_; }
+
+    /// The value's name in the text; empty when it has none.
+    std::string_view name() const { return names_.nameOf(value_); }
+
+    /// Puts the value to 0, and unsets the field.
+    void clear() {
+        value_ = 0;
+        isSet = 0;
+    }
 };
 
 /// The two kinds of a range, in order of valueRange_t::kind.

@@ -167,7 +167,7 @@ public:
     }
 };
 
-/// A field that keeps its value. Assigning a value sets the field.
+/// A field that keeps its value and stands for it: it is assigned and read like one. Assigning a value sets the field.
 template <class Codec>
 class ownField_t : public valueField_t<Codec, typename Codec::value_t> {
 public:
@@ -181,7 +181,16 @@ public:
         this->isSet = 1;
         return *this;
     }
+    ownField_t &operator=(const ownField_t &other) { return *this = other.value(); }
+
     value_t value() const { return this->value_; }
+    operator value_t() const { return this->value_; }
+
+    /// Puts the value to that of an absent key, and unsets the field.
+    void clear() {
+        Codec::clear(this->value_);
+        this->isSet = 0;
+    }
 };
 
 using longField_t = boundField_t<longCodec_t>;

@@ -7,6 +7,7 @@
 #include "vek_std/std_sys/vek_string.hpp"
 
 #include <cstdint>
+#include <initializer_list>
 
 namespace vek {
 
@@ -24,6 +25,9 @@ public:
 
     /// Makes the range discrete and appends `count` values. Present values stay: clear() first to replace them.
     void setValues(std::int32_t count, const double *values);
+    void setValues(std::initializer_list<double> values) {
+        setValues(static_cast<std::int32_t>(values.size()), values.begin());
+    }
 
     /// Removes all values and keeps the kind.
     void clear() { values_.clear(); }

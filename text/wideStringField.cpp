@@ -45,6 +45,13 @@ std::u16string_view wideStringField_t::text() const {
     return length == 0 ? std::u16string_view(u"") : std::u16string_view(text_.begin(), length);
 }
 
+void wideStringField_t::clear() {
+    elements_.clear();
+    text_.clear();
+    found_ = 0;
+    isSet = 0;
+}
+
 void wideStringField_t::fromText(std::string_view text) {
     fieldArray_t::fromText(text);
     rebuildText();
@@ -77,6 +84,12 @@ void wideStringElements_t::describe(fieldDescription_t &description) const {
     description.kind = "16-bit character string";
     description.memberType = "wideStringField_t";
     description.list = "list";
+}
+
+void wideStringListField_t::clear() {
+    elements_.clear();
+    found_ = 0;
+    isSet = 0;
 }
 
 wideStringField_t &wideStringListField_t::add(std::u16string_view text) {

@@ -50,12 +50,19 @@ public:
 
     /// Takes a copy of the characters and a terminating 0, and sets the field.
     wideStringField_t &operator=(std::u16string_view text);
+    wideStringField_t &operator=(const wideStringField_t &other) { return *this = other.text(); }
 
     /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes.
     std::u16string_view text() const;
+    operator std::u16string_view() const { return text(); }
+    bool operator==(std::u16string_view other) const { return text() == other; }
+    bool operator==(const wideStringField_t &other) const { return text() == other.text(); }
 
     /// How many values the field was given: the characters and the terminating 0.
     std::int32_t count() const { return found_; }
+
+    /// Removes the text, and unsets the field.
+    void clear();
 
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
@@ -91,6 +98,9 @@ public:
     void allocate(std::int32_t count);
     void describe(fieldDescription_t &description) const;
 
+    wideStringField_t *const *begin() const { return texts_.begin(); }
+    wideStringField_t *const *end() const { return texts_.end(); }
+
 private:
     template <class>
     friend struct layoutOf; // pins where the members lie
@@ -104,6 +114,20 @@ class wideStringListField_t : public fieldArray_t<wideStringElements_t> {
 public:
     wideStringListField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key, key) {}
 
+    /// Goes over the texts themselves.
+    template <class Text>
+    struct iterator_t {
+        wideStringField_t *const *at;
+
+        Text &operator*() const { return **at; }
+        Text *operator->() const { return *at; }
+        iterator_t &operator++() {
+            ++at;
+            return *this;
+        }
+        bool operator==(const iterator_t &) const = default;
+    };
+
     /// Appends a text and sets it. Throws std::bad_alloc.
     wideStringField_t &add(std::u16string_view text);
 
@@ -113,7 +137,13 @@ public:
     wideStringField_t &at(std::int32_t index) { return elements_.element(index, pass_t::parse); }
     const wideStringField_t &at(std::int32_t index) const { return elements_.element(index, pass_t::print); }
 
-    void clear() { elements_.clear(); }
+    /// Removes every text, and unsets the field.
+    void clear();
+
+    iterator_t<wideStringField_t> begin() { return {elements_.begin()}; }
+    iterator_t<wideStringField_t> end() { return {elements_.end()}; }
+    iterator_t<const wideStringField_t> begin() const { return {elements_.begin()}; }
+    iterator_t<const wideStringField_t> end() const { return {elements_.end()}; }
 
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);

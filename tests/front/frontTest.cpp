@@ -1,0 +1,168 @@
+// The typed front as a host uses it: every message read, written and released, and what must not compile.
+#include "api/vekParams2ASCII.hpp"
+#include "tests/front/hostTest.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <iterator>
+#include <map>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace vek;
+
+template <class T>
+concept parses = requires {
+    parse<T>("");
+};
+template <std::int32_t Id>
+concept parsesById = requires {
+    parse<Id>("");
+};
+template <class T>
+concept makesDefaults = requires {
+    defaults<T>();
+};
+template <class T>
+concept prints = requires(const T &structure) {
+    print(structure);
+};
+template <std::int32_t Id, class T>
+concept printsAs = requires(const T &structure) {
+    print<Id>(structure);
+};
+
+static_assert(parses<FocusValue> && makesDefaults<FocusValue> && prints<FocusValue> && prints<const JobPort>);
+static_assert(!parses<Size> && !parses<MessageBase> && !parses<DeviceMedia> && !parses<const FocusValue>);
+static_assert(!prints<DeviceId> && !prints<string_t> && !prints<owned_t<FocusValue>> && !prints<FocusValue *>);
+// A structure of several messages needs the id, and an id takes no other structure.
+static_assert(!parses<IdRecord> && !makesDefaults<IdRecord> && !prints<IdRecord>);
+static_assert(parsesById<4160> && printsAs<4160, IdRecord> && printsAs<4189, IdRecord> && printsAs<4192, IdRecord>);
+static_assert(!printsAs<VEK_MSG_FOCUS_VALUE, Cassette> && !printsAs<VEK_MSG_INFO, IdRecord>);
+static_assert(printsAs<VEK_MSG_DEVICE_INFO, DeviceInfo2> && !printsAs<VEK_MSG_DEVICE_INFO_2, DeviceInfo>);
+// Ids without a structure, and no message's.
+static_assert(!parsesById<4162> && !parsesById<4190> && !parsesById<4203> && !parsesById<4108> && !parsesById<0>);
+// One owner, which knows how to release.
+static_assert(!std::is_copy_constructible_v<owned_t<FocusValue>>);
+static_assert(!std::is_convertible_v<owned_t<DeviceInfo2>, owned_t<DeviceInfo>>);
+
+class FrontTest : public HostTest {};
+
+std::map<std::int32_t, std::string> samples() {
+    std::map<std::int32_t, std::string> texts;
+    for (const auto &entry : std::filesystem::directory_iterator(VEK_SAMPLES)) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        texts[std::stoi(entry.path().filename().string())].assign(std::istreambuf_iterator<char>(in), {});
+    }
+    return texts;
+}
+
+TEST_F(FrontTest, ReadsAndWritesEveryMessage) {
+    const auto texts = samples();
+    messages_t::forEach([&]<class Message>(Message) {
+        constexpr std::int32_t id = Message::id;
+        SCOPED_TRACE(id);
+        const std::string &text = texts.at(id);
+        EXPECT_EQ(messageId(text), id);
+        const auto structure = parse<id>(text);
+        const std::string written = print<id>(*structure);
+        EXPECT_EQ(messageId(written), id);
+        EXPECT_EQ(bodyOf(written), bodyOf(text));
+        if constexpr (soleStructure<typename Message::structure_t>) {
+            const owned_t<typename Message::structure_t> again = parse<typename Message::structure_t>(written);
+            EXPECT_EQ(bodyOf(print(*again)), bodyOf(text));
+        }
+    });
+}
+
+TEST_F(FrontTest, GivesEveryMessageItsDefaults) {
+    messages_t::forEach([&]<class Message>(Message) {
+        constexpr std::int32_t id = Message::id;
+        SCOPED_TRACE(id);
+        const std::string written = print<id>(*defaults<id>());
+        EXPECT_EQ(bodyOf(print<id>(*parse<id>(written))), bodyOf(written));
+    });
+    EXPECT_EQ(defaults<DeviceInfo2>()->numOfCassette, 1);
+    EXPECT_EQ(defaults<MediaContent>()->maxInput, 1000.0);
+    EXPECT_EQ(defaults<Info>()->info, nullptr);
+    EXPECT_FALSE(defaults<JobPort>()->jobId.isSet);
+}
+
+TEST_F(FrontTest, ReadsViewsThatNoNulFollows) {
+    const std::string text = "@@4118    38 7 41 {DEVICE_STATE=3;}!!";
+    const std::vector<char> exact(text.begin(), text.end()); // nothing behind it may be read
+    EXPECT_EQ(parse<DeviceState>({exact.data(), exact.size()})->deviceState, 3);
+    EXPECT_EQ(parse<DeviceState>(std::string_view(text + "{}!!").substr(0, text.size()))->deviceState, 3);
+    EXPECT_EQ(parse<DeviceState>({text.c_str(), text.size() + 1})->deviceState, 3); // its own NUL may be in the view
+}
+
+TEST_F(FrontTest, GivesTheIdOfAnyText) {
+    for (const auto &[text, id] : std::initializer_list<std::pair<const char *, std::int32_t>>{
+             {"@@4112 damaged", 4112}, {"@@ -7", -7}, {"@@", 0}, {"4112", 0}, {"", 0}})
+        EXPECT_EQ(messageId(text), id) << text;
+}
+
+TEST_F(FrontTest, WritesUnderTheIdAskedFor) {
+    const IdRecord record{7};
+    EXPECT_EQ(messageId(print<VEK_MSG_ID_RECORD_4160>(record)), 4160);
+    EXPECT_EQ(messageId(print<VEK_MSG_ID_RECORD_4192>(record)), 4192);
+    const auto info = defaults<DeviceInfo2>();
+    EXPECT_EQ(messageId(print(*info)), 4136);
+    EXPECT_EQ(messageId(print<VEK_MSG_DEVICE_INFO>(*info)), 4096);
+}
+
+TEST_F(FrontTest, FillsContainersListsAndTexts) {
+    CassetteArray cassettes;
+    for (const char *name : {"A", "B"}) {
+        Cassette &cassette = cassettes.add();
+        cassette.name = name;
+        cassette.punchSysName.add("P1");
+        cassette.punchSysName.add(string_t("P2"));
+        cassette.numAvailablePunchSys = cassette.punchSysName.count();
+    }
+    cassettes.add(*cassettes.at(0)).name = "C";
+    const auto read = parse<CassetteArray>(print(cassettes));
+    std::string seen;
+    for (const Cassette *cassette : *read) {
+        seen += cassette->name.c_str();
+        for (const string_t &name : cassette->punchSysName)
+            seen += name.c_str();
+    }
+    EXPECT_EQ(seen, "AP1P2BP1P2CP1P2");
+    read->clear();
+    EXPECT_EQ(read->count(), 0);
+
+    DeviceMediaNameArray names;
+    names.add("Violet");
+    names.add("Thermal").toUpper();
+    EXPECT_EQ(bodyOf(print(names)), "{DEVICE_MEDIA_NAME_ARRAY={Violet,THERMAL,};}");
+
+    DeviceInfo info;
+    info.resolution.clear();
+    info.resolution.setValues({1200.0, 2400.0});
+    EXPECT_NE(print(info).find("RESOLUTION={1200.000000,2400.000000,};"), std::string::npos);
+}
+
+TEST_F(FrontTest, FillsCharacterArrays) {
+    DeviceStatus status{};
+    status.numOfMessages = 2;
+    setText(status.msgs[0], "Drum stopped");
+    setText(status.msgs[1], std::string(300, 'x'));
+    EXPECT_EQ(textOf(status.msgs[0]), "Drum stopped");
+    EXPECT_EQ(textOf(status.msgs[1]), std::string(254, 'x'));
+    setText(status.msgs[1], {});
+    EXPECT_EQ(textOf(status.msgs[1]), "");
+    EXPECT_EQ(textOf({'n', 'o', ' ', 'e', 'n', 'd'}), "no end");
+    EXPECT_EQ(textOf(parse<DeviceStatus>(print(status))->msgs[0]), "Drum stopped");
+
+    char text[] = "Firmware 3.21 loaded";
+    EXPECT_STREQ(parse<Info>(print(Info{1, text}))->info, text);
+}
+
+} // namespace
