@@ -10,12 +10,64 @@ using namespace std::string_literals;
 
 const std::string structure = "{}=;,\"";
 
-const std::vector<std::string> pieces{
-    "\"\"", "\"", "{}", "{", "}", "{{}}", "=", ";", ",", "=;,", ";=", ",=", "\1", "\2", "\3\4\5", "\x80\xff", " ", "\t-",
-    "-1", "0", "10", "11", "256", "257", "1000000", "2147483648", "-2147483648", "4294967297", "70000", "-0", "0x10",
-    "1e3", "1e400", "-1e-400", ".5", "5.", "inf", "nan", "123456789012345678901234567890", "0.00000049999", "99999.9999995",
-    "TRUE", "FALSE", "true", "discrete_e", "continuous_e", "sheet_e", "unknown_e", "negative_e", "mediaProof_e", "TSP",
-    "\"a;b={c}\"", "{1,2,3,}", "{A=1;B=2;}", "{9,}", std::string(31, 'l'), std::string(256, 'm'), std::string(300, 'n')};
+const std::vector<std::string> pieces{"\"\"",
+                                      "\"",
+                                      "{}",
+                                      "{",
+                                      "}",
+                                      "{{}}",
+                                      "=",
+                                      ";",
+                                      ",",
+                                      "=;,",
+                                      ";=",
+                                      ",=",
+                                      "\1",
+                                      "\2",
+                                      "\3\4\5",
+                                      "\x80\xff",
+                                      " ",
+                                      "\t-",
+                                      "-1",
+                                      "0",
+                                      "10",
+                                      "11",
+                                      "256",
+                                      "257",
+                                      "1000000",
+                                      "2147483648",
+                                      "-2147483648",
+                                      "4294967297",
+                                      "70000",
+                                      "-0",
+                                      "0x10",
+                                      "1e3",
+                                      "1e400",
+                                      "-1e-400",
+                                      ".5",
+                                      "5.",
+                                      "inf",
+                                      "nan",
+                                      "123456789012345678901234567890",
+                                      "0.00000049999",
+                                      "99999.9999995",
+                                      "TRUE",
+                                      "FALSE",
+                                      "true",
+                                      "discrete_e",
+                                      "continuous_e",
+                                      "sheet_e",
+                                      "unknown_e",
+                                      "negative_e",
+                                      "mediaProof_e",
+                                      "TSP",
+                                      "\"a;b={c}\"",
+                                      "{1,2,3,}",
+                                      "{A=1;B=2;}",
+                                      "{9,}",
+                                      std::string(31, 'l'),
+                                      std::string(256, 'm'),
+                                      std::string(300, 'n')};
 
 bool isKeyCharacter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
@@ -55,16 +107,28 @@ void bodyMutator_t::change(std::string &body) {
     const std::string cut = body.substr(start, end - start);
     const std::size_t anywhere = below(body.size() + 1);
     switch (below(12)) {
-    case 0: body.insert(anywhere, 1, static_cast<char>(1 + below(255))); break;
-    case 1: body.insert(anywhere, 1, structure[below(structure.size())]); break;
+    case 0:
+        body.insert(anywhere, 1, static_cast<char>(1 + below(255)));
+        break;
+    case 1:
+        body.insert(anywhere, 1, structure[below(structure.size())]);
+        break;
     case 2:
         if (anywhere < body.size())
             body[anywhere] = structure[below(structure.size())];
         break;
-    case 3: body.erase(anywhere, 1 + below(3)); break;
-    case 4: body.insert(anywhere, piece()); break;
-    case 5: body.replace(start, end - start, piece()); break;
-    case 6: body.erase(start, end - start); break;
+    case 3:
+        body.erase(anywhere, 1 + below(3));
+        break;
+    case 4:
+        body.insert(anywhere, piece());
+        break;
+    case 5:
+        body.replace(start, end - start, piece());
+        break;
+    case 6:
+        body.erase(start, end - start);
+        break;
     case 7: { // repeated, now and then often
         for (std::size_t times = below(20) == 0 ? 270 : 1 + below(3); times > 0 && body.size() < 20000; --times)
             body.insert(start, cut);
@@ -75,8 +139,12 @@ void bodyMutator_t::change(std::string &body) {
         body.insert(std::min(stretch(body).first, body.size()), cut);
         break;
     }
-    case 9: takeKeysAway(body); break;
-    case 10: giveElementsKeys(body); break;
+    case 9:
+        takeKeysAway(body);
+        break;
+    case 10:
+        giveElementsKeys(body);
+        break;
     default: { // a number for a number
         const std::size_t digit = body.find_first_of("0123456789", anywhere);
         if (digit == std::string::npos)

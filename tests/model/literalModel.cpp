@@ -19,8 +19,9 @@ kind_t kindOf(const vek::fieldDescription_t &field) {
     if (field.memberType == "int32_t" && field.kind == "double")
         return kind_t::pixel;
     const std::map<std::string_view, kind_t> kinds{
-        {"long integer", kind_t::integer}, {"short integer", kind_t::shortInteger}, {"double", kind_t::real},
-        {"float", kind_t::floating},       {"boolean", kind_t::boolean},            {"enumeration", kind_t::name},
+        {"long integer", kind_t::integer}, {"short integer", kind_t::shortInteger},
+        {"double", kind_t::real},          {"float", kind_t::floating},
+        {"boolean", kind_t::boolean},      {"enumeration", kind_t::name},
         {"string", kind_t::text},          {"nested record", kind_t::record}};
     return kinds.at(field.kind);
 }
@@ -268,12 +269,22 @@ private:
 
 void field_t::fromText(const std::string &value) {
     switch (node->kind) {
-    case kind_t::integer: integer = toInteger(value); break;
-    case kind_t::shortInteger: integer = static_cast<std::int16_t>(toInteger(value)); break;
+    case kind_t::integer:
+        integer = toInteger(value);
+        break;
+    case kind_t::shortInteger:
+        integer = static_cast<std::int16_t>(toInteger(value));
+        break;
     case kind_t::real:
-    case kind_t::pixel: real = toReal(value); break;
-    case kind_t::floating: real = static_cast<double>(static_cast<float>(toReal(value))); break;
-    case kind_t::boolean: integer = value == "TRUE" ? 1 : 0; break;
+    case kind_t::pixel:
+        real = toReal(value);
+        break;
+    case kind_t::floating:
+        real = static_cast<double>(static_cast<float>(toReal(value)));
+        break;
+    case kind_t::boolean:
+        integer = value == "TRUE" ? 1 : 0;
+        break;
     case kind_t::name: {
         const auto name = std::find(node->names.begin(), node->names.end(), value);
         if (name == node->names.end())
@@ -393,9 +404,12 @@ std::string field_t::toText() const {
         return "";
     switch (node->kind) {
     case kind_t::integer:
-    case kind_t::shortInteger: return std::to_string(integer);
-    case kind_t::boolean: return integer != 0 ? "TRUE" : "FALSE";
-    case kind_t::name: return node->names[static_cast<std::size_t>(integer)];
+    case kind_t::shortInteger:
+        return std::to_string(integer);
+    case kind_t::boolean:
+        return integer != 0 ? "TRUE" : "FALSE";
+    case kind_t::name:
+        return node->names[static_cast<std::size_t>(integer)];
     case kind_t::text: {
         std::string escaped = text;
         for (char &c : escaped) {
@@ -404,7 +418,8 @@ std::string field_t::toText() const {
         }
         return escaped;
     }
-    default: return fromReal(real);
+    default:
+        return fromReal(real);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 namespace vek {
 namespace {
@@ -61,7 +62,9 @@ std::uint64_t stringRep_t::roundedCapacity(std::uint64_t length) {
 }
 
 stringRep_t *stringRep_t::make(std::size_t length) {
-    auto *body = static_cast<stringRep_t *>(std::malloc(sizeof(stringRep_t)));
+    // Owned, since a hook may throw.
+    std::unique_ptr<stringRep_t, void (*)(void *)> body(static_cast<stringRep_t *>(std::malloc(sizeof(stringRep_t))),
+                                                        std::free);
     if (!body) {
         signalOutOfMemory();
         return nullptr;
@@ -72,13 +75,11 @@ stringRep_t *stringRep_t::make(std::size_t length) {
     body->capacity = inlineCapacity;
     body->room[0] = '\0';
     const std::uint64_t wanted = roundedCapacity(length);
-    if (wanted != inlineCapacity && !body->setCapacity(wanted)) {
-        std::free(body);
+    if (wanted != inlineCapacity && !body->setCapacity(wanted))
         return nullptr;
-    }
     body->length = static_cast<std::uint32_t>(length);
     body->data[length] = '\0';
-    return body;
+    return body.release();
 }
 
 stringRep_t *stringRep_t::make(const char *text, std::size_t length) {

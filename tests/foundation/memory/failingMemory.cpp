@@ -59,16 +59,17 @@ void *operator new(std::size_t size) {
     void *made = failsNow() ? nullptr : __real_malloc(size > 0 ? size : 1);
     if (!made)
         throw std::bad_alloc();
+    ++blocks;
     return made;
 }
 void *operator new[](std::size_t size) {
     return operator new(size);
 }
 void operator delete(void *block) noexcept {
-    __real_free(block);
+    __wrap_free(block);
 }
 void operator delete(void *block, std::size_t) noexcept {
-    __real_free(block);
+    __wrap_free(block);
 }
 void operator delete[](void *block) noexcept {
     __real_free(block);

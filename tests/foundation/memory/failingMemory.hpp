@@ -17,7 +17,7 @@ std::size_t allocations();
 std::size_t reallocations();
 /// The size that realloc was asked for last.
 std::size_t lastReallocation();
-/// Blocks allocated and not yet freed, by malloc and realloc.
+/// Blocks allocated and not yet freed, by malloc, realloc and operator new.
 std::size_t liveBlocks();
 
 } // namespace memory

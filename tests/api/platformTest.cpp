@@ -1,0 +1,110 @@
+// What the library makes of the process around it: its environment, its locale, its dynamic linker.
+#include "api/envelopeWriter.hpp"
+#include "api/loadTime.hpp"
+#include "foundation/reports.hpp"
+#include "support/messages.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
+#include <locale>
+#include <set>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using namespace vek;
+using namespace vek::test;
+
+TEST(LoadTime, ReadsTheDebugMode) {
+    const structure_t structure = structureOf(4118, "{}");
+    for (const auto &[mode, expected] : {std::pair("msgPrint", 1), {"MSGPRINT", 0}, {"msgPrint ", 0}, {"", 0}}) {
+        setenv("PLOT_DEBUG_MODE", mode, 1);
+        headerNumbers = {1, 2, 3};
+        setUpAtLoad();
+        EXPECT_EQ(debugSwitch, expected) << mode;
+        EXPECT_EQ(written(4118, structure.address), message(4118, "{DEVICE_STATE=0;}", -1, 1)) << mode;
+    }
+    unsetenv("PLOT_DEBUG_MODE");
+    setUpAtLoad();
+    EXPECT_EQ(debugSwitch, 0);
+}
+
+TEST(LoadTime, ComesBeforeEverything) {
+    setenv("PLOT_DEBUG_MODE", "msgPrint", 1);
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process of its own, which sets up as it is loaded
+    EXPECT_EXIT(std::exit(40 + debugSwitch), testing::ExitedWithCode(41), "");
+    unsetenv("PLOT_DEBUG_MODE");
+}
+
+// Makes a locale with a decimal comma the process's. Where none is installed, one is made for this process.
+bool setCommaLocale() {
+    for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE", "ru_RU.UTF-8"})
+        if (std::setlocale(LC_ALL, name) != nullptr)
+            return true;
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("vekLocale" + std::to_string(getpid()));
+    std::filesystem::create_directory(folder);
+    const std::string make = "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "'";
+    const bool isMade = std::system(make.c_str()) == 0;
+    setenv("LOCPATH", folder.c_str(), 1);
+    const bool isSet = isMade && std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    unsetenv("LOCPATH");
+    std::filesystem::remove_all(folder);
+    return isSet;
+}
+
+class comma_t : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\1"; }
+};
+
+TEST(Locale, HasNoInfluence) {
+    ASSERT_TRUE(setCommaLocale()) << "this test needs a locale with a decimal comma, or localedef and its sources";
+    std::array<char, 8> half{};
+    std::snprintf(half.data(), half.size(), "%.1f", 0.5);
+    ASSERT_STREQ(half.data(), "0,5");
+    const std::locale before = std::locale::global(std::locale(std::locale(), new comma_t));
+    for (const sample_t &sample : samples())
+        EXPECT_EQ(written(sample.id, structure_t(sample.text).address), message(sample.id, sample.body, 7, 42));
+    EXPECT_EQ(converted(4112, "{FOCUS_VALUE=1234567.5;}"), "{FOCUS_VALUE=1234567.500000;}");
+    EXPECT_EQ(converted(4112, "{FOCUS_VALUE=1e300;}").find_first_of(".,"), std::string("{FOCUS_VALUE=").size() + 301);
+    EXPECT_EQ(converted(4112, "{FOCUS_VALUE=123456789012345678901,5;}"), "{FOCUS_VALUE=123456789012345683968.000000;}");
+    EXPECT_EQ(printed([] { structureOf(123456, "{}"); }), "vekStrToVal: InvalidMsgId = 123456\n");
+    std::locale::global(before);
+    std::setlocale(LC_ALL, "C");
+}
+
+#ifdef VEK_SHARED_LIBRARY
+TEST(SharedLibrary, ExportsExactlyTheFourCalls) {
+    FILE *list = popen("nm -D --defined-only '" VEK_SHARED_LIBRARY "'", "r");
+    ASSERT_NE(list, nullptr);
+    std::set<std::string> exported;
+    for (char line[200]; std::fgets(line, sizeof line, list) != nullptr;)
+        exported.insert(std::string(line).substr(17)); // behind the address
+    pclose(list);
+    EXPECT_EQ(exported, (std::set<std::string>{"T vekParamsDelete\n", "T vekParamsDeleteStruct\n", "T vekStrToVal\n",
+                                               "T vekValToStr\n"}));
+}
+
+TEST(SharedLibrary, SetsUpTheHeaderNumbersAsItIsLoaded) {
+    void *library = dlopen(VEK_SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto write = reinterpret_cast<decltype(&vekValToStr)>(dlsym(library, "vekValToStr"));
+    const auto release = reinterpret_cast<decltype(&vekParamsDelete)>(dlsym(library, "vekParamsDelete"));
+    char *text = nullptr;
+    EXPECT_EQ(write(4112, nullptr, &text), 0);
+    EXPECT_STREQ(text, "@@4112    21 -1 1 !!");
+    release(text);
+    dlclose(library);
+}
+#endif
+
+} // namespace
