@@ -35,7 +35,7 @@ struct attempt_t {
 // `call` makes something through its argument; `release` takes it back, having looked at it.
 template <class Call, class Release>
 outcome_t attempt(const attempt_t &one, Call call, Release release) {
-    const std::size_t blocks = memory::liveBlocks();
+    const std::size_t live = memory::liveBlocks() + memory::liveObjects();
     void *made = nullptr;
     outcome_t outcome = wrong;
     memory::failAt(one.n, one.andAllLater);
@@ -51,7 +51,7 @@ outcome_t attempt(const attempt_t &one, Call call, Release release) {
     }
     if (made != nullptr)
         release(made);
-    return memory::liveBlocks() == blocks ? outcome : wrong;
+    return memory::liveBlocks() + memory::liveObjects() == live ? outcome : wrong;
 }
 
 outcome_t attemptToRead(const attempt_t &one) {

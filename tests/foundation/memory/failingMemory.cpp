@@ -9,6 +9,7 @@ std::size_t mallocCalls = 0;
 std::size_t reallocCalls = 0;
 std::size_t reallocSize = 0;
 std::size_t blocks = 0;
+std::size_t objects = 0;
 std::size_t untilFailure = 0; // 0: nothing fails
 bool allLaterFail = false;
 std::size_t failures = 0;
@@ -59,23 +60,24 @@ void *operator new(std::size_t size) {
     void *made = failsNow() ? nullptr : __real_malloc(size > 0 ? size : 1);
     if (!made)
         throw std::bad_alloc();
-    ++blocks;
+    ++objects;
     return made;
 }
 void *operator new[](std::size_t size) {
     return operator new(size);
 }
 void operator delete(void *block) noexcept {
-    __wrap_free(block);
+    objects -= block != nullptr;
+    __real_free(block);
 }
 void operator delete(void *block, std::size_t) noexcept {
-    __wrap_free(block);
+    operator delete(block);
 }
 void operator delete[](void *block) noexcept {
-    __real_free(block);
+    operator delete(block);
 }
 void operator delete[](void *block, std::size_t) noexcept {
-    __real_free(block);
+    operator delete(block);
 }
 
 namespace memory {
@@ -102,6 +104,9 @@ std::size_t lastReallocation() {
 }
 std::size_t liveBlocks() {
     return blocks;
+}
+std::size_t liveObjects() {
+    return objects;
 }
 
 } // namespace memory

@@ -17,7 +17,9 @@ std::size_t allocations();
 std::size_t reallocations();
 /// The size that realloc was asked for last.
 std::size_t lastReallocation();
-/// Blocks allocated and not yet freed, by malloc, realloc and operator new.
+/// Blocks allocated and not yet freed, by malloc and realloc.
 std::size_t liveBlocks();
+/// Blocks of operator new that are not deleted yet.
+std::size_t liveObjects();
 
 } // namespace memory

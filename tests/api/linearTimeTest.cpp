@@ -1,0 +1,97 @@
+// However a text is made, converting it takes time in proportion to its length.
+#include "support/messages.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+
+namespace {
+
+using namespace vek;
+using namespace vek::test;
+using seconds_t = std::chrono::duration<double>;
+
+const std::size_t size = static_cast<std::size_t>(rounds(1000000)) + 200000;
+
+std::string filled(const std::string &piece) {
+    std::string all;
+    while (all.size() < size)
+        all += piece;
+    return all;
+}
+
+// "KEYi=value;" with numbers from 0, or down to it.
+std::string numbered(const std::string &key, const std::string &value, bool isDescending = false) {
+    const std::size_t count = size / (key.size() + value.size() + 7);
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += key + std::to_string(isDescending ? count - 1 - i : i) + '=' + value + ';';
+    return all;
+}
+
+struct shape_t {
+    const char *name;
+    std::int32_t id;
+    std::string body;
+};
+
+const shape_t shapes[] = {
+    {"opening braces", 4106, "{NAME=" + std::string(size, '{') + "}"},
+    {"nested braces", 4106, "{NAME=" + std::string(size / 2, '{') + std::string(size / 2, '}') + ";}"},
+    {"nested braces as list", 4107, "{ARRAY_RES_INT=" + std::string(size / 2, '{') + std::string(size / 2, '}') + ";}"},
+    {"closing braces", 4106, "{NAME=" + std::string(size, '}') + "}"},
+    {"open records in each other", 4101, '{' + filled("ARRAY_CASSETTE={{VERSION={") + '}'},
+    {"empty records", 4107, "{ARRAY_RES_INT={" + filled("{},") + "};}"},
+    {"quotes", 4106, '{' + std::string(size, '"') + '}'},
+    {"empty quotes as list", 4119, "{DATA_PATH_PORT={" + filled("\"\",") + "};}"},
+    {"separators", 4106, '{' + filled(";,=") + '}'},
+    {"equals signs", 4106, '{' + std::string(size, '=') + '}'},
+    {"empty values", 4106, '{' + filled("NAME=;") + '}'},
+    {"one key", 4165, '{' + filled("SCREEN_TYPE=x;") + '}'},
+    {"unknown keys", 4165, '{' + filled("X=1;") + '}'},
+    {"values of a record without keys", 4165, '{' + filled("1,") + '}'},
+    {"values without keys, then one with a key", 4165, '{' + filled("1,") + "DRUM_ID=1;}"},
+    {"list with numbered keys", 4119, "{DATA_PATH_PORT={" + numbered("DATA_PATH_PORT", "1") + "};}"},
+    {"list with keys numbered down", 4119, "{DATA_PATH_PORT={" + numbered("DATA_PATH_PORT", "1", true) + "};}"},
+    {"list with one key", 4119, "{DATA_PATH_PORT={" + filled("DATA_PATH_PORT7=1;") + "};}"},
+    {"list with numbers out of range", 4119, "{DATA_PATH_PORT={" + filled("DATA_PATH_PORT999999999=1;") + "};}"},
+    {"list whose last value has a key", 4119, "{DATA_PATH_PORT={" + filled("1,") + "DATA_PATH_PORT1=1;};}"},
+    {"records with numbered keys", 4107, "{ARRAY_RES_INT={" + numbered("ARRAY_RES_INT", "{1,x,}") + "};}"},
+    {"array with numbered keys", 4161, "{MSGS={" + numbered("MSGS", "1") + "};}"},
+    {"surplus values of an array", 4171, "{COLOR_TABLE={" + filled("{1,2,},") + "};}"},
+    {"range", 4096, "{SPINNER_SPEED={" + filled("1.5,") + "};SPINNER_SPEED_RANGE_TYPE=continuous_e;}"},
+    {"16-bit texts", 4193, "{SEP_LIST={" + filled("{65,0,},") + "};}"},
+    {"16-bit texts with numbered keys", 4193, "{SEP_LIST={" + numbered("SEP_LIST", "{SEP_LIST00=5;}") + "};}"},
+    {"long 16-bit text", 4194, "{JOB_NAME={" + numbered("JOB_NAME", "5", true) + "};}"},
+    {"digits of an integer", 4118, "{DEVICE_STATE=" + std::string(size, '9') + ";}"},
+    {"digits of a real", 4112, "{FOCUS_VALUE=" + std::string(size, '7') + ";}"},
+    {"decimals of a real", 4112, "{FOCUS_VALUE=0." + std::string(size, '0') + "7;}"},
+    {"digits of an exponent", 4112, "{FOCUS_VALUE=1e" + std::string(size, '9') + ";}"},
+    {"white space", 4112, "{FOCUS_VALUE=" + std::string(size, ' ') + "7;}"},
+    {"text to escape", 4202, "{INFO=" + filled("\1\2\3\4\5") + ";}"},
+};
+
+seconds_t timeOf(std::int32_t id, const std::string &body) {
+    const std::string text = message(id, body);
+    seconds_t best(1e9);
+    for (int i = 0; i < 3; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        const structure_t structure(text);
+        written(id, structure.address);
+        best = std::min(best, seconds_t(std::chrono::steady_clock::now() - start));
+        if (best > seconds_t(5))
+            break;
+    }
+    return best;
+}
+
+TEST(Time, IsProportionalToTheLengthOfTheText) {
+    const seconds_t good = timeOf(4107, "{ARRAY_RES_INT={" + filled("{NUM=12;NAME=table;},") + "};}");
+    for (const shape_t &shape : shapes)
+        EXPECT_LT(timeOf(shape.id, shape.body), 10 * good + seconds_t(0.05))
+            << shape.name << ", where well-formed text of that length takes " << good.count() << " s";
+}
+
+} // namespace
