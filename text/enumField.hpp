@@ -106,7 +106,7 @@ public:
     operator std::int32_t() const { return value_; }
 
     /// The value's name in the text; empty when it has none.
-    std::string_view name() const { return names_.nameOf(value_); }
+    std::string_view name() const { return names_->nameOf(value_); }
 
     /// Puts the value to 0, and unsets the field.
     void clear() {
