@@ -13,10 +13,10 @@
 // structures' own classes, vekTypes. Threads: as the four calls, one at a time.
 //
 // What the calls accept silently is refused here: a text whose envelope is wrong or that is another message, and a
-// structure whose message would be too long to be read back. parse and print have two forms. One throws messageError_t;
-// the other puts the problem, or none, into its last argument and returns null or "". Both throw std::bad_alloc when
-// memory runs out. Nothing is ever printed on standard output. What is damaged inside a body is no error: see
-// vekStrToVal.
+// structure whose message would be too long to be read back, or whose count goes beyond its room (DeviceStatus). parse
+// and print have two forms. One throws messageError_t; the other puts the problem, or none, into its last argument and
+// returns null or "". Both throw std::bad_alloc when memory runs out. Nothing is ever printed on standard output. What
+// is damaged inside a body is no error: see vekStrToVal.
 #pragma once
 
 #include "api/envelope.hpp"

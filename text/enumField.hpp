@@ -19,9 +19,7 @@ public:
         : names_(names.data()), count_(static_cast<std::int32_t>(Count)), title_(title) {}
 
     /// The name of `value`; empty when the table has none.
-    std::string_view nameOf(std::int32_t value) const {
-        return value >= 0 && value < count_ ? names_[value] : "";
-    }
+    std::string_view nameOf(std::int32_t value) const { return value >= 0 && value < count_ ? names_[value] : ""; }
 
     /// The value of a name, letter case counting; -1 when the table lacks it.
     std::int32_t valueOf(std::string_view name) const {

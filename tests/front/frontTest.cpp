@@ -1,12 +1,9 @@
 // The typed front as a host uses it: every message read, written and released, and what must not compile.
 #include "api/vekParams2ASCII.hpp"
+#include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
 
-#include <filesystem>
-#include <fstream>
 #include <initializer_list>
-#include <iterator>
-#include <map>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -16,6 +13,8 @@
 namespace {
 
 using namespace vek;
+using test::bodyOf;
+using test::sampleOf;
 
 template <class T>
 concept parses = requires {
@@ -54,21 +53,11 @@ static_assert(!std::is_convertible_v<owned_t<DeviceInfo2>, owned_t<DeviceInfo>>)
 
 class FrontTest : public HostTest {};
 
-std::map<std::int32_t, std::string> samples() {
-    std::map<std::int32_t, std::string> texts;
-    for (const auto &entry : std::filesystem::directory_iterator(VEK_SAMPLES)) {
-        std::ifstream in(entry.path(), std::ios::binary);
-        texts[std::stoi(entry.path().filename().string())].assign(std::istreambuf_iterator<char>(in), {});
-    }
-    return texts;
-}
-
 TEST_F(FrontTest, ReadsAndWritesEveryMessage) {
-    const auto texts = samples();
     messages_t::forEach([&]<class Message>(Message) {
         constexpr std::int32_t id = Message::id;
         SCOPED_TRACE(id);
-        const std::string &text = texts.at(id);
+        const std::string &text = sampleOf(id).text;
         EXPECT_EQ(messageId(text), id);
         const auto structure = parse<id>(text);
         const std::string written = print<id>(*structure);

@@ -1,5 +1,6 @@
 // The messages that are their own records: their fields as a host sees them.
 #include "api/vekParams2ASCII.hpp"
+#include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
 
 #include <string>
@@ -9,6 +10,7 @@
 namespace {
 
 using namespace vek;
+using test::bodyOf;
 
 class JobsTest : public HostTest {};
 
