@@ -9,7 +9,10 @@ mkdir -p "$scratch/records/layouts"
 
 mingw=i686-w64-mingw32-g++
 for tool in $mingw clang++; do
-    command -v $tool >/dev/null || { echo "$tool is missing, the layouts were NOT checked (scripts/packages.sh test)"; exit 1; }
+    if ! command -v $tool >/dev/null; then
+        echo "$tool is missing, the layouts were NOT checked (scripts/packages.sh test installs it)"
+        exit 1
+    fi
 done
 
 # MinGW's headers serve clang too, all but those that belong to its compiler.

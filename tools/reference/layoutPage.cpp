@@ -15,7 +15,7 @@ Where each member of each structure lies, in bytes, for hosts in any language. W
 by MinGW's and by Microsoft's compiler alike; Linux for 64-bit Linux. The same tables are static assertions in the
 library (`records/layouts`), so a build in which a member has moved fails.
 
-- `int32_t` and its like are signed numbers of as many bits, `uint8_t` and `uint16_t` unsigned ones, `double` and `float`
+- `int32_t` and its like are signed numbers of as many bits, `uint8_t` and its like unsigned ones, `double` and `float`
   IEEE 754 reals of 64 and 32 bits; `char[n]` holds a text that ends at its NUL or with the array. Everything is
   little-endian. `T *` is a pointer.
 - A structure with a virtual table begins with a pointer to it. Members of a base come first.
