@@ -93,8 +93,8 @@ bool isExactlyComputable(std::uint64_t digits, std::int64_t exponent) {
     return digits <= largestExactInteger && exponent >= -22 && exponent <= 22;
 }
 
-// Both operands are exact, so the one operation rounds once, correctly. (Unsigned integers would go through the x87 unit
-// on 32-bit targets, whose precision is the host's to set.)
+// Both operands are exact, so the one operation rounds once, correctly. (Unsigned integers would go through the x87
+// unit on 32-bit targets, whose precision is the host's to set.)
 double compute(std::uint64_t digits, std::int64_t exponent) {
     const auto significand = static_cast<double>(static_cast<std::int64_t>(digits));
     return exponent < 0 ? significand / exactPowersOfTen[static_cast<std::size_t>(-exponent)]
