@@ -58,13 +58,9 @@ void expectRead(const std::string &text) {
 }
 
 TEST_F(Numbers, RealsAreWrittenAsToCharsAndPrintfDo) {
-    for (const double value : {0.0, -0.0, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308, 0.0000005, 0.0000015,
-                               17592186044415.999, 17592186044416.0, 9007199254740992.0, 1e22, 1e23})
-        for (const double signedValue : {value, -value}) {
-            expectWritten(signedValue);
-            ASSERT_EQ(realText(signedValue), formatted("%lf", signedValue));
-        }
-    for (const double value : {HUGE_VAL, std::numeric_limits<double>::quiet_NaN()})
+    for (const double value :
+         {0.0, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308, 0.0000005, 0.0000015, 17592186044415.999,
+          17592186044416.0, 9007199254740992.0, 1e22, 1e23, HUGE_VAL, std::numeric_limits<double>::quiet_NaN()})
         for (const double signedValue : {std::copysign(value, 1.0), std::copysign(value, -1.0)})
             ASSERT_EQ(realText(signedValue), formatted("%lf", signedValue));
     for (int i = 0; i < test::rounds(600000); ++i) {
