@@ -116,10 +116,10 @@ TEST_F(Envelope, LengthHasFiveDigits) {
         headerNumbers = {};
         std::string text(length - around, 'i');
         Info info{0, text.data()};
-        const std::string long_ = written(4202, &info);
-        EXPECT_EQ(long_.size() + 1, length);
-        EXPECT_EQ(long_.substr(0, 18), "@@4202 " + digits + " -1 1 ");
-        EXPECT_EQ(structure_t(long_).as<Info>().info, length < 100000 ? text : "");
+        const std::string overlong = written(4202, &info);
+        EXPECT_EQ(overlong.size() + 1, length);
+        EXPECT_EQ(overlong.substr(0, 18), "@@4202 " + digits + " -1 1 ");
+        EXPECT_EQ(structure_t(overlong).as<Info>().info, length < 100000 ? text : "");
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace model {
@@ -11,20 +12,20 @@ namespace model {
 class bodyMutator_t {
 public:
     /// `corpus`: bodies to take pieces from.
-    bodyMutator_t(std::uint64_t seed, std::vector<std::string> corpus);
+    bodyMutator_t(std::uint64_t seed, std::vector<std::string> corpus) : random_(seed), corpus_(std::move(corpus)) {}
 
     /// The body after one to six changes. Contains no NUL.
     std::string mutated(std::string body);
 
-    std::size_t below(std::size_t limit) { return limit > 0 ? static_cast<std::size_t>(random_() % limit) : 0; }
+    std::size_t below(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
 private:
     void change(std::string &body);
     std::string piece();
-    /// A stretch of the body that starts and ends where tokens do.
+    /// Where a stretch of the body starts and ends: beside separators, braces or quotes.
     std::pair<std::size_t, std::size_t> stretch(const std::string &body);
-    void giveElementsKeys(std::string &body);
     void takeKeysAway(std::string &body);
+    void giveElementsKeys(std::string &body);
 
     std::mt19937_64 random_;
     std::vector<std::string> corpus_;

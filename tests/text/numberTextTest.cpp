@@ -11,11 +11,13 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
+#include <sstream>
 #include <string>
 
 namespace {
 
 using namespace vek;
+using namespace std::string_literals;
 
 std::string formatted(const char *format, auto... arguments) {
     std::array<char, 1200> text;
@@ -58,13 +60,9 @@ void expectRead(const std::string &text) {
 }
 
 TEST_F(Numbers, RealsAreWrittenAsToCharsAndPrintfDo) {
-    for (const double value : {0.0, -0.0, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308, 0.0000005, 0.0000015,
-                               17592186044415.999, 17592186044416.0, 9007199254740992.0, 1e22, 1e23})
-        for (const double signedValue : {value, -value}) {
-            expectWritten(signedValue);
-            ASSERT_EQ(realText(signedValue), formatted("%lf", signedValue));
-        }
-    for (const double value : {HUGE_VAL, std::numeric_limits<double>::quiet_NaN()})
+    for (const double value :
+         {0.0, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308, 0.0000005, 0.0000015, 17592186044415.999,
+          17592186044416.0, 9007199254740992.0, 1e22, 1e23, HUGE_VAL, std::numeric_limits<double>::quiet_NaN()})
         for (const double signedValue : {std::copysign(value, 1.0), std::copysign(value, -1.0)})
             ASSERT_EQ(realText(signedValue), formatted("%lf", signedValue));
     for (int i = 0; i < test::rounds(600000); ++i) {
@@ -84,40 +82,14 @@ TEST_F(Numbers, RealsAreWrittenAsToCharsAndPrintfDo) {
 }
 
 TEST_F(Numbers, RealsAreReadAsStrtodDoes) {
-    for (const char *text : {"0",
-                             "-0",
-                             "+5",
-                             ".5",
-                             "5.",
-                             "1e5",
-                             "1E-5",
-                             "1e",
-                             "1e+",
-                             "1e5x",
-                             "00.00100",
-                             "1.5.5",
-                             "--1",
-                             "4.9406564584124654e-324",
-                             "2.4703282292062327e-324",
-                             "2.4703282292062328e-324",
-                             "1.7976931348623157e308",
-                             "1.7976931348623158e308",
-                             "1.7976931348623159e308",
-                             "1e308",
-                             "1e309",
-                             "-1e400",
-                             "1e-400",
-                             "0e999999999999999999999999",
-                             "1e999999999999999999999999",
-                             "1e-999999999999999999999999",
-                             "9007199254740993",
-                             "9007199254740992e22",
-                             "1e23",
-                             "0.00000000000000000000001",
-                             "18446744073709551616",
-                             "36893488147419103233",
-                             ""})
-        expectRead(text);
+    std::istringstream words(
+        "0 -0 +5 .5 5. . 1e5 1E-5 1e 1e+ 1e5x 00.00100 1.5.5 --1 4.9406564584124654e-324 2.4703282292062327e-324 "
+        "2.4703282292062328e-324 1.7976931348623157e308 1.7976931348623158e308 1.7976931348623159e308 1e308 1e309 "
+        "9007199254740993 9007199254740992e22 1e23 0.00000000000000000000001 18446744073709551616 "
+        "36893488147419103233");
+    for (std::string word; words >> word;)
+        expectRead(word);
+    expectRead("");
     for (int i = 0; i < test::rounds(250000); ++i) {
         const double value = anyDouble();
         if (!std::isfinite(value))
@@ -165,29 +137,13 @@ TEST_F(Numbers, RealsOfAnyLengthAreReadExactlyAndInLinearTime) {
     const std::string zeros(1000000, '0');
     const std::string half = formatted("%.60Lf", 1.0L + std::ldexp(1.0L, -53));
     const auto start = std::chrono::steady_clock::now();
-    for (const std::string &text : {nines,
-                                    '.' + nines,
-                                    nines + '.' + nines,
-                                    zeros + "12.5",
-                                    '.' + zeros + '1',
-                                    '1' + zeros,
-                                    "1." + zeros + '1',
-                                    '.' + zeros + "125e1000003",
-                                    '1' + zeros + "e-1000000",
-                                    nines + "e-1000000",
-                                    '.' + zeros + nines + "e1000000",
-                                    '.' + zeros + "1e2000000",
-                                    '1' + zeros + "e-2000000",
-                                    half + zeros,
-                                    half + zeros + '1',
-                                    "1e" + nines,
-                                    "1e-" + nines,
-                                    "0." + zeros + 'e' + nines,
-                                    "1e" + zeros + '2',
-                                    zeros,
-                                    std::string(1000000, ' ') + "-1.5"})
-        expectRead(text);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+    for (const std::string &number : {nines, '.' + nines, zeros + "12.5", '.' + zeros + "125", '1' + zeros, zeros,
+                                      half + zeros, half + zeros + '1', '.' + zeros + nines})
+        for (const std::string &exponent :
+             {""s, "e1000003"s, "e-1000001"s, "e2000000"s, 'e' + nines, "e-" + nines, 'e' + zeros + '2'})
+            expectRead(number + exponent);
+    expectRead(std::string(1000000, ' ') + "-1.5");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
 }
 
 TEST_F(Numbers, IntegersAreWrittenAndReadAsWrittenByToString) {
