@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #ifdef __GLIBC__
 #    include <malloc.h>
@@ -69,16 +70,18 @@ void bareReallocationsAndCharacters(benchmark::State &state) {
 }
 BENCHMARK(bareReallocationsAndCharacters)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
+template <class String>
 void appendOneByOne(benchmark::State &state) {
     chooseHeap(state);
     for (auto _ : state) {
-        string_t text;
+        String text;
         for (std::size_t i = 0; i < appendedCharacters; ++i)
             text.append("x", 1);
         benchmark::DoNotOptimize(text);
     }
 }
-BENCHMARK(appendOneByOne)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendOneByOne<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendOneByOne<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 void bareIncrementAndDecrement(benchmark::State &state) {
     auto *count = new std::uint32_t(1);

@@ -36,7 +36,8 @@ protected:
 
     /// Mostly short, with the lengths around the capacities among them.
     std::string anyText() {
-        std::string text(below(3) == 0 ? anyOf(std::array{0, 62, 63, 64, 65, 127, 128, 191, 192, 300}) : below(20),
+        std::string text(below(3) == 0 ? anyOf(std::array<std::size_t, 10>{0, 62, 63, 64, 65, 127, 128, 191, 192, 300})
+                                       : below(20),
                          ' ');
         for (char &c : text)
             c = anyOf(std::string_view("abXY \n-"));

@@ -22,16 +22,9 @@ bool keepsCount(obj_t &object) {
 constinit std::uint32_t obj_t::printFlags = 0;
 constinit std::int32_t obj_t::liveObjects = 0;
 
-classDescriptor_t &registered(classDescriptor_t &descriptor) {
-    registerClass(descriptor);
-    return descriptor;
-}
-
 classDescriptor_t &obj_t::descriptor() {
     static char name[] = "obj_t";
-    static classDescriptor_t described{.name = name, .factory = makeInstance<obj_t>};
-    static classDescriptor_t &known = registered(described);
-    return known;
+    return describe<obj_t>(name);
 }
 
 classDescriptor_t &obj_t::classDescriptor() const {

@@ -77,7 +77,13 @@ obj_t *makeInstance() {
     return new Class;
 }
 
-/// Registers a static descriptor in the default group, for the initialiser of a reference to it.
-classDescriptor_t &registered(classDescriptor_t &descriptor);
+/// The one descriptor of a class, made and registered in the default group at the first call. It keeps the name's
+/// characters, which must outlive it.
+template <class Class>
+classDescriptor_t &describe(char *name) {
+    static classDescriptor_t described{.name = name, .factory = makeInstance<Class>};
+    [[maybe_unused]] static const bool isRegistered = (registerClass(described), true);
+    return described;
+}
 
 } // namespace vek

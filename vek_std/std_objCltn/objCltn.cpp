@@ -8,6 +8,12 @@
 
 namespace vek {
 
+namespace {
+
+constexpr std::size_t slotSize = sizeof(void *);
+
+} // namespace
+
 constinit std::int32_t objArray_t::liveArrays = 0;
 
 objArray_t::objArray_t(std::uint32_t expansion) : xpnd_value(expansion > 0 ? expansion : defaultExpansion) {
@@ -24,7 +30,9 @@ objArray_t::~objArray_t() {
 }
 
 objArray_t &objArray_t::operator=(const objArray_t &other) {
-    return *this = static_cast<const objCltn_t &>(other);
+    if (this != &other)
+        *this = static_cast<const objCltn_t &>(other);
+    return *this;
 }
 
 objArray_t &objArray_t::operator=(const objCltn_t &other) {
@@ -44,9 +52,7 @@ void objArray_t::addAll(const objCltn_t &other) {
 
 classDescriptor_t &objArray_t::descriptor() {
     static char name[] = "objArray_t";
-    static classDescriptor_t described{.name = name, .factory = makeInstance<objArray_t>};
-    static classDescriptor_t &known = registered(described);
-    return known;
+    return describe<objArray_t>(name);
 }
 
 classDescriptor_t &objArray_t::classDescriptor() const {
@@ -59,7 +65,7 @@ bool objArray_t::setSlots(std::uint32_t slots) {
         std::free(std::exchange(items, nullptr));
         return true;
     }
-    void *resized = std::realloc(items, slots * sizeof(obj_t *));
+    void *resized = std::realloc(items, slots * slotSize);
     if (resized)
         items = static_cast<obj_t **>(resized);
     return resized != nullptr;
@@ -78,7 +84,7 @@ obj_t *objArray_t::removeAt(std::uint32_t index) {
         return nullptr;
     obj_t *element = items[index];
     --nObjs;
-    std::memmove(items + index, items + index + 1, (nObjs - index) * sizeof(obj_t *));
+    std::memmove(items + index, items + index + 1, (nObjs - index) * slotSize);
     element->removedFrom(this);
     if (nObjs % xpnd_value == 0)
         setSlots(nObjs);

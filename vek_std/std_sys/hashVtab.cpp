@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <ostream>
@@ -115,7 +116,7 @@ hashVtab::word_t hashVtab::firstWord(const void *entry) const {
 
 void hashVtab::grow() {
     std::int32_t newLength = slotCount;
-    std::int32_t newThreshold = growthThreshold;
+    std::int32_t newThreshold = 0;
     do {
         newLength = scaled(newLength, lengthFactor) + growthAddend;
         newThreshold = scaled(newLength, thresholdFactor);
@@ -154,7 +155,7 @@ void hashVtab::setLoadFactor(double factor) {
 
 void hashVtab::printStatistics(std::ostream &stream) const {
     const double average = static_cast<double>(loopCounter) / std::max(findCounter, 1U);
-    const auto filled = static_cast<std::int32_t>(entries * 100.0 / slotCount + 0.5);
+    const auto filled = static_cast<std::int32_t>(std::trunc(entries * 100.0 / slotCount + 0.5));
     stream << "\nlength=" + std::to_string(slotCount) + " sz=" + std::to_string(entrySize) +
                   " count=" + std::to_string(entries) + " capacity=" + std::to_string(growthThreshold) +
                   " average loops/finds=" + textOf(average) + ". %filled=" + std::to_string(filled);

@@ -26,10 +26,7 @@ constexpr std::uint32_t digitValue(char c) {
 }
 
 classDescriptor_t *descriptorIn(const void *entry) {
-    classDescriptor_t *descriptor = nullptr;
-    if (entry)
-        std::memcpy(&descriptor, entry, sizeof descriptor);
-    return descriptor;
+    return entry ? *static_cast<classDescriptor_t *const *>(entry) : nullptr;
 }
 
 std::uint32_t codeKey(const void *entry) {

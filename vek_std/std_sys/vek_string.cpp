@@ -1,6 +1,5 @@
 #include "vek_std/std_sys/vek_string.hpp"
 #include "vek_std/std_sys/vek_ascii.hpp"
-#include "vek_std/std_sys/vek_stdlib.hpp"
 
 #include <algorithm>
 #include <functional>
@@ -10,7 +9,6 @@
 namespace vek {
 namespace {
 
-constexpr char location[] = "vek_std/std_sys/vek_string";
 constexpr std::uint32_t stringIndexLine = 743;
 constexpr std::uint32_t viewIndexLine = 753;
 
@@ -32,7 +30,7 @@ std::string_view textOf(const char *text) {
 std::int32_t checkedIndex(std::int32_t i, std::size_t limit, std::uint32_t line) {
     if (stringSettings.skipIndexCheck || (i >= 0 && static_cast<std::size_t>(i) < limit))
         return i;
-    signalError(location, line, stringBadIndexHook);
+    stringRep_t::signal(line, stringBadIndexHook);
     return 0;
 }
 

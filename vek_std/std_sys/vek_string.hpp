@@ -85,9 +85,8 @@ public:
     ~string_t() { stringRep_t::release(body); }
 
     string_t &operator=(const string_t &other) {
-        stringRep_t *taken = stringRep_t::share(other.body);
-        stringRep_t::release(body);
-        body = taken;
+        string_t shared(other); // counted before this string's own body is released
+        std::swap(body, shared.body);
         return *this;
     }
     string_t &operator=(string_t &&other) noexcept {

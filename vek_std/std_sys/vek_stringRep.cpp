@@ -9,7 +9,6 @@
 namespace vek {
 namespace {
 
-constexpr char location[] = "vek_std/std_sys/vek_string";
 constexpr std::uint32_t destroyLine = 89;
 constexpr std::uint32_t outOfMemoryLine = 598;
 constexpr std::uint64_t largestCapacity = 0xFFFFFFFEU;
@@ -30,7 +29,7 @@ std::uint32_t setSize(std::uint32_t &size, std::uint32_t characters) {
 }
 
 void signalOutOfMemory() {
-    signalError(location, outOfMemoryLine, stringOutOfMemoryHook);
+    stringRep_t::signal(outOfMemoryLine, stringOutOfMemoryHook);
 }
 
 } // namespace
@@ -93,10 +92,14 @@ void stringRep_t::destroy(stringRep_t *body) {
     if (!body || body->isConstant())
         return;
     if (body->referenceCount != 0)
-        signalError(location, destroyLine, stringNonZeroReferenceHook);
+        signal(destroyLine, stringNonZeroReferenceHook);
     if (!body->isInline())
         std::free(body->data);
     std::free(body);
+}
+
+void stringRep_t::signal(std::uint32_t line, void (*hook)()) {
+    signalError("vek_std/std_sys/vek_string", line, hook);
 }
 
 bool stringRep_t::setCapacity(std::uint64_t wanted) {

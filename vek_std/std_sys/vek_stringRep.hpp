@@ -85,6 +85,9 @@ struct stringRep_t {
     /// The capacity that a text of `length` characters gets.
     static std::uint64_t roundedCapacity(std::uint64_t length);
 
+    /// Calls one of the hooks for an error of the string class.
+    static void signal(std::uint32_t line, void (*hook)());
+
     bool isConstant() const { return (referenceCount & constantMark) != 0; }
     bool isPrivate() const { return referenceCount == 1; }
 

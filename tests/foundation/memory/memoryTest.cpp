@@ -111,7 +111,11 @@ TEST(stringMemory, textsBeyondTheLargestCapacityAreOutOfMemory) {
         EXPECT_EQ(reported([&] { text.append(nullptr, length); }), outOfMemory);
         EXPECT_EQ(text.capacity(), 0U);
     }
-    EXPECT_EQ(reported([] { string_t(string_t::notFound, 'x'); }), outOfMemory);
+    for (const std::uint32_t step : {0xFFFFFFFFU, 64U}) { // rounding up must not wrap around
+        vek::setGrowthStep(step);
+        EXPECT_EQ(reported([] { string_t(string_t::notFound, 'x'); }), outOfMemory);
+    }
+    vek::stringSettings.sizesChanged = false;
 }
 
 TEST(stringMemory, allocatesOncePerShortTextAndNeverForTheEmptyOne) {
