@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: optimised, under the sanitizers with both compilers, and the
-# Windows DLL under Wine where scripts/windows-setup.sh has prepared it.
+# Installs what is missing, builds, and runs every test: under the sanitizers with both compilers, the fuzzers for a few
+# seconds, the optimised build, and the Windows DLL under Wine where scripts/windows-setup.sh has prepared it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,6 +18,7 @@ runPreset() {
 
 runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
+runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
