@@ -111,7 +111,8 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
               0);
     auto status = structureOf(4161, "{NUM_OF_MESSAGES=2;MSGS={a,b,=,};}");
     const auto &messages = status.as<DeviceStatus>().msgs;
-    EXPECT_EQ(std::count(messages[0], messages[0] + sizeof messages, '\0'), 2550) << "what came by position goes with a late key";
+    EXPECT_EQ(std::string_view(&messages[0][0], sizeof messages).find_first_not_of('\0'), std::string_view::npos)
+        << "what came by position goes with a late key";
 
     EXPECT_EQ(structureOf(4107, "{ARRAY_RES_INT={{1,},};}").as<ResIntArray>().at(0)->kind, 10);
     EXPECT_EQ(structureOf(4110, "{DELAY_VALUE_TABLE={x,};}").as<DelayValueTable>().at(0)->kind, -1);
