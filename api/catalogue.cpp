@@ -114,12 +114,13 @@ constexpr std::array catalogue{
 constexpr std::int32_t firstId = catalogue.front().id;
 constexpr std::size_t idCount = static_cast<std::size_t>(catalogue.back().id - firstId) + 1;
 
-// The row of each id, by its distance from the first; -1 for a gap.
+// The row of each id, by its distance from the first.
+constexpr std::uint8_t noRow = UINT8_MAX;
 constexpr auto rowOfId = [] {
-    std::array<std::int8_t, idCount> rows{};
-    rows.fill(-1);
+    std::array<std::uint8_t, idCount> rows{};
+    rows.fill(noRow);
     for (std::size_t row = 0; row < catalogue.size(); ++row)
-        rows[static_cast<std::size_t>(catalogue[row].id - firstId)] = static_cast<std::int8_t>(row);
+        rows[static_cast<std::size_t>(catalogue[row].id - firstId)] = static_cast<std::uint8_t>(row);
     return rows;
 }();
 
@@ -127,9 +128,8 @@ constexpr auto rowOfId = [] {
 
 const catalogueRow_t *findInCatalogue(std::int32_t id) {
     const auto distance = static_cast<std::size_t>(static_cast<std::uint32_t>(id) - std::uint32_t{firstId});
-    if (distance >= idCount || rowOfId[distance] < 0)
-        return nullptr;
-    return &catalogue[static_cast<std::size_t>(rowOfId[distance])];
+    const std::uint8_t row = distance < idCount ? rowOfId[distance] : noRow;
+    return row != noRow ? &catalogue[row] : nullptr;
 }
 
 catalogueRows_t catalogueRows() {
