@@ -22,7 +22,7 @@ inline constexpr bool isInstrumented = false;
 
 /// How often a test repeats something that the sanitizers make slow.
 constexpr int rounds(int optimised) {
-    return isInstrumented ? optimised / 20 : optimised;
+    return isInstrumented ? optimised / 5 : optimised;
 }
 
 /// The whole text of a message around a body.
