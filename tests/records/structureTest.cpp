@@ -114,6 +114,13 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
     EXPECT_EQ(std::string_view(&messages[0][0], sizeof messages).find_first_not_of('\0'), std::string_view::npos)
         << "what came by position goes with a late key";
 
+    for (std::size_t i = 0; i < 5; ++i) { // each code alone
+        const std::string value{static_cast<char>(i + 1), ',', '}'};
+        const std::string character(1, "=;,{}"[i]);
+        EXPECT_EQ(structureOf(4112, std::string("{") + value).as<FocusValue>().mediaName.c_str(), character);
+        EXPECT_EQ(structureOf(4163, std::string("{1,2,") + value).as<Layout>().jobticketName, character);
+        EXPECT_EQ(structureOf(4202, std::string("{1,") + value).as<Info>().info, character);
+    }
     EXPECT_EQ(structureOf(4107, "{ARRAY_RES_INT={{1,},};}").as<ResIntArray>().at(0)->kind, 10);
     EXPECT_EQ(structureOf(4110, "{DELAY_VALUE_TABLE={x,};}").as<DelayValueTable>().at(0)->kind, -1);
     EXPECT_EQ(structureOf(4101, "{ARRAY_CASSETTE={x,};}").as<CassetteArray>().at(0)->media.thick, 0.0);

@@ -36,7 +36,7 @@ struct attempt_t {
 template <class Call, class Release>
 outcome_t attempt(const attempt_t &one, Call call, Release release) {
     const std::size_t live = memory::liveBlocks() + memory::liveObjects();
-    void *made = nullptr;
+    void *made = &made; // the calls must not leave it
     outcome_t outcome = wrong;
     memory::failAt(one.n, one.andAllLater);
     try {
@@ -49,7 +49,7 @@ outcome_t attempt(const attempt_t &one, Call call, Release release) {
         delete thrown;
         outcome = made == nullptr ? threw : wrong;
     }
-    if (made != nullptr)
+    if (made != nullptr && made != &made)
         release(made);
     return memory::liveBlocks() + memory::liveObjects() == live ? outcome : wrong;
 }
@@ -71,7 +71,7 @@ outcome_t attemptToWrite(const attempt_t &one) {
     return attempt(
         one,
         [&](void **made) {
-            char *text = nullptr;
+            char *text = static_cast<char *>(*made);
             const std::int32_t result = vekValToStr(structure.id, structure.address, &text);
             *made = text;
             return result;
