@@ -41,8 +41,8 @@ TEST(persistenceCode, ofNamesAndBack) {
                  {"ab", 65, "ab"},
                  {"a0", 116, "a0"},
                  {"a_\x80\xFF", 63U * 63 * 63, "a___"},
-                 {"obj_t", ((15U * 63 + 2) * 63 + 10) * 63 * 63 + 20, "obj_t"},
-                 {"b______", 492952834, "ErAVj"}};
+                 {"b______", 492952834, "ErAVj"},
+                 {"obj_t", ((15U * 63 + 2) * 63 + 10) * 63 * 63 + 20, "obj_t"}};
     for (const auto &one : cases) {
         EXPECT_EQ(codeOf(one.name), one.code) << one.name;
         EXPECT_STREQ(vek::nameOf(one.code), one.back) << one.name;
