@@ -64,7 +64,7 @@ std::size_t failing(const change_t &one, string_t &text, std::size_t n, bool and
 TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
     for (const change_t &one : changes) {
         SCOPED_TRACE(one.name);
-        const std::size_t blocks = memory::liveBlocks();
+        const std::size_t blocks = memory::counts().liveBlocks;
         for (const bool andAllLater : {false, true}) {
             string_t changed, text;
             EXPECT_EQ(failing(one, changed, 0, false), 0U);
@@ -77,7 +77,7 @@ TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
             EXPECT_GT(n, 1U);
             EXPECT_STREQ(text.c_str(), changed.c_str());
         }
-        EXPECT_EQ(memory::liveBlocks(), blocks);
+        EXPECT_EQ(memory::counts().liveBlocks, blocks);
     }
     EXPECT_EQ(source.length(), 300U);
 }
@@ -122,7 +122,7 @@ TEST(stringMemory, allocatesNoOftenerThanItsStepsAsk) {
     const std::string longest(63, 'x');
     std::size_t before = 0;
     const auto taken = [&] {
-        const std::size_t since = std::exchange(before, memory::allocations() + memory::reallocations());
+        const std::size_t since = std::exchange(before, memory::counts().allocations + memory::counts().reallocations);
         return before - since;
     };
     taken();
@@ -164,17 +164,17 @@ TEST(objMemory, anArrayIsResizedByItsStep) {
     vek::obj_t element;
     vek::objArray_t array;
     const auto resizedTo = [](auto change) {
-        const std::size_t before = memory::reallocations();
+        const std::size_t before = memory::counts().reallocations;
         change();
-        return memory::reallocations() == before ? 0 : memory::lastReallocation() / sizeof(vek::obj_t *);
+        return memory::counts().reallocations == before ? 0 : memory::counts().lastReallocation / sizeof(vek::obj_t *);
     };
     for (std::uint32_t n = 1; n <= 100; ++n)
         EXPECT_EQ(resizedTo([&] { array.add(&element); }), n % 32 == 1 ? n + 31 : 0);
-    const std::size_t blocks = memory::liveBlocks();
+    const std::size_t blocks = memory::counts().liveBlocks;
     for (std::uint32_t n = 99; n > 0; --n)
         EXPECT_EQ(resizedTo([&] { array.removeAt(n); }), n % 32 == 0 ? n : 0);
     array.removeAt(0);
-    EXPECT_EQ(memory::liveBlocks(), blocks - 1);
+    EXPECT_EQ(memory::counts().liveBlocks, blocks - 1);
 }
 
 TEST(objMemory, anArrayThatCantBeResizedStaysAsItIs) {
