@@ -9,7 +9,6 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <dlfcn.h>
 #include <filesystem>
 #include <locale>
 #include <set>
@@ -85,18 +84,6 @@ TEST(SharedLibrary, ExportsExactlyTheFourCalls) {
     pclose(list);
     EXPECT_EQ(exported, (std::set<std::string>{"T vekParamsDelete\n", "T vekParamsDeleteStruct\n", "T vekStrToVal\n",
                                                "T vekValToStr\n"}));
-}
-
-TEST(SharedLibrary, SetsUpTheHeaderNumbersAsItIsLoaded) {
-    void *library = dlopen(VEK_SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
-    const auto write = reinterpret_cast<decltype(&vekValToStr)>(dlsym(library, "vekValToStr"));
-    const auto release = reinterpret_cast<decltype(&vekParamsDelete)>(dlsym(library, "vekParamsDelete"));
-    char *text = nullptr;
-    EXPECT_EQ(write(4112, nullptr, &text), 0);
-    EXPECT_STREQ(text, "@@4112    21 -1 1 !!");
-    release(text);
-    dlclose(library);
 }
 #endif
 
