@@ -26,16 +26,14 @@ public:
 };
 
 TEST(obj, countsLiveInstances) {
-    const std::int32_t objects = obj_t::liveCount();
-    const std::int32_t arrays = objArray_t::liveCount();
+    const auto live = [] { return std::pair(obj_t::liveCount(), objArray_t::liveCount()); };
+    const auto [objects, arrays] = live();
     {
         const obj_t one, copy(one);
         const objArray_t array, arrayCopy(array);
-        EXPECT_EQ(obj_t::liveCount(), objects + 4);
-        EXPECT_EQ(objArray_t::liveCount(), arrays + 2);
+        EXPECT_EQ(live(), std::pair(objects + 4, arrays + 2));
     }
-    EXPECT_EQ(obj_t::liveCount(), objects);
-    EXPECT_EQ(objArray_t::liveCount(), arrays);
+    EXPECT_EQ(live(), std::pair(objects, arrays));
 }
 
 TEST(obj, ordersByAddress) {

@@ -210,9 +210,8 @@ TEST(stringStream, readsUntilTheStreamEnds) {
 TEST(stringStream, takesItsDelimiterAndNoMore) {
     std::istringstream stream("one two; x");
     string_t text;
-    readToken(stream, text);
-    EXPECT_EQ(stream.peek(), ' ');
-    readToDelim(stream, text, ';');
+    EXPECT_EQ(readToken(stream, text).peek(), ' ');
+    EXPECT_EQ(readToDelim(stream, text, ';').peek(), ' ');
     EXPECT_STREQ(text.c_str(), " two");
     stream.unsetf(std::ios_base::skipws);
     EXPECT_FALSE(readToken(stream, text));
