@@ -6,7 +6,6 @@
 
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -21,30 +20,31 @@ struct section_t {
 };
 
 std::map<std::string, section_t> sectionsOf(const std::string &page) {
-    const std::regex key("^\\| (?:· )*`(\\w+)`.*"), link("\\]\\(([\\w.]*#[\\w-]+)\\)");
     std::map<std::string, section_t> sections;
     std::ifstream in(VEK_PROJECT_FOLDER "/docs/" + page);
     std::string section;
-    std::smatch found;
     for (std::string line; std::getline(in, line);) {
         if (line.starts_with("#"))
             sections[section = page + anchorOf(line.substr(line.find(' ') + 1))];
-        if (std::regex_match(line, found, key))
-            sections[section].keys.insert(found[1]);
-        for (std::sregex_iterator one(line.begin(), line.end(), link); one != std::sregex_iterator(); ++one)
-            sections[section].links.insert((*one)[1].str().starts_with('#') ? page + (*one)[1].str() : (*one)[1].str());
+        if (const std::size_t key = line.find('`') + 1; line.starts_with("| `") || line.starts_with("| ·"))
+            sections[section].keys.insert(line.substr(key, line.find('`', key) - key));
+        for (std::size_t at = 0; (at = line.find("](", at)) != std::string::npos; at += 2) {
+            const std::string target = line.substr(at + 2, line.find(')', at) - at - 2);
+            if (target.find('#') != std::string::npos)
+                sections[section].links.insert(target.starts_with('#') ? page + target : target);
+        }
     }
     return sections;
 }
 
 TEST(MessagePage, ShowsEveryKeyOfEveryMessage) {
     auto sections = sectionsOf("messages.md");
-    const std::regex key("[{;,](\\w+)=");
     for (const test::sample_t &sample : test::samples()) {
         names_t inSample, onPage;
-        for (std::sregex_iterator one(sample.body.begin(), sample.body.end(), key); one != std::sregex_iterator();
-             ++one)
-            inSample.insert((*one)[1]);
+        for (std::size_t end = 0; (end = sample.body.find('=', end + 1)) != std::string::npos;) {
+            const std::size_t start = sample.body.find_last_of("{;,", end) + 1;
+            inSample.insert(sample.body.substr(start, end - start));
+        }
         names_t toVisit; // the message's own section, then those of its lists' elements
         for (const auto &[anchor, section] : sections)
             if (anchor.starts_with("messages.md#" + std::to_string(sample.id)))
