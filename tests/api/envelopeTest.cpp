@@ -1,6 +1,5 @@
 // The envelope around a body, and the two header numbers.
 #include "api/envelopeWriter.hpp"
-#include "api/loadTime.hpp"
 #include "records/status.hpp"
 #include "support/messages.hpp"
 
@@ -9,6 +8,7 @@
 #include <climits>
 #include <cstdio>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -21,12 +21,6 @@ protected:
     void SetUp() override { headerNumbers = {}; }
 };
 
-TEST_F(Envelope, OfTheFirstMessageWithoutABody) {
-    setUpAtLoad();
-    EXPECT_EQ(written(4112, nullptr), "@@4112    21 -1 1 !!");
-    EXPECT_EQ(written(-5, nullptr), "@@-5    19 -1 2 !!");
-}
-
 struct case_t {
     std::string text; // "#####" stands for the right length
     envelopeResult_t result;
@@ -36,37 +30,27 @@ struct case_t {
 
 const case_t cases[] = {
     {"@@4112 ##### 7 41 {A=1;}!!", correct, {4112, 7, 41}, "{A=1;}"},
-    {"@@4112 ##### 7 41 !!", correct, {4112, 7, 41}, ""},
     {"@@4112 ##### 7 41 a!!b!!", correct, {4112, 7, 41}, "a!!b"},
     {"@@4112 ##### 7 41  b !!", correct, {4112, 7, 41}, " b "},
-    {"@@4112 ##### 7 41xb!!", correct, {4112, 7, 41}, "b"},
     {"@@4112 ##### 7 41!!", correct, {4112, 7, 41}, "none"},
     {"@@ \t\n\v\f\r4112##### 7 41 b!!", correct, {4112, 7, 41}, "b"},
     {"@@+4112 00024 +7 -41 !!", correct, {4112, 7, -41}, ""},
     {"@@-5 ##### 2147483647 -2147483648 b!!", correct, {-5, INT_MAX, INT_MIN}, "b"},
     {"@@99999999999 ##### -99999999999 99999999999 b!!", correct, {INT_MAX, INT_MIN, INT_MAX}, "b"},
     // Numbers that can't be read: the target keeps its value, reading goes on where it stopped.
-    {"@@ - ##### 7 41 b!!", correct, {-7, 7, 41}, "b"},
     {"@@4112 ##### + 41 b!!", correct, {4112, -8, 41}, "b"},
     {"@@4112 ##### x 41 b!!", correct, {4112, -8, -9}, " 41 b"},
-    {"@@4112 ##### 7 b!!", correct, {4112, 7, -9}, ""},
     {"@@4112 ##### 7 {A=1;}!!", correct, {4112, 7, -9}, "A=1;}"},
     {"@@x ##### 7 41 b!!", wrongLength, {-7, -8, -9}, "none"},
-    {"@@4112 x 7 41 b!!", wrongLength, {4112, -8, -9}, "none"},
-    {"@@4112", wrongLength, {4112, -8, -9}, "none"},
     {"@@", wrongLength, {-7, -8, -9}, "none"},
-    {"@@4112    20 -1 1 !!", wrongLength, {4112, -8, -9}, "none"}, // without the NUL
-    {"@@4112    22 -1 1 !!", wrongLength, {4112, -8, -9}, "none"},
+    {"@@4112    20 -1 1 !!", wrongLength, {4112, -8, -9}, "none"},       // without the NUL
     {"@@4112 4294967323 7 41 b!!", wrongLength, {4112, -8, -9}, "none"}, // 2^32 too long
     {"@@4112 -21 -1 1 !!", wrongLength, {4112, -8, -9}, "none"},
     {"", wrongMarker, {-7, -8, -9}, "none"},
-    {"@", wrongMarker, {-7, -8, -9}, "none"},
     {"@4112 ##### 7 41 b!!", wrongMarker, {-7, -8, -9}, "none"},
     {" @@4112 ##### 7 41 b!!", wrongMarker, {-7, -8, -9}, "none"},
-    {"@\n@4112 ##### 7 41 b!!", wrongMarker, {-7, -8, -9}, "none"},
     // At the end marker everything has been delivered already.
     {"@@4112 ##### 7 41 b!?", wrongMarker, {4112, 7, 41}, "b"},
-    {"@@4112 ##### 7 41 b ! ", wrongMarker, {4112, 7, 41}, "b "},
     {"@@4112 ##### 7 41 !", wrongMarker, {4112, 7, 41}, "none"},
     {"@@4112 ##### 7 41", wrongMarker, {4112, 7, 41}, "none"},
 };
@@ -82,9 +66,9 @@ TEST_F(Envelope, IsReadAsFarAsItGoes) {
         envelopeNumbers_t numbers{-7, -8, -9};
         std::string_view body = "none";
         EXPECT_EQ(readEnvelope(text, numbers, body), one.result) << shown(text);
-        EXPECT_EQ(numbers.id, one.numbers.id) << shown(text);
-        EXPECT_EQ(numbers.echoTag, one.numbers.echoTag) << shown(text);
-        EXPECT_EQ(numbers.sequenceNumber, one.numbers.sequenceNumber) << shown(text);
+        EXPECT_EQ(std::tie(numbers.id, numbers.echoTag, numbers.sequenceNumber),
+                  std::tie(one.numbers.id, one.numbers.echoTag, one.numbers.sequenceNumber))
+            << shown(text);
         EXPECT_EQ(body, one.body) << shown(text);
     }
 }
@@ -107,12 +91,13 @@ TEST_F(Envelope, NumbersAreThoseOfTheLastMessageRead) {
 }
 
 TEST_F(Envelope, LengthHasFiveDigits) {
+    EXPECT_EQ(written(4112, nullptr), "@@4112    21 -1 1 !!");
+    EXPECT_EQ(written(-5, nullptr), "@@-5    19 -1 2 !!");
     const std::size_t around = std::string("@@4202 ##### -1 1 {TYPE=FALSE;INFO=;}!!").size() + 1;
     for (const auto &[length, digits] : {std::pair<std::size_t, std::string>{99998, "99998"},
                                          {99999, "99999"},
                                          {100000, "10000"},
-                                         {123456, "12345"},
-                                         {1000000, "10000"}}) {
+                                         {123456, "12345"}}) {
         headerNumbers = {};
         std::string text(length - around, 'i');
         Info info{0, text.data()};

@@ -6,11 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <dlfcn.h>
 #include <filesystem>
 #include <locale>
 #include <set>
@@ -43,15 +41,12 @@ TEST(LoadTime, ComesBeforeEverything) {
     unsetenv("PLOT_DEBUG_MODE");
 }
 
-// Makes a locale with a decimal comma the process's. Where none is installed, one is made for this process.
+// Makes a locale with a decimal comma the process's, having made one where none is installed.
 bool setCommaLocale() {
-    for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE", "ru_RU.UTF-8"})
-        if (std::setlocale(LC_ALL, name) != nullptr)
-            return true;
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("vekLocale" + std::to_string(getpid()));
-    std::filesystem::create_directory(folder);
-    const std::string make = "localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "'";
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr)
+        return true;
+    const std::string folder = testing::TempDir() + "vekLocale" + std::to_string(getpid());
+    const std::string make = "mkdir " + folder + " && localedef -i de_DE -f UTF-8 " + folder + "/de_DE.UTF-8";
     const bool isMade = std::system(make.c_str()) == 0;
     setenv("LOCPATH", folder.c_str(), 1);
     const bool isSet = isMade && std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
@@ -68,13 +63,10 @@ class comma_t : public std::numpunct<char> {
 
 TEST(Locale, HasNoInfluence) {
     ASSERT_TRUE(setCommaLocale()) << "this test needs a locale with a decimal comma, or localedef and its sources";
-    std::array<char, 8> half{};
-    std::snprintf(half.data(), half.size(), "%.1f", 0.5);
-    ASSERT_STREQ(half.data(), "0,5");
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     const std::locale before = std::locale::global(std::locale(std::locale(), new comma_t));
     for (const sample_t &sample : samples())
         EXPECT_EQ(written(sample.id, structure_t(sample.text).address), message(sample.id, sample.body, 7, 42));
-    EXPECT_EQ(converted(4112, "{FOCUS_VALUE=1234567.5;}"), "{FOCUS_VALUE=1234567.500000;}");
     EXPECT_EQ(converted(4112, "{FOCUS_VALUE=1e300;}").find_first_of(".,"), std::string("{FOCUS_VALUE=").size() + 301);
     EXPECT_EQ(converted(4112, "{FOCUS_VALUE=123456789012345678901,5;}"), "{FOCUS_VALUE=123456789012345683968.000000;}");
     EXPECT_EQ(printed([] { structureOf(123456, "{}"); }), "vekStrToVal: InvalidMsgId = 123456\n");
@@ -92,18 +84,6 @@ TEST(SharedLibrary, ExportsExactlyTheFourCalls) {
     pclose(list);
     EXPECT_EQ(exported, (std::set<std::string>{"T vekParamsDelete\n", "T vekParamsDeleteStruct\n", "T vekStrToVal\n",
                                                "T vekValToStr\n"}));
-}
-
-TEST(SharedLibrary, SetsUpTheHeaderNumbersAsItIsLoaded) {
-    void *library = dlopen(VEK_SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
-    const auto write = reinterpret_cast<decltype(&vekValToStr)>(dlsym(library, "vekValToStr"));
-    const auto release = reinterpret_cast<decltype(&vekParamsDelete)>(dlsym(library, "vekParamsDelete"));
-    char *text = nullptr;
-    EXPECT_EQ(write(4112, nullptr, &text), 0);
-    EXPECT_STREQ(text, "@@4112    21 -1 1 !!");
-    release(text);
-    dlclose(library);
 }
 #endif
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <random>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -25,16 +26,14 @@ public:
 };
 
 TEST(obj, countsLiveInstances) {
-    const std::int32_t objects = obj_t::liveCount();
-    const std::int32_t arrays = objArray_t::liveCount();
+    const auto live = [] { return std::pair(obj_t::liveCount(), objArray_t::liveCount()); };
+    const auto [objects, arrays] = live();
     {
         const obj_t one, copy(one);
         const objArray_t array, arrayCopy(array);
-        EXPECT_EQ(obj_t::liveCount(), objects + 4);
-        EXPECT_EQ(objArray_t::liveCount(), arrays + 2);
+        EXPECT_EQ(live(), std::pair(objects + 4, arrays + 2));
     }
-    EXPECT_EQ(obj_t::liveCount(), objects);
-    EXPECT_EQ(objArray_t::liveCount(), arrays);
+    EXPECT_EQ(live(), std::pair(objects, arrays));
 }
 
 TEST(obj, ordersByAddress) {
@@ -106,28 +105,19 @@ TEST(objArray, holdsWhatAVectorHolds) {
             ASSERT_EQ(array.at(i), expected[i]);
         ASSERT_EQ(member.memberships, std::count(expected.begin(), expected.end(), &member));
     }
-    array.clear();
-    EXPECT_EQ(array.count(), 0U);
-    EXPECT_EQ(array.at(0), nullptr);
-    for (const member_t &member : members)
-        EXPECT_EQ(member.memberships, 0);
-}
-
-TEST(objArray, copiesTakeStepAndElements) {
-    member_t one, two;
-    objArray_t source(3), assigned;
-    source.add(&one);
-    source.add(&two);
-    assigned.add(&one);
-    assigned = source;
-    assigned = *&assigned;
-    objArray_t copy(source);
-    for (objArray_t *array : {&copy, &assigned}) {
-        EXPECT_EQ(array->expansion(), 3U);
-        EXPECT_EQ(array->count(), 2U);
-        EXPECT_EQ(array->at(1), &two);
+    objArray_t assigned(3);
+    const objArray_t copy(array);
+    (assigned = array) = *&assigned;
+    for (const objArray_t *other : {&copy, &std::as_const(assigned)}) {
+        EXPECT_EQ(other->expansion(), 7U);
+        ASSERT_EQ(other->count(), expected.size());
+        EXPECT_EQ(other->at(1), expected[1]);
     }
-    EXPECT_EQ(one.memberships, 3);
+    EXPECT_EQ(members[0].memberships, 3 * std::count(expected.begin(), expected.end(), &members[0]));
+    for (objArray_t *one : {&array, &assigned})
+        one->clear();
+    EXPECT_EQ(array.at(0), nullptr);
+    EXPECT_EQ(members[0].memberships, std::count(expected.begin(), expected.end(), &members[0]));
 }
 
 } // namespace

@@ -41,8 +41,8 @@ TEST(persistenceCode, ofNamesAndBack) {
                  {"ab", 65, "ab"},
                  {"a0", 116, "a0"},
                  {"a_\x80\xFF", 63U * 63 * 63, "a___"},
-                 {"obj_t", ((15U * 63 + 2) * 63 + 10) * 63 * 63 + 20, "obj_t"},
-                 {"b______", 492952834, "ErAVj"}};
+                 {"b______", 492952834, "ErAVj"},
+                 {"obj_t", ((15U * 63 + 2) * 63 + 10) * 63 * 63 + 20, "obj_t"}};
     for (const auto &one : cases) {
         EXPECT_EQ(codeOf(one.name), one.code) << one.name;
         EXPECT_STREQ(vek::nameOf(one.code), one.back) << one.name;
@@ -63,6 +63,10 @@ TEST(persistence, classesEnterEnclosingGroupsToo) {
     EXPECT_EQ(lookup(&outer, codeOf("second")), &other);
     EXPECT_EQ(lookup(&outer, codeOf("third")), nullptr);
     EXPECT_EQ(lookup(&inner, codeOf("third")), &first);
+    EXPECT_EQ(vek::create(&outer, "first"), nullptr); // it makes none
+    first.factory = vek::makeInstance<vek::obj_t>;
+    EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&outer, "first")), nullptr);
+    EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&outer, codeOf("first"))), nullptr);
     const std::string clash = late.registerIn(inner, vek::defaultOfGroup);
     EXPECT_EQ(clash.rfind("DEFAULT"), clash.find("DEFAULT")); // reported for the inner group alone
 }
@@ -93,18 +97,6 @@ TEST(persistence, aGroupWithoutClassesIsReported) {
     classGroup_t group{.name = "group", .defaultDescriptor = &fallback};
     EXPECT_EQ(reported([&] { EXPECT_EQ(lookup(&group, 1), &fallback); }),
               "\n : EMPTY_GROUP ; called from vek_std/std_sys/vek_pers,164\n");
-}
-
-TEST(persistence, instancesComeFromTheFactory) {
-    classGroup_t group{"group"};
-    class_t made("made"), abstract("abstract");
-    made.factory = vek::makeInstance<vek::obj_t>;
-    made.registerIn(group);
-    abstract.registerIn(group);
-    EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&group, "made")), nullptr);
-    EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&group, codeOf("made"))), nullptr);
-    EXPECT_EQ(vek::create(&group, "abstract"), nullptr);
-    EXPECT_EQ(vek::create(&group, "unknown"), nullptr);
 }
 
 TEST(persistence, groupDump) {

@@ -43,4 +43,5 @@ EOF
 }
 check MinGW true $mingw
 # shellcheck disable=SC2086 # one word a header folder
-check Microsoft false clang++ --target=i686-pc-windows-msvc -fgnuc-version=12.2 -D_X86_ $headers
+check Microsoft false clang++ --target=i686-pc-windows-msvc -fgnuc-version=12.2 -D_X86_ \
+    "-D__MINGW_IMPORT=extern __declspec(dllimport)" $headers

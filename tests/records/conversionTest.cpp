@@ -9,7 +9,6 @@
 namespace {
 
 using namespace vek::test;
-using std::string_literals::operator""s;
 
 std::string repeated(const std::string &text, int times) {
     std::string all;
@@ -48,117 +47,58 @@ void expectValues(std::int32_t id, const std::string &key, std::initializer_list
 
 TEST(Conversion, AssignsPairsByKeyOrByPosition) {
     expectAll(VEK_MSG_TABLE_REF, // an integer NUM and a text NAME
-              {"{NAME=x;NUM=5;} -> {NUM=5;NAME=x;}", "{5,x,} -> {NUM=5;NAME=x;}", "{5;x;surplus} -> {NUM=5;NAME=x;}",
-               "{\"7\"x,} -> {NUM=7;NAME=x;}", " -> {NUM=0;}", "5 -> {NUM=0;}", "{} -> {NUM=0;}",
+              {"{NAME=x;NUM=5;} -> {NUM=5;NAME=x;}", "{5;x;surplus} -> {NUM=5;NAME=x;}", "5 -> {NUM=0;}",
                "(NUM=5;) -> {NUM=5;}", "{num=6;NUM =7;UNKNOWN=1;NUM=5;} -> {NUM=5;}",
                "{NAME=x;NUM=1;NAME=y;NUM=2;} -> {NUM=1;NAME=x;}", "{NAME=\"\";NAME=x;} -> {NUM=0;}",
-               "{NAME=;NUM=5;} -> {NUM=0;NAME=NUM;}", // the empty value swallows the next token
-               "{NUM;,=5;} -> {NUM=5;}", "{=5;NAME=x;} -> {NUM=0;NAME=x;}",
+               "{NAME=;NUM=5;} -> {NUM=0;NAME=NUM;}",  // the empty value swallows the next token
                "{loose;6;NAME=x;} -> {NUM=0;NAME=x;}", // one "=" makes the whole body keyed
-               "{5,x,=} -> {NUM=0;}", "{\"NUM\"=5;{NAME}=x;} -> {NUM=5;}", "{NAME={x;NUM=3;} -> {NUM=0;}"});
-}
-
-TEST(Conversion, EscapesWhatHasAMeaning) {
+               "{\"NUM\"=5;{NAME}=x;} -> {NUM=5;}", "{NAME={x;NUM=3;} -> {NUM=0;}"});
     expectValues(VEK_MSG_TABLE_REF, "NAME",
                  {"a\"b\"c -> a\"b\"c", "\"a;b=c,\" -> a\2b\1c\3", "{x;{y}} -> \4x\2\4y\5\5", "} -> \5",
-                  " a\tb\n -> \x20"
-                  "a\tb\n",
-                  "\1\2\3\4\5\6\x7f\x80\x81\xff -> \1\2\3\4\5\6\x7f\x80\x81\xff",
-                  std::string(5000, 'n') + " -> " + std::string(5000, 'n')});
+                  " a\tb\n\x7f\xff -> \x20"
+                  "a\tb\n\x7f\xff"});
 }
 
 TEST(Conversion, ReadsNumbersAsFarAsTheyGo) {
     expectValues(VEK_MSG_DEVICE_STATE, "DEVICE_STATE",
-                 {"12abc -> 12", "abc -> 0", "0x10 -> 0", " \t\n\v\f\r-5 -> -5", "+7 -> 7", "+-7 -> 0", "- 7 -> 0",
-                  "1.9e3 -> 1", "000000000000000000012 -> 12", "2147483648 -> -2147483648", "-2147483649 -> 2147483647",
-                  "4294967301 -> 5", "99999999999999999999 -> 1661992959"});
-    expectValues(VEK_MSG_EXPOSE_RESOLUTION, "LASER_INTENSITY",
-                 {"70000 -> 4464", "32768 -> -32768", "-32769 -> 32767", "4294967297 -> 1", "x -> 0"});
+                 {"12abc -> 12", "0x10 -> 0", " \t\n\v\f\r-5 -> -5", "+-7 -> 0", "1.9e3 -> 1",
+                  "2147483648 -> -2147483648", "99999999999999999999 -> 1661992959"});
+    expectValues(VEK_MSG_EXPOSE_RESOLUTION, "LASER_INTENSITY", {"70000 -> 4464", "32768 -> -32768"});
     expectValues(VEK_MSG_FOCUS_VALUE, "FOCUS_VALUE",
-                 {"12.5 -> 12.500000",
-                  " \v+.5x -> 0.500000",
-                  "5. -> 5.000000",
-                  ". -> 0.000000",
-                  "-.e5 -> 0.000000",
-                  "-0 -> -0.000000",
-                  "1e3 -> 1000.000000",
-                  "1E+2 -> 100.000000",
-                  "25e-1 -> 2.500000",
-                  "1e -> 1.000000",
-                  "1e+x -> 1.000000",
-                  "1.5.5 -> 1.500000",
-                  "inf -> 0.000000",
-                  "nan -> 0.000000",
-                  "0x1p3 -> 0.000000",
-                  "1e400 -> inf",
-                  "-1e999999999999999999999 -> -inf",
-                  "1e-999999999999999999999 -> 0.000000",
-                  "0e999999999999999999999 -> 0.000000",
-                  "0.0078125 -> 0.007812",
-                  "0.0234375 -> 0.023438",
-                  "9007199254740993 -> 9007199254740992.000000",
+                 {" \v+.5x -> 0.500000", "-.e5 -> 0.000000", "-0 -> -0.000000", "1e+x -> 1.000000", "inf -> 0.000000",
+                  "nan -> 0.000000", "0x1p3 -> 0.000000", "-1e400 -> -inf", "0.0078125 -> 0.007812",
                   "1e23 -> 99999999999999991611392.000000"});
-    EXPECT_EQ(converted(VEK_MSG_FOCUS_VALUE, "{FOCUS_VALUE=1e300;}").size(), "{FOCUS_VALUE=.000000;}"s.size() + 301);
     expectAll(VEK_MSG_DELAY_VALUE_TABLE,
               {"{DELAY_VALUE_TABLE={{0.1,16777217,},{1e39,-1e-50,},};} -> {DELAY_VALUE_TABLE={{RESOLUTION=0.100000;"
                "DELAY_VAL_MIC=16777216.000000;},{RESOLUTION=inf;DELAY_VAL_MIC=-0.000000;},};}"});
-    expectValues(VEK_MSG_EXPOSE_PARAMS, "W_SIZE_PIXEL", // an integer that stands in the text as a real
-                 {"12.9 -> 12.000000", "-12.9 -> -12.000000", "2147483647.9 -> 2147483647.000000",
-                  "2147483648 -> 0.000000", "-2147483648.9 -> -2147483648.000000", "-2147483649 -> 0.000000",
-                  "1e400 -> 0.000000"});
+    expectValues(
+        VEK_MSG_EXPOSE_PARAMS, "W_SIZE_PIXEL", // an integer that stands in the text as a real
+        {"-12.9 -> -12.000000", "2147483647.9 -> 2147483647.000000", "-2147483649 -> 0.000000", "1e400 -> 0.000000"});
 }
 
 TEST(Conversion, TakesWordsByTheLetter) {
-    expectValues(VEK_MSG_BYTE_ID, "ID",
-                 {"TRUE -> TRUE", "FALSE -> FALSE", "True -> FALSE", "TRUE1 -> FALSE", "1 -> FALSE", " TRUE -> FALSE"});
+    expectValues(VEK_MSG_BYTE_ID, "ID", {"TRUE -> TRUE", "True -> FALSE", "TRUE1 -> FALSE", " TRUE -> FALSE"});
     expectValues(VEK_MSG_MEDIA, "TYPE",
-                 {"unknown_e -> unknown_e", "negative_e -> mediaFilm_e", "MEDIAPLATE_E -> mediaFilm_e",
-                  "mediaPlate_ -> mediaFilm_e", "mediaPlateProcessLess_e -> mediaPlateProcessLess_e"});
+                 {"unknown_e -> unknown_e", "negative_e -> mediaFilm_e", "MEDIAPLATE_E -> mediaFilm_e"});
     // Only where the record is the structure can an unknown name be told from the first one.
-    expectAll(VEK_MSG_GDAPI_DATA_PATH, {"{GDAPI_DATA_PATH=TSP;} -> {GDAPI_DATA_PATH=TSP;}",
-                                        "{GDAPI_DATA_PATH=tsp;LPT_SCSI_port=3;} -> {LPT_SCSI_port=3;}",
+    expectAll(VEK_MSG_GDAPI_DATA_PATH, {"{GDAPI_DATA_PATH=tsp;LPT_SCSI_port=3;} -> {LPT_SCSI_port=3;}",
                                         "{GDAPI_DATA_PATH=x;GDAPI_DATA_PATH=TSP;LPT_SCSI_PORT=3;} -> "});
 }
 
 TEST(Conversion, ReadsListsByPositionOrByExactKey) {
     expectValues(VEK_MSG_DATA_PATH_PORT, "DATA_PATH_PORT",
-                 {"{1,70000,-3} -> {1,4464,-3,}", "{,,5;6,} -> {5,6,}", "{\"\",5,} -> {0,5,}", "{} -> ", "{=} -> ",
-                  "x -> ", "7890 -> {89,}", "{DATA_PATH_PORT1=7;DATA_PATH_PORT0=3;} -> {3,7,}",
+                 {"{1,70000,-3} -> {1,4464,-3,}", "{\"\",5,} -> {0,5,}", "{=} -> ", "7890 -> {89,}",
                   "{DATA_PATH_PORT2=7;DATA_PATH_PORT0=3;} -> {3,0,}", // only as many elements as pairs
-                  "{DATA_PATH_PORT01=7;DATA_PATH_PORT1=3;} -> {0,3,}",
-                  "{DATA_PATH_PORT+1=7;DATA_PATH_PORT-1=3;DATA_PATH_PORT=4;1=6;DATA_PATH_PORT1x=5;} -> {0,0,0,0,0,}",
-                  "{DATA_PATH_PORT4294967296=7;} -> {0,}", "{DATA_PATH_PORT0=1;DATA_PATH_PORT0=2;} -> {1,0,}",
-                  "{DATA_PATH_PORT0=\"\";DATA_PATH_PORT0=2;} -> {0,0,}",
+                  "{DATA_PATH_PORT01=7;DATA_PATH_PORT1=3;} -> {0,3,}", "{DATA_PATH_PORT4294967296=7;} -> {0,}",
+                  "{DATA_PATH_PORT0=1;DATA_PATH_PORT0=2;} -> {1,0,}",
                   "{5,6,DATA_PATH_PORT1=9;} -> {0,9,0,}", // keyed from the first element on
-                  "{5,6,=} -> {0,0,}", '{' + repeated("1,", 3000) + "} -> {" + repeated("1,", 3000) + '}'});
+                  '{' + repeated("1,", 3000) + "} -> {" + repeated("1,", 3000) + '}'});
     expectAll(VEK_MSG_MEDIA_GROUP, {"{MEDIA_GROUP={a,b,c=,};I_COUNT=1;} -> {IS_INSTALLED=0;I_COUNT=1;}",
                                     "{MEDIA_GROUP={a,\"\",{b},\"x,y\",};I_COUNT=1;} -> "
                                     "{IS_INSTALLED=0;I_COUNT=1;MEDIA_GROUP={a,\4b\5,x\3y,};}"});
-    const std::string none = "{RESOLUTION=0.000000;DELAY_VAL_MIC=0.000000;},";
-    const std::string both = "{RESOLUTION=1.000000;DELAY_VAL_MIC=2.000000;},";
-    expectAll(VEK_MSG_DELAY_VALUE_TABLE,
-              {"{{{1,2,},},} -> {DELAY_VALUE_TABLE={" + both + "};}",
-               "{DELAY_VALUE_TABLE={{DELAY_VAL_MIC=2;RESOLUTION=1},\"\",(1,2),x,};} -> {DELAY_VALUE_TABLE={" + both +
-                   none + "{RESOLUTION=0.000000;DELAY_VAL_MIC=0.000000;}," + none + none + "};}",
-               "{DELAY_VALUE_TABLE={DELAY_VALUE_TABLE1={1,2,};DELAY_VALUE_TABLE7={3,4,};};} -> {DELAY_VALUE_TABLE={" +
-                   none + both + "};}"});
     expectAll(VEK_MSG_CASSETTE, {"{VERSION={TYPE=mediaPlate_e;};} -> *VERSION={TYPE=mediaPlate_e;EXPOSURE_TYPE=negati",
-                                 "{MEDIA={TYPE=mediaPlate_e;};} -> *VERSION={TYPE=mediaFilm_e;"});
-}
-
-TEST(Conversion, PrintsNoMoreElementsThanTheirCount) {
-    for (const auto &[count, printed] : {std::pair("1", "1;W_UNIT_LOCATION={1.000000,};H_UNIT_LOCATION={3.000000,};}"),
-                                         {"9", "9;W_UNIT_LOCATION={1.000000,2.000000,};H_UNIT_LOCATION={3.000000,};}"},
-                                         {"0", "0;}"},
-                                         {"-2147483648", "-2147483648;}"}})
-        expectConverted(VEK_MSG_PUNCH_SYSTEM,
-                        "{W_UNIT_LOCATION={1,2,};H_UNIT_LOCATION={3,};NUM_OF_UNITS="s + count + ";}",
-                        "*NUM_OF_UNITS="s + printed);
-    expectConverted(VEK_MSG_CASSETTE, "{NUM_AVAILABLE_PUNCH_SYS=2;PUNCH_SYS_NAME={\"\",a,b,};}",
-                    "*NUM_AVAILABLE_PUNCH_SYS=2;PUNCH_SYS_NAME={a,};");
-    expectConverted(VEK_MSG_RES_INT_TABLE, "{NUM_ENTRIES=1;RES_INT_TABLE={{1,},{2,},};}",
-                    "*NUM_ENTRIES=1;RES_INT_TABLE={{RES=1.000000;INT=0.000000;SPEED=0.000000;DEF_INT=0.000000;"
-                    "DEF_SPEED=0.000000;DELETABLE=FALSE;},};GEN_NUM_OF_TABLES=0;}");
+                                 "{NUM_AVAILABLE_PUNCH_SYS=2;PUNCH_SYS_NAME={\"\",a,b,};} -> "
+                                 "*NUM_AVAILABLE_PUNCH_SYS=2;PUNCH_SYS_NAME={a,};"});
 }
 
 TEST(Conversion, DropsWhatIsBeyondTheRoomOfAnArray) {
@@ -167,75 +107,45 @@ TEST(Conversion, DropsWhatIsBeyondTheRoomOfAnArray) {
     expectAll(
         VEK_MSG_DEVICE_STATUS,
         {"{NUM_OF_MESSAGES=1000000;} -> " + start + "10;}", "{NUM_OF_MESSAGES=-3;MSGS={a,};} -> " + start + "-3;}",
-         "{MSGS={a,};} -> " + start + "0;}", "{MSGS={a,b,c,};NUM_OF_MESSAGES=2;} -> " + start + "2;MSGS={a,b,};}",
-         "{NUM_OF_MESSAGES=2;MSGS={\"\",b,c,};} -> " + start + "2;MSGS={b,};}",
          "{NUM_OF_MESSAGES=99;MSGS={1,2,3,4,5,6,7,8,9,a,b};} -> " + start + "10;MSGS={1,2,3,4,5,6,7,8,9,a,};}",
-         "{NUM_OF_MESSAGES=3;MSGS={MSGS2=c;MSGS0=a;x,};} -> " + start + "3;MSGS={a,c,};}",
-         "{NUM_OF_MESSAGES=10;MSGS={MSGS5=f;MSGS1=b;};} -> " + start + "10;MSGS={b,};}",
          "{NUM_OF_MESSAGES=10;MSGS={MSGS9=last;MSGS10=beyond;" + repeated("x,", 20) + "};} -> " + start +
              "10;MSGS={last,};}",
          "{NUM_OF_MESSAGES=1;MSGS={" + overlong + ",};} -> " + start + "1;MSGS={" + std::string(254, 'm') + ",};}"});
     expectValues(VEK_MSG_EXPOSE_JOB, "PUNCH_PARAMS",
                  {"{NUM_SYSTEMS=12;ACTIVE_SYSTEMS={1,2,3,4,5,6,7,8,9,10,11,12,};} -> "
-                  "{NUM_SYSTEMS=10;ALIGN=0;ACTIVE_SYSTEMS={1,2,3,4,5,6,7,8,9,10,};}",
-                  "{NUM_SYSTEMS=-1;ACTIVE_SYSTEMS={1,};} -> {NUM_SYSTEMS=-1;ALIGN=0;}"});
+                  "{NUM_SYSTEMS=10;ALIGN=0;ACTIVE_SYSTEMS={1,2,3,4,5,6,7,8,9,10,};}"});
     expectValues(VEK_MSG_COLOR_TABLE, "COLOR_TABLE",
                  {"{{1,2,}," + repeated("{3,4,},", 300) + "} -> {{VALUE=1.000000;FLAGS=2;}," +
                   repeated("{VALUE=3.000000;FLAGS=4;},", 255) + '}'});
     expectValues(VEK_MSG_LAYOUT, "JOBTICKET_NAME", {overlong + " -> " + std::string(255, 'm')});
     expectValues(VEK_MSG_MEDIA_PARAMS, "CASSETTE_NAME", {overlong + " -> " + std::string(31, 'm')});
-    expectValues(VEK_MSG_CYLINDER_JOB, "DEVICE_MEDIA_NAME_ID", {overlong + " -> " + std::string(255, 'm')});
-}
-
-TEST(Conversion, LetsAnImageNameRunOnIntoItsSeparation) {
-    const auto placed = [](const std::string &name, const std::string &separation, const std::string &expected) {
-        for (const std::string &body : {"{NAME=" + name + ";SEPARATION=" + separation + ";}",
-                                        "{SEPARATION=" + separation + ";NAME=" + name + ";}"})
-            expectConverted(VEK_MSG_IMAGE_TOP_LEFT, body, "*H_MIRROR=0;NAME=" + expected + ";}");
-    };
+    // The name of an image runs on into its separation.
     const std::string full(256, 'n');
-    const std::string overlong(1000, 's');
-    const std::string cut(131, 's');
-    placed(full.substr(1), "s", full.substr(1) + ";SEPARATION=s");
-    placed(full, "sep", full + "sep;SEPARATION=sep");
-    placed(full + "more", "sep", full + "sep;SEPARATION=sep");
-    placed(full + "more", "\"\"", full); // an unset text counts as empty
-    placed(full + overlong, "\"\"", full);
-    placed("n", overlong, "n;SEPARATION=" + cut);
-    placed(full, overlong, full + cut + ";SEPARATION=" + cut);
-    expectConverted(VEK_MSG_IMAGE_TOP_LEFT, "{NAME=" + full + "more;}", "*;NAME=" + full + ";}");
+    expectValues(VEK_MSG_IMAGE_TOP_LEFT, "NAME",
+                 {full + "more;SEPARATION=sep -> " + full + "sep;SEPARATION=sep", full + "more -> " + full,
+                  "n;SEPARATION=" + overlong + " -> n;SEPARATION=" + std::string(131, 'm')});
 }
 
 TEST(Conversion, PrintsRangesByTheirType) {
     expectValues(VEK_MSG_DEVICE_INFO, "SPINNER_SPEED",
                  {"{3,1,2,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {1.000000,3.000000,}",
                   "{3,1,2,} -> {3.000000,1.000000,2.000000,}",
-                  "{7,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {7.000000,7.000000,}",
                   "{-2,-3,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {-3.000000,-1.000000,}",
-                  "{0,-0,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {0.000000,0.000000,}",
-                  "{-0,0,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {-0.000000,-0.000000,}",
-                  "{SPINNER_SPEED1=4;SPINNER_SPEED0=5;} -> {5.000000,4.000000,}", "{\"\",2,} -> {0.000000,2.000000,}",
+                  "{SPINNER_SPEED1=4;SPINNER_SPEED0=5;} -> {5.000000,4.000000,}",
                   '{' + repeated("1,", 600) + "} -> {" + repeated("1.000000,", 600) + '}'});
-    const std::string before = "*H_ADDITION=0.000000;"; // what stands in front of this range
-    const std::string discrete = before + "SPINNER_SPEED_RANGE_TYPE=discrete_e;SPINNER_SPEED={3.000000,};}";
-    expectAll(VEK_MSG_DEVICE_INFO, {"{SPINNER_SPEED={3,};} -> " + discrete,
-                                    "{SPINNER_SPEED_RANGE_TYPE=x;SPINNER_SPEED={3,};} -> " + discrete,
-                                    "{SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={};} -> " + before + '}',
-                                    "{DEVICE_INFO={RESOLUTION={1,2,};RES_RANGE_TYPE=continuous_e;};} -> "
-                                    "*{DEVICE_INFO={RES_RANGE_TYPE=continuous_e;RESOLUTION={1.000000,2.000000,};};"});
+    expectAll(VEK_MSG_DEVICE_INFO,
+              {"{SPINNER_SPEED_RANGE_TYPE=x;SPINNER_SPEED={3,};} -> "
+               "*H_ADDITION=0.000000;SPINNER_SPEED_RANGE_TYPE=discrete_e;SPINNER_SPEED={3.000000,};}",
+               "{SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={};} -> *H_ADDITION=0.000000;}"});
 }
 
 TEST(Conversion, KeepsWideStringsAsTheirCodes) {
     expectValues(VEK_MSG_JOB_PORT, "JOB_NAME",
-                 {"{72,105,0,} -> {72,105,0,}", "{65533,-3,32768,65536,} -> {-3,-3,-32768,0,}",
-                  "{72,\"\",0,} -> {72,0,}", "{JOB_NAME1=2;JOB_NAME0=1;JOB_NAME9=3;} -> {1,2,}", "{1,2,=} -> ",
-                  "{} -> "});
+                 {"{65533,-3,32768,65536,} -> {-3,-3,-32768,0,}", "{72,\"\",0,} -> {72,0,}",
+                  "{JOB_NAME1=2;JOB_NAME0=1;JOB_NAME9=3;} -> {1,2,}", "{1,2,=} -> "});
     expectValues(VEK_MSG_JOB_SEP_LIST, "SEP_LIST",
                  {"{{67,0,},{},\"\",{66,},} -> {{67,0,},{66,},}",
-                  "{SEP_LIST1={SEP_LIST10=66;SEP_LIST11=0;};SEP_LIST0={67,0,};} -> {{67,0,},{66,0,},}",
-                  "{{SEP_LIST0=66;SEP_LIST00=67;},} -> {{67,},}"});
-    expectAll(VEK_MSG_JOB_SEP_LIST, {"{{74,0,},{{67,0,},},} -> {JOB_NAME={74,0,};SEP_LIST={{67,0,},};}"});
-    expectAll(VEK_MSG_JOB_PORT, {"{JOB_NAME={};JOB_PORT=x;} -> {JOB_PORT=0;}"});
+                  "{SEP_LIST1={SEP_LIST10=66;SEP_LIST11=0;};SEP_LIST0={67,0,};} -> {{67,0,},{66,0,},}"});
 }
 
 } // namespace

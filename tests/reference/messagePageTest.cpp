@@ -1,179 +1,75 @@
-// The message page against a second opinion: the keys that the sample messages have, and the fields that the record
-// classes declare.
-
-#include "api/catalogue.hpp"
+// The message page against a second opinion, the keys that the sample messages have; and the links between pages.
+#include "support/messages.hpp"
 #include "tools/reference/markdown.hpp"
 
-#include <filesystem>
+#include <gtest/gtest.h>
+
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
-#include <sstream>
 #include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using namespace vek;
-namespace fs = std::filesystem;
+using names_t = std::set<std::string>;
 
-const fs::path root = VEK_PROJECT_FOLDER;
-
-std::string readFile(const fs::path &file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// Keys by the way to them: "ARRAY_CASSETTE", "ARRAY_CASSETTE[].VERSION.TYPE".
-using keys_t = std::set<std::string>;
-
-std::string below(const std::string &path, const std::string &key) {
-    return path.empty() ? key : path + "." + key;
-}
-
-// Takes the group at the start of `text` off it.
-void collectKeys(std::string_view &text, const std::string &path, keys_t &keys) {
-    text.remove_prefix(1);
-    std::string value = path + "[]";
-    while (text.front() != '}') {
-        if (text.front() == '{') {
-            collectKeys(text, value, keys);
-            continue;
-        }
-        const std::size_t end = text.find_first_of("=;,");
-        value = text[end] == '=' ? below(path, std::string(text.substr(0, end))) : path + "[]";
-        if (text[end] == '=')
-            keys.insert(value);
-        text.remove_prefix(end + 1);
-    }
-    text.remove_prefix(1);
-}
-
-keys_t keysOfSample(std::int32_t id) {
-    keys_t keys;
-    for (const fs::directory_entry &entry : fs::directory_iterator(root / "examples/messages"))
-        if (entry.path().filename().string().starts_with(std::to_string(id))) {
-            const std::string message = readFile(entry.path());
-            std::string_view body(message);
-            body.remove_prefix(message.find('{'));
-            collectKeys(body, {}, keys);
-        }
-    return keys;
-}
-
-struct row_t {
-    std::string key;     ///< with the keys of the records it is nested in
-    std::string element; ///< the section of a list's elements, if they are records
+/// What a page shows of a section, by the section's anchor: the keys of its rows, and all that it links to.
+struct section_t {
+    names_t keys, links;
 };
 
-/// The key rows of the page, by the anchors of its sections.
-using sections_t = std::map<std::string, std::vector<row_t>>;
-
-// `outer` holds the keys of the rows that this one may be nested in.
-row_t readRow(const std::string &line, std::vector<std::string> &outer) {
-    constexpr std::string_view flat = "| `", indent = "· ";
-    const std::size_t start = line.find('`') + 1;
-    outer.resize((start - flat.size()) / indent.size());
-    const std::string key = line.substr(start, line.find('`', start) - start);
-    outer.push_back(below(outer.empty() ? "" : outer.back(), key));
-    const std::size_t link = line.find("`](#");
-    return {outer.back(), link == std::string::npos ? "" : line.substr(link + 3, line.find(')', link) - link - 3)};
-}
-
-sections_t readSections() {
-    sections_t sections;
-    std::istringstream page(readFile(root / "docs/messages.md"));
-    std::string line, section;
-    std::vector<std::string> outer;
-    while (std::getline(page, line))
-        if (line.starts_with("##"))
-            section = anchorOf(line.substr(line.find(' ') + 1));
-        else if (line.starts_with("| `") || line.starts_with("| ·"))
-            sections[section].push_back(readRow(line, outer));
+std::map<std::string, section_t> sectionsOf(const std::string &page) {
+    std::map<std::string, section_t> sections;
+    std::ifstream in(VEK_PROJECT_FOLDER "/docs/" + page);
+    std::string section;
+    for (std::string line; std::getline(in, line);) {
+        if (line.starts_with("#"))
+            sections[section = page + anchorOf(line.substr(line.find(' ') + 1))];
+        if (const std::size_t key = line.find('`') + 1; line.starts_with("| `") || line.starts_with("| ·"))
+            sections[section].keys.insert(line.substr(key, line.find('`', key) - key));
+        for (std::size_t at = 0; (at = line.find("](", at)) != std::string::npos; at += 2) {
+            const std::string target = line.substr(at + 2, line.find(')', at) - at - 2);
+            if (target.find('#') != std::string::npos)
+                sections[section].links.insert(target.starts_with('#') ? page + target : target);
+        }
+    }
     return sections;
 }
 
-keys_t keysOfSection(const sections_t &sections, const std::string &section, const std::string &path = {}) {
-    keys_t keys;
-    for (const row_t &row : sections.at(section)) {
-        const std::string key = below(path, row.key);
-        keys.insert(key);
-        if (!row.element.empty())
-            keys.merge(keysOfSection(sections, row.element, key + "[]"));
-    }
-    return keys;
-}
-
-/// A record class as it declares itself.
-struct declared_t : recordVisitor_t {
-    std::string name;
-    std::size_t fields = 0; ///< those of nested records included
-    std::vector<void (*)(recordVisitor_t &)> elements;
-
-    void visit(const recordDescription_t &record) override {
-        name = record.record;
-        count(record.fields);
-    }
-
-private:
-    void count(const textGroup_t &group) {
-        for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
-            fieldDescription_t description;
-            field->describe(description);
-            ++fields;
-            if (description.group != nullptr)
-                count(*description.group);
-            if (description.visitElement != nullptr)
-                elements.push_back(description.visitElement);
-        }
-    }
-};
-
 TEST(MessagePage, ShowsEveryKeyOfEveryMessage) {
-    const sections_t sections = readSections();
-    for (const catalogueRow_t &row : catalogueRows()) {
-        if (row.conversion == nullptr)
-            continue;
-        declared_t record;
-        row.conversion->visit(record);
-        const std::string section = anchorOf(std::to_string(row.id) + " " + record.name);
-        ASSERT_EQ(sections.count(section), 1U) << section;
-        EXPECT_EQ(sections.at(section).size(), record.fields) << section;
-        for (const auto visit : record.elements) {
-            declared_t element;
-            visit(element);
-            const auto found = sections.find(anchorOf(element.name)); // if not there, it is a message too
-            EXPECT_EQ(found == sections.end() ? element.fields : found->second.size(), element.fields) << element.name;
+    auto sections = sectionsOf("messages.md");
+    for (const test::sample_t &sample : test::samples()) {
+        names_t inSample, onPage;
+        for (std::size_t end = 0; (end = sample.body.find('=', end + 1)) != std::string::npos;) {
+            const std::size_t start = sample.body.find_last_of("{;,", end) + 1;
+            inSample.insert(sample.body.substr(start, end - start));
         }
-        EXPECT_EQ(keysOfSection(sections, section), keysOfSample(row.id)) << section;
-    }
-}
-
-// The headings of a page by their anchors, and where its links lead to.
-void collectLinks(const std::string &name, std::set<std::string> &anchors, std::set<std::string> &links) {
-    std::istringstream page(readFile(root / "docs" / name));
-    std::string line;
-    while (std::getline(page, line)) {
-        if (line.starts_with("#"))
-            anchors.insert(name + anchorOf(line.substr(line.find(' ') + 1)));
-        for (std::size_t at = line.find("]("); at != std::string::npos; at = line.find("](", at + 1)) {
-            const std::string target = line.substr(at + 2, line.find(')', at) - at - 2);
-            if (target.find('#') != std::string::npos)
-                links.insert(target.starts_with('#') ? name + target : target);
+        names_t toVisit; // the message's own section, then those of its lists' elements
+        for (const auto &[anchor, section] : sections)
+            if (anchor.starts_with("messages.md#" + std::to_string(sample.id)))
+                toVisit.insert(anchor);
+        EXPECT_EQ(toVisit.size(), 1U) << sample.id;
+        for (names_t seen; !toVisit.empty();) {
+            const std::string anchor = toVisit.extract(toVisit.begin()).value();
+            onPage.insert(sections[anchor].keys.begin(), sections[anchor].keys.end());
+            if (seen.insert(anchor).second)
+                toVisit.insert(sections[anchor].links.begin(), sections[anchor].links.end());
         }
+        EXPECT_EQ(onPage, inSample) << sample.id;
     }
 }
 
 TEST(MessagePage, LinksLeadToHeadings) {
-    std::set<std::string> anchors, links;
-    collectLinks("messages.md", anchors, links);
-    collectLinks("layouts.md", anchors, links);
-    EXPECT_GT(links.size(), 90U);
-    for (const std::string &link : links)
-        EXPECT_EQ(anchors.count(link), 1U) << link;
+    auto sections = sectionsOf("messages.md");
+    sections.merge(sectionsOf("layouts.md"));
+    std::size_t count = 0;
+    for (const auto &[anchor, section] : sections)
+        for (const std::string &link : section.links) {
+            EXPECT_TRUE(sections.contains(link)) << link;
+            ++count;
+        }
+    EXPECT_GT(count, 90U);
 }
 
 } // namespace

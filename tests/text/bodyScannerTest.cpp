@@ -17,17 +17,14 @@ std::string shownPair(const textPair_t &pair) {
     return token(pair.key) + ':' + token(pair.value);
 }
 
-// Scans a body; `expected` are its pairs with " | " in front of each. A failure shows a caret under the place.
+// Scans a body; `expected` are its pairs with " | " in front of each.
 void expectPairs(const std::string &body, const std::string &expected, bool isKeyed) {
     bodyScanner_t scanner(body);
     textPair_t pair;
-    std::size_t place = 1; // of the token last read
     std::string pairs;
-    while (expected.starts_with(pairs) && scanner.next(pair)) {
-        place = static_cast<std::size_t>((pair.key.data() != nullptr ? pair.key : pair.value).data() - body.data());
+    while (scanner.next(pair))
         pairs += " | " + shownPair(pair);
-    }
-    EXPECT_EQ(pairs, expected) << '\n' << body << '\n' << std::string(place, ' ') << '^';
+    EXPECT_EQ(pairs, expected) << body;
     EXPECT_EQ(scanner.isKeyed(), isKeyed) << body;
 }
 
@@ -95,19 +92,6 @@ TEST(BodyScanner, FindsSeparatorsAndBracesWhereverTheyStand) {
             expectPairs('{' + key + ',' + braced + value + ",}", " | ~:" + key + " | ~:" + braced + " | ~:" + value,
                         false);
         }
-}
-
-TEST(BodyScanner, TakesAnyDepthOfBraces) {
-    const std::size_t depth = 1000000;
-    const std::string open(depth, '{');
-    const std::string nested = open + std::string(depth, '}');
-    for (const auto &[value, isCut] : {std::pair(nested, true), {open, false}, {nested + nested, true}}) {
-        const std::string body = "{A=" + value + ";}";
-        bodyScanner_t scanner(body);
-        textPair_t pair;
-        ASSERT_TRUE(scanner.next(pair));
-        EXPECT_EQ(pair.value.size(), isCut ? nested.size() : 0);
-    }
 }
 
 TEST(BodyScanner, ReadsADueKeyAsItWouldReadAnyPair) {

@@ -5,11 +5,7 @@
 
 namespace {
 
-std::size_t mallocCalls = 0;
-std::size_t reallocCalls = 0;
-std::size_t reallocSize = 0;
-std::size_t blocks = 0;
-std::size_t objects = 0;
+memory::counts_t counted;
 std::size_t untilFailure = 0; // 0: nothing fails
 bool allLaterFail = false;
 std::size_t failures = 0;
@@ -36,22 +32,22 @@ void *__wrap_realloc(void *block, std::size_t size);
 void __wrap_free(void *block);
 
 void *__wrap_malloc(std::size_t size) {
-    ++mallocCalls;
+    ++counted.allocations;
     void *made = failsNow() ? nullptr : __real_malloc(size);
-    blocks += made != nullptr;
+    counted.liveBlocks += made != nullptr;
     return made;
 }
 
 void *__wrap_realloc(void *block, std::size_t size) {
-    ++reallocCalls;
-    reallocSize = size;
+    ++counted.reallocations;
+    counted.lastReallocation = size;
     void *made = failsNow() ? nullptr : __real_realloc(block, size);
-    blocks += made && !block;
+    counted.liveBlocks += made && !block;
     return made;
 }
 
 void __wrap_free(void *block) {
-    blocks -= block != nullptr;
+    counted.liveBlocks -= block != nullptr;
     __real_free(block);
 }
 }
@@ -60,14 +56,14 @@ void *operator new(std::size_t size) {
     void *made = failsNow() ? nullptr : __real_malloc(size > 0 ? size : 1);
     if (!made)
         throw std::bad_alloc();
-    ++objects;
+    ++counted.liveObjects;
     return made;
 }
 void *operator new[](std::size_t size) {
     return operator new(size);
 }
 void operator delete(void *block) noexcept {
-    objects -= block != nullptr;
+    counted.liveObjects -= block != nullptr;
     __real_free(block);
 }
 void operator delete(void *block, std::size_t) noexcept {
@@ -93,20 +89,8 @@ std::size_t stopFailing() {
     return failures;
 }
 
-std::size_t allocations() {
-    return mallocCalls;
-}
-std::size_t reallocations() {
-    return reallocCalls;
-}
-std::size_t lastReallocation() {
-    return reallocSize;
-}
-std::size_t liveBlocks() {
-    return blocks;
-}
-std::size_t liveObjects() {
-    return objects;
+const counts_t &counts() {
+    return counted;
 }
 
 } // namespace memory

@@ -12,14 +12,13 @@ void failAt(std::size_t n, bool andAllLater = false);
 /// Nothing fails any more. Returns how many allocations did.
 std::size_t stopFailing();
 
-/// Since the program began.
-std::size_t allocations();
-std::size_t reallocations();
-/// The size that realloc was asked for last.
-std::size_t lastReallocation();
-/// Blocks allocated and not yet freed, by malloc and realloc.
-std::size_t liveBlocks();
-/// Blocks of operator new that are not deleted yet.
-std::size_t liveObjects();
+struct counts_t {
+    std::size_t allocations = 0; ///< by malloc, since the program began
+    std::size_t reallocations = 0;
+    std::size_t lastReallocation = 0; ///< the size that realloc was asked for last
+    std::size_t liveBlocks = 0;       ///< of malloc and realloc, not yet freed
+    std::size_t liveObjects = 0;      ///< of operator new, not yet deleted
+};
+const counts_t &counts();
 
 } // namespace memory
