@@ -94,9 +94,9 @@ VEK_API int32_t VEK_CALL vekStrToVal(const char *text, int32_t *msgId, void **ms
 /* Writes a structure as a newly allocated text message.
  *
  * msgId      The id of the message that msgStruct is.
- * msgStruct  The structure, which is only read, or NULL for a message with an empty body.
- * text       Receives the text, to be released with vekParamsDelete. It is the empty string for an id that is refused,
- *            and for 4190 and 4191, which have no text.
+ * msgStruct  The structure, which is only read, or NULL for a message with an empty body, whatever the id is.
+ * text       Receives the text, to be released with vekParamsDelete. With a structure, it is the empty string for an
+ *            id that is refused, and for 4190 and 4191, which have no text.
  *
  * A message of 100,000 characters or more (with its NUL) is written, but its length has five digits only, so it can't
  * be read back.
@@ -109,8 +109,8 @@ VEK_API int32_t VEK_CALL vekValToStr(int32_t msgId, void *msgStruct, char **text
 /* Releases a text that vekValToStr handed out. NULL is harmless. */
 VEK_API void VEK_CALL vekParamsDelete(void *text);
 
-/* Releases a structure that vekStrToVal handed out for msgId. *msgStruct must not be used any more; it is set to NULL
- * only for ids without a structure.
+/* Releases a structure that vekStrToVal handed out for msgId; a NULL *msgStruct is harmless. *msgStruct must not be
+ * used any more; it is set to NULL only for ids without a structure.
  *
  * Returns 0; or -1, releasing nothing, for an id it does not take ("vekStrToVal: InvalidMsgId = "; 4135 and 4136 are
  * among them) or a NULL msgStruct.

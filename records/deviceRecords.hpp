@@ -19,11 +19,19 @@ public:
     rangeValuesField_t resolution{*this, "RESOLUTION", structure.resolution};
 };
 
-class deviceInfo_t : public record_t<DeviceInfo> {
+/// The identity in 4136
+class deviceId2_t : public deviceId_t {
+public:
+    using deviceId_t::deviceId_t;
+};
+
+/// What 4096 and 4136 read and write alike; each has an identity record of its own.
+template <class Identity>
+class deviceInfoFields_t : public record_t<DeviceInfo> {
 public:
     using record_t::record_t;
 
-    deviceId_t deviceInfo{*this, "DEVICE_INFO", structure};
+    Identity deviceInfo{*this, "DEVICE_INFO", structure};
     longField_t unloadMediaType{*this, "UNLOAD_MEDIA_TYPE", structure.unloadMediaType};
     longField_t numOfCassette{*this, "NUM_OF_CASSETTE", structure.numOfCassette};
     longField_t numLaserBeams{*this, "NUM_LASER_BEAMS", structure.numLaserBeams};
@@ -47,16 +55,17 @@ public:
     rangeValuesField_t ddbDelay{*this, "DDB_DELAY", structure.ddbDelay};
 };
 
-/// The identity in 4136, and 4136 itself: classes of their own that read and write what 4096 does.
-class deviceId2_t : public deviceId_t {
+/// 4096
+class deviceInfo_t : public deviceInfoFields_t<deviceId_t> {
 public:
-    using deviceId_t::deviceId_t;
+    using deviceInfoFields_t::deviceInfoFields_t;
 };
 
-class deviceInfo2_t : public deviceInfo_t {
+/// 4136
+class deviceInfo2_t : public deviceInfoFields_t<deviceId2_t> {
 public:
     using structure_t = DeviceInfo2;
-    using deviceInfo_t::deviceInfo_t;
+    using deviceInfoFields_t::deviceInfoFields_t;
 };
 
 class version_t : public record_t<Version> {

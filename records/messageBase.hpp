@@ -1,6 +1,7 @@
 // What the polymorphic message structures have in common.
 //
-// A host reads and fills their public members. Members without a key in the text keep their defaults in a conversion.
+// A host reads and fills their public members. Reading a text replaces every member that a key stands for, by zero or
+// empty when the key is absent; only members that no key stands for keep their defaults.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,8 @@
 // bodyTokenizer_t: cuts a body (without its outer braces) into tokens and the separators between them.
 //
 // A token is a braced text with its braces, a quoted text without its quotes, or the characters up to the next
-// separator; white space has no meaning. Tokens are views into the body, nothing is copied.
+// separator; white space is part of a token like any other character. Tokens are views into the body, nothing is
+// copied.
 #pragma once
 
 #include "text/characterBlock.hpp"
