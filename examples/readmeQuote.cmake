@@ -1,7 +1,9 @@
-# The README shows host.cpp as it is: cmake -P readmeQuote.cmake
-file(READ ${CMAKE_CURRENT_LIST_DIR}/host.cpp program)
+# The README quotes files of this folder as they are: cmake -P readmeQuote.cmake
 file(READ ${CMAKE_CURRENT_LIST_DIR}/../README.md page)
-string(FIND "${page}" "${program}" place)
-if(place EQUAL -1)
-    message(FATAL_ERROR "README.md does not quote examples/host.cpp as it is")
-endif()
+foreach(quoted host.cpp messages/4112-focus-value.txt)
+    file(READ ${CMAKE_CURRENT_LIST_DIR}/${quoted} text)
+    string(FIND "${page}" "${text}" place)
+    if(place EQUAL -1)
+        message(FATAL_ERROR "README.md does not quote examples/${quoted} as it is")
+    endif()
+endforeach()
