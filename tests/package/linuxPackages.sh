@@ -42,13 +42,15 @@ runHosts "$work/byCMake"
 buildByPkgConfig "$work/prefix" "$work/byPkgConfig"
 
 # The soname is what a host asks for at run time.
-readelf -d "$work/prefix"/lib*/libvekParams2ASCII.so | grep -q 'soname: \[libvekParams2ASCII.so.1\]' || fail soname
+dynamic=$(readelf -d "$work/prefix"/lib*/libvekParams2ASCII.so)
+[[ $dynamic == *'soname: [libvekParams2ASCII.so.1]'* ]] || fail soname
 
 (cd "$build" && cpack -B "$work/packages" >"$work/cpack.txt")
 for package in "$work"/packages/*.deb; do
     dpkg-deb -x "$package" "$work/debian"
 done
 [ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 2 ] || fail "not two Debian packages"
-dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb | grep -q 'Depends:.*libc6' || fail "no dependencies"
+control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
+[[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"
 buildByPkgConfig "$work/debian/usr" "$work/byDebian"
 echo "The hosts run against the installation and the Debian packages."
