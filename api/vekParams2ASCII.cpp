@@ -5,9 +5,8 @@
 #include "api/envelopeWriter.hpp"
 #include "text/bodyWriter.hpp"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <memory>
 #include <new>
 #include <string_view>

@@ -6,8 +6,8 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build)
 if [ "${1:-build}" = test ]; then
-    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils dpkg-dev file locales
-               g++-mingw-w64-i686-posix)
+    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils dpkg-dev file
+               locales g++-mingw-w64-i686-posix)
 fi
 
 missing=()
