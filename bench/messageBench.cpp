@@ -1,7 +1,7 @@
 // Messages both ways through the four calls, beside RapidJSON with the same content in the same run. What is compared
 // is whole: a structure or text made, filled and released each time.
-#include "api/vekParams2ASCII.h"
 #include "bench/jsonMessages.hpp"
+#include "vek/api/vekParams2ASCII.h"
 
 #include <benchmark/benchmark.h>
 

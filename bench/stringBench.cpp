@@ -1,7 +1,7 @@
 // What a string_t costs beside the bare operations under it: appending beside the reallocations that its growth rule
 // asks for, copying beside one increment, making one from a token beside an allocation and a copy.
 
-#include "vek_std/std_sys/vek_string.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <benchmark/benchmark.h>
 

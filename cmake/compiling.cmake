@@ -38,15 +38,15 @@ endif()
 # The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it.
 function(vekExportingTheFourCalls target)
     if(WIN32)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/api/vekParams2ASCII.def)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def)
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/api/exports.map
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/vek/api/exports.map
                                           -Wl,--exclude-libs,ALL)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
-    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/api/exports.map)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/vek/api/exports.map)
 endfunction()

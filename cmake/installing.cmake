@@ -4,15 +4,13 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(headerPrefix ${CMAKE_INSTALL_INCLUDEDIR}/vekParams2ASCII)
-
 # C hosts link vekParams2ASCII::vekParams2ASCII; C++ hosts link vekParams2ASCII::cpp, which adds string_t, valueRange_t
 # and the record structures.
 add_library(vekCpp INTERFACE)
 set_target_properties(vekCpp PROPERTIES EXPORT_NAME cpp)
 target_link_libraries(vekCpp INTERFACE vekParams2ASCII vekTypes)
-target_include_directories(vekParams2ASCII INTERFACE $<INSTALL_INTERFACE:${headerPrefix}>)
-target_include_directories(vekTypes INTERFACE $<INSTALL_INTERFACE:${headerPrefix}>)
+target_include_directories(vekParams2ASCII INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_include_directories(vekTypes INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_compile_features(vekTypes INTERFACE cxx_std_20)
 
 install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
@@ -20,12 +18,10 @@ install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-foreach(header IN LISTS VEK_PUBLIC_HEADERS)
-    cmake_path(GET header PARENT_PATH folder)
-    install(FILES ${header} DESTINATION ${headerPrefix}/${folder} COMPONENT development)
-endforeach()
+install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE)
 if(WIN32)
-    install(FILES api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+    install(FILES vek/api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/vekParams2ASCII)

@@ -2,8 +2,8 @@
 //
 //   demo FILE...    each file holds one text message
 
-#include "api/vekParams2ASCII.h"
-#include "records/media.hpp"
+#include "vek/api/vekParams2ASCII.h"
+#include "vek/records/media.hpp"
 
 #include <cstdio>
 #include <fstream>

@@ -1,5 +1,5 @@
 /* A host of the library in C: reads a device status, adds a text to it, and writes it again. */
-#include "api/vekParams2ASCII.h"
+#include "vek/api/vekParams2ASCII.h"
 
 #include <stdio.h>
 

@@ -1,5 +1,5 @@
 // A host of the library: reads a message, changes it, and writes messages.
-#include "api/vekParams2ASCII.hpp"
+#include "vek/api/vekParams2ASCII.hpp"
 
 #include <iostream>
 

@@ -1,8 +1,8 @@
 // What the fuzzers make of their input: a message with a body, so that changes to a body don't make its length wrong.
 #pragma once
 
-#include "api/catalogue.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/catalogue.hpp"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The four calls: what they do with every id, with null pointers, and with what stands around them.
-#include "api/envelopeWriter.hpp"
 #include "foundation/reports.hpp"
-#include "records/status.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/records/status.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The envelope around a body, and the two header numbers.
-#include "api/envelopeWriter.hpp"
-#include "records/status.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/records/status.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // What the library makes of the process around it: its environment, its locale, its dynamic linker.
-#include "api/envelopeWriter.hpp"
-#include "api/loadTime.hpp"
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/loadTime.hpp"
 
 #include <gtest/gtest.h>
 

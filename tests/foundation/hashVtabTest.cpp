@@ -1,6 +1,6 @@
 // hashVtab: sizes, probing and removal by their rules, and its contents against std::unordered_map.
 
-#include "vek_std/std_sys/hashVtab.hpp"
+#include "vek/vek_std/std_sys/hashVtab.hpp"
 #include "reports.hpp"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Objects and their array: counting, ordering and printing, and the array against std::vector.
 
-#include "vek_std/std_objCltn/objCltn.hpp"
+#include "vek/vek_std/std_objCltn/objCltn.hpp"
 
 #include <cstdio>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Codes of names, groups of classes, and what is printed about them.
 
 #include "reports.hpp"
-#include "vek_std/std_objCltn/obj.hpp"
+#include "vek/vek_std/std_objCltn/obj.hpp"
 
 #include <gtest/gtest.h>
 

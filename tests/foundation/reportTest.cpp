@@ -1,7 +1,7 @@
 // Error reports, the memory exchange and the pause.
 
 #include "reports.hpp"
-#include "vek_std/std_sys/vek_stdlib.hpp"
+#include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
 #include <gtest/gtest.h>
 

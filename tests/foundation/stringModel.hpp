@@ -2,7 +2,7 @@
 
 // A string_t told in std::string: shared bodies, capacities and settings, with nothing clever. Tests compare the two.
 
-#include "vek_std/std_sys/vek_string.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <algorithm>
 #include <cstdint>

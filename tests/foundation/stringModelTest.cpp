@@ -2,7 +2,7 @@
 // comparing against std::string.
 
 #include "stringModel.hpp"
-#include "vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // string_t and subString_t: the cases with a rule of their own.
 
 #include "reports.hpp"
-#include "vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
 #include <gtest/gtest.h>
 

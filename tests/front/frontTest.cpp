@@ -1,7 +1,7 @@
 // The typed front as a host uses it: every message read, written and released, and what must not compile.
-#include "api/vekParams2ASCII.hpp"
 #include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
+#include "vek/api/vekParams2ASCII.hpp"
 
 #include <initializer_list>
 #include <string>

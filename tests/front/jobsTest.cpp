@@ -1,7 +1,7 @@
 // The messages that are their own records: their fields as a host sees them.
-#include "api/vekParams2ASCII.hpp"
 #include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
+#include "vek/api/vekParams2ASCII.hpp"
 
 #include <string>
 #include <string_view>

@@ -1,8 +1,8 @@
 // The table of the typed front against the catalogue: an id that one of them lacks, or ties to another structure,
 // would convert memory as what it is not.
-#include "api/messageTable.hpp"
-#include "api/catalogue.hpp"
-#include "text/typeName.hpp"
+#include "vek/api/messageTable.hpp"
+#include "vek/api/private/catalogue.hpp"
+#include "vek/text/private/typeName.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What the typed front refuses: why, and where. A case is a text and, under it, a caret at the byte that the report
 // names, the code, and the report. "~" stands for a NUL.
-#include "api/vekParams2ASCII.hpp"
 #include "tests/front/hostTest.hpp"
+#include "vek/api/vekParams2ASCII.hpp"
 
 #include <algorithm>
 #include <iterator>

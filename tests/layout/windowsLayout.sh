@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 scratch=$1
-mkdir -p "$scratch/records/layouts"
+mkdir -p "$scratch/vek/records/private/layouts"
 
 mingw=i686-w64-mingw32-g++
 for tool in $mingw clang++; do
@@ -31,10 +31,10 @@ struct derived : base { char more; };
 static_assert((sizeof(derived) == sizeof(base)) == $takesPadding);
 EOF
     "${compile[@]}" "$scratch/abi.cpp"
-    "${compile[@]}" -I. records/layouts/layouts.cpp
+    "${compile[@]}" -I. vek/records/layouts.cpp
     # With one offset changed it must not compile.
-    sed 's/double, thick, /&4 + /' records/layouts/objects.hpp >"$scratch/records/layouts/objects.hpp"
-    if "${compile[@]}" -I"$scratch" -I. records/layouts/layouts.cpp 2>"$scratch/errors" ||
+    sed 's/double, thick, /&4 + /' vek/records/private/layouts/objects.hpp >"$scratch/vek/records/private/layouts/objects.hpp"
+    if "${compile[@]}" -I"$scratch" -I. vek/records/layouts.cpp 2>"$scratch/errors" ||
         ! grep -q 'the member lies elsewhere' "$scratch/errors"; then
         echo "$name: a wrong table was not noticed"
         exit 1

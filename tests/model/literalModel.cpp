@@ -1,7 +1,7 @@
 #include "model/literalModel.hpp"
 
-#include "api/catalogue.hpp"
-#include "text/textField.hpp"
+#include "vek/api/private/catalogue.hpp"
+#include "vek/text/textField.hpp"
 
 #include <algorithm>
 #include <cstdio>

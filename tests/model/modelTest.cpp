@@ -1,8 +1,8 @@
 // The library beside the literal model, on samples and on damaged and hostile texts of every message.
-#include "api/envelopeWriter.hpp"
 #include "model/bodyMutator.hpp"
 #include "model/literalModel.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/envelopeWriter.hpp"
 
 #include <gtest/gtest.h>
 

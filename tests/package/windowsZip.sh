@@ -11,12 +11,12 @@ mkdir -p "$work/unpacked"
 (cd "$work/unpacked" && cmake -E tar xf "$work"/packages/*.zip)
 root=$(find "$work/unpacked" -name 'vekParams2ASCII-*' -type d | head -n 1)
 for file in bin/vekParams2ASCII.dll lib/libvekParams2ASCII.dll.a lib/vekParams2ASCII.def lib/libvekTypes.a \
-    include/vekParams2ASCII/api/vekParams2ASCII.h include/vekParams2ASCII/api/vekParams2ASCII.hpp; do
+    include/vek/api/vekParams2ASCII.h include/vek/api/vekParams2ASCII.hpp; do
     [ -f "$root/$file" ] || { echo "FAILED: $file is not in the zip" >&2; exit 1; }
 done
 
 # Hosts find the DLL in their own folder.
-flags=(-Wall -Wextra -Wpedantic -Werror -I"$root/include/vekParams2ASCII")
+flags=(-Wall -Wextra -Wpedantic -Werror -I"$root/include")
 libraries=("$root/lib/libvekTypes.a" "$root/lib/libvekParams2ASCII.dll.a" -static)
 "$cc" -std=c99 "${flags[@]}" "$source/examples/host.c" -o "$root/bin/hostInC.exe" "${libraries[@]}"
 "$cxx" -std=c++20 "${flags[@]}" "$source/examples/host.cpp" -o "$root/bin/hostInCpp.exe" "${libraries[@]}"

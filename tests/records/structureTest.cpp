@@ -1,15 +1,15 @@
 // Structures as hosts meet them: their defaults, what a text puts into them, and what they print when a host fills
 // them.
-#include "api/catalogue.hpp"
-#include "records/device.hpp"
-#include "records/exposure.hpp"
-#include "records/jobs.hpp"
-#include "records/media.hpp"
-#include "records/punch.hpp"
-#include "records/status.hpp"
-#include "records/tables.hpp"
 #include "support/messages.hpp"
-#include "text/bodyScanner.hpp"
+#include "vek/api/private/catalogue.hpp"
+#include "vek/records/device.hpp"
+#include "vek/records/exposure.hpp"
+#include "vek/records/jobs.hpp"
+#include "vek/records/media.hpp"
+#include "vek/records/punch.hpp"
+#include "vek/records/status.hpp"
+#include "vek/records/tables.hpp"
+#include "vek/text/bodyScanner.hpp"
 
 #include <gtest/gtest.h>
 

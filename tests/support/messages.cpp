@@ -1,6 +1,6 @@
 #include "support/messages.hpp"
 
-#include "records/device.hpp"
+#include "vek/records/device.hpp"
 
 #include <algorithm>
 #include <cstdio>

@@ -2,7 +2,7 @@
 // Free of the test framework, so that the fuzzers use it too.
 #pragma once
 
-#include "api/vekParams2ASCII.h"
+#include "vek/api/vekParams2ASCII.h"
 
 #include <cstdint>
 #include <string>

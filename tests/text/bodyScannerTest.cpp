@@ -1,5 +1,5 @@
 // Bodies and the pairs they are made of.
-#include "text/bodyScanner.hpp"
+#include "vek/text/bodyScanner.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // Fields and groups by themselves: which of them a text sets, and what they keep.
-#include "records/jobs.hpp"
-#include "records/mediaRecords.hpp"
-#include "records/tableRecords.hpp"
-#include "text/valueRangePrint.hpp"
+#include "vek/records/jobs.hpp"
+#include "vek/records/private/mediaRecords.hpp"
+#include "vek/records/private/tableRecords.hpp"
+#include "vek/text/valueRangePrint.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Numbers as text, beside the C library and std::to_chars on millions of numbers of every shape.
-#include "text/numberText.hpp"
+#include "vek/text/numberText.hpp"
 #include "support/messages.hpp"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "tools/reference/keyTable.hpp"
 
-#include "text/bodyWriter.hpp"
 #include "tools/reference/markdown.hpp"
 #include "tools/reference/memberPlace.hpp"
+#include "vek/text/bodyWriter.hpp"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 // The table of one record's keys on the message page, and what the tables of the page refer to.
 #pragma once
 
-#include "text/textField.hpp"
+#include "vek/text/textField.hpp"
 
 #include <functional>
 #include <iosfwd>

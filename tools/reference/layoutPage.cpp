@@ -1,7 +1,7 @@
 #include "tools/reference/pages.hpp"
 
-#include "records/layouts/layouts.hpp"
 #include "tools/reference/markdown.hpp"
+#include "vek/records/private/layouts/layouts.hpp"
 
 #include <ostream>
 
@@ -13,7 +13,7 @@ constexpr std::string_view introduction = R"(# Layouts of the message structures
 
 Where each member of each structure lies, in bytes, for hosts in any language. Windows stands for 32-bit x86 Windows,
 by MinGW's and by Microsoft's compiler alike; Linux for 64-bit Linux. The same tables are static assertions in the
-library (`records/layouts`), so a build in which a member has moved fails.
+library (`vek/records/private/layouts`), so a build in which a member has moved fails.
 
 - `int32_t` and its like are signed numbers of as many bits, `uint8_t` and its like unsigned ones, `double` and `float`
   IEEE 754 reals of 64 and 32 bits; `char[n]` holds a text that ends at its NUL or with the array. Everything is

@@ -1,7 +1,7 @@
 // Finds members of message structures in the layout tables: by the structure's name, and by where a field is bound.
 #pragma once
 
-#include "records/layouts/layouts.hpp"
+#include "vek/records/private/layouts/layouts.hpp"
 
 #include <cstddef>
 #include <string>

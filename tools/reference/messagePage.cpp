@@ -1,10 +1,10 @@
 #include "tools/reference/pages.hpp"
 
-#include "api/catalogue.hpp"
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
 #include "tools/reference/memberPlace.hpp"
 #include "tools/reference/prose.hpp"
+#include "vek/api/private/catalogue.hpp"
 
 #include <fstream>
 #include <iterator>
@@ -130,7 +130,7 @@ void writeSample(std::ostream &out, std::string_view message) {
 class messagePage_t {
 public:
     messagePage_t(std::ostream &out, const fs::path &root)
-        : out_(out), samples_(root / "examples/messages"), header_(readFile(root / "api/vekParams2ASCII.h")) {
+        : out_(out), samples_(root / "examples/messages"), header_(readFile(root / "vek/api/vekParams2ASCII.h")) {
         for (const catalogueRow_t &row : catalogueRows())
             if (row.conversion != nullptr)
                 show(row.conversion->visit, [&](const recordDescription_t &record) {

@@ -3,7 +3,7 @@
 #include "foundation/memory/failingMemory.hpp"
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
-#include "vek_std/std_sys/vek_string.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include "../reports.hpp"
 #include "failingMemory.hpp"
-#include "vek_std/std_objCltn/objCltn.hpp"
-#include "vek_std/std_sys/hashVtab.hpp"
-#include "vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_objCltn/objCltn.hpp"
+#include "vek/vek_std/std_sys/hashVtab.hpp"
+#include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,0 @@
-#include "records/punchRecords.hpp"
-
-namespace vek {
-
-template struct conversionOf<punchSystem_t>;
-template struct conversionOf<punchArray_t>;
-
-} // namespace vek

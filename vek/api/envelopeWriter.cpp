@@ -1,0 +1,50 @@
+#include "vek/api/private/envelopeWriter.hpp"
+
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+namespace vek {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::size_t lengthDigits = 5;
+
+char *writeWord(std::string_view word, char *to) {
+    return to + word.copy(to, word.size());
+}
+
+char *writeNumber(std::int32_t number, char *to) {
+    to = writeInteger(number, to);
+    *to = ' ';
+    return to + 1;
+}
+
+} // namespace
+
+std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, envelopeNumbers_t &numbers) {
+    numbers.sequenceNumber =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(numbers.sequenceNumber) + std::uint32_t{1});
+    char *at = writeWord("@@", out.room(3 * (integerRoom + 1) + 2 + lengthDigits + 1));
+    out.advance(writeNumber(id, at));
+    const std::size_t lengthPosition = out.size();
+    at = writeWord("***** ", out.room(0));
+    out.advance(writeNumber(numbers.sequenceNumber, writeNumber(numbers.echoTag, at)));
+    return lengthPosition;
+}
+
+void endEnvelope(bodyWriter_t &out, std::size_t lengthPosition) {
+    out.put("!!\0"sv);
+    char digits[lengthDigits + 20];
+    std::fill_n(digits, lengthDigits, ' ');
+    const char *const end = std::to_chars(digits + lengthDigits, std::end(digits), out.size()).ptr;
+    // The last five characters of the padded number; of a longer number the first five digits.
+    const char *const start = std::min(const_cast<const char *>(digits + lengthDigits), end - lengthDigits);
+    out.patch(lengthPosition, {start, lengthDigits});
+}
+
+} // namespace vek

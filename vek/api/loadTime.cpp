@@ -1,0 +1,38 @@
+#include "vek/api/private/loadTime.hpp"
+
+#include "vek/api/private/envelopeWriter.hpp"
+
+#include <cstdlib>
+#include <cstring>
+
+#ifdef _WIN32
+#    include <windows.h>
+#endif
+
+namespace vek {
+
+// Defined beside the set-up, so that whoever links the header numbers links the set-up too.
+envelopeNumbers_t headerNumbers;
+std::int32_t debugSwitch = 0;
+
+void setUpAtLoad() {
+    const char *mode = std::getenv("PLOT_DEBUG_MODE");
+    debugSwitch = mode != nullptr && std::strcmp(mode, "msgPrint") == 0 ? 1 : 0;
+    headerNumbers = {};
+}
+
+} // namespace vek
+
+#ifdef _WIN32
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH)
+        vek::setUpAtLoad();
+    return TRUE;
+}
+#else
+namespace {
+[[gnu::constructor]] void onLoad() {
+    vek::setUpAtLoad();
+}
+} // namespace
+#endif

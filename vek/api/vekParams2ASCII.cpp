@@ -1,0 +1,120 @@
+// The four exported calls.
+#include "vek/api/vekParams2ASCII.h"
+
+#include "vek/api/private/catalogue.hpp"
+#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/text/bodyWriter.hpp"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string_view>
+
+namespace {
+
+using namespace vek;
+
+constexpr std::int32_t failure = -1;
+
+// The room that a text handed out has at least: so much behind its body, or so much without a body.
+constexpr std::size_t roomBehindBody = 256;
+constexpr std::size_t roomWithoutBody = 40960;
+constexpr std::size_t firstRoom = 1024;
+
+std::int32_t refuseId(const char *line, std::int32_t id) {
+    std::printf("%s%d\n", line, static_cast<int>(id));
+    std::fflush(stdout);
+    return failure;
+}
+
+std::int32_t refuseReading(std::int32_t id) {
+    return refuseId("vekStrToVal: InvalidMsgId = ", id);
+}
+
+// Whatever goes wrong from here on, nothing leaks and the caller's pointer is null.
+std::int32_t readStructure(const conversion_t &conversion, const char *text, std::string_view body, void **msgStruct) {
+    *msgStruct = nullptr;
+    std::unique_ptr<void, void (*)(void *)> structure(conversion.create(), conversion.destroy);
+    if (text != nullptr)
+        conversion.parse(structure.get(), body);
+    *msgStruct = structure.release();
+    return 0;
+}
+
+// A text that holds the empty string, in the room that a message without a body has.
+char *emptyText() {
+    bodyWriter_t out(roomWithoutBody);
+    out.put('\0');
+    return out.release();
+}
+
+char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
+    bodyWriter_t out(msgStruct == nullptr ? roomWithoutBody : firstRoom);
+    envelopeNumbers_t numbers = headerNumbers;
+    const std::size_t lengthPosition = beginEnvelope(out, id, numbers);
+    if (msgStruct != nullptr) {
+        const std::size_t bodyStart = out.size();
+        row->conversion->print(msgStruct, out);
+        out.room(bodyStart < roomBehindBody ? roomBehindBody - bodyStart : 1);
+    }
+    endEnvelope(out, lengthPosition);
+    headerNumbers = numbers;
+    return out.release();
+}
+
+} // namespace
+
+extern "C" {
+
+std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **msgStruct) try {
+    if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
+        return failure;
+    std::string_view body;
+    if (text != nullptr) {
+        // What is wrong with an envelope is no failure: what could be read counts.
+        headerNumbers.id = *msgId;
+        readEnvelope(text, headerNumbers, body);
+        *msgId = headerNumbers.id;
+    }
+    const catalogueRow_t *row = findInCatalogue(*msgId);
+    if (row == nullptr)
+        return refuseReading(*msgId);
+    return row->reading == reading_t::none ? 0 : readStructure(*row->conversion, text, body, msgStruct);
+} catch (const std::bad_alloc &) {
+    return failure;
+}
+
+std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **text) try {
+    if (text == nullptr)
+        return failure;
+    *text = nullptr;
+    const catalogueRow_t *row = findInCatalogue(msgId);
+    if (msgStruct == nullptr || (row != nullptr && row->conversion != nullptr)) {
+        *text = writeMessage(msgId, row, msgStruct);
+        return 0;
+    }
+    *text = emptyText();
+    return row != nullptr && row->writing == writing_t::empty ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
+} catch (const std::bad_alloc &) {
+    return failure;
+}
+
+void VEK_CALL vekParamsDelete(void *text) {
+    std::free(text);
+}
+
+std::int32_t VEK_CALL vekParamsDeleteStruct(std::int32_t msgId, void **msgStruct) {
+    if (msgStruct == nullptr)
+        return failure;
+    const catalogueRow_t *row = findInCatalogue(msgId);
+    if (row == nullptr || row->release == release_t::invalid)
+        return refuseReading(msgId);
+    if (row->release == release_t::nullOnly)
+        *msgStruct = nullptr;
+    else if (*msgStruct != nullptr)
+        row->conversion->destroy(*msgStruct);
+    return 0;
+}
+
+} // extern "C"

@@ -1,0 +1,61 @@
+// Message structures of jobs.
+//
+// Those of 4193 to 4195 are their records themselves: groups of fields that keep their values. A field is read and
+// assigned like its value, `job.jobId = 1207`, a 16-bit text as a std::u16string_view, `job.jobName = u"Spring"`. It
+// stands in the text once it was assigned, until clear(); isSet tells.
+#pragma once
+
+#include "vek/records/enumerations.hpp"
+#include "vek/records/messageBase.hpp"
+#include "vek/text/enumField.hpp"
+#include "vek/text/scalarFields.hpp"
+#include "vek/text/wideStringField.hpp"
+
+#include <cstdint>
+
+namespace vek {
+
+/// 4129
+class CylinderJob : public MessageBase {
+public:
+    CylinderJob() : MessageBase(33) {}
+
+    std::int32_t cylinderId = 0;
+    std::uint8_t isEndlessScreen = 0; ///< 0 or 1
+    std::int32_t jobId = 0;
+    char deviceMediaNameId[256] = {};
+};
+
+/// 4193: a job's name and its separations
+class jobSepList_t : public textGroup_t {
+public:
+    jobSepList_t() : textGroup_t(pass_t::parse) {}
+
+    wideStringField_t jobName{*this, "JOB_NAME"};
+    wideStringListField_t sepList{*this, "SEP_LIST"};
+};
+
+/// 4194
+class jobPort_t : public textGroup_t {
+public:
+    jobPort_t() : textGroup_t(pass_t::parse) {}
+
+    wideStringField_t jobName{*this, "JOB_NAME"};
+    ownField_t<longCodec_t> jobId{*this, "JOB_ID"};
+    ownField_t<longCodec_t> jobPort{*this, "JOB_PORT"};
+};
+
+/// 4195
+class gdapiDataPath_t : public textGroup_t {
+public:
+    gdapiDataPath_t() : textGroup_t(pass_t::parse) {}
+
+    ownEnumField_t gdapiDataPath{*this, "GDAPI_DATA_PATH", dataPathNames};
+    ownField_t<longCodec_t> lptScsiPort{*this, "LPT_SCSI_port"}; // the device's own spelling
+};
+
+using JobSepList = jobSepList_t;
+using JobPort = jobPort_t;
+using GdapiDataPath = gdapiDataPath_t;
+
+} // namespace vek

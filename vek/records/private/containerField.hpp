@@ -1,0 +1,53 @@
+// containerField_t: a message's list of items that its structure, a Container, points to.
+#pragma once
+
+#include "vek/records/container.hpp"
+#include "vek/text/fieldArray.hpp"
+#include "vek/text/private/listFields.hpp"
+
+#include <cstdint>
+
+namespace vek {
+
+/// Elements that a container points to. A null pointer prints as an element with its structure's declared defaults.
+template <class Element, class Item>
+class containerElements_t {
+public:
+    containerElements_t(pass_t pass, Container<Item> &items) : items_(items) {
+        if (pass == pass_t::parse)
+            items.clear();
+    }
+
+    Element element(std::int32_t index, pass_t pass) const {
+        Item *item = items_.at(index);
+        return Element(pass, item != nullptr ? *item : defaultItem());
+    }
+    std::int32_t printed() const { return items_.count(); }
+    std::int32_t allocated() const { return items_.count(); }
+    void append() { items_.add(); }
+    void clear() { items_.clear(); }
+    void allocate(std::int32_t count) {
+        while (items_.count() < count)
+            Element(pass_t::parse, items_.add());
+    }
+    void describe(fieldDescription_t &description) const {
+        describeElement<Element, Item>(description);
+        description.list = "container";
+        description.bindTo(items_);
+    }
+
+private:
+    // Only printed, never changed.
+    static Item &defaultItem() {
+        static Item item;
+        return item;
+    }
+
+    Container<Item> &items_;
+};
+
+/// The list of a container message. `Element` is the record class of an item.
+template <class Element>
+using containerField_t = fieldArray_t<containerElements_t<Element, typename Element::value_t>>;
+
+} // namespace vek

@@ -1,0 +1,39 @@
+// Message structures of the punch systems.
+#pragma once
+
+#include "vek/api/vekParams2ASCII.h"
+#include "vek/records/container.hpp"
+#include "vek/records/messageBase.hpp"
+#include "vek/text/growableList.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
+
+#include <cstdint>
+
+namespace vek {
+
+using Size = ::vekSize;
+using PunchParams = ::vekPunchParams;
+
+/// 4099
+class PunchSystem : public MessageBase {
+public:
+    PunchSystem() : MessageBase(3) {}
+
+    Size center{};
+    double minFilmFeed = -1.0;
+    double pitch = 0.0;
+    string_t position;
+    string_t system;
+    std::int32_t index = -1;
+    std::int32_t numOfUnits = 0; ///< at most so many locations of each list are written
+    growableList_t<double> wUnitLocation;
+    growableList_t<double> hUnitLocation;
+};
+
+/// 4102
+class PunchArray : public Container<PunchSystem> {
+public:
+    PunchArray() : Container(6) {}
+};
+
+} // namespace vek

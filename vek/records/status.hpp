@@ -1,0 +1,12 @@
+// Message structures of status reports: plain ones, by their C++ names.
+#pragma once
+
+#include "vek/api/vekParams2ASCII.h"
+
+namespace vek {
+
+using IdRecord = ::vekIdRecord;
+using DeviceStatus = ::vekDeviceStatus;
+using Info = ::vekInfo;
+
+} // namespace vek

@@ -1,0 +1,46 @@
+// bodyScanner_t: the key and value pairs of one body, in text order, found while they are asked for.
+//
+// The pairs are views into the body. A copy of a scanner goes on from the same place on its own.
+#pragma once
+
+#include "vek/text/bodyTokenizer.hpp"
+
+#include <string_view>
+
+namespace vek {
+
+/// One pair of a body. A pair without a key or without a value has noToken there, but never in both.
+struct textPair_t {
+    std::string_view key;
+    std::string_view value;
+};
+
+class bodyScanner_t {
+public:
+    /// `body` is a whole body. Its first and last characters are taken for its braces, whatever they are; a body of
+    /// one character is empty.
+    explicit bodyScanner_t(std::string_view body)
+        : tokenizer_(body.size() > 2 ? body.substr(1, body.size() - 2) : std::string_view{}) {}
+
+    /// Reads the next pair; false when there is none left.
+    bool next(textPair_t &pair);
+
+    /// Reads the next pair if it has exactly this key, a short cut for texts whose keys come in order.
+    bool nextOf(std::string_view key, std::string_view &value) {
+        if (!tokenizer_.skipKey(key))
+            return false;
+        value = tokenizer_.token();
+        tokenizer_.delimiter();
+        keyed_ = true;
+        return true;
+    }
+
+    /// Whether a "=" followed any token so far. A body is positional when none did in the whole of it.
+    bool isKeyed() const { return keyed_; }
+
+private:
+    bodyTokenizer_t tokenizer_;
+    bool keyed_ = false;
+};
+
+} // namespace vek

@@ -1,0 +1,52 @@
+#include "vek/text/bodyTokenizer.hpp"
+
+#include <bit>
+#include <cstring>
+
+namespace vek {
+
+namespace {
+
+// The end of the braced text that starts at `at`, or null when its closing brace is missing. Runs over every level of
+// nesting once, so it looks at 16 characters at a time.
+const char *findBracedEnd(const char *at, const char *end) {
+    std::size_t depth = 0;
+#ifdef __SSE2__
+    for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
+        const characterBlock_t block(at);
+        const unsigned opens = block.equal(openBrace);
+        for (unsigned braces = opens | block.equal(closeBrace); braces != 0; braces &= braces - 1) {
+            if ((opens & braces & (0U - braces)) != 0)
+                ++depth;
+            else if (--depth == 0)
+                return at + std::countr_zero(braces) + 1;
+        }
+    }
+#endif
+    for (; at != end; ++at) {
+        if (*at == openBrace)
+            ++depth;
+        else if (*at == closeBrace && --depth == 0)
+            return at + 1;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::string_view bodyTokenizer_t::bracedToken() {
+    const char *const start = at_;
+    const char *const behind = findBracedEnd(at_, end_);
+    at_ = behind != nullptr ? behind : end_;
+    return behind != nullptr ? std::string_view(start, static_cast<std::size_t>(behind - start)) : noToken;
+}
+
+std::string_view bodyTokenizer_t::quotedToken() {
+    const char *const start = at_ + 1;
+    const auto *quote = static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
+    const char *const behind = quote != nullptr ? quote : end_;
+    at_ = quote != nullptr ? quote + 1 : end_;
+    return {start, static_cast<std::size_t>(behind - start)};
+}
+
+} // namespace vek

@@ -1,0 +1,18 @@
+#include "vek/text/bodyWriter.hpp"
+
+#include <algorithm>
+
+namespace vek {
+
+void bodyWriter_t::grow(std::size_t count) {
+    const std::size_t used = size();
+    const std::size_t room = std::max(2 * static_cast<std::size_t>(end_ - buffer_), used + count);
+    auto *grown = static_cast<char *>(std::realloc(buffer_, room));
+    if (grown == nullptr)
+        throw std::bad_alloc();
+    buffer_ = grown;
+    at_ = grown + used;
+    end_ = grown + room;
+}
+
+} // namespace vek

@@ -1,0 +1,119 @@
+// enumField_t: an enumeration, written as one name out of a table.
+#pragma once
+
+#include "vek/text/textField.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// The names of an enumeration, in order of their values from 0. The table must outlive every field that uses it.
+class enumNames_t {
+public:
+    /// `title` says in words what the enumeration is.
+    template <std::size_t Count>
+    constexpr explicit enumNames_t(const std::array<const char *, Count> &names, std::string_view title = {})
+        : names_(names.data()), count_(static_cast<std::int32_t>(Count)), title_(title) {}
+
+    /// The name of `value`; empty when the table has none.
+    std::string_view nameOf(std::int32_t value) const { return value >= 0 && value < count_ ? names_[value] : ""; }
+
+    /// The value of a name, letter case counting; -1 when the table lacks it.
+    std::int32_t valueOf(std::string_view name) const {
+        for (std::int32_t value = 0; value < count_; ++value)
+            if (name == names_[value])
+                return value;
+        return -1;
+    }
+
+    void describe(fieldDescription_t &description) const {
+        description.kind = "enumeration";
+        description.memberType = "int32_t";
+        description.enumeration = title_;
+        description.names = names_;
+        description.nameCount = count_;
+    }
+
+private:
+    const char *const *names_;
+    std::int32_t count_;
+    std::string_view title_;
+};
+
+/// A value without a name prints nothing. An unknown name leaves the value and the flag as they are.
+/// `Holder` is a reference to the 32-bit value or the value itself.
+template <class Holder>
+class basicEnumField_t : public textField_t {
+public:
+    void toText(bodyWriter_t &out) const override {
+        if (isSet != 0)
+            out.put(names_->nameOf(value_));
+    }
+
+    void fromText(std::string_view text) override {
+        if (const std::int32_t value = names_->valueOf(text); value >= 0) {
+            value_ = value;
+            isSet = 1;
+        }
+    }
+
+    void describe(fieldDescription_t &description) const override {
+        names_->describe(description);
+        description.bindTo(value_);
+    }
+
+protected:
+    basicEnumField_t(textGroup_t &group, std::string_view key, Holder value, const enumNames_t &names)
+        : textField_t(group, key), names_(&names), value_(value) {}
+
+    const enumNames_t *names_;
+    Holder value_;
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+};
+
+/// Bound to a member of a message structure.
+class enumField_t : public basicEnumField_t<std::int32_t &> {
+public:
+    enumField_t(textGroup_t &group, std::string_view key, std::int32_t &value, const enumNames_t &names)
+        : basicEnumField_t(group, key, value, names) {
+        if (group.pass() == pass_t::parse)
+            value = 0;
+    }
+};
+
+/// Keeps its value and stands for it. Assigning a value sets the field.
+class ownEnumField_t : public basicEnumField_t<std::int32_t> {
+public:
+    ownEnumField_t(textGroup_t &group, std::string_view key, const enumNames_t &names)
+        : basicEnumField_t(group, key, 0, names) {}
+
+    ownEnumField_t &operator=(std::int32_t value) {
+        value_ = value;
+        isSet = 1;
+        return *this;
+    }
+    ownEnumField_t &operator=(const ownEnumField_t &other) { return *this = other.value(); }
+
+    std::int32_t value() const { return value_; }
+    operator std::int32_t() const { return value_; }
+
+    /// The value's name in the text; empty when it has none.
+    std::string_view name() const { return names_->nameOf(value_); }
+
+    /// Puts the value to 0, and unsets the field.
+    void clear() {
+        value_ = 0;
+        isSet = 0;
+    }
+};
+
+/// The two kinds of a range, in order of valueRange_t::kind.
+extern const enumNames_t rangeTypeNames;
+
+} // namespace vek

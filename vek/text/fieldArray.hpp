@@ -1,0 +1,99 @@
+// fieldArray_t: a list of like elements as one unkeyed group, {a,b,}.
+//
+// Where the elements live is the business of an Elements class. The field or record that converts one bound element is
+// made on the stack for each in turn, so nothing that is bound moves when a list grows.
+#pragma once
+
+#include "vek/text/elementKeys.hpp"
+#include "vek/text/textField.hpp"
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// Elements provides
+///   element(index, pass)  the field or record of one element: made for this pass, or a reference to one that exists
+///   printed()             how many elements to print
+///   allocated()           how many elements exist
+///   allocate(count)       makes that many, with the values of absent keys; only called while none exist
+///   append()              makes one more, if there is room; only called when none existed before the parse
+///   clear()               removes what append() made
+///   describe(description)
+template <class Elements>
+class fieldArray_t : public textGroup_t {
+public:
+    /// A member of `parent`, over elements that `arguments` name.
+    template <class... Arguments>
+    fieldArray_t(textGroup_t &parent, std::string_view key, Arguments &...arguments)
+        : textGroup_t(parent, key, layout_t::positional), elements_(parent.pass(), arguments...) {}
+
+    void collectPairs(bodyWriter_t &out) const override {
+        const std::int32_t printed = elements_.printed();
+        for (std::int32_t i = 0; i < printed; ++i) {
+            const std::size_t start = out.size();
+            elements_.element(i, pass_t::print).toText(out);
+            if (out.size() != start)
+                out.put(separators[2]);
+        }
+    }
+
+    /// Element i takes the i-th value; when a "=" stands anywhere in the body, the value whose key is the list's key
+    /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
+    /// values are dropped.
+    void assignPairs(bodyScanner_t &pairs) override {
+        const bodyScanner_t start = pairs;
+        const bool isFixed = elements_.allocated() > 0;
+        if (isFixed && !isPositional(start))
+            return assignByKey(start);
+        textPair_t pair;
+        std::int32_t found = 0;
+        for (; pairs.next(pair); ++found) {
+            if (pairs.isKeyed()) {
+                elements_.clear();
+                return assignByKey(start);
+            }
+            if (!isFixed)
+                elements_.append();
+            if (found < elements_.allocated())
+                assign(found, pair.value);
+        }
+        found_ = found > 0 ? found : found_;
+    }
+
+    void describe(fieldDescription_t &description) const override { elements_.describe(description); }
+
+protected:
+    /// An element of an outer list.
+    fieldArray_t(std::string_view outerKey, std::int32_t ordinal)
+        : textGroup_t(pass_t::parse, layout_t::positional, outerKey), elements_(pass_t::parse), ordinal_(ordinal) {}
+
+    Elements elements_;
+    std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    void assign(std::int32_t index, std::string_view value) {
+        auto &&element = elements_.element(index, pass_t::parse);
+        if (!value.empty())
+            element.fromText(value);
+    }
+
+    void assignByKey(const bodyScanner_t &start) {
+        found_ = countPairs(start);
+        if (elements_.allocated() == 0)
+            elements_.allocate(found_);
+        assignByElementKey(
+            start, {key(), ordinal_}, elements_.allocated(),
+            [](void *self, std::int32_t index, std::string_view value) {
+                static_cast<fieldArray_t *>(self)->assign(index, value);
+            },
+            this);
+    }
+
+    std::int32_t ordinal_ = -1;
+};
+
+} // namespace vek

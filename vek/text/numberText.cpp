@@ -1,0 +1,164 @@
+#include "vek/text/numberText.hpp"
+
+#include <cmath>
+#include <limits>
+
+namespace vek {
+
+namespace {
+
+constexpr std::uint64_t largestExactInteger = std::uint64_t{1} << 53;
+
+// Every power of ten that a double holds exactly.
+constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+char *writeSixDigits(std::uint32_t value, char *to) {
+    to = writeDigitPair(value / 10000, to);
+    to = writeDigitPair(value / 100 % 100, to);
+    return writeDigitPair(value % 100, to);
+}
+
+// significand / 2^shift in millionths, rounded to an integer, ties to even. The significand has at most 53 bits and the
+// shift is 9 to 63, so the product with 10^6 has at most 73 bits, held in two words, and the result fits one.
+std::uint64_t inMillionths(std::uint64_t significand, int shift) {
+    const std::uint64_t lower = (significand & UINT32_MAX) * 1000000U;
+    const std::uint64_t upper = (significand >> 32) * 1000000U + (lower >> 32);
+    const std::uint64_t product = upper << 32 | (lower & UINT32_MAX); // and above it the bits of upper >> 32
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    const std::uint64_t remainder = product & ((half << 1) - 1);
+    std::uint64_t quotient = upper >> 32 << (64 - shift) | product >> shift;
+    if (remainder > half || (remainder == half && (quotient & 1) != 0))
+        ++quotient;
+    return quotient;
+}
+
+// A decimal number taken apart: its value is digits * 10^exponent when `isShort`.
+struct decimal_t {
+    std::uint64_t digits = 0;
+    std::int64_t exponent = 0;
+    bool isShort = false;
+    bool hasDigits = false;
+};
+
+// The exponent's digits behind "e", saturated far beyond what a double can hold; 0 when there are none.
+std::int64_t readExponent(const char *at, const char *end) {
+    if (at == end || (*at != 'e' && *at != 'E'))
+        return 0;
+    ++at;
+    bool isNegative = false;
+    if (at != end && (*at == '-' || *at == '+'))
+        isNegative = *at++ == '-';
+    std::int64_t value = 0;
+    for (; at != end && isDigit(*at); ++at)
+        if (value < (std::int64_t{1} << 56) / 10)
+            value = value * 10 + (*at - '0');
+    return isNegative ? -value : value;
+}
+
+// The general way: any number of digits. Zeros in front and at the end don't make a number long.
+decimal_t readAnyDecimal(const char *at, const char *end) {
+    decimal_t number;
+    std::int64_t significant = 0;   // digits since the first that is not zero
+    std::int64_t trailingZeros = 0; // of these, zeros not yet followed by another digit
+    std::int64_t decimals = 0;
+    bool behindPoint = false;
+    for (; at != end && (isDigit(*at) || (*at == '.' && !behindPoint)); ++at) {
+        if (*at == '.') {
+            behindPoint = true;
+            continue;
+        }
+        number.hasDigits = true;
+        decimals += behindPoint ? 1 : 0;
+        if (*at == '0') {
+            trailingZeros += significant > 0 ? 1 : 0;
+            significant += significant > 0 ? 1 : 0;
+            continue;
+        }
+        for (++significant; trailingZeros > 0 && significant <= 19; --trailingZeros)
+            number.digits *= 10;
+        trailingZeros = 0;
+        if (significant <= 19)
+            number.digits = number.digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    }
+    number.exponent = number.hasDigits ? readExponent(at, end) - decimals + trailingZeros : 0;
+    number.isShort = significant - trailingZeros <= 19;
+    if (!number.isShort)
+        number.exponent += significant - trailingZeros - 1; // the magnitude: that of the leading digit
+    return number;
+}
+
+bool isExactlyComputable(std::uint64_t digits, std::int64_t exponent) {
+    return digits <= largestExactInteger && exponent >= -22 && exponent <= 22;
+}
+
+// Both operands are exact, so the one operation rounds once, correctly. (Unsigned integers would go through the x87
+// unit on 32-bit targets, whose precision is the host's to set.)
+double compute(std::uint64_t digits, std::int64_t exponent) {
+    const auto significand = static_cast<double>(static_cast<std::int64_t>(digits));
+    return exponent < 0 ? significand / exactPowersOfTen[static_cast<std::size_t>(-exponent)]
+                        : significand * exactPowersOfTen[static_cast<std::size_t>(exponent)];
+}
+
+double readUnsignedReal(const char *at, const char *end) {
+    decimal_t number = readAnyDecimal(at, end);
+    if (!number.hasDigits || number.digits == 0)
+        return 0.0;
+    // Every significand up to 2^53 with a power of ten up to 22 is computed here, also one that ends in zeros: some
+    // ready-made from_chars, compiled for the x87 unit, rounds these twice.
+    for (; number.isShort && number.exponent > 22 && number.digits <= largestExactInteger / 10; --number.exponent)
+        number.digits *= 10;
+    if (number.isShort && isExactlyComputable(number.digits, number.exponent))
+        return compute(number.digits, number.exponent);
+    double value = 0.0;
+    if (std::from_chars(at, end, value).ec == std::errc::result_out_of_range)
+        value = number.exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+    return value;
+}
+
+} // namespace
+
+char *writeReal(double value, char *to) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
+    const std::uint64_t implicitBit = std::uint64_t{1} << 52;
+    const int shift = 1075 - exponent;
+    const bool isZero = bits << 1 == 0;
+    // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
+    if (!isZero && (shift < 9 || shift > 63))
+        return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
+    const std::uint64_t millionths = isZero ? 0 : inMillionths((bits & (implicitBit - 1)) | implicitBit, shift);
+    if (bits >> 63 != 0)
+        *to++ = '-';
+    to = writeUnsigned(millionths / 1000000U, to);
+    *to++ = '.';
+    return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
+}
+
+double readReal(std::string_view text) {
+    const char *const end = text.data() + text.size();
+    const auto [start, isNegative] = skipToDigits(text.data(), end);
+    const char *at = start;
+    std::uint64_t digits = 0;
+    for (; at != end && isDigit(*at); ++at)
+        digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    std::ptrdiff_t length = at - start;
+    std::ptrdiff_t decimals = 0;
+    if (at != end && *at == '.') {
+        const char *const point = at++;
+        for (; at != end && isDigit(*at); ++at)
+            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+        decimals = at - point - 1;
+        length += decimals;
+    }
+    const bool hasExponent = at != end && (*at == 'e' || *at == 'E');
+    if (length == 0)
+        return 0.0;
+    const double value = !hasExponent && length <= 19 && isExactlyComputable(digits, -decimals)
+                             ? compute(digits, -decimals)
+                             : readUnsignedReal(start, end);
+    return isNegative ? -value : value;
+}
+
+} // namespace vek

@@ -1,0 +1,117 @@
+// Lists that are members of a message structure: where their elements live and how many of them are printed.
+//
+// Every list is emptied when a record is made to parse.
+#pragma once
+
+#include "vek/text/fieldArray.hpp"
+#include "vek/text/growableList.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+namespace vek {
+
+/// What an element's field or record says of itself, for a list's description.
+template <class Element, class Value>
+void describeElement(fieldDescription_t &description) {
+    if constexpr (std::is_base_of_v<textGroup_t, Element>) {
+        description.visitElement = [](recordVisitor_t &visitor) { visitRecord<Element>(visitor); };
+    } else {
+        Value value{};
+        Element(pass_t::print, value).describe(description);
+    }
+}
+
+/// Elements in a growableList_t; with a count member, at most that many are printed.
+template <class Element, class Value>
+class listElements_t {
+public:
+    using list_t = growableList_t<Value>;
+
+    listElements_t(pass_t pass, list_t &list) : listElements_t(pass, list, nullptr) {}
+    listElements_t(pass_t pass, list_t &list, const std::int32_t &count) : listElements_t(pass, list, &count) {}
+
+    Element element(std::int32_t index, pass_t pass) const { return Element(pass, list_[index]); }
+    std::int32_t printed() const { return count_ == nullptr ? list_.count() : std::min(list_.count(), *count_); }
+    std::int32_t allocated() const { return list_.count(); }
+    void append() { list_.add(); }
+    void clear() { list_.clear(); }
+    void allocate(std::int32_t count) {
+        list_.resize(count);
+        for (Value &value : list_)
+            Element(pass_t::parse, value);
+    }
+    void describe(fieldDescription_t &description) const {
+        describeElement<Element, Value>(description);
+        description.list = "list";
+        description.bindTo(list_);
+        description.countMember = count_;
+    }
+
+private:
+    listElements_t(pass_t pass, list_t &list, const std::int32_t *count) : list_(list), count_(count) {
+        if (pass == pass_t::parse)
+            list.clear();
+    }
+
+    list_t &list_;
+    const std::int32_t *count_;
+};
+
+/// How a list of fixed room is counted: all of its elements; by a member, but never beyond the room; or by a member
+/// that is taken as it is, which is then the caller's promise.
+enum class counting_t { all, byMember, byMemberUnchecked };
+
+/// Elements in an array inside the structure. Values beyond its room are dropped.
+template <class Element, class Value, std::size_t Room, counting_t Counting>
+class roomElements_t {
+public:
+    using array_t = Value[Room];
+
+    roomElements_t(pass_t pass, array_t &values, const std::int32_t &count = roomSize)
+        : values_(values), count_(count) {
+        if (pass == pass_t::parse)
+            for (Value &value : values)
+                Element(pass_t::parse, value);
+    }
+
+    Element element(std::int32_t index, pass_t pass) const { return Element(pass, values_[index]); }
+    std::int32_t printed() const {
+        return Counting == counting_t::byMemberUnchecked ? count_ : std::min(count_, roomSize);
+    }
+    // A parse takes as many elements into use as it meets values, so that a keyed body can't reach further.
+    std::int32_t allocated() const { return used_; }
+    void append() { allocate(used_ + 1); }
+    void clear() {
+        while (used_ > 0)
+            Element(pass_t::parse, values_[--used_]);
+    }
+    void allocate(std::int32_t count) { used_ = std::min(count, roomSize); }
+    void describe(fieldDescription_t &description) const {
+        describeElement<Element, Value>(description);
+        description.list = "array";
+        description.member = values_;
+        description.memberSize = sizeof(array_t);
+        description.countMember = Counting == counting_t::all ? nullptr : &count_;
+        description.isCountChecked = Counting != counting_t::byMemberUnchecked;
+        description.elementRoom = description.room;
+        description.room = roomSize;
+    }
+
+private:
+    static constexpr std::int32_t roomSize = Room;
+
+    Value *values_;
+    const std::int32_t &count_;
+    std::int32_t used_ = 0;
+};
+
+/// Lists by what stands for one element: a scalar field, or a record class, whose structures lie in the list by value.
+template <class Element>
+using listField_t = fieldArray_t<listElements_t<Element, typename Element::value_t>>;
+template <class Element, std::size_t Room, counting_t Counting>
+using roomField_t = fieldArray_t<roomElements_t<Element, typename Element::value_t, Room, Counting>>;
+
+} // namespace vek

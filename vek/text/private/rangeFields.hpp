@@ -1,0 +1,62 @@
+// The two fields of a range: its type, and the list of its values under a key of its own. Both are bound to the same
+// valueRange_t and read independently, in either order.
+#pragma once
+
+#include "vek/text/enumField.hpp"
+#include "vek/text/fieldArray.hpp"
+#include "vek/text/scalarFields.hpp"
+#include "vek/text/valueRange.hpp"
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// The type is printed only when the range has values. An absent key gives `discrete`.
+class rangeTypeField_t : public enumField_t {
+public:
+    rangeTypeField_t(textGroup_t &group, std::string_view key, valueRange_t &range)
+        : enumField_t(group, key, range.kind, rangeTypeNames) {
+        if (range.isEmpty())
+            isSet = 0;
+    }
+};
+
+/// What a list of range values prints: every value of a discrete range, the minimum and the maximum of any other.
+class rangeElements_t {
+public:
+    rangeElements_t(pass_t pass, valueRange_t &range) : range_(range) {
+        if (pass == pass_t::parse) {
+            range.clear();
+        } else if (range.kind != valueRange_t::discrete) {
+            ends_[0] = range.minimum();
+            ends_[1] = range.maximum();
+        }
+    }
+
+    doubleField_t element(std::int32_t index, pass_t pass) const {
+        const bool isEnd = pass == pass_t::print && range_.kind != valueRange_t::discrete;
+        return {pass, isEnd ? ends_[index] : range_.values()[index]};
+    }
+    std::int32_t printed() const {
+        return range_.kind == valueRange_t::discrete || range_.isEmpty() ? range_.count() : 2;
+    }
+    std::int32_t allocated() const { return range_.count(); }
+    void append() { range_.values().add(); }
+    void clear() { range_.clear(); }
+    void allocate(std::int32_t count) { range_.values().resize(count); }
+    void describe(fieldDescription_t &description) const {
+        description.kind = doubleCodec_t::kind;
+        description.memberType = "valueRange_t";
+        description.list = "range";
+        description.bindTo(range_);
+    }
+
+private:
+    valueRange_t &range_;
+    mutable double ends_[2] = {}; // only printed; a field binds to what is no constant
+};
+
+using rangeValuesField_t = fieldArray_t<rangeElements_t>;
+
+} // namespace vek

@@ -1,0 +1,208 @@
+// The leaves of a body: integers, reals, texts, booleans and enumerations.
+//
+// A codec writes and reads the text form of one kind of value. boundField_t ties a codec to a member of a message
+// structure; ownField_t keeps the value itself, for the records that are their own message structure.
+#pragma once
+
+#include "vek/text/numberText.hpp"
+#include "vek/text/textField.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace vek {
+
+/// Appends a text value, up to `size` characters or its first NUL, with the separators and braces in it as codes.
+void writeText(const char *text, std::size_t size, bodyWriter_t &out);
+
+struct longCodec_t {
+    using value_t = std::int32_t;
+    static constexpr std::string_view kind = "long integer", memberType = "int32_t";
+    static void clear(value_t &value) { value = 0; }
+    static void write(value_t value, bodyWriter_t &out) { out.advance(writeInteger(value, out.room(integerRoom))); }
+    static void read(std::string_view text, value_t &value) { value = readInteger(text); }
+};
+
+/// Reading keeps the low 16 bits.
+struct shortCodec_t {
+    using value_t = std::int16_t;
+    static constexpr std::string_view kind = "short integer", memberType = "int16_t";
+    static void clear(value_t &value) { value = 0; }
+    static void write(value_t value, bodyWriter_t &out) { longCodec_t::write(value, out); }
+    static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readInteger(text)); }
+};
+
+struct doubleCodec_t {
+    using value_t = double;
+    static constexpr std::string_view kind = "double", memberType = "double";
+    static void clear(value_t &value) { value = 0.0; }
+    static void write(value_t value, bodyWriter_t &out) { out.advance(writeReal(value, out.room(realRoom))); }
+    static void read(std::string_view text, value_t &value) { value = readReal(text); }
+};
+
+/// Reads a double first, and narrows it to the nearest float.
+struct floatCodec_t {
+    using value_t = float;
+    static constexpr std::string_view kind = "float", memberType = "float";
+    static void clear(value_t &value) { value = 0.0F; }
+    static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(static_cast<double>(value), out); }
+    static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readReal(text)); }
+};
+
+/// "TRUE" or "FALSE"; every text but "TRUE" reads as 0.
+struct boolCodec_t {
+    using value_t = std::uint8_t;
+    static constexpr std::string_view kind = "boolean", memberType = "uint8_t";
+    static void clear(value_t &value) { value = 0; }
+    static void write(value_t value, bodyWriter_t &out) {
+        using namespace std::string_view_literals;
+        out.put(value != 0 ? "TRUE"sv : "FALSE"sv);
+    }
+    static void read(std::string_view text, value_t &value) { value = text == "TRUE" ? 1 : 0; }
+};
+
+struct stringCodec_t {
+    using value_t = string_t;
+    static constexpr std::string_view kind = "string", memberType = "string_t";
+    static void clear(value_t &value) { value = value_t(); }
+    static void write(const value_t &value, bodyWriter_t &out) { writeText(value.c_str(), value.length(), out); }
+    static void read(std::string_view text, value_t &value);
+};
+
+/// A text in a character array of fixed room: longer ones are cut, the rest of the array is zero.
+template <std::size_t Room>
+struct fixedTextCodec_t {
+    using value_t = char[Room];
+    static constexpr std::string_view kind = "string", memberType = "char";
+    static constexpr std::int32_t room = Room;
+    static void clear(value_t &value) { std::memset(value, 0, Room); }
+    static void write(const value_t &value, bodyWriter_t &out) {
+        const void *const end = std::memchr(value, '\0', Room);
+        writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, out);
+    }
+    static void read(std::string_view text, value_t &value) {
+        const std::size_t length = text.size() < Room ? text.size() : Room - 1;
+        for (std::size_t i = 0; i < length; ++i)
+            value[i] = unescaped(text[i]);
+        std::memset(value + length, 0, Room - length);
+    }
+};
+
+/// A 32-bit pixel size that stands in the text as a real: truncated toward zero, 0 when that doesn't fit 32 bits.
+struct pixelCodec_t {
+    using value_t = std::int32_t;
+    static constexpr std::string_view kind = "double", memberType = "int32_t";
+    static void clear(value_t &value) { value = 0; }
+    static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(value, out); }
+    static void read(std::string_view text, value_t &value) {
+        const double real = readReal(text);
+        value = real > -2147483649.0 && real < 2147483648.0 ? static_cast<value_t>(real) : 0;
+    }
+};
+
+/// How many elements of an array of fixed room are in use: reading keeps it to the room. A negative count stays.
+template <std::int32_t Room>
+struct countCodec_t : longCodec_t {
+    static void read(std::string_view text, value_t &value) { value = std::min(readInteger(text), Room); }
+};
+
+/// A field with a codec's kind of value. `Holder` is a reference to the value or the value itself.
+template <class Codec, class Holder>
+class valueField_t : public textField_t {
+public:
+    using value_t = typename Codec::value_t;
+
+    void toText(bodyWriter_t &out) const override {
+        if (isSet != 0)
+            Codec::write(value_, out);
+    }
+
+    void fromText(std::string_view text) override {
+        Codec::read(text, value_);
+        isSet = 1;
+    }
+
+    void describe(fieldDescription_t &description) const override {
+        description.kind = Codec::kind;
+        description.memberType = Codec::memberType;
+        description.bindTo(value_);
+        if constexpr (requires { Codec::room; })
+            description.room = Codec::room;
+    }
+
+protected:
+    valueField_t(textGroup_t &group, std::string_view key, Holder value) : textField_t(group, key), value_(value) {}
+    explicit valueField_t(Holder value) : value_(value) {}
+
+    Holder value_;
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+};
+
+/// A field bound to a member of a message structure.
+template <class Codec>
+class boundField_t : public valueField_t<Codec, typename Codec::value_t &> {
+public:
+    using value_t = typename Codec::value_t;
+
+    /// A member of `group`. The key's characters and the value must outlive the field.
+    boundField_t(textGroup_t &group, std::string_view key, value_t &value)
+        : valueField_t<Codec, value_t &>(group, key, value) {
+        if (group.pass() == pass_t::parse)
+            Codec::clear(value);
+    }
+
+    /// An element of a list.
+    boundField_t(pass_t pass, value_t &value) : valueField_t<Codec, value_t &>(value) {
+        if (pass == pass_t::parse)
+            Codec::clear(value);
+        else
+            this->isSet = 1;
+    }
+};
+
+/// A field that keeps its value and stands for it: it is assigned and read like one. Assigning a value sets the field.
+template <class Codec>
+class ownField_t : public valueField_t<Codec, typename Codec::value_t> {
+public:
+    using value_t = typename Codec::value_t;
+
+    ownField_t(textGroup_t &group, std::string_view key, value_t initial = {})
+        : valueField_t<Codec, value_t>(group, key, initial) {}
+
+    ownField_t &operator=(value_t value) {
+        this->value_ = value;
+        this->isSet = 1;
+        return *this;
+    }
+    ownField_t &operator=(const ownField_t &other) { return *this = other.value(); }
+
+    value_t value() const { return this->value_; }
+    operator value_t() const { return this->value_; }
+
+    /// Puts the value to that of an absent key, and unsets the field.
+    void clear() {
+        Codec::clear(this->value_);
+        this->isSet = 0;
+    }
+};
+
+using longField_t = boundField_t<longCodec_t>;
+using shortField_t = boundField_t<shortCodec_t>;
+using floatField_t = boundField_t<floatCodec_t>;
+using doubleField_t = boundField_t<doubleCodec_t>;
+using boolField_t = boundField_t<boolCodec_t>;
+using stringField_t = boundField_t<stringCodec_t>;
+using pixelField_t = boundField_t<pixelCodec_t>;
+template <std::int32_t Room>
+using countField_t = boundField_t<countCodec_t<Room>>;
+template <std::size_t Room>
+using fixedTextField_t = boundField_t<fixedTextCodec_t<Room>>;
+
+} // namespace vek

@@ -1,0 +1,109 @@
+#include "vek/text/textField.hpp"
+
+namespace vek {
+
+void textGroup_t::toText(bodyWriter_t &out) const {
+    const std::size_t start = out.size();
+    out.put(openBrace);
+    collectPairs(out);
+    if (out.size() == start + 1)
+        out.rewind(start);
+    else
+        out.put(closeBrace);
+}
+
+void textGroup_t::collectPairs(bodyWriter_t &out) const {
+    const bool keyed = layout_ == layout_t::keyed;
+    for (const textField_t *member = first_; member != nullptr; member = member->next_) {
+        const std::size_t start = out.size();
+        if (keyed) {
+            out.put(member->key());
+            out.put(separators[0]);
+        }
+        const std::size_t valueStart = out.size();
+        member->toText(out);
+        if (out.size() == valueStart)
+            out.rewind(start);
+        else
+            out.put(separators[keyed ? 1 : 2]);
+    }
+}
+
+void textGroup_t::fromText(std::string_view text) {
+    if (text.empty())
+        return;
+    if (parsed_ != 0)
+        for (textField_t *member = first_; member != nullptr; member = member->next_)
+            member->matched_ = false;
+    parsed_ = 1;
+    bodyScanner_t pairs(text);
+    assignPairs(pairs);
+    isSet = 1;
+}
+
+// As long as the keys come in member order, each pair goes straight to the member that is due.
+void textGroup_t::assignPairs(bodyScanner_t &pairs) {
+    const bodyScanner_t start = pairs;
+    textField_t *due = first_;
+    std::string_view value;
+    textPair_t pair;
+    while (true) {
+        if (due != nullptr && !due->matched_ && pairs.nextOf(due->key(), value)) {
+            assign(*due, value);
+            due = due->next_;
+            continue;
+        }
+        if (!pairs.next(pair))
+            break;
+        if (!pairs.isKeyed()) {
+            // Keyed or not is known only when a "=" shows up or the body ends.
+            while (!pairs.isKeyed() && pairs.next(pair)) {
+            }
+            if (!pairs.isKeyed()) {
+                pairs = start;
+                return assignByPosition(pairs);
+            }
+        }
+        if (textField_t *member = findUnmatched(pair.key, due)) {
+            assign(*member, pair.value);
+            due = member->next_;
+        }
+    }
+}
+
+void textGroup_t::assign(textField_t &member, std::string_view value) {
+    member.matched_ = true;
+    if (!value.empty())
+        member.fromText(value);
+}
+
+// The member with this key unless a pair with the key came before; null otherwise. `hint` is looked at first.
+textField_t *textGroup_t::findUnmatched(std::string_view key, textField_t *hint) const {
+    if (key.data() == nullptr)
+        return nullptr;
+    const auto search = [key](textField_t *from, const textField_t *to) {
+        while (from != to && from->key() != key)
+            from = from->next_;
+        return from;
+    };
+    textField_t *member = search(hint, nullptr);
+    if (member == nullptr) {
+        member = search(first_, hint);
+        if (member == hint)
+            return nullptr;
+    }
+    return member->matched_ ? nullptr : member;
+}
+
+void textGroup_t::assignByPosition(bodyScanner_t &pairs) {
+    textPair_t pair;
+    for (textField_t *member = first_; member != nullptr && pairs.next(pair); member = member->next_)
+        assign(*member, pair.value);
+}
+
+void textGroup_t::describe(fieldDescription_t &description) const {
+    description.kind = "nested record";
+    description.group = this;
+}
+
+} // namespace vek

@@ -1,0 +1,169 @@
+// textField_t and textGroup_t: named fields, and groups of fields that print as one braced body and read one back.
+//
+// A record derives from textGroup_t and declares its fields as members, in text order. A field is bound to a member of
+// the message structure: it holds no value of its own, it prints that member and reads into it. So the structure must
+// outlive the record, which lives for one pass only. Groups register their members and never own them.
+// Not safe for concurrent use.
+#pragma once
+
+#include "vek/text/bodyScanner.hpp"
+#include "vek/text/bodyWriter.hpp"
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+class textGroup_t;
+struct fieldDescription_t;
+
+/// What a field is made for. A field made to print is set. One made to parse is unset, and puts its member to the
+/// value of an absent key (0, FALSE, empty), which no default of the structure survives.
+enum class pass_t : std::uint16_t { print, parse };
+
+class textField_t {
+public:
+    virtual ~textField_t() = default;
+    textField_t(const textField_t &) = delete;
+    textField_t &operator=(const textField_t &) = delete;
+
+    /// Appends the value's text; nothing when the field is not set.
+    virtual void toText(bodyWriter_t &out) const = 0;
+
+    /// Takes the value from text, whatever the text is, and sets the field. (An enumeration ignores an unknown name.)
+    virtual void fromText(std::string_view text) = 0;
+
+    /// Says what the field is and which member it is bound to.
+    virtual void describe(fieldDescription_t &description) const = 0;
+
+    /// The key in the text; empty for a group that is no member of another.
+    std::string_view key() const { return {key_, keyLength_}; }
+
+    /// The next member of the same group, in registration order.
+    const textField_t *nextMember() const { return next_; }
+
+    /// Whether a value was assigned: 0 or 1. An unset field is left out of the text.
+    std::uint8_t isSet = 0;
+
+protected:
+    /// A field that is no member of a group.
+    explicit textField_t(std::string_view key = {})
+        : keyLength_(static_cast<std::uint32_t>(key.size())), key_(key.data()) {}
+
+    /// Registers the field as the last member of `group`. The key's characters must outlive it.
+    inline textField_t(textGroup_t &group, std::string_view key);
+
+private:
+    friend class textGroup_t;
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    bool matched_ = false; // the parse pass met a pair with this key
+    std::uint32_t keyLength_;
+    const char *key_;
+    textField_t *next_ = nullptr;
+};
+
+class textGroup_t : public textField_t {
+public:
+    /// How the members stand in the body: as KEY=value; pairs, or as bare values, told apart by their order.
+    enum class layout_t : std::uint16_t { keyed, positional };
+
+    /// A group that is no member of another: a top-level record, or an element of the list with the given key.
+    explicit textGroup_t(pass_t pass, layout_t layout = layout_t::keyed, std::string_view key = {})
+        : textField_t(key), pass_(pass), layout_(layout) {}
+    /// A member of `parent`, made for the same pass.
+    inline textGroup_t(textGroup_t &parent, std::string_view key, layout_t layout = layout_t::keyed);
+
+    /// The print pass: the set members in braces, or nothing at all when none is set.
+    void toText(bodyWriter_t &out) const override;
+
+    /// The parse pass: hands each pair of a body to the member it belongs to. An empty text changes nothing.
+    void fromText(std::string_view text) override;
+
+    void describe(fieldDescription_t &description) const override;
+
+    /// Appends a pair for every set member, in registration order.
+    virtual void collectPairs(bodyWriter_t &out) const;
+
+    /// Assigns pairs to members: by key when a "=" stands anywhere in the body, else by position. The first pair of a
+    /// key counts, unknown keys are ignored, and an empty value assigns nothing.
+    virtual void assignPairs(bodyScanner_t &pairs);
+
+    pass_t pass() const { return pass_; }
+    const textField_t *firstMember() const { return first_; }
+
+private:
+    friend class textField_t;
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    void assignByPosition(bodyScanner_t &pairs);
+    static void assign(textField_t &member, std::string_view value);
+    textField_t *findUnmatched(std::string_view key, textField_t *hint) const;
+
+    textField_t *first_ = nullptr;
+    textField_t *last_ = nullptr;
+    // A whole word in all, so that every compiler lays out a derived record alike.
+    pass_t pass_;
+    layout_t layout_;
+    std::uint32_t parsed_ = 0;
+};
+
+/// A record class and its message structure, shown to a recordVisitor_t.
+struct recordDescription_t {
+    std::string_view record;    ///< name of the record class, for example "media_t"
+    std::string_view structure; ///< name of the structure, for example "Media"
+    const textGroup_t &fields;  ///< the record, made to print `address`
+    const void *address;        ///< a structure with its declared defaults
+    std::size_t size;           ///< its size in bytes
+};
+
+class recordVisitor_t {
+public:
+    /// The description and what it refers to end with the call.
+    virtual void visit(const recordDescription_t &description) = 0;
+
+protected:
+    ~recordVisitor_t() = default;
+};
+
+/// Shows a record class to a visitor.
+template <class Record>
+[[gnu::cold]] void visitRecord(recordVisitor_t &visitor);
+
+/// What describe() tells: enough to document a field and to check where its member lies.
+struct fieldDescription_t {
+    std::string_view kind;              ///< the kind in words, for example "long integer"; a list's is its element's
+    std::string_view memberType;        ///< the C++ type of the member, or of a list's element
+    const void *member = nullptr;       ///< the member the field is bound to
+    std::size_t memberSize = 0;         ///< its size in bytes
+    std::string_view enumeration;       ///< an enumeration in words, for example "media type"
+    const char *const *names = nullptr; ///< an enumeration's names, in order of their values
+    std::int32_t nameCount = 0;         ///< how many there are
+    const textGroup_t *group = nullptr; ///< a nested record
+    std::string_view list;              ///< how a list is held: "list", "container", "array", "range"; else empty
+    std::int32_t room = -1;             ///< the elements a list of fixed room holds, or a character array's size
+    std::int32_t elementRoom = -1;      ///< the size of the character arrays that are a list's elements
+    const void *countMember = nullptr;  ///< the member that limits how many elements of a list are printed
+    bool isCountChecked = true;         ///< false: that many are printed, be there as many or not
+    void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements
+
+    template <class Member>
+    void bindTo(const Member &bound) {
+        member = &bound;
+        memberSize = sizeof bound;
+    }
+};
+
+inline textField_t::textField_t(textGroup_t &group, std::string_view key)
+    : isSet(group.pass() == pass_t::print ? 1 : 0), keyLength_(static_cast<std::uint32_t>(key.size())),
+      key_(key.data()) {
+    (group.last_ != nullptr ? group.last_->next_ : group.first_) = this;
+    group.last_ = this;
+}
+
+inline textGroup_t::textGroup_t(textGroup_t &parent, std::string_view key, layout_t layout)
+    : textField_t(parent, key), pass_(parent.pass()), layout_(layout) {}
+
+} // namespace vek

@@ -1,0 +1,101 @@
+#include "vek/text/wideStringField.hpp"
+
+#include "vek/text/scalarFields.hpp"
+
+#include <algorithm>
+
+namespace vek {
+
+void wideCharacter_t::toText(bodyWriter_t &out) const {
+    if (isSet != 0)
+        shortCodec_t::write(code, out);
+}
+
+void wideCharacter_t::fromText(std::string_view text) {
+    shortCodec_t::read(text, code);
+    isSet = 1;
+}
+
+void wideElements_t::describe(fieldDescription_t &description) const {
+    description.kind = "16-bit character string";
+    description.memberType = "wideStringField_t";
+}
+
+wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
+    const auto length = static_cast<std::int32_t>(text.size());
+    growableList_t<char16_t> copy; // the text may be this field's own
+    copy.reserve(length + 1);
+    for (const char16_t character : text)
+        copy.add(character);
+    copy.add(u'\0');
+    elements_.clear();
+    elements_.allocate(length + 1);
+    for (std::int32_t i = 0; i <= length; ++i)
+        elements_.element(i, pass_t::print) = {static_cast<std::int16_t>(copy[i]), 1};
+    found_ = length + 1;
+    isSet = 1;
+    rebuildText();
+    return *this;
+}
+
+std::u16string_view wideStringField_t::text() const {
+    auto length = static_cast<std::size_t>(text_.isEmpty() ? 0 : text_.count() - 1);
+    if (length > 0 && text_[static_cast<std::int32_t>(length) - 1] == u'\0')
+        --length; // the terminator that the values included
+    return length == 0 ? std::u16string_view(u"") : std::u16string_view(text_.begin(), length);
+}
+
+void wideStringField_t::clear() {
+    elements_.clear();
+    text_.clear();
+    found_ = 0;
+    isSet = 0;
+}
+
+void wideStringField_t::fromText(std::string_view text) {
+    fieldArray_t::fromText(text);
+    rebuildText();
+}
+
+void wideStringField_t::rebuildText() {
+    const std::int32_t count = std::min(found_, elements_.allocated());
+    text_.resize(count + 1);
+    for (std::int32_t i = 0; i < count; ++i)
+        text_[i] = static_cast<char16_t>(elements_.element(i, pass_t::print).code);
+    text_[count] = u'\0';
+}
+
+void wideStringElements_t::append() {
+    texts_.add(new wideStringField_t(std::string_view(key_, keyLength_), texts_.count()));
+}
+
+void wideStringElements_t::clear() {
+    for (wideStringField_t *text : texts_)
+        delete text;
+    texts_.clear();
+}
+
+void wideStringElements_t::allocate(std::int32_t count) {
+    while (texts_.count() < count)
+        append();
+}
+
+void wideStringElements_t::describe(fieldDescription_t &description) const {
+    description.kind = "16-bit character string";
+    description.memberType = "wideStringField_t";
+    description.list = "list";
+}
+
+void wideStringListField_t::clear() {
+    elements_.clear();
+    found_ = 0;
+    isSet = 0;
+}
+
+wideStringField_t &wideStringListField_t::add(std::u16string_view text) {
+    elements_.append();
+    isSet = 1;
+    return elements_.element(elements_.allocated() - 1, pass_t::parse) = text;
+}
+
+} // namespace vek

@@ -1,0 +1,154 @@
+// 16-bit texts, which stand in a body as lists of character codes, the terminating 0 included: "Hi" is {72,105,0,}.
+//
+// These fields keep their values. They own their storage and are not safe for concurrent use.
+#pragma once
+
+#include "vek/text/fieldArray.hpp"
+#include "vek/text/growableList.hpp"
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// One character of a 16-bit text. Codes of 0x8000 and above are written as the signed 16-bit number.
+struct wideCharacter_t {
+    std::int16_t code = 0;
+    std::uint16_t isSet = 0;
+
+    void toText(bodyWriter_t &out) const;
+    void fromText(std::string_view text);
+};
+
+/// The characters of one 16-bit text.
+class wideElements_t {
+public:
+    explicit wideElements_t(pass_t) {}
+
+    wideCharacter_t &element(std::int32_t index, pass_t) { return characters_[index]; }
+    const wideCharacter_t &element(std::int32_t index, pass_t) const { return characters_[index]; }
+    std::int32_t printed() const { return characters_.count(); }
+    std::int32_t allocated() const { return characters_.count(); }
+    void append() { characters_.add(); }
+    void clear() { characters_.clear(); }
+    void allocate(std::int32_t count) { characters_.resize(count); }
+    void describe(fieldDescription_t &description) const;
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    growableList_t<wideCharacter_t> characters_;
+};
+
+class wideStringField_t : public fieldArray_t<wideElements_t> {
+public:
+    wideStringField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key) {}
+
+    /// Element `ordinal` of a list with the given key.
+    wideStringField_t(std::string_view outerKey, std::int32_t ordinal) : fieldArray_t(outerKey, ordinal) {}
+
+    /// Takes a copy of the characters and a terminating 0, and sets the field.
+    wideStringField_t &operator=(std::u16string_view text);
+    wideStringField_t &operator=(const wideStringField_t &other) { return *this = other.text(); }
+
+    /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes.
+    std::u16string_view text() const;
+    operator std::u16string_view() const { return text(); }
+    bool operator==(std::u16string_view other) const { return text() == other; }
+    bool operator==(const wideStringField_t &other) const { return text() == other.text(); }
+
+    /// How many values the field was given: the characters and the terminating 0.
+    std::int32_t count() const { return found_; }
+
+    /// Removes the text, and unsets the field.
+    void clear();
+
+    /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
+    void fromText(std::string_view text) override;
+
+    void describe(fieldDescription_t &description) const override {
+        fieldArray_t::describe(description);
+        description.bindTo(*this);
+    }
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    void rebuildText();
+
+    growableList_t<char16_t> text_;
+};
+
+/// The 16-bit texts of a list.
+class wideStringElements_t {
+public:
+    wideStringElements_t(pass_t, std::string_view &key) : key_(key.data()), keyLength_(key.size()) {}
+    ~wideStringElements_t() { clear(); }
+    wideStringElements_t(const wideStringElements_t &) = delete;
+    wideStringElements_t &operator=(const wideStringElements_t &) = delete;
+
+    wideStringField_t &element(std::int32_t index, pass_t) { return *texts_[index]; }
+    const wideStringField_t &element(std::int32_t index, pass_t) const { return *texts_[index]; }
+    std::int32_t printed() const { return texts_.count(); }
+    std::int32_t allocated() const { return texts_.count(); }
+    void append();
+    void clear();
+    void allocate(std::int32_t count);
+    void describe(fieldDescription_t &description) const;
+
+    wideStringField_t *const *begin() const { return texts_.begin(); }
+    wideStringField_t *const *end() const { return texts_.end(); }
+
+private:
+    template <class>
+    friend struct layoutOf; // pins where the members lie
+
+    const char *key_;
+    std::size_t keyLength_;
+    growableList_t<wideStringField_t *> texts_;
+};
+
+class wideStringListField_t : public fieldArray_t<wideStringElements_t> {
+public:
+    wideStringListField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key, key) {}
+
+    /// Goes over the texts themselves.
+    template <class Text>
+    struct iterator_t {
+        wideStringField_t *const *at;
+
+        Text &operator*() const { return **at; }
+        Text *operator->() const { return *at; }
+        iterator_t &operator++() {
+            ++at;
+            return *this;
+        }
+        bool operator==(const iterator_t &) const = default;
+    };
+
+    /// Appends a text and sets it. Throws std::bad_alloc.
+    wideStringField_t &add(std::u16string_view text);
+
+    std::int32_t count() const { return elements_.allocated(); }
+
+    /// The text at `index`, which must be at least 0 and below count(); it is not checked.
+    wideStringField_t &at(std::int32_t index) { return elements_.element(index, pass_t::parse); }
+    const wideStringField_t &at(std::int32_t index) const { return elements_.element(index, pass_t::print); }
+
+    /// Removes every text, and unsets the field.
+    void clear();
+
+    iterator_t<wideStringField_t> begin() { return {elements_.begin()}; }
+    iterator_t<wideStringField_t> end() { return {elements_.end()}; }
+    iterator_t<const wideStringField_t> begin() const { return {elements_.begin()}; }
+    iterator_t<const wideStringField_t> end() const { return {elements_.end()}; }
+
+    void describe(fieldDescription_t &description) const override {
+        fieldArray_t::describe(description);
+        description.bindTo(*this);
+    }
+};
+
+} // namespace vek

@@ -1,0 +1,298 @@
+#include "vek/vek_std/std_sys/vek_string.hpp"
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <string_view>
+
+namespace vek {
+namespace {
+
+constexpr std::uint32_t stringIndexLine = 743;
+constexpr std::uint32_t viewIndexLine = 753;
+
+/// What operator[] refers to when there is no character: its text and terminator stay as they are.
+char &noCharacter() {
+    static char spare;
+    spare = '\0';
+    return spare;
+}
+
+std::string_view textOf(const string_t &text) {
+    return {text.c_str(), text.length()};
+}
+std::string_view textOf(const char *text) {
+    return text ? text : "";
+}
+
+/// i when it is below the limit or unchecked, else 0 after a report.
+std::int32_t checkedIndex(std::int32_t i, std::size_t limit, std::uint32_t line) {
+    if (stringSettings.skipIndexCheck || (i >= 0 && static_cast<std::size_t>(i) < limit))
+        return i;
+    stringRep_t::signal(line, stringBadIndexHook);
+    return 0;
+}
+
+int compareWithoutCase(const char *a, const char *b, std::size_t limit) {
+    if (limit == 0)
+        return 0;
+    for (; *a && asciiToUpper(*a) == asciiToUpper(*b); ++a, ++b) {
+        if (--limit == 0)
+            return 0;
+    }
+    const auto upperA = static_cast<unsigned char>(asciiToUpper(*a));
+    const auto upperB = static_cast<unsigned char>(asciiToUpper(*b));
+    return (upperA > upperB) - (upperA < upperB);
+}
+
+/// -1, 0 or 1. The limit counts only when case does not: with case, the whole texts are compared.
+int compareTexts(const char *a, const char *b, std::size_t limit = string_t::notFound) {
+    if (!stringSettings.caseSensitive)
+        return compareWithoutCase(a, b, limit);
+    const int order = std::strcmp(a, b);
+    return (order > 0) - (order < 0);
+}
+
+/// Searches for both cases of a letter when case does not count; `search` is called with one character at a time.
+template <class Search, class Better>
+std::size_t searchCharacter(char c, Search search, Better better) {
+    if (stringSettings.caseSensitive)
+        return search(c);
+    return better(search(asciiToLower(c)), search(asciiToUpper(c)));
+}
+
+} // namespace
+
+string_t::string_t(std::size_t n, char c) : body(makeBody(n)) {
+    if (body && n > 0)
+        std::memset(body->data, c, n);
+}
+
+string_t::string_t(const char *text) : body(makeBody(text, text ? std::strlen(text) : 0)) {}
+
+string_t::string_t(const char *text, std::size_t n) {
+    if (text) {
+        const void *end = std::memchr(text, '\0', n);
+        n = end ? static_cast<std::size_t>(static_cast<const char *>(end) - text) : n;
+    }
+    body = makeBody(text, text ? n : 0);
+}
+
+string_t::string_t(const subString_t &view) : body(makeBody(view.begin(), view.present())) {}
+
+bool string_t::makePrivate() {
+    if (body && body->isPrivate())
+        return true;
+    stringRep_t *copy = stringRep_t::make(c_str(), length());
+    stringRep_t::release(body);
+    body = copy;
+    return body != nullptr;
+}
+
+void string_t::keepIf(bool changed) {
+    if (!changed)
+        stringRep_t::release(std::exchange(body, nullptr));
+}
+
+string_t &string_t::replace(std::size_t position, std::size_t removed, const char *source, std::size_t inserted) {
+    if (inserted == 0 && (!body || body->isConstant()))
+        return *this;
+    // A source inside this text stays readable in the shared body that this string then copies itself from.
+    const bool isOwnText = std::less_equal<>()(c_str(), source) && std::less_equal<>()(source, c_str() + length());
+    const string_t kept = isOwnText ? *this : string_t(ownBody_t(), nullptr);
+    if (makePrivate()) {
+        position = std::min(position, length());
+        removed = std::min(removed, length() - position);
+        keepIf(body->replace(position, removed, source, inserted));
+    }
+    return *this;
+}
+
+string_t concatenated(const char *head, std::size_t headLength, const char *tail, std::size_t tailLength) {
+    const std::size_t length = headLength + tailLength;
+    string_t sum(string_t::ownBody_t(), string_t::makeBody(length));
+    if (sum.body && length > 0) {
+        std::memcpy(sum.body->data, head, headLength);
+        std::memcpy(sum.body->data + headLength, tail, tailLength);
+    }
+    return sum;
+}
+
+string_t operator+(const string_t &head, const char *tail) {
+    const std::string_view text = textOf(tail);
+    return concatenated(head.c_str(), head.length(), text.data(), text.size());
+}
+
+string_t operator+(const char *head, const string_t &tail) {
+    const std::string_view text = textOf(head);
+    return concatenated(text.data(), text.size(), tail.c_str(), tail.length());
+}
+
+string_t operator+(const string_t &head, const string_t &tail) {
+    return concatenated(head.c_str(), head.length(), tail.c_str(), tail.length());
+}
+
+void string_t::mapCharacters(std::size_t position, std::size_t count, char (*map)(char)) {
+    if (count > 0 && makePrivate())
+        std::transform(body->data + position, body->data + position + count, body->data + position, map);
+}
+
+void string_t::toLower() {
+    mapCharacters(0, length(), asciiToLower);
+}
+void string_t::toUpper() {
+    mapCharacters(0, length(), asciiToUpper);
+}
+
+string_t toLower(const string_t &text) {
+    string_t lower = text;
+    lower.toLower();
+    return lower;
+}
+
+string_t toUpper(const string_t &text) {
+    string_t upper = text;
+    upper.toUpper();
+    return upper;
+}
+
+bool string_t::isUpper() const {
+    const std::string_view text = textOf(*this);
+    return std::none_of(text.begin(), text.end(), isAsciiLower);
+}
+
+bool string_t::isLower() const {
+    const std::string_view text = textOf(*this);
+    return std::none_of(text.begin(), text.end(), isAsciiUpper);
+}
+
+char &string_t::characterAt(std::size_t position) {
+    return position < length() && makePrivate() ? body->data[position] : noCharacter();
+}
+
+char &string_t::operator[](std::int32_t i) {
+    return characterAt(static_cast<std::size_t>(checkedIndex(i, length(), stringIndexLine)));
+}
+
+int string_t::compareTo(const string_t &other) const {
+    return compareTexts(c_str(), other.c_str());
+}
+
+bool string_t::operator==(const char *text) const {
+    return text ? compareTexts(c_str(), text) == 0 : length() == 0;
+}
+
+bool string_t::operator<(const char *text) const {
+    return compareTexts(c_str(), text ? text : "") < 0;
+}
+
+std::uint32_t string_t::hash() const {
+    const string_t text = stringSettings.caseSensitive ? *this : vek::toUpper(*this);
+    auto sum = static_cast<std::uint32_t>(text.length());
+    unsigned shift = 0;
+    for (const char c : textOf(text)) { // little-endian words, whatever the target's order and alignment
+        sum ^= std::uint32_t{static_cast<unsigned char>(c)} << shift;
+        shift = (shift + 8) % 32;
+    }
+    return sum;
+}
+
+std::size_t string_t::index(const char *pattern, std::size_t start, std::size_t &patternLength) const {
+    const std::string_view wanted = textOf(pattern);
+    patternLength = wanted.size();
+    if (stringSettings.caseSensitive || wanted.empty())
+        return textOf(*this).find(wanted, start);
+    return textOf(vek::toUpper(*this)).find(textOf(vek::toUpper(string_t(pattern))), start);
+}
+
+std::size_t string_t::index(const char *pattern, std::size_t start) const {
+    std::size_t patternLength = 0;
+    return index(pattern, start, patternLength);
+}
+
+std::size_t string_t::first(char c, std::size_t start) const {
+    const auto search = [&](char wanted) { return textOf(*this).find(wanted, start); };
+    return searchCharacter(c, search, [](std::size_t a, std::size_t b) { return std::min(a, b); });
+}
+
+std::size_t string_t::first(const char *set, std::size_t start) const {
+    return textOf(*this).find_first_of(textOf(set), start);
+}
+
+std::size_t string_t::last(char c) const {
+    const auto search = [&](char wanted) { return textOf(*this).rfind(wanted); };
+    // One more than a position orders "not found" before all others.
+    return searchCharacter(c, search, [](std::size_t a, std::size_t b) { return std::max(a + 1, b + 1) - 1; });
+}
+
+subString_t string_t::operator()(std::ptrdiff_t start, std::size_t extent) {
+    const bool fits = start >= 0 && start <= std::numeric_limits<std::int32_t>::max() &&
+                      static_cast<std::size_t>(start) <= length() &&
+                      extent <= length() - static_cast<std::size_t>(start);
+    return fits ? subString_t(this, static_cast<std::int32_t>(start), static_cast<std::uint32_t>(extent))
+                : subString_t(this, -1, 0);
+}
+
+subString_t string_t::subString(const char *pattern, std::size_t start) {
+    std::size_t patternLength = 0;
+    const std::size_t position = index(pattern, start, patternLength);
+    return (*this)(static_cast<std::ptrdiff_t>(position), patternLength);
+}
+
+subString_t string_t::strip(stripMode_t mode, char c) {
+    const std::string_view text = textOf(*this);
+    std::size_t begin = text.find_first_not_of(c);
+    if (begin == notFound)
+        return (*this)(-1, 0);
+    std::size_t end = text.find_last_not_of(c) + 1;
+    if (mode == trailing_e)
+        begin = 0;
+    if (mode == leading_e)
+        end = text.size();
+    return (*this)(static_cast<std::ptrdiff_t>(begin), end - begin);
+}
+
+const char *subString_t::begin() const {
+    const std::size_t length = owner->length();
+    return isNull() ? "" : owner->c_str() + std::min(static_cast<std::size_t>(startPosition), length);
+}
+
+std::size_t subString_t::present() const {
+    const std::size_t length = owner->length();
+    const auto first = static_cast<std::size_t>(startPosition); // of the null view: behind every text
+    return first < length ? std::min<std::size_t>(characters, length - first) : 0;
+}
+
+subString_t &subString_t::assign(const char *text, std::size_t length) {
+    if (!isNull()) {
+        owner->replace(static_cast<std::size_t>(startPosition), characters, text, length);
+        characters = static_cast<std::uint32_t>(length);
+    }
+    return *this;
+}
+
+subString_t &subString_t::operator=(const string_t &text) {
+    return assign(text.c_str(), text.length());
+}
+subString_t &subString_t::operator=(const char *text) {
+    return assign(text, text ? std::strlen(text) : 0);
+}
+
+bool subString_t::operator==(const char *text) const {
+    return text ? compareTexts(begin(), text, present()) == 0 : characters == 0;
+}
+
+void subString_t::toLower() {
+    owner->mapCharacters(static_cast<std::size_t>(startPosition), present(), asciiToLower);
+}
+void subString_t::toUpper() {
+    owner->mapCharacters(static_cast<std::size_t>(startPosition), present(), asciiToUpper);
+}
+
+char &subString_t::operator[](std::int32_t i) {
+    const std::int32_t checked = checkedIndex(i, present(), viewIndexLine);
+    return owner->characterAt(static_cast<std::size_t>(startPosition) + static_cast<std::size_t>(checked));
+}
+
+} // namespace vek

@@ -1,0 +1,149 @@
+#include "vek/vek_std/std_sys/vek_stringRep.hpp"
+#include "vek/vek_std/std_sys/vek_stdlib.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace vek {
+namespace {
+
+constexpr std::uint32_t destroyLine = 89;
+constexpr std::uint32_t outOfMemoryLine = 598;
+constexpr std::uint64_t largestCapacity = 0xFFFFFFFEU;
+
+void reportOutOfMemory() {
+    report("string_t : VEK_ENOMEM");
+}
+void reportBadIndex() {
+    report("string_t : VEK_BAD_INDEX");
+}
+void reportNonZeroReference() {
+    report(" : DESTRUCT_NON_ZERO_REF");
+}
+
+std::uint32_t setSize(std::uint32_t &size, std::uint32_t characters) {
+    stringSettings.sizesChanged = true;
+    return std::exchange(size, characters);
+}
+
+void signalOutOfMemory() {
+    stringRep_t::signal(outOfMemoryLine, stringOutOfMemoryHook);
+}
+
+} // namespace
+
+constinit errorHook_t stringOutOfMemoryHook = reportOutOfMemory;
+constinit errorHook_t stringBadIndexHook = reportBadIndex;
+constinit errorHook_t stringNonZeroReferenceHook = reportNonZeroReference;
+
+std::uint32_t setInitialCapacity(std::uint32_t characters) {
+    return setSize(stringSettings.initialCapacity, characters);
+}
+std::uint32_t setGrowthStep(std::uint32_t characters) {
+    return setSize(stringSettings.growthStep, characters);
+}
+std::uint32_t setSlackLimit(std::uint32_t characters) {
+    return setSize(stringSettings.slackLimit, characters);
+}
+
+constinit const stringRep_t stringRep_t::constantEmpty = {
+    constantMark, const_cast<char *>(constantEmpty.room), 0, inlineCapacity, {}};
+
+std::uint64_t stringRep_t::roundedCapacity(std::uint64_t length) {
+    length = std::min(length, largestCapacity + 1);
+    const std::uint64_t initial = stringSettings.initialCapacity;
+    if (length <= initial)
+        return initial;
+    const std::uint64_t step = std::max(stringSettings.growthStep, 1U);
+    return (length - initial + step - 1) / step * step + initial;
+}
+
+stringRep_t *stringRep_t::make(std::size_t length) {
+    // Owned, since a hook may throw.
+    std::unique_ptr<stringRep_t, void (*)(void *)> body(static_cast<stringRep_t *>(std::malloc(sizeof(stringRep_t))),
+                                                        std::free);
+    if (!body) {
+        signalOutOfMemory();
+        return nullptr;
+    }
+    body->referenceCount = 1;
+    body->data = body->room;
+    body->length = 0;
+    body->capacity = inlineCapacity;
+    body->room[0] = '\0';
+    const std::uint64_t wanted = roundedCapacity(length);
+    if (wanted != inlineCapacity && !body->setCapacity(wanted))
+        return nullptr;
+    body->length = static_cast<std::uint32_t>(length);
+    body->data[length] = '\0';
+    return body.release();
+}
+
+stringRep_t *stringRep_t::make(const char *text, std::size_t length) {
+    stringRep_t *body = make(length);
+    if (body && length > 0)
+        std::memcpy(body->data, text, length);
+    return body;
+}
+
+void stringRep_t::destroy(stringRep_t *body) {
+    if (!body || body->isConstant())
+        return;
+    if (body->referenceCount != 0)
+        signal(destroyLine, stringNonZeroReferenceHook);
+    if (!body->isInline())
+        std::free(body->data);
+    std::free(body);
+}
+
+void stringRep_t::signal(std::uint32_t line, void (*hook)()) {
+    signalError("vek_std/std_sys/vek_string", line, hook);
+}
+
+bool stringRep_t::setCapacity(std::uint64_t wanted) {
+    char *buffer = room;
+    if (wanted > inlineCapacity) {
+        void *block = nullptr;
+        if (wanted <= largestCapacity)
+            block = std::realloc(isInline() ? nullptr : data, static_cast<std::size_t>(wanted) + 1);
+        if (!block) {
+            signalOutOfMemory();
+            return false;
+        }
+        buffer = static_cast<char *>(block);
+        if (isInline())
+            std::memcpy(buffer, room, length + std::size_t{1});
+    } else if (!isInline()) {
+        std::memcpy(room, data, length + std::size_t{1});
+        std::free(data);
+    }
+    data = buffer;
+    capacity = static_cast<std::uint32_t>(wanted);
+    return true;
+}
+
+bool stringRep_t::shrinkToFit() {
+    const std::uint64_t wanted = roundedCapacity(length);
+    return capacity <= wanted || capacity - wanted <= stringSettings.slackLimit || setCapacity(wanted);
+}
+
+bool stringRep_t::replace(std::size_t position, std::size_t removed, const char *source, std::size_t inserted) {
+    const std::uint64_t newLength = length - removed + std::min<std::uint64_t>(inserted, largestCapacity + 1);
+    const std::uint64_t wanted = roundedCapacity(newLength);
+    if (wanted > capacity && !setCapacity(wanted))
+        return false;
+
+    char *place = data + position;
+    std::memmove(place + inserted, place + removed, length - position - removed);
+    if (source)
+        std::memcpy(place, source, inserted);
+    else
+        std::memset(place, ' ', inserted);
+    length = static_cast<std::uint32_t>(newLength);
+    data[newLength] = '\0';
+    return shrinkToFit();
+}
+
+} // namespace vek
