@@ -33,10 +33,10 @@ bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size,
 } // namespace
 
 foundLayout_t layoutNamed(std::string_view structure) {
-    for (const layoutFamily_t &family : layoutFamilies())
-        for (const structureLayout_t *layout : family.structures)
+    for (const layoutFamily_t *family : layoutFamilies())
+        for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
-                return {*layout, family.header};
+                return {*layout, family->header};
     throw std::runtime_error(joined({"no layout of ", structure}));
 }
 
