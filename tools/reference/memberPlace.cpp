@@ -37,7 +37,8 @@ foundLayout_t layoutNamed(std::string_view structure) {
         for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
                 return {*layout, family->header};
-    throw std::runtime_error(joined({"no layout of ", structure}));
+    throw std::runtime_error(joined(
+        {"no layout of ", structure, ": pin it in vek/records/private/layouts, and name it in its family's list"}));
 }
 
 memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size) {

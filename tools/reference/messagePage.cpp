@@ -77,7 +77,7 @@ std::string readFile(const fs::path &file) {
 std::string constantOf(std::string_view header, std::int32_t id) {
     const std::size_t end = header.find(joined({" = ", std::to_string(id)}));
     if (end == std::string_view::npos)
-        throw std::runtime_error(joined({"no constant for ", std::to_string(id)}));
+        throw std::runtime_error(joined({"no constant for ", std::to_string(id), " in vek/records/messages.h"}));
     const std::size_t start = header.rfind(' ', end - 1) + 1;
     return std::string(header.substr(start, end - start));
 }
@@ -86,7 +86,7 @@ std::string sampleOf(const fs::path &folder, std::int32_t id) {
     for (const fs::directory_entry &entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().starts_with(std::to_string(id) + "-"))
             return readFile(entry.path());
-    throw std::runtime_error("no sample of " + std::to_string(id));
+    throw std::runtime_error("no sample of " + std::to_string(id) + " in examples/messages");
 }
 
 // In lines of readable width, the middle of a long message left out.
