@@ -1,13 +1,14 @@
 // What the foundation does without memory, and how often it asks for some.
 
 #include "../reports.hpp"
+#include "../stringChanges.hpp"
 #include "failingMemory.hpp"
 #include "vek/vek_std/std_objCltn/objCltn.hpp"
 #include "vek/vek_std/std_sys/hashVtab.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <new>
 #include <sstream>
 #include <string>
@@ -21,39 +22,16 @@ using vek::string_t;
 constexpr char outOfMemory[] = "\nstring_t : VEK_ENOMEM ; called from vek_std/std_sys/vek_string,598\n";
 
 const string_t source(300, 's');
-std::istringstream stream;
 
-struct change_t {
-    const char *name;
-    void (*change)(string_t &); // of a text that shares the source's body
-};
-const change_t changes[] = {
-    {"count and character", [](string_t &text) { text = string_t(100, 'x'); }},
-    {"short text", [](string_t &text) { text = "short"; }},
-    {"view", [](string_t &text) { text = string_t(text(5, 200)); }},
-    {"deep copy", [](string_t &text) { text = text.deepCopy(); }},
-    {"append", [](string_t &text) { text.append("x").append(nullptr, 200); }},
-    {"own text", [](string_t &text) { text.append("x").prepend(text.c_str(), text.length()); }},
-    {"shrinking", [](string_t &text) { text.append("x").replace(0, 200, "", 0); }},
-    {"shrinking to the room inside", [](string_t &text) { text.replace(1, 290, "x", 1); }},
-    {"growing out of the room inside", [](string_t &text) { (text = "short").append(nullptr, 60); }},
-    {"concatenation", [](string_t &text) { text = (text + "x") + ("y" + text); }},
-    {"case", [](string_t &text) { text.toUpper(); }},
-    {"character", [](string_t &text) { text[2] = 'x'; }},
-    {"view assigned", [](string_t &text) { text(3, 4) = source; }},
-    {"reading", [](string_t &text) { readLine(stream, text); }},
-};
-
-/// Runs the change on a new text with the n-th allocation failing, or all from there on. Returns the number of
-/// failures.
-std::size_t failing(const change_t &one, string_t &text, std::size_t n, bool andAllLater) {
-    text = source;
-    stream.clear();
-    stream.str(std::string(500, 'r'));
+/// Runs the change on a text with the n-th allocation failing, or all from there on. Returns the number of failures.
+std::size_t failing(const changes::change_t &change, string_t &text, changes::with_t &with, std::size_t n,
+                    bool andAllLater) {
+    with.input.clear();
+    with.input.str(with.text);
     std::size_t failures = 0;
     const std::string reports = reported([&] {
         memory::failAt(n, andAllLater);
-        one.change(text);
+        change.real(text, source, with);
         failures = memory::stopFailing();
     });
     EXPECT_EQ(reports.size(), failures * std::char_traits<char>::length(outOfMemory));
@@ -61,22 +39,33 @@ std::size_t failing(const change_t &one, string_t &text, std::size_t n, bool and
     return failures;
 }
 
-TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
-    for (const change_t &one : changes) {
-        SCOPED_TRACE(one.name);
-        const std::size_t blocks = memory::counts().liveBlocks;
-        for (const bool andAllLater : {false, true}) {
-            string_t changed, text;
-            EXPECT_EQ(failing(one, changed, 0, false), 0U);
-            std::size_t n = 1;
-            for (; failing(one, text, n, andAllLater); ++n) {
-                EXPECT_TRUE(!andAllLater || text.length() == 0);
-                const std::string before = text.c_str();
-                EXPECT_EQ(text.append("again").c_str(), before + "again"); // it tries for memory anew
-            }
-            EXPECT_GT(n, 1U);
-            EXPECT_STREQ(text.c_str(), changed.c_str());
+/// Tries the change with each of its allocations failing. Returns how many it has.
+std::size_t tryWithout(const changes::change_t &change, const std::function<string_t()> &start, changes::with_t &with) {
+    std::size_t n = 1;
+    for (const bool andAllLater : {false, true}) {
+        string_t changed = start(), text = start();
+        EXPECT_EQ(failing(change, changed, with, 0, false), 0U);
+        for (n = 1; failing(change, text, with, n, andAllLater); ++n) {
+            EXPECT_TRUE(!andAllLater || text.length() == 0);
+            const std::string before = text.c_str();
+            EXPECT_EQ(text.append("again").c_str(), before + "again"); // it tries for memory anew
+            text = start();
         }
+        EXPECT_STREQ(text.c_str(), changed.c_str());
+    }
+    return n - 1;
+}
+
+TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
+    changes::with_t withs[] = {{"short", 5, 290, 5, 200}, {"x", 1, 200, 1, 298}, {std::string(500, 'l'), 0, 100, 2, 3}};
+    for (const changes::change_t &change : changes::all) {
+        SCOPED_TRACE(change.name);
+        const std::size_t blocks = memory::counts().liveBlocks;
+        std::size_t tried = 0;
+        for (changes::with_t &with : withs)
+            for (const auto &start : {+[] { return source; }, +[] { return source.deepCopy(); }})
+                tried += tryWithout(change, start, with);
+        EXPECT_EQ(tried > 0, change.name != std::string("sharing"));
         EXPECT_EQ(memory::counts().liveBlocks, blocks);
     }
     EXPECT_EQ(source.length(), 300U);
@@ -85,8 +74,7 @@ TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
 TEST(stringMemory, nullBodyIsSafeInEveryOperation) {
     const auto memoryHook = std::exchange(vek::stringOutOfMemoryHook, nullptr);
     const auto indexHook = std::exchange(vek::stringBadIndexHook, nullptr);
-    stream.clear();
-    stream.str("word word");
+    std::istringstream stream("word word");
     memory::failAt(1, true);
     string_t null("text");
     null[0] = null(0, 0)[0] = 'x';
