@@ -26,7 +26,7 @@ std::string length(const char *said, int actual) {
 
 struct text_t {
     std::string text;   // "#####" is the right length, "~" a NUL, "^" stands before the byte that the report names
-    std::string plain;  // the plain reader's result, the three numbers (-7, -8 and -9 before), and any body in brackets
+    std::string plain;  // the plain reader's result, the three numbers (0, -8 and -9 before), and any body in brackets
     std::string report; // what the front says, which wants message 4112: the code and why
 };
 
@@ -45,16 +45,16 @@ const text_t texts[] = {
     {"@@4112 ##### + 41 b!!", "correct 4112 -8 41 [b]", ""},
     {"@@4112 ##### x 41 b!!", "correct 4112 -8 -9 [ 41 b]", ""},
     {"@@4112 ##### 7 {A=1;}!!", "correct 4112 7 -9 [A=1;}]", ""},
-    {"@@  ^x ##### 7 41 b!!", "wrongLength -7 -8 -9", noId},
-    {"@@^- 20 -1 1 {A=B;}!!", "wrongLength -7 -8 -9", noId},
-    {"@@^", "wrongLength -7 -8 -9", noId},
+    {"@@  ^x ##### 7 41 b!!", "wrongLength 0 -8 -9", noId},
+    {"@@^- 20 -1 1 {A=B;}!!", "wrongLength 0 -8 -9", noId},
+    {"@@^", "wrongLength 0 -8 -9", noId},
     {"@@4112^", "wrongLength 4112 -8 -9", length("0", 7)},
     {"@@4112    ^20 -1 1 !!", "wrongLength 4112 -8 -9", length("20", 21)},               // without the NUL
     {"@@4112 ^4294967323 7 41 b!!", "wrongLength 4112 -8 -9", length("2147483647", 27)}, // 2^32 too long
     {"@@4112 ^-21 -1 1 !!", "wrongLength 4112 -8 -9", length("-21", 19)},
-    {"^", "wrongMarker -7 -8 -9", noStart},
-    {"^@4112 ##### 7 41 b!!", "wrongMarker -7 -8 -9", noStart},
-    {"^ @@4112 ##### 7 41 b!!", "wrongMarker -7 -8 -9", noStart},
+    {"^", "wrongMarker 0 -8 -9", noStart},
+    {"^@4112 ##### 7 41 b!!", "wrongMarker 0 -8 -9", noStart},
+    {"^ @@4112 ##### 7 41 b!!", "wrongMarker 0 -8 -9", noStart},
     // At the end marker everything has been delivered already.
     {"@@4112 ##### 7 41 b^!?", "wrongMarker 4112 7 41 [b]", noEnd},
     {"@@4112 ##### 7 41^ !", "wrongMarker 4112 7 41", noEnd},
@@ -64,7 +64,7 @@ const text_t texts[] = {
 };
 
 std::string plainReading(std::string_view text) {
-    envelopeNumbers_t numbers{-7, -8, -9};
+    envelopeNumbers_t numbers{0, -8, -9};
     std::string_view body;
     const envelopeResult_t result = readEnvelope(text, numbers, body);
     std::string read = result == envelopeResult_t::correct       ? "correct"
@@ -96,6 +96,7 @@ TEST_F(MessageTextTest, IsReadAsFarAsItGoesAndReportedWhereItIsWrong) {
             text.replace(at, 5, digits);
         }
         EXPECT_EQ(plainReading(withoutNul(text)), one.plain);
+        EXPECT_NE(one.plain.find(' ' + std::to_string(messageId(text)) + ' '), std::string::npos);
         problem_t problem;
         EXPECT_EQ(parse<FocusValue>(text, problem) == nullptr, !one.report.empty());
         EXPECT_EQ(shownReport(problem), one.report);
