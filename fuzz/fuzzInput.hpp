@@ -2,7 +2,6 @@
 #pragma once
 
 #include "support/messages.hpp"
-#include "vek/api/private/catalogue.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -33,10 +32,7 @@ inline fuzzInput_t fuzzInput(const std::uint8_t *data, std::size_t size) {
         if (input.body.ends_with("!!"))
             input.body.resize(input.body.size() - 2);
     }
-    std::vector<std::int32_t> ids;
-    for (const catalogueRow_t &row : catalogueRows())
-        if (row.conversion != nullptr)
-            ids.push_back(row.id);
+    static const std::vector<std::int32_t> ids = bodyIds();
     const auto id = static_cast<std::int32_t>(selector + 4096U);
     input.id = std::find(ids.begin(), ids.end(), id) != ids.end() ? id : ids[selector % ids.size()];
     return input;

@@ -1,26 +1,15 @@
 #pragma once
 
-// What can be done to a string_t, and the same said to its model: one list for the random walk and for the tests
+// What can be done to a string_t and, in the same words, to its model: one list for the random walk and for the tests
 // without memory.
 
 #include "stringModel.hpp"
 #include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
-#include <cctype>
 #include <sstream>
 #include <string>
 
 namespace changes {
-
-using real_t = vek::string_t;
-using model_t = model::string_t;
-
-inline char upper(char c) {
-    return static_cast<char>(std::toupper(c));
-}
-inline char lower(char c) {
-    return static_cast<char>(std::tolower(c));
-}
 
 /// What a change is made with.
 struct with_t {
@@ -30,67 +19,48 @@ struct with_t {
     std::istringstream input{};    ///< of the text; read away by the change
 };
 
+/// Changes `one`; asks for no memory but the strings' own. `other` may be the same string.
 struct change_t {
+    template <class Change>
+    constexpr change_t(const char *text, Change change) : name(text), real(change), expected(change) {}
+
     const char *name;
-    /// Asks for no memory but the strings' own. `other` may be the string itself.
-    void (*real)(real_t &one, const real_t &other, with_t &with);
-    void (*expected)(model_t &one, const model_t &other, const with_t &with);
+    void (*real)(vek::string_t &one, const vek::string_t &other, with_t &with);
+    void (*expected)(model::string_t &one, const model::string_t &other, with_t &with);
 };
 
+template <class String>
+using same_t = std::remove_reference_t<String>;
+
 inline constexpr change_t all[] = {
-    {"text", [](real_t &one, const real_t &, with_t &with) { one = real_t(with.text.data(), with.text.size()); },
-     [](model_t &one, const model_t &, const with_t &with) { one = with.text; }},
-    {"count and character", [](real_t &one, const real_t &, with_t &with) { one = real_t(with.removed, 'x'); },
-     [](model_t &one, const model_t &, const with_t &with) { one = std::string(with.removed, 'x'); }},
-    {"sharing", [](real_t &one, const real_t &other, with_t &) { one = other; },
-     [](model_t &one, const model_t &other, const with_t &) { one = other; }},
-    {"deep copy", [](real_t &one, const real_t &other, with_t &) { one = other.deepCopy(); },
-     [](model_t &one, const model_t &other, const with_t &) { one = other.text(); }},
-    {"concatenation", [](real_t &one, const real_t &other, with_t &with) { one = other + with.text.c_str(); },
-     [](model_t &one, const model_t &other, const with_t &with) { one = other.text() + with.text; }},
-    {"append", [](real_t &one, const real_t &, with_t &with) { one.append(with.text.c_str()); },
-     [](model_t &one, const model_t &, const with_t &with) { one.replace(one.text().size(), 0, with.text); }},
-    {"blanks", [](real_t &one, const real_t &, with_t &with) { one.prepend(nullptr, with.text.size()); },
-     [](model_t &one, const model_t &, const with_t &with) { one.replace(0, 0, std::string(with.text.size(), ' ')); }},
-    {"case", [](real_t &one, const real_t &, with_t &) { one.toLower(); },
-     [](model_t &one, const model_t &, const with_t &) { one.transform(0, one.text().size(), lower); }},
-    {"replacement",
-     [](real_t &one, const real_t &, with_t &with) {
-         one.replace(with.position, with.removed, with.text.data(), with.text.size());
-     },
-     [](model_t &one, const model_t &, const with_t &with) { one.replace(with.position, with.removed, with.text); }},
-    {"own text",
-     [](real_t &one, const real_t &, with_t &with) {
-         one.replace(with.position, with.removed, one.c_str() + with.start, with.extent);
-     },
-     [](model_t &one, const model_t &, const with_t &with) {
-         one.replace(with.position, with.removed, one.text().substr(with.start, with.extent), true);
-     }},
+    {"text", [](auto &one, auto &, with_t &with) { one = same_t<decltype(one)>(with.text.data(), with.text.size()); }},
+    {"character", [](auto &one, auto &, with_t &with) { one = same_t<decltype(one)>(with.removed, 'x'); }},
+    {"sharing", [](auto &one, auto &other, with_t &) { one = other; }},
+    {"deep copy", [](auto &one, auto &other, with_t &) { one = other.deepCopy(); }},
+    {"concatenation", [](auto &one, auto &other, with_t &with) { one = other + with.text.c_str(); }},
+    {"append", [](auto &one, auto &, with_t &with) { one.append(with.text.c_str()); }},
+    {"blanks", [](auto &one, auto &, with_t &with) { one.prepend(nullptr, with.text.size()); }},
+    {"case", [](auto &one, auto &, with_t &) { one.toLower(); }},
+    {"replacement", [](auto &one, auto &,
+                       with_t &with) { one.replace(with.position, with.removed, with.text.data(), with.text.size()); }},
+    {"own text", [](auto &one, auto &,
+                    with_t &with) { one.replace(with.position, with.removed, one.c_str() + with.start, with.extent); }},
     {"view copied",
-     [](real_t &one, const real_t &, with_t &with) {
-         one = real_t(one(static_cast<std::ptrdiff_t>(with.start), with.extent));
-     },
-     [](model_t &one, const model_t &, const with_t &with) { one = one.text().substr(with.start, with.extent); }},
+     [](auto &one, auto &, with_t &with) {
+         one = same_t<decltype(one)>(one(static_cast<std::ptrdiff_t>(with.start), with.extent));
+     }},
     {"view assigned",
-     [](real_t &one, const real_t &, with_t &with) {
-         vek::subString_t view = one(static_cast<std::ptrdiff_t>(with.start), with.extent);
+     [](auto &one, auto &, with_t &with) {
+         auto view = one(static_cast<std::ptrdiff_t>(with.start), with.extent);
          view = with.text.c_str();
          view.toUpper();
-     },
-     [](model_t &one, const model_t &, const with_t &with) {
-         one.replace(with.start, with.extent, with.text);
-         one.transform(with.start, with.text.size(), upper);
      }},
-    {"character",
-     [](real_t &one, const real_t &, with_t &with) {
+    {"one character",
+     [](auto &one, auto &, with_t &with) {
          if (with.extent > 0)
              one[static_cast<std::int32_t>(with.start)] = '#';
-     },
-     [](model_t &one, const model_t &, const with_t &with) {
-         one.transform(with.start, with.extent > 0, [](char) { return '#'; });
      }},
-    {"reading", [](real_t &one, const real_t &, with_t &with) { readToDelim(with.input, one, '\n'); },
-     [](model_t &one, const model_t &, const with_t &with) { one.read(with.text.substr(0, with.text.find('\n'))); }},
+    {"reading", [](auto &one, auto &, with_t &with) { readToDelim(with.input, one, '\n'); }},
 };
 
 } // namespace changes

@@ -10,8 +10,8 @@
 
 namespace {
 
-using changes::lower;
-using changes::upper;
+using model::lower;
+using model::upper;
 
 struct pair_t {
     vek::string_t real;
@@ -51,9 +51,11 @@ protected:
         const std::size_t length = one.real.length(), start = below(length + 1);
         changes::with_t with{anyText(), below(length + 3), below(3) == 0 ? below(400) : below(5), start,
                              below(length - start + 1)};
-        with.input.str(with.text);
         const changes::change_t &change = anyOf(changes::all);
+        with.input.str(with.text);
         change.real(one.real, other.real, with);
+        with.input.clear();
+        with.input.str(with.text);
         change.expected(one.expected, other.expected, with);
     }
 

@@ -45,8 +45,8 @@ std::pair<std::size_t, std::size_t> bodyMutator_t::stretch(const std::string &bo
 }
 
 std::string bodyMutator_t::piece() {
-    if (below(3) > 0)
-        return pieces[below(pieces.size())];
+    if (const std::size_t kind = below(9); kind < 6)
+        return kind == 0 ? anyReal() : pieces[below(pieces.size())];
     const std::string &other = corpus_[below(corpus_.size())];
     const auto [start, end] = stretch(other);
     return other.substr(start, end - start);
@@ -89,6 +89,32 @@ void bodyMutator_t::change(std::string &body) {
     default:
         giveElementsKeys(body);
     }
+}
+
+std::string bodyMutator_t::anyReal() {
+    std::string real = below(3) == 0 ? "-" : "";
+    const std::size_t digits = below(3) == 0 ? 1 + below(20) : 15 + below(6);
+    const std::size_t point = below(2 * digits);
+    for (std::size_t i = 0; i < digits; ++i)
+        real.append(i == point ? "." : "").append(1, static_cast<char>('0' + below(10)));
+    if (below(2) == 0)
+        real += 'e' + std::to_string(static_cast<int>(below(46)) - 23);
+    if (below(50) == 0)
+        real += 'e' + std::to_string(static_cast<int>(below(700)) - 350);
+    return real;
+}
+
+std::string bodyMutator_t::withOtherReals(const std::string &body) {
+    std::string out;
+    std::size_t end = 0;
+    for (std::size_t point = 0; (point = body.find('.', point + 1)) != std::string::npos;) {
+        const std::size_t start = body.find_last_not_of("0123456789-", point - 1) + 1;
+        if (start == point || start < end)
+            continue;
+        out += body.substr(end, start - end) + anyReal();
+        end = std::min(body.find_first_not_of("0123456789", point + 1), body.size());
+    }
+    return out + body.substr(end);
 }
 
 // Makes pairs positional: those of a stretch, or all.
