@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -62,21 +63,16 @@ TEST(string, nullComparesAsEmpty) {
 }
 
 TEST(string, indexStoresThePatternLength) {
-    const struct {
-        const char *text, *pattern;
-        std::size_t start, position, length;
-    } cases[] = {{"abcdef", "", 4, 4, 0},
-                 {"abcdef", null, 6, 6, 0},
-                 {"abcdef", "", 7, string_t::notFound, 0},
-                 {"abcdefghijk", "ijk", 8, 8, 3},
-                 {"abcdefghijk", "ijk", 10, string_t::notFound, 3},
-                 {"abcdefghijk", "ijk", string_t::notFound, string_t::notFound, 3}};
-    for (const auto &one : cases) {
+    for (const auto &[pattern, start, position, expected] : {std::tuple("ijk", 8U, 8U, 3U),
+                                                             {"ijk", 10U, ~0U, 3U},
+                                                             {"", 4U, 4U, 0U},
+                                                             {null, 11U, 11U, 0U},
+                                                             {"", 12U, ~0U, 0U}}) {
+        string_t text("abcdefghijk");
         std::size_t length = 99;
-        string_t text(one.text);
-        EXPECT_EQ(text.index(one.pattern, one.start, length), one.position);
-        EXPECT_EQ(length, one.length);
-        EXPECT_EQ(text.subString(one.pattern, one.start).start(), static_cast<std::int32_t>(one.position));
+        EXPECT_EQ(static_cast<std::uint32_t>(text.index(pattern, start, length)), position);
+        EXPECT_EQ(length, expected);
+        EXPECT_EQ(text.subString(pattern, start).start(), static_cast<std::int32_t>(position));
     }
 }
 

@@ -84,8 +84,8 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
     std::memset(static_cast<void *>(&content), 0, sizeof content);
     content.mediaType = 9;
     content.outputType = 3;
-    EXPECT_EQ(std::memcmp(structureOf(4183, "{MEDIA_TYPE=unknown_e;OUTPUT_TYPE=3;}").address, &content, sizeof content),
-              0);
+    const structure_t read = structureOf(4183, "{MEDIA_TYPE=unknown_e;OUTPUT_TYPE=3;}");
+    EXPECT_EQ(std::memcmp(read.address, static_cast<void *>(&content), sizeof content), 0);
     auto status = structureOf(4161, "{NUM_OF_MESSAGES=2;MSGS={a,b,=,};}");
     const auto &messages = status.as<DeviceStatus>().msgs;
     EXPECT_EQ(std::string_view(&messages[0][0], sizeof messages).find_first_not_of('\0'), std::string_view::npos)
@@ -190,7 +190,7 @@ TEST(HostStructures, PrintWhateverValuesTheyHold) {
     EXPECT_TRUE(printed(4172, image).ends_with("NAME=" + full + shorter + ";SEPARATION=" + shorter + ";}"));
 
     // As many messages as the host says, beyond the structure's own room too.
-    std::vector<char> room(sizeof(DeviceStatus) + std::size_t{2 * 255}, 'm');
+    std::vector<char> room(sizeof(DeviceStatus) + std::size_t{2} * 255, 'm');
     const DeviceStatus head{0, 0, 0, 12, {}};
     std::memcpy(room.data(), &head, offsetof(DeviceStatus, msgs));
     const std::string body = printed(4161, room[0]);
