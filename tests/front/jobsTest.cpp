@@ -51,6 +51,8 @@ TEST_F(JobsTest, TextsKeepTheirCharacters) {
     job.fromText("{JOB_NAME={};}");
     EXPECT_EQ(job.jobName.text(), u"A\xFFFD");
     EXPECT_EQ(job.jobName.text().data()[2], u'\0');
+    EXPECT_EQ(test::converted(4194, "{JOB_NAME={65533,-3,32768,65536,72,};}"), "{JOB_NAME={-3,-3,-32768,0,72,};}");
+    EXPECT_EQ(test::converted(4193, "{SEP_LIST={{67,0,},{},\"\",{66,},};}"), "{SEP_LIST={{67,0,},{66,},};}");
     job.jobName.clear(); // after which there is room for any text
     job.fromText("{JOB_NAME={65,66,67,68,69,0,};}");
     EXPECT_TRUE(job.jobName == u"ABCDE");

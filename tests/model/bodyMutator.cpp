@@ -134,20 +134,16 @@ void bodyMutator_t::giveElementsKeys(std::string &body) {
     const std::size_t start = keyStart(body, list);
     const std::string key = body.substr(start, list - start);
     const std::size_t mistakes = below(4);
-    std::size_t index = 0;
-    bool isDue = true;
-    for (std::size_t at = list + 2, depth = 1; at < body.size() && body.size() < 20000; ++at) {
-        depth += body[at] == '{' ? 1 : 0;
-        if (body[at] == '}' && --depth == 0)
-            return;
-        if (isDue && (mistakes != 1 || below(2) == 0)) {
-            const std::string number = std::to_string(mistakes == 2 ? below(5) : index);
-            const std::string spelt = key + (mistakes == 3 && below(3) == 0 ? "0" : "") + number + '=';
-            body.insert(at, spelt);
-            at += spelt.size();
-        }
-        isDue = depth == 1 && body[at] == ',';
-        index += isDue ? 1 : 0;
+    std::size_t at = list + 2;
+    for (std::size_t index = 0; at < body.size() && body[at] != '}' && body.size() < 20000; ++index) {
+        std::string spelt = key + (mistakes == 3 && below(3) == 0 ? "0" : "");
+        spelt += std::to_string(mistakes == 2 ? below(5) : index) + '=';
+        if (mistakes == 1 && below(2) == 0)
+            spelt.clear();
+        body.insert(at, spelt);
+        at += spelt.size();
+        const std::size_t end = body[at] == '{' ? body.find('}', at) : at; // over a record
+        at = std::min(body.find(',', std::min(end, body.size())), body.size() - 1) + 1;
     }
 }
 
