@@ -41,8 +41,9 @@ TEST(hashVtab, growsAtItsThresholds) {
 
 TEST(hashVtab, factorsStayInTheirLimits) {
     wordVtab_t table;
+    using row_t = std::tuple<double, float, float>;
     for (const auto &[wanted, growth, load] :
-         {std::tuple(5.0, 2.0F, 0.99F), {0.5, 1.01F, 0.5F}, {0.01, 1.01F, 0.1F}, {std::nan(""), 1.01F, 0.1F}}) {
+         {row_t{5.0, 2.0F, 0.99F}, {0.5, 1.01F, 0.5F}, {0.01, 1.01F, 0.1F}, {std::nan(""), 1.01F, 0.1F}}) {
         for (const auto set : {&wordVtab_t::setGrowthFactor, &wordVtab_t::setLoadFactor}) {
             add(table, {1});
             (table.*set)(wanted);

@@ -63,11 +63,9 @@ TEST(string, nullComparesAsEmpty) {
 }
 
 TEST(string, indexStoresThePatternLength) {
-    for (const auto &[pattern, start, position, expected] : {std::tuple("ijk", 8U, 8U, 3U),
-                                                             {"ijk", 10U, ~0U, 3U},
-                                                             {"", 4U, 4U, 0U},
-                                                             {null, 11U, 11U, 0U},
-                                                             {"", 12U, ~0U, 0U}}) {
+    using row_t = std::tuple<const char *, std::uint32_t, std::uint32_t, std::uint32_t>;
+    for (const auto &[pattern, start, position, expected] :
+         {row_t{"ijk", 8, 8, 3}, {"ijk", 10, ~0U, 3}, {"", 4, 4, 0}, {null, 11, 11, 0}, {"", 12, ~0U, 0}}) {
         string_t text("abcdefghijk");
         std::size_t length = 99;
         EXPECT_EQ(static_cast<std::uint32_t>(text.index(pattern, start, length)), position);

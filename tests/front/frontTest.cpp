@@ -75,13 +75,6 @@ TEST_F(FrontTest, ReadsViewsThatNoNulFollows) {
     EXPECT_EQ(parse<DeviceState>({text.c_str(), text.size() + 1})->deviceState, 3); // its own NUL may be in the view
 }
 
-TEST_F(FrontTest, WritesUnderTheIdAskedFor) {
-    EXPECT_EQ(messageId(print<VEK_MSG_ID_RECORD_4192>(IdRecord{7})), 4192);
-    const auto info = defaults<DeviceInfo2>();
-    EXPECT_EQ(messageId(print(*info)), 4136);
-    EXPECT_EQ(messageId(print<VEK_MSG_DEVICE_INFO>(*info)), 4096);
-}
-
 TEST_F(FrontTest, FillsContainersListsAndTexts) {
     CassetteArray cassettes;
     Cassette &cassette = cassettes.add();

@@ -102,12 +102,10 @@ TEST_F(MessageTextTest, IsReadAsFarAsItGoesAndReportedWhereItIsWrong) {
         EXPECT_EQ(shownReport(problem), one.report);
         EXPECT_EQ(problem.offset, problem ? place : 0);
         try {
-            parse<FocusValue>(text);
-            EXPECT_EQ(one.report, "");
+            EXPECT_TRUE(parse<FocusValue>(text) != nullptr && one.report.empty());
         } catch (const messageError_t &error) {
-            EXPECT_EQ(shownReport(error.problem()), one.report);
-            EXPECT_EQ(error.offset(), place);
             EXPECT_EQ(error.what(), problem.text + " (byte " + std::to_string(place) + ")");
+            EXPECT_TRUE(error.code() == problem.code && error.offset() == place);
         }
     }
 }

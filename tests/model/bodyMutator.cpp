@@ -56,39 +56,28 @@ void bodyMutator_t::change(std::string &body) {
     const auto [start, end] = stretch(body);
     const std::string cut = body.substr(start, end - start);
     const std::size_t anywhere = below(body.size() + 1);
-    switch (below(10)) {
-    case 0:
+    const std::size_t kind = below(10);
+    if (kind == 0)
         body.insert(anywhere, 1, static_cast<char>(1 + below(255)));
-        break;
-    case 1:
+    else if (kind == 1)
         body.replace(anywhere, below(2), 1, structure[below(structure.size())]);
-        break;
-    case 2:
+    else if (kind == 2)
         body.erase(anywhere, 1 + below(3));
-        break;
-    case 3:
+    else if (kind == 3)
         body.insert(anywhere, piece());
-        break;
-    case 4:
+    else if (kind == 4)
         body.replace(start, end - start, piece());
-        break;
-    case 5:
+    else if (kind == 5)
         body.erase(start, end - start);
-        break;
-    case 6: // repeated, now and then often
+    else if (kind == 7) // moved elsewhere
+        body.erase(start, end - start).insert(stretch(body).first, cut);
+    else if (kind == 6) // repeated, now and then often
         for (std::size_t times = below(20) == 0 ? 270 : 1 + below(3); times > 0 && body.size() < 20000; --times)
             body.insert(start, cut);
-        break;
-    case 7: // moved elsewhere
-        body.erase(start, end - start);
-        body.insert(stretch(body).first, cut);
-        break;
-    case 8:
+    else if (kind == 8)
         takeKeysAway(body);
-        break;
-    default:
+    else
         giveElementsKeys(body);
-    }
 }
 
 std::string bodyMutator_t::anyReal() {

@@ -75,18 +75,6 @@ TEST(Conversion, AssignsPairsByKeyOrByPosition) {
                   "a\tb\n\x7f\xff"});
 }
 
-// Sixteen characters are looked at at a time where that can be.
-TEST(Conversion, FindsSeparatorsAndBracesWhereverTheyStand) {
-    for (std::size_t before = 0; before < 40; ++before)
-        for (std::size_t length = 1; length < 40; ++length) {
-            const std::string key(before, 'k'), value(length, 'v'), name = "{NUM=5;NAME=" + value + ";}";
-            expectAll(
-                VEK_MSG_TABLE_REF,
-                {'{' + key + "=1;NAME=" + value + ";NUM=5} -> " + name, "{5," + value + ',' + key + "} -> " + name,
-                 "{5,{" + key + "{}" + value + '}' + value + "} -> {NUM=5;NAME=\4" + key + "\4\5" + value + "\5;}"});
-        }
-}
-
 TEST(Conversion, ReadsNumbersAsFarAsTheyGo) {
     expectValues(VEK_MSG_DEVICE_STATE, "DEVICE_STATE",
                  {"12abc -> 12", "0x10 -> 0", " \t\n\v\f\r-5 -> -5", "+-7 -> 0", "1.9e3 -> 1",
