@@ -1,7 +1,7 @@
 #include "tools/reference/keyTable.hpp"
 
 #include "tools/reference/markdown.hpp"
-#include "tools/reference/memberPlace.hpp"
+#include "vek/records/private/layouts/memberPlace.hpp"
 #include "vek/text/bodyWriter.hpp"
 
 #include <algorithm>

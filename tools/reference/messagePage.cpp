@@ -2,7 +2,7 @@
 
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
-#include "tools/reference/memberPlace.hpp"
+#include "vek/records/private/layouts/memberPlace.hpp"
 #include "vek/api/private/catalogue.hpp"
 
 #include <fstream>

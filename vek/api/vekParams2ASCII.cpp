@@ -53,7 +53,7 @@ char *emptyText() {
 
 // The header numbers are put back only when the text is whole: a message that there was no memory for has not been
 // sent, and takes no sequence number.
-char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
+char *writeMessage(std::int32_t id, const catalogueRow_t *row, const void *msgStruct) {
     bodyWriter_t out(msgStruct == nullptr ? roomWithoutBody : firstRoom);
     envelopeNumbers_t numbers = headerNumbers;
     const std::size_t lengthPosition = beginEnvelope(out, id, numbers);
@@ -91,7 +91,7 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     return failure;
 }
 
-std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **text) try {
+std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, const void *msgStruct, char **text) try {
     if (text == nullptr)
         return failure;
     *text = nullptr;

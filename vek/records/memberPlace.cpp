@@ -1,6 +1,4 @@
-#include "tools/reference/memberPlace.hpp"
-
-#include "tools/reference/markdown.hpp"
+#include "vek/records/private/layouts/memberPlace.hpp"
 
 #include <stdexcept>
 
@@ -21,7 +19,7 @@ bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size,
         const std::size_t start = member.offset.here();
         if (offset < start || offset >= start + member.size.here())
             continue;
-        place.path = joined({place.path, place.path.empty() ? "" : ".", member.name});
+        place.path.append(place.path.empty() ? "" : ".").append(member.name);
         place.offset = place.offset + member.offset;
         place.type = member.type;
         return (offset == start && size == member.size.here()) ||
@@ -37,15 +35,15 @@ foundLayout_t layoutNamed(std::string_view structure) {
         for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
                 return {*layout, family->header};
-    throw std::runtime_error(joined(
-        {"no layout of ", structure, ": pin it in vek/records/private/layouts, and name it in its family's list"}));
+    throw std::runtime_error("no layout of " + std::string(structure) +
+                             ": pin it in vek/records/private/layouts, and name it in its family's list");
 }
 
 memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size) {
     memberPlace_t place{{}, {}, {0, 0}};
     if (!find(layout, offset, size, place))
-        throw std::runtime_error(
-            joined({"no member of ", std::to_string(size), " bytes at ", std::to_string(offset), " in ", layout.name}));
+        throw std::runtime_error("no member of " + std::to_string(size) + " bytes at " + std::to_string(offset) +
+                                 " in " + std::string(layout.name));
     return place;
 }
 
