@@ -175,8 +175,8 @@ private:
         }
     }
 
-    static std::string shown(double value) { return std::isnan(value) ? "nan" : string_t_of(value); }
-    static std::string string_t_of(double value) {
+    static std::string shown(double value) { return std::isnan(value) ? "nan" : sixDecimals(value); }
+    static std::string sixDecimals(double value) {
         char text[400];
         return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
     }
@@ -212,7 +212,7 @@ private:
             std::swap(values[0], values[1]);
         std::string all = std::to_string(range.kind);
         for (const double value : values)
-            all += ',' + shown(value);
+            all += ',' + shown(range.kind == valueRange_t::discrete ? value : value + 0.0); // no zero with a sign
         return all;
     }
 

@@ -77,8 +77,8 @@ public:
             for (int i = 0; i < depth; ++i)
                 out_ << "· ";
             out_ << code(field->key()) << " | " << kind(description, group) << " | "
-                 << (place.path.empty() ? "*the base*" : code(place.path)) << " | " << code(place.type) << " | "
-                 << place.offset.windows32 << " | " << place.offset.linux64 << " | "
+                 << (place.path.empty() ? "*the base*" : code(place.path)) << " | " << code(typeOf(description, place))
+                 << " | " << place.offset.windows32 << " | " << place.offset.linux64 << " | "
                  << defaultValue(*field, description, place) << " |\n";
             if (description.group != nullptr)
                 writeRows(*description.group, depth + 1);
@@ -112,6 +112,19 @@ private:
         if (std::none_of(known.begin(), known.end(), [&](const auto &one) { return one.names == field.names; }))
             known.push_back({field.enumeration, field.names, field.nameCount});
         return field.enumeration;
+    }
+
+    // Of a container with the item that it holds.
+    static std::string typeOf(const fieldDescription_t &field, const memberPlace_t &place) {
+        if (field.list != listKind_t::container)
+            return std::string(place.type);
+        struct : recordVisitor_t {
+            void visit(const recordDescription_t &description) override { structure = description.structure; }
+            std::string_view structure = "string_t"; // the one item that is no record
+        } item;
+        if (field.visitElement != nullptr)
+            field.visitElement(item);
+        return joined({"Container<", item.structure, ">"});
     }
 
     std::string element(void (*visit)(recordVisitor_t &)) {

@@ -32,6 +32,7 @@
 #include "vek/api/problem.hpp"
 #include "vek/api/vekParams2ASCII.h"
 #include "vek/records/conversion.hpp"
+#include "vek/records/enumerations.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -148,6 +149,9 @@ messageText_t printMessage(const structureOf_t<Id> &structure, problem_t &proble
         return {};
     return writeMessage<Id>(&structure, echo, echoTag, problem);
 }
+
+template <class Structure>
+inline constexpr bool isSaid = false; // once a call of this structure is compiled
 
 /// Throws the problem that `call` reports, if any.
 template <class Call>
@@ -320,19 +324,48 @@ void printTo(std::string &out, const Structure &structure) {
     printTo<idOf<Structure>>(out, structure);
 }
 
-// Several messages share the structure: say which one, as in print<VEK_MSG_ID_RECORD_4189>(record).
+// What several messages share: a line of the compiler says what to write instead.
 template <sharedStructure Structure>
-void print(const Structure &, auto &...) = delete; // say which: print<ID>(...)
+owned_t<Structure> parse(const textToRead_t &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
+    return {};
+}
+
 template <sharedStructure Structure>
-void printLossy(const Structure &, auto &...) = delete; // printLossy<ID>(...)
+owned_t<Structure> defaults() {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, defaults<VEK_MSG_ID_RECORD_4189>()");
+    return {};
+}
+
 template <sharedStructure Structure>
-void printTo(std::string &, const Structure &, auto &...) = delete; // printTo<ID>
+messageText_t print(const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, print<VEK_MSG_ID_RECORD_4189>(record)");
+    return {};
+}
+
 template <sharedStructure Structure>
-void reply(std::int32_t, const Structure &, auto &...) = delete; // reply<ID>(...)
+messageText_t printLossy(const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, printLossy<VEK_MSG_ID_RECORD_4189>(record)");
+    return {};
+}
+
 template <sharedStructure Structure>
-void parse(std::string_view, auto &...) = delete; // say which: parse<ID>(...)
+bool printTo(std::string &, const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, printTo<VEK_MSG_ID_RECORD_4189>(out, record)");
+    return {};
+}
+
 template <sharedStructure Structure>
-void defaults() = delete; // say which: defaults<ID>()
+messageText_t reply(std::int32_t, const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, reply<VEK_MSG_ID_RECORD_4189>(echoTag, record)");
+    return {};
+}
 
 /// The text in a character array of a structure: up to its NUL, or to the array's end. Valid while the array is.
 template <std::size_t Room>

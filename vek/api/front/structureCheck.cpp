@@ -189,7 +189,7 @@ private:
     bool checkRange(const where_t &where, const valueRange_t &range) {
         if (range.isEmpty())
             return true;
-        constexpr std::int32_t kinds = 2;
+        constexpr std::int32_t kinds = VEK_RANGE_CONTINUOUS + 1;
         if ((range.kind < 0 || range.kind >= kinds) && !tellName(where, ".kind", range.kind, kinds))
             return false;
         for (std::int32_t i = 0; i < range.count(); ++i)
