@@ -20,9 +20,9 @@ count --filter vek/ --filter tools/ --json "$build/coverage.json" >/dev/null
 count --add-tracefile "$build/coverage.json" --csv | awk -F, '
     # A row of the table: a name, and lines and branches, all and reached.
     function row(name, lines, linesReached, branches, branchesReached) {
-        printf "%-28s %6d of %6d  %5.1f %%   %6d of %6d  %5.1f %%\n", name, linesReached, lines,
+        return sprintf("%-28s %6d of %6d  %5.1f %%   %6d of %6d  %5.1f %%", name, linesReached, lines,
             lines ? 100 * linesReached / lines : 100, branchesReached, branches,
-            branches ? 100 * branchesReached / branches : 100
+            branches ? 100 * branchesReached / branches : 100)
     }
     NR == 1 { next }
     {
@@ -36,11 +36,11 @@ count --add-tracefile "$build/coverage.json" --csv | awk -F, '
     }
     END {
         printf "%-28s %25s   %25s\n", "folder", "lines reached", "branches reached"
-        sorted = "sort"
+        fflush()
         for (folder in folders)
-            row(folder, sum[folder, 2], sum[folder, 3], sum[folder, 5], sum[folder, 6]) | sorted
-        close(sorted)
-        row("all", total[2], total[3], total[5], total[6])
+            print row(folder, sum[folder, 2], sum[folder, 3], sum[folder, 5], sum[folder, 6]) | "sort"
+        close("sort")
+        print row("all", total[2], total[3], total[5], total[6])
     }'
 
 for folder in "$@"; do
