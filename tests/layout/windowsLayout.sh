@@ -33,7 +33,7 @@ EOF
     "${compile[@]}" "$scratch/abi.cpp"
     "${compile[@]}" -I. vek/records/layouts.cpp
     # With one offset changed it must not compile.
-    sed 's/double, thick, /&4 + /' vek/records/private/layouts/objects.hpp >"$scratch/vek/records/private/layouts/objects.hpp"
+    sed 's/double, thick, /&4 + /' vek/records/private/layouts/media.hpp >"$scratch/vek/records/private/layouts/media.hpp"
     if "${compile[@]}" -I"$scratch" -I. vek/records/layouts.cpp 2>"$scratch/errors" ||
         ! grep -q 'the member lies elsewhere' "$scratch/errors"; then
         echo "$name: a wrong table was not noticed"

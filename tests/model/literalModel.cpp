@@ -16,13 +16,12 @@ namespace {
 // ---- The trees of keys, from the records' descriptions.
 
 kind_t kindOf(const vek::fieldDescription_t &field) {
-    if (field.memberType == "int32_t" && field.kind == "double")
-        return kind_t::pixel;
-    const std::map<std::string_view, kind_t> kinds{
-        {"long integer", kind_t::integer}, {"short integer", kind_t::shortInteger},
-        {"double", kind_t::real},          {"float", kind_t::floating},
-        {"boolean", kind_t::boolean},      {"enumeration", kind_t::name},
-        {"string", kind_t::text},          {"nested record", kind_t::record}};
+    using enum vek::fieldKind_t;
+    const std::map<vek::fieldKind_t, kind_t> kinds{{integer32, kind_t::integer}, {integer16, kind_t::shortInteger},
+                                                   {float64, kind_t::real},      {float32, kind_t::floating},
+                                                   {pixels, kind_t::pixel},      {boolean, kind_t::boolean},
+                                                   {enumeration, kind_t::name},  {text, kind_t::text},
+                                                   {record, kind_t::record}};
     return kinds.at(field.kind);
 }
 
@@ -31,11 +30,13 @@ public:
     void visit(const vek::recordDescription_t &description) override {
         node.members = membersOf(description.fields);
         node.isPlacement = description.record == "imageTopLeft_t";
+        isSelf = description.kind == vek::structureKind_t::ownRecord;
         for (node_t &member : node.members)
             member.room = node.isPlacement ? -1 : member.room; // its texts are copied without a limit
     }
 
     node_t node;
+    bool isSelf = false;
 
 private:
     static node_t listOf(node_t element) {
@@ -47,9 +48,9 @@ private:
 
     static node_t elementOf(const vek::fieldDescription_t &field) {
         node_t element;
-        if (field.kind == "16-bit character string") {
+        if (field.kind == vek::fieldKind_t::text16) {
             element.kind = kind_t::shortInteger;
-            return field.list.empty() ? element : listOf(element);
+            return field.list == vek::listKind_t::none ? element : listOf(element);
         }
         if (field.visitElement != nullptr) {
             builder_t builder;
@@ -62,10 +63,10 @@ private:
     }
 
     static node_t nodeOf(const vek::fieldDescription_t &field, const std::vector<const void *> &addresses) {
-        if (!field.list.empty() || field.kind == "16-bit character string") {
+        if (field.list != vek::listKind_t::none || field.kind == vek::fieldKind_t::text16) {
             node_t list = listOf(elementOf(field));
             list.room = field.room;
-            list.isRange = field.list == "range";
+            list.isRange = field.list == vek::listKind_t::range;
             const auto counter = std::find(addresses.begin(), addresses.end(), field.countMember);
             if (field.countMember != nullptr)
                 list.countMember = static_cast<int>(counter - addresses.begin());
@@ -488,7 +489,7 @@ literalModel_t::literalModel_t() {
             continue;
         builder_t builder;
         row.conversion->visit(builder);
-        records_[row.id] = {builder.node, row.reading == vek::reading_t::self};
+        records_[row.id] = {builder.node, builder.isSelf};
     }
 }
 

@@ -19,6 +19,47 @@ fieldDescription_t describe(const textField_t &field) {
     return description;
 }
 
+constexpr std::string_view words(fieldKind_t kind) {
+    switch (kind) {
+    case fieldKind_t::record:
+        return "nested record";
+    case fieldKind_t::integer32:
+        return "long integer";
+    case fieldKind_t::integer16:
+        return "short integer";
+    case fieldKind_t::float64:
+    case fieldKind_t::pixels:
+        return "double";
+    case fieldKind_t::float32:
+        return "float";
+    case fieldKind_t::boolean:
+        return "boolean";
+    case fieldKind_t::enumeration:
+        return "enumeration";
+    case fieldKind_t::text:
+        return "string";
+    case fieldKind_t::text16:
+        break;
+    }
+    return "16-bit character string";
+}
+
+constexpr std::string_view words(listKind_t list) {
+    switch (list) {
+    case listKind_t::none:
+        return "";
+    case listKind_t::growable:
+        return "list";
+    case listKind_t::container:
+        return "container";
+    case listKind_t::array:
+        return "array";
+    case listKind_t::range:
+        break;
+    }
+    return "range";
+}
+
 class keyTable_t {
 public:
     keyTable_t(std::ostream &out, const recordDescription_t &record, references_t &references)
@@ -47,18 +88,18 @@ public:
 private:
     std::string kind(const fieldDescription_t &field, const textGroup_t &group) {
         if (field.group != nullptr) {
-            const auto section = references_.anchors.find(field.memberType);
+            const auto section = references_.anchors.find(field.structure);
             if (section == references_.anchors.end())
                 return "nested record";
-            return joined({"nested record, as ", link(field.memberType, section->second)});
+            return joined({"nested record, as ", link(field.structure, section->second)});
         }
-        if (field.names != nullptr)
+        if (field.kind == fieldKind_t::enumeration)
             return joined({"enumeration ", link(enumeration(field), anchorOf(field.enumeration))});
-        if (field.list.empty())
-            return std::string(field.kind);
+        if (field.list == listKind_t::none)
+            return std::string(words(field.kind));
         const std::string count = field.countMember != nullptr ? countKey(field, group) : "";
-        return joined({field.list, " of ", field.room >= 0 ? std::to_string(field.room) + " " : "",
-                       field.visitElement != nullptr ? element(field.visitElement) : joined({field.kind, "s"}),
+        return joined({words(field.list), " of ", field.room >= 0 ? std::to_string(field.room) + " " : "",
+                       field.visitElement != nullptr ? element(field.visitElement) : joined({words(field.kind), "s"}),
                        count.empty()          ? ""
                        : field.isCountChecked ? joined({"; at most ", count, " of them are written"})
                                               : joined({"; ", count, " of them are written, unchecked"})});
@@ -108,7 +149,7 @@ private:
         const bool isZero = std::all_of(bytes, bytes + description.memberSize, [](char byte) { return byte == 0; });
         if (isZero && place.type.ends_with('*'))
             return "null";
-        if (isZero && description.list == "array")
+        if (isZero && description.list == listKind_t::array)
             return "zero";
         bodyWriter_t text(64);
         field.toText(text);

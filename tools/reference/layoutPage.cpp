@@ -21,6 +21,9 @@ library (`vek/records/private/layouts`), so a build in which a member has moved 
 - A structure with a virtual table begins with a pointer to it. Members of a base come first.
 - Bytes that no member takes are padding.
 - The layout of a list or a container does not depend on its elements; `valueRange_t::values_t` is a list of `double`.
+- Structures whose names begin with `vek` are plain ones, declared in `vek/records/messages.h` for C hosts; the C++
+  headers give them their C++ names.
+- What is inside of the library's own fields, which the structures of 4193 to 4195 consist of, is not for hosts.
 - Members whose names end in `_`, and `body` of `string_t`, are hidden from C++ hosts, who have functions for them.
 - What hosts may change in them, and who releases what, is on [hosts.md](hosts.md); keys and defaults are on
   [messages.md](messages.md).
@@ -32,6 +35,8 @@ void writeRow(std::ostream &out, std::string_view name, std::string_view type, b
 }
 
 void writeMembers(std::ostream &out, const structureLayout_t &layout) {
+    if (layout.isOpaque)
+        return writeRow(out, "*the base*", layout.name, {0, 0}, layout.size);
     if (layout.base != nullptr)
         writeMembers(out, *layout.base);
     else if (layout.hasVirtualTable)
@@ -44,9 +49,9 @@ void writeMembers(std::ostream &out, const structureLayout_t &layout) {
 
 void writeLayoutPage(std::ostream &out) {
     out << generatedNotice << introduction;
-    for (const layoutFamily_t &family : layoutFamilies()) {
-        out << "\n## " << code(family.header) << "\n";
-        for (const structureLayout_t *layout : family.structures) {
+    for (const layoutFamily_t *family : layoutFamilies()) {
+        out << "\n## " << code(family->header) << "\n";
+        for (const structureLayout_t *layout : family->structures) {
             out << "\n### " << code(layout->name) << "\n\n"
                 << layout->size.windows32 << " bytes on Windows, " << layout->size.linux64 << " on Linux.\n\n"
                 << "| Member | C type | Windows offset | size | Linux offset | size |\n|---|---|--:|--:|--:|--:|\n";

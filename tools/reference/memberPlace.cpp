@@ -33,11 +33,12 @@ bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size,
 } // namespace
 
 foundLayout_t layoutNamed(std::string_view structure) {
-    for (const layoutFamily_t &family : layoutFamilies())
-        for (const structureLayout_t *layout : family.structures)
+    for (const layoutFamily_t *family : layoutFamilies())
+        for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
-                return {*layout, family.header};
-    throw std::runtime_error(joined({"no layout of ", structure}));
+                return {*layout, family->header};
+    throw std::runtime_error(joined(
+        {"no layout of ", structure, ": pin it in vek/records/private/layouts, and name it in its family's list"}));
 }
 
 memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size) {

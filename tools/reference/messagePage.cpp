@@ -3,7 +3,6 @@
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
 #include "tools/reference/memberPlace.hpp"
-#include "tools/reference/prose.hpp"
 #include "vek/api/private/catalogue.hpp"
 
 #include <fstream>
@@ -38,48 +37,33 @@ What each message id holds, and what the four calls do with it. Where the member
 
 )";
 
-constexpr std::string_view words(reading_t reading) {
-    switch (reading) {
-    case reading_t::object:
+// What the three calls do, in words.
+constexpr std::string_view readingWords(const recordDescription_t *record) {
+    if (record == nullptr)
+        return "makes nothing, result 0";
+    switch (record->kind) {
+    case structureKind_t::polymorphic:
         return "makes a polymorphic structure";
-    case reading_t::plain:
+    case structureKind_t::plain:
         return "makes a plain structure";
-    case reading_t::self:
-        return "makes the record, which is the structure";
-    case reading_t::none:
+    case structureKind_t::ownRecord:
         break;
     }
-    return "makes nothing, result 0";
+    return "makes the record, which is the structure";
 }
 
-constexpr std::string_view words(writing_t writing) {
-    switch (writing) {
-    case writing_t::record:
-        return "writes it";
-    case writing_t::self:
-        return "lets it write itself";
-    case writing_t::empty:
-        return "gives an empty string, result 0";
-    case writing_t::invalid:
-        break;
-    }
-    return "refuses the id";
+constexpr std::string_view writingWords(service_t write, const recordDescription_t *record) {
+    if (write != service_t::full || record == nullptr)
+        return write == service_t::refused ? "refuses the id" : "gives an empty string, result 0";
+    return record->kind == structureKind_t::ownRecord ? "lets it write itself" : "writes it";
 }
 
-constexpr std::string_view words(release_t release) {
-    switch (release) {
-    case release_t::destructor:
+constexpr std::string_view releaseWords(service_t release, const recordDescription_t *record) {
+    if (release != service_t::full || record == nullptr)
+        return release == service_t::refused ? "refuses the id" : "sets the pointer to null";
+    if (record->kind != structureKind_t::plain)
         return "calls its virtual destructor";
-    case release_t::plain:
-        return "frees it";
-    case release_t::ownedBuffer:
-        return "frees it and its text";
-    case release_t::nullOnly:
-        return "sets the pointer to null";
-    case release_t::invalid:
-        break;
-    }
-    return "refuses the id";
+    return record->ownsMemory ? "frees it and its text" : "frees it";
 }
 
 std::string readFile(const fs::path &file) {
@@ -93,7 +77,7 @@ std::string readFile(const fs::path &file) {
 std::string constantOf(std::string_view header, std::int32_t id) {
     const std::size_t end = header.find(joined({" = ", std::to_string(id)}));
     if (end == std::string_view::npos)
-        throw std::runtime_error(joined({"no constant for ", std::to_string(id)}));
+        throw std::runtime_error(joined({"no constant for ", std::to_string(id), " in vek/records/messages.h"}));
     const std::size_t start = header.rfind(' ', end - 1) + 1;
     return std::string(header.substr(start, end - start));
 }
@@ -102,7 +86,7 @@ std::string sampleOf(const fs::path &folder, std::int32_t id) {
     for (const fs::directory_entry &entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().starts_with(std::to_string(id) + "-"))
             return readFile(entry.path());
-    throw std::runtime_error("no sample of " + std::to_string(id));
+    throw std::runtime_error("no sample of " + std::to_string(id) + " in examples/messages");
 }
 
 // In lines of readable width, the middle of a long message left out.
@@ -130,7 +114,7 @@ void writeSample(std::ostream &out, std::string_view message) {
 class messagePage_t {
 public:
     messagePage_t(std::ostream &out, const fs::path &root)
-        : out_(out), samples_(root / "examples/messages"), header_(readFile(root / "vek/api/vekParams2ASCII.h")) {
+        : out_(out), samples_(root / "examples/messages"), header_(readFile(root / "vek/records/messages.h")) {
         for (const catalogueRow_t &row : catalogueRows())
             if (row.conversion != nullptr)
                 show(row.conversion->visit, [&](const recordDescription_t &record) {
@@ -168,31 +152,36 @@ private:
         out_ << "| Id | Constant | Record | `vekStrToVal` | `vekValToStr` | `vekParamsDeleteStruct` |\n"
                 "|---|---|---|---|---|---|\n";
         std::string gaps;
-        std::int32_t next = catalogueRows().begin()->id;
+        std::int32_t next = catalogueRows().front().id;
         for (const catalogueRow_t &row : catalogueRows()) {
             if (row.id > next)
                 gaps += (gaps.empty() ? "" : ", ") + std::to_string(next) +
                         (row.id > next + 1 ? " to " + std::to_string(row.id - 1) : "");
             next = row.id + 1;
-            std::string id = std::to_string(row.id), constant, name;
-            if (row.conversion != nullptr)
+            const std::string id = std::to_string(row.id);
+            if (row.conversion == nullptr)
+                writeRow(row, nullptr, id, {}, {});
+            else
                 show(row.conversion->visit, [&](const recordDescription_t &record) {
-                    id = link(id, anchorOf(headingOf(row, record)));
-                    constant = code(constantOf(header_, row.id));
-                    name = code(record.record);
+                    writeRow(row, &record, link(id, anchorOf(headingOf(row, record))), constantOf(header_, row.id),
+                             record.record);
                 });
-            out_ << "| " << id << " | " << constant << " | " << name << " | " << words(row.reading) << " | "
-                 << words(row.writing) << " | " << words(row.release) << " |\n";
         }
         out_ << "\nAll calls refuse every other id, those in between too: " << gaps << ".\n";
     }
 
+    void writeRow(const catalogueRow_t &row, const recordDescription_t *record, std::string_view id,
+                  std::string_view constant, std::string_view name) {
+        out_ << "| " << id << " | " << code(constant) << " | " << code(name) << " | " << readingWords(record) << " | "
+             << writingWords(row.write, record) << " | " << releaseWords(row.release, record) << " |\n";
+    }
+
     void writeMessage(const catalogueRow_t &row, const recordDescription_t &record) {
-        out_ << "\n## " << headingOf(row, record) << "\n\n" << proseOf(record.record) << "\n\n";
+        out_ << "\n## " << headingOf(row, record) << "\n\n" << record.about << "\n\n";
         writeStructure(joined({code(constantOf(header_, row.id)), ", structure"}), record);
-        out_ << "`vekStrToVal` " << words(row.reading) << ", `vekValToStr` " << words(row.writing)
-             << ", `vekParamsDeleteStruct` " << words(row.release)
-             << (row.release == release_t::invalid ? ": delete the structure through its virtual destructor.\n\n"
+        out_ << "`vekStrToVal` " << readingWords(&record) << ", `vekValToStr` " << writingWords(row.write, &record)
+             << ", `vekParamsDeleteStruct` " << releaseWords(row.release, &record)
+             << (row.release == service_t::refused ? ": delete the structure through its virtual destructor.\n\n"
                                                    : ".\n\n");
         writeSample(out_, sampleOf(samples_, row.id));
         out_ << "\n";
@@ -205,7 +194,7 @@ private:
     }
 
     void writeElement(const recordDescription_t &record) {
-        out_ << "\n### " << record.record << "\n\n" << proseOf(record.record) << "\n\n";
+        out_ << "\n### " << record.record << "\n\n" << record.about << "\n\n";
         writeStructure("An element, structure", record);
         out_ << "\n";
         writeKeyTable(out_, record, references_);
@@ -214,8 +203,10 @@ private:
     void writeStructure(std::string_view label, const recordDescription_t &record) {
         const foundLayout_t found = layoutNamed(record.structure);
         const std::string page = joined({"layouts.md", anchorOf(record.structure)});
-        out_ << label << " " << link(code(record.structure), page) << " of `" << found.header << "`, "
-             << found.layout.size.windows32 << " bytes on Windows and " << found.layout.size.linux64 << " on Linux.\n";
+        const bool isPlain = record.kind == structureKind_t::plain;
+        out_ << label << " " << link(code(record.structure), page) << " of "
+             << code(isPlain ? "vek/records/messages.h" : found.header) << ", " << found.layout.size.windows32
+             << " bytes on Windows and " << found.layout.size.linux64 << " on Linux.\n";
     }
 
     void writeEnumerations() {

@@ -80,7 +80,7 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     const catalogueRow_t *row = findInCatalogue(*msgId);
     if (row == nullptr)
         return refuseReading(*msgId);
-    return row->reading == reading_t::none ? 0 : readStructure(*row->conversion, text, body, msgStruct);
+    return row->conversion == nullptr ? 0 : readStructure(*row->conversion, text, body, msgStruct);
 } catch (const std::bad_alloc &) {
     return failure;
 }
@@ -95,7 +95,7 @@ std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **te
         return 0;
     }
     *text = emptyText();
-    return row != nullptr && row->writing == writing_t::empty ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
+    return row != nullptr && row->write == service_t::nothing ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
 } catch (const std::bad_alloc &) {
     return failure;
 }
@@ -108,9 +108,9 @@ std::int32_t VEK_CALL vekParamsDeleteStruct(std::int32_t msgId, void **msgStruct
     if (msgStruct == nullptr)
         return failure;
     const catalogueRow_t *row = findInCatalogue(msgId);
-    if (row == nullptr || row->release == release_t::invalid)
+    if (row == nullptr || row->release == service_t::refused)
         return refuseReading(msgId);
-    if (row->release == release_t::nullOnly)
+    if (row->release == service_t::nothing)
         *msgStruct = nullptr;
     else if (*msgStruct != nullptr)
         row->conversion->destroy(*msgStruct);

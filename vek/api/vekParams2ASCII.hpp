@@ -42,7 +42,7 @@ template <messageStructure Structure>
 struct releaser_t {
     void operator()(Structure *structure) const {
         constexpr std::int32_t id = detail::idsOfStructure<Structure>.first; // of several, all release alike
-        if constexpr (messageOf_t<id>::releasedBy == releasedBy_t::destructor) {
+        if constexpr (messageOf_t<id>::release == service_t::refused) {
             delete structure;
         } else {
             void *released = structure;

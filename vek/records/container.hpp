@@ -23,7 +23,10 @@ struct containerBlock_t {
 template <class Item>
 class Container : public MessageBase {
 public:
-    Container(const Container &other) : Container(other.kind, other.count()) { addAll(other); }
+    Container(const Container &other) : Container(VEK_MSG_DEVICE_INFO, other.count()) {
+        kind = other.kind;
+        addAll(other);
+    }
     Container &operator=(const Container &other) {
         if (this != &other) {
             clear();
@@ -70,7 +73,7 @@ public:
 
 protected:
     /// With room for `capacity` items; for 10 when less than 1 is asked for.
-    explicit Container(std::int32_t messageKind, std::int32_t capacity = 0) : MessageBase(messageKind) {
+    explicit Container(vekMessageId id, std::int32_t capacity = 0) : MessageBase(id) {
         const std::int32_t room = capacity < 1 ? 10 : capacity;
         std::unique_ptr<Item *[]> items(new Item *[static_cast<std::size_t>(room)]);
         block_ = new containerBlock_t<Item>{items.get(), room, 0};

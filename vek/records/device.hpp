@@ -3,8 +3,8 @@
 // Sizes are pairs of width and height. A message's structure has its members in the order of its keys.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
 #include "vek/records/messageBase.hpp"
+#include "vek/records/messages.h"
 #include "vek/text/growableList.hpp"
 #include "vek/text/valueRange.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
@@ -26,13 +26,13 @@ public:
     std::int32_t extra = 0; ///< has no key, no conversion changes it
 
 protected:
-    explicit DeviceId(std::int32_t messageKind) : MessageBase(messageKind) {}
+    explicit DeviceId(vekMessageId id) : MessageBase(id) {}
 };
 
 /// 4096
 class DeviceInfo : public DeviceId {
 public:
-    DeviceInfo() : DeviceInfo(0) {}
+    DeviceInfo() : DeviceInfo(VEK_MSG_DEVICE_INFO) {}
 
     std::int32_t unloadMediaType = 0;
     std::int32_t numOfCassette = 1;
@@ -48,7 +48,7 @@ public:
     valueRange_t ddbDelay;
 
 protected:
-    explicit DeviceInfo(std::int32_t messageKind) : DeviceId(messageKind) {
+    explicit DeviceInfo(vekMessageId id) : DeviceId(id) {
         for (valueRange_t *range : {&spinnerSpeed, &laserInt, &focusValue}) {
             range->values().reserve(2);
             range->setInterval(-1.0, -1.0);
@@ -57,57 +57,50 @@ protected:
 };
 
 /// 4136
-class DeviceInfo2 : public DeviceInfo {
-public:
-    DeviceInfo2() : DeviceInfo(40) {}
+struct DeviceInfo2 : DeviceInfo {
+    DeviceInfo2() : DeviceInfo(VEK_MSG_DEVICE_INFO_2) {}
 };
 
 /// 4097
-class Version : public MessageBase {
-public:
-    Version() : MessageBase(1) {}
+struct Version : MessageBase {
+    Version() : MessageBase(VEK_MSG_VERSION) {}
 
     double version = 0.0;
     std::int32_t hwVersion = 0;
 };
 
 /// 4117
-class ByteId : public MessageBase {
-public:
-    ByteId() : MessageBase(21) {}
+struct ByteId : MessageBase {
+    ByteId() : MessageBase(VEK_MSG_BYTE_ID) {}
 
     std::uint8_t id = 0; ///< a flag, 0 or 1
 };
 
 /// 4118
-class DeviceState : public MessageBase {
-public:
-    DeviceState() : MessageBase(22) {}
+struct DeviceState : MessageBase {
+    DeviceState() : MessageBase(VEK_MSG_DEVICE_STATE) {}
 
     std::int32_t deviceState = 0;
 };
 
 /// 4119
-class DataPathPort : public MessageBase {
-public:
-    DataPathPort() : MessageBase(23) {}
+struct DataPathPort : MessageBase {
+    DataPathPort() : MessageBase(VEK_MSG_DATA_PATH_PORT) {}
 
     growableList_t<std::int16_t> dataPathPort;
 };
 
 /// 4132
-class NarrowMode : public MessageBase {
-public:
-    NarrowMode() : MessageBase(36) {}
+struct NarrowMode : MessageBase {
+    NarrowMode() : MessageBase(VEK_MSG_NARROW_MODE) {}
 
     std::uint8_t narrowMode = 0; ///< 0 or 1
     std::int32_t jobId = 0;
 };
 
 /// 4135
-class SupportDataPorts : public MessageBase {
-public:
-    SupportDataPorts() : MessageBase(39) {}
+struct SupportDataPorts : MessageBase {
+    SupportDataPorts() : MessageBase(VEK_MSG_SUPPORT_DATA_PORTS) {}
 
     std::int32_t supportDataPortsId = 0;
 };

@@ -2,8 +2,8 @@
 // names.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
 #include "vek/records/messageBase.hpp"
+#include "vek/records/messages.h"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <cstdint>
@@ -16,9 +16,8 @@ using ImageTopLeft = ::vekImageTopLeft;
 using Layout = ::vekLayout;
 
 /// 4104
-class ExposeResolution : public MessageBase {
-public:
-    ExposeResolution() : MessageBase(8) {}
+struct ExposeResolution : MessageBase {
+    ExposeResolution() : MessageBase(VEK_MSG_EXPOSE_RESOLUTION) {}
 
     ::vekSize res{};
     double dataFreq = 0.0;
@@ -28,9 +27,8 @@ public:
 };
 
 /// 4131. Four numbers, height first, and no sizes.
-class CylinderSize : public MessageBase {
-public:
-    CylinderSize() : MessageBase(35) {}
+struct CylinderSize : MessageBase {
+    CylinderSize() : MessageBase(VEK_MSG_CYLINDER_SIZE) {}
 
     double cylinderSizeMaxH = 0.0;
     double cylinderSizeMaxW = 0.0;

@@ -16,9 +16,8 @@
 namespace vek {
 
 /// 4129
-class CylinderJob : public MessageBase {
-public:
-    CylinderJob() : MessageBase(33) {}
+struct CylinderJob : MessageBase {
+    CylinderJob() : MessageBase(VEK_MSG_CYLINDER_JOB) {}
 
     std::int32_t cylinderId = 0;
     std::uint8_t isEndlessScreen = 0; ///< 0 or 1
@@ -27,8 +26,10 @@ public:
 };
 
 /// 4193: a job's name and its separations
-class jobSepList_t : public textGroup_t {
-public:
+struct jobSepList_t : textGroup_t {
+    static constexpr std::string_view about = "A job's name and its separations. A 16-bit text stands in the body as a "
+                                              "list of character codes, the terminating 0 included.";
+
     jobSepList_t() : textGroup_t(pass_t::parse) {}
 
     wideStringField_t jobName{*this, "JOB_NAME"};
@@ -36,8 +37,10 @@ public:
 };
 
 /// 4194
-class jobPort_t : public textGroup_t {
-public:
+struct jobPort_t : textGroup_t {
+    static constexpr std::string_view about =
+        "The port of a job. The name stands in the body as a list of character codes, the terminating 0 included.";
+
     jobPort_t() : textGroup_t(pass_t::parse) {}
 
     wideStringField_t jobName{*this, "JOB_NAME"};
@@ -46,8 +49,9 @@ public:
 };
 
 /// 4195
-class gdapiDataPath_t : public textGroup_t {
-public:
+struct gdapiDataPath_t : textGroup_t {
+    static constexpr std::string_view about = "The data path and its port.";
+
     gdapiDataPath_t() : textGroup_t(pass_t::parse) {}
 
     ownEnumField_t gdapiDataPath{*this, "GDAPI_DATA_PATH", dataPathNames};

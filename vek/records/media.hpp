@@ -1,9 +1,9 @@
 // Message structures of the media that the device knows and holds: media types, groups, cassettes.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
+#include "vek/records/messages.h"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -16,9 +16,8 @@ using MediaParams = ::vekMediaParams;
 using MediaContent = ::vekMediaContent;
 
 /// 4098, and in Cassette
-class Media : public MessageBase {
-public:
-    Media() : MessageBase(2) {}
+struct Media : MessageBase {
+    Media() : MessageBase(VEK_MSG_MEDIA) {}
 
     std::int32_t type = 0;         ///< media type
     std::int32_t exposureType = 1; ///< exposure polarity
@@ -31,9 +30,8 @@ public:
 };
 
 /// 4100
-class Cassette : public MessageBase {
-public:
-    Cassette() : MessageBase(4) {}
+struct Cassette : MessageBase {
+    Cassette() : MessageBase(VEK_MSG_CASSETTE) {}
 
     string_t name;
     Size exposeOffset{};
@@ -49,15 +47,13 @@ public:
 };
 
 /// 4101
-class CassetteArray : public Container<Cassette> {
-public:
-    CassetteArray() : Container(5) {}
+struct CassetteArray : Container<Cassette> {
+    CassetteArray() : Container(VEK_MSG_CASSETTE_ARRAY) {}
 };
 
 /// 4103
-class MediaOutput : public MessageBase {
-public:
-    MediaOutput() : MessageBase(7) {}
+struct MediaOutput : MessageBase {
+    MediaOutput() : MessageBase(VEK_MSG_MEDIA_OUTPUT) {}
 
     double maxOutput = 0.0;
     double outContent = 0.0;
@@ -65,18 +61,16 @@ public:
 };
 
 /// 4112
-class FocusValue : public MessageBase {
-public:
-    FocusValue() : MessageBase(16) {}
+struct FocusValue : MessageBase {
+    FocusValue() : MessageBase(VEK_MSG_FOCUS_VALUE) {}
 
     string_t mediaName;
     double focusValue = 0.0;
 };
 
 /// 4114, and an item of MediaGroupArray
-class MediaGroup : public MessageBase {
-public:
-    MediaGroup() : MessageBase(18) {}
+struct MediaGroup : MessageBase {
+    MediaGroup() : MessageBase(VEK_MSG_MEDIA_GROUP) {}
 
     string_t groupName;
     std::int32_t isInstalled = 0;
@@ -85,33 +79,29 @@ public:
 };
 
 /// 4115
-class MediaGroupArray : public Container<MediaGroup> {
-public:
-    MediaGroupArray() : Container(19) {}
+struct MediaGroupArray : Container<MediaGroup> {
+    MediaGroupArray() : Container(VEK_MSG_MEDIA_GROUP_ARRAY) {}
 
     std::int32_t groupCount = 0; ///< a plain value; the container counts itself
 };
 
 /// An item of MediaArray
-class DeviceMedia : public MessageBase {
-public:
+struct DeviceMedia : MessageBase {
     string_t deviceMediaName;
     growableList_t<string_t> colorArray;
     std::int32_t sizeArray = 0; ///< a plain value; the list counts itself
 };
 
 /// 4116
-class MediaArray : public Container<DeviceMedia> {
-public:
-    MediaArray() : Container(20) {}
+struct MediaArray : Container<DeviceMedia> {
+    MediaArray() : Container(VEK_MSG_MEDIA_ARRAY) {}
 
     std::int32_t sizeArray = 0; ///< a plain value; the container counts itself
 };
 
 /// 4130
-class DeviceMediaNameArray : public Container<string_t> {
-public:
-    DeviceMediaNameArray() : Container(34) {}
+struct DeviceMediaNameArray : Container<string_t> {
+    DeviceMediaNameArray() : Container(VEK_MSG_DEVICE_MEDIA_NAME_ARRAY) {}
 };
 
 } // namespace vek

@@ -4,6 +4,8 @@
 // empty when the key is absent; only members that no key stands for keep their defaults.
 #pragma once
 
+#include "vek/records/messages.h"
+
 #include <cstdint>
 
 namespace vek {
@@ -20,7 +22,7 @@ public:
     std::int32_t kind = -1;
 
 protected:
-    explicit MessageBase(std::int32_t messageKind) : kind(messageKind) {}
+    explicit MessageBase(vekMessageId id) : kind(static_cast<std::int32_t>(id) - VEK_MSG_DEVICE_INFO) {}
 };
 
 } // namespace vek

@@ -1,9 +1,9 @@
 // Message structures of the punch systems.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
+#include "vek/records/messages.h"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -15,9 +15,8 @@ using Size = ::vekSize;
 using PunchParams = ::vekPunchParams;
 
 /// 4099
-class PunchSystem : public MessageBase {
-public:
-    PunchSystem() : MessageBase(3) {}
+struct PunchSystem : MessageBase {
+    PunchSystem() : MessageBase(VEK_MSG_PUNCH_SYSTEM) {}
 
     Size center{};
     double minFilmFeed = -1.0;
@@ -31,9 +30,8 @@ public:
 };
 
 /// 4102
-class PunchArray : public Container<PunchSystem> {
-public:
-    PunchArray() : Container(6) {}
+struct PunchArray : Container<PunchSystem> {
+    PunchArray() : Container(VEK_MSG_PUNCH_ARRAY) {}
 };
 
 } // namespace vek

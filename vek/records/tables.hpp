@@ -1,9 +1,9 @@
 // Message structures of the device's calibration tables.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
+#include "vek/records/messages.h"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -15,8 +15,7 @@ using ColorTable = ::vekColorTable;
 using ColorValue = ::vekColorValue;
 
 /// An entry of ResIntTable: laser intensity and spinner speed of one resolution
-class ResIntEntry : public MessageBase {
-public:
+struct ResIntEntry : MessageBase {
     float res = 0.0F;
     float intensity = 0.0F; ///< INT in the text
     float speed = 0.0F;
@@ -26,9 +25,8 @@ public:
 };
 
 /// 4105
-class ResIntTable : public MessageBase {
-public:
-    ResIntTable() : MessageBase(9) {}
+struct ResIntTable : MessageBase {
+    ResIntTable() : MessageBase(VEK_MSG_RES_INT_TABLE) {}
 
     string_t deviceType;
     string_t portType;
@@ -43,50 +41,43 @@ public:
 };
 
 /// 4106, and an item of ResIntArray
-class TableRef : public MessageBase {
-public:
-    TableRef() : MessageBase(10) {}
+struct TableRef : MessageBase {
+    TableRef() : MessageBase(VEK_MSG_TABLE_REF) {}
 
     std::int32_t num = 0;
     string_t name;
 };
 
 /// 4107
-class ResIntArray : public Container<TableRef> {
-public:
-    ResIntArray() : Container(11) {}
+struct ResIntArray : Container<TableRef> {
+    ResIntArray() : Container(VEK_MSG_RES_INT_ARRAY) {}
 };
 
 /// An item of DelayValueTable: the data delay of one resolution
-class DelayValue : public MessageBase {
-public:
+struct DelayValue : MessageBase {
     float resolution = 0.0F;
     float delayValMic = 0.0F; ///< microseconds
 };
 
 /// 4110
-class DelayValueTable : public Container<DelayValue> {
-public:
-    DelayValueTable() : Container(14) {}
+struct DelayValueTable : Container<DelayValue> {
+    DelayValueTable() : Container(VEK_MSG_DELAY_VALUE_TABLE) {}
 };
 
 /// An item of ResMotorTable: the resolution motor's setting for one resolution
-class ResMotorEntry : public MessageBase {
-public:
+struct ResMotorEntry : MessageBase {
     float res = 0.0F;
     float resMotor = 0.0F;
 };
 
 /// 4111
-class ResMotorTable : public Container<ResMotorEntry> {
-public:
-    ResMotorTable() : Container(15) {}
+struct ResMotorTable : Container<ResMotorEntry> {
+    ResMotorTable() : Container(VEK_MSG_RES_MOTOR_TABLE) {}
 };
 
 /// 4113
-class ResIntSpeed : public MessageBase {
-public:
-    ResIntSpeed() : MessageBase(17) {}
+struct ResIntSpeed : MessageBase {
+    ResIntSpeed() : MessageBase(VEK_MSG_RES_INT_SPEED) {}
 
     string_t tableName;
     std::int32_t tableId = -1;

@@ -30,8 +30,7 @@ public:
     }
 
     void describe(fieldDescription_t &description) const {
-        description.kind = "enumeration";
-        description.memberType = "int32_t";
+        description.kind = fieldKind_t::enumeration;
         description.enumeration = title_;
         description.names = names_;
         description.nameCount = count_;
@@ -71,10 +70,6 @@ protected:
 
     const enumNames_t *names_;
     Holder value_;
-
-private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
 };
 
 /// Bound to a member of a message structure.
@@ -110,6 +105,12 @@ public:
     void clear() {
         value_ = 0;
         isSet = 0;
+    }
+
+    /// The member is the field itself: hosts see no more of it than its value.
+    void describe(fieldDescription_t &description) const override {
+        basicEnumField_t::describe(description);
+        description.bindTo(*this);
     }
 };
 

@@ -72,9 +72,6 @@ protected:
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
 
 private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
-
     void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())

@@ -21,7 +21,7 @@ void writeText(const char *text, std::size_t size, bodyWriter_t &out);
 
 struct longCodec_t {
     using value_t = std::int32_t;
-    static constexpr std::string_view kind = "long integer", memberType = "int32_t";
+    static constexpr fieldKind_t kind = fieldKind_t::integer32;
     static void clear(value_t &value) { value = 0; }
     static void write(value_t value, bodyWriter_t &out) { out.advance(writeInteger(value, out.room(integerRoom))); }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
@@ -30,7 +30,7 @@ struct longCodec_t {
 /// Reading keeps the low 16 bits.
 struct shortCodec_t {
     using value_t = std::int16_t;
-    static constexpr std::string_view kind = "short integer", memberType = "int16_t";
+    static constexpr fieldKind_t kind = fieldKind_t::integer16;
     static void clear(value_t &value) { value = 0; }
     static void write(value_t value, bodyWriter_t &out) { longCodec_t::write(value, out); }
     static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readInteger(text)); }
@@ -38,7 +38,7 @@ struct shortCodec_t {
 
 struct doubleCodec_t {
     using value_t = double;
-    static constexpr std::string_view kind = "double", memberType = "double";
+    static constexpr fieldKind_t kind = fieldKind_t::float64;
     static void clear(value_t &value) { value = 0.0; }
     static void write(value_t value, bodyWriter_t &out) { out.advance(writeReal(value, out.room(realRoom))); }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
@@ -47,7 +47,7 @@ struct doubleCodec_t {
 /// Reads a double first, and narrows it to the nearest float.
 struct floatCodec_t {
     using value_t = float;
-    static constexpr std::string_view kind = "float", memberType = "float";
+    static constexpr fieldKind_t kind = fieldKind_t::float32;
     static void clear(value_t &value) { value = 0.0F; }
     static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(static_cast<double>(value), out); }
     static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readReal(text)); }
@@ -56,7 +56,7 @@ struct floatCodec_t {
 /// "TRUE" or "FALSE"; every text but "TRUE" reads as 0.
 struct boolCodec_t {
     using value_t = std::uint8_t;
-    static constexpr std::string_view kind = "boolean", memberType = "uint8_t";
+    static constexpr fieldKind_t kind = fieldKind_t::boolean;
     static void clear(value_t &value) { value = 0; }
     static void write(value_t value, bodyWriter_t &out) {
         using namespace std::string_view_literals;
@@ -67,7 +67,7 @@ struct boolCodec_t {
 
 struct stringCodec_t {
     using value_t = string_t;
-    static constexpr std::string_view kind = "string", memberType = "string_t";
+    static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { value = value_t(); }
     static void write(const value_t &value, bodyWriter_t &out) { writeText(value.c_str(), value.length(), out); }
     static void read(std::string_view text, value_t &value);
@@ -77,7 +77,7 @@ struct stringCodec_t {
 template <std::size_t Room>
 struct fixedTextCodec_t {
     using value_t = char[Room];
-    static constexpr std::string_view kind = "string", memberType = "char";
+    static constexpr fieldKind_t kind = fieldKind_t::text;
     static constexpr std::int32_t room = Room;
     static void clear(value_t &value) { std::memset(value, 0, Room); }
     static void write(const value_t &value, bodyWriter_t &out) {
@@ -95,7 +95,7 @@ struct fixedTextCodec_t {
 /// A 32-bit pixel size that stands in the text as a real: truncated toward zero, 0 when that doesn't fit 32 bits.
 struct pixelCodec_t {
     using value_t = std::int32_t;
-    static constexpr std::string_view kind = "double", memberType = "int32_t";
+    static constexpr fieldKind_t kind = fieldKind_t::pixels;
     static void clear(value_t &value) { value = 0; }
     static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(value, out); }
     static void read(std::string_view text, value_t &value) {
@@ -128,7 +128,6 @@ public:
 
     void describe(fieldDescription_t &description) const override {
         description.kind = Codec::kind;
-        description.memberType = Codec::memberType;
         description.bindTo(value_);
         if constexpr (requires { Codec::room; })
             description.room = Codec::room;
@@ -139,10 +138,6 @@ protected:
     explicit valueField_t(Holder value) : value_(value) {}
 
     Holder value_;
-
-private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
 };
 
 /// A field bound to a member of a message structure.
@@ -190,6 +185,12 @@ public:
     void clear() {
         Codec::clear(this->value_);
         this->isSet = 0;
+    }
+
+    /// The member is the field itself: hosts see no more of it than its value.
+    void describe(fieldDescription_t &description) const override {
+        valueField_t<Codec, value_t>::describe(description);
+        description.bindTo(*this);
     }
 };
 

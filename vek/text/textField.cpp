@@ -102,7 +102,7 @@ void textGroup_t::assignByPosition(bodyScanner_t &pairs) {
 }
 
 void textGroup_t::describe(fieldDescription_t &description) const {
-    description.kind = "nested record";
+    description.kind = fieldKind_t::record;
     description.group = this;
 }
 

@@ -8,14 +8,12 @@
 
 #include "vek/text/bodyScanner.hpp"
 #include "vek/text/bodyWriter.hpp"
+#include "vek/text/description.hpp"
 
 #include <cstdint>
 #include <string_view>
 
 namespace vek {
-
-class textGroup_t;
-struct fieldDescription_t;
 
 /// What a field is made for. A field made to print is set. One made to parse is unset, and puts its member to the
 /// value of an absent key (0, FALSE, empty), which no default of the structure survives.
@@ -55,8 +53,6 @@ protected:
 
 private:
     friend class textGroup_t;
-    template <class>
-    friend struct layoutOf; // pins where the members lie
 
     bool matched_ = false; // the parse pass met a pair with this key
     std::uint32_t keyLength_;
@@ -95,8 +91,6 @@ public:
 
 private:
     friend class textField_t;
-    template <class>
-    friend struct layoutOf; // pins where the members lie
 
     void assignByPosition(bodyScanner_t &pairs);
     static void assign(textField_t &member, std::string_view value);
@@ -108,52 +102,6 @@ private:
     pass_t pass_;
     layout_t layout_;
     std::uint32_t parsed_ = 0;
-};
-
-/// A record class and its message structure, shown to a recordVisitor_t.
-struct recordDescription_t {
-    std::string_view record;    ///< name of the record class, for example "media_t"
-    std::string_view structure; ///< name of the structure, for example "Media"
-    const textGroup_t &fields;  ///< the record, made to print `address`
-    const void *address;        ///< a structure with its declared defaults
-    std::size_t size;           ///< its size in bytes
-};
-
-class recordVisitor_t {
-public:
-    /// The description and what it refers to end with the call.
-    virtual void visit(const recordDescription_t &description) = 0;
-
-protected:
-    ~recordVisitor_t() = default;
-};
-
-/// Shows a record class to a visitor.
-template <class Record>
-[[gnu::cold]] void visitRecord(recordVisitor_t &visitor);
-
-/// What describe() tells: enough to document a field and to check where its member lies.
-struct fieldDescription_t {
-    std::string_view kind;              ///< the kind in words, for example "long integer"; a list's is its element's
-    std::string_view memberType;        ///< the C++ type of the member, or of a list's element
-    const void *member = nullptr;       ///< the member the field is bound to
-    std::size_t memberSize = 0;         ///< its size in bytes
-    std::string_view enumeration;       ///< an enumeration in words, for example "media type"
-    const char *const *names = nullptr; ///< an enumeration's names, in order of their values
-    std::int32_t nameCount = 0;         ///< how many there are
-    const textGroup_t *group = nullptr; ///< a nested record
-    std::string_view list;              ///< how a list is held: "list", "container", "array", "range"; else empty
-    std::int32_t room = -1;             ///< the elements a list of fixed room holds, or a character array's size
-    std::int32_t elementRoom = -1;      ///< the size of the character arrays that are a list's elements
-    const void *countMember = nullptr;  ///< the member that limits how many elements of a list are printed
-    bool isCountChecked = true;         ///< false: that many are printed, be there as many or not
-    void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements
-
-    template <class Member>
-    void bindTo(const Member &bound) {
-        member = &bound;
-        memberSize = sizeof bound;
-    }
 };
 
 inline textField_t::textField_t(textGroup_t &group, std::string_view key)

@@ -17,8 +17,7 @@ void wideCharacter_t::fromText(std::string_view text) {
 }
 
 void wideElements_t::describe(fieldDescription_t &description) const {
-    description.kind = "16-bit character string";
-    description.memberType = "wideStringField_t";
+    description.kind = fieldKind_t::text16;
 }
 
 wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
@@ -81,9 +80,8 @@ void wideStringElements_t::allocate(std::int32_t count) {
 }
 
 void wideStringElements_t::describe(fieldDescription_t &description) const {
-    description.kind = "16-bit character string";
-    description.memberType = "wideStringField_t";
-    description.list = "list";
+    description.kind = fieldKind_t::text16;
+    description.list = listKind_t::growable;
 }
 
 void wideStringListField_t::clear() {

@@ -35,9 +35,6 @@ public:
     void describe(fieldDescription_t &description) const;
 
 private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
-
     growableList_t<wideCharacter_t> characters_;
 };
 
@@ -73,9 +70,6 @@ public:
     }
 
 private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
-
     void rebuildText();
 
     growableList_t<char16_t> text_;
@@ -102,9 +96,6 @@ public:
     wideStringField_t *const *end() const { return texts_.end(); }
 
 private:
-    template <class>
-    friend struct layoutOf; // pins where the members lie
-
     const char *key_;
     std::size_t keyLength_;
     growableList_t<wideStringField_t *> texts_;

@@ -32,7 +32,7 @@ public:
     }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Item>(description);
-        description.list = "container";
+        description.list = listKind_t::container;
         description.bindTo(items_);
     }
 

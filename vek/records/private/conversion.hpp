@@ -3,14 +3,15 @@
 #pragma once
 
 #include "vek/text/bodyWriter.hpp"
-#include "vek/text/textField.hpp"
+#include "vek/text/description.hpp"
 
 #include <string_view>
 
 namespace vek {
 
-/// The functions for one record class. Their definitions are instantiated where the record class is.
-template <class Record>
+/// The functions for one record class and the structure that the catalogue says it has. They are instantiated where the
+/// record class is, so a row of the catalogue that names another structure does not link.
+template <class Structure, class Record>
 struct conversionOf {
     /// A structure with its declared defaults. Throws std::bad_alloc.
     static void *create();
@@ -32,9 +33,10 @@ struct conversion_t {
     void (*visit)(recordVisitor_t &visitor) = nullptr;
 };
 
-template <class Record>
-inline constexpr conversion_t conversion{&conversionOf<Record>::create, &conversionOf<Record>::parse,
-                                         &conversionOf<Record>::print, &conversionOf<Record>::destroy,
-                                         &conversionOf<Record>::visit};
+template <class Structure, class Record>
+inline constexpr conversion_t conversion{
+    &conversionOf<Structure, Record>::create, &conversionOf<Structure, Record>::parse,
+    &conversionOf<Structure, Record>::print, &conversionOf<Structure, Record>::destroy,
+    &conversionOf<Structure, Record>::visit};
 
 } // namespace vek

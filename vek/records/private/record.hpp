@@ -1,12 +1,11 @@
 // record_t: the base of the record classes, which bind the members of a message structure to fields.
 //
-// To add a message: declare its structure, derive a record class that states each key on one line, in text order, as
-// field{*this, "KEY", structure.member}, instantiate conversionOf for it, and give its id a row in
-// vek/api/catalogue.cpp and one in vek/api/messageTable.hpp.
+// A record class states each key on one line, in text order, as field{*this, "KEY", structure.member}, and in one line
+// what it is about. The steps of adding a message are in docs/adding-a-message.md.
 #pragma once
 
 #include "vek/records/private/conversion.hpp"
-#include "vek/text/private/typeName.hpp"
+#include "vek/text/private/recordVisit.hpp"
 #include "vek/text/textField.hpp"
 
 #include <cstring>
@@ -31,7 +30,7 @@ public:
 
     void describe(fieldDescription_t &description) const override {
         textGroup_t::describe(description);
-        description.memberType = typeName<Structure>();
+        description.structure = typeName<Structure>();
         description.bindTo(structure);
     }
 
@@ -39,80 +38,63 @@ protected:
     Structure &structure;
 };
 
-/// Gives a value-initialised structure its declared defaults: a plain one is zero but for what the record class's
-/// setDefaults() says. Memory that a plain structure owns is released by the record class's releaseMembers().
-template <class Record>
-void fillWithDefaults(typename Record::structure_t &structure) {
-    if constexpr (requires { Record::setDefaults(structure); })
-        Record::setDefaults(structure);
-}
+namespace detail {
 
 template <class Record>
-void *conversionOf<Record>::create() {
-    if constexpr (requires { typename Record::structure_t; }) {
-        using structure_t = typename Record::structure_t;
-        if constexpr (std::is_polymorphic_v<structure_t>) {
-            return new structure_t();
-        } else {
-            // Cleared as memory, so that padding is zero too.
-            auto *structure =
-                static_cast<structure_t *>(std::memset(::operator new(sizeof(structure_t)), 0, sizeof(structure_t)));
-            fillWithDefaults<Record>(*structure);
-            return structure;
-        }
+struct structureOfRecord {
+    using type = Record; // its own
+};
+template <bindsStructure Record>
+struct structureOfRecord<Record> {
+    using type = typename Record::structure_t;
+};
+
+} // namespace detail
+
+template <class Structure, class Record>
+void *conversionOf<Structure, Record>::create() {
+    static_assert(std::is_same_v<Structure, typename detail::structureOfRecord<Record>::type>,
+                  "the record class has another structure");
+    if constexpr (std::is_polymorphic_v<Structure>) {
+        return new Structure();
     } else {
-        return new Record();
+        // Cleared as memory, so that padding is zero too.
+        auto *structure =
+            static_cast<Structure *>(std::memset(::operator new(sizeof(Structure)), 0, sizeof(Structure)));
+        fillWithDefaults<Record>(*structure);
+        return structure;
     }
 }
 
-template <class Record>
-void conversionOf<Record>::parse(void *structure, std::string_view body) {
-    if constexpr (requires { typename Record::structure_t; })
-        Record(pass_t::parse, *static_cast<typename Record::structure_t *>(structure)).fromText(body);
+template <class Structure, class Record>
+void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
+    if constexpr (bindsStructure<Record>)
+        Record(pass_t::parse, *static_cast<Structure *>(structure)).fromText(body);
     else
         static_cast<Record *>(structure)->Record::fromText(body);
 }
 
-template <class Record>
-void conversionOf<Record>::print(void *structure, bodyWriter_t &out) {
-    if constexpr (requires { typename Record::structure_t; })
-        Record(pass_t::print, *static_cast<typename Record::structure_t *>(structure)).toText(out);
+template <class Structure, class Record>
+void conversionOf<Structure, Record>::print(void *structure, bodyWriter_t &out) {
+    if constexpr (bindsStructure<Record>)
+        Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
     else
         static_cast<Record *>(structure)->Record::toText(out);
 }
 
-template <class Record>
-void conversionOf<Record>::destroy(void *structure) {
-    if constexpr (requires { typename Record::structure_t; }) {
-        using structure_t = typename Record::structure_t;
-        if constexpr (std::is_polymorphic_v<structure_t>) {
-            delete static_cast<structure_t *>(structure);
-        } else {
-            if constexpr (requires(structure_t & plain) { Record::releaseMembers(plain); })
-                Record::releaseMembers(*static_cast<structure_t *>(structure));
-            ::operator delete(structure);
-        }
+template <class Structure, class Record>
+void conversionOf<Structure, Record>::destroy(void *structure) {
+    if constexpr (std::is_polymorphic_v<Structure>) {
+        delete static_cast<Structure *>(structure);
     } else {
-        delete static_cast<Record *>(structure);
+        if constexpr (requires(Structure & plain) { Record::releaseMembers(plain); })
+            Record::releaseMembers(*static_cast<Structure *>(structure));
+        ::operator delete(structure);
     }
 }
 
-template <class Record>
-void visitRecord(recordVisitor_t &visitor) {
-    if constexpr (requires { typename Record::structure_t; }) {
-        using structure_t = typename Record::structure_t;
-        structure_t structure{};
-        fillWithDefaults<Record>(structure);
-        const Record record(pass_t::print, structure);
-        visitor.visit({typeName<Record>(), typeName<structure_t>(), record, &structure, sizeof structure});
-    } else {
-        const Record record;
-        visitor.visit({typeName<Record>(), typeName<Record>(), record, &record, sizeof record});
-    }
-}
-
-template <class Record>
-void conversionOf<Record>::visit(recordVisitor_t &visitor) {
+template <class Structure, class Record>
+void conversionOf<Structure, Record>::visit(recordVisitor_t &visitor) {
     visitRecord<Record>(visitor);
 }
 

@@ -5,6 +5,7 @@
 
 #include "vek/text/fieldArray.hpp"
 #include "vek/text/growableList.hpp"
+#include "vek/text/private/recordVisit.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -17,7 +18,7 @@ namespace vek {
 template <class Element, class Value>
 void describeElement(fieldDescription_t &description) {
     if constexpr (std::is_base_of_v<textGroup_t, Element>) {
-        description.visitElement = [](recordVisitor_t &visitor) { visitRecord<Element>(visitor); };
+        description.visitElement = &visitRecord<Element>;
     } else {
         Value value{};
         Element(pass_t::print, value).describe(description);
@@ -45,7 +46,7 @@ public:
     }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
-        description.list = "list";
+        description.list = listKind_t::growable;
         description.bindTo(list_);
         description.countMember = count_;
     }
@@ -91,7 +92,7 @@ public:
     void allocate(std::int32_t count) { used_ = std::min(count, roomSize); }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
-        description.list = "array";
+        description.list = listKind_t::array;
         description.member = values_;
         description.memberSize = sizeof(array_t);
         description.countMember = Counting == counting_t::all ? nullptr : &count_;

@@ -47,8 +47,7 @@ public:
     void allocate(std::int32_t count) { range_.values().resize(count); }
     void describe(fieldDescription_t &description) const {
         description.kind = doubleCodec_t::kind;
-        description.memberType = "valueRange_t";
-        description.list = "range";
+        description.list = listKind_t::range;
         description.bindTo(range_);
     }
 

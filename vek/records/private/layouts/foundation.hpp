@@ -1,4 +1,4 @@
-// Layouts of the types that message structures are made of: texts, lists, ranges, containers.
+// Layouts of the types that message structures are made of: sizes, texts, lists, ranges, containers.
 #pragma once
 
 #include "vek/records/container.hpp"
@@ -15,6 +15,14 @@
 namespace vek {
 
 // clang-format off: one line a member
+
+template <>
+struct layoutOf<vekSize> : pinned_t<vekSize, void, 16, 16> {
+    static constexpr std::array members{
+        VEK_MEMBER(double, width, 0, 0),
+        VEK_MEMBER(double, height, 8, 8),
+    };
+};
 
 template <>
 struct layoutOf<stringRep_t> : pinned_t<stringRep_t, void, 80, 88> {
@@ -79,6 +87,13 @@ struct layoutOf<Container<Item>> : pinned_t<Container<Item>, MessageBase, 12, 24
 };
 
 // clang-format on
+
+inline constexpr layoutFamily_t sizeLayouts{"vek/records/messages.h", layouts<vekSize>};
+inline constexpr layoutFamily_t stringLayouts{"vek/vek_std/std_sys/vek_string.hpp", layouts<string_t, stringRep_t>};
+inline constexpr layoutFamily_t listLayouts{"vek/text/growableList.hpp", layouts<growableList_t<string_t>>};
+inline constexpr layoutFamily_t rangeLayouts{"vek/text/valueRange.hpp", layouts<valueRange_t>};
+inline constexpr layoutFamily_t containerLayouts{"vek/records/container.hpp",
+                                                 layouts<Container<string_t>, containerBlock_t<string_t>>};
 
 } // namespace vek
 

@@ -46,6 +46,7 @@ struct structureLayout_t {
     std::string_view name;
     bytes_t size;
     bool hasVirtualTable;          ///< then a pointer to it comes first
+    bool isOpaque;                 ///< its members are not shown
     const structureLayout_t *base; ///< lies at the start; null when there is none
     std::span<const memberLayout_t> members;
 };
@@ -63,6 +64,12 @@ struct pinned_t {
     static constexpr bytes_t size{Windows32, Linux64};
     static constexpr std::array<memberLayout_t, 0> members{};
     static_assert(!isPinnedTarget || sizeof(Structure) == size.here(), "the structure has another size");
+};
+
+/// For a type of which hosts need the size and the place alone: nothing inside it is pinned or shown.
+template <class Structure, std::size_t Windows32, std::size_t Linux64>
+struct opaque_t : pinned_t<Structure, void, Windows32, Linux64> {
+    static constexpr bool isOpaque = true;
 };
 
 template <class T>
@@ -114,6 +121,8 @@ consteval memberLayout_t pinnedMember(std::string_view name, std::string_view ty
 template <class T>
 consteval std::size_t endOfMembers() {
     using base_t = typename layoutOf<T>::base_t;
+    if constexpr (requires { layoutOf<T>::isOpaque; })
+        return sizeof(T);
     std::size_t end = std::is_polymorphic_v<T> ? sizeof(void *) : 0;
     if constexpr (!std::is_void_v<base_t>)
         end = endOfMembers<base_t>();
@@ -132,7 +141,19 @@ consteval structureLayout_t layoutWithoutGaps() {
     const structureLayout_t *base = nullptr;
     if constexpr (!std::is_void_v<typename layout::base_t>)
         base = &structureLayout<typename layout::base_t>;
-    return {layout::name, layout::size, std::is_polymorphic_v<T>, base, layout::members};
+    return {layout::name, layout::size, std::is_polymorphic_v<T>, requires {layout::isOpaque;
 }
+, base, layout::members
+}; // namespace vek
+}
+
+/// The structures that one header declares.
+struct layoutFamily_t {
+    std::string_view header;
+    std::span<const structureLayout_t *const> structures;
+};
+
+template <class... Structures>
+inline constexpr std::array<const structureLayout_t *, sizeof...(Structures)> layouts{&structureLayout<Structures>...};
 
 } // namespace vek

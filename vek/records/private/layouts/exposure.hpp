@@ -1,8 +1,10 @@
-// Layouts of the plain structures, those of the C header.
+// Layouts of the message structures of exposures.
 #pragma once
 
-#include "vek/api/vekParams2ASCII.h"
-#include "vek/records/private/layouts/layout.hpp"
+#include "vek/records/exposure.hpp"
+#include "vek/records/private/layouts/foundation.hpp"
+#include "vek/records/private/layouts/media.hpp"
+#include "vek/records/private/layouts/punch.hpp"
 
 // offsetof in classes with a virtual table or hidden members is left to compilers; all that build this support it.
 #pragma GCC diagnostic push
@@ -13,42 +15,31 @@ namespace vek {
 // clang-format off: one line a member
 
 template <>
-struct layoutOf<vekSize> : pinned_t<vekSize, void, 16, 16> {
+struct layoutOf<ExposeResolution> : pinned_t<ExposeResolution, MessageBase, 56, 64> {
     static constexpr std::array members{
-        VEK_MEMBER(double, width, 0, 0),
-        VEK_MEMBER(double, height, 8, 8),
+        VEK_MEMBER(vekSize, res, 8, 16),          VEK_MEMBER(double, dataFreq, 24, 32),
+        VEK_MEMBER(double, spinnerSpeed, 32, 40), VEK_MEMBER(int16_t, laserIntensity, 40, 48),
+        VEK_MEMBER(double, exposeMhz, 48, 56),
     };
 };
 
 template <>
-struct layoutOf<vekHeightWidth> : pinned_t<vekHeightWidth, void, 8, 8> {
+struct layoutOf<CylinderSize> : pinned_t<CylinderSize, MessageBase, 40, 48> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, height, 0, 0),
-        VEK_MEMBER(int32_t, width, 4, 4),
+        VEK_MEMBER(double, cylinderSizeMaxH, 8, 16),
+        VEK_MEMBER(double, cylinderSizeMaxW, 16, 24),
+        VEK_MEMBER(double, cylinderSizeMinH, 24, 32),
+        VEK_MEMBER(double, cylinderSizeMinW, 32, 40),
     };
 };
 
 template <>
-struct layoutOf<vekPixelSize> : pinned_t<vekPixelSize, void, 8, 8> {
+struct layoutOf<BitmapType> : pinned_t<BitmapType, void, 20, 40> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, width, 0, 0),
-        VEK_MEMBER(int32_t, height, 4, 4),
-    };
-};
-
-template <>
-struct layoutOf<vekIdRecord> : pinned_t<vekIdRecord, void, 4, 4> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, id, 0, 0),
-    };
-};
-
-template <>
-struct layoutOf<vekDeviceStatus> : pinned_t<vekDeviceStatus, void, 2568, 2568> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, status, 0, 0),       VEK_MEMBER(int32_t, lowStatus, 4, 4),
-        VEK_MEMBER(int32_t, severity, 8, 8),     VEK_MEMBER(int32_t, numOfMessages, 12, 12),
-        VEK_MEMBER(char[10][255], msgs, 16, 16),
+        VEK_MEMBER(int32_t, bitMapType, 4, 8),
+        VEK_MEMBER(string_t, scrUnitType, 8, 16),
+        VEK_MEMBER(string_t, deviceType, 12, 24),
+        VEK_MEMBER(string_t, exposeType, 16, 32),
     };
 };
 
@@ -59,24 +50,6 @@ struct layoutOf<vekLayout> : pinned_t<vekLayout, void, 520, 520> {
         VEK_MEMBER(int32_t, jobId, 4, 4),
         VEK_MEMBER(char[256], jobticketName, 8, 8),
         VEK_MEMBER(char[256], sepsArray, 264, 264),
-    };
-};
-
-template <>
-struct layoutOf<vekMediaParams> : pinned_t<vekMediaParams, void, 56, 56> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, mediaType, 0, 0),       VEK_MEMBER(int32_t, unloadMediaType, 4, 4),
-        VEK_MEMBER(int32_t, unloadPolicy, 8, 8),    VEK_MEMBER(double, filmFeed, 16, 16),
-        VEK_MEMBER(char[32], cassetteName, 24, 24),
-    };
-};
-
-template <>
-struct layoutOf<vekPunchParams> : pinned_t<vekPunchParams, void, 48, 48> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, numSystems, 0, 0),
-        VEK_MEMBER(int32_t, align, 4, 4),
-        VEK_MEMBER(int32_t[10], activeSystems, 8, 8),
     };
 };
 
@@ -98,6 +71,14 @@ struct layoutOf<vekExposeJob> : pinned_t<vekExposeJob, void, 464, 464> {
         VEK_MEMBER(vekSize, cylinderSize, 344, 344),
         VEK_MEMBER(vekMediaParams, mediaParams, 360, 360),
         VEK_MEMBER(vekPunchParams, punchParams, 416, 416),
+    };
+};
+
+template <>
+struct layoutOf<vekPixelSize> : pinned_t<vekPixelSize, void, 8, 8> {
+    static constexpr std::array members{
+        VEK_MEMBER(int32_t, width, 0, 0),
+        VEK_MEMBER(int32_t, height, 4, 4),
     };
 };
 
@@ -131,19 +112,10 @@ struct layoutOf<vekExposeParams> : pinned_t<vekExposeParams, void, 1168, 1168> {
 };
 
 template <>
-struct layoutOf<vekColorValue> : pinned_t<vekColorValue, void, 16, 16> {
+struct layoutOf<vekHeightWidth> : pinned_t<vekHeightWidth, void, 8, 8> {
     static constexpr std::array members{
-        VEK_MEMBER(double, value, 0, 0),
-        VEK_MEMBER(int32_t, flags, 8, 8),
-    };
-};
-
-template <>
-struct layoutOf<vekColorTable> : pinned_t<vekColorTable, void, 4104, 4104> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, drumId, 0, 0),
-        VEK_MEMBER(int32_t, index, 4, 4),
-        VEK_MEMBER(vekColorValue[256], colorTable, 8, 8),
+        VEK_MEMBER(int32_t, height, 0, 0),
+        VEK_MEMBER(int32_t, width, 4, 4),
     };
 };
 
@@ -157,26 +129,11 @@ struct layoutOf<vekImageTopLeft> : pinned_t<vekImageTopLeft, void, 420, 420> {
     };
 };
 
-template <>
-struct layoutOf<vekMediaContent> : pinned_t<vekMediaContent, void, 64, 64> {
-    static constexpr std::array members{
-        VEK_MEMBER(int32_t, mediaType, 0, 0),      VEK_MEMBER(double, inputContent, 8, 8),
-        VEK_MEMBER(double, outputContent, 16, 16), VEK_MEMBER(double, maxInput, 24, 24),
-        VEK_MEMBER(double, maxOutput, 32, 32),     VEK_MEMBER(double, oneExposeMaxSize, 40, 40),
-        VEK_MEMBER(double, inOutRatio, 48, 48),    VEK_MEMBER(int32_t, inputType, 56, 56),
-        VEK_MEMBER(int32_t, outputType, 60, 60),
-    };
-};
-
-template <>
-struct layoutOf<vekInfo> : pinned_t<vekInfo, void, 8, 16> {
-    static constexpr std::array members{
-        VEK_MEMBER(uint8_t, type, 0, 0),
-        VEK_MEMBER(char *, info, 4, 8),
-    };
-};
-
 // clang-format on
+
+inline constexpr layoutFamily_t exposureLayouts{
+    "vek/records/exposure.hpp", layouts<ExposeResolution, CylinderSize, BitmapType, vekLayout, vekExposeJob,
+                                        vekPixelSize, vekExposeParams, vekHeightWidth, vekImageTopLeft>};
 
 } // namespace vek
 

@@ -1,20 +1,20 @@
 // Record classes of exposures. Each line binds a key to its structure's member; the order is the text's.
-#pragma once
-
 #include "vek/records/exposure.hpp"
-#include "vek/records/private/mediaRecords.hpp"
-#include "vek/records/private/punchRecords.hpp"
+
+#include "vek/records/private/nestedRecords.hpp"
 #include "vek/records/private/record.hpp"
 #include "vek/text/scalarFields.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
 namespace vek {
 
-class exposeResolution_t : public record_t<ExposeResolution> {
-public:
+struct exposeResolution_t : record_t<ExposeResolution> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "The exposure set-up of one resolution. The laser intensity has 16 bits here, 32 in the exposure parameters.";
 
     doubleField_t wRes{*this, "W_RES", structure.res.width};
     doubleField_t hRes{*this, "H_RES", structure.res.height};
@@ -24,9 +24,10 @@ public:
     doubleField_t exposeMhz{*this, "EXPOSE_MHZ", structure.exposeMhz};
 };
 
-class cylinderSize_t : public record_t<CylinderSize> {
-public:
+struct cylinderSize_t : record_t<CylinderSize> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "The largest and the smallest cylinder: four numbers, height first, and no sizes.";
 
     doubleField_t cylinderSizeMaxH{*this, "CYLINDER_SIZE_MAX_H", structure.cylinderSizeMaxH};
     doubleField_t cylinderSizeMaxW{*this, "CYLINDER_SIZE_MAX_W", structure.cylinderSizeMaxW};
@@ -34,9 +35,10 @@ public:
     doubleField_t cylinderSizeMinW{*this, "CYLINDER_SIZE_MIN_W", structure.cylinderSizeMinW};
 };
 
-class bitmapType_t : public record_t<BitmapType> {
-public:
+struct bitmapType_t : record_t<BitmapType> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "A type of bitmap. Its structure has a virtual table but, unlike the others, no kind word.";
 
     longField_t bitMapType{*this, "BIT_MAP_TYPE", structure.bitMapType};
     stringField_t scrUnitType{*this, "SCR_UNIT_TYPE", structure.scrUnitType};
@@ -44,9 +46,9 @@ public:
     stringField_t exposeType{*this, "EXPOSE_TYPE", structure.exposeType};
 };
 
-class layout_t : public record_t<Layout> {
-public:
+struct layout_t : record_t<Layout> {
     using record_t::record_t;
+    static constexpr std::string_view about = "A layout. Its separations are one text, no list.";
 
     longField_t layoutNum{*this, "LAYOUT_NUM", structure.layoutNum};
     longField_t jobId{*this, "JOB_ID", structure.jobId};
@@ -54,9 +56,10 @@ public:
     fixedTextField_t<256> sepsArray{*this, "SEPS_ARRAY", structure.sepsArray}; // one text, no list
 };
 
-class exposeJob_t : public record_t<ExposeJob> {
-public:
+struct exposeJob_t : record_t<ExposeJob> {
     using record_t::record_t;
+    static constexpr std::string_view about = "An exposure job on a drum, with its media and punch parameters. More "
+                                              "systems than there is room for are kept to the room.";
 
     longField_t drumId{*this, "DRUM_ID", structure.drumId};
     longField_t numPasses{*this, "NUM_PASSES", structure.numPasses};
@@ -82,9 +85,10 @@ public:
     }
 };
 
-class exposeParams_t : public record_t<ExposeParams> {
-public:
+struct exposeParams_t : record_t<ExposeParams> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The parameters of one exposure. The pixel sizes are integers in the "
+                                              "structure and reals in the text; reading cuts off their fractions.";
 
     longField_t drumId{*this, "DRUM_ID", structure.drumId};
     longField_t exposeId{*this, "EXPOSE_ID", structure.exposeId};
@@ -144,9 +148,12 @@ private:
     std::string_view text_;
 };
 
-class imageTopLeft_t : public record_t<ImageTopLeft> {
-public:
+struct imageTopLeft_t : record_t<ImageTopLeft> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "The placement of one separation's image on a drum. The structure has each pair height first, the text width "
+        "first. A name too long for its array runs on into the separation, over which the separation's own text is "
+        "then written.";
 
     longField_t drumId{*this, "DRUM_ID", structure.drumId};
     longField_t index{*this, "INDEX", structure.index};
@@ -165,5 +172,34 @@ public:
     /// so both are placed after the parse, in this order, whatever order the text has them in.
     void assignPairs(bodyScanner_t &pairs) override;
 };
+
+void placedTextField_t::describe(fieldDescription_t &description) const {
+    description.kind = fieldKind_t::text;
+    description.member = start_;
+    description.memberSize = size_;
+    description.room = static_cast<std::int32_t>(size_);
+}
+
+void placedTextField_t::place() {
+    const std::size_t length = std::min(text_.size(), room_ - 1);
+    std::transform(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(length), start_, unescaped);
+    start_[length] = '\0';
+}
+
+void imageTopLeft_t::assignPairs(bodyScanner_t &pairs) {
+    std::fill(std::begin(structure.name), std::end(structure.name), '\0');
+    std::fill(std::begin(structure.separation), std::end(structure.separation), '\0');
+    record_t::assignPairs(pairs);
+    name.place();
+    separation.place();
+}
+
+template struct conversionOf<ExposeResolution, exposeResolution_t>;
+template struct conversionOf<CylinderSize, cylinderSize_t>;
+template struct conversionOf<BitmapType, bitmapType_t>;
+template struct conversionOf<Layout, layout_t>;
+template struct conversionOf<ExposeJob, exposeJob_t>;
+template struct conversionOf<ExposeParams, exposeParams_t>;
+template struct conversionOf<ImageTopLeft, imageTopLeft_t>;
 
 } // namespace vek

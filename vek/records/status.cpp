@@ -1,26 +1,31 @@
 // Record classes of status reports. Each line binds a key to its structure's member; the order is the text's.
-#pragma once
+#include "vek/records/status.hpp"
 
 #include "vek/records/private/record.hpp"
-#include "vek/records/status.hpp"
 #include "vek/text/private/listFields.hpp"
 #include "vek/text/scalarFields.hpp"
 
+#include <algorithm>
+#include <cstring>
+#include <new>
 #include <string_view>
 
 namespace vek {
 
 /// 4160, 4189 and 4192
-class idRecord_t : public record_t<IdRecord> {
-public:
+struct idRecord_t : record_t<IdRecord> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "An id. 4160, 4189 and 4192 differ in nothing but the id in the envelope.";
 
     longField_t id{*this, "ID", structure.id};
 };
 
-class deviceStatus_t : public record_t<DeviceStatus> {
-public:
+struct deviceStatus_t : record_t<DeviceStatus> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "The device's status and its messages. A count above the room for them is the host's fault and is not checked "
+        "when a structure is written; reading a text keeps it to the room.";
 
     longField_t status{*this, "STATUS", structure.status};
     longField_t lowStatus{*this, "LOW_STATUS", structure.lowStatus};
@@ -33,21 +38,43 @@ public:
 /// A text that the structure owns, from the library's allocator. Null prints nothing; an absent key gives "".
 struct ownedTextCodec_t {
     using value_t = char *;
-    static constexpr std::string_view kind = "string", memberType = "char *";
+    static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { read({}, value); }
     static void write(const char *value, bodyWriter_t &out);
     static void read(std::string_view text, value_t &value); ///< throws std::bad_alloc
     static void release(value_t &value);
 };
 
-class info_t : public record_t<Info> {
-public:
+struct info_t : record_t<Info> {
     using record_t::record_t;
+    static constexpr std::string_view about = "An information text. The structure owns the text; a null pointer is not "
+                                              "written, and a text without the key gives an empty one.";
 
     boolField_t type{*this, "TYPE", structure.type};
     boundField_t<ownedTextCodec_t> info{*this, "INFO", structure.info};
 
     static void releaseMembers(Info &structure) { ownedTextCodec_t::release(structure.info); }
 };
+
+void ownedTextCodec_t::write(const char *value, bodyWriter_t &out) {
+    if (value != nullptr)
+        writeText(value, std::strlen(value), out);
+}
+
+void ownedTextCodec_t::read(std::string_view text, value_t &value) {
+    auto *copy = static_cast<char *>(::operator new(text.size() + 1));
+    *std::transform(text.begin(), text.end(), copy, unescaped) = '\0';
+    release(value);
+    value = copy;
+}
+
+void ownedTextCodec_t::release(value_t &value) {
+    ::operator delete(value);
+    value = nullptr;
+}
+
+template struct conversionOf<IdRecord, idRecord_t>;
+template struct conversionOf<DeviceStatus, deviceStatus_t>;
+template struct conversionOf<Info, info_t>;
 
 } // namespace vek

@@ -1,17 +1,19 @@
 // Record classes of the punch systems. Each line binds a key to its structure's member; the order is the text's.
-#pragma once
+#include "vek/records/punch.hpp"
 
 #include "vek/records/private/containerField.hpp"
+#include "vek/records/private/nestedRecords.hpp"
 #include "vek/records/private/record.hpp"
-#include "vek/records/punch.hpp"
 #include "vek/text/private/listFields.hpp"
 #include "vek/text/scalarFields.hpp"
 
+#include <string_view>
+
 namespace vek {
 
-class punchSystem_t : public record_t<PunchSystem> {
-public:
+struct punchSystem_t : record_t<PunchSystem> {
     using record_t::record_t;
+    static constexpr std::string_view about = "A punch system and the places of its units.";
 
     doubleField_t wCenter{*this, "W_CENTER", structure.center.width};
     doubleField_t hCenter{*this, "H_CENTER", structure.center.height};
@@ -25,21 +27,14 @@ public:
     listField_t<doubleField_t> hUnitLocation{*this, "H_UNIT_LOCATION", structure.hUnitLocation, structure.numOfUnits};
 };
 
-class punchArray_t : public record_t<PunchArray> {
-public:
+struct punchArray_t : record_t<PunchArray> {
     using record_t::record_t;
+    static constexpr std::string_view about = "All punch systems.";
 
     containerField_t<punchSystem_t> arrayPunch{*this, "ARRAY_PUNCH", structure};
 };
 
-class punchParams_t : public record_t<PunchParams> {
-public:
-    using record_t::record_t;
-
-    countField_t<10> numSystems{*this, "NUM_SYSTEMS", structure.numSystems};
-    longField_t align{*this, "ALIGN", structure.align};
-    roomField_t<longField_t, 10, counting_t::byMember> activeSystems{*this, "ACTIVE_SYSTEMS", structure.activeSystems,
-                                                                     structure.numSystems};
-};
+template struct conversionOf<PunchSystem, punchSystem_t>;
+template struct conversionOf<PunchArray, punchArray_t>;
 
 } // namespace vek

@@ -1,16 +1,16 @@
 // Record classes of the device itself. Each line binds a key to its structure's member; the order is the text's.
-#pragma once
-
 #include "vek/records/device.hpp"
+
 #include "vek/records/private/record.hpp"
 #include "vek/text/private/listFields.hpp"
 #include "vek/text/private/rangeFields.hpp"
 #include "vek/text/scalarFields.hpp"
 
+#include <string_view>
+
 namespace vek {
 
-class deviceId_t : public record_t<DeviceId> {
-public:
+struct deviceId_t : record_t<DeviceId> {
     using record_t::record_t;
 
     stringField_t deviceName{*this, "DEVICE_NAME", structure.deviceName};
@@ -20,15 +20,13 @@ public:
 };
 
 /// The identity in 4136
-class deviceId2_t : public deviceId_t {
-public:
+struct deviceId2_t : deviceId_t {
     using deviceId_t::deviceId_t;
 };
 
 /// What 4096 and 4136 read and write alike; each has an identity record of its own.
 template <class Identity>
-class deviceInfoFields_t : public record_t<DeviceInfo> {
-public:
+struct deviceInfoFields_t : record_t<DeviceInfo> {
     using record_t::record_t;
 
     Identity deviceInfo{*this, "DEVICE_INFO", structure};
@@ -56,60 +54,69 @@ public:
 };
 
 /// 4096
-class deviceInfo_t : public deviceInfoFields_t<deviceId_t> {
-public:
+struct deviceInfo_t : deviceInfoFields_t<deviceId_t> {
     using deviceInfoFields_t::deviceInfoFields_t;
+    static constexpr std::string_view about = "The device: its identity, its limits, and the ranges of its parameters.";
 };
 
 /// 4136
-class deviceInfo2_t : public deviceInfoFields_t<deviceId2_t> {
-public:
+struct deviceInfo2_t : deviceInfoFields_t<deviceId2_t> {
     using structure_t = DeviceInfo2;
     using deviceInfoFields_t::deviceInfoFields_t;
+    static constexpr std::string_view about = "The device, in a structure of its own that is like that of 4096.";
 };
 
-class version_t : public record_t<Version> {
-public:
+struct version_t : record_t<Version> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The versions of the device's software and hardware.";
 
     doubleField_t version{*this, "VERSION", structure.version};
     longField_t hwVersion{*this, "HW_VERSION", structure.hwVersion};
 };
 
-class byteId_t : public record_t<ByteId> {
-public:
+struct byteId_t : record_t<ByteId> {
     using record_t::record_t;
+    static constexpr std::string_view about = "An id that is a flag.";
 
     boolField_t id{*this, "ID", structure.id};
 };
 
-class deviceState_t : public record_t<DeviceState> {
-public:
+struct deviceState_t : record_t<DeviceState> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The device's state.";
 
     longField_t deviceState{*this, "DEVICE_STATE", structure.deviceState};
 };
 
-class dataPathPort_t : public record_t<DataPathPort> {
-public:
+struct dataPathPort_t : record_t<DataPathPort> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The ports of the data path.";
 
     listField_t<shortField_t> dataPathPort{*this, "DATA_PATH_PORT", structure.dataPathPort};
 };
 
-class narrowMode_t : public record_t<NarrowMode> {
-public:
+struct narrowMode_t : record_t<NarrowMode> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The narrow mode of a job.";
 
     boolField_t narrowMode{*this, "NARROW_MODE", structure.narrowMode};
     longField_t jobId{*this, "JOB_ID", structure.jobId};
 };
 
-class supportDataPorts_t : public record_t<SupportDataPorts> {
-public:
+struct supportDataPorts_t : record_t<SupportDataPorts> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The data ports that are supported.";
 
     longField_t supportDataPortsId{*this, "SUPPORT_DATA_PORTS_ID", structure.supportDataPortsId};
 };
+
+template struct conversionOf<DeviceInfo, deviceInfo_t>;
+template struct conversionOf<DeviceInfo2, deviceInfo2_t>;
+template struct conversionOf<Version, version_t>;
+template struct conversionOf<ByteId, byteId_t>;
+template struct conversionOf<DeviceState, deviceState_t>;
+template struct conversionOf<DataPathPort, dataPathPort_t>;
+template struct conversionOf<NarrowMode, narrowMode_t>;
+template struct conversionOf<SupportDataPorts, supportDataPorts_t>;
 
 } // namespace vek

@@ -1,19 +1,21 @@
 // Record classes of media and cassettes. Each line binds a key to its structure's member; the order is the text's.
-#pragma once
+#include "vek/records/media.hpp"
 
 #include "vek/records/enumerations.hpp"
-#include "vek/records/media.hpp"
 #include "vek/records/private/containerField.hpp"
+#include "vek/records/private/nestedRecords.hpp"
 #include "vek/records/private/record.hpp"
 #include "vek/text/enumField.hpp"
 #include "vek/text/private/listFields.hpp"
 #include "vek/text/scalarFields.hpp"
 
+#include <string_view>
+
 namespace vek {
 
-class media_t : public record_t<Media> {
-public:
+struct media_t : record_t<Media> {
     using record_t::record_t;
+    static constexpr std::string_view about = "A media type.";
 
     enumField_t type{*this, "TYPE", structure.type, mediaTypeNames};
     enumField_t exposureType{*this, "EXPOSURE_TYPE", structure.exposureType, exposurePolarityNames};
@@ -27,9 +29,10 @@ public:
     doubleField_t hExposeSize{*this, "H_EXPOSE_SIZE", structure.exposeSize.height};
 };
 
-class cassette_t : public record_t<Cassette> {
-public:
+struct cassette_t : record_t<Cassette> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "A cassette, that is a media magazine, and the media in it, which stands under the device's own word for it.";
 
     stringField_t name{*this, "NAME", structure.name};
     doubleField_t wExposeOffset{*this, "W_EXPOSE_OFFSET", structure.exposeOffset.width};
@@ -47,33 +50,34 @@ public:
     media_t media{*this, "VERSION", structure.media}; // the device's own word for it
 };
 
-class cassetteArray_t : public record_t<CassetteArray> {
-public:
+struct cassetteArray_t : record_t<CassetteArray> {
     using record_t::record_t;
+    static constexpr std::string_view about = "All cassettes.";
 
     containerField_t<cassette_t> arrayCassette{*this, "ARRAY_CASSETTE", structure};
 };
 
-class mediaOutput_t : public record_t<MediaOutput> {
-public:
+struct mediaOutput_t : record_t<MediaOutput> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The media output: its limit, its content and its transport.";
 
     doubleField_t maxOutput{*this, "MAX_OUTPUT", structure.maxOutput};
     doubleField_t outContent{*this, "OUT_CONTENT", structure.outContent};
     enumField_t outputType{*this, "OUTPUT_TYPE", structure.outputType, transportNames};
 };
 
-class focusValue_t : public record_t<FocusValue> {
-public:
+struct focusValue_t : record_t<FocusValue> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The focus value for one media name.";
 
     stringField_t mediaName{*this, "MEDIA_NAME", structure.mediaName};
     doubleField_t focusValue{*this, "FOCUS_VALUE", structure.focusValue};
 };
 
-class mediaGroup_t : public record_t<MediaGroup> {
-public:
+struct mediaGroup_t : record_t<MediaGroup> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "A group of media, by their names. The list counts itself; its count is a plain value.";
 
     stringField_t groupName{*this, "GROUP_NAME", structure.groupName};
     longField_t isInstalled{*this, "IS_INSTALLED", structure.isInstalled};
@@ -81,58 +85,44 @@ public:
     listField_t<stringField_t> mediaGroup{*this, "MEDIA_GROUP", structure.mediaGroup};
 };
 
-class mediaGroupArray_t : public record_t<MediaGroupArray> {
-public:
+struct mediaGroupArray_t : record_t<MediaGroupArray> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "All groups of media. The container counts itself; its count is a plain value.";
 
     containerField_t<mediaGroup_t> mediaGroup{*this, "MEDIA_GROUP", structure};
     longField_t groupCount{*this, "GROUP_COUNT", structure.groupCount};
 };
 
-class deviceMedia_t : public record_t<DeviceMedia> {
-public:
+struct deviceMedia_t : record_t<DeviceMedia> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "A media name and its colours. The list counts itself; its size is a plain value.";
 
     stringField_t deviceMediaName{*this, "DEVICE_MEDIA_NAME", structure.deviceMediaName};
     listField_t<stringField_t> colorArray{*this, "COLOR_ARRAY", structure.colorArray};
     longField_t sizeArray{*this, "SIZE_ARRAY", structure.sizeArray};
 };
 
-class mediaArray_t : public record_t<MediaArray> {
-public:
+struct mediaArray_t : record_t<MediaArray> {
     using record_t::record_t;
+    static constexpr std::string_view about =
+        "All media with their colours. The container counts itself; its size is a plain value.";
 
     containerField_t<deviceMedia_t> mediaArray{*this, "MEDIA_ARRAY", structure};
     longField_t sizeArray{*this, "SIZE_ARRAY", structure.sizeArray};
 };
 
-class deviceMediaNameArray_t : public record_t<DeviceMediaNameArray> {
-public:
+struct deviceMediaNameArray_t : record_t<DeviceMediaNameArray> {
     using record_t::record_t;
+    static constexpr std::string_view about = "The names of the media that the device knows.";
 
     containerField_t<stringField_t> deviceMediaNameArray{*this, "DEVICE_MEDIA_NAME_ARRAY", structure};
 };
 
-class mediaParams_t : public record_t<MediaParams> {
-public:
+struct mediaContent_t : record_t<MediaContent> {
     using record_t::record_t;
-
-    enumField_t mediaType{*this, "MEDIA_TYPE", structure.mediaType, mediaTypeNames};
-    longField_t unloadMediaType{*this, "UNLOAD_MEDIA_TYPE", structure.unloadMediaType};
-    longField_t unloadPolicy{*this, "UNLOAD_POLICY", structure.unloadPolicy};
-    doubleField_t filmFeed{*this, "FILM_FEED", structure.filmFeed};
-    fixedTextField_t<32> cassetteName{*this, "CASSETTE_NAME", structure.cassetteName};
-
-    static void setDefaults(MediaParams &defaults) {
-        defaults.unloadMediaType = -1;
-        defaults.unloadPolicy = -1;
-        defaults.filmFeed = -1.0;
-    }
-};
-
-class mediaContent_t : public record_t<MediaContent> {
-public:
-    using record_t::record_t;
+    static constexpr std::string_view about = "The content of the media input and output, and their limits.";
 
     enumField_t mediaType{*this, "MEDIA_TYPE", structure.mediaType, mediaTypeNames};
     doubleField_t inputContent{*this, "INPUT_CONTENT", structure.inputContent};
@@ -152,5 +142,17 @@ public:
         defaults.inOutRatio = 1.0;
     }
 };
+
+template struct conversionOf<Media, media_t>;
+template struct conversionOf<Cassette, cassette_t>;
+template struct conversionOf<CassetteArray, cassetteArray_t>;
+template struct conversionOf<MediaOutput, mediaOutput_t>;
+template struct conversionOf<FocusValue, focusValue_t>;
+template struct conversionOf<MediaGroup, mediaGroup_t>;
+template struct conversionOf<MediaGroupArray, mediaGroupArray_t>;
+template struct conversionOf<MediaArray, mediaArray_t>;
+template struct conversionOf<DeviceMediaNameArray, deviceMediaNameArray_t>;
+template struct conversionOf<MediaParams, mediaParams_t>;
+template struct conversionOf<MediaContent, mediaContent_t>;
 
 } // namespace vek

@@ -1,0 +1,46 @@
+// Showing a record class to a visitor: how records and the lists of records describe themselves.
+#pragma once
+
+#include "vek/text/private/typeName.hpp"
+#include "vek/text/textField.hpp"
+
+#include <type_traits>
+
+namespace vek {
+
+/// A record class over a structure that it does not own; the others are their own structures.
+template <class Record>
+concept bindsStructure = requires {
+    typename Record::structure_t;
+};
+
+/// Gives a value-initialised structure its declared defaults: a plain one is zero but for what the record class's
+/// setDefaults() says. Memory that a plain structure owns is released by the record class's releaseMembers().
+template <class Record>
+void fillWithDefaults(typename Record::structure_t &structure) {
+    if constexpr (requires { Record::setDefaults(structure); })
+        Record::setDefaults(structure);
+}
+
+template <class Record>
+[[gnu::cold]] void visitRecord(recordVisitor_t &visitor) {
+    if constexpr (bindsStructure<Record>) {
+        using structure_t = typename Record::structure_t;
+        structure_t structure{};
+        fillWithDefaults<Record>(structure);
+        const Record record(pass_t::print, structure);
+        visitor.visit({typeName<Record>(), typeName<structure_t>(), Record::about,
+                       std::is_polymorphic_v<structure_t> ? structureKind_t::polymorphic : structureKind_t::plain,
+                       requires { Record::releaseMembers(structure);
+    }
+    , record, &structure, sizeof structure
+});
+} // namespace vek
+else {
+    const Record record;
+    visitor.visit({typeName<Record>(), typeName<Record>(), Record::about, structureKind_t::ownRecord, false, record,
+                   &record, sizeof record});
+}
+}
+
+} // namespace vek
