@@ -53,7 +53,7 @@ void writeMessage(benchmark::State &state, const std::string &file) {
 
 template <class Object>
 std::string checkedJson(const std::string &file) {
-    const std::string text = sample(file);
+    std::string text = sample(file);
     rapidjson::StringBuffer buffer;
     json::write(*json::read<Object>(text), buffer);
     if (text != buffer.GetString()) {
