@@ -27,4 +27,6 @@ tidy() {
     return 1
 }
 export -f tidy
-printf '%s\n' "${files[@]}" | grep -E '\.(c|cpp)$' | xargs -r -P "$(nproc)" -I '{}' bash -c 'tidy {}'
+for file in "${files[@]}"; do
+    case $file in *.c | *.cpp) echo "$file" ;; esac
+done | xargs -r -P "$(nproc)" -I '{}' bash -c 'tidy {}'
