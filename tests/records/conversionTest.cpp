@@ -135,24 +135,6 @@ TEST(Conversion, DropsWhatIsBeyondTheRoomOfAnArray) {
                   repeated("{VALUE=3.000000;FLAGS=4;},", 255) + '}'});
     expectValues(VEK_MSG_LAYOUT, "JOBTICKET_NAME", {overlong + " -> " + std::string(255, 'm')});
     expectValues(VEK_MSG_MEDIA_PARAMS, "CASSETTE_NAME", {overlong + " -> " + std::string(31, 'm')});
-    // The name of an image runs on into its separation.
-    const std::string full(256, 'n');
-    expectValues(VEK_MSG_IMAGE_TOP_LEFT, "NAME",
-                 {full + "more;SEPARATION=sep -> " + full + "sep;SEPARATION=sep", full + "more -> " + full,
-                  "n;SEPARATION=" + overlong + " -> n;SEPARATION=" + std::string(131, 'm')});
-}
-
-TEST(Conversion, PrintsRangesByTheirType) {
-    expectValues(VEK_MSG_DEVICE_INFO, "SPINNER_SPEED",
-                 {"{3,1,2,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {1.000000,3.000000,}",
-                  "{3,1,2,} -> {3.000000,1.000000,2.000000,}",
-                  "{-2,-3,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {-3.000000,-1.000000,}",
-                  "{SPINNER_SPEED1=4;SPINNER_SPEED0=5;} -> {5.000000,4.000000,}",
-                  '{' + repeated("1,", 600) + "} -> {" + repeated("1.000000,", 600) + '}'});
-    expectAll(VEK_MSG_DEVICE_INFO,
-              {"{SPINNER_SPEED_RANGE_TYPE=x;SPINNER_SPEED={3,};} -> "
-               "*H_ADDITION=0.000000;SPINNER_SPEED_RANGE_TYPE=discrete_e;SPINNER_SPEED={3.000000,};}",
-               "{SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={};} -> *H_ADDITION=0.000000;}"});
 }
 
 } // namespace

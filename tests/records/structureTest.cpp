@@ -153,6 +153,7 @@ TEST(HostStructures, PrintRangesByTheirKind) {
         std::vector<double> values;
         std::string text;
     } cases[] = {{1, {}, ""},
+                 {0, {3, 1, 2}, "DDB_DELAY_RANGE_TYPE=discrete_e;DDB_DELAY={3.000000,1.000000,2.000000,};"},
                  {1, {3, -7, 2}, "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={-7.000000,3.000000,};"},
                  {7, {8, 9, 10}, "DDB_DELAY={8.000000,10.000000,};"}, // no name, yet no discrete range
                  {1, {std::copysign(nan, 1), 4}, "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={nan,4.000000,};"},
