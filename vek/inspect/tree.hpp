@@ -42,8 +42,9 @@ struct node_t {
     std::uint32_t parent = none;          ///< none for the body itself, node 0
     std::uint32_t firstChild = 0;
     std::uint32_t childCount = 0;
-    std::int32_t index = -1; ///< of an element: its number in its list, from 0
-    std::uint16_t depth = 0; ///< of the body 0, of its pairs 1
+    std::int32_t index = -1;   ///< of an element: its number in its list, from 0
+    std::uint32_t ordinal = 1; ///< of several pairs with one key, or of values without keys: the first, the second...
+    std::uint16_t depth = 0;   ///< of the body 0, of its pairs 1
 
     pairUse_t use = pairUse_t::unread;
     bool hasKey = false;   ///< a "=" followed the key's token
@@ -54,6 +55,7 @@ struct node_t {
     bool isBody = false;      ///< the value is taken for a body of pairs: its children
     bool isKeyed = false;     ///< of a body: it is read by keys, since a "=" stands somewhere in it
     bool isElement = false;   ///< the value of one element of its field's list
+    bool isCode = false;      ///< one character's code of a 16-bit text
     bool isCanonical = false; ///< spelt as the library spells it: KEY=value; or value, without quotes
 };
 
