@@ -1,7 +1,7 @@
 // What check() finds: bad texts with the finding under the place it is at; and that nothing is found only where nothing
 // changes.
-#include "inspect/texts.hpp"
 #include "vek/inspect/check.hpp"
+#include "inspect/texts.hpp"
 #include "vek/inspect/seal.hpp"
 
 #include <gtest/gtest.h>
