@@ -1,50 +1,36 @@
 #include "vek/records/private/layouts/memberPlace.hpp"
 
-#include <stdexcept>
-
 namespace vek {
 
-namespace {
-
-bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size, memberPlace_t &place) {
+bool findMember(const structureLayout_t &layout, std::size_t offset, std::size_t size, foundMember_t &found) {
     if (layout.base != nullptr) {
         if (offset == 0 && size == layout.base->size.here()) {
-            place.type = layout.base->name;
+            found.type = layout.base->name;
             return true;
         }
-        if (find(*layout.base, offset, size, place))
+        if (findMember(*layout.base, offset, size, found))
             return true;
     }
     for (const memberLayout_t &member : layout.members) {
         const std::size_t start = member.offset.here();
         if (offset < start || offset >= start + member.size.here())
             continue;
-        place.path.append(place.path.empty() ? "" : ".").append(member.name);
-        place.offset = place.offset + member.offset;
-        place.type = member.type;
+        found.path += found.path.empty() ? "" : ".";
+        found.path += member.name;
+        found.offset = found.offset + member.offset;
+        found.type = member.type;
         return (offset == start && size == member.size.here()) ||
-               (member.structure != nullptr && find(*member.structure, offset - start, size, place));
+               (member.structure != nullptr && findMember(*member.structure, offset - start, size, found));
     }
     return false;
 }
 
-} // namespace
-
-foundLayout_t layoutNamed(std::string_view structure) {
+const structureLayout_t *layoutNamed(std::string_view structure) {
     for (const layoutFamily_t *family : layoutFamilies())
         for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
-                return {*layout, family->header};
-    throw std::runtime_error("no layout of " + std::string(structure) +
-                             ": pin it in vek/records/private/layouts, and name it in its family's list");
-}
-
-memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size) {
-    memberPlace_t place{{}, {}, {0, 0}};
-    if (!find(layout, offset, size, place))
-        throw std::runtime_error("no member of " + std::to_string(size) + " bytes at " + std::to_string(offset) +
-                                 " in " + std::string(layout.name));
-    return place;
+                return layout;
+    return nullptr;
 }
 
 } // namespace vek

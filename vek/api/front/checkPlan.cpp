@@ -131,7 +131,7 @@ private:
 std::unique_ptr<structureCheck_t::plan_t> makeCheckPlan(void (*show)(recordVisitor_t &)) {
     auto plan = std::make_unique<structureCheck_t::plan_t>();
     withRecord(show, [&plan](const recordDescription_t &record) {
-        plan->layout = &layoutNamed(record.structure).layout;
+        plan->layout = layoutNamed(record.structure);
         planMaker_t(*plan, record.address).addMembers(record.fields);
     });
     return plan;

@@ -270,7 +270,10 @@ private:
     }
 
     static std::string nameOf(const plan_t &plan, std::size_t offset, std::size_t size) {
-        return plan.layout != nullptr ? memberAt(*plan.layout, offset, size).path : std::string();
+        foundMember_t found;
+        if (plan.layout != nullptr)
+            findMember(*plan.layout, offset, size, found);
+        return found.path;
     }
 
     // The elements that lead to a place, up to its list's index: "punchSysName[2]".

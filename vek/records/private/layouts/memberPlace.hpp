@@ -1,4 +1,5 @@
 // Finds members of message structures in the layout tables: by the structure's name, and by where a field is bound.
+// What is handed out lives as long as the program.
 #pragma once
 
 #include "vek/records/private/layouts/layouts.hpp"
@@ -9,22 +10,17 @@
 
 namespace vek {
 
-struct foundLayout_t {
-    const structureLayout_t &layout;
-    std::string_view header; ///< that declares the structure
-};
+/// The table of a structure; null when there is none.
+const structureLayout_t *layoutNamed(std::string_view structure);
 
-/// Throws std::runtime_error when no table has the structure.
-foundLayout_t layoutNamed(std::string_view structure);
-
-struct memberPlace_t {
+struct foundMember_t {
     std::string path; ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
     std::string_view type;
-    bytes_t offset;
+    bytes_t offset{0, 0};
 };
 
-/// The member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. Throws
-/// std::runtime_error when there is none.
-memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size);
+/// Finds the member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. False when
+/// there is none. `found` must be new.
+bool findMember(const structureLayout_t &layout, std::size_t offset, std::size_t size, foundMember_t &found);
 
 } // namespace vek
