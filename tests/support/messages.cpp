@@ -65,9 +65,11 @@ structure_t::~structure_t() {
         vekParamsDeleteStruct(id, &address);
 }
 
-std::string written(std::int32_t id, void *structure) {
+std::string written(std::int32_t id, void *structure, std::int32_t *result) {
     char *text = nullptr;
-    vekValToStr(id, structure, &text);
+    const std::int32_t returned = vekValToStr(id, structure, &text);
+    if (result != nullptr)
+        *result = returned;
     std::string copy = text != nullptr ? text : "(null)";
     vekParamsDelete(text);
     return copy;
