@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 namespace vek {
 
@@ -66,6 +67,21 @@ public:
         found_ = found > 0 ? found : found_;
     }
 
+    bodyCursor_t readBraced(bodyCursor_t at) override {
+        if (!at.skip(openBrace))
+            return {};
+        for (found_ = 0; !at.skip(closeBrace); ++found_) {
+            elements_.append();
+            if (found_ >= elements_.allocated())
+                return {};
+            at = readElement(elements_.element(found_, pass_t::parse), at);
+            if (at.isNowhere() || !at.skip(separators[2]))
+                return {};
+        }
+        isSet = 1;
+        return at;
+    }
+
     void describe(fieldDescription_t &description) const override { elements_.describe(description); }
 
 protected:
@@ -77,6 +93,19 @@ protected:
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
 
 private:
+    template <class Element>
+    static bodyCursor_t readElement(Element &&element, bodyCursor_t at) {
+        if constexpr (std::is_base_of_v<textGroup_t, std::remove_cvref_t<Element>>) {
+            return element.readBraced(at);
+        } else {
+            const std::string_view value = at.value();
+            if (value.empty())
+                return {};
+            element.fromText(value);
+            return at;
+        }
+    }
+
     void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())

@@ -6,6 +6,7 @@
 // Not safe for concurrent use.
 #pragma once
 
+#include "vek/text/bodyCursor.hpp"
 #include "vek/text/bodyScanner.hpp"
 #include "vek/text/bodyWriter.hpp"
 #include "vek/text/description.hpp"
@@ -30,6 +31,10 @@ public:
 
     /// Takes the value from text, whatever the text is, and sets the field. (An enumeration ignores an unknown name.)
     virtual void fromText(std::string_view text) = 0;
+
+    /// Takes the value from the braced text that stands at the cursor and returns the place behind it. Nowhere when the
+    /// text is to be read by fromText(), then with the field made anew, as it must be here.
+    virtual bodyCursor_t readBraced(bodyCursor_t at);
 
     /// Says what the field is and which member it is bound to.
     virtual void describe(fieldDescription_t &description) const = 0;
@@ -76,6 +81,8 @@ public:
 
     /// The parse pass: hands each pair of a body to the member it belongs to. An empty text changes nothing.
     void fromText(std::string_view text) override;
+
+    bodyCursor_t readBraced(bodyCursor_t at) override;
 
     void describe(fieldDescription_t &description) const override;
 

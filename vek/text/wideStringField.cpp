@@ -60,6 +60,25 @@ void wideStringField_t::fromText(std::string_view text) {
 
 // Values may be more than elements (see fromText), and may lack the terminating 0 or hold several: the text is a copy
 // with a terminator of its own, so that it ends in memory whatever came over the line.
+// The characters and the text that they make are filled side by side.
+bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
+    if (!at.skip(openBrace))
+        return {};
+    found_ = at.countCommas();
+    elements_.allocate(found_);
+    text_.resize(found_ + 1);
+    char16_t *text = text_.begin();
+    for (wideCharacter_t *character = elements_.begin(); !at.skip(closeBrace); ++character) {
+        std::int32_t code = 0;
+        if (!at.integer(code) || !at.skip(separators[2]))
+            return {};
+        *character = {static_cast<std::int16_t>(code), 1};
+        *text++ = static_cast<char16_t>(code);
+    }
+    isSet = 1;
+    return at;
+}
+
 void wideStringField_t::rebuildText() {
     const std::int32_t count = std::min(found_, elements_.allocated());
     text_.resize(count + 1);

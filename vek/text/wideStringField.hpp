@@ -31,6 +31,8 @@ public:
     const wideCharacter_t &element(std::int32_t index, pass_t) const { return characters_[index]; }
     std::int32_t printed() const { return characters_.count(); }
     std::int32_t allocated() const { return characters_.count(); }
+    wideCharacter_t *begin() { return characters_.begin(); }
+    const wideCharacter_t *begin() const { return characters_.begin(); }
     void append() { characters_.add(); }
     void clear() { characters_.clear(); }
     void allocate(std::int32_t count) { characters_.resize(count); }
@@ -65,6 +67,8 @@ public:
 
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
+
+    bodyCursor_t readBraced(bodyCursor_t at) override;
 
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);
