@@ -10,10 +10,13 @@ set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+elseif(VEK_INSTRUMENT STREQUAL "threads")
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
     add_compile_options(--coverage -O0)
     add_link_options(--coverage)
@@ -21,7 +24,12 @@ elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
     add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
+endif()
+
+# The address sanitizer is to see each string body that is used after its release.
+if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+    add_compile_definitions(VEK_NO_SPARE_BODIES)
 endif()
 
 # Warnings as errors and the folder root as the one include path.

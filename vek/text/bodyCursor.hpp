@@ -9,6 +9,7 @@
 #include "vek/text/characterBlock.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <bit>
 #include <cstddef>

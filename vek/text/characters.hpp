@@ -3,8 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace vek {
@@ -63,28 +61,6 @@ constexpr char unescaped(char c) {
 /// Whether `c` is one of the codes that unescaped() replaces.
 constexpr bool isEscapeCode(char c) {
     return static_cast<unsigned char>(c - 1) < escapedCharacters.size();
-}
-
-/// Whether two runs of characters are the same: for short ones, as keys and names are, by whole words in place of a
-/// call.
-inline bool areSame(const char *one, const char *other, std::size_t count) {
-    const auto differ = [=]<class Word>(Word inOne, std::size_t at) {
-        Word inOther = 0;
-        std::memcpy(&inOne, one + at, sizeof inOne);
-        std::memcpy(&inOther, other + at, sizeof inOther);
-        return inOne ^ inOther;
-    };
-    if (count >= 8) {
-        for (std::size_t at = 0; at + 8 < count; at += 8)
-            if (differ(std::uint64_t(), at) != 0)
-                return false;
-        return differ(std::uint64_t(), count - 8) == 0;
-    }
-    if (count >= 4)
-        return (differ(std::uint32_t(), 0) | differ(std::uint32_t(), count - 4)) == 0;
-    while (count > 0 && one[count - 1] == other[count - 1])
-        --count;
-    return count == 0;
 }
 
 } // namespace vek

@@ -19,6 +19,9 @@ namespace vek {
 /// Appends a text value, up to `size` characters or its first NUL, with the separators and braces in it as codes.
 void writeText(const char *text, std::size_t size, bodyWriter_t &out);
 
+/// Copies a text value, with the codes in it as the characters that they stand for. No terminator is written.
+void readText(std::string_view text, char *to);
+
 struct longCodec_t {
     using value_t = std::int32_t;
     static constexpr fieldKind_t kind = fieldKind_t::integer32;
@@ -79,15 +82,18 @@ struct fixedTextCodec_t {
     using value_t = char[Room];
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static constexpr std::int32_t room = Room;
-    static void clear(value_t &value) { std::memset(value, 0, Room); }
+    // In a fresh structure everything is zero, and behind a text that a parse has read too.
+    static void clear(value_t &value) {
+        if (value[0] != '\0')
+            std::memset(value, 0, Room);
+    }
     static void write(const value_t &value, bodyWriter_t &out) {
         const void *const end = std::memchr(value, '\0', Room);
         writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, out);
     }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;
-        for (std::size_t i = 0; i < length; ++i)
-            value[i] = unescaped(text[i]);
+        readText(text.substr(0, length), value);
         std::memset(value + length, 0, Room - length);
     }
 };
