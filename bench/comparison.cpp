@@ -54,7 +54,7 @@ constexpr std::size_t library = 0;
 constexpr std::size_t yardstick = 1;
 
 content_t sample(const char *file, const objectType_t &type) {
-    std::ifstream in(std::string(VEK_SAMPLES) + '/' + file, std::ios::binary);
+    std::ifstream in(std::string(VEK_PROJECT_FOLDER "/examples/messages/") + file, std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (text.empty()) {
         std::cerr << "can't read sample message " << file << "; run from a checkout\n";

@@ -35,7 +35,7 @@ lines=$(cat "$work"/block* | grep -c .)
 echo "A message of two keys: $files files, $lines lines"
 [ "$files" -le 7 ] && [ "$lines" -le 25 ] && [ "$files" -ge 6 ]
 
-cmake -S . -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVEK_BENCH=OFF >"$work/build.txt"
+cmake -S . -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVEK_DEVELOPER=ON -DVEK_BENCH=OFF >"$work/build.txt"
 cmake --build "$work/build" --target reference recordTests modelTests frontTests referenceTests vekParams2ASCII >>"$work/build.txt" ||
     { tail -n 30 "$work/build.txt" >&2; exit 1; }
 grep -q '4120' docs/messages.md

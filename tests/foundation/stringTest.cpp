@@ -52,7 +52,8 @@ TEST(string, constantBodyOfAnotherModuleIsLeftAlone) {
     string_t copy = theirs;
     EXPECT_STREQ(copy.append("ours").c_str(), "ours");
     theirs = copy;
-    EXPECT_EQ(0, std::memcmp(&foreign, &vek::stringRep_t::constantEmpty, sizeof foreign));
+    const void *const untouched = &vek::stringRep_t::constantEmpty;
+    EXPECT_EQ(0, std::memcmp(static_cast<const void *>(&foreign), untouched, sizeof foreign));
 }
 
 TEST(string, nullComparesAsEmpty) {

@@ -93,17 +93,13 @@ std::string bodyMutator_t::anyReal() {
     return real;
 }
 
-std::string bodyMutator_t::withOtherReals(const std::string &body) {
-    std::string out;
-    std::size_t end = 0;
-    for (std::size_t point = 0; (point = body.find('.', point + 1)) != std::string::npos;) {
-        const std::size_t start = body.find_last_not_of("0123456789-", point - 1) + 1;
-        if (start == point || start < end)
-            continue;
-        out += body.substr(end, start - end) + anyReal();
-        end = std::min(body.find_first_not_of("0123456789", point + 1), body.size());
+std::string bodyMutator_t::withOtherReals(std::string body) {
+    for (std::size_t at = 0; (at = body.find_first_of("0123456789", at)) != std::string::npos;) {
+        const std::string real = anyReal();
+        body.replace(at, body.find_first_not_of("0123456789.", at) - at, real);
+        at += real.size();
     }
-    return out + body.substr(end);
+    return body;
 }
 
 // Makes pairs positional: those of a stretch, or all.

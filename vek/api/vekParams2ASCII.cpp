@@ -17,8 +17,7 @@ using namespace vek;
 
 constexpr std::int32_t failure = -1;
 
-// The room that a text handed out has at least: so much behind its body, or so much without a body. Hosts write into
-// it.
+// The room that a text handed out has at least: so much behind its body, or so much without a body.
 constexpr std::size_t roomBehindBody = 256;
 constexpr std::size_t roomWithoutBody = 40960;
 constexpr std::size_t firstRoom = 1024;

@@ -185,7 +185,7 @@ bool readSixDecimals(std::string_view text, double &value) {
 
 // A double is significand / 2^shift with 53 bits above, so six decimals are an integer division with a remainder that
 // tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
-// and to_chars, which has to find out how many digits a number needs, is several times as slow.
+// and to_chars is several times as slow.
 char *writeReal(double value, char *to) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
