@@ -130,7 +130,7 @@ public:
 
     void toText(bodyWriter_t &out) const override {
         if (isSet != 0)
-            writeText(start_, room_, out);
+            writeText(start_, room_, room_, out);
     }
     void fromText(std::string_view text) override {
         text_ = text;

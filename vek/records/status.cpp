@@ -58,7 +58,7 @@ struct info_t : record_t<Info> {
 
 void ownedTextCodec_t::write(const char *value, bodyWriter_t &out) {
     if (value != nullptr)
-        writeText(value, std::strlen(value), out);
+        writeText(value, std::strlen(value), std::strlen(value), out);
 }
 
 void ownedTextCodec_t::read(std::string_view text, value_t &value) {

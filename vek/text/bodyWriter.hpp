@@ -4,6 +4,9 @@
 // value turns out empty disappears. Owns its buffer until release(). Not safe for concurrent use.
 #pragma once
 
+#include "vek/text/characters.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
+
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -38,15 +41,23 @@ public:
             grow(count);
         return at_;
     }
-    void advance(const char *end) { at_ = buffer_ + (end - buffer_); }
+    void advance(char *end) { at_ = end; }
 
     void put(char c) {
         *room(1) = c;
         ++at_;
     }
     void put(std::string_view text) {
-        std::memcpy(room(text.size()), text.data(), text.size());
+        copyShort(text.data(), text.size(), room(text.size()));
         at_ += text.size();
+    }
+
+    /// Appends a key and a "=".
+    void putKey(std::string_view key) {
+        char *const to = room(key.size() + 1);
+        copyShort(key.data(), key.size(), to);
+        to[key.size()] = separators[0];
+        at_ = to + key.size() + 1;
     }
 
     /// Replaces characters that were already written.

@@ -9,23 +9,25 @@
 
 namespace vek {
 
-// The text is copied first and mended in the buffer, where whole blocks may be looked at even behind its end.
-void writeText(const char *text, std::size_t size, bodyWriter_t &out) {
+// Blocks are copied whole, also what stands behind the text's end in the last one, while they are searched; from the
+// first one with a special character on it goes by characters. Nothing is decided by what stands behind the end.
+void writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t &out) {
     constexpr std::size_t slack = 16;
     char *const start = out.room(size + slack);
-    char *const end = start + size;
-    std::memcpy(start, text, size);
-    char *at = start;
+    std::size_t at = 0;
 #ifdef __SSE2__
-    for (; at < end; at += characterBlock_t::size) {
-        const unsigned special = characterBlock_t(at).equalAny('\0', '=', ';', ',', openBrace, closeBrace);
-        if (special != 0 && at + std::countr_zero(special) < end)
+    for (; at < size && at + characterBlock_t::size <= readable; at += characterBlock_t::size) {
+        const characterBlock_t block(text + at);
+        block.copyTo(start + at);
+        const std::size_t left = size - at;
+        const unsigned ofText = left < characterBlock_t::size ? (1U << left) - 1 : 0xFFFF;
+        if ((block.structuralOr('\0') & ofText) != 0) [[unlikely]]
             break;
     }
 #endif
-    for (; at < end && *at != '\0'; ++at)
-        *at = escaped(*at);
-    out.advance(std::min(at, end));
+    for (; at < size && text[at] != '\0'; ++at)
+        start[at] = escaped(text[at]);
+    out.advance(start + std::min(at, size));
 }
 
 namespace {

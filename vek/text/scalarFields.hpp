@@ -17,7 +17,8 @@
 namespace vek {
 
 /// Appends a text value, up to `size` characters or its first NUL, with the separators and braces in it as codes.
-void writeText(const char *text, std::size_t size, bodyWriter_t &out);
+/// `readable`, at least `size`, is how many characters are there to be read.
+void writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t &out);
 
 /// Copies a text value, with the codes in it as the characters that they stand for. No terminator is written.
 void readText(std::string_view text, char *to);
@@ -72,7 +73,11 @@ struct stringCodec_t {
     using value_t = string_t;
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { value = value_t(); }
-    static void write(const value_t &value, bodyWriter_t &out) { writeText(value.c_str(), value.length(), out); }
+    static void write(const value_t &value, bodyWriter_t &out) {
+        const std::size_t length = value.length();
+        if (length > 0)
+            writeText(value.c_str(), length, value.capacity() + 1, out);
+    }
     static void read(std::string_view text, value_t &value);
 };
 
@@ -89,7 +94,8 @@ struct fixedTextCodec_t {
     }
     static void write(const value_t &value, bodyWriter_t &out) {
         const void *const end = std::memchr(value, '\0', Room);
-        writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, out);
+        writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, Room,
+                  out);
     }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;

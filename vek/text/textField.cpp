@@ -26,8 +26,7 @@ void textGroup_t::collectPairs(bodyWriter_t &out) const {
     for (const textField_t *member = first_; member != nullptr; member = member->next_) {
         const std::size_t start = out.size();
         if (keyed) {
-            out.put(member->key());
-            out.put(separators[0]);
+            out.putKey(member->key());
         }
         const std::size_t valueStart = out.size();
         member->toText(out);

@@ -79,6 +79,18 @@ bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
     return at;
 }
 
+void wideStringField_t::collectPairs(bodyWriter_t &out) const {
+    constexpr std::size_t longest = integerRoom + 1; // a number and the comma behind it
+    const std::int32_t printed = elements_.printed();
+    char *to = out.room(longest * static_cast<std::size_t>(printed));
+    for (const wideCharacter_t *character = elements_.begin(); character != elements_.begin() + printed; ++character)
+        if (character->isSet != 0) {
+            to = writeInteger(character->code, to);
+            *to++ = separators[2];
+        }
+    out.advance(to);
+}
+
 void wideStringField_t::rebuildText() {
     const std::int32_t count = std::min(found_, elements_.allocated());
     text_.resize(count + 1);

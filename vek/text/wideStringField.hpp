@@ -69,6 +69,7 @@ public:
     void fromText(std::string_view text) override;
 
     bodyCursor_t readBraced(bodyCursor_t at) override;
+    void collectPairs(bodyWriter_t &out) const override;
 
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);
