@@ -87,7 +87,7 @@ struct fixedTextCodec_t {
     using value_t = char[Room];
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static constexpr std::int32_t room = Room;
-    // In a fresh structure everything is zero, and behind a text that a parse has read too.
+    // The array is zero behind its text: in a fresh structure, and after everything that is done here.
     static void clear(value_t &value) {
         if (value[0] != '\0')
             std::memset(value, 0, Room);
@@ -99,8 +99,9 @@ struct fixedTextCodec_t {
     }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;
+        if (value[length] != '\0') // of a longer text
+            std::memset(value + length, 0, Room - length);
         readText(text.substr(0, length), value);
-        std::memset(value + length, 0, Room - length);
     }
 };
 

@@ -77,9 +77,7 @@ public:
     }
 
 private:
-    void rebuildText();
-
-    growableList_t<char16_t> text_;
+    mutable growableList_t<char16_t> text_; // empty until it is asked for
 };
 
 /// The 16-bit texts of a list.
