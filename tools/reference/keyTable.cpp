@@ -151,8 +151,8 @@ private:
             return "null";
         if (isZero && description.list == listKind_t::array)
             return "zero";
-        bodyWriter_t text(64);
-        field.toText(text);
+        bodyBuffer_t buffer(64);
+        const bodyWriter_t text = field.toText(bodyWriter_t(buffer));
         return text.size() == 0 ? "empty" : code(text.text());
     }
 

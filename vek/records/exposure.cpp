@@ -128,9 +128,8 @@ public:
     placedTextField_t(textGroup_t &group, std::string_view key, char *start, std::size_t size, std::size_t room)
         : textField_t(group, key), start_(start), size_(size), room_(room) {}
 
-    void toText(bodyWriter_t &out) const override {
-        if (isSet != 0)
-            writeText(start_, room_, room_, out);
+    bodyWriter_t toText(bodyWriter_t out) const override {
+        return isSet != 0 ? writeText(start_, room_, room_, out) : out;
     }
     void fromText(std::string_view text) override {
         text_ = text;

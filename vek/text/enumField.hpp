@@ -60,9 +60,10 @@ private:
 template <class Holder>
 class basicEnumField_t : public textField_t {
 public:
-    void toText(bodyWriter_t &out) const override {
+    bodyWriter_t toText(bodyWriter_t out) const override {
         if (isSet != 0)
             out.put(names_->nameOf(value_));
+        return out;
     }
 
     void fromText(std::string_view text) override {

@@ -29,14 +29,15 @@ public:
     fieldArray_t(textGroup_t &parent, std::string_view key, Arguments &...arguments)
         : textGroup_t(parent, key, layout_t::positional), elements_(parent.pass(), arguments...) {}
 
-    void collectPairs(bodyWriter_t &out) const override {
+    bodyWriter_t collectPairs(bodyWriter_t out) const override {
         const std::int32_t printed = elements_.printed();
         for (std::int32_t i = 0; i < printed; ++i) {
             const std::size_t start = out.size();
-            elements_.element(i, pass_t::print).toText(out);
+            out = elements_.element(i, pass_t::print).toText(out);
             if (out.size() != start)
                 out.put(separators[2]);
         }
+        return out;
     }
 
     /// Element i takes the i-th value; when a "=" stands anywhere in the body, the value whose key is the list's key

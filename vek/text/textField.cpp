@@ -8,20 +8,21 @@ bodyCursor_t textField_t::readBraced(bodyCursor_t) {
     return {};
 }
 
-void textGroup_t::toText(bodyWriter_t &out) const {
+bodyWriter_t textGroup_t::toText(bodyWriter_t out) const {
     const std::size_t start = out.size();
     out.put(openBrace);
-    collectPairs(out);
+    out = collectPairs(out);
     if (out.size() == start + 1)
         out.rewind(start);
     else
         out.put(closeBrace);
+    return out;
 }
 
 // The key is written first and taken back when no value follows: whether one does, only the member's own toText knows,
 // and a set member may print nothing too (an enumeration without a name, an empty text). In a positional body it leaves
 // no gap, so there the members behind it move up.
-void textGroup_t::collectPairs(bodyWriter_t &out) const {
+bodyWriter_t textGroup_t::collectPairs(bodyWriter_t out) const {
     const bool keyed = layout_ == layout_t::keyed;
     for (const textField_t *member = first_; member != nullptr; member = member->next_) {
         const std::size_t start = out.size();
@@ -29,12 +30,13 @@ void textGroup_t::collectPairs(bodyWriter_t &out) const {
             out.putKey(member->key());
         }
         const std::size_t valueStart = out.size();
-        member->toText(out);
+        out = member->toText(out);
         if (out.size() == valueStart)
             out.rewind(start);
         else
             out.put(separators[keyed ? 1 : 2]);
     }
+    return out;
 }
 
 // A record that is its own structure may be read into again, and then every key counts anew; the records that are bound

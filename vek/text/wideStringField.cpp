@@ -6,9 +6,8 @@
 
 namespace vek {
 
-void wideCharacter_t::toText(bodyWriter_t &out) const {
-    if (isSet != 0)
-        shortCodec_t::write(code, out);
+bodyWriter_t wideCharacter_t::toText(bodyWriter_t out) const {
+    return isSet != 0 ? shortCodec_t::write(code, out) : out;
 }
 
 void wideCharacter_t::fromText(std::string_view text) {
@@ -82,7 +81,7 @@ bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
     return at;
 }
 
-void wideStringField_t::collectPairs(bodyWriter_t &out) const {
+bodyWriter_t wideStringField_t::collectPairs(bodyWriter_t out) const {
     constexpr std::size_t longest = integerRoom + 1; // a number and the comma behind it
     const std::int32_t printed = elements_.printed();
     char *to = out.room(longest * static_cast<std::size_t>(printed));
@@ -92,6 +91,7 @@ void wideStringField_t::collectPairs(bodyWriter_t &out) const {
             *to++ = separators[2];
         }
     out.advance(to);
+    return out;
 }
 
 // A field can't be moved, and hosts hold references to it while the list grows, so each is made on its own. It is made

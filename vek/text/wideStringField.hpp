@@ -18,7 +18,7 @@ struct wideCharacter_t {
     std::int16_t code = 0;
     std::uint16_t isSet = 0;
 
-    void toText(bodyWriter_t &out) const;
+    bodyWriter_t toText(bodyWriter_t out) const;
     void fromText(std::string_view text);
 };
 
@@ -69,7 +69,7 @@ public:
     void fromText(std::string_view text) override;
 
     bodyCursor_t readBraced(bodyCursor_t at) override;
-    void collectPairs(bodyWriter_t &out) const override;
+    bodyWriter_t collectPairs(bodyWriter_t out) const override;
 
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);

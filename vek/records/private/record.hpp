@@ -88,11 +88,11 @@ void conversionOf<Structure, Record>::parse(void *structure, std::string_view bo
 }
 
 template <class Structure, class Record>
-void conversionOf<Structure, Record>::print(void *structure, bodyWriter_t &out) {
+bodyWriter_t conversionOf<Structure, Record>::print(void *structure, bodyWriter_t out) {
     if constexpr (bindsStructure<Record>)
-        Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
+        return Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
     else
-        static_cast<Record *>(structure)->Record::toText(out);
+        return static_cast<Record *>(structure)->Record::toText(out);
 }
 
 template <class Structure, class Record>
