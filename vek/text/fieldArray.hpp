@@ -107,7 +107,8 @@ private:
         }
     }
 
-    void assign(std::int32_t index, std::string_view value) {
+    // Once for all ways to meet a value: the element's record is made in it.
+    [[gnu::noinline]] void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())
             element.fromText(value);

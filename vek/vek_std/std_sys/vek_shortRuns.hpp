@@ -14,16 +14,23 @@ inline void copyShort(const char *from, std::size_t count, char *to) {
         std::memcpy(&word, from + at, sizeof word);
         std::memcpy(to + at, &word, sizeof word);
     };
-    if (count >= 8) {
-        for (std::size_t at = 0; at + 8 < count; at += 8)
-            copy(std::uint64_t(), at);
+    struct pair_t {
+        std::uint64_t words[2];
+    };
+    if (count > 16) {
+        for (std::size_t at = 0; at + 16 < count; at += 16)
+            copy(pair_t(), at);
+        copy(pair_t(), count - 16);
+    } else if (count >= 8) {
+        copy(std::uint64_t(), 0);
         copy(std::uint64_t(), count - 8);
     } else if (count >= 4) {
         copy(std::uint32_t(), 0);
         copy(std::uint32_t(), count - 4);
-    } else {
-        for (std::size_t at = 0; at < count; ++at)
-            to[at] = from[at];
+    } else if (count > 0) {
+        to[0] = from[0];
+        to[count / 2] = from[count / 2];
+        to[count - 1] = from[count - 1];
     }
 }
 

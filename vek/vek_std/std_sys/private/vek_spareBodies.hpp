@@ -13,7 +13,7 @@ namespace vek {
 
 struct stringRep_t;
 
-/// How many spares a thread keeps at most. (256 are the texts of some thirty cassettes, 24 KB.)
+/// How many spares a thread keeps at most. (2048 are the texts of some 300 cassettes, 192 KB.)
 extern processWide_t<std::uint32_t> mostSpareBodies;
 
 /// Room for a body, not set in any way; null without memory.
