@@ -3,10 +3,13 @@
 
 option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(VEK_INSTRUMENT STREQUAL "threads")
+    set(instrumentation -fsanitize=thread)
+    set(instrumentedCode ${instrumentation} -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
     set(instrumentation --coverage)
     set(instrumentedCode ${instrumentation} -O0)
@@ -14,7 +17,12 @@ elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
+endif()
+
+# The address sanitizer is to see each string body that is used after its release.
+if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+    list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 
 # The language, the warnings, the instrumentation, and the folder root as the one include path.

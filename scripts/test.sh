@@ -13,7 +13,7 @@ runPreset() {
     shift
     echo "== $preset"
     cmake --preset "$preset" "$@" >/dev/null
-    cmake --build "build/$preset" | tail -n 1
+    cmake --build --preset "$preset" | tail -n 1
     ctest --preset "$preset" -j "$(nproc)" | grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test .* Passed )'
 }
 
@@ -21,6 +21,7 @@ echo "== sources"
 scripts/lint.sh
 runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
+runPreset thread
 runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 status=0

@@ -17,8 +17,8 @@ namespace {
 using namespace vek;
 
 std::string printed(const textField_t &field) {
-    bodyWriter_t out(1);
-    field.toText(out);
+    bodyBuffer_t buffer(1);
+    const bodyWriter_t out = field.toText(bodyWriter_t(buffer));
     return std::string(out.text());
 }
 

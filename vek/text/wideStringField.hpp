@@ -18,7 +18,7 @@ struct wideCharacter_t {
     std::int16_t code = 0;
     std::uint16_t isSet = 0;
 
-    void toText(bodyWriter_t &out) const;
+    bodyWriter_t toText(bodyWriter_t out) const;
     void fromText(std::string_view text);
 };
 
@@ -31,6 +31,8 @@ public:
     const wideCharacter_t &element(std::int32_t index, pass_t) const { return characters_[index]; }
     std::int32_t printed() const { return characters_.count(); }
     std::int32_t allocated() const { return characters_.count(); }
+    wideCharacter_t *begin() { return characters_.begin(); }
+    const wideCharacter_t *begin() const { return characters_.begin(); }
     void append() { characters_.add(); }
     void clear() { characters_.clear(); }
     void allocate(std::int32_t count) { characters_.resize(count); }
@@ -66,15 +68,16 @@ public:
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
 
+    bodyCursor_t readBraced(bodyCursor_t at) override;
+    bodyWriter_t collectPairs(bodyWriter_t out) const override;
+
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);
         description.bindTo(*this);
     }
 
 private:
-    void rebuildText();
-
-    growableList_t<char16_t> text_;
+    mutable growableList_t<char16_t> text_; // empty until it is asked for
 };
 
 /// The 16-bit texts of a list.

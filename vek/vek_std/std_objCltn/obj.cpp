@@ -21,8 +21,8 @@ bool keepsCount(obj_t &object) {
 
 } // namespace
 
-constinit std::uint32_t obj_t::printFlags = 0;
-constinit std::int32_t obj_t::liveObjects_ = 0;
+constinit processWide_t<std::uint32_t> obj_t::printFlags = 0;
+constinit processWide_t<std::int32_t> obj_t::liveObjects_ = 0;
 
 classDescriptor_t &obj_t::descriptor() {
     static char name[] = "obj_t";

@@ -6,7 +6,7 @@
 // bytes; nothing is run on them. When memory runs out, std::bad_alloc is thrown and the table is as it was before it
 // grew.
 //
-// Thread rule: the statistics counters are shared by all tables; one thread at a time.
+// Thread rule: a table is one thread's at a time. The statistics counters, which all tables share, count every thread.
 #pragma once
 
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
@@ -20,8 +20,8 @@ namespace vek {
 
 /// Hooks for iterators that are started from a bad place. The defaults report " : OUT_OF_INTERNAL_ARRAY" and
 /// " : BAD_BOUND_IN_INTERNAL_ARRAY".
-extern errorHook_t hashOutOfArrayHook;
-extern errorHook_t hashBadBoundHook;
+extern processWide_t<errorHook_t> hashOutOfArrayHook;
+extern processWide_t<errorHook_t> hashBadBoundHook;
 
 class hashVtab {
 public:
@@ -86,8 +86,8 @@ private:
     float lengthFactor_ = 1.2F;
     float thresholdFactor_ = 0.8F;
 
-    static std::uint32_t findCounter_;
-    static std::uint32_t loopCounter_;
+    static processWide_t<std::uint32_t> findCounter_;
+    static processWide_t<std::uint32_t> loopCounter_;
 };
 
 /// A table whose entry is one word, such as a pointer.

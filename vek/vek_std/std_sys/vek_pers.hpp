@@ -4,7 +4,7 @@
 // Descriptors, groups and names belong to whoever declares them, usually as statics; they must outlive the groups
 // that know them. A group owns its table. Clashes are printed, and the class that came later loses.
 //
-// Thread rule: unguarded; one thread at a time.
+// Thread rule: classes are registered by one thread at a time, while no other looks one up.
 #pragma once
 
 #include "vek/vek_std/std_sys/hashVtab.hpp"
@@ -18,7 +18,7 @@ class obj_t;
 struct classGroup_t;
 
 /// Called when a group without classes is searched. Its default reports " : EMPTY_GROUP".
-extern errorHook_t emptyGroupHook;
+extern processWide_t<errorHook_t> emptyGroupHook;
 
 /// What is known of a class. Null names and zeros are fine; registerClass completes them.
 struct classDescriptor_t {
@@ -45,7 +45,7 @@ classGroup_t &defaultClassGroup();
 /// The code of a name: its characters as digits of base 63, modulo 2^32. 0 for null.
 std::uint32_t codeOf(const char *name);
 
-/// The characters that a code stands for, up to seven. The text is overwritten by the next call.
+/// The characters that a code stands for, up to seven. The text is overwritten by the thread's next call.
 const char *nameOf(std::uint32_t code);
 
 /// Flag of registerClass: the class becomes the default of its own group.

@@ -18,7 +18,7 @@ constexpr std::uint32_t viewIndexLine = 753;
 // What operator[] refers to when there is no character: the text's own terminator must stay a NUL, whatever a caller
 // assigns. Set anew each time, so that nobody reads what another wrote.
 char &noCharacter() {
-    static char spare;
+    static thread_local char spare;
     spare = '\0';
     return spare;
 }

@@ -8,7 +8,7 @@
 // Positions count from 0; "not found" is all bits set. Upper and lower case are those of 7-bit letters, whatever the
 // locale.
 //
-// Thread rule: none of this is guarded, and copies share; one thread at a time.
+// Thread rule: a string is one thread's at a time. Strings of several threads may share a body.
 #pragma once
 
 #include "vek/vek_std/std_sys/vek_stringRep.hpp"
@@ -16,6 +16,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
+#include <utility>
 
 namespace vek {
 
@@ -98,6 +100,8 @@ public:
     std::size_t capacity() const { return body != nullptr ? body->capacity : 0; }
     /// The text with its terminator. Valid until this string is changed, assigned to or destroyed.
     const char *c_str() const { return body != nullptr ? body->data : ""; }
+    /// A copy of the text, which has no NUL.
+    static string_t copyOf(std::string_view text) { return {ownBody_t(), makeBody(text.data(), text.size())}; }
     /// A string of the same text that shares no body with this one.
     string_t deepCopy() const { return {ownBody_t(), makeBody(c_str(), length())}; }
 
