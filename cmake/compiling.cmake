@@ -24,7 +24,8 @@ function(vekCompiling target)
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
                                                VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
     if(VEK_DEVELOPER)
-        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+        target_compile_options(${target} PRIVATE # and not for the resource compiler
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
     endif()
     target_compile_options(${target} PRIVATE ${instrumentedCode})
     target_link_options(${target} PRIVATE ${instrumentation})
@@ -36,16 +37,19 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
-# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it.
+# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it, and
+# tells its version.
 function(vekExportingTheFourCalls target)
     if(WIN32)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def)
+        enable_language(RC)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def
+                                         ${PROJECT_SOURCE_DIR}/packaging/vekParams2ASCII.rc)
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/vek/api/exports.map
-                                          -Wl,--exclude-libs,ALL)
+                                          -Wl,--exclude-libs,ALL -Wl,-z,relro,-z,now)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
