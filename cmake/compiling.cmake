@@ -17,12 +17,21 @@ elseif(VEK_INSTRUMENT)
     message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
 endif()
 
-# The language, the warnings, the instrumentation, and the folder root as the one include path.
+option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
+
+# vekCompiledTogether(TARGETS...): these can be compiled so; sources given as SKIP_UNITY_BUILD_INCLUSION stay alone.
+function(vekCompiledTogether)
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
+endfunction()
+
+# The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
+# CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
 function(vekCompiling target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
-                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
+                                               UNITY_BUILD OFF)
     if(VEK_DEVELOPER)
         target_compile_options(${target} PRIVATE # and not for the resource compiler
                                "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
