@@ -4,7 +4,7 @@
 // without memory.
 
 #include "stringModel.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <sstream>
 #include <string>
@@ -60,7 +60,7 @@ inline constexpr change_t all[] = {
          if (with.extent > 0)
              one[static_cast<std::int32_t>(with.start)] = '#';
      }},
-    {"reading", [](auto &one, auto &, with_t &with) { readToDelim(with.input, one, '\n'); }},
+    {"reading", [](auto &one, auto &, with_t &with) { one.readToDelim(with.input, '\n'); }},
 };
 
 } // namespace changes

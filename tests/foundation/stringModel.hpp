@@ -85,14 +85,14 @@ public:
         return {this, static_cast<std::size_t>(start), extent};
     }
 
-    friend void readToDelim(std::istream &stream, string_t &one, char delimiter) {
+    void readToDelim(std::istream &stream, char delimiter) {
         std::string read;
         std::getline(stream, read, delimiter);
-        one.makePrivate();
-        one.body->text = read;
-        while (one.body->capacity < read.size())
-            one.body->capacity = rounded(one.body->capacity + 64);
-        one.shrink();
+        makePrivate();
+        body->text = read;
+        while (body->capacity < read.size())
+            body->capacity = rounded(body->capacity + 64);
+        shrink();
     }
 
 private:

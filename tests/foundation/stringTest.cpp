@@ -1,7 +1,7 @@
 // string_t and subString_t: the cases with a rule of their own.
 
 #include "reports.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <gtest/gtest.h>
 
@@ -156,7 +156,7 @@ TEST(subString, withCaseTheRestOfTheOwnerIsCompared) {
 }
 
 std::istream &readField(std::istream &stream, string_t &text) {
-    return readToDelim(stream, text, ';');
+    return text.readToDelim(stream, ';');
 }
 
 TEST(stringStream, readsUntilTheStreamEnds) {

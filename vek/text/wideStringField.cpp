@@ -39,6 +39,13 @@ wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
     return *this;
 }
 
+void wideStringField_t::copyFrom(const wideStringField_t &other) {
+    elements_ = other.elements_;
+    text_ = other.text_;
+    found_ = other.found_;
+    isSet = other.isSet;
+}
+
 std::u16string_view wideStringField_t::text() const {
     auto length = static_cast<std::size_t>(text_.isEmpty() ? 0 : text_.count() - 1);
     if (length > 0 && text_[static_cast<std::int32_t>(length) - 1] == u'\0')
@@ -89,6 +96,17 @@ void wideStringListField_t::clear() {
     elements_.clear();
     found_ = 0;
     isSet = 0;
+}
+
+void wideStringListField_t::copyFrom(const wideStringListField_t &other) {
+    if (this == &other)
+        return;
+    clear();
+    elements_.allocate(other.count());
+    for (std::int32_t i = 0; i < other.count(); ++i)
+        at(i).copyFrom(other.at(i));
+    found_ = other.found_;
+    isSet = other.isSet;
 }
 
 wideStringField_t &wideStringListField_t::add(std::u16string_view text) {
