@@ -8,6 +8,7 @@
 
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace changes {
 
@@ -55,6 +56,18 @@ inline constexpr change_t all[] = {
          view = with.text.c_str();
          view.toUpper();
      }},
+    {"view of a view",
+     [](auto &one, auto &, with_t &with) {
+         const std::size_t half = with.start / 2;
+         one(static_cast<std::ptrdiff_t>(with.start), with.extent) = one(static_cast<std::ptrdiff_t>(half), half);
+     }},
+    {"view in lower case",
+     [](auto &one, auto &, with_t &with) { one(static_cast<std::ptrdiff_t>(with.start), with.extent).toLower(); }},
+    {"standard text", [](auto &one, auto &, with_t &with) { one = std::string_view(with.text); }},
+    {"own standard text",
+     [](auto &one, auto &, with_t &with) { one = std::string_view(one).substr(with.start, with.extent); }},
+    {"own text appended",
+     [](auto &one, auto &, with_t &with) { one.append(std::string_view(one).substr(with.start, with.extent)); }},
     {"one character",
      [](auto &one, auto &, with_t &with) {
          if (with.extent > 0)

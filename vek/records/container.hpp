@@ -94,7 +94,7 @@ public:
     template <std::input_iterator Iterator, std::sentinel_for<Iterator> End>
     requires std::constructible_from<Item, std::iter_reference_t<Iterator>> iterator insert(const_iterator position,
                                                                                             Iterator first, End last) {
-        const std::ptrdiff_t index = position - begin(), before = block_->count;
+        const std::ptrdiff_t index = indexOf(position), before = block_->count;
         growableList_t<std::unique_ptr<Item>> made; // the range may go over this container's items
         for (; first != last; ++first)
             made.add(std::make_unique<Item>(*first));
@@ -113,8 +113,8 @@ public:
 
     /// Deletes the items from `first` to before `last`, or one. Returns the place behind them.
     iterator erase(const_iterator first, const_iterator last) {
-        Item **const place = block_->items + (first - begin());
-        Item **const rest = block_->items + (last - begin());
+        Item **const place = block_->items + indexOf(first);
+        Item **const rest = block_->items + indexOf(last);
         std::rotate(place, rest, block_->items + block_->count);
         truncate(block_->count - static_cast<std::int32_t>(rest - place));
         return place;
@@ -160,6 +160,8 @@ private:
         for (const Item *item : other)
             add(item != nullptr ? new Item(*item) : nullptr);
     }
+
+    std::ptrdiff_t indexOf(const_iterator position) const { return position - begin(); }
 
     void truncate(std::int32_t count) {
         while (block_->count > count)

@@ -298,9 +298,9 @@ subString_t &subString_t::assign(const char *text, std::size_t length) {
     return *this;
 }
 
-// The other view may lie in this one's owner, which the replacement changes.
+// No copy is needed: replace takes care of a source in the same text.
 subString_t &subString_t::operator=(const subString_t &text) && {
-    return *this = string_t(text);
+    return assign(text.begin(), text.present());
 }
 subString_t &subString_t::operator=(const string_t &text) {
     return assign(text.c_str(), text.length());

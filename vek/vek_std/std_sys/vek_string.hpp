@@ -24,6 +24,7 @@
 #include <cstring>
 #include <iosfwd>
 #include <string_view>
+#include <type_traits>
 
 namespace vek {
 
@@ -268,6 +269,16 @@ inline bool isLower(const string_t &text) {
 std::ostream &operator<<(std::ostream &stream, const string_t &text);
 
 } // namespace vek
+
+/// Each converts to the other; comparing algorithms of the standard library want to know which way.
+template <>
+struct std::common_type<vek::string_t, std::string_view> {
+    using type = std::string_view;
+};
+template <>
+struct std::common_type<std::string_view, vek::string_t> {
+    using type = std::string_view;
+};
 
 /// Equal texts hash equal, also without regard to case.
 template <>
