@@ -75,23 +75,39 @@ BENCHMARK(appendOneByOne<leastString_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicro
 BENCHMARK(appendOneByOne<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(appendOneByOne<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
-/// Short texts of unknown lengths. std::string doubles its room, so it alone need not move a long text often: the text
-/// stays short enough for that not to count.
+/// The same with C strings, whose length is found out: one that the compiler knows, and short ones that it doesn't.
 template <class String>
-void appendTexts(benchmark::State &state) {
-    const char *const texts[] = {"a", "set", "of", "short texts,", "one by one, "};
+void appendLiterals(benchmark::State &state) {
+    chooseHeap(state);
     for (auto _ : state) {
         String text;
-        for (std::size_t i = 0; i < 100; ++i) {
+        for (std::size_t i = 0; i < appendedCharacters; ++i) {
+            benchmark::DoNotOptimize(&text);
+            text.append("x");
+            benchmark::ClobberMemory();
+        }
+    }
+}
+BENCHMARK(appendLiterals<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendLiterals<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+template <class String>
+void appendTexts(benchmark::State &state) {
+    chooseHeap(state);
+    const char *const texts[] = {"a", "set", "of", "short texts,", "one by one, "}; // of 6 characters on average
+    for (auto _ : state) {
+        String text;
+        for (std::size_t i = 0; i < appendedCharacters / 6; ++i) {
             const char *appended = texts[i % std::size(texts)];
             benchmark::DoNotOptimize(appended);
             text.append(appended);
+            benchmark::ClobberMemory();
         }
         benchmark::DoNotOptimize(text);
     }
 }
-BENCHMARK(appendTexts<string_t>);
-BENCHMARK(appendTexts<std::string>);
+BENCHMARK(appendTexts<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendTexts<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 void bareIncrementAndDecrement(benchmark::State &state) {
     auto *count = new std::uint32_t(1);

@@ -60,8 +60,8 @@ TYPED_TEST(Sequences, HoldWhatAVectorHolds) {
             expected.push_back(text);
             break;
         case 1:
-            where = sequence.insert(at(sequence, place), text) - sequence.begin();
-            expectedWhere = expected.insert(at(expected, place), text) - expected.begin();
+            where = std::distance(sequence.begin(), sequence.insert(at(sequence, place), text));
+            expectedWhere = std::distance(expected.begin(), expected.insert(at(expected, place), text));
             break;
         case 2: // its own, also while it grows
             if (!sequence.empty()) {
@@ -75,8 +75,8 @@ TYPED_TEST(Sequences, HoldWhatAVectorHolds) {
             const auto own =
                 std::ranges::subrange(at(sequence, first), at(sequence, place)) |
                 std::views::transform([](const auto &element) -> const string_t & { return textOf(element); });
-            where = sequence.insert(at(sequence, first), own.begin(), own.end()) - sequence.begin();
-            expectedWhere = expected.insert(at(expected, first), part.begin(), part.end()) - expected.begin();
+            where = std::distance(sequence.begin(), sequence.insert(at(sequence, first), own.begin(), own.end()));
+            expectedWhere = std::distance(expected.begin(), expected.insert(at(expected, first), part.begin(), part.end()));
             break;
         }
         case 4:
@@ -85,8 +85,8 @@ TYPED_TEST(Sequences, HoldWhatAVectorHolds) {
             break;
         case 5:
             if (place < expected.size()) {
-                where = sequence.erase(at(sequence, place)) - sequence.begin();
-                expectedWhere = expected.erase(at(expected, place)) - expected.begin();
+                where = std::distance(sequence.begin(), sequence.erase(at(sequence, place)));
+                expectedWhere = std::distance(expected.begin(), expected.erase(at(expected, place)));
             }
             break;
         case 6: {
@@ -97,8 +97,8 @@ TYPED_TEST(Sequences, HoldWhatAVectorHolds) {
             break;
         }
         default:
-            where = sequence.erase(at(sequence, first), at(sequence, place)) - sequence.begin();
-            expectedWhere = expected.erase(at(expected, first), at(expected, place)) - expected.begin();
+            where = std::distance(sequence.begin(), sequence.erase(at(sequence, first), at(sequence, place)));
+            expectedWhere = std::distance(expected.begin(), expected.erase(at(expected, first), at(expected, place)));
         }
         ASSERT_EQ(where, expectedWhere) << step;
         ASSERT_EQ(sequence.size(), expected.size()) << step;

@@ -118,6 +118,10 @@ string_t &string_t::replace(std::size_t position, std::size_t removed, const cha
     return *this;
 }
 
+string_t &string_t::appendGrowing(const char *text, std::size_t n) {
+    return replace(length(), 0, text, n);
+}
+
 // Made in one block of the final length. Appending to a copy would copy the head twice.
 string_t concatenated(const char *head, std::size_t headLength, const char *tail, std::size_t tailLength) {
     const std::size_t length = headLength + tailLength;

@@ -223,6 +223,8 @@ private:
     static stringRep_t *makeBody(const char *text, std::size_t length) {
         return length > 0 ? stringRep_t::make(text, length) : stringRep_t::empty();
     }
+    /// append, whatever it takes.
+    string_t &appendGrowing(const char *text, std::size_t n);
     /// -1, 0 or 1.
     int compareWhole(std::string_view other) const;
     /// Makes the body private; false without memory, with a null body.
@@ -239,16 +241,19 @@ private:
 static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
-    // The common case: room is left, and the capacity is the rounded one before and after.
-    if (body != nullptr && body->isPrivate() && text != nullptr && n <= body->capacity - body->length &&
-        !stringSettings.sizesChanged) [[likely]] {
-        char *end = body->data + body->length;
-        body->length += static_cast<std::uint32_t>(n);
-        std::memmove(end, text, n);
-        end[n] = '\0';
-        return *this;
-    }
-    return replace(length(), 0, text, n);
+    // The common case: room is left, and the capacity is the rounded one before and after. What is rare is one call that
+    // shares nothing with it, so that the common case runs straight through.
+    stringRep_t *const own = body;
+    if (own == nullptr || !own->isPrivate() || text == nullptr || stringSettings.sizesChanged) [[unlikely]]
+        return appendGrowing(text, n);
+    const std::uint32_t before = own->length;
+    if (n > own->capacity - before) [[unlikely]]
+        return appendGrowing(text, n);
+    char *const end = own->data + before;
+    own->length = before + static_cast<std::uint32_t>(n);
+    std::memmove(end, text, n);
+    end[n] = '\0';
+    return *this;
 }
 
 /// Each builds a new string of both texts; a null pointer stands for "".
