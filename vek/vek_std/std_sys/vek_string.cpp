@@ -103,13 +103,17 @@ void string_t::keepIf(bool changed) {
         stringRep_t::release(std::exchange(body, nullptr));
 }
 
+// The order of unrelated addresses is defined for std::less_equal only.
+bool string_t::isOwnText(const char *text) const {
+    return std::less_equal<>()(c_str(), text) && std::less_equal<>()(text, c_str() + length());
+}
+
 string_t &string_t::replace(std::size_t position, std::size_t removed, const char *source, std::size_t inserted) {
     // Nothing to erase and nothing to put in: a copy of the shared empty body would be a block for nothing.
     if (inserted == 0 && (body == nullptr || body->isConstant()))
         return *this;
     // A source inside this text stays readable in the shared body that this string then copies itself from.
-    const bool isOwnText = std::less_equal<>()(c_str(), source) && std::less_equal<>()(source, c_str() + length());
-    const string_t kept = isOwnText ? *this : string_t(ownBody_t(), nullptr);
+    const string_t kept = isOwnText(source) ? *this : string_t(ownBody_t(), static_cast<stringRep_t *>(nullptr));
     if (makePrivate()) {
         position = std::min(position, length());
         removed = std::min(removed, length() - position);
@@ -118,8 +122,22 @@ string_t &string_t::replace(std::size_t position, std::size_t removed, const cha
     return *this;
 }
 
+// A text that grows by short pieces comes here once a step, so its way to a larger buffer is short too. With the default
+// sizes, the rounded capacity is the length with its low bits set.
 string_t &string_t::appendGrowing(const char *text, std::size_t n) {
-    return replace(length(), 0, text, n);
+    static_assert(stringSettings_t().initialCapacity == 63 && stringSettings_t().growthStep == 64);
+    if (body == nullptr || !body->isPrivate() || text == nullptr || isOwnText(text) || stringSettings.sizesChanged ||
+        n > std::numeric_limits<std::uint32_t>::max())
+        return replace(length(), 0, text, n);
+    const std::uint64_t newLength = body->length + std::uint64_t{n};
+    if (const std::uint64_t wanted = newLength | 63; wanted > body->capacity && !body->setCapacity(wanted)) {
+        keepIf(false);
+        return *this;
+    }
+    std::memcpy(body->data + body->length, text, n);
+    body->length = static_cast<std::uint32_t>(newLength);
+    body->data[newLength] = '\0';
+    return *this;
 }
 
 // Made in one block of the final length. Appending to a copy would copy the head twice.

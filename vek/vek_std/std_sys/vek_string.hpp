@@ -223,6 +223,8 @@ private:
     static stringRep_t *makeBody(const char *text, std::size_t length) {
         return length > 0 ? stringRep_t::make(text, length) : stringRep_t::empty();
     }
+    /// Does the text begin in this one?
+    bool isOwnText(const char *text) const;
     /// append, whatever it takes.
     string_t &appendGrowing(const char *text, std::size_t n);
     /// -1, 0 or 1.
