@@ -30,6 +30,22 @@ const string_t &textOf(const string_t *text) {
     return *text;
 }
 
+/// Goes over a sequence's own texts.
+template <class Iterator>
+struct texts_t {
+    using value_type = string_t;
+    using difference_type = std::ptrdiff_t;
+    Iterator at;
+
+    const string_t &operator*() const { return textOf(*at); }
+    texts_t &operator++() {
+        ++at;
+        return *this;
+    }
+    void operator++(int) { ++at; }
+    bool operator==(const texts_t &) const = default;
+};
+
 template <class Sequence>
 std::vector<string_t> textsOf(const Sequence &sequence) {
     std::vector<string_t> texts;
@@ -72,11 +88,11 @@ TYPED_TEST(Sequences, HoldWhatAVectorHolds) {
             }
             break;
         case 3: {
-            const auto own =
-                std::ranges::subrange(at(sequence, first), at(sequence, place)) |
-                std::views::transform([](const auto &element) -> const string_t & { return textOf(element); });
-            where = std::distance(sequence.begin(), sequence.insert(at(sequence, first), own.begin(), own.end()));
-            expectedWhere = std::distance(expected.begin(), expected.insert(at(expected, first), part.begin(), part.end()));
+            using own_t = texts_t<decltype(sequence.begin())>;
+            where = std::distance(sequence.begin(), sequence.insert(at(sequence, first), own_t{at(sequence, first)},
+                                                                    own_t{at(sequence, place)}));
+            expectedWhere =
+                std::distance(expected.begin(), expected.insert(at(expected, first), part.begin(), part.end()));
             break;
         }
         case 4:

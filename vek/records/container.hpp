@@ -67,10 +67,12 @@ public:
     }
 
     /// The pointer to the item at `index`, which must be at least 0 and below count(); it is not checked.
-    Item *at(std::ptrdiff_t index) { return block_->items[index]; }
-    const Item *at(std::ptrdiff_t index) const { return block_->items[index]; }
-    Item *operator[](std::ptrdiff_t index) { return at(index); }
-    const Item *operator[](std::ptrdiff_t index) const { return at(index); }
+    Item *at(std::int32_t index) { return block_->items[index]; }
+    const Item *at(std::int32_t index) const { return block_->items[index]; }
+    Item *operator[](std::int32_t index) { return block_->items[index]; }
+    const Item *operator[](std::int32_t index) const { return block_->items[index]; }
+    Item *operator[](std::integral auto index) { return block_->items[index]; }
+    const Item *operator[](std::integral auto index) const { return block_->items[index]; }
 
     // What takes a pointer takes ownership of it, also when it fails. What takes an item copies it; the item may be of
     // this container. All may throw std::bad_alloc.
@@ -79,7 +81,7 @@ public:
     Item *add(Item *item) {
         std::unique_ptr<Item> owned(item);
         if (block_->count == block_->capacity)
-            reserve(2 * static_cast<std::ptrdiff_t>(block_->capacity));
+            reserve(2 * std::int64_t{block_->capacity});
         return block_->items[block_->count++] = owned.release();
     }
     Item &add(const Item &item) { return *add(new Item(item)); }
@@ -105,11 +107,11 @@ public:
     }
 
     /// Puts another item, which is returned, in the place of the one at `index`, which is deleted.
-    Item *replace(std::ptrdiff_t index, Item *item) {
+    Item *replace(std::integral auto index, Item *item) {
         std::unique_ptr<Item> old(std::exchange(block_->items[index], item));
         return item;
     }
-    Item &replace(std::ptrdiff_t index, const Item &item) { return *replace(index, new Item(item)); }
+    Item &replace(std::integral auto index, const Item &item) { return *replace(index, new Item(item)); }
 
     /// Deletes the items from `first` to before `last`, or one. Returns the place behind them.
     iterator erase(const_iterator first, const_iterator last) {
@@ -122,10 +124,10 @@ public:
     iterator erase(const_iterator position) { return erase(position, position + 1); }
 
     /// Makes room for `capacity` items in all, when there is less; otherwise does nothing.
-    void reserve(std::ptrdiff_t capacity) {
-        if (capacity <= block_->capacity)
+    void reserve(std::integral auto capacity) {
+        if (std::cmp_less_equal(capacity, block_->capacity))
             return;
-        if (capacity > INT32_MAX)
+        if (std::cmp_greater(capacity, INT32_MAX))
             throw std::bad_alloc();
         auto **items = new Item *[static_cast<std::size_t>(capacity)];
         std::copy(begin(), end(), items);

@@ -79,10 +79,12 @@ public:
     }
 
     /// The element at `index`, which must be at least 0 and below count(); it is not checked.
-    T &at(std::ptrdiff_t index) { return items_[index]; }
-    const T &at(std::ptrdiff_t index) const { return items_[index]; }
-    T &operator[](std::ptrdiff_t index) { return items_[index]; }
-    const T &operator[](std::ptrdiff_t index) const { return items_[index]; }
+    T &at(std::int32_t index) { return items_[index]; }
+    const T &at(std::int32_t index) const { return items_[index]; }
+    T &operator[](std::int32_t index) { return items_[index]; }
+    const T &operator[](std::int32_t index) const { return items_[index]; }
+    T &operator[](std::integral auto index) { return items_[index]; }
+    const T &operator[](std::integral auto index) const { return items_[index]; }
     T &front() { return items_[0]; }
     const T &front() const { return items_[0]; }
     T &back() { return items_[count_ - 1]; }
@@ -146,18 +148,17 @@ public:
     void pop_back() { truncate(count_ - 1); }
 
     /// Makes room for `capacity` elements in all, exactly, when there is less; otherwise does nothing.
-    void reserve(std::ptrdiff_t capacity) {
-        if (capacity > INT32_MAX)
-            outOfMemory();
-        if (capacity > capacity_)
-            growTo(static_cast<std::int32_t>(capacity));
+    void reserve(std::integral auto capacity) {
+        if (const std::int32_t wanted = checked(capacity); wanted > capacity_)
+            growTo(wanted);
     }
 
     /// Drops elements from the end, or appends value-initialised ones. A negative count is taken as 0.
-    void resize(std::ptrdiff_t count) {
-        truncate(count);
-        reserve(count);
-        while (count_ < count)
+    void resize(std::integral auto count) {
+        const std::int32_t wanted = checked(count);
+        truncate(wanted);
+        reserve(wanted);
+        while (count_ < wanted)
             new (items_ + count_++) T();
     }
 
@@ -173,6 +174,13 @@ public:
 private:
     template <class>
     friend struct layoutOf; // pins where the members lie
+
+    /// A count as lists keep it. A negative one is taken as 0.
+    static std::int32_t checked(std::integral auto count) {
+        if (std::cmp_greater(count, INT32_MAX))
+            outOfMemory();
+        return std::cmp_less(count, 0) ? 0 : static_cast<std::int32_t>(count);
+    }
 
     /// For values while there is room.
     template <class Value>

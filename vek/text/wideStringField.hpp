@@ -7,6 +7,7 @@
 #include "vek/text/growableList.hpp"
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -146,8 +147,8 @@ struct wideStringListField_t : fieldArray_t<wideStringElements_t> {
     /// The text at `index`, which must be at least 0 and below count(); it is not checked.
     wideStringField_t &at(std::int32_t index) { return elements_.element(index, pass_t::parse); }
     const wideStringField_t &at(std::int32_t index) const { return elements_.element(index, pass_t::print); }
-    wideStringField_t &operator[](std::ptrdiff_t index) { return at(static_cast<std::int32_t>(index)); }
-    const wideStringField_t &operator[](std::ptrdiff_t index) const { return at(static_cast<std::int32_t>(index)); }
+    wideStringField_t &operator[](std::integral auto index) { return at(static_cast<std::int32_t>(index)); }
+    const wideStringField_t &operator[](std::integral auto index) const { return at(static_cast<std::int32_t>(index)); }
 
     /// Removes every text, and unsets the field.
     void clear();

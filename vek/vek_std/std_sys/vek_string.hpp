@@ -243,8 +243,8 @@ private:
 static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
-    // The common case: room is left, and the capacity is the rounded one before and after. What is rare is one call that
-    // shares nothing with it, so that the common case runs straight through.
+    // The common case: room is left, and the capacity is the rounded one before and after. What is rare is one call
+    // that shares nothing with it, so that the common case runs straight through.
     stringRep_t *const own = body;
     if (own == nullptr || !own->isPrivate() || text == nullptr || stringSettings.sizesChanged) [[unlikely]]
         return appendGrowing(text, n);
