@@ -6,7 +6,7 @@
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
 
-packages=(g++ cmake ninja-build)
+packages=(g++ cmake ninja-build nlohmann-json3-dev)
 testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
          dpkg-dev file locales g++-mingw-w64-i686-posix)
 case ${1:-build} in
