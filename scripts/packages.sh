@@ -1,14 +1,24 @@
 #!/usr/bin/env bash
-# Installs what building and testing need and this machine lacks (Debian packages). Run by demo.sh and test.sh.
-#   packages.sh build   compilers and build tools
-#   packages.sh test    these, and what the tests and benchmarks need
+# Installs what building and testing need and this machine lacks (Debian packages). Run by the other scripts.
+#   packages.sh build      compilers and build tools
+#   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
+#   packages.sh coverage   all that, and what counts the lines the tests reach
+#   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
 
 packages=(g++ cmake ninja-build nlohmann-json3-dev)
-if [ "${1:-build}" = test ]; then
-    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils dpkg-dev file
-               locales g++-mingw-w64-i686-posix)
-fi
+testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
+         dpkg-dev file locales g++-mingw-w64-i686-posix)
+case ${1:-build} in
+build) ;;
+test) packages+=("${testing[@]}") ;;
+coverage) packages+=("${testing[@]}" gcovr) ;;
+windows) packages+=(g++-mingw-w64-i686-posix googletest debootstrap) ;;
+*)
+    echo "packages: '$1' is not build, test, coverage or windows" >&2
+    exit 2
+    ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do
