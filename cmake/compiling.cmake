@@ -3,10 +3,13 @@
 
 option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(VEK_INSTRUMENT STREQUAL "threads")
+    set(instrumentation -fsanitize=thread)
+    set(instrumentedCode ${instrumentation} -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
     set(instrumentation --coverage)
     set(instrumentedCode ${instrumentation} -O0)
@@ -14,17 +17,32 @@ elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
 endif()
 
-# The language, the warnings, the instrumentation, and the folder root as the one include path.
+# The address sanitizer is to see each string body that is used after its release.
+if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+    list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
+endif()
+
+option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
+
+# vekCompiledTogether(TARGETS...): these can be compiled so; sources given as SKIP_UNITY_BUILD_INCLUSION stay alone.
+function(vekCompiledTogether)
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
+endfunction()
+
+# The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
+# CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
 function(vekCompiling target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
-                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
+                                               UNITY_BUILD OFF)
     if(VEK_DEVELOPER)
-        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+        target_compile_options(${target} PRIVATE # and not for the resource compiler
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
     endif()
     target_compile_options(${target} PRIVATE ${instrumentedCode})
     target_link_options(${target} PRIVATE ${instrumentation})
@@ -37,15 +55,20 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
 endif()
 
 # The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
-# file is named as hosts load it.
+# file is named as hosts load it, and tells its version when a resource file says it.
 function(vekExporting target map def)
     if(WIN32)
+        enable_language(RC)
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
+        foreach(resource IN LISTS ARGN)
+            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
+        endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
+                                          -Wl,-z,relro,-z,now)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()

@@ -10,7 +10,7 @@
 //     std::string written = vek::print<VEK_MSG_ID_RECORD_4189>(*record);
 //
 // A structure of your own, `vek::FocusValue focus;`, prints as well. Header-only; links the library and, for the
-// structures' own classes, vekTypes. Threads: as the four calls, one at a time.
+// structures' own classes, vekTypes. Threads: as the four calls.
 //
 // What the calls accept silently is refused here: a text whose envelope is wrong or that is another message, and a
 // structure of which something would not come back from its text. vek::check tells all that would not, and the

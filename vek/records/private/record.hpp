@@ -66,21 +66,34 @@ void *conversionOf<Structure, Record>::create() {
     }
 }
 
+// A body that looks as this library writes it is read in one go. What another one left behind is cleared by making the
+// record anew, and it is read by every rule.
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
-    if constexpr (bindsStructure<Record>)
-        Record(pass_t::parse, *static_cast<Structure *>(structure)).fromText(body);
-    else
-        static_cast<Record *>(structure)->Record::fromText(body);
+    const auto read = [body](Record &record, bool isByEveryRule) {
+        if (!isByEveryRule)
+            return record.Record::readBraced(bodyCursor_t(body)).isAtEnd();
+        record.Record::fromText(body);
+        return true;
+    };
+    if constexpr (bindsStructure<Record>) {
+        for (bool isRead = false, isByEveryRule = false; !isRead; isByEveryRule = true) {
+            Record record(pass_t::parse, *static_cast<Structure *>(structure));
+            isRead = read(record, isByEveryRule);
+        }
+    } else if (auto *record = static_cast<Record *>(structure); !read(*record, false)) {
+        record->~Record();
+        read(*new (record) Record(), true);
+    }
 }
 
 template <class Structure, class Record>
-void conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t &out) {
+bodyWriter_t conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t out) {
     const auto &printed = *static_cast<const Structure *>(structure);
     if constexpr (bindsStructure<Record>)
-        Record(pass_t::print, const_cast<Structure &>(printed)).toText(out); // which only reads it
+        return Record(pass_t::print, const_cast<Structure &>(printed)).toText(out); // which only reads it
     else
-        printed.Record::toText(out);
+        return printed.Record::toText(out);
 }
 
 template <class Structure, class Record>
