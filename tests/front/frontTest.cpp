@@ -92,14 +92,14 @@ TEST_F(FrontTest, StructuresAreEqualAsTheirTextsAre) {
         EXPECT_TRUE(*whole == *parse<id>(text));
         for (int n = 0; n < 40; ++n) {
             const auto part = parse<id>(without(text, n));
-            const std::string printed = bodyOf(print<id>(*part));
+            const std::string printed = bodyOf(printLossy<id>(*part)); // some lack the count of their list
             EXPECT_EQ(*whole == *part, bodyOf(text) == printed) << n;
             typename Message::structure_t copy(*whole);
             EXPECT_TRUE(copy == *whole && !(copy != *whole)) << n;
             EXPECT_EQ(bodyOf(print<id>(copy)), bodyOf(text)) << n;
             copy = *part;
             EXPECT_TRUE(copy == *part) << n;
-            EXPECT_EQ(bodyOf(print<id>(copy)), printed) << n;
+            EXPECT_EQ(bodyOf(printLossy<id>(copy)), printed) << n;
         }
     });
     static_assert(!std::equality_comparable_with<Media, string_t>);

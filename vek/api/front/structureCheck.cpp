@@ -63,6 +63,17 @@ bool isEmptyElement(const plan_t &element, const char *at) {
     return rule.kind == checkRuleKind_t::text16 && valueAt<wideStringField_t>(at, 0).count() == 0;
 }
 
+// Whether an element is a text with nothing to tell of, as nearly all are.
+bool isFineText(const checkRule_t &rule, const char *at) {
+    const bool isArray = rule.kind == checkRuleKind_t::arrayText;
+    if (!isArray && rule.kind != checkRuleKind_t::text)
+        return false;
+    const char *const text = isArray ? at : valueAt<string_t>(at, 0).c_str();
+    const std::size_t size = isArray ? static_cast<std::size_t>(rule.limit) : valueAt<string_t>(at, 0).length();
+    const char *const low = findLow(text, size);
+    return *text != '"' && low != text && (isArray ? low != text + size && *low == '\0' : low == text + size);
+}
+
 std::string shown(double value) {
     char text[realRoom];
     return {text, writeReal(value, text)};
@@ -223,8 +234,11 @@ private:
         }
         if (list.element->rules.empty() && list.kind != listKind_t::container)
             return true;
+        const checkRule_t *const text = list.element->layout == nullptr && list.elementSize != 0 && count > 0
+                                            ? &list.element->rules.front()
+                                            : nullptr;
         for (std::int32_t i = 0; i < count; ++i)
-            if (!checkElement(where, run, i, count))
+            if ((text == nullptr || !isFineText(*text, elementAt(list, run, i))) && !checkElement(where, run, i, count))
                 return false;
         return true;
     }
