@@ -125,7 +125,7 @@ string_t &string_t::replace(std::size_t position, std::size_t removed, const cha
 // A text that grows by short pieces comes here once a step, so its way to a larger buffer is short too. With the
 // default sizes, the rounded capacity is the length with its low bits set.
 string_t &string_t::appendGrowing(const char *text, std::size_t n) {
-    static_assert(stringSettings_t().initialCapacity == 63 && stringSettings_t().growthStep == 64);
+    static_assert(stringSettings_t::defaultCapacity == 63 && stringSettings_t::defaultStep == 64);
     if (body == nullptr || !body->isPrivate() || text == nullptr || isOwnText(text) || stringSettings.sizesChanged ||
         n > std::numeric_limits<std::uint32_t>::max())
         return replace(length(), 0, text, n);

@@ -21,9 +21,11 @@ namespace vek {
 
 /// Process-wide settings. Change them with the setters, each of which returns the previous value.
 struct stringSettings_t {
-    processWide_t<std::uint32_t> initialCapacity = 63; ///< Smallest capacity of a buffer, in characters.
-    processWide_t<std::uint32_t> growthStep = 64;      ///< Capacities grow by multiples of this; 0 acts as 1.
-    processWide_t<std::uint32_t> slackLimit = 63;      ///< A buffer that would keep more unused characters is shrunk.
+    static constexpr std::uint32_t defaultCapacity = 63, defaultStep = 64;
+
+    processWide_t<std::uint32_t> initialCapacity = defaultCapacity; ///< Smallest capacity of a buffer, in characters.
+    processWide_t<std::uint32_t> growthStep = defaultStep; ///< Capacities grow by multiples of this; 0 acts as 1.
+    processWide_t<std::uint32_t> slackLimit = 63; ///< A buffer that would keep more unused characters is shrunk.
     processWide_t<bool> sizesChanged =
         false;                             ///< Was one of these three ever set? Else every capacity is in their steps.
     processWide_t<int> caseSensitive = 1;  ///< 0: comparing, searching and hashing take no notice of case.
