@@ -25,14 +25,24 @@ if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
     list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 
-# The language, the warnings, the instrumentation, and the folder root as the one include path.
+option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
+
+# vekCompiledTogether(TARGETS...): these can be compiled so; sources given as SKIP_UNITY_BUILD_INCLUSION stay alone.
+function(vekCompiledTogether)
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
+endfunction()
+
+# The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
+# CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
 function(vekCompiling target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
-                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
+                                               UNITY_BUILD OFF)
     if(VEK_DEVELOPER)
-        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+        target_compile_options(${target} PRIVATE # and not for the resource compiler
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
     endif()
     target_compile_options(${target} PRIVATE ${instrumentedCode})
     target_link_options(${target} PRIVATE ${instrumentation})
@@ -44,18 +54,32 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
-# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it.
-function(vekExportingTheFourCalls target)
+# The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
+# file is named as hosts load it, and tells its version when a resource file says it.
+function(vekExporting target map def)
     if(WIN32)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def)
+        enable_language(RC)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
+        foreach(resource IN LISTS ARGN)
+            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
+        endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/vek/api/exports.map
-                                          -Wl,--exclude-libs,ALL)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
+                                          -Wl,-z,relro,-z,now)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
-    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/vek/api/exports.map)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/${map})
+endfunction()
+
+# The reader of JSON is headers alone, those of this machine; a cross compiler sees no others of its folder.
+function(vekReadingJson target)
+    find_path(VEK_JSON_FOLDER nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    set(folder ${PROJECT_BINARY_DIR}/json)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${VEK_JSON_FOLDER}/nlohmann ${folder}/nlohmann SYMBOLIC)
+    target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()

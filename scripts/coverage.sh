@@ -5,18 +5,19 @@
 #   coverage.sh FOLDER...  the table, and the lines of each file of these folders that are not reached
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/talk.sh
 build=build/coverage
 
 scripts/packages.sh coverage
 rm -rf "$build" # notes of sources that are gone, and counts of earlier runs, would be read too
-cmake --preset coverage -DVEK_BENCH=OFF >/dev/null
-cmake --build "$build" | tail -n 1
-ctest --preset coverage -j "$(nproc)" | grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test .* Passed )'
+talk "coverage: preparing" cmake --preset coverage -DVEK_BENCH=OFF
+talk "coverage: building" cmake --build "$build"
+talk "coverage: testing" ctest --preset coverage -j "$(nproc)"
 
 count() {
     gcovr --root . --object-directory "$build" -j "$(nproc)" --exclude-throw-branches --exclude-unreachable-branches "$@"
 }
-count --filter vek/ --filter tools/ --json "$build/coverage.json" >/dev/null
+talk "coverage: counting" count --filter vek/ --filter tools/ --json "$build/coverage.json"
 count --add-tracefile "$build/coverage.json" --csv | awk -F, '
     # A row of the table: a name, and lines and branches, all and reached.
     function row(name, lines, linesReached, branches, branchesReached) {

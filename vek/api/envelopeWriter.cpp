@@ -50,12 +50,12 @@ takenNumber_t::~takenNumber_t() {
 
 // By hand, not by a stream: the numbers of the envelope would take longer than a short body. One room() covers it all,
 // so that `at` stays valid up to advance().
-std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, std::int32_t sequenceNumber) {
+std::size_t beginEnvelope(bodyWriter_t &out, const envelopeNumbers_t &numbers) {
     char *at = writeWord("@@", out.room(3 * (integerRoom + 1) + 2 + lengthDigits + 1));
-    out.advance(writeNumber(id, at));
+    out.advance(writeNumber(numbers.id, at));
     const std::size_t lengthPosition = out.size();
     at = writeWord("***** ", out.room(0));
-    out.advance(writeNumber(sequenceNumber, writeNumber(headerNumbers.echoTag, at)));
+    out.advance(writeNumber(numbers.sequenceNumber, writeNumber(numbers.echoTag, at)));
     return lengthPosition;
 }
 

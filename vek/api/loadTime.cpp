@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#ifdef _WIN32
+// A DLL is told by Windows that it is loaded; a static library runs its set-up as the program's own.
+#if defined(_WIN32) && !defined(VEK_STATIC)
+#    define VEK_DLL
 #    include <windows.h>
 #endif
 
@@ -25,7 +27,7 @@ void setUpAtLoad() {
 
 } // namespace vek
 
-#ifdef _WIN32
+#ifdef VEK_DLL
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH)
         vek::setUpAtLoad(); // nothing that may not be done while Windows holds its loader's lock

@@ -56,7 +56,7 @@ char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) 
     bodyBuffer_t buffer(msgStruct == nullptr ? roomWithoutBody : firstRoom);
     bodyWriter_t out(buffer);
     takenNumber_t sequenceNumber;
-    const std::size_t lengthPosition = beginEnvelope(out, id, sequenceNumber.value());
+    const std::size_t lengthPosition = beginEnvelope(out, {id, headerNumbers.echoTag, sequenceNumber.value()});
     if (msgStruct != nullptr) {
         const std::size_t bodyStart = out.size();
         out = row->conversion->print(msgStruct, out);

@@ -17,6 +17,7 @@
 #ifndef VEK_PARAMS_2_ASCII_H
 #define VEK_PARAMS_2_ASCII_H
 
+#include "vek/api/version.h"
 #include "vek/records/messages.h"
 
 #include <stdint.h>

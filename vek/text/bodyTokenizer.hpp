@@ -24,6 +24,9 @@ public:
 
     bool atEnd() const { return at_ == end_; }
 
+    /// Where the next token or separator stands.
+    const char *position() const { return at_; }
+
     /// Reads one token. There is none (noToken) at the end, where a separator stands, and at an opening brace without
     /// its closing one; the latter consumes the rest of the text.
     std::string_view token() {

@@ -107,6 +107,12 @@ struct ownEnumField_t : basicEnumField_t<std::int32_t> {
     }
     ownEnumField_t &operator=(const ownEnumField_t &other) { return *this = other.value(); }
 
+    /// Takes over the value, and whether it is set.
+    void copyFrom(const ownEnumField_t &other) {
+        value_ = other.value_;
+        isSet = other.isSet;
+    }
+
     std::int32_t value() const { return value_; }
     operator std::int32_t() const { return value_; }
 

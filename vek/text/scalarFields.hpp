@@ -195,6 +195,12 @@ struct ownField_t : valueField_t<Codec, typename Codec::value_t> {
     }
     ownField_t &operator=(const ownField_t &other) { return *this = other.value(); }
 
+    /// Takes over the value, and whether it is set.
+    void copyFrom(const ownField_t &other) {
+        this->value_ = other.value_;
+        this->isSet = other.isSet;
+    }
+
     value_t value() const { return this->value_; }
     operator value_t() const { return this->value_; }
 

@@ -38,6 +38,13 @@ wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
     return *this;
 }
 
+void wideStringField_t::copyFrom(const wideStringField_t &other) {
+    elements_ = other.elements_;
+    text_ = other.text_;
+    found_ = other.found_;
+    isSet = other.isSet;
+}
+
 // The text is made from the characters when it is first asked for, which most readers of a message never do. Values may
 // be more than elements (see fromText), and may lack the terminating 0 or hold several: the text is a copy with a
 // terminator of its own, so that it ends in memory whatever came over the line.
@@ -115,6 +122,17 @@ void wideStringListField_t::clear() {
     elements_.clear();
     found_ = 0;
     isSet = 0;
+}
+
+void wideStringListField_t::copyFrom(const wideStringListField_t &other) {
+    if (this == &other)
+        return;
+    clear();
+    elements_.allocate(other.count());
+    for (std::int32_t i = 0; i < other.count(); ++i)
+        at(i).copyFrom(other.at(i));
+    found_ = other.found_;
+    isSet = other.isSet;
 }
 
 wideStringField_t &wideStringListField_t::add(std::u16string_view text) {

@@ -43,9 +43,9 @@ private:
     bool isKept_ = false;
 };
 
-/// Writes what stands in front of the body. The length has a placeholder, whose position is returned. Throws
-/// std::bad_alloc.
-std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, std::int32_t sequenceNumber);
+/// Writes what stands in front of the body, with these very numbers. The length has a placeholder, whose position is
+/// returned. Throws std::bad_alloc.
+std::size_t beginEnvelope(bodyWriter_t &out, const envelopeNumbers_t &numbers);
 
 /// Writes what stands behind the body, the NUL included, and patches the length; of a length of 100,000 and more only
 /// the first five digits. Throws std::bad_alloc.

@@ -68,8 +68,8 @@ private:
     static processWide_t<std::int32_t> liveObjects_;
 };
 
-/// Prints the object, or "NULL".
-std::ostream &operator<<(std::ostream &stream, obj_t *object);
+/// Prints the object, which stays as it is, or "NULL".
+std::ostream &operator<<(std::ostream &stream, const obj_t *object);
 
 /// A factory for class descriptors.
 template <class Class>

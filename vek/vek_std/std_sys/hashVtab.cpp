@@ -61,7 +61,9 @@ constinit processWide_t<errorHook_t> hashBadBoundHook = reportBadBound;
 constinit processWide_t<std::uint32_t> hashVtab::findCounter_ = 0;
 constinit processWide_t<std::uint32_t> hashVtab::loopCounter_ = 0;
 
-hashVtab::hashVtab(std::int32_t bytesPerEntry, keyFunction_t key) : keyFunction_(key), entrySize_(bytesPerEntry) {
+hashVtab::hashVtab(std::int32_t bytesPerEntry, keyFunction_t key, std::size_t bytesPerWord)
+    : keyFunction_(key), entrySize_(bytesPerEntry),
+      wordSize_(std::min(bytesPerWord, static_cast<std::size_t>(bytesPerEntry))) {
     grow();
 }
 
@@ -115,11 +117,12 @@ hashVtab::word_t hashVtab::remove(const void *entry) {
     return word;
 }
 
-// Entries need not be aligned, nor as long as a word.
+// Entries need not be aligned. A shorter word comes first in memory, which makes it the low half on the targets, all of
+// them little-endian.
 hashVtab::word_t hashVtab::firstWord(const void *entry) const {
     word_t word = 0;
     if (entry != nullptr)
-        std::memcpy(&word, entry, std::min(sizeof word, static_cast<std::size_t>(entrySize_)));
+        std::memcpy(&word, entry, wordSize_);
     return word;
 }
 
@@ -178,7 +181,8 @@ void hashVtab::printStatistics(std::ostream &stream) const {
 wordVtab_t::wordVtab_t(keyFunction_t key)
     : hashVtab(static_cast<std::int32_t>(sizeof(word_t)), key != nullptr ? key : firstWordKey<word_t>) {}
 
-ordinalVtab_t::ordinalVtab_t() : hashVtab(static_cast<std::int32_t>(sizeof(pair_t)), firstWordKey<std::uint32_t>) {}
+ordinalVtab_t::ordinalVtab_t()
+    : hashVtab(static_cast<std::int32_t>(sizeof(pair_t)), firstWordKey<std::uint32_t>, sizeof(pair_t::key)) {}
 
 std::uint32_t ordinalVtab_t::insertOrdinal(std::uint32_t key) {
     const pair_t pair{key, static_cast<std::uint32_t>(count()) + 1};

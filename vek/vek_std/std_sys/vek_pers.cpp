@@ -189,7 +189,7 @@ obj_t *create(classGroup_t *group, const char *name) {
     return create(group, codeOf(name));
 }
 
-void printGroup(const classGroup_t *group, groupKind_t kind) {
+void printGroup(const classGroup_t *group, std::int32_t kind) {
     const char *kindName = kind == templateGroup_e ? "TEMPLATE" : kind == macroGroup_e ? "MACRO" : "";
     std::printf("\n%s Group of %s ", kindName, groupName(group));
     for (const classGroup_t *outer = group != nullptr ? group->enclosing : nullptr; outer != nullptr;

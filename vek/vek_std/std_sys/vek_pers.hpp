@@ -9,6 +9,7 @@
 
 #include "vek/vek_std/std_sys/hashVtab.hpp"
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 
@@ -62,11 +63,17 @@ classDescriptor_t *lookup(classGroup_t *group, std::uint32_t code);
 /// A new default instance, which the caller owns, of the class that lookup finds; null when it finds none.
 obj_t *create(classGroup_t *group, std::uint32_t code);
 obj_t *create(classGroup_t *group, const char *name);
+/// By any other integer, so that a 0 is a code and no null name.
+template <std::integral Code>
+obj_t *create(classGroup_t *group, Code code) {
+    return create(group, static_cast<std::uint32_t>(code));
+}
 
 /// What printGroup calls a group.
-enum groupKind_t { templateGroup_e = 0, macroGroup_e = 1, plainGroup_e = 2 };
+enum groupKind_t : std::int32_t { templateGroup_e = 0, macroGroup_e = 1, plainGroup_e = 2 };
 
-/// Prints the classes of a group on standard output.
-void printGroup(const classGroup_t *group, groupKind_t kind = plainGroup_e);
+/// Prints the classes of a group on standard output. The kind is one of groupKind_t, or its number; any other number
+/// stands for a plain group.
+void printGroup(const classGroup_t *group, std::int32_t kind = plainGroup_e);
 
 } // namespace vek
