@@ -25,7 +25,8 @@ talk() {
     local step=$1 name status=0 started=$SECONDS ticker
     shift
     mkdir -p "$talkFolder"
-    name=$talkFolder/${step//[^A-Za-z0-9]/-}
+    name=${step//[^A-Za-z0-9]/-}
+    name=$talkFolder/${name:0:60}
     talkLog=$name.txt
     : >"$talkLog"
     if [ -s "$name.seconds" ]; then
