@@ -3,10 +3,13 @@
 
 option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(VEK_INSTRUMENT STREQUAL "threads")
+    set(instrumentation -fsanitize=thread)
+    set(instrumentedCode ${instrumentation} -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
     set(instrumentation --coverage)
     set(instrumentedCode ${instrumentation} -O0)
@@ -14,7 +17,12 @@ elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
+endif()
+
+# The address sanitizer is to see each string body that is used after its release.
+if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+    list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 
 option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
@@ -46,21 +54,32 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
-# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it, and
-# tells its version.
-function(vekExportingTheFourCalls target)
+# The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
+# file is named as hosts load it, and tells its version when a resource file says it.
+function(vekExporting target map def)
     if(WIN32)
         enable_language(RC)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def
-                                         ${PROJECT_SOURCE_DIR}/packaging/vekParams2ASCII.rc)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
+        foreach(resource IN LISTS ARGN)
+            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
+        endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/vek/api/exports.map
-                                          -Wl,--exclude-libs,ALL -Wl,-z,relro,-z,now)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
+                                          -Wl,-z,relro,-z,now)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
-    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/vek/api/exports.map)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/${map})
+endfunction()
+
+# The reader of JSON is headers alone, those of this machine; a cross compiler sees no others of its folder.
+function(vekReadingJson target)
+    find_path(VEK_JSON_FOLDER nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    set(folder ${PROJECT_BINARY_DIR}/json)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${VEK_JSON_FOLDER}/nlohmann ${folder}/nlohmann SYMBOLIC)
+    target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()

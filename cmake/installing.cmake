@@ -19,7 +19,7 @@ install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
 install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE)
+        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "vek/inspect/.*\\.hpp$" EXCLUDE)
 if(WIN32)
     install(FILES vek/api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()

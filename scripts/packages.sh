@@ -2,21 +2,26 @@
 # Installs what building and testing need and this machine lacks (Debian packages), or says how. Run by the other scripts.
 #   packages.sh build      compilers and build tools
 #   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
+#   packages.sh bench      what the comparison with other codecs needs
 #   packages.sh coverage   all that, and what counts the lines the tests reach
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
 . "$(dirname "$0")/talk.sh"
 
-packages=(g++ cmake ninja-build)
+packages=(g++ cmake ninja-build nlohmann-json3-dev)
 testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
          dpkg-dev file lintian locales g++-mingw-w64-i686-posix)
 case ${1:-build} in
 build) ;;
 test) packages+=("${testing[@]}") ;;
+bench)
+    packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
+               pkg-config valgrind python3)
+    ;;
 coverage) packages+=("${testing[@]}" gcovr) ;;
 windows) packages+=(g++-mingw-w64-i686-posix googletest debootstrap) ;;
 *)
-    echo "packages: '$1' is not build, test, coverage or windows" >&2
+    echo "packages: '$1' is not build, test, bench, coverage or windows" >&2
     exit 2
     ;;
 esac

@@ -16,7 +16,7 @@ runPreset() {
     local preset=$1
     shift
     talk "$preset: preparing" cmake --preset "$preset" "$@"
-    talk "$preset: building" cmake --build "build/$preset"
+    talk "$preset: building" cmake --build --preset "$preset"
     talk "$preset: testing" ctest --preset "$preset" -j "$(nproc)"
     talkShows '^[0-9]+% tests passed|Skipped|Not Run|^Total Test time'
 }
@@ -27,10 +27,11 @@ if [ "${1:-}" = quick ]; then
     exit 0
 fi
 
-echo "Five builds, one after the other. scripts/test.sh quick takes one."
+echo "Six builds, one after the other. scripts/test.sh quick takes one."
 talk "sources: checking" scripts/lint.sh
 runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
+runPreset thread
 runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 status=0

@@ -84,6 +84,8 @@ TEST(hashVtab, ordinalsNumberTheKeys) {
             EXPECT_EQ(table.insertOrdinal('A' + key), expected * (key + 1));
     }
     EXPECT_EQ(table.insertOrdinal(0) + table.insertOrdinal(0), 0U);
+    const vek::ordinalVtab_t::pair_t pair{'B', 7};
+    EXPECT_EQ(table.remove(&pair), word_t{'B'}); // the key alone
 }
 
 TEST(hashVtab, statisticsAreOneLine) {

@@ -4,10 +4,11 @@
 // without memory.
 
 #include "stringModel.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace changes {
 
@@ -55,12 +56,24 @@ inline constexpr change_t all[] = {
          view = with.text.c_str();
          view.toUpper();
      }},
+    {"view of a view",
+     [](auto &one, auto &, with_t &with) {
+         const std::size_t half = with.start / 2;
+         one(static_cast<std::ptrdiff_t>(with.start), with.extent) = one(static_cast<std::ptrdiff_t>(half), half);
+     }},
+    {"view in lower case",
+     [](auto &one, auto &, with_t &with) { one(static_cast<std::ptrdiff_t>(with.start), with.extent).toLower(); }},
+    {"standard text", [](auto &one, auto &, with_t &with) { one = std::string_view(with.text); }},
+    {"own standard text",
+     [](auto &one, auto &, with_t &with) { one = std::string_view(one).substr(with.start, with.extent); }},
+    {"own text appended",
+     [](auto &one, auto &, with_t &with) { one.append(std::string_view(one).substr(with.start, with.extent)); }},
     {"one character",
      [](auto &one, auto &, with_t &with) {
          if (with.extent > 0)
              one[static_cast<std::int32_t>(with.start)] = '#';
      }},
-    {"reading", [](auto &one, auto &, with_t &with) { readToDelim(with.input, one, '\n'); }},
+    {"reading", [](auto &one, auto &, with_t &with) { one.readToDelim(with.input, '\n'); }},
 };
 
 } // namespace changes

@@ -11,6 +11,7 @@
 #include <istream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace model {
 
@@ -42,6 +43,7 @@ public:
         if (!text.empty())
             body = made(text);
     }
+    string_t(std::string_view text) : string_t(std::string(text)) {}
     string_t(const char *text, std::size_t n) : string_t(std::string(text, n)) {}
     string_t(std::size_t n, char c) : string_t(std::string(n, c)) {}
 
@@ -53,6 +55,8 @@ public:
     string_t deepCopy() const { return text(); }
     string_t operator+(const char *other) const { return text() + other; }
     void append(const char *other) { insert(text().size(), 0, other); }
+    void append(std::string_view other) { replace(text().size(), 0, other.data(), other.size()); }
+    operator std::string_view() const { return text(); }
     void prepend(std::nullptr_t, std::size_t n) { insert(0, 0, std::string(n, ' ')); }
     void toLower() { transform(0, text().size(), lower); }
 
@@ -79,20 +83,24 @@ public:
             owner->insert(start, extent, text);
             extent = std::string(text).size();
         }
+        void operator=(const view_t &other) {
+            owner->replace(start, extent, other.owner->c_str() + other.start, other.extent);
+        }
+        void toLower() const { owner->transform(start, extent, lower); }
         void toUpper() const { owner->transform(start, extent, upper); }
     };
     view_t operator()(std::ptrdiff_t start, std::size_t extent) {
         return {this, static_cast<std::size_t>(start), extent};
     }
 
-    friend void readToDelim(std::istream &stream, string_t &one, char delimiter) {
+    void readToDelim(std::istream &stream, char delimiter) {
         std::string read;
         std::getline(stream, read, delimiter);
-        one.makePrivate();
-        one.body->text = read;
-        while (one.body->capacity < read.size())
-            one.body->capacity = rounded(one.body->capacity + 64);
-        one.shrink();
+        makePrivate();
+        body->text = read;
+        while (body->capacity < read.size())
+            body->capacity = rounded(body->capacity + 64);
+        shrink();
     }
 
 private:

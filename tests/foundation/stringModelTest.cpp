@@ -105,6 +105,14 @@ TEST_P(stringModel, randomSearches) {
         EXPECT_EQ(real.compareTo(other.c_str()), (text > seen(other)) - (text < seen(other)));
         EXPECT_EQ(real == other.c_str(), text == seen(other));
         EXPECT_EQ(real < other.c_str(), text < seen(other));
+        const vek::string_t realOther(other);
+        const auto order = text <=> seen(other);
+        EXPECT_TRUE((real <=> other.c_str()) == order && (real <=> other) == order && (real <=> realOther) == order);
+        EXPECT_EQ(real == other, order == 0);
+        EXPECT_EQ(std::string_view(other) == real, order == 0);
+        EXPECT_EQ(real == realOther, order == 0);
+        const std::hash<vek::string_t> hashed;
+        EXPECT_TRUE(order != 0 || hashed(real) == hashed(realOther));
         EXPECT_EQ(toLower(real).c_str(), mapped(raw, lower));
         EXPECT_EQ(isLower(real), raw == mapped(raw, lower));
         EXPECT_EQ(isUpper(real), raw == mapped(raw, upper));

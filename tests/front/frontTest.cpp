@@ -67,6 +67,44 @@ TEST_F(FrontTest, ReadsAndWritesEveryMessageAndItsDefaults) {
     });
 }
 
+/// The text with its n-th pair left out, those of nested bodies not counted; the same text when it has no such pair.
+std::string without(std::string text, int n) {
+    int depth = 0;
+    std::size_t begin = text.find('{') + 1;
+    for (std::size_t i = begin - 1; i < text.size(); ++i) {
+        depth += (text[i] == '{') - (text[i] == '}');
+        if (text[i] == ';' && depth == 1) {
+            if (n-- == 0)
+                return test::message(messageId(text), text.erase(begin, i + 1 - begin).substr(text.find('{')));
+            begin = i + 1;
+        }
+    }
+    return text;
+}
+
+TEST_F(FrontTest, StructuresAreEqualAsTheirTextsAre) {
+    messages_t::forEach([&]<class Message>(Message) {
+        constexpr std::int32_t id = Message::id;
+        SCOPED_TRACE(id);
+        const std::string &text = sampleOf(id).text;
+        const auto whole = parse<id>(text);
+        EXPECT_TRUE(*whole == *parse<id>(text));
+        for (int n = 0; n < 40; ++n) {
+            const auto part = parse<id>(without(text, n));
+            const std::string printed = bodyOf(print<id>(*part));
+            EXPECT_EQ(*whole == *part, bodyOf(text) == printed) << n;
+            typename Message::structure_t copy(*whole);
+            EXPECT_TRUE(copy == *whole && !(copy != *whole)) << n;
+            EXPECT_EQ(bodyOf(print<id>(copy)), bodyOf(text)) << n;
+            copy = *part;
+            EXPECT_TRUE(copy == *part) << n;
+            EXPECT_EQ(bodyOf(print<id>(copy)), printed) << n;
+        }
+    });
+    static_assert(!std::equality_comparable_with<Media, string_t>);
+    EXPECT_FALSE(static_cast<const DeviceInfo &>(DeviceInfo2()) == DeviceInfo()); // another message
+}
+
 TEST_F(FrontTest, ReadsViewsThatNoNulFollows) {
     const std::string text = "@@4118    38 7 41 {DEVICE_STATE=3;}!!";
     const std::vector<char> exact(text.begin(), text.end()); // nothing behind it may be read

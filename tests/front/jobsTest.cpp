@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -76,6 +77,29 @@ TEST_F(JobsTest, ListsGrowAndEmpty) {
     EXPECT_EQ(bodyOf(print(*job)), "");
     job->fromText("{SEP_LIST={{1,},{2,},{3,},{4,},};}");
     EXPECT_EQ(job->sepList.count(), 4);
+}
+
+TEST_F(JobsTest, AreCopiedAndMovedLikeValues) {
+    std::vector<JobSepList> jobs;
+    const auto read = parse<JobSepList>("@@4193    70 7 41 {JOB_NAME={72,105,};SEP_LIST={{67,0,},{66,0,},};}!!");
+    for (int i = 0; i < 20; ++i) { // which moves them
+        jobs.push_back(i % 2 == 0 ? *read : JobSepList());
+        jobs.back().sepList.push_back(i % 2 == 0 ? u"even" : u"odd");
+    }
+    JobSepList &last = jobs.back() = jobs[18];
+    EXPECT_TRUE(last == jobs[0] && last != *read && last.sepList[0] == read->sepList[0]);
+    last.fromText("{SEP_LIST={{65,0,},};JOB_NAME={66,0,0,};}"); // its own members, by their keys
+    EXPECT_EQ(bodyOf(print(last)), "{JOB_NAME={66,0,};SEP_LIST={{65,0,},{66,0,},{101,118,101,110,0,},};}");
+    EXPECT_EQ(bodyOf(print(jobs[18])), "{JOB_NAME={72,105,};SEP_LIST={{67,0,},{66,0,},{101,118,101,110,0,},};}");
+    last = *&last;
+    std::swap(last, jobs[1]);
+    EXPECT_EQ(bodyOf(print(last)), "{SEP_LIST={{111,100,100,0,},};}");
+    EXPECT_TRUE(jobs[1].jobName == u"B" && jobs[1].sepList.size() == 3);
+    JobPort unset, zero;
+    zero.jobId = 0;
+    EXPECT_FALSE(unset == zero);
+    unset = zero;
+    EXPECT_TRUE(unset == zero && JobPort(unset).jobId.isSet == 1 && unset.jobName.isSet == 0);
 }
 
 TEST_F(JobsTest, EnumerationsKnowTheirNames) {

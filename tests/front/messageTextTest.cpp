@@ -81,6 +81,10 @@ std::string shownReport(const problem_t &problem) {
     return problem ? std::string(names[static_cast<int>(problem.code)]) + ": " + problem.text : "";
 }
 
+void read(const std::string &text) {
+    const structure_t structure(text.c_str(), 4118);
+}
+
 class MessageTextTest : public HostTest {};
 
 TEST_F(MessageTextTest, IsReadAsFarAsItGoesAndReportedWhereItIsWrong) {
@@ -111,15 +115,15 @@ TEST_F(MessageTextTest, IsReadAsFarAsItGoesAndReportedWhereItIsWrong) {
 }
 
 TEST_F(MessageTextTest, HasTheNumbersOfTheLastMessageRead) {
-    structure_t(message(4118, "{}", -3, INT_MAX));
+    read(message(4118, "{}", -3, INT_MAX));
     problem_t problem;
     for (const char *refused : {"@@4118    99 1 1 {}!!", " @@4118   24 1 1 {}!!"}) {
-        structure_t(refused, 4118);
+        read(refused);
         EXPECT_EQ(parse<DeviceState>(refused, problem), nullptr);
     }
     EXPECT_EQ(parse<FocusValue>(message(4118, "{}", 9, 61), problem), nullptr);
     EXPECT_EQ(written(4118, nullptr), message(4118, "", -3, INT_MIN));
-    structure_t(message(4162, "{}", 5, 6)); // one without a structure
+    read(message(4162, "{}", 5, 6)); // one without a structure
     std::int32_t vain = 0;
     written(4190, &vain); // the empty string is no message
     EXPECT_EQ(written(4118, nullptr), message(4118, "", 5, 7));
@@ -130,12 +134,12 @@ TEST_F(MessageTextTest, HasTheNumbersOfTheLastMessageRead) {
 
 // Longer ones than can be read back have the first five digits of their length; the front writes none of them.
 TEST_F(MessageTextTest, LengthHasFiveDigits) {
-    const auto startAnew = [] { structure_t(message(4118, "{}", -1, 0)); };
+    const auto startAnew = [] { read(message(4118, "{}", -1, 0)); };
     startAnew();
     EXPECT_EQ(written(4112, nullptr), "@@4112    21 -1 1 !!");
     EXPECT_EQ(written(-5, nullptr), "@@-5    19 -1 2 !!");
     const std::size_t around = std::string("@@4202 ##### -1 1 {TYPE=FALSE;INFO=;}!!").size() + 1;
-    for (const std::size_t length : {99998, 99999, 100000, 123456}) {
+    for (const std::size_t length : {99998U, 99999U, 100000U, 123456U}) {
         std::string text(length - around, 'i');
         Info info{0, text.data()};
         startAnew();

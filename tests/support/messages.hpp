@@ -12,7 +12,7 @@
 
 namespace vek::test {
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isInstrumented = true;
 #elif defined(__has_feature)
 inline constexpr bool isInstrumented = __has_feature(address_sanitizer);

@@ -9,16 +9,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace {
 
 using namespace vek;
 
 std::string printed(const textField_t &field) {
-    bodyWriter_t out(1);
-    field.toText(out);
+    bodyBuffer_t buffer(1);
+    const bodyWriter_t out = field.toText(bodyWriter_t(buffer));
     return std::string(out.text());
 }
 
@@ -89,6 +91,13 @@ TEST(Fields, RangesReportTheirEnds) {
     printRange(out, range);
     EXPECT_EQ(out.str(), " ------  RANGE INFO  ------\n  range[0]= 10\n  range[1]= 20\n  range[2]= 600\n"
                          "  range[3]= -5.5\n  range[4]= 1e+09\n ----------------------------------\n");
+    std::vector<double> expected(range.begin(), range.end());
+    for (int i = 0; i < 8; ++i) { // its own values, also while it grows
+        range.setValues(range.count() - i, range.begin() + i);
+        const std::vector<double> own(expected.begin() + i, expected.end());
+        expected.insert(expected.end(), own.begin(), own.end());
+        EXPECT_TRUE(std::equal(range.begin(), range.end(), expected.begin(), expected.end())) << i;
+    }
     range.clear();
     EXPECT_EQ(range.kind, valueRange_t::discrete);
     range.setInterval(-5.0, -2.0);

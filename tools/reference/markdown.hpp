@@ -1,18 +1,14 @@
 // Pieces of Markdown.
 #pragma once
 
-#include <initializer_list>
+#include "vek/inspect/words.hpp"
+
 #include <string>
 #include <string_view>
 
 namespace vek {
 
-inline std::string joined(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts)
-        text += part;
-    return text;
-}
+using inspect::joined;
 
 /// Nothing for no text.
 inline std::string code(std::string_view text) {

@@ -2,8 +2,7 @@
 
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
-#include "tools/reference/memberPlace.hpp"
-#include "vek/api/private/catalogue.hpp"
+#include "vek/inspect/private/memberPlace.hpp"
 
 #include <fstream>
 #include <iterator>
@@ -17,6 +16,7 @@ namespace vek {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace inspect;
 
 constexpr std::string_view introduction = R"(# Messages
 
@@ -38,7 +38,7 @@ What each message id holds, and what the four calls do with it. Where the member
 )";
 
 // What the three calls do, in words.
-constexpr std::string_view readingWords(const recordDescription_t *record) {
+constexpr std::string_view readingWords(const recordSchema_t *record) {
     if (record == nullptr)
         return "makes nothing, result 0";
     switch (record->kind) {
@@ -52,13 +52,13 @@ constexpr std::string_view readingWords(const recordDescription_t *record) {
     return "makes the record, which is the structure";
 }
 
-constexpr std::string_view writingWords(service_t write, const recordDescription_t *record) {
+constexpr std::string_view writingWords(service_t write, const recordSchema_t *record) {
     if (write != service_t::full || record == nullptr)
         return write == service_t::refused ? "refuses the id" : "gives an empty string, result 0";
     return record->kind == structureKind_t::ownRecord ? "lets it write itself" : "writes it";
 }
 
-constexpr std::string_view releaseWords(service_t release, const recordDescription_t *record) {
+constexpr std::string_view releaseWords(service_t release, const recordSchema_t *record) {
     if (release != service_t::full || record == nullptr)
         return release == service_t::refused ? "refuses the id" : "sets the pointer to null";
     if (record->kind != structureKind_t::plain)
@@ -73,13 +73,13 @@ std::string readFile(const fs::path &file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// The name of an id's constant in the C header.
-std::string constantOf(std::string_view header, std::int32_t id) {
-    const std::size_t end = header.find(joined({" = ", std::to_string(id)}));
-    if (end == std::string_view::npos)
-        throw std::runtime_error(joined({"no constant for ", std::to_string(id), " in vek/records/messages.h"}));
-    const std::size_t start = header.rfind(' ', end - 1) + 1;
-    return std::string(header.substr(start, end - start));
+// The header that declares a structure.
+std::string_view headerOf(const structureLayout_t &layout) {
+    for (const layoutFamily_t *family : layoutFamilies())
+        for (const structureLayout_t *one : family->structures)
+            if (one == &layout)
+                return family->header;
+    return {};
 }
 
 std::string sampleOf(const fs::path &folder, std::int32_t id) {
@@ -113,115 +113,102 @@ void writeSample(std::ostream &out, std::string_view message) {
 
 class messagePage_t {
 public:
-    messagePage_t(std::ostream &out, const fs::path &root)
-        : out_(out), samples_(root / "examples/messages"), header_(readFile(root / "vek/records/messages.h")) {
-        for (const catalogueRow_t &row : catalogueRows())
-            if (row.conversion != nullptr)
-                show(row.conversion->visit, [&](const recordDescription_t &record) {
-                    const std::string anchor = anchorOf(headingOf(row, record));
-                    references_.anchors.emplace(record.record, anchor);
-                    references_.anchors.emplace(record.structure, anchor);
-                });
+    messagePage_t(std::ostream &out, const fs::path &root) : out_(out), samples_(root / "examples/messages") {
+        for (const messageSchema_t &message : schema().messages())
+            if (message.record != nullptr) {
+                const std::string anchor = anchorOf(headingOf(message));
+                references_.anchors.emplace(message.record->name, anchor);
+                references_.anchors.emplace(message.record->structure, anchor);
+            }
     }
 
     void write() {
         out_ << generatedNotice << introduction;
         writeOverview();
-        for (const catalogueRow_t &row : catalogueRows())
-            if (row.conversion != nullptr)
-                show(row.conversion->visit, [&](const recordDescription_t &record) { writeMessage(row, record); });
+        for (const messageSchema_t &message : schema().messages())
+            if (message.record != nullptr)
+                writeMessage(message, *message.record);
         writeEnumerations();
     }
 
 private:
-    template <class Function>
-    static void show(void (*visit)(recordVisitor_t &), const Function &function) {
-        struct visitor_t : recordVisitor_t {
-            explicit visitor_t(const Function &wanted) : function(wanted) {}
-            void visit(const recordDescription_t &record) override { function(record); }
-            const Function &function;
-        } visitor(function);
-        visit(visitor);
-    }
-
-    static std::string headingOf(const catalogueRow_t &row, const recordDescription_t &record) {
-        return joined({std::to_string(row.id), " ", record.record});
+    static std::string headingOf(const messageSchema_t &message) {
+        return joined({std::to_string(message.id), " ", message.record->name});
     }
 
     void writeOverview() {
         out_ << "| Id | Constant | Record | `vekStrToVal` | `vekValToStr` | `vekParamsDeleteStruct` |\n"
                 "|---|---|---|---|---|---|\n";
         std::string gaps;
-        std::int32_t next = catalogueRows().front().id;
-        for (const catalogueRow_t &row : catalogueRows()) {
-            if (row.id > next)
+        std::int32_t next = schema().messages().front().id;
+        for (const messageSchema_t &message : schema().messages()) {
+            if (message.id > next)
                 gaps += (gaps.empty() ? "" : ", ") + std::to_string(next) +
-                        (row.id > next + 1 ? " to " + std::to_string(row.id - 1) : "");
-            next = row.id + 1;
-            const std::string id = std::to_string(row.id);
-            if (row.conversion == nullptr)
-                writeRow(row, nullptr, id, {}, {});
-            else
-                show(row.conversion->visit, [&](const recordDescription_t &record) {
-                    writeRow(row, &record, link(id, anchorOf(headingOf(row, record))), constantOf(header_, row.id),
-                             record.record);
-                });
+                        (message.id > next + 1 ? " to " + std::to_string(message.id - 1) : "");
+            next = message.id + 1;
+            writeRow(message);
         }
         out_ << "\nAll calls refuse every other id, those in between too: " << gaps << ".\n";
     }
 
-    void writeRow(const catalogueRow_t &row, const recordDescription_t *record, std::string_view id,
-                  std::string_view constant, std::string_view name) {
-        out_ << "| " << id << " | " << code(constant) << " | " << code(name) << " | " << readingWords(record) << " | "
-             << writingWords(row.write, record) << " | " << releaseWords(row.release, record) << " |\n";
+    void writeRow(const messageSchema_t &message) {
+        const std::string id = std::to_string(message.id);
+        const recordSchema_t *record = message.record;
+        out_ << "| " << (record != nullptr ? link(id, anchorOf(headingOf(message))) : id) << " | "
+             << code(message.constant) << " | " << code(record != nullptr ? record->name : "") << " | "
+             << readingWords(record) << " | " << writingWords(message.write, record) << " | "
+             << releaseWords(message.release, record) << " |\n";
     }
 
-    void writeMessage(const catalogueRow_t &row, const recordDescription_t &record) {
-        out_ << "\n## " << headingOf(row, record) << "\n\n" << record.about << "\n\n";
-        writeStructure(joined({code(constantOf(header_, row.id)), ", structure"}), record);
-        out_ << "`vekStrToVal` " << readingWords(&record) << ", `vekValToStr` " << writingWords(row.write, &record)
-             << ", `vekParamsDeleteStruct` " << releaseWords(row.release, &record)
-             << (row.release == service_t::refused ? ": delete the structure through its virtual destructor.\n\n"
-                                                   : ".\n\n");
-        writeSample(out_, sampleOf(samples_, row.id));
+    void writeMessage(const messageSchema_t &message, const recordSchema_t &record) {
+        out_ << "\n## " << headingOf(message) << "\n\n" << record.about << "\n\n";
+        writeStructure(joined({code(message.constant), ", structure"}), record);
+        out_ << "`vekStrToVal` " << readingWords(&record) << ", `vekValToStr` " << writingWords(message.write, &record)
+             << ", `vekParamsDeleteStruct` " << releaseWords(message.release, &record)
+             << (message.release == service_t::refused ? ": delete the structure through its virtual destructor.\n\n"
+                                                       : ".\n\n");
+        writeSample(out_, sampleOf(samples_, message.id));
         out_ << "\n";
         writeKeyTable(out_, record, references_);
         while (!references_.elements.empty()) {
-            const auto visit = references_.elements.front();
+            const recordSchema_t *element = references_.elements.front();
             references_.elements.erase(references_.elements.begin());
-            show(visit, [&](const recordDescription_t &element) { writeElement(element); });
+            writeElement(*element);
         }
     }
 
-    void writeElement(const recordDescription_t &record) {
-        out_ << "\n### " << record.record << "\n\n" << record.about << "\n\n";
+    void writeElement(const recordSchema_t &record) {
+        out_ << "\n### " << record.name << "\n\n" << record.about << "\n\n";
         writeStructure("An element, structure", record);
         out_ << "\n";
         writeKeyTable(out_, record, references_);
     }
 
-    void writeStructure(std::string_view label, const recordDescription_t &record) {
-        const foundLayout_t found = layoutNamed(record.structure);
+    void writeStructure(std::string_view label, const recordSchema_t &record) {
+        const structureLayout_t *layout = layoutNamed(record.structure);
+        if (layout == nullptr)
+            throw std::runtime_error(joined(
+                {"no layout of ", record.structure,
+                 ": pin it in vek/records/private/layouts, and name it in its family's list"}));
         const std::string page = joined({"layouts.md", anchorOf(record.structure)});
         const bool isPlain = record.kind == structureKind_t::plain;
         out_ << label << " " << link(code(record.structure), page) << " of "
-             << code(isPlain ? "vek/records/messages.h" : found.header) << ", " << found.layout.size.windows32
-             << " bytes on Windows and " << found.layout.size.linux64 << " on Linux.\n";
+             << code(isPlain ? "vek/records/messages.h" : headerOf(*layout)) << ", " << layout->size.windows32
+             << " bytes on Windows and " << layout->size.linux64 << " on Linux.\n";
     }
 
     void writeEnumerations() {
         out_ << "\n## Enumerations\n\nA value is stored as a 32-bit integer and written by its name. An unknown name "
                 "is ignored, and a value without a name is not written.\n";
-        for (const enumeration_t &enumeration : references_.enumerations) {
-            out_ << "\n### " << enumeration.title << "\n\n| Value | Name |\n|--:|---|\n";
-            for (std::int32_t value = 0; value < enumeration.nameCount; ++value)
-                out_ << "| " << value << " | `" << enumeration.names[value] << "` |\n";
+        for (const fieldSchema_t *field : references_.enumerations) {
+            out_ << "\n### " << field->enumeration << "\n\n| Value | Name |\n|--:|---|\n";
+            for (std::size_t value = 0; value < field->names.size(); ++value)
+                out_ << "| " << value << " | `" << field->names[value] << "` |\n";
         }
     }
 
     std::ostream &out_;
     fs::path samples_;
-    std::string header_;
     references_t references_;
 };
 

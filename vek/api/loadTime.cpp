@@ -14,7 +14,7 @@
 namespace vek {
 
 // Defined beside the set-up, so that whoever links the header numbers links the set-up too.
-envelopeNumbers_t headerNumbers;
+constinit headerNumbers_t headerNumbers;
 std::int32_t debugSwitch = 0;
 
 // At load and not at the first call: the environment counts as it is when the host starts, and the calls stay free of a
@@ -22,7 +22,7 @@ std::int32_t debugSwitch = 0;
 void setUpAtLoad() {
     const char *mode = std::getenv("PLOT_DEBUG_MODE");
     debugSwitch = mode != nullptr && std::strcmp(mode, "msgPrint") == 0 ? 1 : 0;
-    headerNumbers = {};
+    headerNumbers = headerNumbers_t();
 }
 
 } // namespace vek

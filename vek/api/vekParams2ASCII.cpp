@@ -45,25 +45,26 @@ std::int32_t readStructure(const conversion_t &conversion, const char *text, std
 
 // A text that holds the empty string, in the room that a message without a body has.
 char *emptyText() {
-    bodyWriter_t out(roomWithoutBody);
-    out.put('\0');
-    return out.release();
+    bodyBuffer_t buffer(roomWithoutBody);
+    bodyWriter_t(buffer).put('\0');
+    return buffer.release();
 }
 
-// The header numbers are put back only when the text is whole: a message that there was no memory for has not been
-// sent, and takes no sequence number.
+// The sequence number is kept only when the text is whole: a message that there was no memory for has not been sent,
+// and takes none.
 char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
-    bodyWriter_t out(msgStruct == nullptr ? roomWithoutBody : firstRoom);
-    envelopeNumbers_t numbers = headerNumbers;
-    const std::size_t lengthPosition = beginEnvelope(out, id, numbers);
+    bodyBuffer_t buffer(msgStruct == nullptr ? roomWithoutBody : firstRoom);
+    bodyWriter_t out(buffer);
+    takenNumber_t sequenceNumber;
+    const std::size_t lengthPosition = beginEnvelope(out, {id, headerNumbers.echoTag, sequenceNumber.value()});
     if (msgStruct != nullptr) {
         const std::size_t bodyStart = out.size();
-        row->conversion->print(msgStruct, out);
+        out = row->conversion->print(msgStruct, out);
         out.room(bodyStart < roomBehindBody ? roomBehindBody - bodyStart : 1);
     }
     endEnvelope(out, lengthPosition);
-    headerNumbers = numbers;
-    return out.release();
+    sequenceNumber.keep();
+    return buffer.release();
 }
 
 } // namespace
@@ -76,12 +77,8 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
         return failure;
     std::string_view body;
-    if (text != nullptr) {
-        // What is wrong with an envelope is no failure: what could be read counts.
-        headerNumbers.id = *msgId;
-        readEnvelope(text, headerNumbers, body);
-        *msgId = headerNumbers.id;
-    }
+    if (text != nullptr)
+        readEnvelope(text, *msgId, body);
     const catalogueRow_t *row = findInCatalogue(*msgId);
     if (row == nullptr)
         return refuseReading(*msgId);

@@ -38,6 +38,9 @@ public:
     /// Whether a "=" followed any token so far. A body is positional when none did in the whole of it.
     bool isKeyed() const { return keyed_; }
 
+    /// How far the body was read: behind the separators that follow the last pair.
+    const char *position() const { return tokenizer_.position(); }
+
 private:
     bodyTokenizer_t tokenizer_;
     bool keyed_ = false;

@@ -7,6 +7,7 @@
 
 #include "vek/text/characterBlock.hpp"
 #include "vek/text/characters.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <bit>
 #include <cstddef>
@@ -22,6 +23,9 @@ public:
     explicit bodyTokenizer_t(std::string_view text) : at_(text.data()), end_(text.data() + text.size()) {}
 
     bool atEnd() const { return at_ == end_; }
+
+    /// Where the next token or separator stands.
+    const char *position() const { return at_; }
 
     /// Reads one token. There is none (noToken) at the end, where a separator stands, and at an opening brace without
     /// its closing one; the latter consumes the rest of the text.
@@ -49,7 +53,7 @@ public:
     /// a plain token.
     bool skipKey(std::string_view key) {
         if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] ||
-            std::string_view(at_, key.size()) != key)
+            !areSame(at_, key.data(), key.size()))
             return false;
         at_ += key.size() + 1;
         delimiter();

@@ -7,11 +7,8 @@
 
 namespace vek {
 
-namespace {
-
-// The number behind the list's key, -1 unless the rest of the key is exactly a number below `count`. Only the spelling
-// that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several. The count is that of
-// the pairs, so no key can make a list longer than the text that it comes from.
+// Only the spelling that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several. The
+// count is that of the pairs, so no key can make a list longer than the text that it comes from.
 std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::int32_t count) {
     if (key.substr(0, listKey.size()) != listKey)
         return -1;
@@ -24,8 +21,6 @@ std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::i
         digits == std::string_view(spelling, static_cast<std::size_t>(writeInteger(index, spelling) - spelling));
     return isExact ? index : -1;
 }
-
-} // namespace
 
 std::int32_t countPairs(bodyScanner_t pairs) {
     textPair_t pair;

@@ -15,6 +15,10 @@ struct listKey_t {
     std::int32_t ordinal = -1; ///< -1: not an element
 };
 
+/// The number of the element below `count` that a key spells: the number behind the list's key, -1 unless the rest of
+/// the key is exactly such a number.
+std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::int32_t count);
+
 /// How many pairs are left in a body.
 std::int32_t countPairs(bodyScanner_t pairs);
 

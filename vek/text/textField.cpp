@@ -4,34 +4,39 @@ namespace vek {
 
 // A group of which no member is set prints nothing, not even braces: its pair disappears with it, at every level. That
 // is known only when the members have been asked, so the writer goes back instead of each group being walked twice.
-void textGroup_t::toText(bodyWriter_t &out) const {
+bodyCursor_t textField_t::readBraced(bodyCursor_t) {
+    return {};
+}
+
+bodyWriter_t textGroup_t::toText(bodyWriter_t out) const {
     const std::size_t start = out.size();
     out.put(openBrace);
-    collectPairs(out);
+    out = collectPairs(out);
     if (out.size() == start + 1)
         out.rewind(start);
     else
         out.put(closeBrace);
+    return out;
 }
 
 // The key is written first and taken back when no value follows: whether one does, only the member's own toText knows,
 // and a set member may print nothing too (an enumeration without a name, an empty text). In a positional body it leaves
 // no gap, so there the members behind it move up.
-void textGroup_t::collectPairs(bodyWriter_t &out) const {
+bodyWriter_t textGroup_t::collectPairs(bodyWriter_t out) const {
     const bool keyed = layout_ == layout_t::keyed;
     for (const textField_t *member = first_; member != nullptr; member = member->next_) {
         const std::size_t start = out.size();
         if (keyed) {
-            out.put(member->key());
-            out.put(separators[0]);
+            out.putKey(member->key());
         }
         const std::size_t valueStart = out.size();
-        member->toText(out);
+        out = member->toText(out);
         if (out.size() == valueStart)
             out.rewind(start);
         else
             out.put(separators[keyed ? 1 : 2]);
     }
+    return out;
 }
 
 // A record that is its own structure may be read into again, and then every key counts anew; the records that are bound
@@ -46,6 +51,30 @@ void textGroup_t::fromText(std::string_view text) {
     bodyScanner_t pairs(text);
     assignPairs(pairs);
     isSet = 1;
+}
+
+// Each member is due once, so whatever comes out of order, or again, ends the reading.
+bodyCursor_t textGroup_t::readBraced(bodyCursor_t at) {
+    if (!at.skip(openBrace))
+        return {};
+    for (textField_t *member = first_; member != nullptr; member = member->next_) {
+        if (!at.skipKey(member->key()))
+            continue;
+        if (at.isAt(openBrace)) {
+            at = member->readBraced(at);
+            if (at.isNowhere())
+                return {};
+        } else {
+            const std::string_view value = at.value();
+            if (value.empty())
+                return {};
+            member->fromText(value);
+        }
+        if (!at.skip(separators[1]))
+            return {};
+    }
+    isSet = 1;
+    return at.skip(closeBrace) ? at : bodyCursor_t();
 }
 
 // As long as the keys come in member order, which is how the library writes them, each pair goes straight to the member

@@ -74,6 +74,11 @@ TEST(stringMemory, nullBodyIsSafeInEveryOperation) {
     EXPECT_TRUE(null == "" && null == static_cast<const char *>(nullptr) && null < "a" && null.strip().isNull());
     EXPECT_EQ(null.compareTo(null) + null.compareTo(string_t(null + null)), 0);
     EXPECT_EQ(null.index("x") & null.first('x') & null.first("x") & null.last('x'), string_t::notFound);
+    vek::setCaseSensitive(0); // which needs no copies either
+    const string_t text = source;
+    EXPECT_EQ(null.index("x") & text.index("zzz"), string_t::notFound);
+    EXPECT_EQ(text.index("SS") + null.hash(), 0U);
+    vek::setCaseSensitive(1);
     EXPECT_TRUE(null.hash() == 0 && null.isUpper() && null.isLower() && toLower(null).length() == 0);
     memory::stopFailing();
     EXPECT_STREQ(null.c_str(), "");

@@ -21,8 +21,8 @@ bool keepsCount(obj_t &object) {
 
 } // namespace
 
-constinit std::uint32_t obj_t::printFlags = 0;
-constinit std::int32_t obj_t::liveObjects_ = 0;
+constinit processWide_t<std::uint32_t> obj_t::printFlags = 0;
+constinit processWide_t<std::int32_t> obj_t::liveObjects_ = 0;
 
 classDescriptor_t &obj_t::descriptor() {
     static char name[] = "obj_t";
@@ -77,9 +77,11 @@ classDescriptor_t &obj_t::persistentDescriptor() const {
     return classDescriptor();
 }
 
-std::ostream &operator<<(std::ostream &stream, obj_t *object) {
+// printOn has the slot of an operation that may change its object, but leaves it as it is: also the membership count,
+// which it takes up and down again.
+std::ostream &operator<<(std::ostream &stream, const obj_t *object) {
     if (object != nullptr)
-        object->printOn(stream);
+        const_cast<obj_t *>(object)->printOn(stream);
     else
         stream << "NULL";
     return stream;

@@ -65,7 +65,8 @@ bool objArray_t::setSlots(std::uint32_t slots) {
         std::free(std::exchange(items_, nullptr));
         return true;
     }
-    void *resized = std::realloc(items_, slots * slotSize);
+    const std::size_t wanted = slots;
+    void *resized = wanted <= SIZE_MAX / slotSize ? std::realloc(items_, wanted * slotSize) : nullptr;
     if (resized != nullptr)
         items_ = static_cast<obj_t **>(resized);
     return resized != nullptr;

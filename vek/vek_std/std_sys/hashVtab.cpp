@@ -55,13 +55,15 @@ std::string textOf(double value) {
 
 } // namespace
 
-constinit errorHook_t hashOutOfArrayHook = reportOutOfArray;
-constinit errorHook_t hashBadBoundHook = reportBadBound;
+constinit processWide_t<errorHook_t> hashOutOfArrayHook = reportOutOfArray;
+constinit processWide_t<errorHook_t> hashBadBoundHook = reportBadBound;
 
-constinit std::uint32_t hashVtab::findCounter_ = 0;
-constinit std::uint32_t hashVtab::loopCounter_ = 0;
+constinit processWide_t<std::uint32_t> hashVtab::findCounter_ = 0;
+constinit processWide_t<std::uint32_t> hashVtab::loopCounter_ = 0;
 
-hashVtab::hashVtab(std::int32_t bytesPerEntry, keyFunction_t key) : keyFunction_(key), entrySize_(bytesPerEntry) {
+hashVtab::hashVtab(std::int32_t bytesPerEntry, keyFunction_t key, std::size_t bytesPerWord)
+    : keyFunction_(key), entrySize_(bytesPerEntry),
+      wordSize_(std::min(bytesPerWord, static_cast<std::size_t>(bytesPerEntry))) {
     grow();
 }
 
@@ -73,10 +75,10 @@ char *hashVtab::slot(std::int32_t index) const {
 // end: iterators show the slot order, so the direction is not free to change. The walk ends because the threshold is
 // below the length, which leaves at least one slot empty.
 char *hashVtab::probe(std::uint32_t key) const {
-    ++findCounter_;
+    findCounter_.fetchAdd(1);
     auto index = static_cast<std::int32_t>(key % static_cast<std::uint32_t>(slotCount_));
     for (std::uint32_t found = keyOf(slot(index)); found != 0 && found != key; found = keyOf(slot(index))) {
-        ++loopCounter_;
+        loopCounter_.fetchAdd(1);
         index = (index > 0 ? index : slotCount_) - 1;
     }
     return slot(index);
@@ -115,11 +117,12 @@ hashVtab::word_t hashVtab::remove(const void *entry) {
     return word;
 }
 
-// Entries need not be aligned, nor as long as a word.
+// Entries need not be aligned. A shorter word comes first in memory, which makes it the low half on the targets, all of
+// them little-endian.
 hashVtab::word_t hashVtab::firstWord(const void *entry) const {
     word_t word = 0;
     if (entry != nullptr)
-        std::memcpy(&word, entry, std::min(sizeof word, static_cast<std::size_t>(entrySize_)));
+        std::memcpy(&word, entry, wordSize_);
     return word;
 }
 
@@ -153,7 +156,8 @@ void hashVtab::rebuild(std::int32_t newLength, const char *dropped) {
 }
 
 void hashVtab::resetStatistics() {
-    findCounter_ = loopCounter_ = 0;
+    findCounter_ = 0;
+    loopCounter_ = 0;
 }
 
 void hashVtab::setGrowthFactor(double factor) {
@@ -167,7 +171,7 @@ void hashVtab::setLoadFactor(double factor) {
 }
 
 void hashVtab::printStatistics(std::ostream &stream) const {
-    const double average = static_cast<double>(loopCounter_) / std::max(findCounter_, 1U);
+    const double average = static_cast<double>(loopCounter_) / std::max(findCounter_.get(), 1U);
     const auto filled = static_cast<std::int32_t>(std::trunc(entries_ * 100.0 / slotCount_ + 0.5));
     stream << "\nlength=" + std::to_string(slotCount_) + " sz=" + std::to_string(entrySize_) +
                   " count=" + std::to_string(entries_) + " capacity=" + std::to_string(growthThreshold_) +
@@ -177,7 +181,8 @@ void hashVtab::printStatistics(std::ostream &stream) const {
 wordVtab_t::wordVtab_t(keyFunction_t key)
     : hashVtab(static_cast<std::int32_t>(sizeof(word_t)), key != nullptr ? key : firstWordKey<word_t>) {}
 
-ordinalVtab_t::ordinalVtab_t() : hashVtab(static_cast<std::int32_t>(sizeof(pair_t)), firstWordKey<std::uint32_t>) {}
+ordinalVtab_t::ordinalVtab_t()
+    : hashVtab(static_cast<std::int32_t>(sizeof(pair_t)), firstWordKey<std::uint32_t>, sizeof(pair_t::key)) {}
 
 std::uint32_t ordinalVtab_t::insertOrdinal(std::uint32_t key) {
     const pair_t pair{key, static_cast<std::uint32_t>(count()) + 1};

@@ -6,7 +6,7 @@
 // bytes; nothing is run on them. When memory runs out, std::bad_alloc is thrown and the table is as it was before it
 // grew.
 //
-// Thread rule: the statistics counters are shared by all tables; one thread at a time.
+// Thread rule: a table is one thread's at a time. The statistics counters, which all tables share, count every thread.
 #pragma once
 
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
@@ -20,18 +20,18 @@ namespace vek {
 
 /// Hooks for iterators that are started from a bad place. The defaults report " : OUT_OF_INTERNAL_ARRAY" and
 /// " : BAD_BOUND_IN_INTERNAL_ARRAY".
-extern errorHook_t hashOutOfArrayHook;
-extern errorHook_t hashBadBoundHook;
+extern processWide_t<errorHook_t> hashOutOfArrayHook;
+extern processWide_t<errorHook_t> hashBadBoundHook;
 
 class hashVtab {
 public:
     /// Reads the key of an entry.
     using keyFunction_t = std::uint32_t (*)(const void *entry);
-    /// The first word of an entry: large enough for a pointer.
+    /// The first word of an entry: large enough for a pointer. Entries of some tables begin with a shorter one.
     using word_t = std::uintptr_t;
 
     /// An empty table of 10 slots for entries of so many bytes.
-    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key);
+    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key) : hashVtab(bytesPerEntry, key, sizeof(word_t)) {}
     hashVtab(const hashVtab &) = delete;
     hashVtab &operator=(const hashVtab &) = delete;
 
@@ -64,6 +64,9 @@ public:
     static std::uint32_t loops() { return loopCounter_; }
 
 protected:
+    /// A table whose entries begin with a word of so many bytes.
+    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key, std::size_t bytesPerWord);
+
     std::uint32_t keyOf(const void *entry) const { return keyFunction_(entry); }
     /// The first word of an entry, filled up with zeros; 0 for null.
     word_t firstWord(const void *entry) const;
@@ -82,12 +85,13 @@ private:
     std::int32_t entries_ = 0;
     std::int32_t slotCount_ = 0;
     std::int32_t entrySize_;
+    std::size_t wordSize_; // no more than an entry has
     std::unique_ptr<char[]> slots_;
     float lengthFactor_ = 1.2F;
     float thresholdFactor_ = 0.8F;
 
-    static std::uint32_t findCounter_;
-    static std::uint32_t loopCounter_;
+    static processWide_t<std::uint32_t> findCounter_;
+    static processWide_t<std::uint32_t> loopCounter_;
 };
 
 /// A table whose entry is one word, such as a pointer.
@@ -100,7 +104,7 @@ struct wordVtab_t : hashVtab {
     word_t lookup(const void *entry) const { return lookup(keyOf(entry)); }
 };
 
-/// A table that numbers keys 1, 2, 3 ... in the order of their first insertion.
+/// A table that numbers keys 1, 2, 3 ... in the order of their first insertion. The first word of a pair is its key.
 struct ordinalVtab_t : hashVtab {
     struct pair_t {
         std::uint32_t key;

@@ -112,7 +112,7 @@ void printDescriptor(std::int32_t number, const classDescriptor_t &descriptor, b
 
 } // namespace
 
-constinit errorHook_t emptyGroupHook = reportEmptyGroup;
+constinit processWide_t<errorHook_t> emptyGroupHook = reportEmptyGroup;
 
 // Made at the first call: classes register while statics are being made, in an order that nobody sets.
 classGroup_t &defaultClassGroup() {
@@ -130,7 +130,7 @@ std::uint32_t codeOf(const char *name) {
 
 const char *nameOf(std::uint32_t code) {
     constexpr std::size_t longest = 8; // a code has six digits at most
-    static char name[longest + 1];
+    static thread_local char name[longest + 1];
     std::size_t begin = longest;
     bool needsMore = true;
     // No identifier begins with a decimal digit: such a name gets the digit zero, an underscore, before it.
@@ -189,7 +189,7 @@ obj_t *create(classGroup_t *group, const char *name) {
     return create(group, codeOf(name));
 }
 
-void printGroup(const classGroup_t *group, groupKind_t kind) {
+void printGroup(const classGroup_t *group, std::int32_t kind) {
     const char *kindName = kind == templateGroup_e ? "TEMPLATE" : kind == macroGroup_e ? "MACRO" : "";
     std::printf("\n%s Group of %s ", kindName, groupName(group));
     for (const classGroup_t *outer = group != nullptr ? group->enclosing : nullptr; outer != nullptr;

@@ -18,7 +18,7 @@ constexpr std::uint32_t viewIndexLine = 753;
 // What operator[] refers to when there is no character: the text's own terminator must stay a NUL, whatever a caller
 // assigns. Set anew each time, so that nobody reads what another wrote.
 char &noCharacter() {
-    static char spare;
+    static thread_local char spare;
     spare = '\0';
     return spare;
 }
@@ -38,26 +38,22 @@ std::int32_t checkedIndex(std::int32_t i, std::size_t limit, std::uint32_t line)
     return 0;
 }
 
-// By upper case, so that the characters between the two cases ("_" and others) come behind the letters; as unsigned
-// bytes, as strcmp compares. Stops at the terminators, which map to themselves.
-int compareWithoutCase(const char *a, const char *b, std::size_t limit) {
-    if (limit == 0)
-        return 0;
-    for (; *a != '\0' && asciiToUpper(*a) == asciiToUpper(*b); ++a, ++b) {
-        if (--limit == 0)
-            return 0;
-    }
-    const auto upperA = static_cast<unsigned char>(asciiToUpper(*a));
-    const auto upperB = static_cast<unsigned char>(asciiToUpper(*b));
-    return (upperA > upperB) - (upperA < upperB);
+unsigned char upperByte(char c) {
+    return static_cast<unsigned char>(asciiToUpper(c));
 }
 
-// -1, 0 or 1. The limit counts only when case does not: with case, the whole texts are compared.
-int compareTexts(const char *a, const char *b, std::size_t limit = string_t::notFound) {
-    if (stringSettings.caseSensitive == 0)
-        return compareWithoutCase(a, b, limit);
-    const int order = std::strcmp(a, b);
-    return (order > 0) - (order < 0);
+// Without case by upper case, so that the characters between the two cases ("_" and others) come behind the letters.
+// Bytes are unsigned either way, as memcmp compares them.
+int compareTexts(std::string_view a, std::string_view b) {
+    if (stringSettings.caseSensitive != 0) {
+        const int order = a.compare(b);
+        return (order > 0) - (order < 0);
+    }
+    const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
+                                          [](char x, char y) { return upperByte(x) == upperByte(y); });
+    const int upperA = inA != a.end() ? upperByte(*inA) : -1;
+    const int upperB = inB != b.end() ? upperByte(*inB) : -1;
+    return (upperA > upperB) - (upperA < upperB);
 }
 
 // Searches for both cases of a letter when case does not count, which needs no upper-case copy of the text; `search` is
@@ -107,18 +103,40 @@ void string_t::keepIf(bool changed) {
         stringRep_t::release(std::exchange(body, nullptr));
 }
 
+// The order of unrelated addresses is defined for std::less_equal only.
+bool string_t::isOwnText(const char *text) const {
+    return std::less_equal<>()(c_str(), text) && std::less_equal<>()(text, c_str() + length());
+}
+
 string_t &string_t::replace(std::size_t position, std::size_t removed, const char *source, std::size_t inserted) {
     // Nothing to erase and nothing to put in: a copy of the shared empty body would be a block for nothing.
     if (inserted == 0 && (body == nullptr || body->isConstant()))
         return *this;
     // A source inside this text stays readable in the shared body that this string then copies itself from.
-    const bool isOwnText = std::less_equal<>()(c_str(), source) && std::less_equal<>()(source, c_str() + length());
-    const string_t kept = isOwnText ? *this : string_t(ownBody_t(), nullptr);
+    const string_t kept = isOwnText(source) ? *this : string_t(ownBody_t(), static_cast<stringRep_t *>(nullptr));
     if (makePrivate()) {
         position = std::min(position, length());
         removed = std::min(removed, length() - position);
         keepIf(body->replace(position, removed, source, inserted));
     }
+    return *this;
+}
+
+// A text that grows by short pieces comes here once a step, so its way to a larger buffer is short too. With the
+// default sizes, the rounded capacity is the length with its low bits set.
+string_t &string_t::appendGrowing(const char *text, std::size_t n) {
+    static_assert(stringSettings_t().initialCapacity == 63 && stringSettings_t().growthStep == 64);
+    if (body == nullptr || !body->isPrivate() || text == nullptr || isOwnText(text) || stringSettings.sizesChanged ||
+        n > std::numeric_limits<std::uint32_t>::max())
+        return replace(length(), 0, text, n);
+    const std::uint64_t newLength = body->length + std::uint64_t{n};
+    if (const std::uint64_t wanted = newLength | 63; wanted > body->capacity && !body->setCapacity(wanted)) {
+        keepIf(false);
+        return *this;
+    }
+    std::memcpy(body->data + body->length, text, n);
+    body->length = static_cast<std::uint32_t>(newLength);
+    body->data[newLength] = '\0';
     return *this;
 }
 
@@ -190,7 +208,11 @@ char &string_t::operator[](std::int32_t i) {
 }
 
 int string_t::compareTo(const string_t &other) const {
-    return compareTexts(c_str(), other.c_str());
+    return compareTexts(c_str(), other.c_str()); // up to the terminators
+}
+
+int string_t::compareWhole(std::string_view other) const {
+    return compareTexts(textOf(*this), other);
 }
 
 bool string_t::operator==(const char *text) const {
@@ -198,28 +220,36 @@ bool string_t::operator==(const char *text) const {
 }
 
 bool string_t::operator<(const char *text) const {
-    return compareTexts(c_str(), text != nullptr ? text : "") < 0;
+    return compareTexts(c_str(), textOf(text)) < 0;
+}
+
+std::weak_ordering string_t::operator<=>(const char *text) const {
+    return compareTexts(c_str(), textOf(text)) <=> 0;
 }
 
 // The length and the exclusive or of the text's words. Texts that compare equal must hash equal, so it follows the same
 // setting as the comparison.
 std::uint32_t string_t::hash() const {
-    const string_t text = stringSettings.caseSensitive != 0 ? *this : vek::toUpper(*this);
-    auto sum = static_cast<std::uint32_t>(text.length());
+    auto sum = static_cast<std::uint32_t>(length());
     unsigned shift = 0;
-    for (const char c : textOf(text)) { // little-endian words, whatever the target's order and alignment
-        sum ^= std::uint32_t{static_cast<unsigned char>(c)} << shift;
+    for (const char c : textOf(*this)) { // little-endian words, whatever the target's order and alignment
+        const unsigned char byte = stringSettings.caseSensitive != 0 ? static_cast<unsigned char>(c) : upperByte(c);
+        sum ^= std::uint32_t{byte} << shift;
         shift = (shift + 8) % 32;
     }
     return sum;
 }
 
+// Compares in place: copies in upper case would need memory, and two that get none are both empty.
 std::size_t string_t::index(const char *pattern, std::size_t start, std::size_t &patternLength) const {
-    const std::string_view wanted = textOf(pattern);
+    const std::string_view text = textOf(*this), wanted = textOf(pattern);
     patternLength = wanted.size();
-    if (stringSettings.caseSensitive != 0 || wanted.empty())
-        return textOf(*this).find(wanted, start);
-    return textOf(vek::toUpper(*this)).find(textOf(vek::toUpper(string_t(pattern))), start);
+    if (stringSettings.caseSensitive != 0 || wanted.empty() || start > text.size())
+        return text.find(wanted, start);
+    using place_t = std::string_view::const_iterator;
+    const place_t found = std::search(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), wanted.begin(),
+                                      wanted.end(), [](char a, char b) { return upperByte(a) == upperByte(b); });
+    return found != text.end() ? static_cast<std::size_t>(found - text.begin()) : notFound;
 }
 
 std::size_t string_t::index(const char *pattern, std::size_t start) const {
@@ -257,7 +287,7 @@ subString_t string_t::subString(const char *pattern, std::size_t start) {
     return (*this)(static_cast<std::ptrdiff_t>(position), patternLength);
 }
 
-subString_t string_t::strip(stripMode_t mode, char c) {
+subString_t string_t::strip(std::int32_t mode, char c) {
     const std::string_view text = textOf(*this);
     std::size_t begin = text.find_first_not_of(c);
     if (begin == notFound)
@@ -290,6 +320,10 @@ subString_t &subString_t::assign(const char *text, std::size_t length) {
     return *this;
 }
 
+// No copy is needed: replace takes care of a source in the same text.
+subString_t &subString_t::operator=(const subString_t &text) && {
+    return assign(text.begin(), text.present());
+}
 subString_t &subString_t::operator=(const string_t &text) {
     return assign(text.c_str(), text.length());
 }
@@ -297,9 +331,12 @@ subString_t &subString_t::operator=(const char *text) {
     return assign(text, text != nullptr ? std::strlen(text) : 0);
 }
 
-// The present characters limit the comparison only without case (see compareTexts): callers rely on the difference.
+// The present characters limit the comparison only without case: callers rely on the difference.
 bool subString_t::operator==(const char *text) const {
-    return text != nullptr ? compareTexts(begin(), text, present()) == 0 : characters_ == 0;
+    if (text == nullptr)
+        return characters_ == 0;
+    const std::size_t limit = stringSettings.caseSensitive != 0 ? string_t::notFound : present();
+    return compareTexts(std::string_view(begin()).substr(0, limit), std::string_view(text).substr(0, limit)) == 0;
 }
 
 void subString_t::toLower() {

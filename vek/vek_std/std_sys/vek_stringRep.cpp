@@ -1,4 +1,6 @@
 #include "vek/vek_std/std_sys/vek_stringRep.hpp"
+#include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -25,9 +27,9 @@ void reportNonZeroReference() {
 }
 
 // The mark is never taken back: bodies made in between keep the capacities of their time.
-std::uint32_t setSize(std::uint32_t &size, std::uint32_t characters) {
+std::uint32_t setSize(processWide_t<std::uint32_t> &size, std::uint32_t characters) {
     stringSettings.sizesChanged = true;
-    return std::exchange(size, characters);
+    return size.exchange(characters);
 }
 
 void signalOutOfMemory() {
@@ -36,9 +38,9 @@ void signalOutOfMemory() {
 
 } // namespace
 
-constinit errorHook_t stringOutOfMemoryHook = reportOutOfMemory;
-constinit errorHook_t stringBadIndexHook = reportBadIndex;
-constinit errorHook_t stringNonZeroReferenceHook = reportNonZeroReference;
+constinit processWide_t<errorHook_t> stringOutOfMemoryHook = reportOutOfMemory;
+constinit processWide_t<errorHook_t> stringBadIndexHook = reportBadIndex;
+constinit processWide_t<errorHook_t> stringNonZeroReferenceHook = reportNonZeroReference;
 
 std::uint32_t setInitialCapacity(std::uint32_t characters) {
     return setSize(stringSettings.initialCapacity, characters);
@@ -62,15 +64,14 @@ std::uint64_t stringRep_t::roundedCapacity(std::uint64_t length) {
     const std::uint64_t initial = stringSettings.initialCapacity;
     if (length <= initial)
         return initial;
-    const std::uint64_t step = std::max(stringSettings.growthStep, 1U);
+    const std::uint64_t step = std::max(stringSettings.growthStep.get(), 1U);
     return (length - initial + step - 1) / step * step + initial;
 }
 
 stringRep_t *stringRep_t::make(std::size_t length) {
     // Owned, since a hook may throw.
-    std::unique_ptr<stringRep_t, void (*)(void *)> body(static_cast<stringRep_t *>(std::malloc(sizeof(stringRep_t))),
-                                                        std::free);
-    if (!body) {
+    std::unique_ptr<stringRep_t, void (*)(stringRep_t *)> body(static_cast<stringRep_t *>(takeBody()), giveBody);
+    if (body == nullptr) {
         signalOutOfMemory();
         return nullptr;
     }
@@ -79,10 +80,12 @@ stringRep_t *stringRep_t::make(std::size_t length) {
     body->length = 0;
     body->capacity = inlineCapacity;
     body->room[0] = '\0';
-    // Also a smaller capacity than the room is kept to: callers see it, and growth is counted from it.
-    const std::uint64_t wanted = roundedCapacity(length);
-    if (wanted != inlineCapacity && !body->setCapacity(wanted))
-        return nullptr;
+    if (length > inlineCapacity || stringSettings.sizesChanged) [[unlikely]] {
+        // Also a smaller capacity than the room is kept to: callers see it, and growth is counted from it.
+        const std::uint64_t wanted = roundedCapacity(length);
+        if (wanted != inlineCapacity && !body->setCapacity(wanted))
+            return nullptr;
+    }
     body->length = static_cast<std::uint32_t>(length);
     body->data[length] = '\0';
     return body.release();
@@ -90,8 +93,8 @@ stringRep_t *stringRep_t::make(std::size_t length) {
 
 stringRep_t *stringRep_t::make(const char *text, std::size_t length) {
     stringRep_t *body = make(length);
-    if (body != nullptr && length > 0)
-        std::memcpy(body->data, text, length);
+    if (body != nullptr)
+        copyShort(text, length, body->data);
     return body;
 }
 
@@ -104,7 +107,7 @@ void stringRep_t::destroy(stringRep_t *body) {
         signal(destroyLine, stringNonZeroReferenceHook);
     if (!body->isInline())
         std::free(body->data);
-    std::free(body);
+    giveBody(body);
 }
 
 void stringRep_t::signal(std::uint32_t line, errorHook_t hook) {

@@ -1,8 +1,11 @@
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
+// Reading a string_t from an input stream, and writing one. Apart from the rest of the class, which needs no streams.
+#include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 
+#include <exception>
 #include <istream>
+#include <ostream>
 
 namespace vek {
 
@@ -47,22 +50,46 @@ public:
         }
     }
 
-    // The state is set last: it throws where the stream's owner asked for exceptions.
+    // The state is set last: it throws where the stream's owner asked for exceptions, and what a buffer threw is thrown
+    // on where badbit was among those.
     void finish() {
         if (text_.body != nullptr)
             text_.keepIf(text_.body->shrinkToFit());
-        const auto ended = hasEnded_ ? std::ios_base::eofbit : std::ios_base::goodbit;
-        stream_.setstate(isFilled_ ? ended : ended | std::ios_base::failbit);
+        if (!isFilled_)
+            state_ |= std::ios_base::failbit;
+        const bool isThrownOn = thrown_ != nullptr && (stream_.exceptions() & std::ios_base::badbit) != 0;
+        try {
+            stream_.setstate(state_);
+        } catch (const std::ios_base::failure &) {
+            if (!isThrownOn)
+                throw;
+        }
+        if (isThrownOn)
+            std::rethrow_exception(thrown_);
     }
 
 private:
     int next() {
-        const int c = stream_.rdbuf()->sgetc();
-        hasEnded_ = c == traits::eof();
+        const int c = fromBuffer(&std::streambuf::sgetc);
+        if (c == traits::eof() && thrown_ == nullptr)
+            state_ |= std::ios_base::eofbit;
         return c;
     }
 
-    void skip() { stream_.rdbuf()->sbumpc(); }
+    void skip() { fromBuffer(&std::streambuf::sbumpc); }
+
+    // A buffer that throws ends the reading, as the end of the stream does.
+    int fromBuffer(std::streambuf::int_type (std::streambuf::*operation)()) {
+        if (thrown_ != nullptr)
+            return traits::eof();
+        try {
+            return (stream_.rdbuf()->*operation)();
+        } catch (...) {
+            thrown_ = std::current_exception();
+            state_ |= std::ios_base::badbit;
+            return traits::eof();
+        }
+    }
 
     void take(char c) {
         if (text_.body != nullptr && text_.length() == text_.capacity())
@@ -83,7 +110,8 @@ private:
     std::istream &stream_;
     string_t &text_;
     std::istream::sentry ready_;
-    bool hasEnded_ = false;
+    std::ios_base::iostate state_ = std::ios_base::goodbit; // what the reading ends with
+    std::exception_ptr thrown_;
     bool isFilled_ = false; // something was read, if only the delimiter
 };
 
@@ -103,24 +131,29 @@ std::istream &reading(std::istream &stream, string_t &text, Taking taking) {
 
 } // namespace
 
-std::istream &readToDelim(std::istream &stream, string_t &text, char delim) {
-    return reading(stream, text, [delim](stringReader_t &reader) { reader.takeToDelim(delim); });
+std::istream &string_t::readToDelim(std::istream &stream, char delim) {
+    return reading(stream, *this, [delim](stringReader_t &reader) { reader.takeToDelim(delim); });
 }
 
-std::istream &readToken(std::istream &stream, string_t &text) {
-    return reading(stream, text, [&stream](stringReader_t &reader) {
+std::istream &string_t::readToken(std::istream &stream) {
+    return reading(stream, *this, [&stream](stringReader_t &reader) {
         if ((stream.flags() & std::ios_base::skipws) != 0)
             reader.skipWhitespace();
         reader.takeWord();
+        stream.width(0);
     });
 }
 
-std::istream &readLine(std::istream &stream, string_t &text) {
-    return reading(stream, text, [](stringReader_t &reader) {
+std::istream &string_t::readLine(std::istream &stream) {
+    return reading(stream, *this, [](stringReader_t &reader) {
         if (stringSettings.skipWhitespace != 0)
             reader.skipWhitespace();
         reader.takeToDelim('\n');
     });
+}
+
+std::ostream &operator<<(std::ostream &stream, const string_t &text) {
+    return stream << std::string_view(text);
 }
 
 } // namespace vek

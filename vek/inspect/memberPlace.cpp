@@ -1,10 +1,6 @@
-#include "tools/reference/memberPlace.hpp"
+#include "vek/inspect/private/memberPlace.hpp"
 
-#include "tools/reference/markdown.hpp"
-
-#include <stdexcept>
-
-namespace vek {
+namespace vek::inspect {
 
 namespace {
 
@@ -21,8 +17,10 @@ bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size,
         const std::size_t start = member.offset.here();
         if (offset < start || offset >= start + member.size.here())
             continue;
-        place.path = joined({place.path, place.path.empty() ? "" : ".", member.name});
-        place.offset = place.offset + member.offset;
+        place.path += place.path.empty() ? "" : ".";
+        place.path += member.name;
+        place.windows32 += member.offset.windows32;
+        place.linux64 += member.offset.linux64;
         place.type = member.type;
         return (offset == start && size == member.size.here()) ||
                (member.structure != nullptr && find(*member.structure, offset - start, size, place));
@@ -32,21 +30,19 @@ bool find(const structureLayout_t &layout, std::size_t offset, std::size_t size,
 
 } // namespace
 
-foundLayout_t layoutNamed(std::string_view structure) {
+const structureLayout_t *layoutNamed(std::string_view structure) {
     for (const layoutFamily_t *family : layoutFamilies())
         for (const structureLayout_t *layout : family->structures)
             if (layout->name == structure)
-                return {*layout, family->header};
-    throw std::runtime_error(joined(
-        {"no layout of ", structure, ": pin it in vek/records/private/layouts, and name it in its family's list"}));
+                return layout;
+    return nullptr;
 }
 
-memberPlace_t memberAt(const structureLayout_t &layout, std::size_t offset, std::size_t size) {
-    memberPlace_t place{{}, {}, {0, 0}};
-    if (!find(layout, offset, size, place))
-        throw std::runtime_error(
-            joined({"no member of ", std::to_string(size), " bytes at ", std::to_string(offset), " in ", layout.name}));
+memberPlace_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size) {
+    memberPlace_t place;
+    if (layout == nullptr || !find(*layout, offset, size, place))
+        return {};
     return place;
 }
 
-} // namespace vek
+} // namespace vek::inspect

@@ -1,0 +1,83 @@
+// logScanner_t: finds the messages in a log, which comes in blocks of any size.
+//
+// A message begins at "@@" with a number behind it, or with a "{" and a "!!" further on; the "@@" of other programs
+// (of diff, say) is passed over. It ends where its length says, if "!!" stands there. Otherwise it is damaged, and ends
+// with the first "}!!", else the first "!!", of its line before the next message; without one, with a "}!!" on a line
+// below that comes before the next message (a message that was wrapped); else with its line. Memory is bounded: a
+// message that has no end within `largestMessage` bytes is cut with its line. Not safe for concurrent use.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vek::inspect {
+
+struct foundMessage_t {
+    std::string_view text;    ///< from "@@" to behind "!!"; valid during the call
+    std::uint64_t offset = 0; ///< of its first byte, from the start of the log
+    std::uint64_t line = 0;   ///< that its first byte stands in, from 1
+    std::uint64_t column = 0; ///< the byte in that line, from 1
+    std::string_view before;  ///< what stands in front of it on its line, from the message before on; its last bytes
+    std::string_view
+        lineHead; ///< the first bytes of its line, up to the line's first message: where a log has the time
+    bool isLengthRight = false; ///< its end is where its length says
+};
+
+class messageSink_t {
+public:
+    virtual void message(const foundMessage_t &found) = 0;
+
+protected:
+    ~messageSink_t() = default;
+};
+
+class logScanner_t {
+public:
+    /// How much of a line in front of a message is kept.
+    static constexpr std::size_t headRoom = 512;
+    static constexpr std::size_t largestMessage = std::size_t{1} << 20;
+
+    /// Where the log's first byte stands: not at 0 and line 1 when it is read from the middle.
+    explicit logScanner_t(std::uint64_t offset = 0, std::uint64_t line = 1);
+
+    /// Takes the next block. Calls the sink with each message whose end is certain. Throws std::bad_alloc, and what the
+    /// sink throws.
+    void feed(std::string_view block, messageSink_t &sink);
+
+    /// The log is at its end, or, when a growing log is followed, has been still for a while: whatever is left is
+    /// looked at. More blocks may come.
+    void finish(messageSink_t &sink);
+
+    /// How many bytes have been taken.
+    std::uint64_t offset() const { return offset_ + kept_.size(); }
+    /// The line that comes next after finish(), from 1.
+    std::uint64_t line() const { return line_; }
+
+private:
+    /// What stands at a "@@".
+    struct candidate_t {
+        enum class kind_t : std::uint8_t { other, undecided, message };
+        kind_t kind = kind_t::other;
+        std::size_t end = 0;
+        bool isLengthRight = false;
+    };
+
+    std::size_t scan(std::string_view text, bool isLast, messageSink_t &sink);
+    static candidate_t examine(std::string_view text, std::size_t at, bool isLast);
+    static candidate_t findDamagedEnd(std::string_view text, std::size_t at, bool isLast);
+    static candidate_t findEndWithoutId(std::string_view text, std::size_t at, bool isLast);
+    void pass(std::string_view words);
+    void passMessage(std::string_view message);
+
+    std::string kept_;     // what was not decided yet
+    std::string head_;     // the first bytes of the line in hand
+    std::string before_;   // its last bytes, from the message before on
+    std::uint64_t offset_; // of kept_, as are line and column
+    std::uint64_t line_;
+    std::uint64_t column_ = 1;
+    bool hasHead_ = false; // the line had a message: its head is complete
+};
+
+} // namespace vek::inspect

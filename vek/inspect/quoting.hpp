@@ -1,0 +1,35 @@
+// Bytes in double quotes, for lines that people read: what is not printable is escaped, every byte comes back.
+//
+// Pure functions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vek::inspect {
+
+/// The bytes of the well-formed UTF-8 character at the front of a text; 0 when there is none.
+std::size_t utf8Size(std::string_view text);
+
+/// Appends a character as UTF-8, a lone surrogate too.
+void appendUtf8(std::string &out, std::uint32_t character);
+
+/// The character of well-formed UTF-8, whose size is that of `bytes`.
+std::uint32_t utf8Character(std::string_view bytes);
+
+/// Appends "..." with \" \\ \n \r \t and \xHH for what is not printable or no UTF-8.
+void appendQuoted(std::string &out, std::string_view bytes);
+
+/// Reads what appendQuoted() wrote, from the quote at `at` on, which then stands behind the closing one. False when
+/// it is not well-formed.
+bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes);
+
+/// Whether a text is made of printable UTF-8.
+bool isPrintable(std::string_view text);
+
+/// A key as it stands in paths: as it is when it is a word of letters, digits and "_", else quoted.
+void appendPathKey(std::string &out, std::string_view key);
+
+} // namespace vek::inspect

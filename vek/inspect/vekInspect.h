@@ -1,0 +1,55 @@
+/*
+ * vekInspect: what people see of the messages of a laser exposure device, for hosts in any language.
+ *
+ * Usable from C99 and C++. Texts go in as bytes with their size and come out in a buffer of the caller's: nothing that
+ * the library allocates is handed out, so nothing is to be given back. A call returns the size of its result in bytes,
+ * without the NUL behind it; when that is not below `room`, the buffer holds only the beginning, with a NUL, and the
+ * call is to be repeated with room for the size and the NUL. `buffer` may be NULL when `room` is 0.
+ *
+ * Threads: the calls may run at the same time. None of them writes, reads files or remembers anything.
+ */
+#ifndef VEK_INSPECT_H
+#define VEK_INSPECT_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(_WIN32)
+#    define VEK_INSPECT_CALL __cdecl
+#    define VEK_INSPECT_API
+#else
+#    define VEK_INSPECT_CALL
+#    define VEK_INSPECT_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A text message as one JSON object: id, name, header numbers, its problems (code, severity, byte places, key path,
+ * message, what a host makes of it, suggestion), its body under the record's name, and "nodes", every pair with its byte
+ * places. The text may be damaged in any way.
+ *
+ * Returns the size of the JSON, or -1 when memory runs out or the text is larger than 1 GB.
+ */
+VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, size_t size, char *buffer, size_t room);
+
+/* The text message of such an object: the very text when the object was not changed, else a sealed one with the changed
+ * body.
+ *
+ * Returns the size of the text; or -1 when the JSON can't be read: then the buffer holds why, for people, cut to its
+ * room.
+ */
+VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, size_t size, char *buffer, size_t room);
+
+/* The catalogue as a JSON array: every message with its record, keys, kinds, names, members and defaults.
+ *
+ * Returns the size of the JSON, or -1 when memory runs out.
+ */
+VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectCatalogue(char *buffer, size_t room);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
