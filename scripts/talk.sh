@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the scripts of which a step may take long.
 #   talk STEP COMMAND...   says the step, and how long it took the last time; runs the command with its output in
 #                          build/logs; says every ten seconds how far it is; at its end, how long it took. Of a command

@@ -8,6 +8,7 @@
 #   prefix-UID    Wine's folder (registry, drive C:) of the user who ran this script
 set -euo pipefail
 scripts=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=scripts/talk.sh
 . "$scripts/talk.sh"
 dir=${VEK_WINE_DIR:-/var/cache/vek-wine}
 prefix=$dir/prefix-$(id -u)
