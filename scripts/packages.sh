@@ -6,6 +6,7 @@
 #   packages.sh coverage   all that, and what counts the lines the tests reach
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
+# shellcheck source=scripts/talk.sh
 . "$(dirname "$0")/talk.sh"
 
 packages=(g++ cmake ninja-build nlohmann-json3-dev)

@@ -75,7 +75,7 @@ dynamic=$(readelf -d "$(find "$work/prefix" -name libvekParams2ASCII.so)")
 for package in "$work"/packages/*.deb; do
     dpkg-deb -x "$package" "$work/debian"
 done
-[ -e "$work"/debian/usr/lib/*-linux-gnu*/libvekParams2ASCII.so ] || fail "the libraries are not in lib/TRIPLET"
+[[ $(find "$work/debian" -name libvekParams2ASCII.so) == */usr/lib/*-linux-gnu*/* ]] || fail "the libraries are not in lib/TRIPLET"
 for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.md,examples/host.cpp} \
     doc/libvekparams2ascii1/{copyright,changelog.Debian.gz}; do
     [ -f "$work/debian/usr/share/$file" ] || fail "no $file in the Debian packages"
@@ -96,7 +96,8 @@ grep -q -- '-Werror' "$work/fromSources/build.ninja" && fail "warnings are error
 
 # The static form, which a project may also install as its own.
 buildByCMake "$work/fromSources" -DVEK_FROM=fetched -DBUILD_SHARED_LIBS=OFF -DVEK_INSTALL=ON
-[ -z "$(readelf -d "$work/fromSources/hostInC" | grep vekParams2ASCII)" ] || fail "the static host loads the library"
+dynamic=$(readelf -d "$work/fromSources/hostInC")
+[[ $dynamic != *vekParams2ASCII* ]] || fail "the static host loads the library"
 cmake --install "$work/fromSources" --prefix "$work/static" >>"$work/cmake.txt"
 buildByPkgConfig "$work/static" "$work/byStatic"
 echo "The hosts run against the installation, the Debian packages and the sources."
