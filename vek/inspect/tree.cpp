@@ -1,5 +1,6 @@
 #include "vek/inspect/tree.hpp"
 
+#include "vek/inspect/private/lineForm.hpp"
 #include "vek/inspect/private/treeBuilder.hpp"
 #include "vek/inspect/quoting.hpp"
 #include "vek/text/numberText.hpp"
@@ -26,19 +27,8 @@ std::string tree_t::path(const node_t &node) const {
         way.push_back(at);
     for (; !way.empty(); way.pop_back()) {
         const node_t &step = *way.back();
-        if (step.index >= 0 && step.use != pairUse_t::duplicate) {
-            path += '[';
-            path += std::to_string(step.index);
-            path += ']';
-            continue;
-        }
-        path += path.empty() ? "" : ".";
-        if (step.hasKey || (step.field != nullptr && !step.isElement))
-            appendPathKey(path, step.hasKey ? key(step) : step.field->key);
-        if (step.ordinal > 1 || (!step.hasKey && (step.field == nullptr || step.isElement))) {
-            path += '#';
-            path += std::to_string(step.ordinal);
-        }
+        path += path.empty() || (step.index >= 0 && step.use != pairUse_t::duplicate) ? "" : ".";
+        appendName(path, *this, step);
     }
     return path;
 }

@@ -1,0 +1,131 @@
+#include "vek/inspect/seal.hpp"
+
+#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/records/private/conversion.hpp"
+
+#include <memory>
+
+namespace vek::inspect {
+
+namespace {
+
+// The library's writer counts the sequence number up.
+template <class WriteBody>
+std::string withEnvelope(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceNumber, WriteBody writeBody) {
+    bodyWriter_t out(1024);
+    envelopeNumbers_t numbers;
+    numbers.echoTag = echoTag;
+    numbers.sequenceNumber = static_cast<std::int32_t>(static_cast<std::uint32_t>(sequenceNumber) - std::uint32_t{1});
+    const std::size_t length = beginEnvelope(out, id, numbers);
+    writeBody(out);
+    endEnvelope(out, length);
+    return std::string(withoutNul(out.text()));
+}
+
+// Without the line breaks that an editor or a page put in, and the indentation behind them.
+std::string withoutLineBreaks(std::string_view body) {
+    std::string text;
+    for (std::size_t at = 0; at < body.size(); ++at) {
+        if (body[at] != '\n' && body[at] != '\r')
+            text += body[at];
+        else
+            while (at + 1 < body.size() && isSpace(body[at + 1]))
+                ++at;
+    }
+    return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    while (!text.empty() && (isSpace(text.front()) || text.front() == '\0'))
+        text.remove_prefix(1);
+    while (!text.empty() && (isSpace(text.back()) || text.back() == '\0'))
+        text.remove_suffix(1);
+    return text;
+}
+
+formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
+    const envelopeParts_t parts = takeEnvelopeApart(text);
+    if (!parts.id.isThere && !options.id)
+        return {{}, "no message id stands behind \"@@\"; say which message it is (--id)", parts.id.place.start};
+    const auto number = [](const envelopeNumber_t &own, std::int32_t otherwise) {
+        return own.isThere ? own.value : otherwise;
+    };
+    const std::string_view body = parts.body.in(text);
+    const bool isWrapped = !parts.isWholeForHost() && body.find('\n') != std::string_view::npos;
+    return {sealed(options.id.value_or(parts.id.value), options.echoTag.value_or(number(parts.echoTag, -1)),
+                   options.sequenceNumber.value_or(number(parts.sequenceNumber, 0)),
+                   isWrapped ? withoutLineBreaks(body) : std::string(body)),
+            {},
+            0};
+}
+
+formResult_t readForm(std::string_view text, form_t form) {
+    switch (form) {
+    case form_t::show:
+        return readShow(text);
+    case form_t::json:
+        return readJson(text);
+    case form_t::flat:
+        return readFlat(text);
+    default:
+        return {std::string(text), {}, 0};
+    }
+}
+
+} // namespace
+
+std::string sealed(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceNumber, std::string_view body) {
+    return withEnvelope(id, echoTag, sequenceNumber, [body](bodyWriter_t &out) { out.put(body); });
+}
+
+formResult_t seal(std::string_view text, const sealOptions_t &options) {
+    text = trimmed(text);
+    if (text.starts_with('{') && text.ends_with('}') && options.id && formOf(text) != form_t::json)
+        return {sealed(*options.id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0),
+                       withoutLineBreaks(text)),
+                {},
+                0};
+    const form_t form = formOf(text);
+    if (form == form_t::none)
+        return {{}, "this is no message, nor one of its forms: a message begins with \"@@\"", 0};
+    formResult_t read = readForm(text, form);
+    return read.isRead() ? sealMessage(read.text, options) : read;
+}
+
+namespace {
+
+// A structure and who releases it.
+using structure_t = std::unique_ptr<void, void (*)(void *)>;
+
+std::string written(std::int32_t id, const envelopeNumbers_t &numbers, const conversion_t &conversion,
+                    const structure_t &structure) {
+    return withEnvelope(id, numbers.echoTag, numbers.sequenceNumber,
+                        [&](bodyWriter_t &out) { conversion.print(structure.get(), out); });
+}
+
+} // namespace
+
+std::optional<std::string> newMessage(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceNumber) {
+    const messageSchema_t *message = schema().find(id);
+    if (message == nullptr || message->conversion == nullptr)
+        return {};
+    const structure_t structure(message->conversion->create(), message->conversion->destroy);
+    return written(id, {id, echoTag, sequenceNumber}, *message->conversion, structure);
+}
+
+std::optional<std::string> asRead(const tree_t &tree) {
+    const messageSchema_t *message = tree.message();
+    if (message == nullptr || message->conversion == nullptr)
+        return {};
+    envelopeNumbers_t numbers;
+    std::string_view body;
+    readEnvelope(tree.text().substr(0, tree.text().find('\0')), numbers, body);
+    const structure_t structure(message->conversion->create(), message->conversion->destroy);
+    message->conversion->parse(structure.get(), body);
+    return written(message->id, numbers, *message->conversion, structure);
+}
+
+} // namespace vek::inspect
