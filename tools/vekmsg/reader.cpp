@@ -84,25 +84,13 @@ void reader_t::flush() {
     task_.out.clear();
 }
 
-void reader_t::count(const itemSink_t &sink) {
-    found_ += sink.found();
-    taken_ += sink.taken();
-}
-
 void reader_t::run() {
     if (options_.follows)
         return follow();
     for (const std::string &name : options_.files) {
         if (most() == 0)
             break;
-        try {
-            readInput(name);
-        } catch (const usageError_t &error) {
-            flush();
-            progress_.clear();
-            complain(error.what());
-            status_ = exitUsage;
-        }
+        readAll(name);
         flush();
     }
     progress_.clear();
@@ -122,113 +110,172 @@ exitCode_t reader_t::statusWithMessages() const {
     return exitDifferences;
 }
 
-void reader_t::readInput(const std::string &name) {
-    const std::unique_ptr<source_t> source = openSource(name);
-    progress_.start(name, source->size());
-    std::string_view first = source->next();
+void reader_t::fail(const usageError_t &error) {
+    flush();
+    progress_.clear();
+    complain(error.what());
+    status_ = exitUsage;
+    input_.reset();
+}
+
+void reader_t::readAll(const std::string &name) {
+    try {
+        begin(name);
+        const input_t &input = *input_;
+        const bool isSplit = options_.jobs > 1 && !options_.head && !input.isForm && input.source->isPlain() &&
+                             input.source->size() > input.start.size() && task_.fork() != nullptr;
+        if (isSplit)
+            return readSplit(name);
+        while (takeBlock()) {
+        }
+        end();
+    } catch (const usageError_t &error) {
+        fail(error);
+    }
+}
+
+bool reader_t::open() {
+    try {
+        begin(options_.files.front());
+        return true;
+    } catch (const usageError_t &error) {
+        fail(error);
+        return false;
+    }
+}
+
+bool reader_t::step() {
+    try {
+        if (takeBlock())
+            return true;
+        end();
+    } catch (const usageError_t &error) {
+        fail(error);
+    }
+    return false;
+}
+
+// Opens an input and looks at its first block.
+void reader_t::begin(const std::string &name) {
+    input_ = std::make_unique<input_t>(name, filter_, task_, most());
+    input_t &input = *input_;
+    progress_.start(name, input.source->size());
+    std::string_view first = input.source->next();
     const std::uint64_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
-    first.remove_prefix(skipped);
+    input.start = first.substr(skipped);
+    input.position.file = name;
+    input.position.offset = skipped;
+    input.scanner = inspect::logScanner_t(skipped);
+    const form_t form = inspect::formOf(input.start);
+    input.isForm = form == form_t::show || form == form_t::json || form == form_t::flat;
+    if (input.isForm)
+        input.sink.form = form;
+    else if (input.source->size() == first.size() && input.start.starts_with("@@"))
+        lookForWhole();
+}
 
-    itemSink_t sink(name, filter_, task_, most());
-    const form_t form = inspect::formOf(first);
-    if (form == form_t::show || form == form_t::json || form == form_t::flat) {
-        sink.form = form;
-        readForms(*source, sink, name, first, skipped);
-    } else if (options_.jobs > 1 && !options_.head && source->isPlain() && source->size() > first.size() + skipped &&
-               task_.fork() != nullptr) {
-        return readSplit(name);
+// In a file of one message, what stands behind it is part of what a host would read.
+void reader_t::lookForWhole() {
+    struct : inspect::messageSink_t {
+        void message(const inspect::foundMessage_t &found) override {
+            end = found.offset + found.text.size();
+            ++count;
+        }
+        std::size_t end = 0, count = 0;
+    } alone;
+    inspect::logScanner_t scanner;
+    scanner.feed(input_->start, alone);
+    scanner.finish(alone);
+    if (alone.count != 1 || !trimmed(std::string_view(input_->start).substr(alone.end)).empty())
+        return;
+    input_->sink.form = form_t::message;
+    input_->sink.whole = input_->start;
+}
+
+// Takes the next block of the input; false when there is none.
+bool reader_t::takeBlock() {
+    input_t &input = *input_;
+    const std::string_view block = input.size == 0 ? std::string_view(input.start) : input.source->next();
+    if (block.empty() || input.sink.isFull())
+        return false;
+    input.size += block.size();
+    if (input.isForm) {
+        input.pending += block;
+        takeForms(false);
     } else {
-        scan(*source, sink, first, skipped);
+        input.scanner.feed(block, input.sink);
     }
-    count(sink);
-}
-
-void reader_t::scan(source_t &source, itemSink_t &sink, std::string_view first, std::uint64_t skipped) {
-    const std::string start(first);
-    const bool isAll = source.size() == skipped + first.size() || (source.size() == 0 && source.isShort());
-    if (isAll && start.starts_with("@@") && source.size() > 0) {
-        // A file of one message: what stands behind it is part of what a host would read.
-        struct : inspect::messageSink_t {
-            void message(const inspect::foundMessage_t &found) override {
-                end = found.offset + found.text.size();
-                ++count;
-            }
-            std::uint64_t end = 0, count = 0;
-        } alone;
-        inspect::logScanner_t scanner;
-        scanner.feed(start, alone);
-        scanner.finish(alone);
-        if (alone.count == 1 && trimmed(std::string_view(start).substr(alone.end)).empty()) {
-            sink.form = form_t::message;
-            sink.whole = start;
-        }
-    }
-    inspect::logScanner_t scanner(skipped);
-    std::uint64_t size = 0;
-    for (std::string_view block = start; !block.empty() && !sink.isFull(); block = source.next()) {
-        size += block.size();
-        scanner.feed(block, sink);
-        if (task_.out.size() >= flushSize || source.isShort())
-            flush();
-        progress_.update(source.taken());
-    }
-    scanner.finish(sink);
-    if (sink.found() == 0 && size == start.size() && isMeantAsMessage(start)) {
-        item_t item;
-        item.text = trimmed(start);
-        item.offset = skipped + static_cast<std::size_t>(item.text.data() - start.data());
-        item.line = 1 + static_cast<std::uint64_t>(
-                            std::count(start.data(), item.text.data(), '\n'));
-        item.stretch = item.text.size();
-        sink.message(item);
-    }
-}
-
-// Reads the messages in a form that a text holds completely; returns how much of it that was.
-std::size_t reader_t::readPieces(std::string_view text, itemSink_t &sink, item_t &position) {
-    const char *done = text.data();
-    for (const std::string_view piece : inspect::splitForms(text, sink.form)) {
-        if (sink.isFull())
-            break;
-        position.line += static_cast<std::uint64_t>(std::count(done, piece.data(), '\n'));
-        position.offset += static_cast<std::uint64_t>(piece.data() - done);
-        done = piece.data();
-        const inspect::formResult_t result = sink.form == form_t::json   ? inspect::readJson(piece)
-                                             : sink.form == form_t::flat ? inspect::readFlat(piece)
-                                                                         : inspect::readShow(piece);
-        item_t item = position;
-        if (result.isRead()) {
-            item.text = result.text;
-            item.stretch = piece.size();
-            sink.message(item);
-            continue;
-        }
-        const std::string_view before = piece.substr(0, result.offset);
-        item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
-        item.column = before.size() - (before.rfind('\n') + 1) + 1;
+    if (task_.out.size() >= flushSize || input.source->isShort())
         flush();
-        complain(item.place() + ": error: " + result.error);
-        status_ = std::max(status_, exitDifferences);
-    }
-    position.line += static_cast<std::uint64_t>(std::count(done, text.data() + text.size(), '\n'));
-    position.offset += static_cast<std::uint64_t>(text.data() + text.size() - done);
-    return text.size();
+    progress_.update(input.source->taken());
+    return true;
 }
 
-void reader_t::readForms(source_t &source, itemSink_t &sink, std::string_view file, std::string_view first,
-                         std::uint64_t skipped) {
-    std::string text;
-    item_t position;
-    position.offset = skipped;
-    position.file = file;
-    for (std::string_view block = first; !block.empty() && !sink.isFull(); block = source.next()) {
-        text += block;
-        text.erase(0, readPieces(std::string_view(text).substr(0, lastStart(text, sink.form)), sink, position));
-        if (task_.out.size() >= flushSize || source.isShort())
-            flush();
-        progress_.update(source.taken());
+void reader_t::end() {
+    if (input_->isForm)
+        takeForms(true);
+    else
+        input_->scanner.finish(input_->sink);
+    takeMeant();
+    found_ += input_->sink.found();
+    taken_ += input_->sink.taken();
+    input_.reset();
+}
+
+// A small input in which no message was found may be one whose start is damaged.
+void reader_t::takeMeant() {
+    input_t &input = *input_;
+    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !isMeantAsMessage(input.start))
+        return;
+    item_t item = input.position;
+    item.text = trimmed(input.start);
+    item.stretch = item.text.size();
+    const auto before = static_cast<std::size_t>(item.text.data() - input.start.data());
+    item.offset += before;
+    item.line += static_cast<std::uint64_t>(std::count(input.start.data(), item.text.data(), '\n'));
+    input.sink.form = form_t::message;
+    input.sink.message(item);
+}
+
+// Takes the messages in a form that are complete.
+void reader_t::takeForms(bool isLast) {
+    input_t &input = *input_;
+    const std::size_t size = isLast ? input.pending.size() : lastStart(input.pending, input.sink.form);
+    const std::string_view text = std::string_view(input.pending).substr(0, size);
+    const char *done = text.data();
+    const auto moveTo = [&](const char *place) {
+        input.position.line += static_cast<std::uint64_t>(std::count(done, place, '\n'));
+        input.position.offset += static_cast<std::uint64_t>(place - done);
+        done = place;
+    };
+    for (const std::string_view piece : inspect::splitForms(text, input.sink.form)) {
+        if (input.sink.isFull())
+            break;
+        moveTo(piece.data());
+        takePiece(piece);
     }
-    readPieces(text, sink, position);
+    moveTo(text.data() + text.size());
+    input.pending.erase(0, size);
+}
+
+void reader_t::takePiece(std::string_view piece) {
+    item_t item = input_->position;
+    const form_t form = input_->sink.form;
+    const inspect::formResult_t result = form == form_t::json   ? inspect::readJson(piece)
+                                         : form == form_t::flat ? inspect::readFlat(piece)
+                                                                : inspect::readShow(piece);
+    if (result.isRead()) {
+        item.text = result.text;
+        item.stretch = piece.size();
+        input_->sink.message(item);
+        return;
+    }
+    const std::string_view before = piece.substr(0, result.offset);
+    item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
+    item.column = before.size() - (before.rfind('\n') + 1) + 1;
+    flush();
+    complain(item.place() + ": error: " + result.error);
+    status_ = std::max(status_, exitDifferences);
 }
 
 void reader_t::readSplit(const std::string &name) {
@@ -240,6 +287,7 @@ void reader_t::readSplit(const std::string &name) {
         });
     found_ += counts.found;
     taken_ += counts.taken;
+    input_.reset();
 }
 
 // Takes what has come to a followed file; false when nothing had.

@@ -59,6 +59,9 @@ public:
 
     /// Reads all inputs. What is wrong with one of them is said on standard error, and the others are read.
     void run();
+    /// The same of one input, block by block: opens it, then takes a block a step. False when there is no more.
+    bool open();
+    bool step();
     void flush();
 
     /// exitUsage when an input could not be read, exitDifferences when one held nothing that could be, else exitFine.
@@ -70,11 +73,15 @@ public:
     exitCode_t statusWithMessages() const;
 
 private:
-    void readInput(const std::string &name);
-    void scan(source_t &source, itemSink_t &sink, std::string_view first, std::uint64_t skipped);
-    void readForms(source_t &source, itemSink_t &sink, std::string_view file, std::string_view first,
-                   std::uint64_t skipped);
-    std::size_t readPieces(std::string_view text, itemSink_t &sink, item_t &position);
+    void begin(const std::string &name);
+    bool takeBlock();
+    void end();
+    void readAll(const std::string &name);
+    void lookForWhole();
+    void takeMeant();
+    void takeForms(bool isLast);
+    void takePiece(std::string_view piece);
+    void fail(const usageError_t &error);
     void readSplit(const std::string &name);
     struct followed_t {
         followed_t(const std::string &name, const filter_t &filter, task_t &task) :
@@ -86,13 +93,27 @@ private:
     };
     bool takeNews(followed_t &one);
     void follow();
-    void count(const itemSink_t &sink);
     std::uint64_t most() const { return options_.head ? *options_.head - std::min(*options_.head, taken_) : UINT64_MAX; }
 
     const options_t &options_;
     filter_t filter_;
     task_t &task_;
+    // The input that is being read.
+    struct input_t {
+        input_t(const std::string &name, const filter_t &filter, task_t &task, std::uint64_t most) :
+            source(openSource(name)), sink(name, filter, task, most) {}
+        std::unique_ptr<source_t> source;
+        itemSink_t sink;
+        inspect::logScanner_t scanner;
+        std::string start;      // the first block
+        std::string pending;    // of a form: what is not complete yet
+        std::uint64_t size = 0; // that was taken
+        item_t position;        // of a form: where `pending` begins
+        bool isForm = false;
+    };
+
     progress_t progress_;
+    std::unique_ptr<input_t> input_;
     exitCode_t status_ = exitFine;
     std::uint64_t found_ = 0, taken_ = 0;
 };
