@@ -145,9 +145,9 @@ int runDescribe(const options_t &options) {
             if (message.record != nullptr)
                 candidates.insert(candidates.end(), {message.record->name, message.record->structure});
         const std::string_view near = inspect::nearest(word, candidates);
-        throw usageError_t("neither a message nor a key is called " + word + "; " +
-                           (near.empty() ? "vekmsg list shows all messages"
-                                         : "did you mean " + std::string(near) + "?"));
+        throw usageError_t(
+            "neither a message nor a key is called " + word + "; " +
+            (near.empty() ? "vekmsg list shows all messages" : "did you mean " + std::string(near) + "?"));
     }
     writeAll(1, description.out);
     return exitFine;

@@ -23,8 +23,8 @@ bool isColumn(char c) {
 
 class checkTask_t final : public task_t {
 public:
-    checkTask_t(const options_t &options, const colours_t &colours) :
-        options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
+    checkTask_t(const options_t &options, const colours_t &colours)
+        : options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
         for (const std::string &name : options.ignored)
             ignored_[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
     }

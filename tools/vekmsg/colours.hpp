@@ -31,8 +31,15 @@ struct colours_t {
     }
 
     inspect::showStyles_t styles() const {
-        return {.title = bold, .key = cyan, .number = green, .text = yellow, .name = magenta, .comment = dim,
-                .warning = magenta, .error = red, .reset = reset};
+        return {.title = bold,
+                .key = cyan,
+                .number = green,
+                .text = yellow,
+                .name = magenta,
+                .comment = dim,
+                .warning = magenta,
+                .error = red,
+                .reset = reset};
     }
 
     std::string_view bold, dim, red, green, yellow, blue, magenta, cyan, reset;

@@ -35,12 +35,12 @@ commandLine_t::commandLine_t() : app_(about, "vekmsg") {
     page->add_option("KIND", options_.page)->required();
 }
 
-CLI::App *commandLine_t::command(const std::string &name, const std::string &words, command_t run,
+CLI::App *commandLine_t::command(const std::string &name, const std::string &words, command_t runs,
                                  const std::string &examples) {
     CLI::App *app = app_.add_subcommand(name, words);
     app->footer("Examples:\n" + examples);
-    app->callback([this, run, name] {
-        chosen_ = run;
+    app->callback([this, runs, name] {
+        chosen_ = runs;
         options_.command = name;
     });
     return app;
@@ -105,10 +105,11 @@ void commandLine_t::declareViews() {
     reading(show);
     color(show);
 
-    CLI::App *check = command("check", "Find every departure from the format, and say what a host makes of it", runCheck,
-                              "  vekmsg check focus.txt\n"
-                              "  vekmsg check --ignore missing-key device.log.gz\n"
-                              "  vekmsg check --quiet focus.txt && send focus.txt");
+    CLI::App *check =
+        command("check", "Find every departure from the format, and say what a host makes of it", runCheck,
+                "  vekmsg check focus.txt\n"
+                "  vekmsg check --ignore missing-key device.log.gz\n"
+                "  vekmsg check --quiet focus.txt && send focus.txt");
     files(check);
     check->add_option("--ignore", options_.ignored, "Leave out findings of this name, which stands behind each in []")
         ->type_name("NAME")
@@ -120,11 +121,11 @@ void commandLine_t::declareViews() {
 }
 
 void commandLine_t::declareChanges() {
-    CLI::App *seal = command("seal", "Make valid messages of anything readable: right length, numbers and markers",
-                             runSeal,
-                             "  vekmsg seal --in-place edited.txt\n"
-                             "  vekmsg show focus.txt | sed 's/3.25/3.5/' | vekmsg seal > new.txt\n"
-                             "  echo '{FOCUS_VALUE=3;}' | vekmsg seal --as FocusValue --seq 12");
+    CLI::App *seal =
+        command("seal", "Make valid messages of anything readable: right length, numbers and markers", runSeal,
+                "  vekmsg seal --in-place edited.txt\n"
+                "  vekmsg show focus.txt | sed 's/3.25/3.5/' | vekmsg seal > new.txt\n"
+                "  echo '{FOCUS_VALUE=3;}' | vekmsg seal --as FocusValue --seq 12");
     files(seal);
     header(seal);
     seal->add_option("--as", options_.id, "The message that it is, when it does not say so itself")
@@ -151,10 +152,10 @@ void commandLine_t::declareChanges() {
     set->add_flag("-q,--quiet", options_.isQuiet, "Don't say what changed");
     reading(set, true, false);
 
-    CLI::App *edit = command("edit", "Edit a message in its readable form, until it is right; then seal it in its place",
-                             runEdit,
-                             "  vekmsg edit focus.txt\n"
-                             "  EDITOR=nano vekmsg edit device.log --id FocusValue --where @seq=41");
+    CLI::App *edit =
+        command("edit", "Edit a message in its readable form, until it is right; then seal it in its place", runEdit,
+                "  vekmsg edit focus.txt\n"
+                "  EDITOR=nano vekmsg edit device.log --id FocusValue --where @seq=41");
     edit->add_option("FILE", options_.files, "The file, with one message (or one chosen by the options)")
         ->required()
         ->expected(1);
@@ -162,10 +163,11 @@ void commandLine_t::declareChanges() {
 }
 
 void commandLine_t::declareForms() {
-    CLI::App *json = command("json", "Messages as JSON, one line each, with where they stood and their problems", runJson,
-                             "  vekmsg json device.log | jq -c 'select(.problems)'\n"
-                             "  vekmsg json focus.txt | jq -c '.focusValue_t.FOCUS_VALUE = 3' | vekmsg seal\n"
-                             "  vekmsg json --follow device.log | lnav");
+    CLI::App *json =
+        command("json", "Messages as JSON, one line each, with where they stood and their problems", runJson,
+                "  vekmsg json device.log | jq -c 'select(.problems)'\n"
+                "  vekmsg json focus.txt | jq -c '.focusValue_t.FOCUS_VALUE = 3' | vekmsg seal\n"
+                "  vekmsg json --follow device.log | lnav");
     files(json);
     reading(json);
 
@@ -199,18 +201,20 @@ void commandLine_t::declareLogs() {
     reading(last, false);
     color(last);
 
-    CLI::App *summary = command("summary", "Count the messages of each kind, the damaged and the missing ones", runSummary,
-                                "  vekmsg summary device.log\n"
-                                "  vekmsg summary --jobs 0 --check *.log");
+    CLI::App *summary =
+        command("summary", "Count the messages of each kind, the damaged and the missing ones", runSummary,
+                "  vekmsg summary device.log\n"
+                "  vekmsg summary --jobs 0 --check *.log");
     files(summary);
-    summary->add_flag("--check", options_.isChecked, "Damaged is also what check finds an error in, not the envelope alone");
+    summary->add_flag("--check", options_.isChecked,
+                      "Damaged is also what check finds an error in, not the envelope alone");
     reading(summary, false);
     color(summary);
 
-    CLI::App *diff = command("diff", "Compare two messages, or two logs by id and sequence number, field by field",
-                             runDiff,
-                             "  vekmsg diff before.txt after.txt\n"
-                             "  vekmsg diff --tolerance 0.001 --ignore MEDIA_NAME yesterday.log today.log");
+    CLI::App *diff =
+        command("diff", "Compare two messages, or two logs by id and sequence number, field by field", runDiff,
+                "  vekmsg diff before.txt after.txt\n"
+                "  vekmsg diff --tolerance 0.001 --ignore MEDIA_NAME yesterday.log today.log");
     diff->add_option("FILE", options_.files, "The two files")->required()->expected(2);
     diff->add_option("--tolerance", options_.tolerance, "Numbers that differ by no more are the same")
         ->type_name("NUMBER")
@@ -228,8 +232,9 @@ void commandLine_t::declareCatalogue() {
     list->add_flag("--json", options_.isJson, "The whole catalogue with keys, kinds, names and defaults, as JSON");
     color(list);
 
-    CLI::App *describe = command("describe", "The keys of a message with their kinds, names and defaults; or all messages "
-                                             "that have a key",
+    CLI::App *describe = command("describe",
+                                 "The keys of a message with their kinds, names and defaults; or all messages "
+                                 "that have a key",
                                  runDescribe,
                                  "  vekmsg describe 4112\n"
                                  "  vekmsg describe FocusValue\n"
@@ -259,8 +264,9 @@ void commandLine_t::sortWords() {
 
 int commandLine_t::complainAbout(const CLI::ParseError &error, int argc, char **argv) {
     if (error.get_exit_code() == 0) { // help and version
-        std::string text = dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr ? error.what() + std::string("\n")
-                                                                                       : std::string();
+        std::string text = dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr
+                               ? error.what() + std::string("\n")
+                               : std::string();
         if (text.empty()) {
             const std::vector<CLI::App *> chosen = app_.get_subcommands();
             text = chosen.empty() ? app_.help() : chosen.front()->help("vekmsg");

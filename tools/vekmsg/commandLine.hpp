@@ -23,7 +23,7 @@ public:
 private:
     using command_t = int (*)(const options_t &);
 
-    CLI::App *command(const std::string &name, const std::string &about, command_t run, const std::string &examples);
+    CLI::App *command(const std::string &name, const std::string &about, command_t runs, const std::string &examples);
     void reading(CLI::App *app, bool isStream = true, bool canSplit = true);
     void files(CLI::App *app, const std::string &name = "FILE");
     void color(CLI::App *app);

@@ -12,8 +12,9 @@ namespace vek::tool {
 
 namespace {
 
-constexpr std::string_view invitation = "# Change values, save, and leave the editor. Lines like this one don't count.\n"
-                                        "# Leave without changing anything, and the message stays as it was.\n";
+constexpr std::string_view invitation =
+    "# Change values, save, and leave the editor. Lines like this one don't count.\n"
+    "# Leave without changing anything, and the message stays as it was.\n";
 
 // The one message of a file, with what is needed to put another in its place.
 class pickTask_t final : public task_t {
@@ -130,7 +131,8 @@ std::optional<std::string> edited(const std::string &text, draft_t &draft) {
         draft.write(offered);
         if (!runEditor(editor(), draft.name())) {
             draft.isKept = !isFirst;
-            throw usageError_t("the editor " + editor() + " ended with an error; set VISUAL or EDITOR to one that works" +
+            throw usageError_t("the editor " + editor() +
+                               " ended with an error; set VISUAL or EDITOR to one that works" +
                                (isFirst ? "" : "; your draft is " + draft.name()));
         }
         const std::string saved = draft.read();

@@ -61,9 +61,9 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words) {
     return ids;
 }
 
-filter_t::filter_t(const options_t &options) :
-    ids_(idsNamed(options.ids)), since_(timeOf("--since", options.since)), until_(timeOf("--until", options.until)),
-    times_(options.timeExpression) {
+filter_t::filter_t(const options_t &options)
+    : ids_(idsNamed(options.ids)), since_(timeOf("--since", options.since)), until_(timeOf("--until", options.until)),
+      times_(options.timeExpression) {
     for (const std::string &words : options.conditions)
         conditions_.push_back(conditionOf(words));
 }

@@ -85,8 +85,8 @@ public:
         out += lineEnd();
     }
 
-    static constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before", "id",
-                                                      "name", "echo", "seq",  "length"};
+    static constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before",
+                                                      "id",   "name", "echo", "seq",    "length"};
     static bool isPlace(std::string_view key) { return std::ranges::find(placeNames, key) != std::end(placeNames); }
 
     void take(const item_t &item) override {
@@ -164,9 +164,9 @@ void checkKeys(const options_t &options) {
         std::vector<std::string_view> candidates = keys;
         candidates.insert(candidates.end(), std::begin(tableTask_t::placeNames), std::end(tableTask_t::placeNames));
         const std::string_view near = inspect::nearest(key, candidates);
-        throw usageError_t("--keys " + path + ": no message has this key; " +
-                           (near.empty() ? "vekmsg describe shows the keys of a message"
-                                         : "did you mean " + std::string(near) + "?"));
+        throw usageError_t(
+            "--keys " + path + ": no message has this key; " +
+            (near.empty() ? "vekmsg describe shows the keys of a message" : "did you mean " + std::string(near) + "?"));
     }
 }
 

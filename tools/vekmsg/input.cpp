@@ -176,7 +176,8 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
 #ifdef VEK_ZSTD
         return std::make_unique<zstdSource_t>(std::move(plain));
 #else
-        throw usageError_t(name + " is packed with zstd, which this build can't read; unpack it first: zstd -d " + name);
+        throw usageError_t(name + " is packed with zstd, which this build can't read; unpack it first: zstd -d " +
+                           name);
 #endif
     }
     return plain;

@@ -42,7 +42,8 @@ public:
     explicit followedFile_t(const std::string &name);
     const std::string &name() const { return name_; }
 
-    /// What happened; `bytes` is set for state_t::bytes, valid until the next call. Never waits. Only a pipe has an end.
+    /// What happened; `bytes` is set for state_t::bytes, valid until the next call. Never waits. Only a pipe has an
+    /// end.
     state_t next(std::string_view &bytes);
 
 private:

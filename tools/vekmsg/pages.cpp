@@ -156,13 +156,15 @@ std::string zshCompletion(const CLI::App &app) {
             for (const std::string &name : option->get_lnames())
                 cases += " \\\n            '--" + name + (takesValue(option) ? "=" : "") + "[" +
                          zshText(option->get_description()) + "]" +
-                         (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(name) : "") + "'";
+                         (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(name) : "") +
+                         "'";
         const std::string &name = command->get_name();
         cases += name == "new" || name == "describe" ? " \\\n            '*:name:($(vekmsg page names))'"
                                                      : " \\\n            '*:file:_files'";
         cases += "\n        ;;\n";
     }
-    return "#compdef vekmsg\n# Completion of vekmsg for zsh, made by vekmsg from the declarations of its command line.\n"
+    return "#compdef vekmsg\n# Completion of vekmsg for zsh, made by vekmsg from the declarations of its command "
+           "line.\n"
            "_vekmsg() {\n"
            "    local -a commands=(\n" +
            commands +

@@ -99,8 +99,8 @@ void reader_t::run() {
 exitCode_t reader_t::statusWithMessages() const {
     if (status_ != exitFine || taken_ > 0)
         return status_;
-    const std::string files = options_.files.size() > 1 ? "these files" : options_.files.front() == "-"
-                                                              ? std::string("standard input")
+    const std::string files = options_.files.size() > 1       ? "these files"
+                              : options_.files.front() == "-" ? std::string("standard input")
                                                               : options_.files.front();
     if (found_ > 0)
         complain("none of the " + std::to_string(found_) + " messages in " + files +
@@ -232,7 +232,8 @@ void reader_t::takeMeant() {
     item.stretch = item.text.size();
     const auto before = static_cast<std::size_t>(item.text.data() - input.start.data());
     item.offset += before;
-    item.line += static_cast<std::uint64_t>(std::count(input.start.data(), item.text.data(), '\n'));
+    item.line += static_cast<std::uint64_t>(
+        std::count(input.start.begin(), input.start.begin() + static_cast<std::ptrdiff_t>(before), '\n'));
     input.sink.form = form_t::message;
     input.sink.message(item);
 }

@@ -22,8 +22,8 @@ namespace vek::tool {
 /// Makes items of what a log scanner finds.
 class itemSink_t final : public inspect::messageSink_t {
 public:
-    itemSink_t(std::string_view file, const filter_t &filter, task_t &task, std::uint64_t most = UINT64_MAX) :
-        file_(file), filter_(filter), task_(task), most_(most) {}
+    itemSink_t(std::string_view file, const filter_t &filter, task_t &task, std::uint64_t most = UINT64_MAX)
+        : file_(file), filter_(filter), task_(task), most_(most) {}
 
     void message(const inspect::foundMessage_t &found) override;
     void message(item_t &item);
@@ -84,8 +84,8 @@ private:
     void fail(const usageError_t &error);
     void readSplit(const std::string &name);
     struct followed_t {
-        followed_t(const std::string &name, const filter_t &filter, task_t &task) :
-            file(name), sink(file.name(), filter, task) {}
+        followed_t(const std::string &name, const filter_t &filter, task_t &task)
+            : file(name), sink(file.name(), filter, task) {}
         followedFile_t file;
         itemSink_t sink;
         inspect::logScanner_t scanner;
@@ -93,15 +93,17 @@ private:
     };
     bool takeNews(followed_t &one);
     void follow();
-    std::uint64_t most() const { return options_.head ? *options_.head - std::min(*options_.head, taken_) : UINT64_MAX; }
+    std::uint64_t most() const {
+        return options_.head ? *options_.head - std::min(*options_.head, taken_) : UINT64_MAX;
+    }
 
     const options_t &options_;
     filter_t filter_;
     task_t &task_;
     // The input that is being read.
     struct input_t {
-        input_t(const std::string &name, const filter_t &filter, task_t &task, std::uint64_t most) :
-            source(openSource(name)), sink(name, filter, task, most) {}
+        input_t(const std::string &name, const filter_t &filter, task_t &task, std::uint64_t most)
+            : source(openSource(name)), sink(name, filter, task, most) {}
         std::unique_ptr<source_t> source;
         itemSink_t sink;
         inspect::logScanner_t scanner;

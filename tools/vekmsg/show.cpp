@@ -13,8 +13,8 @@ namespace {
 
 class showTask_t final : public task_t {
 public:
-    showTask_t(const options_t &options, const colours_t &colours) :
-        options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {}
+    showTask_t(const options_t &options, const colours_t &colours)
+        : options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {}
 
     std::unique_ptr<task_t> fork() const override {
         return options_.onlyChanges ? nullptr : std::make_unique<showTask_t>(options_, colours_);

@@ -1,7 +1,8 @@
 // --jobs: a plain file in pieces, a piece a thread, the output in the file's order.
 //
-// A piece is the lines that begin in its part of the file. Its scanner starts at a line; a message that the piece before
-// it carries on into it (one that was wrapped in lines) shows when its turn comes, and it is then read again from there.
+// A piece is the lines that begin in its part of the file. Its scanner starts at a line; a message that the piece
+// before it carries on into it (one that was wrapped in lines) shows when its turn comes, and it is then read again
+// from there.
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reader.hpp"
 
@@ -22,8 +23,8 @@ constexpr std::size_t stepSize = std::size_t{1} << 16;
 class split_t {
 public:
     split_t(const std::string &name, const filter_t &filter, task_t &task,
-            const std::function<void(std::string &, std::uint64_t)> &output) :
-        name_(name), size_(rawFile_t(name).identity().size), filter_(filter), task_(task), output_(output) {}
+            const std::function<void(std::string &, std::uint64_t)> &output)
+        : name_(name), size_(rawFile_t(name).identity().size), filter_(filter), task_(task), output_(output) {}
 
     splitCounts_t run(unsigned jobs) {
         std::vector<std::thread> threads;
@@ -61,8 +62,8 @@ private:
     // A piece's result, which waits for its turn.
     struct piece_t {
         std::unique_ptr<task_t> task;
-        std::uint64_t start = 0, end = 0;       // of its lines
-        std::uint64_t first = 0, last = 0;      // where its first message begins and its last one ends
+        std::uint64_t start = 0, end = 0;  // of its lines
+        std::uint64_t first = 0, last = 0; // where its first message begins and its last one ends
         std::uint64_t lines = 0;
         splitCounts_t counts;
     };

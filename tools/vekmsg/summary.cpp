@@ -152,9 +152,9 @@ void write(const summaryTask_t &task, std::string &out, const options_t &options
     out.append(colours.reset);
     for (const auto &[id, kind] : task.kinds) {
         const inspect::messageSchema_t *message = inspect::schema().find(id);
-        const std::string_view name = message == nullptr             ? "(unknown id)"
+        const std::string_view name = message == nullptr           ? "(unknown id)"
                                       : message->record == nullptr ? "(no structure)"
-                                                                     : message->record->name;
+                                                                   : message->record->name;
         count += kind.count;
         damaged += kind.damaged;
         out += padded(id < 0 ? "-" : std::to_string(id), 5, true) + "  " + padded(name, 24) +
@@ -164,8 +164,8 @@ void write(const summaryTask_t &task, std::string &out, const options_t &options
         const std::string first = momentInWords(kind.first, times), last = momentInWords(kind.last, times);
         out += first == last ? first + "\n" : first + "  " + last + "\n";
     }
-    out += std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) +
-           " damaged\n";
+    out +=
+        std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
     if (task.sequences.gaps() > 0)
         out += std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
                " in the sequence numbers, " + std::to_string(task.sequences.missing()) +

@@ -36,15 +36,15 @@ private:
 };
 
 struct item_t {
-    std::string_view file;       ///< as the user named it
-    std::uint64_t offset = 0;    ///< of its first byte in the input
-    std::uint64_t line = 1;      ///< from 1
-    std::uint64_t column = 1;    ///< in bytes, from 1
-    std::uint64_t stretch = 0;   ///< bytes it takes in the input
-    std::string_view text;       ///< the message
-    std::string_view whole;      ///< with what follows in a file that holds it alone, such as a line end
-    std::string_view before;     ///< what stands in front of it on its line
-    std::string_view lineHead;   ///< the beginning of its line, where a log has the time
+    std::string_view file;     ///< as the user named it
+    std::uint64_t offset = 0;  ///< of its first byte in the input
+    std::uint64_t line = 1;    ///< from 1
+    std::uint64_t column = 1;  ///< in bytes, from 1
+    std::uint64_t stretch = 0; ///< bytes it takes in the input
+    std::string_view text;     ///< the message
+    std::string_view whole;    ///< with what follows in a file that holds it alone, such as a line end
+    std::string_view before;   ///< what stands in front of it on its line
+    std::string_view lineHead; ///< the beginning of its line, where a log has the time
     bool isLengthRight = false;
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
     lazyTree_t *lazy = nullptr;
