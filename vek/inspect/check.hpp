@@ -34,6 +34,7 @@ enum class findingCode_t : std::uint8_t {
     unknownKey,
     duplicateKey,
     missingKey,
+    keyOrder,       ///< a host writes it elsewhere
     lineBreak,      ///< white space in front of a key, or a line end in a value
     swallowedToken, ///< a value was empty, so that the next token became the value
     emptyValue,
@@ -48,6 +49,7 @@ enum class findingCode_t : std::uint8_t {
     noNumber,
     trailingCharacters, ///< a number, and then something else
     numberRange,
+    numberSpelling, ///< a host reads it and writes it another way: 3.5 becomes 3.500000
     unknownName,
     noBoolean,
     decimalComma, ///< "3,5"

@@ -56,13 +56,26 @@ public:
     std::uint64_t line() const { return line_; }
 
 private:
+    /// What stands at a "@@".
+    struct candidate_t {
+        enum class kind_t : std::uint8_t { other, undecided, message };
+        kind_t kind = kind_t::other;
+        std::size_t end = 0;
+        bool isLengthRight = false;
+    };
+
     std::size_t scan(std::string_view text, bool isLast, messageSink_t &sink);
+    static candidate_t examine(std::string_view text, std::size_t at, bool isLast);
+    static candidate_t findDamagedEnd(std::string_view text, std::size_t at, bool isLast);
+    static candidate_t findEndWithoutId(std::string_view text, std::size_t at, bool isLast);
+    void pass(std::string_view words);
+    void passMessage(std::string_view message);
 
     std::string kept_;     // what was not decided yet
-    std::string head_;     // the first bytes of the line that is being read
-    std::string before_;   // the last bytes of it in front of kept_
-    std::uint64_t offset_; // of kept_
-    std::uint64_t line_;   // of kept_
+    std::string head_;     // the first bytes of the line in hand
+    std::string before_;   // its last bytes, from the message before on
+    std::uint64_t offset_; // of kept_, as are line and column
+    std::uint64_t line_;
     std::uint64_t column_ = 1;
     bool hasHead_ = false; // the line had a message: its head is complete
 };

@@ -69,7 +69,8 @@ private:
         if (at_ == 0 && text_.starts_with("\xEF\xBB\xBF"))
             at_ = 3;
         const std::size_t indent = skipBlanks();
-        if (isAtLineEnd())
+        const bool isNumbered = isAt('#') && at_ + 1 < text_.size() && isDigit(text_[at_ + 1]); // no comment: "#1 = x"
+        if (isAtLineEnd() && !isNumbered)
             return skipLine();
         if (isAt('@')) {
             ++at_;
@@ -196,13 +197,14 @@ private:
                 at_ = end + 1;
             } else {
                 at_ += isAt('.') ? 1 : 0;
+                const std::size_t start = at_;
                 if (isAt('"') ? !readQuoted(text_, at_, step) : (step = readWord(), false))
                     return false;
                 if (isAt('#')) {
                     step += text_[at_++];
                     step += readWord();
                 }
-                if (step.empty())
+                if (at_ == start)
                     return false;
             }
             steps.push_back(std::move(step));

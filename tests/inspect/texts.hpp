@@ -1,0 +1,34 @@
+// Texts for the tests of the inspection core: the samples, and damaged ones made from them.
+#pragma once
+
+#include "model/bodyMutator.hpp"
+#include "support/messages.hpp"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vek::test {
+
+/// Calls `visit` with every sample, and with `count` texts of which half have a changed body under a right length and
+/// half are changed anywhere behind their "@@".
+template <class Visit>
+void forEachText(int count, Visit visit) {
+    std::vector<std::string> corpus;
+    for (const sample_t &sample : samples()) {
+        corpus.push_back(sample.text);
+        visit(sample.text);
+    }
+    model::bodyMutator_t mutator(11, corpus);
+    for (int i = 0; i < count; ++i) {
+        const sample_t &sample = samples()[mutator.below(samples().size())];
+        if (sample.body.size() > 4000 && mutator.below(8) > 0)
+            continue;
+        if (mutator.below(2) == 0)
+            visit(message(sample.id, mutator.mutated(sample.body)));
+        else
+            visit("@@" + mutator.mutated(sample.text.substr(2)));
+    }
+}
+
+} // namespace vek::test
