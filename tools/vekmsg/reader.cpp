@@ -59,7 +59,8 @@ void itemSink_t::message(const inspect::foundMessage_t &found) {
 }
 
 void itemSink_t::message(item_t &item) {
-    if (item.offset >= end_ || isFull())
+    isBehindEnd_ = isBehindEnd_ || item.offset >= end_;
+    if (isBehindEnd_ || isFull())
         return;
     ++found_;
     firstOffset_ = std::min(firstOffset_, item.offset);

@@ -164,14 +164,20 @@ private:
         itemSink_t sink(name_, filter_, *piece.task);
         sink.endAt(piece.end);
         inspect::logScanner_t scanner(from, line);
-        std::uint64_t offset = from;
-        // Behind the piece's lines only as far as its last message needs.
-        while (from < piece.end && offset < size_ && (offset < piece.end || scanner.decided() < piece.end)) {
+        std::uint64_t offset = from, mark = 0;
+        // Behind the piece's lines only as far as its last message may go on.
+        const auto mayGoOn = [&] {
+            return mark >= std::max<std::uint64_t>(sink.lastEnd(), 1) && !sink.isBehindEnd() &&
+                   offset < piece.end + inspect::logScanner_t::largestMessage;
+        };
+        while (from < piece.end && offset < size_ && (offset < piece.end || mayGoOn())) {
             const bool isInside = offset < piece.end;
             const std::string_view bytes = window.at(
                 offset, isInside ? static_cast<std::size_t>(std::min(pieceSize, piece.end - offset)) : stepSize);
             if (bytes.empty())
                 break;
+            if (const std::size_t place = bytes.rfind("@@"); isInside && place != std::string_view::npos)
+                mark = offset + place + 1; // 0: none
             scanner.feed(bytes, sink);
             offset += bytes.size();
         }
