@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] PROGRAM SAMPLES FILE...     PROGRAM may be several words: an emulator, the program
+#   runTranscript.sh [--update] PROGRAM EXAMPLES FILE...     PROGRAM may be several words: an emulator, the program
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -12,14 +12,14 @@
 #   [exit 1]
 #   ```
 # A block that begins with ```console skip is not run. All blocks of a file share a new folder, in which the sample
-# messages lie as samples/*.txt. --update writes what came out into the file instead of comparing it.
+# messages lie as samples/*.txt and a sample log as device.log. --update writes what came out into the file instead of comparing it.
 set -euo pipefail
 isUpdate=false
 if [ "$1" = --update ]; then
     isUpdate=true
     shift
 fi
-program=$1 samples=$(realpath "$2")
+program=$1 examples=$(realpath "$2")
 shift 2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -66,7 +66,8 @@ failed=0
 for file in "$@"; do
     folder=$work/$(basename "$file").folder
     mkdir "$folder"
-    cp -r "$samples" "$folder/samples"
+    cp -r "$examples/messages" "$folder/samples"
+    cp "$examples/device.log" "$folder"
     runTranscript "$file" >"$work/actual"
     if $isUpdate; then
         cp "$work/actual" "$file"
