@@ -35,18 +35,27 @@ if(WIN32)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
-# The dynamic symbol table holds the four calls and nothing else. On Windows the file is named as hosts load it.
-function(vekExportingTheFourCalls target)
+# The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
+# file is named as hosts load it.
+function(vekExporting target map def)
     if(WIN32)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/vek/api/vekParams2ASCII.def)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/vek/api/exports.map
-                                          -Wl,--exclude-libs,ALL)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
-    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/vek/api/exports.map)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/${map})
+endfunction()
+
+# The reader of JSON is headers alone, those of this machine; a cross compiler sees no others of its folder.
+function(vekReadingJson target)
+    find_path(VEK_JSON_FOLDER nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    set(folder ${PROJECT_BINARY_DIR}/json)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${VEK_JSON_FOLDER}/nlohmann ${folder}/nlohmann SYMBOLIC)
+    target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()

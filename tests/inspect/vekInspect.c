@@ -1,0 +1,59 @@
+/* The inspection calls from C: sizes and buffers, a message to JSON and back, changed on the way. */
+#include "vek/inspect/vekInspect.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+static int failures = 0;
+
+static void expect(int holds, const char *what) {
+    if (!holds) {
+        fprintf(stderr, "does not hold: %s\n", what);
+        ++failures;
+    }
+}
+
+#define EXPECT(condition) expect(condition, #condition)
+
+int main(int count, char **arguments) {
+    char text[512], again[512], small[8], *json, *value;
+    size_t size;
+    int32_t needed;
+    FILE *file = count == 2 ? fopen(arguments[1], "rb") : NULL;
+    if (file == NULL)
+        return 2;
+    size = fread(text, 1, sizeof text, file);
+    fclose(file);
+
+    needed = vekInspectToJson(text, size, NULL, 0);
+    EXPECT(needed > 0);
+    EXPECT(vekInspectToJson(text, size, small, sizeof small) == needed);
+    EXPECT(strcmp(small, "{\"id\":4") == 0);
+    json = malloc((size_t)needed + 1);
+    if (json == NULL)
+        return 2;
+    EXPECT(vekInspectToJson(text, size, json, (size_t)needed + 1) == needed);
+    EXPECT(strlen(json) == (size_t)needed);
+    EXPECT(strstr(json, "problems") == NULL);
+
+    EXPECT(vekInspectFromJson(json, strlen(json), again, sizeof again) == (int32_t)size);
+    EXPECT(memcmp(again, text, size) == 0);
+    value = strstr(json, "1024.500000");
+    EXPECT(value != NULL);
+    if (value != NULL) {
+        memcpy(value, "2048.500000", 11);
+        EXPECT(vekInspectFromJson(json, strlen(json), again, sizeof again) == (int32_t)size);
+        EXPECT(strstr(again, "FOCUS_VALUE=2048.500000;}!!") != NULL);
+    }
+    EXPECT(vekInspectFromJson("{\"id\":4112", 10, again, sizeof again) == -1);
+    EXPECT(strlen(again) > 0);
+    free(json);
+
+    needed = vekInspectToJson("@@4112 9 7 41 {FOCUS_VALEU=3.000000;}!!", 39, again, sizeof again);
+    EXPECT(needed > 0);
+    EXPECT(strstr(again, "\"code\":\"wrong-length\"") != NULL);
+    EXPECT(vekInspectToJson(NULL, 0, again, sizeof again) == -1);
+    EXPECT(vekInspectCatalogue(NULL, 0) > 10000);
+    return failures == 0 ? 0 : 1;
+}
