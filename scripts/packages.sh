@@ -7,7 +7,7 @@ set -euo pipefail
 packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev)
 if [ "${1:-build}" = test ]; then
     packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils dpkg-dev file
-               locales g++-mingw-w64-i686-posix)
+               locales zstd man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
 fi
 
 missing=()

@@ -297,7 +297,7 @@ bool reader_t::takeNews(followed_t &one) {
     using enum followedFile_t::state_t;
     std::string_view block;
     const followedFile_t::state_t state = one.file.next(block);
-    one.sink.limit(one.sink.taken() + most());
+    one.sink.limit(options_.head ? one.sink.taken() + most() : UINT64_MAX);
     if (state == bytes)
         one.scanner.feed(block, one.sink);
     else if (state == rotated || state == ended)
