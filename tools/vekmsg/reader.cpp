@@ -281,6 +281,7 @@ void reader_t::takePiece(std::string_view piece) {
 }
 
 void reader_t::readSplit(const std::string &name) {
+    flush();
     const splitCounts_t counts =
         splitFile(name, options_.jobs, filter_, task_, [this](std::string &out, std::uint64_t done) {
             task_.out.swap(out);
