@@ -57,6 +57,7 @@ draw() {
         }'
 }
 
+# shellcheck disable=SC2016  # expanded by the inner shell
 printf '#!/bin/sh\ncommand=$1\nshift\nexec %s "$command" --color=always "$@"\n' "$program" >"$folder/vekmsg"
 chmod +x "$folder/vekmsg"
 printf '@@4112    80 7 45 {MEDIA_NAME=Northlight violet 0.3;FOCUS_VALEU=3.5mm;}!!' >"$folder/focus.txt"

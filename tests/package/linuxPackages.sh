@@ -49,8 +49,16 @@ dynamic=$(readelf -d "$work/prefix"/lib*/libvekParams2ASCII.so)
 for package in "$work"/packages/*.deb; do
     dpkg-deb -x "$package" "$work/debian"
 done
-[ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 2 ] || fail "not two Debian packages"
+[ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 3 ] || fail "not three Debian packages"
 control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
 [[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"
 buildByPkgConfig "$work/debian/usr" "$work/byDebian"
+
+# The tool needs nothing but its own package, and brings its pages.
+[ "$("$work/debian/usr/bin/vekmsg" get FOCUS_VALUE "$source/examples/messages/4112-focus-value.txt")" = 1024.500000 ] ||
+    fail "vekmsg of the Debian package"
+for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-completions/_vekmsg \
+    vekmsg/vekmsg.lnav.json; do
+    [ -s "$work/debian/usr/share/$file" ] || [ -s "$work/debian/usr/share/$file.gz" ] || fail "no $file in the package"
+done
 echo "The hosts run against the installation and the Debian packages."
