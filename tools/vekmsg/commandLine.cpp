@@ -16,6 +16,25 @@ constexpr const char *about =
     "read, they may stand in a log amid other words, in a file of their own, in the readable form, in JSON or in the "
     "flat form; as they are or packed with gzip or zstd.";
 
+// A page of help with its long lines broken, in the column where the words of options begin.
+std::string wrapped(const std::string &page, std::size_t width) {
+    constexpr std::size_t column = 30;
+    std::string out;
+    for (std::size_t at = 0; at < page.size();) {
+        const std::size_t end = std::min(page.find('\n', at), page.size());
+        std::string line = page.substr(at, end - at);
+        at = end + 1;
+        const std::size_t indent = line.starts_with("  -") || line.starts_with("   ") ? column : 0;
+        for (std::size_t place;
+             line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
+            out.append(line, 0, place).append("\n");
+            line = std::string(indent, ' ') + line.substr(place + 1);
+        }
+        out += line + "\n";
+    }
+    return out;
+}
+
 constexpr const char *exitCodes = "Exit code: 0 fine; 1 differences, invalid messages or none; 2 usage or files.";
 
 } // namespace
@@ -53,7 +72,8 @@ void commandLine_t::color(CLI::App *app) {
 }
 
 void commandLine_t::files(CLI::App *app, const std::string &name) {
-    app->add_option(name, options_.files, "Files, - for standard input (which is read when none is named)");
+    app->add_option(name, options_.files, "Files, - for standard input (which is read when none is named)")
+        ->type_name("");
 }
 
 // The options of every command that reads messages.
@@ -263,14 +283,13 @@ void commandLine_t::sortWords() {
 
 int commandLine_t::complainAbout(const CLI::ParseError &error, int argc, char **argv) {
     if (error.get_exit_code() == 0) { // help and version
-        std::string text = dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr
-                               ? error.what() + std::string("\n")
-                               : std::string();
+        std::string text =
+            dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr ? std::string(error.what()) : std::string();
         if (text.empty()) {
             const std::vector<CLI::App *> chosen = app_.get_subcommands();
             text = chosen.empty() ? app_.help() : chosen.front()->help("vekmsg");
         }
-        writeAll(1, text);
+        writeAll(1, wrapped(text, isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100));
         return exitFine;
     }
     std::vector<std::string_view> names;

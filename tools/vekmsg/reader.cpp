@@ -162,7 +162,7 @@ void reader_t::begin(const std::string &name) {
     input_t &input = *input_;
     progress_.start(name, input.source->size());
     std::string_view first = input.source->next();
-    const std::uint64_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    const std::size_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
     input.start = first.substr(skipped);
     input.position.file = name;
     input.position.offset = skipped;
@@ -179,7 +179,7 @@ void reader_t::begin(const std::string &name) {
 void reader_t::lookForWhole() {
     struct : inspect::messageSink_t {
         void message(const inspect::foundMessage_t &found) override {
-            end = found.offset + found.text.size();
+            end = static_cast<std::size_t>(found.offset) + found.text.size();
             ++count;
         }
         std::size_t end = 0, count = 0;

@@ -23,7 +23,8 @@ void rewriter_t::copyUntil(std::uint64_t offset) {
     std::string block(source_t::blockSize, '\0');
     original_.seek(done_);
     while (done_ < offset) {
-        const std::size_t size = original_.read(block.data(), std::min<std::uint64_t>(block.size(), offset - done_));
+        const std::size_t size = original_.read(
+            block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), offset - done_)));
         if (size == 0)
             break;
         replacement_.write({block.data(), size});
