@@ -1,6 +1,6 @@
-// The yardstick of the message benchmarks: the same messages as JSON, read with RapidJSON's SAX reader into equivalent
-// structures and written from them with its Writer. Keys that come in order are found at once, as they are by the
-// library.
+// The yardstick of the message benchmarks, the measured code and no samples (those are the files of bench/json): JSON
+// messages read with RapidJSON's SAX reader into structures equivalent to the library's, and written from them with its
+// Writer. Keys that come in order are found at once, as they are by the library.
 #pragma once
 
 #include <rapidjson/reader.h>

@@ -1,5 +1,6 @@
-// Messages both ways through the four calls, beside RapidJSON with the same content in the same run. What is compared
-// is whole: a structure or text made, filled and released each time.
+// Messages both ways through the four calls, beside RapidJSON with the same content in the same run: the files of
+// bench/json say what the sample messages say. What is compared is whole: a structure or text made, filled and released
+// each time.
 #include "bench/jsonMessages.hpp"
 #include "vek/api/vekParams2ASCII.h"
 
@@ -13,18 +14,18 @@
 
 namespace {
 
-std::string sampleMessage(const char *file) {
-    std::ifstream in(std::string(VEK_SAMPLES) + '/' + file, std::ios::binary);
+std::string sample(const std::string &path) {
+    std::ifstream in(VEK_PROJECT_FOLDER "/" + path, std::ios::binary);
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (text.empty()) {
-        std::cerr << "can't read sample message " << file << '\n';
+        std::cerr << "can't read " VEK_PROJECT_FOLDER "/" << path << '\n';
         std::exit(1);
     }
     return text;
 }
 
-void readMessage(benchmark::State &state, const char *file) {
-    const std::string text = sampleMessage(file);
+void readMessage(benchmark::State &state, const std::string &file) {
+    const std::string text = sample(file);
     for (auto _ : state) {
         std::int32_t id = 0;
         void *structure = nullptr;
@@ -35,8 +36,8 @@ void readMessage(benchmark::State &state, const char *file) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
-void writeMessage(benchmark::State &state, const char *file) {
-    const std::string text = sampleMessage(file);
+void writeMessage(benchmark::State &state, const std::string &file) {
+    const std::string text = sample(file);
     std::int32_t id = 0;
     void *structure = nullptr;
     vekStrToVal(text.c_str(), &id, &structure);
@@ -50,56 +51,9 @@ void writeMessage(benchmark::State &state, const char *file) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
-// The body of a message as JSON: keys quoted, braces of lists as brackets, numbers as RapidJSON writes them.
-std::string asJson(const std::string &message) {
-    // Tokens are cut by hand here: a value is a record when a "=" comes before the next "," at its level.
-    std::string out;
-    std::size_t at = message.find('{');
-    const auto value = [&](const auto &self) -> void {
-        if (message[at] != '{') {
-            const std::size_t end = message.find_first_of(";,", at);
-            const std::string token = message.substr(at, end - at);
-            at = end;
-            const bool isNumber = token.find_first_not_of("-.0123456789") == std::string::npos;
-            const bool isFlag = token == "TRUE" || token == "FALSE";
-            if (isNumber && token.find('.') != std::string::npos) {
-                rapidjson::StringBuffer buffer;
-                json::writer_t(buffer).Double(std::atof(token.c_str()));
-                out += buffer.GetString();
-            } else if (isNumber) {
-                out += token;
-            } else if (isFlag) {
-                out += token == "TRUE" ? "true" : "false";
-            } else {
-                out += '"' + token + '"';
-            }
-            return;
-        }
-        ++at;
-        const std::size_t stop = message.find_first_of("=,{", at);
-        const bool isRecord = message[stop] == '=';
-        out += isRecord ? '{' : '[';
-        for (bool isFirst = true; message[at] != '}'; isFirst = false) {
-            if (!isFirst)
-                out += ',';
-            if (isRecord) {
-                const std::size_t equals = message.find('=', at);
-                out += '"' + message.substr(at, equals - at) + "\":";
-                at = equals + 1;
-            }
-            self(self);
-            ++at;
-        }
-        ++at;
-        out += isRecord ? '}' : ']';
-    };
-    value(value);
-    return out;
-}
-
 template <class Object>
-std::string checkedJson(const char *file) {
-    const std::string text = asJson(sampleMessage(file));
+std::string checkedJson(const std::string &file) {
+    std::string text = sample(file);
     rapidjson::StringBuffer buffer;
     json::write(*json::read<Object>(text), buffer);
     if (text != buffer.GetString()) {
@@ -112,7 +66,7 @@ std::string checkedJson(const char *file) {
 }
 
 template <class Object>
-void readJson(benchmark::State &state, const char *file) {
+void readJson(benchmark::State &state, const std::string &file) {
     const std::string text = checkedJson<Object>(file);
     for (auto _ : state) {
         auto object = json::read<Object>(text);
@@ -122,7 +76,7 @@ void readJson(benchmark::State &state, const char *file) {
 }
 
 template <class Object>
-void writeJson(benchmark::State &state, const char *file) {
+void writeJson(benchmark::State &state, const std::string &file) {
     const std::string text = checkedJson<Object>(file);
     const auto object = json::read<Object>(text);
     for (auto _ : state) {
@@ -135,11 +89,13 @@ void writeJson(benchmark::State &state, const char *file) {
 
 // The library and RapidJSON side by side, reading and writing.
 template <class Object>
-bool compare(const std::string &name, const char *file) {
-    benchmark::RegisterBenchmark(("read/" + name + "/library").c_str(), readMessage, file);
-    benchmark::RegisterBenchmark(("read/" + name + "/RapidJSON").c_str(), readJson<Object>, file);
-    benchmark::RegisterBenchmark(("write/" + name + "/library").c_str(), writeMessage, file);
-    benchmark::RegisterBenchmark(("write/" + name + "/RapidJSON").c_str(), writeJson<Object>, file);
+bool compare(const std::string &name, const std::string &messageFile) {
+    const std::string message = "examples/messages/" + messageFile;
+    const std::string json = "bench/json/" + name + ".json";
+    benchmark::RegisterBenchmark(("read/" + name + "/library").c_str(), readMessage, message);
+    benchmark::RegisterBenchmark(("read/" + name + "/RapidJSON").c_str(), readJson<Object>, json);
+    benchmark::RegisterBenchmark(("write/" + name + "/library").c_str(), writeMessage, message);
+    benchmark::RegisterBenchmark(("write/" + name + "/RapidJSON").c_str(), writeJson<Object>, json);
     return true;
 }
 

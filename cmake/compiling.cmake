@@ -1,37 +1,38 @@
-# How everything here is compiled: C++20, warnings as errors, hidden symbols, and one switch for instrumentation.
+# How everything here is compiled: C++20, hidden symbols, one switch for instrumentation. All of it is said of targets,
+# so that a project which adds this one keeps its own ways.
 
-set(CMAKE_CXX_STANDARD 20)
-set(CMAKE_CXX_STANDARD_REQUIRED ON)
-set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_C_STANDARD 99)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_CXX_VISIBILITY_PRESET hidden)
-set(CMAKE_C_VISIBILITY_PRESET hidden)
-set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
 set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=address,undefined)
+    set(instrumentation -fsanitize=address,undefined)
+    set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
-    add_compile_options(--coverage -O0)
-    add_link_options(--coverage)
+    set(instrumentation --coverage)
+    set(instrumentedCode ${instrumentation} -O0)
 elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
-    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
-    add_link_options(-fsanitize=address,undefined)
+    set(instrumentation -fsanitize=address,undefined)
+    set(instrumentedCode -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
     message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
 endif()
 
-# Warnings as errors and the folder root as the one include path.
+# The language, the warnings, the instrumentation, and the folder root as the one include path.
 function(vekCompiling target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
+                                               C_STANDARD 99
+                                               CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+    if(VEK_DEVELOPER)
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    endif()
+    target_compile_options(${target} PRIVATE ${instrumentedCode})
+    target_link_options(${target} PRIVATE ${instrumentation})
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
 # Windows looks for a DLL in the folder of the program.
-if(WIN32)
+if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 

@@ -4,14 +4,9 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# C hosts link vekParams2ASCII::vekParams2ASCII; C++ hosts link vekParams2ASCII::cpp, which adds string_t, valueRange_t
-# and the record structures.
-add_library(vekCpp INTERFACE)
 set_target_properties(vekCpp PROPERTIES EXPORT_NAME cpp)
-target_link_libraries(vekCpp INTERFACE vekParams2ASCII vekTypes)
 target_include_directories(vekParams2ASCII INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_include_directories(vekTypes INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_compile_features(vekTypes INTERFACE cxx_std_20)
 
 install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
@@ -63,4 +58,6 @@ else()
     set(CPACK_DEBIAN_VEKMSG_PACKAGE_SECTION utils)
     set(CPACK_COMPONENT_VEKMSG_DESCRIPTION "Messages of a laser exposure device for people: shown, checked, mended")
 endif()
-include(CPack)
+if(PROJECT_IS_TOP_LEVEL) # packages are of one project only
+    include(CPack)
+endif()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: under the sanitizers with both compilers, the fuzzers for a few
-# seconds, the optimised build, and the Windows DLL under Wine where scripts/windows-setup.sh has prepared it.
+# Installs what is missing, checks the sources, builds, and runs every test: under the sanitizers with both compilers, the
+# fuzzers for a few seconds, the optimised build, and the Windows DLL under Wine where scripts/windows-setup.sh has
+# prepared it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,6 +17,8 @@ runPreset() {
     ctest --preset "$preset" -j "$(nproc)" | grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test .* Passed )'
 }
 
+echo "== sources"
+scripts/lint.sh
 runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
 runPreset fuzz

@@ -14,18 +14,6 @@ prefix=$dir/prefix-$(id -u)
 asRoot=()
 [ "$(id -u)" -eq 0 ] || asRoot=(sudo)
 
-installPackages() {
-    local missing=() package
-    for package in g++-mingw-w64-i686-posix googletest debootstrap; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-    echo "Installing: ${missing[*]}"
-    "${asRoot[@]}" apt-get update -qq
-    "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-        >/dev/null
-}
-
 # The mirrors of this release's main archive, as apt itself understands its sources (of either form).
 mirrors() {
     # shellcheck disable=SC2016  # the $(...) are apt's
@@ -75,7 +63,7 @@ makePrefix() {
     return 1
 }
 
-installPackages
+"$scripts/packages.sh" windows
 "${asRoot[@]}" install -d -m 755 "$dir"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs into an empty prefix and builds and runs the two outside hosts against it, by CMake and by pkg-config; then
-# the same against what the Debian packages hold.
+# against what the Debian packages hold, and with the library's sources added to the hosts' own project. The hosts have
+# folders of their own named as the library's, first on the include path.
 #   linuxPackages.sh SOURCE_FOLDER BUILD_FOLDER
 set -euo pipefail
 source=$1
@@ -12,6 +13,27 @@ mkdir -p "$work"
 fail() {
     echo "FAILED: $*" >&2
     exit 1
+}
+
+# Files named as the library's headers, in the hosts' own folders $2, for the headers in $1.
+makeHostile() {
+    local header
+    [ "$(ls "$1")" = vek ] || fail "hosts would find more in $1 than the folder vek"
+    (cd "$1/vek" && find . -name '*.h' -o -name '*.hpp') | while read -r header; do
+        mkdir -p "$2/$(dirname "$header")"
+        echo "#error \"$header of the host's own\"" >"$2/$header"
+    done
+    [ -d "$2/api" ] && [ -d "$2/records" ] && [ -d "$2/text" ] || fail "no hostile folders in $2"
+}
+
+# buildByCMake OUT [OPTIONS...]: the hosts' project, as it is or with the options of one that is built already.
+buildByCMake() {
+    local out=$1
+    shift
+    cmake -S "$source/examples/outside" -B "$out" -G Ninja -DCMAKE_C_FLAGS="-I$hostile" -DCMAKE_CXX_FLAGS="-I$hostile" \
+        "$@" >>"$work/cmake.txt" || fail "can't configure the hosts $*"
+    cmake --build "$out" >>"$work/cmake.txt" || fail "can't build the hosts $*, see $work/cmake.txt"
+    runHosts "$out"
 }
 
 runHosts() {
@@ -29,16 +51,16 @@ buildByPkgConfig() {
     flags=$(PKG_CONFIG_PATH=$config pkg-config --cflags vekParams2ASCII)
     libraries=$(PKG_CONFIG_PATH=$config pkg-config --libs vekParams2ASCII)
     # shellcheck disable=SC2086  # several words each
-    cc -std=c99 -Wall -Wextra -Wpedantic -Werror $flags "$source/examples/host.c" -o "$out/hostInC" $libraries
+    cc -std=c99 -Wall -Wextra -Wpedantic -Werror -I"$hostile" $flags "$source/examples/host.c" -o "$out/hostInC" $libraries
     # shellcheck disable=SC2086
-    c++ -std=c++20 -Wall -Wextra -Werror $flags "$source/examples/host.cpp" -o "$out/hostInCpp" $libraries
+    c++ -std=c++20 -Wall -Wextra -Werror -I"$hostile" $flags "$source/examples/host.cpp" -o "$out/hostInCpp" $libraries
     LD_LIBRARY_PATH=$(dirname "$config") runHosts "$out"
 }
 
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.txt"
-cmake -S "$source/examples/outside" -B "$work/byCMake" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/cmake.txt"
-cmake --build "$work/byCMake" >>"$work/cmake.txt"
-runHosts "$work/byCMake"
+hostile=$work/hostile
+makeHostile "$work/prefix/include" "$hostile"
+buildByCMake "$work/byCMake" -DCMAKE_PREFIX_PATH="$work/prefix"
 buildByPkgConfig "$work/prefix" "$work/byPkgConfig"
 
 # The soname is what a host asks for at run time.
@@ -61,4 +83,14 @@ for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-comp
     vekmsg/vekmsg.lnav.json; do
     [ -s "$work/debian/usr/share/$file" ] || [ -s "$work/debian/usr/share/$file.gz" ] || fail "no $file in the package"
 done
-echo "The hosts run against the installation and the Debian packages."
+
+# As part of the hosts' project, which gets the libraries and nothing else of this project. The same build folder serves
+# both ways, so that the library is compiled once.
+crowded=-DCMAKE_PROJECT_hosts_INCLUDE=$source/tests/package/crowdedProject.cmake
+buildByCMake "$work/fromSources" "$crowded" -DVEK_FROM=folder -DVEK_SOURCE="$source"
+[ ! -e "$work/fromSources/CPackConfig.cmake" ] || fail "the hosts' project makes packages of the library"
+cmake --install "$work/fromSources" --prefix "$work/nothing" >>"$work/cmake.txt"
+[ ! -e "$work/nothing" ] || fail "the hosts' project installs the library"
+grep -q -- '-Werror' "$work/fromSources/build.ninja" && fail "warnings are errors for others"
+buildByCMake "$work/fromSources" -DVEK_FROM=fetched
+echo "The hosts run against the installation, the Debian packages and the sources."

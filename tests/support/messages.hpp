@@ -72,8 +72,8 @@ inline structure_t structureOf(std::int32_t id, std::string_view body) {
     return structure_t(message(id, body));
 }
 
-/// The text of a structure.
-std::string written(std::int32_t id, void *structure);
+/// The text of a structure. Receives what the call returned, if asked.
+std::string written(std::int32_t id, void *structure, std::int32_t *result = nullptr);
 
 /// The body of a structure, and of what a body converts to.
 inline std::string writtenBody(std::int32_t id, void *structure) {

@@ -1,8 +1,10 @@
 // Fields and groups by themselves: which of them a text sets, and what they keep.
-#include "vek/records/jobs.hpp"
+#include "vek/records/enumerations.hpp"
 #include "vek/records/media.hpp"
 #include "vek/records/private/record.hpp"
+#include "vek/text/enumField.hpp"
 #include "vek/text/private/listFields.hpp"
+#include "vek/text/scalarFields.hpp"
 #include "vek/text/valueRangePrint.hpp"
 
 #include <gtest/gtest.h>
@@ -68,28 +70,6 @@ TEST(Fields, EscapeWhatSeparatesWhereverItStands) {
             plates_t(pass_t::parse, structure).fromText(body);
             ASSERT_EQ(structure.name.c_str(), text);
         }
-}
-
-TEST(Fields, WideStringsKeepTheirCharacters) {
-    jobPort_t record;
-    record.jobName = u"Hi!";
-    // Characters beyond those there before are dropped, yet counted.
-    record.fromText("{JOB_NAME={65,66,67,68,65533,};}");
-    EXPECT_EQ(record.jobName.count(), 5);
-    EXPECT_EQ(printed(record), "{JOB_NAME={65,66,67,68,};}");
-    record.fromText("{JOB_NAME={JOB_NAME1=-3;JOB_NAME2=0;};}");
-    EXPECT_EQ(record.jobName.count(), 2);
-    record.fromText("{JOB_NAME={};}");
-    EXPECT_EQ(record.jobName.text(), u"A\xFFFD");
-    EXPECT_EQ(record.jobName.text().data()[2], u'\0');
-
-    jobSepList_t list;
-    list.sepList.add(u"C").isSet = 0;
-    list.sepList.add(u"") = u"M";
-    EXPECT_EQ(printed(list), "{SEP_LIST={{67,0,},{77,0,},};}") << "a group's own flag has no say in its print pass";
-    list.fromText("{SEP_LIST={SEP_LIST1={SEP_LIST10=75;};SEP_LIST2={1,};};}");
-    EXPECT_EQ(list.sepList.count(), 2);
-    EXPECT_EQ(list.sepList.at(1).text(), u"K");
 }
 
 TEST(Fields, RangesReportTheirEnds) {

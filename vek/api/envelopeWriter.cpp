@@ -26,7 +26,10 @@ char *writeNumber(std::int32_t number, char *to) {
 
 } // namespace
 
+// By hand, not by a stream: the numbers of the envelope would take longer than a short body. One room() covers it all,
+// so that `at` stays valid up to advance().
 std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, envelopeNumbers_t &numbers) {
+    // Unsigned, since the step from the largest number to the smallest is wanted and would be undefined.
     numbers.sequenceNumber =
         static_cast<std::int32_t>(static_cast<std::uint32_t>(numbers.sequenceNumber) + std::uint32_t{1});
     char *at = writeWord("@@", out.room(3 * (integerRoom + 1) + 2 + lengthDigits + 1));
@@ -37,6 +40,8 @@ std::size_t beginEnvelope(bodyWriter_t &out, std::int32_t id, envelopeNumbers_t 
     return lengthPosition;
 }
 
+// The length comes last and counts itself, which it can because it always has five places: readers find the body by
+// counting from the end, and trust a text only when the length is right.
 void endEnvelope(bodyWriter_t &out, std::size_t lengthPosition) {
     out.put("!!\0"sv);
     char digits[lengthDigits + 20];

@@ -15,6 +15,8 @@ namespace vek {
 envelopeNumbers_t headerNumbers;
 std::int32_t debugSwitch = 0;
 
+// At load and not at the first call: the environment counts as it is when the host starts, and the calls stay free of a
+// test whether they are the first.
 void setUpAtLoad() {
     const char *mode = std::getenv("PLOT_DEBUG_MODE");
     debugSwitch = mode != nullptr && std::strcmp(mode, "msgPrint") == 0 ? 1 : 0;
@@ -26,7 +28,7 @@ void setUpAtLoad() {
 #ifdef _WIN32
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH)
-        vek::setUpAtLoad();
+        vek::setUpAtLoad(); // nothing that may not be done while Windows holds its loader's lock
     return TRUE;
 }
 #else

@@ -22,6 +22,7 @@ constexpr std::size_t roomBehindBody = 256;
 constexpr std::size_t roomWithoutBody = 40960;
 constexpr std::size_t firstRoom = 1024;
 
+// Flushed at once: a host that ends on the refusal, if by a fault, has still said why.
 std::int32_t refuseId(const char *line, std::int32_t id) {
     std::printf("%s%d\n", line, static_cast<int>(id));
     std::fflush(stdout);
@@ -49,6 +50,8 @@ char *emptyText() {
     return out.release();
 }
 
+// The header numbers are put back only when the text is whole: a message that there was no memory for has not been
+// sent, and takes no sequence number.
 char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
     bodyWriter_t out(msgStruct == nullptr ? roomWithoutBody : firstRoom);
     envelopeNumbers_t numbers = headerNumbers;
@@ -65,6 +68,8 @@ char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) 
 
 } // namespace
 
+// No exception leaves the four calls: hosts may be in C, or built by another compiler. Only memory can run out below
+// them.
 extern "C" {
 
 std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **msgStruct) try {
@@ -94,6 +99,7 @@ std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **te
         *text = writeMessage(msgId, row, msgStruct);
         return 0;
     }
+    // A structure for an id that has none: the caller gets a text to release, also when the id is refused.
     *text = emptyText();
     return row != nullptr && row->write == service_t::nothing ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
 } catch (const std::bad_alloc &) {
@@ -110,6 +116,8 @@ std::int32_t VEK_CALL vekParamsDeleteStruct(std::int32_t msgId, void **msgStruct
     const catalogueRow_t *row = findInCatalogue(msgId);
     if (row == nullptr || row->release == service_t::refused)
         return refuseReading(msgId);
+    // Where nothing is released the pointer is taken from the caller all the same; where it is, the pointer stays as it
+    // is.
     if (row->release == service_t::nothing)
         *msgStruct = nullptr;
     else if (*msgStruct != nullptr)

@@ -4,6 +4,9 @@
 
 namespace vek {
 
+// Doubles, so that each character is moved about once on average however long the message gets. By the C heap, since
+// the very buffer is handed out in the end and freed by vekParamsDelete. When there is no memory the old buffer stays
+// the writer's, which frees it.
 void bodyWriter_t::grow(std::size_t count) {
     const std::size_t used = size();
     const std::size_t room = std::max(2 * static_cast<std::size_t>(end_ - buffer_), used + count);

@@ -73,8 +73,7 @@ protected:
 };
 
 /// Bound to a member of a message structure.
-class enumField_t : public basicEnumField_t<std::int32_t &> {
-public:
+struct enumField_t : basicEnumField_t<std::int32_t &> {
     enumField_t(textGroup_t &group, std::string_view key, std::int32_t &value, const enumNames_t &names)
         : basicEnumField_t(group, key, value, names) {
         if (group.pass() == pass_t::parse)
@@ -83,8 +82,7 @@ public:
 };
 
 /// Keeps its value and stands for it. Assigning a value sets the field.
-class ownEnumField_t : public basicEnumField_t<std::int32_t> {
-public:
+struct ownEnumField_t : basicEnumField_t<std::int32_t> {
     ownEnumField_t(textGroup_t &group, std::string_view key, const enumNames_t &names)
         : basicEnumField_t(group, key, 0, names) {}
 

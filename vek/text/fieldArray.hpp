@@ -42,6 +42,9 @@ public:
     /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
     /// values are dropped.
     void assignPairs(bodyScanner_t &pairs) override {
+        // A "=" behind any value makes the whole body keyed, also the values before it. Lists have no keys when the
+        // library writes them, so the values are assigned as they are met, and a "=" drops what was made and starts
+        // over. Elements from before the parse can't be made again: for them the body is looked through first.
         const bodyScanner_t start = pairs;
         const bool isFixed = elements_.allocated() > 0;
         if (isFixed && !isPositional(start))
@@ -53,6 +56,8 @@ public:
                 elements_.clear();
                 return assignByKey(start);
             }
+            // Growing may move the values, so no element's field or record outlives its turn: it is bound to a value
+            // where that lies now. Where there is no room, append() makes none and the value is only counted.
             if (!isFixed)
                 elements_.append();
             if (found < elements_.allocated())
@@ -78,6 +83,7 @@ private:
             element.fromText(value);
     }
 
+    // Elements by key may come in any order, so all are made at once, before the first is bound.
     void assignByKey(const bodyScanner_t &start) {
         found_ = countPairs(start);
         if (elements_.allocated() == 0)

@@ -14,6 +14,7 @@ constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+// Decimals keep their zeros, unlike whole numbers.
 char *writeSixDigits(std::uint32_t value, char *to) {
     to = writeDigitPair(value / 10000, to);
     to = writeDigitPair(value / 100 % 100, to);
@@ -23,6 +24,7 @@ char *writeSixDigits(std::uint32_t value, char *to) {
 // significand / 2^shift in millionths, rounded to an integer, ties to even. The significand has at most 53 bits and the
 // shift is 9 to 63, so the product with 10^6 has at most 73 bits, held in two words, and the result fits one.
 std::uint64_t inMillionths(std::uint64_t significand, int shift) {
+    // No 128-bit type: 32-bit targets have none, and two multiplications by words cost them little more.
     const std::uint64_t lower = (significand & UINT32_MAX) * 1000000U;
     const std::uint64_t upper = (significand >> 32) * 1000000U + (lower >> 32);
     const std::uint64_t product = upper << 32 | (lower & UINT32_MAX); // and above it the bits of upper >> 32
@@ -89,6 +91,7 @@ decimal_t readAnyDecimal(const char *at, const char *end) {
     return number;
 }
 
+// Both the digits and the power of ten are doubles without rounding.
 bool isExactlyComputable(std::uint64_t digits, std::int64_t exponent) {
     return digits <= largestExactInteger && exponent >= -22 && exponent <= 22;
 }
@@ -101,6 +104,8 @@ double compute(std::uint64_t digits, std::int64_t exponent) {
                         : significand * exactPowersOfTen[static_cast<std::size_t>(exponent)];
 }
 
+// The slow way, for long numbers and those with an exponent: what one operation can't do exactly is left to from_chars.
+// That one stores nothing when the number is out of range, so the magnitude says to which side.
 double readUnsignedReal(const char *at, const char *end) {
     decimal_t number = readAnyDecimal(at, end);
     if (!number.hasDigits || number.digits == 0)
@@ -119,12 +124,16 @@ double readUnsignedReal(const char *at, const char *end) {
 
 } // namespace
 
+// A double is significand / 2^shift with 53 bits above, so six decimals are an integer division with a remainder that
+// tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
+// and to_chars is several times as slow.
 char *writeReal(double value, char *to) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const std::uint64_t implicitBit = std::uint64_t{1} << 52;
     const int shift = 1075 - exponent;
     const bool isZero = bits << 1 == 0;
+    // The sign is taken from the bits, so that -0.0 and what rounds to it keep theirs, as "%lf" does.
     // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
     if (!isZero && (shift < 9 || shift > 63))
         return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
@@ -136,6 +145,9 @@ char *writeReal(double value, char *to) {
     return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
 }
 
+// The usual number, digits with a point, is read in one go: its digits as an integer, which may wrap unseen when there
+// are more than 19, and one exact division. Anything else starts over in readUnsignedReal. The sign comes last, so that
+// "-0" is read as -0.0.
 double readReal(std::string_view text) {
     const char *const end = text.data() + text.size();
     const auto [start, isNegative] = skipToDigits(text.data(), end);
@@ -153,7 +165,7 @@ double readReal(std::string_view text) {
         length += decimals;
     }
     const bool hasExponent = at != end && (*at == 'e' || *at == 'E');
-    if (length == 0)
+    if (length == 0) // also of "-": no digits are no number, and no negative zero
         return 0.0;
     const double value = !hasExponent && length <= 19 && isExactlyComputable(digits, -decimals)
                              ? compute(digits, -decimals)

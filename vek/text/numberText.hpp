@@ -4,6 +4,8 @@
 // Neither consults the locale or errno. Pure functions, safe for concurrent use.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
+
 #include <array>
 #include <bit>
 #include <charconv>
@@ -75,15 +77,6 @@ inline std::int32_t readInteger(std::string_view text);
 /// Reads optional white space, an optional sign, decimal digits with an optional point, and an optional exponent, and
 /// ignores what follows. No digits give 0.0, a value beyond the range of double an infinity.
 double readReal(std::string_view text);
-
-/// White space in front of a number, as in the C locale.
-constexpr bool isSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-constexpr bool isDigit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
-}
 
 /// A number's leading white space and sign, taken off the front of its text.
 struct numberStart_t {

@@ -27,6 +27,8 @@ void writeText(const char *text, std::size_t size, bodyWriter_t &out) {
     out.advance(std::min(at, end));
 }
 
+// Most texts have no code in them and are copied as they are. The others are mended in the string's own buffer, which
+// is private after the copy.
 void stringCodec_t::read(std::string_view text, value_t &value) {
     value = string_t(text.data(), text.size());
     if (std::none_of(text.begin(), text.end(), isEscapeCode))

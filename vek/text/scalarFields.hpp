@@ -142,8 +142,7 @@ protected:
 
 /// A field bound to a member of a message structure.
 template <class Codec>
-class boundField_t : public valueField_t<Codec, typename Codec::value_t &> {
-public:
+struct boundField_t : valueField_t<Codec, typename Codec::value_t &> {
     using value_t = typename Codec::value_t;
 
     /// A member of `group`. The key's characters and the value must outlive the field.
@@ -164,8 +163,7 @@ public:
 
 /// A field that keeps its value and stands for it: it is assigned and read like one. Assigning a value sets the field.
 template <class Codec>
-class ownField_t : public valueField_t<Codec, typename Codec::value_t> {
-public:
+struct ownField_t : valueField_t<Codec, typename Codec::value_t> {
     using value_t = typename Codec::value_t;
 
     ownField_t(textGroup_t &group, std::string_view key, value_t initial = {})

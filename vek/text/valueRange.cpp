@@ -4,6 +4,8 @@
 
 namespace vek {
 
+// Appends, as setValues does. What more than two values mean is left to whoever reads the range: an interval is printed
+// by its minimum and maximum.
 void valueRange_t::setInterval(double lower, double upper) {
     kind = continuous;
     values_.add(lower);
@@ -17,6 +19,7 @@ void valueRange_t::setValues(std::int32_t count, const double *values) {
         values_.add(values[i]);
 }
 
+// As it stands in a message, so that what is shown can be compared with what was sent.
 string_t valueRange_t::valueText(std::int32_t index) const {
     char text[realRoom];
     return {text, static_cast<std::size_t>(writeReal(valueAt(index), text) - text)};

@@ -20,6 +20,8 @@ void wideElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
 }
 
+// Made as if it had been read: the elements are what is printed, the text what is shown, and both follow from the
+// values, the terminating 0 among them.
 wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
     const auto length = static_cast<std::int32_t>(text.size());
     growableList_t<char16_t> copy; // the text may be this field's own
@@ -56,6 +58,8 @@ void wideStringField_t::fromText(std::string_view text) {
     rebuildText();
 }
 
+// Values may be more than elements (see fromText), and may lack the terminating 0 or hold several: the text is a copy
+// with a terminator of its own, so that it ends in memory whatever came over the line.
 void wideStringField_t::rebuildText() {
     const std::int32_t count = std::min(found_, elements_.allocated());
     text_.resize(count + 1);
@@ -64,14 +68,11 @@ void wideStringField_t::rebuildText() {
     text_[count] = u'\0';
 }
 
+// A field can't be moved, and hosts hold references to it while the list grows, so each is made on its own. It is made
+// before the list has a place for it: no list ever shows a place without a text.
 void wideStringElements_t::append() {
-    texts_.add(new wideStringField_t(std::string_view(key_, keyLength_), texts_.count()));
-}
-
-void wideStringElements_t::clear() {
-    for (wideStringField_t *text : texts_)
-        delete text;
-    texts_.clear();
+    auto made = std::make_unique<wideStringField_t>(std::string_view(key_, keyLength_), texts_.count());
+    texts_.add() = std::move(made);
 }
 
 void wideStringElements_t::allocate(std::int32_t count) {

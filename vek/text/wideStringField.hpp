@@ -6,7 +6,9 @@
 #include "vek/text/fieldArray.hpp"
 #include "vek/text/growableList.hpp"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 namespace vek {
@@ -79,39 +81,35 @@ private:
 class wideStringElements_t {
 public:
     wideStringElements_t(pass_t, std::string_view &key) : key_(key.data()), keyLength_(key.size()) {}
-    ~wideStringElements_t() { clear(); }
-    wideStringElements_t(const wideStringElements_t &) = delete;
-    wideStringElements_t &operator=(const wideStringElements_t &) = delete;
 
     wideStringField_t &element(std::int32_t index, pass_t) { return *texts_[index]; }
     const wideStringField_t &element(std::int32_t index, pass_t) const { return *texts_[index]; }
     std::int32_t printed() const { return texts_.count(); }
     std::int32_t allocated() const { return texts_.count(); }
     void append();
-    void clear();
+    void clear() { texts_.clear(); }
     void allocate(std::int32_t count);
     void describe(fieldDescription_t &description) const;
 
-    wideStringField_t *const *begin() const { return texts_.begin(); }
-    wideStringField_t *const *end() const { return texts_.end(); }
+    const std::unique_ptr<wideStringField_t> *begin() const { return texts_.begin(); }
+    const std::unique_ptr<wideStringField_t> *end() const { return texts_.end(); }
 
 private:
     const char *key_;
     std::size_t keyLength_;
-    growableList_t<wideStringField_t *> texts_;
+    growableList_t<std::unique_ptr<wideStringField_t>> texts_;
 };
 
-class wideStringListField_t : public fieldArray_t<wideStringElements_t> {
-public:
+struct wideStringListField_t : fieldArray_t<wideStringElements_t> {
     wideStringListField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key, key) {}
 
     /// Goes over the texts themselves.
     template <class Text>
     struct iterator_t {
-        wideStringField_t *const *at;
+        const std::unique_ptr<wideStringField_t> *at;
 
         Text &operator*() const { return **at; }
-        Text *operator->() const { return *at; }
+        Text *operator->() const { return at->get(); }
         iterator_t &operator++() {
             ++at;
             return *this;

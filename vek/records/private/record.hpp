@@ -87,7 +87,7 @@ void conversionOf<Structure, Record>::destroy(void *structure) {
     if constexpr (std::is_polymorphic_v<Structure>) {
         delete static_cast<Structure *>(structure);
     } else {
-        if constexpr (requires(Structure & plain) { Record::releaseMembers(plain); })
+        if constexpr (ownsMemory<Record>)
             Record::releaseMembers(*static_cast<Structure *>(structure));
         ::operator delete(structure);
     }

@@ -1,5 +1,3 @@
-#pragma once
-
 // obj_t, the root of the object model: comparing, hashing, printing, and a descriptor for each class.
 //
 // An object does not own anything here. A class that counts its memberships in collections overrides addedTo and
@@ -7,6 +5,7 @@
 // registry, when it is first asked for.
 //
 // Thread rule: the live counters and the print flags are unguarded; one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_pers.hpp"
 
@@ -15,7 +14,7 @@
 
 namespace vek {
 
-class objCltn_t;
+struct objCltn_t;
 class persIOtab_t;
 
 /// What printOn shows of an object; the word of flags is obj_t::printFlags.
@@ -28,8 +27,8 @@ enum printFlag_t : std::uint32_t {
 
 class obj_t {
 public:
-    obj_t() { ++liveObjects; }
-    obj_t(const obj_t &) { ++liveObjects; }
+    obj_t() { ++liveObjects_; }
+    obj_t(const obj_t &) { ++liveObjects_; }
     obj_t &operator=(const obj_t &) = default;
 
     // The virtual operations, in the order of their slots.
@@ -39,7 +38,7 @@ public:
     /// Storing and loading through a persistence table; nothing by default.
     virtual void store(persIOtab_t &table) const;
     virtual void load(persIOtab_t &table);
-    virtual ~obj_t() { --liveObjects; }
+    virtual ~obj_t() { --liveObjects_; }
     /// -1, 0 or 1; by default the order of the addresses.
     virtual int compare(const obj_t &other) const;
     /// By default the low 32 bits of the address.
@@ -60,12 +59,12 @@ public:
 
     static classDescriptor_t &descriptor();
     /// Objects alive in the process.
-    static std::int32_t liveCount() { return liveObjects; }
+    static std::int32_t liveCount() { return liveObjects_; }
 
     static std::uint32_t printFlags;
 
 private:
-    static std::int32_t liveObjects;
+    static std::int32_t liveObjects_;
 };
 
 /// Prints the object, or "NULL".

@@ -1,5 +1,3 @@
-#pragma once
-
 // hashVtab, a hash table of entries of one size, and its iterator.
 //
 // Entries are stored by value in one array of slots, which the table owns, and found by a 32-bit key that a function
@@ -9,6 +7,7 @@
 // grew.
 //
 // Thread rule: the statistics counters are shared by all tables; one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
@@ -45,27 +44,27 @@ public:
     /// and 0 is returned.
     word_t remove(const void *entry);
 
-    std::int32_t count() const { return entries; }
+    std::int32_t count() const { return entries_; }
     /// Slots, empty or not.
-    std::int32_t length() const { return slotCount; }
+    std::int32_t length() const { return slotCount_; }
     /// The count at which the table grows.
-    std::int32_t threshold() const { return growthThreshold; }
+    std::int32_t threshold() const { return growthThreshold_; }
 
     /// How the length grows, 1.01 to 2.0, and how full the table may get, 0.1 to 0.99, from its next growth on. What
     /// lies outside becomes the nearer limit. Both reset the statistics counters.
     void setGrowthFactor(double factor);
     void setLoadFactor(double factor);
-    float growthFactor() const { return lengthFactor; }
-    float loadFactor() const { return thresholdFactor; }
+    float growthFactor() const { return lengthFactor_; }
+    float loadFactor() const { return thresholdFactor_; }
 
     /// Writes one line, begun by a line end, on sizes and probing.
     void printStatistics(std::ostream &stream) const;
     /// Since the last reset, over all tables: probe sequences started, and slots they visited beyond the first.
-    static std::uint32_t finds() { return findCounter; }
-    static std::uint32_t loops() { return loopCounter; }
+    static std::uint32_t finds() { return findCounter_; }
+    static std::uint32_t loops() { return loopCounter_; }
 
 protected:
-    std::uint32_t keyOf(const void *entry) const { return keyFunction(entry); }
+    std::uint32_t keyOf(const void *entry) const { return keyFunction_(entry); }
     /// The first word of an entry, filled up with zeros; 0 for null.
     word_t firstWord(const void *entry) const;
 
@@ -78,22 +77,21 @@ private:
     void rebuild(std::int32_t newLength, const char *dropped);
     static void resetStatistics();
 
-    keyFunction_t keyFunction;
-    std::int32_t growthThreshold = 0;
-    std::int32_t entries = 0;
-    std::int32_t slotCount = 0;
-    std::int32_t entrySize;
-    std::unique_ptr<char[]> slots;
-    float lengthFactor = 1.2F;
-    float thresholdFactor = 0.8F;
+    keyFunction_t keyFunction_;
+    std::int32_t growthThreshold_ = 0;
+    std::int32_t entries_ = 0;
+    std::int32_t slotCount_ = 0;
+    std::int32_t entrySize_;
+    std::unique_ptr<char[]> slots_;
+    float lengthFactor_ = 1.2F;
+    float thresholdFactor_ = 0.8F;
 
-    static std::uint32_t findCounter;
-    static std::uint32_t loopCounter;
+    static std::uint32_t findCounter_;
+    static std::uint32_t loopCounter_;
 };
 
 /// A table whose entry is one word, such as a pointer.
-class wordVtab_t : public hashVtab {
-public:
+struct wordVtab_t : hashVtab {
     /// Without a key function, the low 32 bits of the word are its key.
     explicit wordVtab_t(keyFunction_t key = nullptr);
 
@@ -103,8 +101,7 @@ public:
 };
 
 /// A table that numbers keys 1, 2, 3 ... in the order of their first insertion.
-class ordinalVtab_t : public hashVtab {
-public:
+struct ordinalVtab_t : hashVtab {
     struct pair_t {
         std::uint32_t key;
         std::uint32_t ordinal;
@@ -129,8 +126,8 @@ public:
 private:
     void startAt(const char *entry);
 
-    const hashVtab &table;
-    std::int32_t index = -1; // -1 before the first entry and after the last
+    const hashVtab &table_;
+    std::int32_t index_ = -1; // -1 before the first entry and after the last
 };
 
 } // namespace vek

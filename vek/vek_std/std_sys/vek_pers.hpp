@@ -1,5 +1,3 @@
-#pragma once
-
 // The registry of persistence codes: every class of the object model gets a code made from its name, and groups of
 // classes find a class, and make an instance of it, by code or name.
 //
@@ -7,6 +5,7 @@
 // that know them. A group owns its table. Clashes are printed, and the class that came later loses.
 //
 // Thread rule: unguarded; one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_sys/hashVtab.hpp"
 

@@ -4,10 +4,11 @@
 #include <cstdio>
 
 namespace vek {
+
 namespace {
 
 constexpr char location[] = "vek_std/std_sys/vek_stdlib";
-constexpr std::uint32_t swapSizeLine = 16;
+constexpr std::uint32_t swapSizeLine = 16; // as reports name it, wherever the code stands
 
 const char *currentLocation = nullptr;
 std::uint32_t currentLine = 0;
@@ -34,15 +35,19 @@ std::uint32_t getLine() {
     return currentLine;
 }
 
+// By the C library, not by a stream: classes register, and may clash, while statics are being made, the streams among
+// them.
 int report(const char *message) {
-    const char *where = currentLocation ? currentLocation : "*unknown";
+    const char *where = currentLocation != nullptr ? currentLocation : "*unknown";
     return std::fprintf(stderr, "\n%s ; called from %s,%d\n", message, where, static_cast<int>(currentLine));
 }
 
+// Location and line are recorded also when the hook is null: whoever silenced the report may still ask for them. A
+// host's own hook may throw, so callers leave nothing half done, or owned by nobody, when they come here.
 void signalError(const char *where, std::uint32_t line, errorHook_t hook) {
     setLocation(where);
     setLine(line);
-    if (hook)
+    if (hook != nullptr)
         hook();
 }
 

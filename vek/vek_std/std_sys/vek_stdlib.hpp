@@ -1,5 +1,3 @@
-#pragma once
-
 // How the foundation reports a programming or resource error, and two small helpers.
 //
 // The code that finds an error records where (a fixed text that names its module, and a line), then calls that error
@@ -7,6 +5,7 @@
 // and never ends the process: the caller goes on with its own fallback.
 //
 // Thread rule: location, line and hooks are process-wide and unguarded; one thread at a time.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>

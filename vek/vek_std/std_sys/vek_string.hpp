@@ -1,5 +1,3 @@
-#pragma once
-
 // string_t, the text string of the message structures, and subString_t, a view into one.
 //
 // A string is a handle, one pointer, to a shared body: copying is one increment, and the first operation that changes
@@ -11,6 +9,7 @@
 // locale.
 //
 // Thread rule: none of this is guarded, and copies share; one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_stringRep.hpp"
 
@@ -27,7 +26,7 @@ class string_t;
 class subString_t {
 public:
     subString_t(string_t *viewed, std::int32_t first, std::uint32_t count)
-        : owner(viewed), startPosition(first), characters(count) {}
+        : owner_(viewed), startPosition_(first), characters_(count) {}
     subString_t(const subString_t &) = default;
     /// Views what the other view views; the characters stay as they are.
     subString_t &operator=(const subString_t &) = default;
@@ -46,9 +45,9 @@ public:
     /// The view's character i, in an owner made private. A bad index is reported and gives the first character.
     char &operator[](std::int32_t i);
 
-    bool isNull() const { return startPosition < 0; }
-    std::int32_t start() const { return startPosition; }
-    std::uint32_t extent() const { return characters; }
+    bool isNull() const { return startPosition_ < 0; }
+    std::int32_t start() const { return startPosition_; }
+    std::uint32_t extent() const { return characters_; }
 
 private:
     friend class string_t;
@@ -57,9 +56,9 @@ private:
     const char *begin() const;
     std::size_t present() const;
 
-    string_t *owner;
-    std::int32_t startPosition;
-    std::uint32_t characters;
+    string_t *owner_;
+    std::int32_t startPosition_;
+    std::uint32_t characters_;
 };
 
 /// A handle to a shared text.
@@ -94,21 +93,21 @@ public:
         return *this;
     }
 
-    std::size_t length() const { return body ? body->length : 0; }
+    std::size_t length() const { return body != nullptr ? body->length : 0; }
     /// Characters that fit without a larger buffer.
-    std::size_t capacity() const { return body ? body->capacity : 0; }
+    std::size_t capacity() const { return body != nullptr ? body->capacity : 0; }
     /// The text with its terminator. Valid until this string is changed, assigned to or destroyed.
-    const char *c_str() const { return body ? body->data : ""; }
+    const char *c_str() const { return body != nullptr ? body->data : ""; }
     /// A string of the same text that shares no body with this one.
     string_t deepCopy() const { return {ownBody_t(), makeBody(c_str(), length())}; }
 
     // Changing. Source texts may be part of this very string.
 
     /// Appends the text; a null pointer appends nothing.
-    string_t &append(const char *text) { return append(text, text ? std::strlen(text) : 0); }
+    string_t &append(const char *text) { return append(text, text != nullptr ? std::strlen(text) : 0); }
     /// Appends exactly n characters; n blanks for a null pointer.
     string_t &append(const char *text, std::size_t n);
-    string_t &prepend(const char *text) { return prepend(text, text ? std::strlen(text) : 0); }
+    string_t &prepend(const char *text) { return prepend(text, text != nullptr ? std::strlen(text) : 0); }
     string_t &prepend(const char *text, std::size_t n) { return replace(0, 0, text, n); }
     /// Replaces `removed` characters at `position` by exactly `inserted` characters of `source`, by blanks when it is
     /// null. What lies behind the end of the text is left out of `position` and `removed`.
@@ -184,8 +183,8 @@ static_assert(sizeof(string_t) == sizeof(void *));
 
 inline string_t &string_t::append(const char *text, std::size_t n) {
     // The common case: room is left, and the capacity is the rounded one before and after.
-    if (body && body->isPrivate() && text && n <= body->capacity - body->length && !stringSettings.sizesChanged)
-        [[likely]] {
+    if (body != nullptr && body->isPrivate() && text != nullptr && n <= body->capacity - body->length &&
+        !stringSettings.sizesChanged) [[likely]] {
         char *end = body->data + body->length;
         body->length += static_cast<std::uint32_t>(n);
         std::memmove(end, text, n);

@@ -1,5 +1,3 @@
-#pragma once
-
 // The body behind a string_t, the settings of the string class and its error hooks.
 //
 // A body is one block of the C heap: its fields and room for a text of up to 63 characters. A longer text has a buffer
@@ -9,6 +7,9 @@
 // another's alone.
 //
 // Thread rule: counts, settings and hooks are unguarded; one thread at a time.
+#pragma once
+
+#include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,9 +48,9 @@ inline int setSkipIndexCheck(int flag) {
 
 /// Error hooks; null keeps silent. The defaults report "string_t : VEK_ENOMEM", "string_t : VEK_BAD_INDEX" and
 /// " : DESTRUCT_NON_ZERO_REF".
-extern void (*stringOutOfMemoryHook)();
-extern void (*stringBadIndexHook)();
-extern void (*stringNonZeroReferenceHook)();
+extern errorHook_t stringOutOfMemoryHook;
+extern errorHook_t stringBadIndexHook;
+extern errorHook_t stringNonZeroReferenceHook;
 
 /// The shared body. Whoever makes one holds its first reference. Functions that can run out of memory report it
 /// through stringOutOfMemoryHook first.
@@ -73,12 +74,12 @@ struct stringRep_t {
     static void destroy(stringRep_t *body);
 
     static stringRep_t *share(stringRep_t *body) {
-        if (body && !body->isConstant())
+        if (body != nullptr && !body->isConstant())
             ++body->referenceCount;
         return body;
     }
     static void release(stringRep_t *body) {
-        if (body && !body->isConstant() && --body->referenceCount == 0)
+        if (body != nullptr && !body->isConstant() && --body->referenceCount == 0)
             destroy(body);
     }
 
@@ -86,7 +87,7 @@ struct stringRep_t {
     static std::uint64_t roundedCapacity(std::uint64_t length);
 
     /// Calls one of the hooks for an error of the string class.
-    static void signal(std::uint32_t line, void (*hook)());
+    static void signal(std::uint32_t line, errorHook_t hook);
 
     bool isConstant() const { return (referenceCount & constantMark) != 0; }
     bool isPrivate() const { return referenceCount == 1; }

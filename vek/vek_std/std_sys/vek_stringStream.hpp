@@ -1,10 +1,9 @@
-#pragma once
-
 // Reading a string_t from an input stream.
 //
 // Each function does nothing when the stream has failed already. Else it replaces the text, whose buffer then has the
 // capacity of its length, and returns the stream. As with std::getline, the stream fails when it ends before a
 // character was read; a text that the end of the stream cuts off is read well. White space is that of 7-bit text.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
