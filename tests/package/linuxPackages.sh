@@ -80,10 +80,19 @@ for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.
     doc/libvekparams2ascii1/{copyright,changelog.Debian.gz}; do
     [ -f "$work/debian/usr/share/$file" ] || fail "no $file in the Debian packages"
 done
+[ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 4 ] || fail "not four Debian packages"
 control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
 [[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"
 lintian --allow-root --fail-on error,warning "$work"/packages/*.deb || fail "lintian objects to the Debian packages"
 buildByPkgConfig "$work/debian/usr" "$work/byDebian"
+
+# The tool needs nothing but its own package, and brings its pages.
+[ "$("$work/debian/usr/bin/vekmsg" get FOCUS_VALUE "$source/examples/messages/4112-focus-value.txt")" = 1024.500000 ] ||
+    fail "vekmsg of the Debian package"
+for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-completions/_vekmsg \
+    vekmsg/vekmsg.lnav.json; do
+    [ -s "$work/debian/usr/share/$file" ] || [ -s "$work/debian/usr/share/$file.gz" ] || fail "no $file in the package"
+done
 
 # As part of the hosts' project, which gets the libraries and nothing else of this project. The same build folder serves
 # both ways, so that the library's sources are compiled once.
