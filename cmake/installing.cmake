@@ -18,6 +18,14 @@ install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
+if(VEK_INSPECT)
+    target_include_directories(vekInspect INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    install(TARGETS vekInspect EXPORT vekParams2ASCIITargets
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT inspect
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT inspect NAMELINK_COMPONENT development
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+endif()
+
 install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
         FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "vek/inspect/.*\\.hpp$" EXCLUDE)
 if(WIN32)
@@ -45,6 +53,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCII.pc DESTINATION ${CMAKE
 # Where a component's documents are: on Linux as Debian names the folder, by its package.
 set(debianNameOf_library libvekparams2ascii${PROJECT_VERSION_MAJOR})
 set(debianNameOf_development libvekparams2ascii-dev)
+set(debianNameOf_inspect libvekinspect${PROJECT_VERSION_MAJOR})
+set(debianNameOf_vekmsg vekmsg)
 function(vekDocumentFolder component result)
     set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${debianNameOf_${component}})
     if(WIN32)

@@ -77,4 +77,19 @@ read and edited by hand.
 .
 This package contains the headers for C and C++, the library of the C++
 structures, the reference of every message, and examples.")
+if(VEK_INSPECT)
+    vekDebianPackage(
+        inspect SECTION libs CONTROL ${PROJECT_SOURCE_DIR}/packaging/triggers ${withoutScripts}
+        DESCRIPTION "messages of laser exposure devices as JSON
+Tells what stands in a text message of a laser exposure device and what is
+wrong with it, for hosts in any language.
+.
+This package contains the shared library with its three C functions.")
+    vekDebianPackage(
+        vekmsg SECTION utils
+        DESCRIPTION "messages of laser exposure devices on the command line
+Shows, checks, mends, changes and compares text messages of laser exposure
+devices, alone or amid the lines of a log, and turns them into JSON, tables
+and summaries.")
+endif()
 include(CPack)

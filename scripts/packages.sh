@@ -6,11 +6,12 @@
 #   packages.sh coverage   all that, and what counts the lines the tests reach
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
+# shellcheck source=scripts/talk.sh
 . "$(dirname "$0")/talk.sh"
 
-packages=(g++ cmake ninja-build nlohmann-json3-dev)
+packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev)
 testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
-         dpkg-dev file lintian locales g++-mingw-w64-i686-posix)
+         dpkg-dev file lintian locales zstd man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
 case ${1:-build} in
 build) ;;
 test) packages+=("${testing[@]}") ;;
@@ -19,7 +20,7 @@ bench)
                pkg-config valgrind python3)
     ;;
 coverage) packages+=("${testing[@]}" gcovr) ;;
-windows) packages+=(g++-mingw-w64-i686-posix googletest debootstrap) ;;
+windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
 *)
     echo "packages: '$1' is not build, test, bench, coverage or windows" >&2
     exit 2

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the scripts of which a step may take long.
 #   talk STEP COMMAND...   says the step, and how long it took the last time; runs the command with its output in
 #                          build/logs; says every ten seconds how far it is; at its end, how long it took. Of a command
@@ -25,7 +26,8 @@ talk() {
     local step=$1 name status=0 started=$SECONDS ticker
     shift
     mkdir -p "$talkFolder"
-    name=$talkFolder/${step//[^A-Za-z0-9]/-}
+    name=${step//[^A-Za-z0-9]/-}
+    name=$talkFolder/${name:0:60}
     talkLog=$name.txt
     : >"$talkLog"
     if [ -s "$name.seconds" ]; then

@@ -3,7 +3,7 @@
 # it took; what is built already serves again.
 #   test.sh          everything: under the sanitizers with both compilers, the fuzzers for a few seconds, the optimised
 #                    build with its packages, and the Windows DLL under Wine where scripts/windows-setup.sh prepared it
-#   test.sh quick    one unoptimised build and its tests, for the time between two changes
+#   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/talk.sh

@@ -75,15 +75,24 @@ dynamic=$(readelf -d "$(find "$work/prefix" -name libvekParams2ASCII.so)")
 for package in "$work"/packages/*.deb; do
     dpkg-deb -x "$package" "$work/debian"
 done
-[ -e "$work"/debian/usr/lib/*-linux-gnu*/libvekParams2ASCII.so ] || fail "the libraries are not in lib/TRIPLET"
+[[ $(find "$work/debian" -name libvekParams2ASCII.so) == */usr/lib/*-linux-gnu*/* ]] || fail "the libraries are not in lib/TRIPLET"
 for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.md,examples/host.cpp} \
     doc/libvekparams2ascii1/{copyright,changelog.Debian.gz}; do
     [ -f "$work/debian/usr/share/$file" ] || fail "no $file in the Debian packages"
 done
+[ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 4 ] || fail "not four Debian packages"
 control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
 [[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"
 lintian --allow-root --fail-on error,warning "$work"/packages/*.deb || fail "lintian objects to the Debian packages"
 buildByPkgConfig "$work/debian/usr" "$work/byDebian"
+
+# The tool needs nothing but its own package, and brings its pages.
+[ "$("$work/debian/usr/bin/vekmsg" get FOCUS_VALUE "$source/examples/messages/4112-focus-value.txt")" = 1024.500000 ] ||
+    fail "vekmsg of the Debian package"
+for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-completions/_vekmsg \
+    vekmsg/vekmsg.lnav.json; do
+    [ -s "$work/debian/usr/share/$file" ] || [ -s "$work/debian/usr/share/$file.gz" ] || fail "no $file in the package"
+done
 
 # As part of the hosts' project, which gets the libraries and nothing else of this project. The same build folder serves
 # both ways, so that the library's sources are compiled once.
@@ -96,7 +105,8 @@ grep -q -- '-Werror' "$work/fromSources/build.ninja" && fail "warnings are error
 
 # The static form, which a project may also install as its own.
 buildByCMake "$work/fromSources" -DVEK_FROM=fetched -DBUILD_SHARED_LIBS=OFF -DVEK_INSTALL=ON
-[ -z "$(readelf -d "$work/fromSources/hostInC" | grep vekParams2ASCII)" ] || fail "the static host loads the library"
+dynamic=$(readelf -d "$work/fromSources/hostInC")
+[[ $dynamic != *vekParams2ASCII* ]] || fail "the static host loads the library"
 cmake --install "$work/fromSources" --prefix "$work/static" >>"$work/cmake.txt"
 buildByPkgConfig "$work/static" "$work/byStatic"
 echo "The hosts run against the installation, the Debian packages and the sources."

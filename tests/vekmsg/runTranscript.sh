@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Runs the commands of transcripts and compares what they put out with what stands there.
+#   runTranscript.sh [--update] PROGRAM EXAMPLES FILE...     PROGRAM may be several words: an emulator, the program
+#
+# A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
+# output (standard output and standard error), with the exit code when it is not 0:
+#   ```console
+#   $ vekmsg get FOCUS_VALUE focus.txt
+#   1024.500000
+#   $ vekmsg get FOCUS_VALEU focus.txt
+#   ...
+#   [exit 1]
+#   ```
+# A block that begins with ```console skip is not run. All blocks of a file share a new folder, in which the sample
+# messages lie as samples/*.txt and a sample log as device.log. --update writes what came out into the file instead of comparing it.
+set -euo pipefail
+isUpdate=false
+if [ "$1" = --update ]; then
+    isUpdate=true
+    shift
+fi
+program=$1 examples=$(realpath "$2")
+shift 2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/bin"
+printf '#!/bin/sh\nexec %s "$@"\n' "$program" >"$work/bin/vekmsg"
+chmod +x "$work/bin/vekmsg"
+export PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
+unset NO_COLOR VISUAL EDITOR
+
+# runCommand COMMAND: its output, with a line end, and its exit code.
+runCommand() {
+    local status=0
+    (cd "$folder" && bash -c "$1") >"$work/output" 2>&1 </dev/null || status=$?
+    [ "$status" -ne 77 ] || exit 77
+    cat "$work/output"
+    [ ! -s "$work/output" ] || [ -z "$(tail -c 1 "$work/output")" ] || echo
+    [ "$status" -eq 0 ] || echo "[exit $status]"
+}
+
+# runTranscript FILE: the file with what the commands really put out.
+runTranscript() {
+    local line command='' isInside=false
+    while IFS= read -r line || [ -n "$line" ]; do
+        if [ -n "$command" ] && [[ $line != '> '* ]]; then
+            runCommand "$command"
+            command=
+        fi
+        if [[ $line == '```console' ]]; then
+            isInside=true
+        elif [[ $line == '```' ]]; then
+            isInside=false
+        elif $isInside && [[ $line == '$ '* ]]; then
+            command=${line:2}
+        elif $isInside && [ -n "$command" ] && [[ $line == '> '* ]]; then
+            command+=$'\n'${line:2}
+        elif $isInside; then
+            continue # what was expected
+        fi
+        printf '%s\n' "$line"
+    done <"$1"
+}
+
+failed=0
+for file in "$@"; do
+    folder=$work/$(basename "$file").folder
+    mkdir "$folder"
+    cp -r "$examples/messages" "$folder/samples"
+    cp "$examples/device.log" "$folder"
+    runTranscript "$file" >"$work/actual"
+    if $isUpdate; then
+        cp "$work/actual" "$file"
+    elif ! diff -u --label "$file" --label 'what came out' "$file" "$work/actual"; then
+        failed=1
+    fi
+done
+exit $failed

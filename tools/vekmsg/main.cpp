@@ -1,0 +1,20 @@
+// vekmsg: messages for people, on the command line.
+#include "tools/vekmsg/commandLine.hpp"
+#include "tools/vekmsg/platform.hpp"
+#include "tools/vekmsg/problem.hpp"
+
+#include <new>
+
+int main(int argc, char **argv) {
+    using namespace vek::tool;
+    prepareStreams();
+    try {
+        commandLine_t commandLine;
+        return commandLine.run(argc, argv);
+    } catch (const usageError_t &error) {
+        complain(error.what());
+    } catch (const std::bad_alloc &) {
+        complain("there is not enough memory");
+    }
+    return exitUsage;
+}

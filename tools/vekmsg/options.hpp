@@ -1,0 +1,40 @@
+// options_t: what the command line said, in one struct for all commands; each looks at what concerns it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vek::tool {
+
+struct options_t {
+    std::string command;
+
+    // Of every command that reads messages:
+    std::vector<std::string> files; ///< "-" when none was named
+    std::vector<std::string> ids, conditions;
+    std::string since, until, timeExpression;
+    std::optional<std::uint64_t> head;
+    bool follows = false;
+    unsigned jobs = 1;
+    std::string color = "auto";
+
+    // Of one or a few:
+    bool isQuiet = false, isJson = false, isInPlace = false;
+    bool asRead = false, onlyChanges = false;
+    bool isTabs = false, isChecked = false;
+    std::vector<std::string> ignored; ///< findings of check, paths of diff
+    std::vector<std::string> keys;    ///< of table
+    std::vector<std::string> words;   ///< assignments, ids and names
+    std::string path;                 ///< of get
+    std::optional<std::int32_t> echoTag, sequenceNumber;
+    std::optional<std::string> id; ///< of seal and new
+    std::string at;                ///< a time
+    double tolerance = 0.0;
+    bool comparesHeader = false;
+    std::string page; ///< "man", "bash" or "zsh"
+};
+
+} // namespace vek::tool

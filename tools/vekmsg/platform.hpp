@@ -1,0 +1,79 @@
+// What differs between systems: terminals, raw files, replacing a file. Everything else of the tool is the same
+// everywhere.
+//
+// File descriptors are owned by rawFile_t. Functions throw usageError_t when a file can't be had.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vek::tool {
+
+/// Standard streams carry bytes; consoles understand colour sequences where they can.
+void prepareStreams();
+bool isTerminal(int descriptor);
+/// Columns of the terminal at standard error; 80 when there is none.
+std::size_t terminalWidth();
+std::optional<std::string> environment(const char *name);
+void sleepMilliseconds(unsigned milliseconds);
+/// Milliseconds of a clock that never goes back.
+std::uint64_t milliseconds();
+
+/// What tells one file from another under the same name.
+struct fileIdentity_t {
+    std::uint64_t device = 0, number = 0, size = 0;
+    bool isRegular = false;
+
+    bool isSameFile(const fileIdentity_t &other) const { return device == other.device && number == other.number; }
+};
+
+/// A file opened for reading. "-" is standard input.
+class rawFile_t {
+public:
+    explicit rawFile_t(const std::string &name);
+    rawFile_t(const rawFile_t &) = delete;
+    rawFile_t &operator=(const rawFile_t &) = delete;
+    ~rawFile_t();
+
+    /// Up to `room` bytes; 0 at the end.
+    std::size_t read(char *buffer, std::size_t room);
+    void seek(std::uint64_t offset);
+    fileIdentity_t identity() const;
+    const std::string &name() const { return name_; }
+
+private:
+    std::string name_;
+    int descriptor_;
+};
+
+/// Whether there is such a file, and which.
+std::optional<fileIdentity_t> identityOf(const std::string &name);
+
+/// Writes all to a descriptor. A pipe without a reader ends the program quietly.
+void writeAll(int descriptor, std::string_view bytes);
+
+/// A new file beside another one that takes its place, with its owner and mode, when commit() is called. Until then,
+/// and whenever commit() was not reached, the other file is as it was.
+class replacement_t {
+public:
+    explicit replacement_t(const std::string &name);
+    replacement_t(const replacement_t &) = delete;
+    replacement_t &operator=(const replacement_t &) = delete;
+    ~replacement_t();
+
+    void write(std::string_view bytes) { writeAll(descriptor_, bytes); }
+    void commit();
+
+private:
+    std::string target_; // symbolic links followed
+    std::string temporary_;
+    int descriptor_ = -1;
+};
+
+/// Runs an editor on a file and waits for it; false when it could not be run or ended with an error.
+bool runEditor(const std::string &editor, const std::string &file);
+
+} // namespace vek::tool

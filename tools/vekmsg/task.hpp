@@ -1,0 +1,76 @@
+// What goes from the readers of inputs to the commands: item_t, a message with where it stands, and task_t, what a
+// command does with each of them.
+//
+// An item and what it views are valid during task_t::take() only. A task and its output belong to one thread; with
+// --jobs every piece of a file has a task of its own, and these are joined in the file's order.
+#pragma once
+
+#include "vek/inspect/forms.hpp"
+#include "vek/inspect/tree.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vek::tool {
+
+/// A tree that is only made when it is asked for, and keeps its memory from message to message.
+class lazyTree_t {
+public:
+    void reset(std::string_view text) {
+        text_ = text;
+        isMade_ = false;
+    }
+    const inspect::tree_t &get() {
+        if (!isMade_)
+            tree_.read(text_);
+        isMade_ = true;
+        return tree_;
+    }
+
+private:
+    std::string_view text_;
+    inspect::tree_t tree_;
+    bool isMade_ = false;
+};
+
+struct item_t {
+    std::string_view file;     ///< as the user named it
+    std::uint64_t offset = 0;  ///< of its first byte in the input
+    std::uint64_t line = 1;    ///< from 1
+    std::uint64_t column = 1;  ///< in bytes, from 1
+    std::uint64_t stretch = 0; ///< bytes it takes in the input
+    std::string_view text;     ///< the message
+    std::string_view whole;    ///< with what follows in a file that holds it alone, such as a line end
+    std::string_view before;   ///< what stands in front of it on its line
+    std::string_view lineHead; ///< the beginning of its line, where a log has the time
+    bool isLengthRight = false;
+    inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
+    lazyTree_t *lazy = nullptr;
+
+    const inspect::tree_t &tree() const { return lazy->get(); }
+    /// "a.log:3:17"
+    std::string place() const;
+};
+
+class task_t {
+public:
+    virtual ~task_t() = default;
+
+    virtual void take(const item_t &item) = 0;
+
+    /// A task for another piece of the input; null when pieces can't be done apart.
+    virtual std::unique_ptr<task_t> fork() const { return nullptr; }
+    /// Takes over what the task of the following piece has gathered, but its output.
+    virtual void join(task_t &) {}
+
+    std::string out; ///< for standard output; taken away from time to time
+
+protected:
+    task_t() = default;
+    task_t(const task_t &) = default;
+    task_t &operator=(const task_t &) = default;
+};
+
+} // namespace vek::tool
