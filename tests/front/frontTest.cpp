@@ -158,7 +158,7 @@ TEST_F(FrontTest, AnswersWithTheEchoTagOfARefusedMessage) {
         EXPECT_EQ(reply(problem.numbers.echoTag, state), message(4118, "{DEVICE_STATE=3;}", echoTag, next));
         EXPECT_EQ(reply<VEK_MSG_ID_RECORD_4192>(echoTag, IdRecord{5}), message(4192, "{ID=5;}", echoTag, next + 1));
     }
-    for (const std::size_t length : {99999, 100000}) { // the echo tag counts
+    for (const std::size_t length : {std::size_t{99999}, std::size_t{100000}}) { // the echo tag counts
         std::string text(length - std::string("@@4202 ##### -12345678 4 {TYPE=FALSE;INFO=;}!!").size() - 1, 'i');
         (void)parse<DeviceState>(message(4118, "{}", 7, 3));
         const messageText_t large = reply(-12345678, Info{0, text.data()}, problem);
