@@ -199,9 +199,9 @@ private:
     void writeStructure(std::string_view label, const recordSchema_t &record) {
         const structureLayout_t *layout = layoutNamed(record.structure);
         if (layout == nullptr)
-            throw std::runtime_error(joined(
-                {"no layout of ", record.structure,
-                 ": pin it in vek/records/private/layouts, and name it in its family's list"}));
+            throw std::runtime_error(
+                joined({"no layout of ", record.structure,
+                        ": pin it in vek/records/private/layouts, and name it in its family's list"}));
         const std::string page = joined({"layouts.md", anchorOf(record.structure)});
         const bool isPlain = record.kind == structureKind_t::plain;
         out_ << label << " " << link(code(record.structure), page) << " of "
