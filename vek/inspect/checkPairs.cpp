@@ -38,14 +38,18 @@ void checker_t::checkBody(const node_t &body) {
         report(separators, warning, body.value, &body, [] {
             return findingWords_t{"nothing but separators in a body", "a host reads nothing of it", {}};
         });
+    const bodyTarget_t target = targetOf(tree_, body);
+    const bool isKnown = target.kind != bodyTarget_t::kind_t::unknown;
     for (const node_t &child : children) {
-        checkPair(body, child);
+        checkBalance(child);
+        if (isKnown) // else nothing is known of what should stand here
+            checkPair(body, child);
         if (isDone())
             return;
     }
-    if (const recordSchema_t *record = tree_.recordOf(body))
-        checkRecord(body, *record);
-    else if (targetOf(tree_, body).kind != bodyTarget_t::kind_t::unknown && body.isKeyed)
+    if (target.kind == bodyTarget_t::kind_t::record)
+        checkRecord(body, *target.record);
+    else if (isKnown && body.isKeyed)
         report(keyedList, warning, body.value, &body, [] {
             return findingWords_t{
                 "a list with keys", "a host reads its elements by their keys, and writes them without", {}};
@@ -67,7 +71,7 @@ void checker_t::checkGroup(const node_t &node) {
         });
 }
 
-void checker_t::checkPair(const node_t &parent, const node_t &node) {
+void checker_t::checkBalance(const node_t &node) {
     if (!node.lost.isEmpty())
         report(unbalancedBrace, error, {node.lost.start, node.lost.start + 1}, &node, [] {
             return findingWords_t{
@@ -79,8 +83,9 @@ void checker_t::checkPair(const node_t &parent, const node_t &node) {
                                   "a host takes all that follows in this body for the value",
                                   {}};
         });
-    if (tree_.recordOf(parent) == nullptr && targetOf(tree_, parent).kind == bodyTarget_t::kind_t::unknown)
-        return; // nothing is known of what should stand here
+}
+
+void checker_t::checkPair(const node_t &parent, const node_t &node) {
     if (!checkUse(parent, node) || isDone())
         return;
     const bool isTold = checkSpelling(node);

@@ -35,7 +35,8 @@ std::size_t position(const fieldSchema_t &field) {
 } // namespace
 
 void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
-    std::vector<const node_t *> nodes(record.fields.size(), nullptr);
+    std::vector<const node_t *> &nodes = nodes_;
+    nodes.assign(record.fields.size(), nullptr);
     std::int32_t last = -1;
     if (!body.isKeyed && body.childCount > 0)
         report(positionalBody, warning, body.value, &body, [] {

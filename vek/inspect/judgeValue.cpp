@@ -74,9 +74,10 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
 valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     const std::int32_t wide = readInteger(value);
     const std::int32_t read = isShort ? static_cast<std::int16_t>(wide) : wide;
-    const std::string text = integerText(read);
-    if (text == value)
+    char digits[integerRoom];
+    if (value == std::string_view(digits, static_cast<std::size_t>(writeInteger(read, digits) - digits)))
         return {};
+    const std::string text = integerText(read);
     if (valueFinding_t finding = judgeNumber(value, false, text); finding.isThere)
         return finding;
     const double real = readReal(value);

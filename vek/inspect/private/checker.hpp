@@ -55,6 +55,7 @@ private:
     void checkMissing(const node_t &body, const fieldSchema_t &field);
     void checkCount(const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
     void checkRange(const node_t &body, const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
+    void checkBalance(const node_t &node);
     void checkPair(const node_t &parent, const node_t &node);
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
@@ -84,6 +85,7 @@ private:
     bool hasFound_ = false;
     std::size_t suggestions_ = 0; // looked for: a hostile text gets no more than a few
     std::vector<finding_t> findings_;
+    std::vector<const node_t *> nodes_; // of the record in hand, by the position of their fields
 };
 
 } // namespace vek::inspect
