@@ -1,5 +1,7 @@
 #include "vek/text/numberText.hpp"
 
+#include "vek/vek_std/std_sys/private/standardReals.hpp"
+
 #include <cmath>
 #include <limits>
 
@@ -112,7 +114,7 @@ double readUnsignedReal(const char *at, const char *end) {
     if (number.isShort && isExactlyComputable(number.digits, number.exponent))
         return compute(number.digits, number.exponent);
     double value = 0.0;
-    if (std::from_chars(at, end, value).ec == std::errc::result_out_of_range)
+    if (readStandardReal(at, end, value) == std::errc::result_out_of_range)
         value = number.exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
     return value;
 }
@@ -120,14 +122,14 @@ double readUnsignedReal(const char *at, const char *end) {
 } // namespace
 
 char *writeReal(double value, char *to) {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto bits = bitsOf(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const std::uint64_t implicitBit = std::uint64_t{1} << 52;
     const int shift = 1075 - exponent;
     const bool isZero = bits << 1 == 0;
     // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
     if (!isZero && (shift < 9 || shift > 63))
-        return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
+        return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
     const std::uint64_t millionths = isZero ? 0 : inMillionths((bits & (implicitBit - 1)) | implicitBit, shift);
     if (bits >> 63 != 0)
         *to++ = '-';
