@@ -49,7 +49,7 @@ export class Filters {
     const { withProblems, withErrors, damaged, gaps } = log.counts;
     const codes = [...log.findings].sort(([left], [right]) => left - right);
     setOptions(this.#problem, [
-      option('', 'With and without problems'),
+      option('', 'All messages'),
       labelled('problems', 'Any problem', withProblems),
       labelled('errors', 'Errors', withErrors),
       labelled('damaged', 'Damaged ends', damaged),

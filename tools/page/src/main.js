@@ -61,6 +61,7 @@ class Page {
   #prepare(log) {
     byId('welcome').hidden = true;
     byId('work').hidden = false;
+    byId('progress').hidden = false;
     byId('messagePanelBody').hidden = true;
     byId('readingProblem').textContent = '';
     byId('saveLog').hidden = true;

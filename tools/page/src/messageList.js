@@ -39,8 +39,9 @@ export class MessageList {
     byId('noMessages').hidden = rows.length > 0 || !this.log.isComplete;
   }
 
+  /** Shows the rows again. */
   draw() {
-    this.#list.draw();
+    this.#list.refresh();
   }
 
   /** Makes the message of a row the active one; the next one that is listed when it is not. */

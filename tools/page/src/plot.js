@@ -8,6 +8,15 @@ import { counted, number, timeInWords } from './words.js';
 const mostCurves = 8;
 const plotHeight = 340;
 
+// Ticks of a clock of 24 hours, by the step from tick to tick: what is written, and where the day is new.
+const ticks = (step, clock, hasDate) => [step, clock, hasDate ? '\n{YYYY}-{MM}-{DD}' : null, null, hasDate ? '\n{MM}-{DD}' : null, null, null, null, 1];
+const timeTicks = (hasDate) => [
+  ...(hasDate ? [[86_400, '{YYYY}-{MM}-{DD}', null, null, null, null, null, null, 1]] : []),
+  ticks(60, '{HH}:{mm}', hasDate),
+  ticks(1, '{HH}:{mm}:{ss}', hasDate),
+  ticks(0.001, '{HH}:{mm}:{ss}.{fff}', hasDate),
+];
+
 export class Plot {
   #curves = []; // { id, path, rows, numbers }
   #bands; // { id, path, names, rows, numbers }
@@ -131,27 +140,31 @@ export class Plot {
 
   #options() {
     const isTime = byId('plotOver').value === 'time';
-    const axis = { stroke: colour('muted'), grid: { stroke: colour('line'), width: 1 }, ticks: { stroke: colour('line') } };
     const hasDate = this.log.columns.hasDate[0] === 1;
+    const axis = {
+      stroke: colour('muted'),
+      font: `12px ${getComputedStyle(document.body).fontFamily}`,
+      grid: { stroke: colour('line'), width: 1 },
+      ticks: { stroke: colour('line'), width: 1 },
+    };
+    // The scales of the first two curves stand at the left and at the right.
+    const valueAxes = this.#curves.slice(0, 2).map(({ path }, at) => ({
+      ...axis,
+      scale: path,
+      side: at === 0 ? 3 : 1,
+      stroke: seriesColour(at),
+      grid: at === 0 ? axis.grid : { show: false },
+      size: 64,
+    }));
     return {
       width: byId('plot').clientWidth,
       height: plotHeight,
+      legend: { show: false },
       tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1e3), 'Etc/UTC'),
       cursor: { drag: { x: true, y: false } },
       scales: { x: { time: isTime } },
-      series: [
-        { label: isTime ? 'Time' : 'Sequence', value: (_plot, x) => (x === null ? '' : isTime ? timeInWords(x * 1e6, hasDate) : number(x)) },
-        ...this.#curves.map(({ path }, at) => ({
-          label: path,
-          scale: path,
-          stroke: seriesColour(at),
-          width: 1.5,
-          spanGaps: true,
-          points: { size: 5 },
-          value: (_plot, y) => (y === null ? '' : String(y)),
-        })),
-      ],
-      axes: [axis, ...this.#curves.slice(0, 2).map(({ path }, at) => ({ ...axis, scale: path, side: at === 0 ? 3 : 1, stroke: seriesColour(at), grid: at === 0 ? axis.grid : { show: false }, size: 64 }))],
+      series: [{}, ...this.#curves.map(({ path }, at) => curveStyle(path, seriesColour(at)))],
+      axes: [{ ...axis, ...(isTime ? { values: timeTicks(hasDate), space: 90 } : {}) }, ...valueAxes],
       hooks: {
         drawClear: [(plot) => this.#drawBands(plot)],
         setScale: [(plot, key) => key === 'x' && this.#noteZoom(plot)],
@@ -276,3 +289,5 @@ export class Plot {
     plot.setScale('x', { min: Math.max(places[0], middle - half), max: Math.min(places.at(-1), middle + half) });
   }
 }
+
+const curveStyle = (path, stroke) => ({ label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 } });

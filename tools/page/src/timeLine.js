@@ -6,10 +6,12 @@ import { counted, number, timeInWords } from './words.js';
 const mostLanes = 6;
 const laneHeight = 18;
 const markHeight = 14;
+const edge = 6; // so that marks at the ends are whole
 
 export class TimeLine {
   #canvas = byId('timeLine');
   #cursor = -1;
+  #left = 0; // where the names end and the lanes begin
   #dragFrom;
   #bins = [];
 
@@ -70,16 +72,18 @@ export class TimeLine {
     if (!log || log.count === 0) return;
     const lanes = this.#lanes();
     const width = this.#canvas.parentElement.clientWidth;
+    this.#left = width > 700 ? 150 : 110;
     const height = lanes.count * laneHeight + markHeight;
     const ratio = window.devicePixelRatio || 1;
     Object.assign(this.#canvas, { width: width * ratio, height: height * ratio });
     this.#canvas.style.height = `${height}px`;
     this.ends = this.#ends();
-    this.#bins = this.#count(lanes, width);
+    this.#bins = this.#count(lanes, Math.max(1, width - this.#left - edge));
     const context = this.#canvas.getContext('2d');
     context.scale(ratio, ratio);
-    this.#drawBins(context, lanes, height);
     this.#drawNames(context, lanes);
+    context.translate(this.#left, 0);
+    this.#drawBins(context, lanes, height);
     if (this.#cursor >= 0) {
       context.fillStyle = colour('ink');
       context.fillRect(this.#cursor, 0, 1, height);
@@ -131,11 +135,8 @@ export class TimeLine {
     const names = [...lanes.own].map(([id]) => this.catalogue.name(id));
     if (lanes.isShared) names.push('other kinds');
     names.forEach((name, lane) => {
-      const y = lane * laneHeight + laneHeight / 2 - 1;
-      context.fillStyle = colour('veil');
-      context.fillRect(0, y - 7, context.measureText(name).width + 8, 14);
-      context.fillStyle = colour('ink');
-      context.fillText(name, 4, y);
+      context.fillStyle = colour('muted');
+      context.fillText(name, 0, lane * laneHeight + laneHeight / 2, this.#left - 10);
     });
   }
 
@@ -165,7 +166,7 @@ export class TimeLine {
   }
 
   #columnOf(event) {
-    return Math.round(event.clientX - this.#canvas.getBoundingClientRect().left);
+    return Math.round(event.clientX - this.#canvas.getBoundingClientRect().left - this.#left);
   }
 
   #point(event) {
@@ -174,7 +175,7 @@ export class TimeLine {
     const band = byId('timeLineBand');
     band.hidden = this.#dragFrom === undefined;
     if (this.#dragFrom === undefined) return;
-    band.style.left = `${Math.min(x, this.#dragFrom)}px`;
+    band.style.left = `${this.#left + Math.min(x, this.#dragFrom)}px`;
     band.style.width = `${Math.abs(x - this.#dragFrom)}px`;
   }
 

@@ -73,7 +73,6 @@ export class TreeView {
     }
     this.#layOut();
     this.#list.activate(this.rows.indexOf(node), true);
-    this.#list.draw();
     if (!isQuiet) this.onNode(node);
   }
 
@@ -91,7 +90,6 @@ export class TreeView {
     this.#open.set(node.path, isOpen);
     this.#layOut();
     this.#list.activate(this.rows.indexOf(node), true);
-    this.#list.draw();
   }
 
   #editActive() {
@@ -124,7 +122,7 @@ export class TreeView {
     else row.removeAttribute('aria-expanded');
     const worst = node.problems.some(({ severity }) => severity === 'error') ? 'error' : 'warning';
     row.className = `row treeRow use-${node.use}${node.problems.length > 0 ? ` has-${worst}` : ''}`;
-    row.style.paddingInlineStart = `${(node.depth - 1) * 1.1 + 0.5}rem`;
+    row.style.setProperty('--depth', node.depth);
     row.dataset.path = node.path;
     row.replaceChildren(
       element('span', { class: isGroup ? 'twisty' : 'twisty empty', 'aria-hidden': 'true' }, isGroup ? '▸' : ''),

@@ -9,8 +9,9 @@ export class VirtualList {
   #rowHeight;
   #fill;
   #spacer;
-  #rows = [];
+  #rows = []; // elements, each with what it shows
   #count = 0;
+  #version = 0; // of what the rows show
   #prefix;
   active = -1;
 
@@ -40,6 +41,12 @@ export class VirtualList {
     this.#count = count;
     this.#spacer.style.height = `${Math.min(count * this.#rowHeight, tallest)}px`;
     if (this.active >= count) this.active = count - 1;
+    this.refresh();
+  }
+
+  /** Shows the rows again: what they say was changed. */
+  refresh() {
+    ++this.#version;
     this.draw();
   }
 
@@ -67,29 +74,36 @@ export class VirtualList {
     const first = Math.max(0, Math.floor(top / this.#rowHeight) - 4);
     const last = Math.min(this.#count, Math.ceil((top + this.root.clientHeight) / this.#rowHeight) + 4);
     while (this.#rows.length < last - first) this.#addRow();
-    this.#rows.forEach((row, i) => {
-      const index = first + i;
-      row.hidden = index >= last;
-      if (row.hidden) {
-        row.removeAttribute('id');
-        return;
-      }
-      row.id = `${this.#prefix}-${index}`;
-      row.style.transform = `translateY(${this.root.scrollTop + index * this.#rowHeight - top}px)`;
-      row.dataset.index = index;
-      row.setAttribute('aria-selected', index === this.active);
-      this.#fill(row, index);
-    });
+    this.#rows.forEach((row, i) => this.#drawRow(row, first + i, last, top));
     if (this.active >= first && this.active < last)
       this.root.setAttribute('aria-activedescendant', `${this.#prefix}-${this.active}`);
     else this.root.removeAttribute('aria-activedescendant');
   }
 
+  // A row that shows its content already stays as it is, so that two clicks on it are a double click.
+  #drawRow(row, index, last, top) {
+    const { made } = row;
+    made.hidden = index >= last;
+    if (made.hidden) {
+      row.shown = undefined;
+      return made.removeAttribute('id');
+    }
+    const wanted = `${index} ${this.#version}`;
+    if (row.shown !== wanted) {
+      row.shown = wanted;
+      made.id = `${this.#prefix}-${index}`;
+      made.dataset.index = index;
+      this.#fill(made, index);
+    }
+    made.style.transform = `translateY(${this.root.scrollTop + index * this.#rowHeight - top}px)`;
+    return made.setAttribute('aria-selected', index === this.active);
+  }
+
   #addRow() {
-    const row = element('div', { class: 'row', role: this.rowRole });
-    row.style.height = `${this.#rowHeight}px`;
-    this.#rows.push(row);
-    this.#spacer.append(row);
+    const made = element('div', { class: 'row', role: this.rowRole });
+    made.style.height = `${this.#rowHeight}px`;
+    this.#rows.push({ made });
+    this.#spacer.append(made);
   }
 
   /** Makes a row the active one and brings it in sight. */
