@@ -39,13 +39,16 @@ export function announce(words) {
   announcing = setTimeout(() => (region.textContent = words), 50);
 }
 
-/** Calls once in a while at most, the last time after all calls. */
+/** Calls once in a while at most, the last time after all calls; less often when a call takes long. */
 export function seldom(call, milliseconds) {
   let timer = 0;
+  let pause = milliseconds;
   return () => {
     timer ||= setTimeout(() => {
       timer = 0;
+      const start = performance.now();
       call();
-    }, milliseconds);
+      pause = Math.max(milliseconds, 6 * (performance.now() - start));
+    }, pause);
   };
 }

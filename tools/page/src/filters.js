@@ -76,6 +76,13 @@ export class Filters {
     return tests;
   }
 
+  #passing(tests) {
+    const rows = new Uint32Array(this.log.count);
+    let count = 0;
+    for (let row = 0; row < rows.length; ++row) if (tests.every((test) => test(row))) rows[count++] = row;
+    return rows.subarray(0, count);
+  }
+
   /** Calls onResult with the rows that pass. */
   async apply() {
     const round = ++this.#round;
@@ -83,8 +90,7 @@ export class Filters {
     const tests = this.#test();
     const words = this.#words.value;
     byId('clearFilters').hidden = this.#kind.value === '' && words === '' && this.#problem.value === '';
-    let rows = Uint32Array.from({ length: log.count }, (_none, row) => row);
-    if (tests.length > 0) rows = rows.filter((row) => tests.every((test) => test(row)));
+    let rows = this.#passing(tests);
     if (words !== '' && log.isComplete) {
       try {
         rows = await log.search(rows, words);

@@ -7,6 +7,7 @@ export class Log {
   kinds = new Map(); // messages of each id
   findings = new Map(); // messages of each finding code
   counts = { damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 };
+  times = { first: Infinity, last: -Infinity };
   edits = new Map(); // row to bytes
   done = 0;
   isComplete = false;
@@ -45,9 +46,16 @@ export class Log {
       counts.damaged += columns.isDamaged[row];
       counts.missing += columns.missing[row];
       if (columns.missing[row] > 0) ++counts.gaps;
-      if (!Number.isNaN(columns.microseconds[row])) ++counts.timed;
+      this.#takeTime(columns.microseconds[row]);
       if (columns.severity[row] > 0) this.#countFindings(row);
     }
+  }
+
+  #takeTime(microseconds) {
+    if (Number.isNaN(microseconds)) return;
+    ++this.counts.timed;
+    this.times.first = Math.min(this.times.first, microseconds);
+    this.times.last = Math.max(this.times.last, microseconds);
   }
 
   #countFindings(row) {

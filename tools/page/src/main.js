@@ -41,7 +41,7 @@ class Page {
     this.row = undefined;
     this.#prepare(log);
     const refresh = () => this.log === log && this.#refresh();
-    const seldomRefresh = seldom(refresh, 250);
+    const seldomRefresh = seldom(refresh, 300);
     try {
       await log.read(seldomRefresh);
     } catch (error) {

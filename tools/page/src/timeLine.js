@@ -49,13 +49,7 @@ export class TimeLine {
     if (this.range) return this.range;
     const { log } = this;
     if (!log.isTimed) return [0, Math.max(1, log.count - 1)];
-    let first = Infinity;
-    let last = -Infinity;
-    for (let row = 0; row < log.count; ++row) {
-      const at = log.columns.microseconds[row];
-      if (at < first) first = at;
-      if (at > last) last = at;
-    }
+    const { first, last } = log.times;
     return last > first ? [first, last] : [first, first + 1];
   }
 
@@ -96,15 +90,17 @@ export class TimeLine {
     const { log } = this;
     const bins = Array.from({ length: width }, () => undefined);
     const [from, to] = this.ends;
+    const scale = (width - 1) / (to - from);
+    const { isTimed, columns } = log;
     for (let row = 0; row < log.count; ++row) {
-      const at = Math.floor(((log.positionOf(row) - from) / (to - from)) * (width - 1));
+      const at = Math.floor(((isTimed ? columns.microseconds[row] : row) - from) * scale);
       if (!(at >= 0 && at < width)) continue;
       const bin = (bins[at] ??= { first: row, count: 0, lanes: new Uint32Array(lanes.count), problems: 0, damaged: 0, missing: 0 });
       ++bin.count;
-      ++bin.lanes[lanes.own.get(log.columns.id[row]) ?? lanes.count - 1];
-      bin.damaged += log.columns.isDamaged[row];
-      bin.missing += log.columns.missing[row];
-      if (log.columns.severity[row] === 2) ++bin.problems;
+      ++bin.lanes[lanes.own.get(columns.id[row]) ?? lanes.count - 1];
+      bin.damaged += columns.isDamaged[row];
+      bin.missing += columns.missing[row];
+      if (columns.severity[row] === 2) ++bin.problems;
     }
     return bins;
   }

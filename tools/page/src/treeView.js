@@ -106,6 +106,9 @@ export class TreeView {
     } else if (event.key === 'ArrowLeft') {
       if (node.count !== undefined && this.#isOpen(node)) this.#toggle(node, false);
       else if (node.parent > 0) this.choose(this.model.nodes[node.parent]);
+    } else if (event.key === '*') {
+      for (const group of this.model.nodes) if (group.count !== undefined) this.#open.set(group.path, true);
+      this.choose(node);
     } else if (event.key === 'Enter' || event.key === 'F2') {
       this.#editActive();
     } else {
