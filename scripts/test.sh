@@ -20,6 +20,8 @@ runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
 runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
+echo "== page"
+scripts/test-page.sh | grep -vE '^ +|^(ok|# Subtest)'
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
 if [ "$status" -eq 0 ]; then

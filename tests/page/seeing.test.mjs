@@ -52,7 +52,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
     for (let i = 0; i < 12; ++i) {
       const reading = await page.textContent('#plotReading');
       const value = /FOCUS_VALUE ([\d.]+)/.exec(reading);
-      if (value) read.push(Number(value[1]));
+      if (value && Number(value[1]) !== read.at(-1)) read.push(Number(value[1])); // it stays between its messages
       await page.keyboard.press('ArrowRight');
     }
     assert.ok(read.length > 2);

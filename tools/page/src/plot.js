@@ -6,7 +6,7 @@ import { Cancelled } from './reader.js';
 import { counted, number, timeInWords } from './words.js';
 
 const mostCurves = 8;
-const plotHeight = 340;
+const plotHeight = 300;
 
 // Ticks of a clock of 24 hours, by the step from tick to tick: what is written, and where the day is new.
 const ticks = (step, clock, hasDate) => [step, clock, hasDate ? '\n{YYYY}-{MM}-{DD}' : null, null, hasDate ? '\n{MM}-{DD}' : null, null, null, null, 1];
@@ -108,23 +108,30 @@ export class Plot {
     return byId('plotOver').value === 'time' ? columns.microseconds[row] / 1e6 : columns.sequence[row];
   }
 
+  // A curve's points in order of their places; those without a place or a value are left out.
+  #points({ rows, numbers }) {
+    const points = rows
+      .map((row, at) => at)
+      .filter((at) => Number.isFinite(numbers[at]) && Number.isFinite(this.#x(rows[at])));
+    const xs = Float64Array.from(points, (at) => this.#x(rows[at]));
+    const ys = Float64Array.from(points, (at) => numbers[at]);
+    if (xs.every((x, at) => at === 0 || xs[at - 1] <= x)) return { xs, ys };
+    const order = Uint32Array.from(xs, (_x, at) => at).sort((left, right) => xs[left] - xs[right]);
+    return { xs: xs.map((_x, at) => xs[order[at]]), ys: ys.map((_y, at) => ys[order[at]]) };
+  }
+
   // All curves over one row of places; null where a curve has no value.
   #data() {
-    const points = this.#curves.flatMap(({ rows, numbers }, curve) =>
-      rows.map((row, at) => ({ x: this.#x(row), y: numbers[at], curve, row })),
-    );
-    const drawn = points.filter(({ x, y }) => Number.isFinite(x) && Number.isFinite(y)).sort((left, right) => left.x - right.x);
+    const curves = this.#curves.map((curve) => this.#points(curve));
+    const next = curves.map(() => 0);
     const places = [];
-    const values = this.#curves.map(() => []);
-    for (const { x, y, curve } of drawn) {
-      if (places.at(-1) !== x || values[curve].length === places.length) {
-        places.push(x);
-        for (const one of values) while (one.length < places.length - 1) one.push(null);
-      }
-      values[curve].push(y);
+    const values = curves.map(() => []);
+    for (;;) {
+      const x = curves.reduce((least, { xs }, at) => (next[at] < xs.length ? Math.min(least, xs[next[at]]) : least), Infinity);
+      if (x === Infinity) return [places, ...values];
+      places.push(x);
+      curves.forEach(({ xs, ys }, at) => values[at].push(xs[next[at]] === x ? ys[next[at]++] : null));
     }
-    for (const one of values) while (one.length < places.length) one.push(null);
-    return [places, ...values];
   }
 
   draw() {
@@ -219,12 +226,12 @@ export class Plot {
   #noteCursor(plot) {
     const at = plot.cursor.idx;
     if (at === null || at === undefined) return;
-    const values = this.#curves.map(({ path }, curve) => [path, plot.data[curve + 1][at]]).filter(([, value]) => value !== null);
+    const values = this.#curves.map(({ path }, curve) => [path, latest(plot.data[curve + 1], at)]);
     const x = plot.data[0][at];
     const when = byId('plotOver').value === 'time' ? timeInWords(x * 1e6, this.log.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
     const band = this.#bands && this.#stretches().findLast(({ start }) => start <= x);
     if (band) values.push([this.#bands.path, band.name]);
-    byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value}`).join(', ')}`;
+    byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value ?? 'not yet known'}`).join(', ')}`;
   }
 
   #showWhole() {
@@ -291,3 +298,10 @@ export class Plot {
 }
 
 const curveStyle = (path, stroke) => ({ label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 } });
+
+// A value stays until there is the next one.
+function latest(values, at) {
+  let from = at;
+  while (from > 0 && values[from] === null) --from;
+  return values[from];
+}

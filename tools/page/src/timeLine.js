@@ -120,8 +120,8 @@ export class TimeLine {
     }
     this.#bins.forEach((bin, x) => {
       if (!bin) return;
-      if (bin.missing > 0) triangle(context, x, height - markHeight + 3, colour('warning'));
-      if (bin.damaged + bin.problems > 0) triangle(context, x, height - markHeight + 3, colour('error'));
+      if (bin.missing > 0) drawMark(context, x, height, 'missing');
+      if (bin.damaged + bin.problems > 0) drawMark(context, x, height, 'errors');
     });
   }
 
@@ -134,6 +134,12 @@ export class TimeLine {
       context.fillStyle = colour('muted');
       context.fillText(name, 0, lane * laneHeight + laneHeight / 2, this.#left - 10);
     });
+    const height = lanes.count * laneHeight + markHeight;
+    drawMark(context, 4, height, 'errors');
+    drawMark(context, 54, height, 'missing');
+    context.fillStyle = colour('muted');
+    context.fillText('errors', 12, height - markHeight / 2 + 1);
+    context.fillText('missing', 62, height - markHeight / 2 + 1);
   }
 
   #whenInWords(x) {
@@ -228,11 +234,17 @@ export class TimeLine {
   }
 }
 
-function triangle(context, x, y, fill) {
-  context.fillStyle = fill;
+// Errors point up and are full, missing numbers point down and are hollow.
+function drawMark(context, x, height, kind) {
+  const [tip, base] = kind === 'errors' ? [height - 11, height - 3] : [height - 3, height - 11];
   context.beginPath();
-  context.moveTo(x + 1, y);
-  context.lineTo(x + 5, y + 8);
-  context.lineTo(x - 3, y + 8);
-  context.fill();
+  context.moveTo(x, tip);
+  context.lineTo(x + 4, base);
+  context.lineTo(x - 4, base);
+  context.closePath();
+  context.fillStyle = colour('error');
+  context.strokeStyle = colour('warning');
+  context.lineWidth = 1.5;
+  if (kind === 'errors') context.fill();
+  else context.stroke();
 }
