@@ -61,8 +61,13 @@ export async function openFile(page, file) {
   await reading(page);
 }
 
+/** Waits until what was opened is read, and a message is shown when there is one. */
 export async function reading(page, timeout = 30_000) {
-  await page.waitForFunction(() => !document.getElementById('work').hidden && document.getElementById('progress').hidden, undefined, { timeout });
+  const isRead = () => {
+    const isHidden = (id) => document.getElementById(id).hidden;
+    return !isHidden('work') && isHidden('progress') && (!isHidden('noMessages') || !isHidden('messagePanelBody'));
+  };
+  await page.waitForFunction(isRead, undefined, { timeout });
 }
 
 /** Makes a message of the list the active one, by its place in the list. */

@@ -60,7 +60,7 @@ const pictures = [
   ['looking-dark', look, { isDark: true }],
   ['plot-light', plot, {}],
   ['plot-dark', plot, { isDark: true }],
-  ['mending', mend, { width: 1000, height: 760 }],
+  ['mending', mend, { height: 720 }],
   ['phone', lookClosely, { width: 390, height: 780 }],
 ];
 for (const [name, make, options] of pictures) await withPage((page) => make(page, name), { width: 1280, height: 800, ...options });

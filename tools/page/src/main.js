@@ -85,6 +85,7 @@ class Page {
     this.filters.apply();
     this.timeLine.draw();
     byId('overview').hidden = log.count < 2;
+    byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
   }
 
   #showSummary() {
