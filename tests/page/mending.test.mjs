@@ -72,6 +72,7 @@ test('a change of a damaged message seals it; a log is saved with what was chang
 
     await page.click('#differenceTab');
     assert.equal(await page.inputValue('#compareWith'), 'original');
+    await page.waitForSelector('#differenceRows td');
     const cells = await page.$$eval('#differenceRows tr', (rows) => rows.map((row) => [...row.children].map((one) => one.textContent)));
     assert.deepEqual(cells, [['FOCUS_VALUE', '3.250000', '5.000000']]);
 
