@@ -1,5 +1,5 @@
-// What a string_t costs beside the bare operations under it: appending beside the reallocations that its growth rule
-// asks for, copying beside one increment, making one from a token beside an allocation and a copy.
+// What a string_t costs beside the bare operations under it: appending beside the least object that grows by its
+// rule, copying beside one increment, making one from a token beside an allocation and a copy.
 
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string>
 
 #ifdef __GLIBC__
@@ -34,54 +35,79 @@ void chooseHeap(benchmark::State &state) {
 #endif
 }
 
-/// Goes through the buffers of a text of a million characters; `fill` stores the characters of each new step.
-template <class Fill>
-void growingTo(Fill fill) {
-    char *buffer = nullptr;
-    for (std::size_t length = 63; length < appendedCharacters; length += growthStep) {
-        buffer = static_cast<char *>(std::realloc(buffer, length + growthStep + 1));
-        benchmark::DoNotOptimize(buffer);
-        fill(buffer + length);
+/// The least that appends: pointer, length and capacity, grown as string_t grows, with nothing shared and nothing set.
+struct leastString_t {
+    char *data = nullptr;
+    std::uint32_t length = 0;
+    std::uint32_t capacity = 0;
+
+    leastString_t() = default;
+    leastString_t(const leastString_t &) = delete;
+    leastString_t &operator=(const leastString_t &) = delete;
+    ~leastString_t() { std::free(data); }
+
+    void append(const char *text, std::size_t n) {
+        if (n > capacity - length) {
+            capacity = static_cast<std::uint32_t>((length + n) / growthStep * growthStep + growthStep - 1);
+            data = static_cast<char *>(std::realloc(data, capacity + std::size_t{1}));
+        }
+        char *end = data + length;
+        length += static_cast<std::uint32_t>(n);
+        std::memcpy(end, text, n);
+        end[n] = '\0';
     }
-    std::free(buffer);
-}
+};
 
-void bareReallocations(benchmark::State &state) {
-    chooseHeap(state);
-    for (auto _ : state)
-        growingTo([](char *) {});
-}
-BENCHMARK(bareReallocations)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-
-/// The least that a string which keeps its length and terminator does for every character, without any check.
-void bareReallocationsAndCharacters(benchmark::State &state) {
-    chooseHeap(state);
-    for (auto _ : state) {
-        volatile std::uint32_t length = 63;
-        growingTo([&](char *place) {
-            for (std::size_t i = 0; i < growthStep; ++i) {
-                volatile char *end = place + i;
-                end[0] = 'x';
-                end[1] = '\0';
-                length = length + 1;
-            }
-        });
-    }
-}
-BENCHMARK(bareReallocationsAndCharacters)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-
+/// Each character is appended to an object in memory, which others may look at between any two.
 template <class String>
 void appendOneByOne(benchmark::State &state) {
     chooseHeap(state);
     for (auto _ : state) {
         String text;
-        for (std::size_t i = 0; i < appendedCharacters; ++i)
+        for (std::size_t i = 0; i < appendedCharacters; ++i) {
+            benchmark::DoNotOptimize(&text);
             text.append("x", 1);
+            benchmark::ClobberMemory();
+        }
+    }
+}
+BENCHMARK(appendOneByOne<leastString_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendOneByOne<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendOneByOne<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+/// The same with C strings, whose length is found out: one that the compiler knows, and short ones that it doesn't.
+template <class String>
+void appendLiterals(benchmark::State &state) {
+    chooseHeap(state);
+    for (auto _ : state) {
+        String text;
+        for (std::size_t i = 0; i < appendedCharacters; ++i) {
+            benchmark::DoNotOptimize(&text);
+            text.append("x");
+            benchmark::ClobberMemory();
+        }
+    }
+}
+BENCHMARK(appendLiterals<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendLiterals<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+template <class String>
+void appendTexts(benchmark::State &state) {
+    chooseHeap(state);
+    const char *const texts[] = {"a", "set", "of", "short texts,", "one by one, "}; // of 6 characters on average
+    for (auto _ : state) {
+        String text;
+        for (std::size_t i = 0; i < appendedCharacters / 6; ++i) {
+            const char *appended = texts[i % std::size(texts)];
+            benchmark::DoNotOptimize(appended);
+            text.append(appended);
+            benchmark::ClobberMemory();
+        }
         benchmark::DoNotOptimize(text);
     }
 }
-BENCHMARK(appendOneByOne<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-BENCHMARK(appendOneByOne<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendTexts<string_t>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(appendTexts<std::string>)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 void bareIncrementAndDecrement(benchmark::State &state) {
     auto *count = new std::uint32_t(1);

@@ -1,52 +1,80 @@
-# How everything here is compiled: C++20, warnings as errors, hidden symbols, and one switch for instrumentation.
+# How everything here is compiled: C++20, hidden symbols, one switch for instrumentation. All of it is said of targets,
+# so that a project which adds this one keeps its own ways.
 
-set(CMAKE_CXX_STANDARD 20)
-set(CMAKE_CXX_STANDARD_REQUIRED ON)
-set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_C_STANDARD 99)
-if(NOT EMSCRIPTEN) # nothing is loaded there
-    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-endif()
-set(CMAKE_CXX_VISIBILITY_PRESET hidden)
-set(CMAKE_C_VISIBILITY_PRESET hidden)
-set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=address,undefined)
+    set(instrumentation -fsanitize=address,undefined)
+    set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(VEK_INSTRUMENT STREQUAL "threads")
+    set(instrumentation -fsanitize=thread)
+    set(instrumentedCode ${instrumentation} -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
-    add_compile_options(--coverage -O0)
-    add_link_options(--coverage)
+    set(instrumentation --coverage)
+    set(instrumentedCode ${instrumentation} -O0)
 elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
-    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
-    add_link_options(-fsanitize=address,undefined)
+    set(instrumentation -fsanitize=address,undefined)
+    set(instrumentedCode -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
 endif()
 
-# Warnings as errors and the folder root as the one include path.
+# The address sanitizer is to see each string body that is used after its release.
+if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+    list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
+endif()
+
+option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
+
+# vekCompiledTogether(TARGETS...): these can be compiled so; sources given as SKIP_UNITY_BUILD_INCLUSION stay alone.
+function(vekCompiledTogether)
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
+endfunction()
+
+# WebAssembly's code for tables that are moved at loading is slower, and nothing is loaded there.
+set(isLoaded ON)
+if(EMSCRIPTEN)
+    set(isLoaded OFF)
+endif()
+
+# The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
+# CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
 function(vekCompiling target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
+                                               C_STANDARD 99
+                                               CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
+                                               UNITY_BUILD OFF)
+    if(VEK_DEVELOPER)
+        target_compile_options(${target} PRIVATE # and not for the resource compiler
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
+    endif()
+    target_compile_options(${target} PRIVATE ${instrumentedCode})
+    target_link_options(${target} PRIVATE ${instrumentation})
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
 # Windows looks for a DLL in the folder of the program.
-if(WIN32)
+if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
 # The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
-# file is named as hosts load it.
+# file is named as hosts load it, and tells its version when a resource file says it.
 function(vekExporting target map def)
     if(WIN32)
+        enable_language(RC)
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
+        foreach(resource IN LISTS ARGN)
+            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
+        endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
         target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
+                                          -Wl,-z,relro,-z,now)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()

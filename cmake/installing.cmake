@@ -1,22 +1,30 @@
 # What an installation holds: the shared library, the headers hosts include, the static library behind the C++
-# structures, a CMake package and a pkg-config file; and the packages made of them.
+# structures, a CMake package, a pkg-config file, manual pages, documentation and examples. The packages made of them
+# are in packaging.cmake.
 
+# As Debian's own tools do, for any prefix: lib/x86_64-linux-gnu.
+if(PROJECT_IS_TOP_LEVEL AND EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE AND NOT CMAKE_CROSSCOMPILING)
+    set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Libraries, below the prefix")
+endif()
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# C hosts link vekParams2ASCII::vekParams2ASCII; C++ hosts link vekParams2ASCII::cpp, which adds string_t, valueRange_t
-# and the record structures.
-add_library(vekCpp INTERFACE)
 set_target_properties(vekCpp PROPERTIES EXPORT_NAME cpp)
-target_link_libraries(vekCpp INTERFACE vekParams2ASCII vekTypes)
 target_include_directories(vekParams2ASCII INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_include_directories(vekTypes INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_compile_features(vekTypes INTERFACE cxx_std_20)
 
 install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+
+if(VEK_INSPECT)
+    target_include_directories(vekInspect INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    install(TARGETS vekInspect EXPORT vekParams2ASCIITargets
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT inspect
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT inspect NAMELINK_COMPONENT development
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+endif()
 
 install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
         FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "vek/inspect/.*\\.hpp$" EXCLUDE)
@@ -28,39 +36,68 @@ set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/vekParams2ASCII)
 install(EXPORT vekParams2ASCIITargets NAMESPACE vekParams2ASCII:: DESTINATION ${packageFolder} COMPONENT development
         FILE vekParams2ASCIIConfig.cmake)
 write_basic_package_version_file(vekParams2ASCIIConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-# Found from where the file lies, so that an installation can be moved.
-cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig
-           OUTPUT_VARIABLE pcPrefix)
-configure_file(packaging/vekParams2ASCII.pc.in vekParams2ASCII.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCIIConfigVersion.cmake DESTINATION ${packageFolder}
         COMPONENT development)
+
+# Found from where the file lies, so that an installation can be moved. Static libraries need the C++ library named.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig
+           OUTPUT_VARIABLE pcPrefix)
+set(pcCppLibrary)
+if(NOT BUILD_SHARED_LIBS)
+    set(pcCppLibrary " -lstdc++ -lm")
+endif()
+configure_file(packaging/vekParams2ASCII.pc.in vekParams2ASCII.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCII.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
 
-set(CPACK_PACKAGE_NAME vekParams2ASCII)
-set(CPACK_PACKAGE_VENDOR vekParams2ASCII)
-set(CPACK_PACKAGE_CONTACT "The vekParams2ASCII maintainers")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
-set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL library development vekmsg)
+# Where a component's documents are: on Linux as Debian names the folder, by its package.
+set(debianNameOf_library libvekparams2ascii${PROJECT_VERSION_MAJOR})
+set(debianNameOf_development libvekparams2ascii-dev)
+set(debianNameOf_inspect libvekinspect${PROJECT_VERSION_MAJOR})
+set(debianNameOf_vekmsg vekmsg)
+function(vekDocumentFolder component result)
+    set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${debianNameOf_${component}})
+    if(WIN32)
+        set(folder doc)
+    endif()
+    set(${result} ${folder} PARENT_SCOPE)
+endfunction()
+
+# vekCompressed(FILE NAME): FILE as NAME.gz in the build folder, the same bytes each time.
+function(vekCompressed file name)
+    set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    execute_process(COMMAND gzip -9nc ${file} OUTPUT_FILE ${PROJECT_BINARY_DIR}/${name}.gz COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# vekManualPage(COMPONENT FILE ALIASES...): a page of which FILE.in is the source; on Windows to be read as it is.
+function(vekManualPage component page)
+    set(out ${PROJECT_BINARY_DIR}/${page})
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/${page}.in ${out} @ONLY)
+    if(WIN32)
+        install(FILES ${out} DESTINATION doc COMPONENT ${component})
+        return()
+    endif()
+    cmake_path(GET page EXTENSION LAST_ONLY extension)
+    string(SUBSTRING ${extension} 1 -1 section)
+    vekCompressed(${out} ${page})
+    set(pages ${out}.gz)
+    foreach(alias IN LISTS ARGN)
+        file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/${alias} CONTENT ".so man${section}/${page}\n")
+        vekCompressed(${PROJECT_BINARY_DIR}/${alias} ${alias})
+        list(APPEND pages ${PROJECT_BINARY_DIR}/${alias}.gz)
+    endforeach()
+    install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT ${component})
+endfunction()
+
+vekManualPage(development vekParams2ASCII.3 vekStrToVal.3 vekValToStr.3 vekParamsDelete.3 vekParamsDeleteStruct.3)
+vekDocumentFolder(development documents)
+install(FILES README.md DESTINATION ${documents} COMPONENT development)
+install(DIRECTORY docs examples DESTINATION ${documents} COMPONENT development
+        PATTERN examples/CMakeLists.txt EXCLUDE PATTERN readmeQuote.cmake EXCLUDE)
 if(WIN32)
-    set(CPACK_GENERATOR ZIP)
-else()
-    set(CPACK_GENERATOR DEB)
-    set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-    set(CPACK_DEB_COMPONENT_INSTALL ON)
-    set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-    set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libvekparams2ascii${PROJECT_VERSION_MAJOR})
-    set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-    set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
-    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libvekparams2ascii-dev)
-    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-        "libvekparams2ascii${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
-    set(CPACK_DEBIAN_VEKMSG_PACKAGE_NAME vekmsg)
-    set(CPACK_DEBIAN_VEKMSG_PACKAGE_SECTION utils)
-    set(CPACK_COMPONENT_VEKMSG_DESCRIPTION "Messages of a laser exposure device for people: shown, checked, mended")
+    install(FILES CHANGELOG.md packaging/copyright DESTINATION ${documents} COMPONENT library)
 endif()
-include(CPack)
+
+if(PROJECT_IS_TOP_LEVEL) # packages are of one project only
+    include(cmake/packaging.cmake)
+endif()

@@ -1,19 +1,36 @@
 #!/usr/bin/env bash
-# Installs what building and testing need and this machine lacks (Debian packages). Run by demo.sh and test.sh.
-#   packages.sh build   compilers and build tools
-#   packages.sh test    these, and what the tests and benchmarks need
-#   packages.sh page    what the page and its tests need
+# Installs what building and testing need and this machine lacks (Debian packages), or says how. Run by the other scripts.
+#   packages.sh build      compilers and build tools
+#   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
+#   packages.sh bench      what the comparison with other codecs needs
+#   packages.sh coverage   all that, and what counts the lines the tests reach
+#   packages.sh page       what the inspector and its tests in a browser need
+#   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
+# shellcheck source=scripts/talk.sh
+. "$(dirname "$0")/talk.sh"
 
 packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev)
-if [ "${1:-build}" = test ]; then
-    packages+=(gcc clang libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils dpkg-dev file
-               locales g++-mingw-w64-i686-posix)
-fi
-if [ "${1:-build}" = page ]; then
+testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
+         dpkg-dev file lintian locales zstd man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
+case ${1:-build} in
+build) ;;
+test) packages+=("${testing[@]}") ;;
+bench)
+    packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
+               pkg-config valgrind python3)
+    ;;
+coverage) packages+=("${testing[@]}" gcovr) ;;
+page)
     packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
     command -v npm >/dev/null || packages+=(npm) # Debian's nodejs has none; others bring their own
-fi
+    ;;
+windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
+*)
+    echo "packages: '$1' is not build, test, bench, coverage, page or windows" >&2
+    exit 2
+    ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do
@@ -21,8 +38,26 @@ for package in "${packages[@]}"; do
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
+# giveUp WHY: what the user can do instead.
+giveUp() {
+    cat >&2 <<END
+packages: $1. Missing are ${#missing[@]} packages; install them as root:
+    apt-get update && apt-get install -y --no-install-recommends ${missing[*]}
+then run this script again.
+END
+    exit 1
+}
+
 asRoot=()
-[ "$(id -u)" -eq 0 ] || asRoot=(sudo)
-echo "Installing: ${missing[*]}"
-"${asRoot[@]}" apt-get update -qq
-"${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || giveUp "there is no sudo, and you are not root"
+    # A password can be asked for only where somebody sits.
+    sudo -n true 2>/dev/null || { [ -t 0 ] && sudo -v; } || giveUp "sudo does not let you install packages"
+    asRoot=(sudo)
+fi
+command -v apt-get >/dev/null || giveUp "there is no apt-get on this machine"
+talk "Asking for the lists of packages" "${asRoot[@]}" apt-get update -q -o Acquire::Retries=1 -o APT::Update::Error-Mode=any ||
+    giveUp "the lists of packages can't be had (is the network there?)"
+talk "Installing ${#missing[@]} packages: ${missing[*]}" "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends "${missing[@]}" ||
+    giveUp "apt-get can't install the packages"

@@ -2,11 +2,12 @@
 # Makes the inspector, one file that works from disk: build/page/vekmsg.html. Installs what is missing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/talk.sh
 
 scripts/packages.sh page
-cmake --preset page >/dev/null
-cmake --build build/page | tail -n 1
+talk "page: preparing" cmake --preset page
+talk "page: building the core" cmake --build --preset page
 [ tools/page/node_modules/.package-lock.json -nt tools/page/package-lock.json ] ||
-    npm ci --prefix tools/page --no-audit --no-fund --silent
-version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+    talk "page: fetching its tools" npm ci --prefix tools/page --no-audit --no-fund
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/page/CMakeCache.txt)
 node tools/page/build.mjs build/page/tools/page/pageCore.wasm examples/device.log "$version" build/page/vekmsg.html

@@ -1,8 +1,13 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: under the sanitizers with both compilers, the fuzzers for a few
-# seconds, the optimised build, and the Windows DLL under Wine where scripts/windows-setup.sh has prepared it.
+# Installs what is missing, checks the sources, builds, and runs the tests. Says what it does, how far it is and how long
+# it took; what is built already serves again.
+#   test.sh          everything: under the sanitizers with both compilers, the fuzzers for a few seconds, the optimised
+#                    build with its packages, and the Windows DLL under Wine where scripts/windows-setup.sh prepared it
+#   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/talk.sh
+case ${1:-} in '' | quick) ;; *) echo "test: '$1' is not quick" >&2; exit 2 ;; esac
 
 scripts/packages.sh test
 
@@ -10,18 +15,26 @@ scripts/packages.sh test
 runPreset() {
     local preset=$1
     shift
-    echo "== $preset"
-    cmake --preset "$preset" "$@" >/dev/null
-    cmake --build "build/$preset" | tail -n 1
-    ctest --preset "$preset" -j "$(nproc)" | grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test .* Passed )'
+    talk "$preset: preparing" cmake --preset "$preset" "$@"
+    talk "$preset: building" cmake --build --preset "$preset"
+    talk "$preset: testing" ctest --preset "$preset" -j "$(nproc)"
+    talkShows '^[0-9]+% tests passed|Skipped|Not Run|^Total Test time'
 }
 
+if [ "${1:-}" = quick ]; then
+    runPreset quick
+    echo "Passed in $SECONDS s."
+    exit 0
+fi
+
+echo "Six builds, one after the other. scripts/test.sh quick takes one."
+talk "sources: checking" scripts/lint.sh
 runPreset dev -DVEK_BENCH=OFF
 runPreset clang -DVEK_BENCH=OFF
+runPreset thread
 runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
-echo "== page"
-scripts/test-page.sh | grep -vE '^ +|^(ok|# Subtest)'
+scripts/test-page.sh
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
 if [ "$status" -eq 0 ]; then
@@ -32,3 +45,4 @@ elif [ "$status" -ne 77 ] || [ -n "${CI:-}" ]; then
 else
     echo "**** The Windows tests did NOT run. scripts/windows-setup.sh prepares this machine for them. ****"
 fi
+echo "Passed in $SECONDS s."

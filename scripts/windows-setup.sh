@@ -1,30 +1,20 @@
 #!/usr/bin/env bash
 # Makes a Debian machine able to build the Windows DLL and to run 32-bit Windows console programs (scripts/wine-run.sh).
 # Needs root or sudo, and the machine's own package sources. Quick when everything is there already; an interrupted run
-# is repaired by the next.
+# is repaired by the next. Leaves nothing in the temporary folder.
 #
 # What it makes, in VEK_WINE_DIR (default /var/cache/vek-wine):
 #   tree          a small i386 Debian with Wine in it; only its /usr is used
 #   prefix-UID    Wine's folder (registry, drive C:) of the user who ran this script
 set -euo pipefail
 scripts=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=scripts/talk.sh
+. "$scripts/talk.sh"
 dir=${VEK_WINE_DIR:-/var/cache/vek-wine}
 prefix=$dir/prefix-$(id -u)
 
 asRoot=()
 [ "$(id -u)" -eq 0 ] || asRoot=(sudo)
-
-installPackages() {
-    local missing=() package
-    for package in g++-mingw-w64-i686-posix googletest debootstrap; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-    echo "Installing: ${missing[*]}"
-    "${asRoot[@]}" apt-get update -qq
-    "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-        >/dev/null
-}
 
 # The mirrors of this release's main archive, as apt itself understands its sources (of either form).
 mirrors() {
@@ -49,10 +39,9 @@ makeTree() {
     # What debootstrap mounts in the tree ends with its namespace, also when it is interrupted.
     for mirror in $found; do
         "${asRoot[@]}" rm -rf --one-file-system "$tree"
-        "${asRoot[@]}" env http_proxy="$http_proxy" unshare --mount debootstrap --variant=minbase --arch=i386 \
-            --components=main --include=wine,wine32 "$codename" "$tree" "$mirror" >"$log" 2>&1 && break
-        echo "windows-setup: debootstrap from $mirror failed:" >&2
-        tail -n 20 "$log" >&2
+        talk "Making the Wine tree in $tree" "${asRoot[@]}" env http_proxy="$http_proxy" unshare --mount debootstrap \
+            --variant=minbase --arch=i386 --components=main --include=wine,wine32 "$codename" "$tree" "$mirror" && break
+        echo "windows-setup: debootstrap from $mirror failed" >&2
         mirror=
     done
     [ -n "$mirror" ] || return 1
@@ -68,30 +57,37 @@ makeTree() {
 makePrefix() {
     "${asRoot[@]}" rm -rf --one-file-system "$1"
     "${asRoot[@]}" install -d -o "$(id -u)" -g "$(id -g)" "$1"
-    VEK_WINE_PREFIX=$1 "$scripts/wine-run.sh" cmd.exe /c exit >"$log" 2>&1 9<&- &&
+    VEK_WINE_PREFIX=$1 talk "Making Wine's prefix in $1" "$scripts/wine-run.sh" cmd.exe /c exit 9<&- &&
         VEK_WINE_PREFIX=$1 "$scripts/wine-run.sh" --end 9<&- && return 0
-    echo "windows-setup: Wine does not start:" >&2
-    tail -n 20 "$log" >&2
+    echo "windows-setup: Wine does not start" >&2
     return 1
 }
 
-installPackages
+"$scripts/packages.sh" windows
+"${asRoot[@]}" unshare --mount true 2>/dev/null || {
+    echo "windows-setup: this machine allows no mount namespaces, which making and running Wine's tree needs." >&2
+    echo "In a container, run it with CAP_SYS_ADMIN (docker run --cap-add SYS_ADMIN --security-opt apparmor=unconfined)." >&2
+    exit 1
+}
 "${asRoot[@]}" install -d -m 755 "$dir"
-log=$(mktemp)
-trap 'rm -f "$log"' EXIT
 
 # One maker at a time; each thing is made beside its place and renamed when complete.
 exec 9<"$dir"
 flock 9
 if [ ! -d "$dir/tree" ]; then
-    echo "Making the Wine tree in $dir"
     makeTree "$dir/tree.new"
     "${asRoot[@]}" mv "$dir/tree.new" "$dir/tree"
 fi
 if [ ! -d "$prefix" ]; then
-    echo "Making Wine's prefix in $dir"
     makePrefix "$prefix.new"
     "${asRoot[@]}" mv "$prefix.new" "$prefix"
 fi
+# A session that runs already belongs to somebody else, who needs it.
+name=$(cat "$prefix/wineserver" 2>/dev/null) || name=none
+mine=yes
+for socket in "/tmp/$name"/server-*/socket; do
+    [ ! -S "$socket" ] || mine=
+done
 "$scripts/wine-run.sh" cmd.exe /c "exit 42" 9<&- && status=0 || status=$?
+[ -z "$mine" ] || "$scripts/wine-run.sh" --end 9<&-
 [ "$status" -eq 42 ] || { echo "windows-setup: a program under Wine ended with $status, not 42" >&2; exit 1; }

@@ -37,7 +37,9 @@ mount --bind "$0/usr" /usr
 server=/usr/lib/wine/wineserver
 if [ "$1" = --end ]; then
     $server -k || true
-    exec $server -w
+    $server -w || true
+    name=$(cat "$WINEPREFIX/wineserver" 2>/dev/null) && rm -rf "/tmp/${name:?}" # the folder of its socket
+    exit 0
 fi
 exec 9<"$WINEPREFIX"
 flock 9
@@ -49,4 +51,9 @@ exec /usr/bin/wine-stable "$@"
 '
 namespace=(--mount --propagation slave)
 [ "$(id -u)" -eq 0 ] || namespace+=(--user --map-root-user)
+unshare "${namespace[@]}" true 2>/dev/null || {
+    echo "wine-run: this machine allows no mount namespaces, which Wine's tree needs (in a container: give it" \
+        "CAP_SYS_ADMIN; for users other than root: user namespaces)" >&2
+    exit 1
+}
 exec unshare "${namespace[@]}" /bin/bash -c "$inside" "$dir/tree" "$@"

@@ -125,7 +125,7 @@ TEST(Calls, GiveTextsTheRoomOfTheirBodyAnd256) {
 }
 
 TEST(Calls, RefuseNullPointersAndTheEmptyTextInSilence) {
-    headerNumbers = {0, 3, 4};
+    headerNumbers = {3, 4};
     const std::string text = message(4118, "{}");
     std::int32_t id = 4118;
     void *structure = &dummy;

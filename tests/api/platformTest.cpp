@@ -24,7 +24,7 @@ TEST(LoadTime, ReadsTheDebugMode) {
     const structure_t structure = structureOf(4118, "{}");
     for (const auto &[mode, expected] : {std::pair("msgPrint", 1), {"MSGPRINT", 0}, {"msgPrint ", 0}, {"", 0}}) {
         setenv("PLOT_DEBUG_MODE", mode, 1);
-        headerNumbers = {1, 2, 3};
+        headerNumbers = {2, 3};
         setUpAtLoad();
         EXPECT_EQ(debugSwitch, expected) << mode;
         EXPECT_EQ(written(4118, structure.address), message(4118, "{DEVICE_STATE=0;}", -1, 1)) << mode;

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <random>
 #include <sstream>
+#include <tuple>
 #include <unordered_map>
 
 namespace {
@@ -23,37 +24,32 @@ void add(wordVtab_t &table, std::initializer_list<word_t> words) {
         table.insert(&word);
 }
 
-void expectSizes(const wordVtab_t &table, std::int32_t count, std::int32_t length, std::int32_t threshold) {
-    EXPECT_EQ(table.count(), count);
-    EXPECT_EQ(table.length(), length) << count;
-    EXPECT_EQ(table.threshold(), threshold) << count;
+using sizes_t = std::array<std::int32_t, 3>;
+sizes_t sizesOf(const wordVtab_t &table) {
+    return {table.count(), table.length(), table.threshold()};
 }
 
 TEST(hashVtab, growsAtItsThresholds) {
     wordVtab_t table;
-    for (const auto &[count, length, threshold] :
-         {std::array{0, 10, 8}, {7, 10, 8}, {8, 22, 17}, {16, 22, 17}, {17, 36, 28}, {28, 53, 42}}) {
-        while (table.count() < count)
+    for (const sizes_t &sizes :
+         {sizes_t{0, 10, 8}, {7, 10, 8}, {8, 22, 17}, {16, 22, 17}, {17, 36, 28}, {28, 53, 42}}) {
+        while (table.count() < sizes[0])
             add(table, {static_cast<word_t>(table.count()) + 1});
-        expectSizes(table, count, length, threshold);
+        EXPECT_EQ(sizesOf(table), sizes);
     }
 }
 
 TEST(hashVtab, factorsStayInTheirLimits) {
     wordVtab_t table;
-    const struct {
-        double wanted;
-        float growth, load;
-    } cases[] = {{5.0, 2.0F, 0.99F}, {0.5, 1.01F, 0.5F}, {0.01, 1.01F, 0.1F}, {std::nan(""), 1.01F, 0.1F}};
-    for (const auto &one : cases) {
-        add(table, {1});
-        table.setGrowthFactor(one.wanted);
-        EXPECT_EQ(hashVtab::finds(), 0U);
-        add(table, {1});
-        table.setLoadFactor(one.wanted);
-        EXPECT_EQ(hashVtab::finds(), 0U);
-        EXPECT_EQ(table.growthFactor(), one.growth);
-        EXPECT_EQ(table.loadFactor(), one.load);
+    using row_t = std::tuple<double, float, float>;
+    for (const auto &[wanted, growth, load] :
+         {row_t{5.0, 2.0F, 0.99F}, {0.5, 1.01F, 0.5F}, {0.01, 1.01F, 0.1F}, {std::nan(""), 1.01F, 0.1F}}) {
+        for (const auto set : {&wordVtab_t::setGrowthFactor, &wordVtab_t::setLoadFactor}) {
+            add(table, {1});
+            (table.*set)(wanted);
+            EXPECT_EQ(hashVtab::finds(), 0U);
+        }
+        EXPECT_EQ(std::pair(table.growthFactor(), table.loadFactor()), std::pair(growth, load));
     }
 }
 
@@ -74,10 +70,10 @@ TEST(hashVtab, removingAnAbsentKeyGrowsTheTable) {
     wordVtab_t table;
     const word_t word = 5;
     EXPECT_EQ(table.remove(&word), 0U);
-    expectSizes(table, 0, 22, 17);
+    EXPECT_EQ(sizesOf(table), (sizes_t{0, 22, 17}));
     add(table, {5, 27});
     EXPECT_EQ(table.remove(&word), 5U);
-    expectSizes(table, 1, 22, 17);
+    EXPECT_EQ(sizesOf(table), (sizes_t{1, 22, 17}));
     EXPECT_EQ(table.lookup(27) + table.lookup(5) + table.lookup(&word) + table.lookup(nullptr), 27U);
 }
 
@@ -88,6 +84,8 @@ TEST(hashVtab, ordinalsNumberTheKeys) {
             EXPECT_EQ(table.insertOrdinal('A' + key), expected * (key + 1));
     }
     EXPECT_EQ(table.insertOrdinal(0) + table.insertOrdinal(0), 0U);
+    const vek::ordinalVtab_t::pair_t pair{'B', 7};
+    EXPECT_EQ(table.remove(&pair), word_t{'B'}); // the key alone
 }
 
 TEST(hashVtab, statisticsAreOneLine) {

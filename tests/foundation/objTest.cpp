@@ -60,7 +60,7 @@ TEST(obj, printsWhatTheFlagsAskFor) {
     char address[40];
     std::snprintf(address, sizeof address, "(%p)", static_cast<void *>(&object));
     const struct {
-        obj_t *object;
+        const obj_t *object;
         std::uint32_t flags;
         std::string text;
     } cases[] = {{nullptr, 0, "NULL"},
@@ -117,6 +117,11 @@ TEST(objArray, holdsWhatAVectorHolds) {
     for (objArray_t *one : {&array, &assigned})
         one->clear();
     EXPECT_EQ(array.at(0), nullptr);
+    EXPECT_EQ(members[0].memberships, std::count(expected.begin(), expected.end(), &members[0]));
+    {
+        const objArray_t ending(copy);
+        EXPECT_EQ(objArray_t(0).expansion(), objArray_t::defaultExpansion);
+    } // tells its elements
     EXPECT_EQ(members[0].memberships, std::count(expected.begin(), expected.end(), &members[0]));
 }
 

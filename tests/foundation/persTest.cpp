@@ -67,6 +67,7 @@ TEST(persistence, classesEnterEnclosingGroupsToo) {
     first.factory = vek::makeInstance<vek::obj_t>;
     EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&outer, "first")), nullptr);
     EXPECT_NE(std::unique_ptr<vek::obj_t>(vek::create(&outer, codeOf("first"))), nullptr);
+    EXPECT_EQ(vek::create(&outer, 0), nullptr); // a code
     const std::string clash = late.registerIn(inner, vek::defaultOfGroup);
     EXPECT_EQ(clash.rfind("DEFAULT"), clash.find("DEFAULT")); // reported for the inner group alone
 }
@@ -105,6 +106,7 @@ TEST(persistence, groupDump) {
               "\nTEMPLATE Group of group , which enclosed into middle, which enclosed into UNKNOWN GROUP is EMPTY.");
     EXPECT_EQ(printed([] { vek::printGroup(nullptr, vek::macroGroup_e); }),
               "\nMACRO Group of UNKNOWN GROUP  is EMPTY.");
+    EXPECT_EQ(printed([] { vek::printGroup(nullptr, 7); }), "\n Group of UNKNOWN GROUP  is EMPTY.");
     class_t a("a"), b("b", 0x100), c("c");
     EXPECT_EQ(b.registerIn(outer) + a.registerIn(outer, vek::defaultOfGroup) + c.registerIn(outer), "");
     c.name = nullptr;

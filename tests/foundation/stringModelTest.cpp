@@ -1,25 +1,17 @@
 // string_t over long random sequences of operations: texts, capacities and sharing against a model, searching and
 // comparing against std::string.
 
-#include "stringModel.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
+#include "stringChanges.hpp"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cctype>
-#include <functional>
 #include <random>
-#include <sstream>
 
 namespace {
 
-char upper(char c) {
-    return static_cast<char>(std::toupper(c));
-}
-char lower(char c) {
-    return static_cast<char>(std::tolower(c));
-}
+using model::lower;
+using model::upper;
 
 struct pair_t {
     vek::string_t real;
@@ -55,58 +47,16 @@ protected:
         vek::stringSettings.sizesChanged = false;
     }
 
-    void replaceSomething(pair_t &one) {
-        const std::size_t position = below(one.real.length() + 3);
-        const std::size_t removed = below(3) == 0 ? below(400) : below(5);
-        const std::size_t from = below(one.real.length() + 1);
-        const bool isOwn = below(2);
-        const std::string source = isOwn ? one.expected.text().substr(from, below(100)) : anyText();
-        one.real.replace(position, removed, isOwn ? one.real.c_str() + from : source.data(), source.size());
-        one.expected.replace(position, removed, source, isOwn);
-    }
-
-    void changeView(pair_t &one, const std::string &text) {
-        const std::size_t start = below(one.real.length() + 1);
-        const std::size_t extent = below(one.real.length() - start + 1);
-        vek::subString_t view = one.real(static_cast<std::ptrdiff_t>(start), extent);
-        EXPECT_EQ(one.expected.text().substr(start, extent), vek::string_t(view).c_str());
-        view = text.c_str();
-        one.expected.replace(start, extent, text);
-        EXPECT_EQ(view.extent(), text.size());
-        view.toUpper();
-        one.expected.transform(start, text.size(), upper);
-    }
-
-    void readSomething(pair_t &one, const std::string &text) {
-        std::istringstream stream(text);
-        readToDelim(stream, one.real, '\n');
-        one.expected.read(text.substr(0, text.find('\n')));
-    }
-
     void change(pair_t &one, const pair_t &other) {
-        const std::string text = anyText();
-        const std::size_t n = text.size(), length = one.real.length(), i = below(length + 1);
-        const std::function<void()> changes[] = {
-            [&] {
-                one = {vek::string_t(text.data(), n), text};
-            },
-            [&] { one = pair_t(other); },
-            [&] {
-                one = {other.real + text.c_str(), other.expected.text() + text};
-            },
-            [&] { one.real.append(text.c_str()), one.expected.replace(length, 0, text); },
-            [&] { one.real.prepend(nullptr, n), one.expected.replace(0, 0, std::string(n, ' ')); },
-            [&] { one.real.toLower(), one.expected.transform(0, length, lower); },
-            [&] { replaceSomething(one); },
-            [&] { changeView(one, text); },
-            [&] { readSomething(one, text); },
-            [&] {
-                if (i < length) {
-                    one.real[static_cast<std::int32_t>(i)] = '#';
-                    one.expected.transform(i, 1, [](char) { return '#'; });
-                }
-            }};
-        anyOf(changes)();
+        const std::size_t length = one.real.length(), start = below(length + 1);
+        changes::with_t with{anyText(), below(length + 3), below(3) == 0 ? below(400) : below(5), start,
+                             below(length - start + 1)};
+        const changes::change_t &change = anyOf(changes::all);
+        with.input.str(with.text);
+        change.real(one.real, other.real, with);
+        with.input.clear();
+        with.input.str(with.text);
+        change.expected(one.expected, other.expected, with);
     }
 
     std::mt19937 random{20240611};
@@ -155,6 +105,14 @@ TEST_P(stringModel, randomSearches) {
         EXPECT_EQ(real.compareTo(other.c_str()), (text > seen(other)) - (text < seen(other)));
         EXPECT_EQ(real == other.c_str(), text == seen(other));
         EXPECT_EQ(real < other.c_str(), text < seen(other));
+        const vek::string_t realOther(other);
+        const auto order = text <=> seen(other);
+        EXPECT_TRUE((real <=> other.c_str()) == order && (real <=> other) == order && (real <=> realOther) == order);
+        EXPECT_EQ(real == other, order == 0);
+        EXPECT_EQ(std::string_view(other) == real, order == 0);
+        EXPECT_EQ(real == realOther, order == 0);
+        const std::hash<vek::string_t> hashed;
+        EXPECT_TRUE(order != 0 || hashed(real) == hashed(realOther));
         EXPECT_EQ(toLower(real).c_str(), mapped(raw, lower));
         EXPECT_EQ(isLower(real), raw == mapped(raw, lower));
         EXPECT_EQ(isUpper(real), raw == mapped(raw, upper));

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -35,20 +36,70 @@ TEST_F(JobsTest, FieldsReadAndAssignLikeTheirValues) {
     EXPECT_EQ(bodyOf(print(copy)), "{JOB_NAME={220,1488,0,-3,61,0,};JOB_PORT=2;}");
     EXPECT_TRUE(parse<JobPort>(print(copy))->jobName == all);
     copy.jobName.clear();
-    EXPECT_TRUE(copy.jobName == u"" && copy.jobId == 0);
+    EXPECT_TRUE(copy.jobName == u"" && copy.jobName.count() == 0 && copy.jobName.isSet == 0 && copy.jobId == 0);
     EXPECT_EQ(bodyOf(print(copy)), "{JOB_PORT=2;}");
+}
+
+TEST_F(JobsTest, TextsKeepTheirCharacters) {
+    JobPort job;
+    job.jobName = u"Hi!";
+    // Characters beyond those there before are dropped, yet counted.
+    job.fromText("{JOB_NAME={65,66,67,68,65533,};}");
+    EXPECT_EQ(job.jobName.count(), 5);
+    EXPECT_EQ(bodyOf(print(job)), "{JOB_NAME={65,66,67,68,};}");
+    job.fromText("{JOB_NAME={JOB_NAME1=-3;JOB_NAME2=0;};}");
+    EXPECT_EQ(job.jobName.count(), 2);
+    job.fromText("{JOB_NAME={};}");
+    EXPECT_EQ(job.jobName.text(), u"A\xFFFD");
+    EXPECT_EQ(job.jobName.text().data()[2], u'\0');
+    EXPECT_EQ(test::converted(4194, "{JOB_NAME={65533,-3,32768,65536,72,};}"), "{JOB_NAME={-3,-3,-32768,0,72,};}");
+    EXPECT_EQ(test::converted(4193, "{SEP_LIST={{67,0,},{},\"\",{66,},};}"), "{SEP_LIST={{67,0,},{66,},};}");
+    job.jobName.clear(); // after which there is room for any text
+    job.fromText("{JOB_NAME={65,66,67,68,69,0,};}");
+    EXPECT_TRUE(job.jobName == u"ABCDE");
 }
 
 TEST_F(JobsTest, ListsGrowAndEmpty) {
     const auto job = parse<JobSepList>("@@4193    51 7 41 {SEP_LIST={{67,0,},{66,0,},};}!!");
     job->sepList.at(0) = u"M";
     job->sepList.add(u"Yellow");
+    job->sepList.at(1).isSet = 0; // a list prints its texts whatever they say
     std::u16string seen;
     for (const wideStringField_t &text : std::as_const(*job).sepList)
         seen.append(text).append(u"|");
     EXPECT_EQ(seen, u"M|B|Yellow|");
+    EXPECT_EQ(bodyOf(print(*job)), "{SEP_LIST={{77,0,},{66,0,},{89,101,108,108,111,119,0,},};}");
+    job->fromText("{SEP_LIST={SEP_LIST1={SEP_LIST10=75;};SEP_LIST3={1,};};}");
+    EXPECT_EQ(job->sepList.count(), 3);
+    EXPECT_EQ(job->sepList.at(1).text(), u"K");
     job->sepList.clear();
+    EXPECT_TRUE(job->sepList.count() == 0 && job->sepList.isSet == 0);
     EXPECT_EQ(bodyOf(print(*job)), "");
+    job->fromText("{SEP_LIST={{1,},{2,},{3,},{4,},};}");
+    EXPECT_EQ(job->sepList.count(), 4);
+}
+
+TEST_F(JobsTest, AreCopiedAndMovedLikeValues) {
+    std::vector<JobSepList> jobs;
+    const auto read = parse<JobSepList>("@@4193    70 7 41 {JOB_NAME={72,105,};SEP_LIST={{67,0,},{66,0,},};}!!");
+    for (int i = 0; i < 20; ++i) { // which moves them
+        jobs.push_back(i % 2 == 0 ? *read : JobSepList());
+        jobs.back().sepList.push_back(i % 2 == 0 ? u"even" : u"odd");
+    }
+    JobSepList &last = jobs.back() = jobs[18];
+    EXPECT_TRUE(last == jobs[0] && last != *read && last.sepList[0] == read->sepList[0]);
+    last.fromText("{SEP_LIST={{65,0,},};JOB_NAME={66,0,0,};}"); // its own members, by their keys
+    EXPECT_EQ(bodyOf(print(last)), "{JOB_NAME={66,0,};SEP_LIST={{65,0,},{66,0,},{101,118,101,110,0,},};}");
+    EXPECT_EQ(bodyOf(print(jobs[18])), "{JOB_NAME={72,105,};SEP_LIST={{67,0,},{66,0,},{101,118,101,110,0,},};}");
+    last = *&last;
+    std::swap(last, jobs[1]);
+    EXPECT_EQ(bodyOf(print(last)), "{SEP_LIST={{111,100,100,0,},};}");
+    EXPECT_TRUE(jobs[1].jobName == u"B" && jobs[1].sepList.size() == 3);
+    JobPort unset, zero;
+    zero.jobId = 0;
+    EXPECT_FALSE(unset == zero);
+    unset = zero;
+    EXPECT_TRUE(unset == zero && JobPort(unset).jobId.isSet == 1 && unset.jobName.isSet == 0);
 }
 
 TEST_F(JobsTest, EnumerationsKnowTheirNames) {

@@ -18,6 +18,7 @@ void forEachText(int count, Visit visit) {
     for (const sample_t &sample : samples()) {
         corpus.push_back(sample.text);
         visit(sample.text);
+        visit(sample.text + std::string(3, '\0')); // one of them belongs to the message
     }
     model::bodyMutator_t mutator(11, corpus);
     for (int i = 0; i < count; ++i) {

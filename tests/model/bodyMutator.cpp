@@ -45,8 +45,8 @@ std::pair<std::size_t, std::size_t> bodyMutator_t::stretch(const std::string &bo
 }
 
 std::string bodyMutator_t::piece() {
-    if (below(3) > 0)
-        return pieces[below(pieces.size())];
+    if (const std::size_t kind = below(9); kind < 6)
+        return kind == 0 ? anyReal() : pieces[below(pieces.size())];
     const std::string &other = corpus_[below(corpus_.size())];
     const auto [start, end] = stretch(other);
     return other.substr(start, end - start);
@@ -56,39 +56,50 @@ void bodyMutator_t::change(std::string &body) {
     const auto [start, end] = stretch(body);
     const std::string cut = body.substr(start, end - start);
     const std::size_t anywhere = below(body.size() + 1);
-    switch (below(10)) {
-    case 0:
+    const std::size_t kind = below(10);
+    if (kind == 0)
         body.insert(anywhere, 1, static_cast<char>(1 + below(255)));
-        break;
-    case 1:
+    else if (kind == 1)
         body.replace(anywhere, below(2), 1, structure[below(structure.size())]);
-        break;
-    case 2:
+    else if (kind == 2)
         body.erase(anywhere, 1 + below(3));
-        break;
-    case 3:
+    else if (kind == 3)
         body.insert(anywhere, piece());
-        break;
-    case 4:
+    else if (kind == 4)
         body.replace(start, end - start, piece());
-        break;
-    case 5:
+    else if (kind == 5)
         body.erase(start, end - start);
-        break;
-    case 6: // repeated, now and then often
+    else if (kind == 7) // moved elsewhere
+        body.erase(start, end - start).insert(stretch(body).first, cut);
+    else if (kind == 6) // repeated, now and then often
         for (std::size_t times = below(20) == 0 ? 270 : 1 + below(3); times > 0 && body.size() < 20000; --times)
             body.insert(start, cut);
-        break;
-    case 7: // moved elsewhere
-        body.erase(start, end - start);
-        body.insert(stretch(body).first, cut);
-        break;
-    case 8:
+    else if (kind == 8)
         takeKeysAway(body);
-        break;
-    default:
+    else
         giveElementsKeys(body);
+}
+
+std::string bodyMutator_t::anyReal() {
+    std::string real = below(3) == 0 ? "-" : "";
+    const std::size_t digits = below(3) == 0 ? 1 + below(20) : 15 + below(6);
+    const std::size_t point = below(2 * digits);
+    for (std::size_t i = 0; i < digits; ++i)
+        real.append(i == point ? "." : "").append(1, static_cast<char>('0' + below(10)));
+    if (below(2) == 0)
+        real += 'e' + std::to_string(static_cast<int>(below(46)) - 23);
+    if (below(50) == 0)
+        real += 'e' + std::to_string(static_cast<int>(below(700)) - 350);
+    return real;
+}
+
+std::string bodyMutator_t::withOtherReals(std::string body) {
+    for (std::size_t at = 0; (at = body.find_first_of("0123456789", at)) != std::string::npos;) {
+        const std::string real = anyReal();
+        body.replace(at, body.find_first_not_of("0123456789.", at) - at, real);
+        at += real.size();
     }
+    return body;
 }
 
 // Makes pairs positional: those of a stretch, or all.
@@ -108,20 +119,16 @@ void bodyMutator_t::giveElementsKeys(std::string &body) {
     const std::size_t start = keyStart(body, list);
     const std::string key = body.substr(start, list - start);
     const std::size_t mistakes = below(4);
-    std::size_t index = 0;
-    bool isDue = true;
-    for (std::size_t at = list + 2, depth = 1; at < body.size() && body.size() < 20000; ++at) {
-        depth += body[at] == '{' ? 1 : 0;
-        if (body[at] == '}' && --depth == 0)
-            return;
-        if (isDue && (mistakes != 1 || below(2) == 0)) {
-            const std::string number = std::to_string(mistakes == 2 ? below(5) : index);
-            const std::string spelt = key + (mistakes == 3 && below(3) == 0 ? "0" : "") + number + '=';
-            body.insert(at, spelt);
-            at += spelt.size();
-        }
-        isDue = depth == 1 && body[at] == ',';
-        index += isDue ? 1 : 0;
+    std::size_t at = list + 2;
+    for (std::size_t index = 0; at < body.size() && body[at] != '}' && body.size() < 20000; ++index) {
+        std::string spelt = key + (mistakes == 3 && below(3) == 0 ? "0" : "");
+        spelt += std::to_string(mistakes == 2 ? below(5) : index) + '=';
+        if (mistakes == 1 && below(2) == 0)
+            spelt.clear();
+        body.insert(at, spelt);
+        at += spelt.size();
+        const std::size_t end = body[at] == '{' ? body.find('}', at) : at; // over a record
+        at = std::min(body.find(',', std::min(end, body.size())), body.size() - 1) + 1;
     }
 }
 

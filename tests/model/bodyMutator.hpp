@@ -17,6 +17,12 @@ public:
     /// The body after one to six changes. Contains no NUL.
     std::string mutated(std::string body);
 
+    /// The body with any reals in place of its numbers.
+    std::string withOtherReals(std::string body);
+
+    /// A real as hosts and people write them: 1 to 20 digits, with or without a point and an exponent.
+    std::string anyReal();
+
     std::size_t below(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
 private:

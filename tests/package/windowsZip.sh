@@ -10,8 +10,9 @@ mkdir -p "$work/unpacked"
 (cd "$build" && cpack -B "$work/packages" >"$work/cpack.txt")
 (cd "$work/unpacked" && cmake -E tar xf "$work"/packages/*.zip)
 root=$(find "$work/unpacked" -name 'vekParams2ASCII-*' -type d | head -n 1)
-for file in bin/vekParams2ASCII.dll lib/libvekParams2ASCII.dll.a lib/vekParams2ASCII.def lib/libvekTypes.a \
-    include/vek/api/vekParams2ASCII.h include/vek/api/vekParams2ASCII.hpp; do
+for file in bin/vekParams2ASCII.dll bin/vekInspect.dll bin/vekmsg.exe lib/libvekParams2ASCII.dll.a lib/vekParams2ASCII.def lib/libvekTypes.a \
+    include/vek/api/vekParams2ASCII.h include/vek/api/vekParams2ASCII.hpp \
+    doc/{README.md,CHANGELOG.md,copyright,vekParams2ASCII.3,docs/messages.md,examples/host.cpp}; do
     [ -f "$root/$file" ] || { echo "FAILED: $file is not in the zip" >&2; exit 1; }
 done
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 namespace {
@@ -17,17 +16,12 @@ std::string repeated(const std::string &text, int times) {
     return all;
 }
 
-// What a body converts to, which starts and ends anywhere in the text when `expected` begins with "*". A failure shows
-// both with a caret under the first difference.
+// What a body converts to, which starts and ends anywhere in the text when `expected` begins with "*".
 void expectConverted(std::int32_t id, const std::string &body, const std::string &expected) {
     const std::string actual = converted(id, body);
-    const bool isPart = expected.starts_with('*');
-    if (isPart ? actual.find(expected.substr(1)) != std::string::npos : actual == expected)
-        return;
-    const auto place = std::mismatch(actual.begin(), actual.end(), expected.begin(), expected.end()).first;
-    ADD_FAILURE() << "\n    reads " << shown(body) << "\n expected " << shown(expected) << "\n   writes "
-                  << shown(actual) << '\n'
-                  << std::string(10 + shown({actual.begin(), place}).size(), ' ') << '^';
+    const bool isPart = expected.starts_with('*') && actual.find(expected.substr(1)) != std::string::npos;
+    EXPECT_TRUE(isPart || actual == expected)
+        << "   reads " << shown(body) << "\nexpected " << shown(expected) << "\n  writes " << shown(actual);
 }
 
 // Cases written as "body -> what it converts to".
@@ -48,15 +42,21 @@ void expectValues(std::int32_t id, const std::string &key, std::initializer_list
 TEST(Conversion, AssignsPairsByKeyOrByPosition) {
     expectAll(VEK_MSG_TABLE_REF, // an integer NUM and a text NAME
               {"{NAME=x;NUM=5;} -> {NUM=5;NAME=x;}", "{5;x;surplus} -> {NUM=5;NAME=x;}", "5 -> {NUM=0;}",
-               "(NUM=5;) -> {NUM=5;}", "{num=6;NUM =7;UNKNOWN=1;NUM=5;} -> {NUM=5;}",
-               "{NAME=x;NUM=1;NAME=y;NUM=2;} -> {NUM=1;NAME=x;}", "{NAME=\"\";NAME=x;} -> {NUM=0;}",
+               "{ -> {NUM=0;}", "x57 -> {NUM=5;}", "(NUM=5;) -> {NUM=5;}",
+               "{num=6;NUM =7;UNKNOWN=1;NUM=5;} -> {NUM=5;}", "{NAME=x;NUM=1;NAME=y;NUM=2;} -> {NUM=1;NAME=x;}",
+               "{NAME=\"\";NAME=x;} -> {NUM=0;}",
                "{NAME=;NUM=5;} -> {NUM=0;NAME=NUM;}",  // the empty value swallows the next token
                "{loose;6;NAME=x;} -> {NUM=0;NAME=x;}", // one "=" makes the whole body keyed
-               "{\"NUM\"=5;{NAME}=x;} -> {NUM=5;}", "{NAME={x;NUM=3;} -> {NUM=0;}"});
+               "{\"NUM\"=5;{NAME}=x;} -> {NUM=5;}", "{NAME={x;NUM=3;} -> {NUM=0;}", "{={x;NUM=3;} -> {NUM=0;}"});
+    expectAll(VEK_MSG_TABLE_REF,
+              {"{NAME==;,x;NUM;=3} -> {NUM=3;NAME=x;}", "{;,;=1;NUM,=3;NAME=} -> {NUM=3;}",
+               "{=\"0123456789abcdef\";NUM=3} -> {NUM=3;}", "{NAME=\"x;NUM=3;} -> {NUM=0;NAME=x\2NUM\0013\2;}",
+               "{NAME=x\"y;NUM\"=3;z\";} -> {NUM=0;NAME=x\"y;}", "{NAME={\"}\";NUM=3;} -> {NUM=0;NAME=\4\"\5;}",
+               "{NAME={1,{2},};NUM=3;} -> {NUM=3;NAME=\0041\3\0042\5\3\5;}", "{NAME=};NUM=3} -> {NUM=3;NAME=\5;}",
+               "{\"3\"\"a\"b} -> {NUM=3;NAME=a;}", "{{3}}}} -> {NUM=0;NAME=\5\5;}", "{,,3;,;x} -> {NUM=3;NAME=x;}"});
     expectValues(VEK_MSG_TABLE_REF, "NAME",
                  {"a\"b\"c -> a\"b\"c", "\"a;b=c,\" -> a\2b\1c\3", "{x;{y}} -> \4x\2\4y\5\5", "} -> \5",
-                  " a\tb\n\x7f\xff -> \x20"
-                  "a\tb\n\x7f\xff"});
+                  " a\tb\n\x7f\xff -> \040a\tb\n\x7f\xff"});
 }
 
 TEST(Conversion, ReadsNumbersAsFarAsTheyGo) {
@@ -119,33 +119,6 @@ TEST(Conversion, DropsWhatIsBeyondTheRoomOfAnArray) {
                   repeated("{VALUE=3.000000;FLAGS=4;},", 255) + '}'});
     expectValues(VEK_MSG_LAYOUT, "JOBTICKET_NAME", {overlong + " -> " + std::string(255, 'm')});
     expectValues(VEK_MSG_MEDIA_PARAMS, "CASSETTE_NAME", {overlong + " -> " + std::string(31, 'm')});
-    // The name of an image runs on into its separation.
-    const std::string full(256, 'n');
-    expectValues(VEK_MSG_IMAGE_TOP_LEFT, "NAME",
-                 {full + "more;SEPARATION=sep -> " + full + "sep;SEPARATION=sep", full + "more -> " + full,
-                  "n;SEPARATION=" + overlong + " -> n;SEPARATION=" + std::string(131, 'm')});
-}
-
-TEST(Conversion, PrintsRangesByTheirType) {
-    expectValues(VEK_MSG_DEVICE_INFO, "SPINNER_SPEED",
-                 {"{3,1,2,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {1.000000,3.000000,}",
-                  "{3,1,2,} -> {3.000000,1.000000,2.000000,}",
-                  "{-2,-3,};SPINNER_SPEED_RANGE_TYPE=continuous_e -> {-3.000000,-1.000000,}",
-                  "{SPINNER_SPEED1=4;SPINNER_SPEED0=5;} -> {5.000000,4.000000,}",
-                  '{' + repeated("1,", 600) + "} -> {" + repeated("1.000000,", 600) + '}'});
-    expectAll(VEK_MSG_DEVICE_INFO,
-              {"{SPINNER_SPEED_RANGE_TYPE=x;SPINNER_SPEED={3,};} -> "
-               "*H_ADDITION=0.000000;SPINNER_SPEED_RANGE_TYPE=discrete_e;SPINNER_SPEED={3.000000,};}",
-               "{SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={};} -> *H_ADDITION=0.000000;}"});
-}
-
-TEST(Conversion, KeepsWideStringsAsTheirCodes) {
-    expectValues(VEK_MSG_JOB_PORT, "JOB_NAME",
-                 {"{65533,-3,32768,65536,} -> {-3,-3,-32768,0,}", "{72,\"\",0,} -> {72,0,}",
-                  "{JOB_NAME1=2;JOB_NAME0=1;JOB_NAME9=3;} -> {1,2,}", "{1,2,=} -> "});
-    expectValues(VEK_MSG_JOB_SEP_LIST, "SEP_LIST",
-                 {"{{67,0,},{},\"\",{66,},} -> {{67,0,},{66,},}",
-                  "{SEP_LIST1={SEP_LIST10=66;SEP_LIST11=0;};SEP_LIST0={67,0,};} -> {{67,0,},{66,0,},}"});
 }
 
 } // namespace

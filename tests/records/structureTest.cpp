@@ -9,7 +9,6 @@
 #include "vek/records/punch.hpp"
 #include "vek/records/status.hpp"
 #include "vek/records/tables.hpp"
-#include "vek/text/bodyScanner.hpp"
 
 #include <gtest/gtest.h>
 
@@ -32,55 +31,39 @@ TEST(Samples, ComeBackByteForByteWithTheNextSequenceNumber) {
         const structure_t structure(sample.text);
         EXPECT_EQ(written(structure.id, structure.address), message(sample.id, sample.body, 7, 42));
         ids.insert(sample.id);
+        EXPECT_NE(structure.address, nullptr) << sample.file << ": vek/api/messageTable.hpp has no row of this id";
     }
-    for (const catalogueRow_t &row : catalogueRows())
-        EXPECT_EQ(ids.contains(row.id), row.conversion != nullptr) << row.id;
+    for (const std::int32_t id : bodyIds())
+        EXPECT_TRUE(ids.contains(id)) << "message " << id << " has no sample in examples/messages";
 }
 
-std::vector<std::string> pairsOf(const std::string &body) {
-    std::vector<std::string> pairs;
-    bodyScanner_t scanner(body);
-    for (textPair_t pair; scanner.next(pair);)
-        pairs.push_back(std::string(pair.key) + '=' + std::string(pair.value) + ';');
-    return pairs;
-}
-
-// What the declared defaults print beyond what a body without a key gives.
+// The declared defaults, as far as they are not what a body without the key gives.
 const std::map<std::int32_t, std::string> declaredDefaults{
-    {4096, "NUM_OF_CASSETTE=1;NUM_LASER_BEAMS=1;SPINNER_SPEED_RANGE_TYPE=continuous_e;"
-           "SPINNER_SPEED={-1.000000,-1.000000,};LASER_INT_RANGE_TYPE=continuous_e;LASER_INT={-1.000000,-1.000000,};"
-           "FOCUS_VALUE_RANGE_TYPE=continuous_e;FOCUS_VALUE={-1.000000,-1.000000,};"},
-    {4098, "EXPOSURE_TYPE=positive_e;THICK=-1.000000;VENDOR=normal;"},
-    {4099, "MIN_FILM_FEED=-1.000000;INDEX=-1;"},
-    {4100, "VERSION={TYPE=mediaFilm_e;EXPOSURE_TYPE=positive_e;THICK=-1.000000;SENSITIVITY=0.000000;VENDOR=normal;"
-           "W_SIZE=0.000000;H_SIZE=0.000000;W_EXPOSE_SIZE=0.000000;H_EXPOSE_SIZE=0.000000;};"},
-    {4103, "OUTPUT_TYPE=sheet_e;"},
-    {4105, "TABLE_ID=-1;"},
-    {4113, "TABLE_ID=-1;"},
-    {4164, "W_OFFSET=-1.000000;H_OFFSET=-1.000000;W_SIZE=-1.000000;H_SIZE=-1.000000;W_CYLINDER_SIZE=-1.000000;"
-           "H_CYLINDER_SIZE=-1.000000;"},
-    {4165, "W_SIZE=-1.000000;H_SIZE=-1.000000;W_OFFSET=-1.000000;H_OFFSET=-1.000000;W_RES=-1.000000;H_RES=-1.000000;"},
-    {4182, "UNLOAD_MEDIA_TYPE=-1;UNLOAD_POLICY=-1;FILM_FEED=-1.000000;"},
-    {4183, "INPUT_CONTENT=1000.000000;MAX_INPUT=1000.000000;MAX_OUTPUT=1000.000000;ONE_EXPOSE_MAX_SIZE=1.000000;"
-           "IN_OUT_RATIO=1.000000;"},
-    {4188, "BIT_MAP_TYPE=-1;"},
+    {4096, "{NUM_OF_CASSETTE=1;NUM_LASER_BEAMS=1;SPINNER_SPEED_RANGE_TYPE=continuous_e;SPINNER_SPEED={-1,-1,};"
+           "LASER_INT_RANGE_TYPE=continuous_e;LASER_INT={-1,-1,};FOCUS_VALUE_RANGE_TYPE=continuous_e;"
+           "FOCUS_VALUE={-1,-1,};}"},
+    {4098, "{EXPOSURE_TYPE=positive_e;THICK=-1;VENDOR=normal;}"},
+    {4099, "{MIN_FILM_FEED=-1;INDEX=-1;}"},
+    {4100, "{VERSION={TYPE=mediaFilm_e;EXPOSURE_TYPE=positive_e;THICK=-1;VENDOR=normal;};}"},
+    {4103, "{OUTPUT_TYPE=sheet_e;}"},
+    {4105, "{TABLE_ID=-1;}"},
+    {4113, "{TABLE_ID=-1;}"},
+    {4164, "{W_OFFSET=-1;H_OFFSET=-1;W_SIZE=-1;H_SIZE=-1;W_CYLINDER_SIZE=-1;H_CYLINDER_SIZE=-1;}"},
+    {4165, "{W_SIZE=-1;H_SIZE=-1;W_OFFSET=-1;H_OFFSET=-1;W_RES=-1;H_RES=-1;}"},
+    {4182, "{UNLOAD_MEDIA_TYPE=-1;UNLOAD_POLICY=-1;FILM_FEED=-1;}"},
+    {4183, "{INPUT_CONTENT=1000;MAX_INPUT=1000;MAX_OUTPUT=1000;ONE_EXPOSE_MAX_SIZE=1;IN_OUT_RATIO=1;}"},
+    {4188, "{BIT_MAP_TYPE=-1;}"},
 };
 
 TEST(Structures, HaveTheirDeclaredDefaultsOnlyWithoutAText) {
     for (const std::int32_t id : bodyIds()) {
-        const structure_t defaults = defaultsOf(id);
-        const structure_t unset = structureOf(id, "{}");
-        const auto unsetPairs = pairsOf(writtenBody(id, unset.address));
-        std::string declared;
-        for (const std::string &pair : pairsOf(writtenBody(id, defaults.address)))
-            if (std::find(unsetPairs.begin(), unsetPairs.end(), pair) == unsetPairs.end())
-                declared += pair;
-        const auto expected = declaredDefaults.find(id == 4136 ? 4096 : id);
-        EXPECT_EQ(declared, expected == declaredDefaults.end() ? "" : expected->second) << id;
-        if (id < 4160) {
-            for (const structure_t *one : {&defaults, &unset})
-                EXPECT_EQ(static_cast<MessageBase *>(one->address)->kind, id - 4096);
-        }
+        const structure_t defaults = defaultsOf(id), unset = structureOf(id, "{}");
+        const auto declared = declaredDefaults.find(id == 4136 ? 4096 : id);
+        EXPECT_EQ(writtenBody(id, defaults.address),
+                  converted(id, declared == declaredDefaults.end() ? "{}" : declared->second))
+            << id;
+        for (const structure_t *one : {&defaults, &unset})
+            EXPECT_TRUE(id >= 4160 || static_cast<MessageBase *>(one->address)->kind == id - 4096) << id;
     }
 }
 
@@ -88,7 +71,6 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
     // The resolution of a new range is continuous; one without a key becomes discrete. What has no key stays.
     EXPECT_EQ(defaultsOf(4096).as<DeviceInfo>().resolution.kind, 1);
     EXPECT_EQ(structureOf(4096, "{}").as<DeviceInfo>().resolution.kind, 0);
-    EXPECT_EQ(structureOf(4096, "{SPINNER_SPEED={3,1,2,};}").as<DeviceInfo>().spinnerSpeed.count(), 3);
     EXPECT_EQ(defaultsOf(4202).as<Info>().info, nullptr);
     EXPECT_STREQ(structureOf(4202, "{INFO=\"\";}").as<Info>().info, "");
 
@@ -103,8 +85,8 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
     std::memset(static_cast<void *>(&content), 0, sizeof content);
     content.mediaType = 9;
     content.outputType = 3;
-    EXPECT_EQ(std::memcmp(structureOf(4183, "{MEDIA_TYPE=unknown_e;OUTPUT_TYPE=3;}").address, &content, sizeof content),
-              0);
+    const structure_t read = structureOf(4183, "{MEDIA_TYPE=unknown_e;OUTPUT_TYPE=3;}");
+    EXPECT_EQ(std::memcmp(read.address, static_cast<void *>(&content), sizeof content), 0);
     auto status = structureOf(4161, "{NUM_OF_MESSAGES=2;MSGS={a,b,=,};}");
     const auto &messages = status.as<DeviceStatus>().msgs;
     EXPECT_EQ(std::string_view(&messages[0][0], sizeof messages).find_first_not_of('\0'), std::string_view::npos)
@@ -153,7 +135,6 @@ TEST(HostStructures, PrintNullItemsAsDefaults) {
     DeviceMediaNameArray names;
     names.add() = "a";
     names.add(nullptr);
-    EXPECT_EQ(names.capacity(), 10);
     while (names.count() < 11)
         names.add() = "b";
     EXPECT_EQ(names.capacity(), 20);
@@ -172,6 +153,7 @@ TEST(HostStructures, PrintRangesByTheirKind) {
         std::vector<double> values;
         std::string text;
     } cases[] = {{1, {}, ""},
+                 {0, {3, 1, 2}, "DDB_DELAY_RANGE_TYPE=discrete_e;DDB_DELAY={3.000000,1.000000,2.000000,};"},
                  {1, {3, -7, 2}, "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={-7.000000,3.000000,};"},
                  {7, {8, 9, 10}, "DDB_DELAY={8.000000,10.000000,};"}, // no name, yet no discrete range
                  {1, {std::copysign(nan, 1), 4}, "DDB_DELAY_RANGE_TYPE=continuous_e;DDB_DELAY={nan,4.000000,};"},
@@ -210,7 +192,7 @@ TEST(HostStructures, PrintWhateverValuesTheyHold) {
     EXPECT_TRUE(printed(4172, image).ends_with("NAME=" + full + shorter + ";SEPARATION=" + shorter + ";}"));
 
     // As many messages as the host says, beyond the structure's own room too.
-    std::vector<char> room(sizeof(DeviceStatus) + std::size_t{2 * 255}, 'm');
+    std::vector<char> room(sizeof(DeviceStatus) + std::size_t{2} * 255, 'm');
     const DeviceStatus head{0, 0, 0, 12, {}};
     std::memcpy(room.data(), &head, offsetof(DeviceStatus, msgs));
     const std::string body = printed(4161, room[0]);

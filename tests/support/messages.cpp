@@ -1,6 +1,6 @@
 #include "support/messages.hpp"
 
-#include "vek/records/device.hpp"
+#include "vek/api/messageTable.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 namespace vek::test {
 
@@ -45,13 +46,16 @@ const std::vector<sample_t> &samples() {
 }
 
 const sample_t &sampleOf(std::int32_t id) {
-    return *std::find_if(samples().begin(), samples().end(), [id](const auto &sample) { return sample.id == id; });
+    const auto sample =
+        std::find_if(samples().begin(), samples().end(), [id](const auto &one) { return one.id == id; });
+    if (sample == samples().end())
+        throw std::runtime_error("message " + std::to_string(id) + " has no sample in examples/messages");
+    return *sample;
 }
 
 std::vector<std::int32_t> bodyIds() {
     std::vector<std::int32_t> ids;
-    for (const sample_t &sample : samples())
-        ids.push_back(sample.id);
+    messages_t::forEach([&ids]<class Message>(Message) { ids.push_back(Message::id); });
     return ids;
 }
 
@@ -65,9 +69,11 @@ structure_t::~structure_t() {
         vekParamsDeleteStruct(id, &address);
 }
 
-std::string written(std::int32_t id, void *structure) {
+std::string written(std::int32_t id, void *structure, std::int32_t *result) {
     char *text = nullptr;
-    vekValToStr(id, structure, &text);
+    const std::int32_t returned = vekValToStr(id, structure, &text);
+    if (result != nullptr)
+        *result = returned;
     std::string copy = text != nullptr ? text : "(null)";
     vekParamsDelete(text);
     return copy;

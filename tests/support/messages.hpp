@@ -12,7 +12,7 @@
 
 namespace vek::test {
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isInstrumented = true;
 #elif defined(__has_feature)
 inline constexpr bool isInstrumented = __has_feature(address_sanitizer);
@@ -72,8 +72,8 @@ inline structure_t structureOf(std::int32_t id, std::string_view body) {
     return structure_t(message(id, body));
 }
 
-/// The text of a structure.
-std::string written(std::int32_t id, void *structure);
+/// The text of a structure. Receives what the call returned, if asked.
+std::string written(std::int32_t id, void *structure, std::int32_t *result = nullptr);
 
 /// The body of a structure, and of what a body converts to.
 inline std::string writtenBody(std::int32_t id, void *structure) {

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# A DLL exports exactly the undecorated calls that are named, and imports from the system's libraries only.
-#   dllInterface.sh OBJDUMP DLL CALL...
+# A DLL exports exactly the undecorated calls that are named, imports from the system's libraries only, and tells its
+# version, unless that is empty.
+#   dllInterface.sh OBJDUMP DLL WINDRES VERSION CALL...
 set -euo pipefail
 listing=$("$1" -p "$2")
-calls=$(printf '%s\n' "${@:3}" | sort | tr '\n' ' ')
+calls=$(printf '%s\n' "${@:5}" | sort | tr '\n' ' ')
 
 exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' <<<"$listing" | sort | tr '\n' ' ')
 imports=$(sed -n 's/^\tDLL Name: //p' <<<"$listing" | sort | tr '\n' ' ')
@@ -12,3 +13,8 @@ echo "imports: $imports"
 echo "bytes: $(stat -c %s "$2")"
 [ "$exports" = "$calls" ]
 [ "$imports" = "KERNEL32.dll msvcrt.dll " ]
+
+[ -n "$4" ] || exit 0
+resource=$("$3" -O rc -i "$2")
+grep -F "FILEVERSION ${4//./, }, 0" <<<"$resource"
+grep -F "VALUE \"FileVersion\", \"$4\"" <<<"$resource"

@@ -86,7 +86,7 @@ std::string sampleOf(const fs::path &folder, std::int32_t id) {
     for (const fs::directory_entry &entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().starts_with(std::to_string(id) + "-"))
             return readFile(entry.path());
-    throw std::runtime_error("no sample of " + std::to_string(id));
+    throw std::runtime_error("no sample of " + std::to_string(id) + " in examples/messages");
 }
 
 // In lines of readable width, the middle of a long message left out.
@@ -187,7 +187,9 @@ private:
     void writeStructure(std::string_view label, const recordSchema_t &record) {
         const structureLayout_t *layout = layoutNamed(record.structure);
         if (layout == nullptr)
-            throw std::runtime_error(joined({"no layout of ", record.structure}));
+            throw std::runtime_error(joined(
+                {"no layout of ", record.structure,
+                 ": pin it in vek/records/private/layouts, and name it in its family's list"}));
         const std::string page = joined({"layouts.md", anchorOf(record.structure)});
         const bool isPlain = record.kind == structureKind_t::plain;
         out_ << label << " " << link(code(record.structure), page) << " of "

@@ -70,22 +70,22 @@ public:
 
 private:
     void keys(const recordSchema_t &record, std::size_t indent) {
-        std::size_t keyWidth = 0, kindWidth = 0;
+        std::size_t keyWidth = 0, kindWidth = 0, presetWidth = 0;
         for (const fieldSchema_t &field : record.fields) {
             keyWidth = std::max(keyWidth, field.key.size());
             kindWidth = std::max(kindWidth, inspect::kindInWords(field).size());
+            presetWidth = std::max(presetWidth, defaultInWords(field).size());
         }
         for (const fieldSchema_t &field : record.fields) {
             out.append(indent, ' ').append(colours_.cyan).append(padded(field.key, keyWidth));
             out.append(colours_.reset).append("  ").append(padded(inspect::kindInWords(field), kindWidth));
             const std::string_view preset = defaultInWords(field);
-            if (!preset.empty())
-                out.append("  = ").append(colours_.green).append(preset).append(colours_.reset);
+            out.append(preset.empty() ? "    " : "  = ").append(colours_.green).append(padded(preset, presetWidth));
+            out.append(colours_.reset);
             if (!field.member.path.empty())
                 out.append(colours_.dim).append("  ").append(field.member.path).append(colours_.reset);
             names(field);
-            while (out.ends_with(' '))
-                out.pop_back();
+            out.erase(out.find_last_not_of(' ') + 1);
             out += '\n';
             if (field.record != nullptr)
                 keys(*field.record, indent + 4);

@@ -10,7 +10,7 @@ namespace {
 
 class getTask_t final : public task_t {
 public:
-    explicit getTask_t(const options_t &options) : path_(options.words.front()) {}
+    explicit getTask_t(const options_t &options) : path_(options.path) {}
 
     std::unique_ptr<task_t> fork() const override { return std::make_unique<getTask_t>(*this); }
     void join(task_t &later) override { found += static_cast<getTask_t &>(later).found; }
@@ -77,7 +77,7 @@ int runGet(const options_t &options) {
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
     if (status == exitFine && task.found == 0) {
-        complain("no " + options.words.front() + " in what was read; vekmsg flat shows the paths of all values");
+        complain("no " + options.path + " in what was read; vekmsg flat shows the paths of all values");
         return exitDifferences;
     }
     return status;

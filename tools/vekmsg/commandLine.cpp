@@ -16,6 +16,25 @@ constexpr const char *about =
     "read, they may stand in a log amid other words, in a file of their own, in the readable form, in JSON or in the "
     "flat form; as they are or packed with gzip or zstd.";
 
+// A page of help with its long lines broken, in the column where the words of options begin.
+std::string wrapped(const std::string &page, std::size_t width) {
+    constexpr std::size_t column = 30;
+    std::string out;
+    for (std::size_t at = 0; at < page.size();) {
+        const std::size_t end = std::min(page.find('\n', at), page.size());
+        std::string line = page.substr(at, end - at);
+        at = end + 1;
+        const std::size_t indent = line.starts_with("  -") || line.starts_with("   ") ? column : 0;
+        for (std::size_t place;
+             line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
+            out.append(line, 0, place).append("\n");
+            line = std::string(indent, ' ') + line.substr(place + 1);
+        }
+        out += line + "\n";
+    }
+    return out;
+}
+
 constexpr const char *exitCodes = "Exit code: 0 fine; 1 differences, invalid messages or none; 2 usage or files.";
 
 } // namespace
@@ -53,20 +72,19 @@ void commandLine_t::color(CLI::App *app) {
 }
 
 void commandLine_t::files(CLI::App *app, const std::string &name) {
-    app->add_option(name, options_.files, "Files, - for standard input (which is read when none is named)");
+    app->add_option(name, options_.files, "Files, - for standard input (which is read when none is named)")
+        ->type_name("");
 }
 
 // The options of every command that reads messages.
 void commandLine_t::reading(CLI::App *app, bool isStream, bool canSplit) {
     app->add_option("--id", options_.ids, "Only messages of this id or name; several times for several")
         ->type_name("ID|NAME")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     app->add_option("--where", options_.conditions,
                     "Only messages in which a value is so: PATH=VALUE, !=, <, >, or ~ (contains); quote it")
         ->type_name("PATH=VALUE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     app->add_option("--since", options_.since, "Only messages of log lines of this time and later")->type_name("TIME");
     app->add_option("--until", options_.until, "Only messages of log lines of this time and earlier")
         ->type_name("TIME");
@@ -113,7 +131,8 @@ void commandLine_t::declareViews() {
     files(check);
     check->add_option("--ignore", options_.ignored, "Leave out findings of this name, which stands behind each in []")
         ->type_name("NAME")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     check->add_flag("-q,--quiet", options_.isQuiet, "Only the exit code");
     check->add_flag("--json", options_.isJson, "A JSON object a finding");
     reading(check);
@@ -137,9 +156,7 @@ void commandLine_t::declareChanges() {
                             "  vekmsg get FOCUS_VALUE focus.txt\n"
                             "  vekmsg get 'ARRAY_CASSETTE[0].VERSION.TYPE' cassettes.txt\n"
                             "  vekmsg get @seq device.log");
-    get->add_option("PATH", options_.words, "The key, with those it stands in; @id, @echo, @seq, @length")
-        ->required()
-        ->expected(1);
+    get->add_option("PATH", options_.path, "The key, with those it stands in; @id, @echo, @seq, @length")->required();
     files(get);
     reading(get);
 
@@ -186,7 +203,8 @@ void commandLine_t::declareForms() {
                      "The columns: paths of values; time, file, line, offset, before, id, name, echo, seq, length")
         ->required()
         ->type_name("KEY,...")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     table->add_flag("--tsv", options_.isTabs, "Tabs instead of commas");
     reading(table);
 }
@@ -215,13 +233,14 @@ void commandLine_t::declareLogs() {
         command("diff", "Compare two messages, or two logs by id and sequence number, field by field", runDiff,
                 "  vekmsg diff before.txt after.txt\n"
                 "  vekmsg diff --tolerance 0.001 --ignore MEDIA_NAME yesterday.log today.log");
-    diff->add_option("FILE", options_.files, "The two files")->required()->expected(2);
+    diff->add_option("FILE", options_.files, "The two files");
     diff->add_option("--tolerance", options_.tolerance, "Numbers that differ by no more are the same")
         ->type_name("NUMBER")
         ->check(CLI::NonNegativeNumber);
     diff->add_option("--ignore", options_.ignored, "Leave out a path and all below it, or a key wherever it stands")
         ->type_name("PATH")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     diff->add_flag("--header", options_.comparesHeader, "Compare echo tags and sequence numbers, too");
     reading(diff, false, false);
     color(diff);
@@ -264,14 +283,13 @@ void commandLine_t::sortWords() {
 
 int commandLine_t::complainAbout(const CLI::ParseError &error, int argc, char **argv) {
     if (error.get_exit_code() == 0) { // help and version
-        std::string text = dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr
-                               ? error.what() + std::string("\n")
-                               : std::string();
+        std::string text =
+            dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr ? std::string(error.what()) : std::string();
         if (text.empty()) {
             const std::vector<CLI::App *> chosen = app_.get_subcommands();
             text = chosen.empty() ? app_.help() : chosen.front()->help("vekmsg");
         }
-        writeAll(1, text);
+        writeAll(1, wrapped(text, isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100));
         return exitFine;
     }
     std::vector<std::string_view> names;

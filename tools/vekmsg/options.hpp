@@ -27,7 +27,8 @@ struct options_t {
     bool isTabs = false, isChecked = false;
     std::vector<std::string> ignored; ///< findings of check, paths of diff
     std::vector<std::string> keys;    ///< of table
-    std::vector<std::string> words;   ///< paths, assignments, ids and names
+    std::vector<std::string> words;   ///< assignments, ids and names
+    std::string path;                 ///< of get
     std::optional<std::int32_t> echoTag, sequenceNumber;
     std::optional<std::string> id; ///< of seal and new
     std::string at;                ///< a time

@@ -162,7 +162,7 @@ void reader_t::begin(const std::string &name) {
     input_t &input = *input_;
     progress_.start(name, input.source->size());
     std::string_view first = input.source->next();
-    const std::uint64_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    const std::size_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
     input.start = first.substr(skipped);
     input.position.file = name;
     input.position.offset = skipped;
@@ -179,7 +179,7 @@ void reader_t::begin(const std::string &name) {
 void reader_t::lookForWhole() {
     struct : inspect::messageSink_t {
         void message(const inspect::foundMessage_t &found) override {
-            end = found.offset + found.text.size();
+            end = static_cast<std::size_t>(found.offset) + found.text.size();
             ++count;
         }
         std::size_t end = 0, count = 0;
@@ -281,6 +281,7 @@ void reader_t::takePiece(std::string_view piece) {
 }
 
 void reader_t::readSplit(const std::string &name) {
+    flush();
     const splitCounts_t counts =
         splitFile(name, options_.jobs, filter_, task_, [this](std::string &out, std::uint64_t done) {
             task_.out.swap(out);
@@ -297,7 +298,7 @@ bool reader_t::takeNews(followed_t &one) {
     using enum followedFile_t::state_t;
     std::string_view block;
     const followedFile_t::state_t state = one.file.next(block);
-    one.sink.limit(one.sink.taken() + most());
+    one.sink.limit(options_.head ? one.sink.taken() + most() : UINT64_MAX);
     if (state == bytes)
         one.scanner.feed(block, one.sink);
     else if (state == rotated || state == ended)

@@ -17,13 +17,14 @@ const std::string &changeable(const std::string &name) {
 
 } // namespace
 
-rewriter_t::rewriter_t(const std::string &name) : original_(changeable(name)), replacement_(name) {}
+rewriter_t::rewriter_t(const std::string &name) : original_(std::in_place, changeable(name)), replacement_(name) {}
 
 void rewriter_t::copyUntil(std::uint64_t offset) {
     std::string block(source_t::blockSize, '\0');
-    original_.seek(done_);
+    original_->seek(done_);
     while (done_ < offset) {
-        const std::size_t size = original_.read(block.data(), std::min<std::uint64_t>(block.size(), offset - done_));
+        const std::size_t size = original_->read(
+            block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), offset - done_)));
         if (size == 0)
             break;
         replacement_.write({block.data(), size});
@@ -43,6 +44,7 @@ void rewriter_t::commit() {
     if (!isChanged_)
         return;
     copyUntil(UINT64_MAX);
+    original_.reset();
     replacement_.commit();
 }
 

@@ -7,6 +7,7 @@
 #include "tools/vekmsg/task.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,7 @@ public:
 private:
     void copyUntil(std::uint64_t offset);
 
-    rawFile_t original_;
+    std::optional<rawFile_t> original_; // closed before it is replaced, which Windows wants
     replacement_t replacement_;
     std::uint64_t done_ = 0; // of the original
     bool isChanged_ = false;

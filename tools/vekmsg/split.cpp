@@ -38,33 +38,34 @@ public:
     }
 
 private:
-    // What a thread reads its pieces with.
+    // What a thread reads its pieces with: a piece's part of the file, and what follows it step by step.
     struct window_t {
-        explicit window_t(const std::string &name) : file(name), block(pieceSize, '\0') {}
+        explicit window_t(const std::string &name) : file(name), part(pieceSize + 1, '\0'), step(stepSize, '\0') {}
 
-        // Up to `room` bytes from an offset on.
-        std::string_view at(std::uint64_t offset, std::size_t room) {
+        std::string_view read(std::string &buffer, std::uint64_t offset) {
             file.seek(offset);
             std::size_t got = 0;
-            while (got < room) {
-                const std::size_t size = file.read(block.data() + got, room - got);
+            while (got < buffer.size()) {
+                const std::size_t size = file.read(buffer.data() + got, buffer.size() - got);
                 if (size == 0)
                     break;
                 got += size;
             }
-            return {block.data(), got};
+            return {buffer.data(), got};
         }
 
         rawFile_t file;
-        std::string block;
+        std::string part, step;
     };
 
-    // A piece's result, which waits for its turn.
+    // A piece and its result, which waits for its turn.
     struct piece_t {
+        std::string_view lines;    // its lines, as far as they are in its part of the file
+        std::uint64_t start = 0;   // of these
+        std::uint64_t partEnd = 0; // where the part ends; the last line may go on
+        std::uint64_t line = 1;    // the number of the first one
         std::unique_ptr<task_t> task;
-        std::uint64_t start = 0, end = 0;  // of its lines
         std::uint64_t first = 0, last = 0; // where its first message begins and its last one ends
-        std::uint64_t lines = 0;
         splitCounts_t counts;
     };
 
@@ -89,103 +90,95 @@ private:
     }
 
     void read(window_t &window, std::uint64_t number) {
-        piece_t piece;
-        const std::uint64_t from = number * pieceSize;
-        piece.start = firstLine(window, from);
-        const bool isEmpty = piece.start >= std::min(size_, from + pieceSize);
-        piece.end = isEmpty ? piece.start : lineBehind(window, from + pieceSize - 1, size_);
-        const std::uint64_t line = lineOf(window, piece, number);
-        scan(window, piece, piece.start, line);
+        piece_t piece = cut(window, number);
+        scan(window, piece, 0);
 
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return failure_ || turn_ == number; });
         if (failure_)
             return;
         if (covered_ > piece.first) // the message in front goes on into this piece
-            scan(window, piece, covered_, line + linesIn(window, piece.start, covered_));
+            scan(window, piece, static_cast<std::size_t>(covered_ - piece.start));
         covered_ = std::max(covered_, piece.last);
         counts_.found += piece.counts.found;
         counts_.taken += piece.counts.taken;
         task_.join(*piece.task);
-        output_(piece.task->out, std::min(size_, from + pieceSize));
+        output_(piece.task->out, std::min(size_, (number + 1) * pieceSize));
         ++turn_;
         changed_.notify_all();
     }
 
-    // Where the first line that begins in a piece starts; behind the piece when none does.
-    std::uint64_t firstLine(window_t &window, std::uint64_t from) const {
+    // Reads a piece, finds the lines that begin in it, and waits for the number of the first one, which is known once
+    // all pieces before it have counted their lines.
+    piece_t cut(window_t &window, std::uint64_t number) {
+        const std::uint64_t from = number * pieceSize, before = from == 0 ? 0 : from - 1;
+        std::string_view part = window.read(window.part, before);
+        part = part.substr(0, static_cast<std::size_t>(from + pieceSize - before));
+        std::size_t first = 0;
         if (from == 0)
-            return window.at(0, 3) == "\xef\xbb\xbf" ? 3 : 0;
-        return lineBehind(window, from - 1, from + pieceSize - 1);
-    }
+            first = part.starts_with("\xef\xbb\xbf") ? 3 : 0;
+        else
+            first = std::min(part.find('\n'), part.size() - 1) + 1;
+        const std::string_view own = part.substr(static_cast<std::size_t>(from - before));
+        const auto lines = static_cast<std::uint64_t>(std::count(own.begin(), own.end(), '\n'));
 
-    // The offset behind the first line end in a stretch; where that ends, or the file, when there is none.
-    std::uint64_t lineBehind(window_t &window, std::uint64_t from, std::uint64_t to) const {
-        for (const std::uint64_t end = std::min(to, size_); from < end;) {
-            const std::string_view bytes = window.at(from, static_cast<std::size_t>(std::min(end - from, pieceSize)));
-            const std::size_t place = bytes.find('\n');
-            if (place != std::string_view::npos)
-                return from + place + 1;
-            if (bytes.empty())
-                break;
-            from += bytes.size();
-        }
-        return to >= size_ ? size_ : to + 1;
-    }
-
-    static std::uint64_t linesIn(window_t &window, std::uint64_t from, std::uint64_t to) {
-        std::uint64_t lines = 0;
-        while (from < to) {
-            const std::string_view bytes = window.at(from, static_cast<std::size_t>(std::min(to - from, pieceSize)));
-            if (bytes.empty())
-                break;
-            lines += static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-            from += bytes.size();
-        }
-        return lines;
-    }
-
-    // The number of a piece's first line: known once all pieces before it have counted their lines.
-    std::uint64_t lineOf(window_t &window, const piece_t &piece, std::uint64_t number) {
-        const std::uint64_t from = number * pieceSize;
-        const std::uint64_t lines = linesIn(window, from, std::min(size_, from + pieceSize));
-        const std::uint64_t inFront = linesIn(window, from, std::min({piece.start, from + pieceSize, size_}));
+        piece_t piece;
+        piece.lines = part.substr(first);
+        piece.start = before + first;
+        piece.partEnd = before + part.size();
+        const auto inFront =
+            lines - static_cast<std::uint64_t>(std::count(piece.lines.begin(), piece.lines.end(), '\n'));
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return failure_ || counted_ == number; });
-        const std::uint64_t line = lines_ + 1 + inFront;
+        piece.line = lines_ + 1 + inFront;
         lines_ += lines;
         ++counted_;
         changed_.notify_all();
-        return line;
+        return piece;
     }
 
-    void scan(window_t &window, piece_t &piece, std::uint64_t from, std::uint64_t line) const {
+    // Scans a piece's lines; `skipped` bytes of them belong to the message of the piece before.
+    void scan(window_t &window, piece_t &piece, std::size_t skipped) const {
         piece.task = task_.fork();
+        piece.counts = {};
+        piece.first = UINT64_MAX;
+        piece.last = 0;
+        if (skipped >= piece.lines.size())
+            return;
+        const std::string_view front = piece.lines.substr(0, skipped), lines = piece.lines.substr(skipped);
         itemSink_t sink(name_, filter_, *piece.task);
-        sink.endAt(piece.end);
-        inspect::logScanner_t scanner(from, line);
-        std::uint64_t offset = from, mark = 0;
-        // Behind the piece's lines only as far as its last message may go on.
-        const auto mayGoOn = [&] {
-            return mark >= std::max<std::uint64_t>(sink.lastEnd(), 1) && !sink.isBehindEnd() &&
-                   offset < piece.end + inspect::logScanner_t::largestMessage;
-        };
-        while (from < piece.end && offset < size_ && (offset < piece.end || mayGoOn())) {
-            const bool isInside = offset < piece.end;
-            const std::string_view bytes = window.at(
-                offset, isInside ? static_cast<std::size_t>(std::min(pieceSize, piece.end - offset)) : stepSize);
-            if (bytes.empty())
+        inspect::logScanner_t scanner(piece.start + skipped, piece.line + static_cast<std::uint64_t>(std::count(
+                                                                              front.begin(), front.end(), '\n')));
+        scanner.feed(lines, sink);
+        // The last line may go on behind the part, and its last message behind that; no further than it may.
+        std::uint64_t offset = piece.partEnd, end = lines.ends_with('\n') ? offset : UINT64_MAX;
+        bool mayGoOn = end == UINT64_MAX || hasMarkBehind(lines, piece.start + skipped, sink.lastEnd());
+        while (offset < size_ && mayGoOn) {
+            std::string_view step = window.read(window.step, offset);
+            if (end == UINT64_MAX) {
+                const std::size_t place = step.find('\n');
+                step = step.substr(0, place == std::string_view::npos ? place : place + 1);
+                end = place == std::string_view::npos ? end : offset + step.size();
+            }
+            if (step.empty())
                 break;
-            if (const std::size_t place = bytes.rfind("@@"); isInside && place != std::string_view::npos)
-                mark = offset + place + 1; // 0: none
-            scanner.feed(bytes, sink);
-            offset += bytes.size();
+            sink.endAt(end);
+            scanner.feed(step, sink);
+            offset += step.size();
+            mayGoOn =
+                !sink.isBehindEnd() && (end == UINT64_MAX || offset < end + inspect::logScanner_t::largestMessage);
         }
-        if (from < piece.end && offset >= size_)
+        if (offset >= size_)
             scanner.finish(sink);
         piece.counts = {sink.found(), sink.taken()};
         piece.first = sink.firstOffset();
         piece.last = sink.lastEnd();
+    }
+
+    // Whether something like a message begins behind the last one that was found.
+    static bool hasMarkBehind(std::string_view lines, std::uint64_t start, std::uint64_t lastEnd) {
+        return lines.find("@@", lastEnd > start ? static_cast<std::size_t>(lastEnd - start) : 0) !=
+               std::string_view::npos;
     }
 
     const std::string name_;

@@ -58,7 +58,7 @@ public:
         const bool isWhole = numbers.isWhole && (item.isLengthRight || item.form != inspect::form_t::none);
         if (!isWhole || (isChecked_ && !inspect::isClean(item.tree(), true)))
             ++kind.damaged;
-        if (!isWhole)
+        if (!numbers.isWhole)
             return;
         if (isPiece_)
             numbers_.push_back(numbers.sequence);
@@ -128,7 +128,8 @@ void write(const summaryTask_t &task, std::string &out, const options_t &options
     }
     out +=
         std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
-    if (task.sequences.gaps() > 0)
+    // Of chosen messages, the numbers in between are others'.
+    if (task.sequences.gaps() > 0 && options.ids.empty() && options.conditions.empty())
         out += std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
                " in the sequence numbers, " + std::to_string(task.sequences.missing()) +
                " missing: " + task.sequences.inWords() + "\n";

@@ -9,7 +9,8 @@ namespace vek {
 
 namespace {
 
-// The rows of the table and the ids without a structure, in one order.
+// The rows of the table and the ids without a structure, in one order. Made and checked by the compiler: there is
+// nothing to set up when the library is loaded, and a doubled id does not build.
 constexpr auto catalogue = [] {
     std::array<catalogueRow_t, messages_t::size + std::size(bareIds)> rows{};
     std::size_t count = 0;
@@ -43,6 +44,7 @@ constexpr auto rowOfId = [] {
 } // namespace
 
 const catalogueRow_t *findInCatalogue(std::int32_t id) {
+    // Ids below the first become very large distances: one comparison covers both ends, whatever a text says its id is.
     const auto distance = static_cast<std::size_t>(static_cast<std::uint32_t>(id) - std::uint32_t{firstId});
     const std::uint8_t row = distance < idCount ? rowOfId[distance] : noRow;
     return row != noRow ? &catalogue[row] : nullptr;

@@ -3,6 +3,8 @@
 // Header-only, since hosts that want to know what is wrong with a text read envelopes too. Pure functions.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -38,8 +40,6 @@ struct envelopeScan_t {
     const char *at;
     const char *end;
 
-    static bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
     void skipSpace() {
         while (at != end && isSpace(*at))
             ++at;
@@ -56,7 +56,7 @@ struct envelopeScan_t {
         const char *const digits = at;
         const std::int64_t limit = isNegative ? -std::int64_t{INT32_MIN} : std::int64_t{INT32_MAX};
         std::int64_t value = 0;
-        for (; at != end && *at >= '0' && *at <= '9'; ++at) {
+        for (; at != end && isDigit(*at); ++at) {
             value = value * 10 + (*at - '0');
             value = value < limit ? value : limit;
         }

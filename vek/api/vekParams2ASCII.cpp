@@ -22,6 +22,7 @@ constexpr std::size_t roomBehindBody = 256;
 constexpr std::size_t roomWithoutBody = 40960;
 constexpr std::size_t firstRoom = 1024;
 
+// Flushed at once: a host that ends on the refusal, if by a fault, has still said why.
 std::int32_t refuseId(const char *line, std::int32_t id) {
     std::printf("%s%d\n", line, static_cast<int>(id));
     std::fflush(stdout);
@@ -44,39 +45,40 @@ std::int32_t readStructure(const conversion_t &conversion, const char *text, std
 
 // A text that holds the empty string, in the room that a message without a body has.
 char *emptyText() {
-    bodyWriter_t out(roomWithoutBody);
-    out.put('\0');
-    return out.release();
+    bodyBuffer_t buffer(roomWithoutBody);
+    bodyWriter_t(buffer).put('\0');
+    return buffer.release();
 }
 
+// The sequence number is kept only when the text is whole: a message that there was no memory for has not been sent,
+// and takes none.
 char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
-    bodyWriter_t out(msgStruct == nullptr ? roomWithoutBody : firstRoom);
-    envelopeNumbers_t numbers = headerNumbers;
-    const std::size_t lengthPosition = beginEnvelope(out, id, numbers);
+    bodyBuffer_t buffer(msgStruct == nullptr ? roomWithoutBody : firstRoom);
+    bodyWriter_t out(buffer);
+    takenNumber_t sequenceNumber;
+    const std::size_t lengthPosition = beginEnvelope(out, {id, headerNumbers.echoTag, sequenceNumber.value()});
     if (msgStruct != nullptr) {
         const std::size_t bodyStart = out.size();
-        row->conversion->print(msgStruct, out);
+        out = row->conversion->print(msgStruct, out);
         out.room(bodyStart < roomBehindBody ? roomBehindBody - bodyStart : 1);
     }
     endEnvelope(out, lengthPosition);
-    headerNumbers = numbers;
-    return out.release();
+    sequenceNumber.keep();
+    return buffer.release();
 }
 
 } // namespace
 
+// No exception leaves the four calls: hosts may be in C, or built by another compiler. Only memory can run out below
+// them.
 extern "C" {
 
 std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **msgStruct) try {
     if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
         return failure;
     std::string_view body;
-    if (text != nullptr) {
-        // What is wrong with an envelope is no failure: what could be read counts.
-        headerNumbers.id = *msgId;
-        readEnvelope(text, headerNumbers, body);
-        *msgId = headerNumbers.id;
-    }
+    if (text != nullptr)
+        readEnvelope(text, *msgId, body);
     const catalogueRow_t *row = findInCatalogue(*msgId);
     if (row == nullptr)
         return refuseReading(*msgId);
@@ -94,6 +96,7 @@ std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **te
         *text = writeMessage(msgId, row, msgStruct);
         return 0;
     }
+    // A structure for an id that has none: the caller gets a text to release, also when the id is refused.
     *text = emptyText();
     return row != nullptr && row->write == service_t::nothing ? 0 : refuseId("vekValToStr: Invalid msg ID = ", msgId);
 } catch (const std::bad_alloc &) {
@@ -110,6 +113,8 @@ std::int32_t VEK_CALL vekParamsDeleteStruct(std::int32_t msgId, void **msgStruct
     const catalogueRow_t *row = findInCatalogue(msgId);
     if (row == nullptr || row->release == service_t::refused)
         return refuseReading(msgId);
+    // Where nothing is released the pointer is taken from the caller all the same; where it is, the pointer stays as it
+    // is.
     if (row->release == service_t::nothing)
         *msgStruct = nullptr;
     else if (*msgStruct != nullptr)

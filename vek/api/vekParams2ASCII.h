@@ -5,7 +5,8 @@
  * own allocator; give structures back with vekParamsDeleteStruct and texts with vekParamsDelete, never with free() or
  * delete of your own. What you pass in stays yours.
  *
- * Threads: none of the calls may run at the same time as another, since they share the two header numbers of messages.
+ * Threads: the calls may run at the same time on different structures and texts. A structure is one thread's at a time.
+ * The header numbers of messages are those of the process: each message written has a sequence number of its own.
  *
  * Results: 0 is success, -1 failure. A message id that a call does not take is also reported as one line on standard
  * output. Damaged text is no failure: it converts as far as it can be read, the rest of the structure is zero or empty.
@@ -16,6 +17,7 @@
 #ifndef VEK_PARAMS_2_ASCII_H
 #define VEK_PARAMS_2_ASCII_H
 
+#include "vek/api/version.h"
 #include "vek/records/messages.h"
 
 #include <stdint.h>

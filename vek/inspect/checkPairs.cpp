@@ -88,6 +88,9 @@ void checker_t::checkBalance(const node_t &node) {
 void checker_t::checkPair(const node_t &parent, const node_t &node) {
     if (!checkUse(parent, node) || isDone())
         return;
+    const bool isLast = tree_.indexOf(node) + 1 == parent.firstChild + parent.childCount;
+    if (!isLast && isDecimalComma(parent, (&node)[1]))
+        return; // which is told there
     const bool isTold = checkSpelling(node);
     if (!node.isBody && node.use == pairUse_t::assigned && !isTold)
         checkScalar(node);
@@ -101,6 +104,8 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
     case pairUse_t::assigned:
         return true;
     case pairUse_t::empty:
+        if (!node.lost.isEmpty())
+            return false; // which was told
         report(emptyValue, warning, node.whole, &node, [&] {
             return findingWords_t{
                 node.hasKey ? joined({tree_.key(node), " has no value"}) : "an element without a value",
@@ -165,18 +170,23 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
 }
 
 // "3,5": the comma ends the value, and the rest is a value of its own.
-bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
-    const std::uint32_t index = tree_.indexOf(node) - parent.firstChild;
-    if (index == 0 || !node.hasValue || node.isQuoted || node.value.isEmpty() || !isDigit(tree_.value(node).front()))
+bool checker_t::isDecimalComma(const node_t &parent, const node_t &node) const {
+    if (node.use != pairUse_t::noKey || tree_.indexOf(node) == parent.firstChild || node.isQuoted ||
+        node.value.isEmpty() || !isDigit(tree_.value(node).front()))
         return false;
     const node_t &before = (&node)[-1];
     const bool isNumber = before.field != nullptr && before.use == pairUse_t::assigned && !before.isBody &&
                           (before.field->kind == fieldKind_t::float64 || before.field->kind == fieldKind_t::float32 ||
                            before.field->kind == fieldKind_t::pixels || before.field->kind == fieldKind_t::integer32 ||
                            before.field->kind == fieldKind_t::integer16);
-    if (!isNumber || before.value.isEmpty() || before.value.end + 1 != node.value.start ||
-        tree_.text()[before.value.end] != ',' || !isDigit(tree_.value(before).back()))
+    return isNumber && !before.value.isEmpty() && before.value.end + 1 == node.value.start &&
+           tree_.text()[before.value.end] == ',' && isDigit(tree_.value(before).back());
+}
+
+bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
+    if (!isDecimalComma(parent, node))
         return false;
+    const node_t &before = (&node)[-1];
     report(decimalComma, error, {before.value.start, node.value.end}, &before, [&] {
         return findingWords_t{joined({tree_.value(before), ",", tree_.value(node), " has a comma for its point"}),
                               joined({"a host reads ", tree_.value(before)}),

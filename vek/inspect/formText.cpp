@@ -12,7 +12,8 @@ formResult_t messageOf(const formText_t &form, void (*write)(std::string &out, c
         return {{}, form.error, form.offset};
     if (form.text) {
         std::string again;
-        write(again, tree_t(*form.text));
+        const std::string whole = *form.text + '\0'; // a tree leaves one NUL out
+        write(again, tree_t(whole));
         if (read(again) == form)
             return {*form.text, {}, 0};
     }

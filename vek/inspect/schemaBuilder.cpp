@@ -71,9 +71,8 @@ void setDefault(fieldSchema_t &field, const textField_t &described, const fieldD
     } else if (isZero && description.list == listKind_t::array) {
         field.defaultKind = defaultKind_t::zero;
     } else {
-        bodyWriter_t text(64);
-        described.toText(text);
-        field.defaultText = text.text();
+        bodyBuffer_t buffer(64);
+        field.defaultText = described.toText(bodyWriter_t(buffer)).text();
         field.defaultKind = field.defaultText.empty() ? defaultKind_t::empty : defaultKind_t::value;
     }
 }

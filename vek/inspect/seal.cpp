@@ -9,15 +9,13 @@ namespace vek::inspect {
 
 namespace {
 
-// The library's writer counts the sequence number up.
+// `writeBody` takes the place behind the envelope's head, and returns the one behind the body.
 template <class WriteBody>
-std::string withEnvelope(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceNumber, WriteBody writeBody) {
-    bodyWriter_t out(1024);
-    envelopeNumbers_t numbers;
-    numbers.echoTag = echoTag;
-    numbers.sequenceNumber = static_cast<std::int32_t>(static_cast<std::uint32_t>(sequenceNumber) - std::uint32_t{1});
-    const std::size_t length = beginEnvelope(out, id, numbers);
-    writeBody(out);
+std::string withEnvelope(const envelopeNumbers_t &numbers, WriteBody writeBody) {
+    bodyBuffer_t buffer(1024);
+    bodyWriter_t out(buffer);
+    const std::size_t length = beginEnvelope(out, numbers);
+    out = writeBody(out);
     endEnvelope(out, length);
     return std::string(withoutNul(out.text()));
 }
@@ -78,7 +76,10 @@ formResult_t readForm(std::string_view text, form_t form) {
 } // namespace
 
 std::string sealed(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceNumber, std::string_view body) {
-    return withEnvelope(id, echoTag, sequenceNumber, [body](bodyWriter_t &out) { out.put(body); });
+    return withEnvelope({id, echoTag, sequenceNumber}, [body](bodyWriter_t out) {
+        out.put(body);
+        return out;
+    });
 }
 
 formResult_t seal(std::string_view text, const sealOptions_t &options) {
@@ -100,10 +101,8 @@ namespace {
 // A structure and who releases it.
 using structure_t = std::unique_ptr<void, void (*)(void *)>;
 
-std::string written(std::int32_t id, const envelopeNumbers_t &numbers, const conversion_t &conversion,
-                    const structure_t &structure) {
-    return withEnvelope(id, numbers.echoTag, numbers.sequenceNumber,
-                        [&](bodyWriter_t &out) { conversion.print(structure.get(), out); });
+std::string written(const envelopeNumbers_t &numbers, const conversion_t &conversion, const structure_t &structure) {
+    return withEnvelope(numbers, [&](bodyWriter_t out) { return conversion.print(structure.get(), out); });
 }
 
 } // namespace
@@ -113,7 +112,7 @@ std::optional<std::string> newMessage(std::int32_t id, std::int32_t echoTag, std
     if (message == nullptr || message->conversion == nullptr)
         return {};
     const structure_t structure(message->conversion->create(), message->conversion->destroy);
-    return written(id, {id, echoTag, sequenceNumber}, *message->conversion, structure);
+    return written({id, echoTag, sequenceNumber}, *message->conversion, structure);
 }
 
 std::optional<std::string> asRead(const tree_t &tree) {
@@ -125,7 +124,7 @@ std::optional<std::string> asRead(const tree_t &tree) {
     readEnvelope(tree.text().substr(0, tree.text().find('\0')), numbers, body);
     const structure_t structure(message->conversion->create(), message->conversion->destroy);
     message->conversion->parse(structure.get(), body);
-    return written(message->id, numbers, *message->conversion, structure);
+    return written({message->id, numbers.echoTag, numbers.sequenceNumber}, *message->conversion, structure);
 }
 
 } // namespace vek::inspect

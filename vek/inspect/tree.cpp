@@ -11,7 +11,7 @@ namespace vek::inspect {
 
 void tree_t::read(std::string_view text) {
     text_ = withoutNul(text);
-    envelope_ = takeEnvelopeApart(text_);
+    envelope_ = takeEnvelopeApart(text);
     message_ = envelope_.id.isThere ? schema().find(envelope_.id.value) : nullptr;
     treeBuilder_t(*this).build();
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "vek/records/messageBase.hpp"
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 #include "vek/text/growableList.hpp"
 #include "vek/text/valueRange.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
@@ -24,6 +24,8 @@ public:
     string_t deviceSerialNum;
     valueRange_t resolution;
     std::int32_t extra = 0; ///< has no key, no conversion changes it
+
+    bool operator==(const DeviceId &) const = default;
 
 protected:
     explicit DeviceId(vekMessageId id) : MessageBase(id) {}
@@ -47,6 +49,8 @@ public:
     valueRange_t resMotor;
     valueRange_t ddbDelay;
 
+    bool operator==(const DeviceInfo &) const = default;
+
 protected:
     explicit DeviceInfo(vekMessageId id) : DeviceId(id) {
         for (valueRange_t *range : {&spinnerSpeed, &laserInt, &focusValue}) {
@@ -67,6 +71,8 @@ struct Version : MessageBase {
 
     double version = 0.0;
     std::int32_t hwVersion = 0;
+
+    bool operator==(const Version &) const = default;
 };
 
 /// 4117
@@ -74,6 +80,8 @@ struct ByteId : MessageBase {
     ByteId() : MessageBase(VEK_MSG_BYTE_ID) {}
 
     std::uint8_t id = 0; ///< a flag, 0 or 1
+
+    bool operator==(const ByteId &) const = default;
 };
 
 /// 4118
@@ -81,6 +89,8 @@ struct DeviceState : MessageBase {
     DeviceState() : MessageBase(VEK_MSG_DEVICE_STATE) {}
 
     std::int32_t deviceState = 0;
+
+    bool operator==(const DeviceState &) const = default;
 };
 
 /// 4119
@@ -88,6 +98,8 @@ struct DataPathPort : MessageBase {
     DataPathPort() : MessageBase(VEK_MSG_DATA_PATH_PORT) {}
 
     growableList_t<std::int16_t> dataPathPort;
+
+    bool operator==(const DataPathPort &) const = default;
 };
 
 /// 4132
@@ -96,6 +108,8 @@ struct NarrowMode : MessageBase {
 
     std::uint8_t narrowMode = 0; ///< 0 or 1
     std::int32_t jobId = 0;
+
+    bool operator==(const NarrowMode &) const = default;
 };
 
 /// 4135
@@ -103,6 +117,8 @@ struct SupportDataPorts : MessageBase {
     SupportDataPorts() : MessageBase(VEK_MSG_SUPPORT_DATA_PORTS) {}
 
     std::int32_t supportDataPortsId = 0;
+
+    bool operator==(const SupportDataPorts &) const = default;
 };
 
 } // namespace vek

@@ -128,9 +128,8 @@ public:
     placedTextField_t(textGroup_t &group, std::string_view key, char *start, std::size_t size, std::size_t room)
         : textField_t(group, key), start_(start), size_(size), room_(room) {}
 
-    void toText(bodyWriter_t &out) const override {
-        if (isSet != 0)
-            writeText(start_, room_, out);
+    bodyWriter_t toText(bodyWriter_t out) const override {
+        return isSet != 0 ? writeText(start_, room_, room_, out) : out;
     }
     void fromText(std::string_view text) override {
         text_ = text;
@@ -171,6 +170,7 @@ struct imageTopLeft_t : record_t<ImageTopLeft> {
     /// Hosts rely on a long name running on into the separation, and on the separation then being written over it;
     /// so both are placed after the parse, in this order, whatever order the text has them in.
     void assignPairs(bodyScanner_t &pairs) override;
+    bodyCursor_t readBraced(bodyCursor_t) override { return {}; } // by assignPairs alone
 };
 
 void placedTextField_t::describe(fieldDescription_t &description) const {

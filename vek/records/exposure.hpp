@@ -3,7 +3,7 @@
 #pragma once
 
 #include "vek/records/messageBase.hpp"
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <cstdint>
@@ -24,6 +24,8 @@ struct ExposeResolution : MessageBase {
     double spinnerSpeed = 0.0;
     std::int16_t laserIntensity = 0; ///< 16 bits here, 32 in ExposeParams
     double exposeMhz = 0.0;
+
+    bool operator==(const ExposeResolution &) const = default;
 };
 
 /// 4131. Four numbers, height first, and no sizes.
@@ -34,6 +36,8 @@ struct CylinderSize : MessageBase {
     double cylinderSizeMaxW = 0.0;
     double cylinderSizeMinH = 0.0;
     double cylinderSizeMinW = 0.0;
+
+    bool operator==(const CylinderSize &) const = default;
 };
 
 /// 4188. Has a virtual destructor but, unlike the others, no kind word.
@@ -48,6 +52,8 @@ public:
     string_t scrUnitType;
     string_t deviceType;
     string_t exposeType;
+
+    bool operator==(const BitmapType &) const = default;
 };
 
 } // namespace vek

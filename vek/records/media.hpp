@@ -3,7 +3,7 @@
 
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -27,6 +27,8 @@ struct Media : MessageBase {
     string_t sepName;
     Size size{};
     Size exposeSize{};
+
+    bool operator==(const Media &) const = default;
 };
 
 /// 4100
@@ -44,11 +46,13 @@ struct Cassette : MessageBase {
     std::int32_t numAvailablePunchSys = 0; ///< at most so many names are written
     growableList_t<string_t> punchSysName;
     Media media;
+
+    bool operator==(const Cassette &) const = default;
 };
 
 /// 4101
-struct CassetteArray : Container<Cassette> {
-    CassetteArray() : Container(VEK_MSG_CASSETTE_ARRAY) {}
+struct CassetteArray : MessageContainer<Cassette, VEK_MSG_CASSETTE_ARRAY> {
+    using MessageContainer::MessageContainer;
 };
 
 /// 4103
@@ -58,6 +62,8 @@ struct MediaOutput : MessageBase {
     double maxOutput = 0.0;
     double outContent = 0.0;
     std::int32_t outputType = 1; ///< transport
+
+    bool operator==(const MediaOutput &) const = default;
 };
 
 /// 4112
@@ -66,6 +72,8 @@ struct FocusValue : MessageBase {
 
     string_t mediaName;
     double focusValue = 0.0;
+
+    bool operator==(const FocusValue &) const = default;
 };
 
 /// 4114, and an item of MediaGroupArray
@@ -76,13 +84,17 @@ struct MediaGroup : MessageBase {
     std::int32_t isInstalled = 0;
     std::int32_t iCount = 0; ///< a plain value; the list counts itself
     growableList_t<string_t> mediaGroup;
+
+    bool operator==(const MediaGroup &) const = default;
 };
 
 /// 4115
-struct MediaGroupArray : Container<MediaGroup> {
-    MediaGroupArray() : Container(VEK_MSG_MEDIA_GROUP_ARRAY) {}
+struct MediaGroupArray : MessageContainer<MediaGroup, VEK_MSG_MEDIA_GROUP_ARRAY> {
+    using MessageContainer::MessageContainer;
 
     std::int32_t groupCount = 0; ///< a plain value; the container counts itself
+
+    bool operator==(const MediaGroupArray &) const = default;
 };
 
 /// An item of MediaArray
@@ -90,18 +102,22 @@ struct DeviceMedia : MessageBase {
     string_t deviceMediaName;
     growableList_t<string_t> colorArray;
     std::int32_t sizeArray = 0; ///< a plain value; the list counts itself
+
+    bool operator==(const DeviceMedia &) const = default;
 };
 
 /// 4116
-struct MediaArray : Container<DeviceMedia> {
-    MediaArray() : Container(VEK_MSG_MEDIA_ARRAY) {}
+struct MediaArray : MessageContainer<DeviceMedia, VEK_MSG_MEDIA_ARRAY> {
+    using MessageContainer::MessageContainer;
 
     std::int32_t sizeArray = 0; ///< a plain value; the container counts itself
+
+    bool operator==(const MediaArray &) const = default;
 };
 
 /// 4130
-struct DeviceMediaNameArray : Container<string_t> {
-    DeviceMediaNameArray() : Container(VEK_MSG_DEVICE_MEDIA_NAME_ARRAY) {}
+struct DeviceMediaNameArray : MessageContainer<string_t, VEK_MSG_DEVICE_MEDIA_NAME_ARRAY> {
+    using MessageContainer::MessageContainer;
 };
 
 } // namespace vek

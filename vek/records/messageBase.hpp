@@ -4,7 +4,7 @@
 // empty when the key is absent; only members that no key stands for keep their defaults.
 #pragma once
 
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 
 #include <cstdint>
 
@@ -17,6 +17,9 @@ public:
     MessageBase(const MessageBase &) = default;
     MessageBase &operator=(const MessageBase &) = default;
     virtual ~MessageBase() = default;
+
+    /// Structures are equal when they are of the same kind and their members are equal.
+    bool operator==(const MessageBase &) const = default;
 
     /// The message id less 4096; -1 in a structure that is no message of its own.
     std::int32_t kind = -1;

@@ -3,7 +3,7 @@
 
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -27,11 +27,13 @@ struct PunchSystem : MessageBase {
     std::int32_t numOfUnits = 0; ///< at most so many locations of each list are written
     growableList_t<double> wUnitLocation;
     growableList_t<double> hUnitLocation;
+
+    bool operator==(const PunchSystem &) const = default;
 };
 
 /// 4102
-struct PunchArray : Container<PunchSystem> {
-    PunchArray() : Container(VEK_MSG_PUNCH_ARRAY) {}
+struct PunchArray : MessageContainer<PunchSystem, VEK_MSG_PUNCH_ARRAY> {
+    using MessageContainer::MessageContainer;
 };
 
 } // namespace vek

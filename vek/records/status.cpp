@@ -40,7 +40,7 @@ struct ownedTextCodec_t {
     using value_t = char *;
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { read({}, value); }
-    static void write(const char *value, bodyWriter_t &out);
+    static bodyWriter_t write(const char *value, bodyWriter_t out);
     static void read(std::string_view text, value_t &value); ///< throws std::bad_alloc
     static void release(value_t &value);
 };
@@ -56,9 +56,9 @@ struct info_t : record_t<Info> {
     static void releaseMembers(Info &structure) { ownedTextCodec_t::release(structure.info); }
 };
 
-void ownedTextCodec_t::write(const char *value, bodyWriter_t &out) {
-    if (value != nullptr)
-        writeText(value, std::strlen(value), out);
+bodyWriter_t ownedTextCodec_t::write(const char *value, bodyWriter_t out) {
+    const std::size_t length = value != nullptr ? std::strlen(value) : 0;
+    return length > 0 ? writeText(value, length, length, out) : out;
 }
 
 void ownedTextCodec_t::read(std::string_view text, value_t &value) {

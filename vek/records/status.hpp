@@ -1,7 +1,7 @@
 // Message structures of status reports: plain ones, by their C++ names.
 #pragma once
 
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 
 namespace vek {
 

@@ -3,7 +3,7 @@
 
 #include "vek/records/container.hpp"
 #include "vek/records/messageBase.hpp"
-#include "vek/records/messages.h"
+#include "vek/records/messages.hpp"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -22,6 +22,8 @@ struct ResIntEntry : MessageBase {
     float defInt = 0.0F;
     float defSpeed = 0.0F;
     std::uint8_t deletable = 0; ///< 0 or 1
+
+    bool operator==(const ResIntEntry &) const = default;
 };
 
 /// 4105
@@ -38,6 +40,8 @@ struct ResIntTable : MessageBase {
     std::int32_t numEntries = 0; ///< at most so many entries are written
     growableList_t<ResIntEntry> resIntTable;
     std::int32_t genNumOfTables = 0;
+
+    bool operator==(const ResIntTable &) const = default;
 };
 
 /// 4106, and an item of ResIntArray
@@ -46,33 +50,39 @@ struct TableRef : MessageBase {
 
     std::int32_t num = 0;
     string_t name;
+
+    bool operator==(const TableRef &) const = default;
 };
 
 /// 4107
-struct ResIntArray : Container<TableRef> {
-    ResIntArray() : Container(VEK_MSG_RES_INT_ARRAY) {}
+struct ResIntArray : MessageContainer<TableRef, VEK_MSG_RES_INT_ARRAY> {
+    using MessageContainer::MessageContainer;
 };
 
 /// An item of DelayValueTable: the data delay of one resolution
 struct DelayValue : MessageBase {
     float resolution = 0.0F;
     float delayValMic = 0.0F; ///< microseconds
+
+    bool operator==(const DelayValue &) const = default;
 };
 
 /// 4110
-struct DelayValueTable : Container<DelayValue> {
-    DelayValueTable() : Container(VEK_MSG_DELAY_VALUE_TABLE) {}
+struct DelayValueTable : MessageContainer<DelayValue, VEK_MSG_DELAY_VALUE_TABLE> {
+    using MessageContainer::MessageContainer;
 };
 
 /// An item of ResMotorTable: the resolution motor's setting for one resolution
 struct ResMotorEntry : MessageBase {
     float res = 0.0F;
     float resMotor = 0.0F;
+
+    bool operator==(const ResMotorEntry &) const = default;
 };
 
 /// 4111
-struct ResMotorTable : Container<ResMotorEntry> {
-    ResMotorTable() : Container(VEK_MSG_RES_MOTOR_TABLE) {}
+struct ResMotorTable : MessageContainer<ResMotorEntry, VEK_MSG_RES_MOTOR_TABLE> {
+    using MessageContainer::MessageContainer;
 };
 
 /// 4113
@@ -85,6 +95,8 @@ struct ResIntSpeed : MessageBase {
     double resolution = 0.0;
     double intensity = 0.0;
     double spiralSpeed = 0.0;
+
+    bool operator==(const ResIntSpeed &) const = default;
 };
 
 } // namespace vek

@@ -7,8 +7,9 @@ namespace vek {
 
 namespace {
 
-// The end of the braced text that starts at `at`, or null when its closing brace is missing. Runs over every level of
-// nesting once, so it looks at 16 characters at a time.
+// The end of the braced text that starts at `at`, or null when its closing brace is missing. Quotes hide no braces from
+// the count: texts carry them as codes instead. Runs over every level of nesting once, so it looks at 16 characters at
+// a time.
 const char *findBracedEnd(const char *at, const char *end) {
     std::size_t depth = 0;
 #ifdef __SSE2__
@@ -16,7 +17,7 @@ const char *findBracedEnd(const char *at, const char *end) {
         const characterBlock_t block(at);
         const unsigned opens = block.equal(openBrace);
         for (unsigned braces = opens | block.equal(closeBrace); braces != 0; braces &= braces - 1) {
-            if ((opens & braces & (0U - braces)) != 0)
+            if ((opens & braces & (0U - braces)) != 0) // the lowest brace is an opening one
                 ++depth;
             else if (--depth == 0)
                 return at + std::countr_zero(braces) + 1;
@@ -34,6 +35,7 @@ const char *findBracedEnd(const char *at, const char *end) {
 
 } // namespace
 
+// Without its closing brace a nested body could end anywhere, so none of it counts, nor of what follows.
 std::string_view bodyTokenizer_t::bracedToken() {
     const char *const start = at_;
     const char *const behind = findBracedEnd(at_, end_);
@@ -41,6 +43,8 @@ std::string_view bodyTokenizer_t::bracedToken() {
     return behind != nullptr ? std::string_view(start, static_cast<std::size_t>(behind - start)) : noToken;
 }
 
+// There is no way to write a quote inside quotes. An open quoted text is taken as far as it goes, and an empty one is a
+// token all the same: its view is empty, but not null as noToken is.
 std::string_view bodyTokenizer_t::quotedToken() {
     const char *const start = at_ + 1;
     const auto *quote = static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));

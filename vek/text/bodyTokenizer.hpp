@@ -7,6 +7,7 @@
 
 #include "vek/text/characterBlock.hpp"
 #include "vek/text/characters.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <bit>
 #include <cstddef>
@@ -52,7 +53,7 @@ public:
     /// a plain token.
     bool skipKey(std::string_view key) {
         if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] ||
-            std::string_view(at_, key.size()) != key)
+            !areSame(at_, key.data(), key.size()))
             return false;
         at_ += key.size() + 1;
         delimiter();

@@ -1,8 +1,12 @@
-// bodyWriter_t: the growing output buffer that fields and groups write themselves into.
+// bodyBuffer_t and bodyWriter_t: the growing output buffer of a message, and the place in it where fields and groups
+// write themselves.
 //
 // One buffer serves a whole message. What is written can be taken back to an earlier size, which is how a pair whose
-// value turns out empty disappears. Owns its buffer until release(). Not safe for concurrent use.
+// value turns out empty disappears. Not safe for concurrent use.
 #pragma once
+
+#include "vek/text/characters.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <cstddef>
 #include <cstdlib>
@@ -13,56 +17,77 @@
 
 namespace vek {
 
-class bodyWriter_t {
+/// Owns its storage until release().
+class bodyBuffer_t {
 public:
     /// Starts with room for `room` characters, at least 1. Throws std::bad_alloc, as every operation that grows does.
-    explicit bodyWriter_t(std::size_t room) : buffer_(static_cast<char *>(std::malloc(room))) {
-        if (buffer_ == nullptr)
+    explicit bodyBuffer_t(std::size_t room) : start_(static_cast<char *>(std::malloc(room))) {
+        if (start_ == nullptr)
             throw std::bad_alloc();
-        at_ = buffer_;
-        end_ = buffer_ + room;
+        end_ = start_ + room;
     }
-    ~bodyWriter_t() { std::free(buffer_); }
-    bodyWriter_t(const bodyWriter_t &) = delete;
-    bodyWriter_t &operator=(const bodyWriter_t &) = delete;
+    ~bodyBuffer_t() { std::free(start_); }
+    bodyBuffer_t(const bodyBuffer_t &) = delete;
+    bodyBuffer_t &operator=(const bodyBuffer_t &) = delete;
 
-    std::size_t size() const { return static_cast<std::size_t>(at_ - buffer_); }
-    std::string_view text() const { return {buffer_, size()}; }
+    /// Hands out the storage, which the caller frees with std::free; the buffer must not be used any more.
+    char *release() { return std::exchange(start_, nullptr); }
+
+private:
+    friend class bodyWriter_t;
+
+    // Makes room for `count` characters behind the first `used`, and returns where they go.
+    char *grow(std::size_t used, std::size_t count);
+
+    char *start_;
+    char *end_;
+};
+
+/// A place in a buffer, which must outlive it. Two pointers, passed by value, so that they stay in registers: whoever
+/// writes takes a place and returns the one behind, which alone counts from then on.
+class bodyWriter_t {
+public:
+    explicit bodyWriter_t(bodyBuffer_t &buffer) : at_(buffer.start_), buffer_(&buffer) {}
+
+    std::size_t size() const { return static_cast<std::size_t>(at_ - buffer_->start_); }
+    std::string_view text() const { return {buffer_->start_, size()}; }
 
     /// Drops everything behind the first `size` characters.
-    void rewind(std::size_t size) { at_ = buffer_ + size; }
+    void rewind(std::size_t size) { at_ = buffer_->start_ + size; }
 
     /// A place for at least `count` characters; advance() says how many were written there.
     char *room(std::size_t count) {
-        if (static_cast<std::size_t>(end_ - at_) < count)
-            grow(count);
+        if (static_cast<std::size_t>(buffer_->end_ - at_) < count)
+            at_ = buffer_->grow(size(), count);
         return at_;
     }
-    void advance(const char *end) { at_ = buffer_ + (end - buffer_); }
+    void advance(char *end) { at_ = end; }
 
     void put(char c) {
         *room(1) = c;
         ++at_;
     }
     void put(std::string_view text) {
-        std::memcpy(room(text.size()), text.data(), text.size());
+        copyShort(text.data(), text.size(), room(text.size()));
         at_ += text.size();
+    }
+
+    /// Appends a key and a "=".
+    void putKey(std::string_view key) {
+        char *const to = room(key.size() + 1);
+        copyShort(key.data(), key.size(), to);
+        to[key.size()] = separators[0];
+        at_ = to + key.size() + 1;
     }
 
     /// Replaces characters that were already written.
     void patch(std::size_t position, std::string_view text) {
-        std::memcpy(buffer_ + position, text.data(), text.size());
+        std::memcpy(buffer_->start_ + position, text.data(), text.size());
     }
 
-    /// Hands out the buffer, which the caller frees with std::free; the writer must not be used any more.
-    char *release() { return std::exchange(buffer_, nullptr); }
-
 private:
-    void grow(std::size_t count);
-
-    char *buffer_;
     char *at_;
-    char *end_;
+    bodyBuffer_t *buffer_;
 };
 
 } // namespace vek

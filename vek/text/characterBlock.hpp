@@ -28,7 +28,21 @@ public:
         return mask(any);
     }
 
+    /// A bit for each character, from the lowest: is it a separator or a brace? (";" and "{", "=" and "}"
+    /// differ in the same one bit.)
+    unsigned structural() const { return mask(structuralBytes()); }
+    /// The same for `c` too.
+    unsigned structuralOr(char c) const { return mask(_mm_or_si128(structuralBytes(), equalBytes(c))); }
+
+    void copyTo(char *to) const { _mm_storeu_si128(reinterpret_cast<__m128i *>(to), block_); }
+
 private:
+    __m128i structuralBytes() const {
+        const __m128i folded = _mm_or_si128(block_, _mm_set1_epi8('{' ^ ';'));
+        return _mm_or_si128(
+            _mm_or_si128(_mm_cmpeq_epi8(folded, _mm_set1_epi8('{')), _mm_cmpeq_epi8(folded, _mm_set1_epi8('}'))),
+            equalBytes(','));
+    }
     __m128i equalBytes(char c) const { return _mm_cmpeq_epi8(block_, _mm_set1_epi8(c)); }
     static unsigned mask(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
 

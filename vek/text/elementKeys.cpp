@@ -7,6 +7,8 @@
 
 namespace vek {
 
+// Only the spelling that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several. The
+// count is that of the pairs, so no key can make a list longer than the text that it comes from.
 std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::int32_t count) {
     if (key.substr(0, listKey.size()) != listKey)
         return -1;
@@ -28,6 +30,7 @@ std::int32_t countPairs(bodyScanner_t pairs) {
     return count;
 }
 
+// Looks only as far as the first "=".
 bool isPositional(bodyScanner_t pairs) {
     textPair_t pair;
     while (!pairs.isKeyed() && pairs.next(pair)) {
@@ -35,6 +38,8 @@ bool isPositional(bodyScanner_t pairs) {
     return !pairs.isKeyed();
 }
 
+// One walk over the pairs, which name their elements. Asking for each element's key in turn would walk them all for
+// each, which is quadratic in a text that may come from anywhere. Not a template, so that all kinds of lists share it.
 void assignByElementKey(bodyScanner_t pairs, const listKey_t &list, std::int32_t count,
                         void (*assign)(void *context, std::int32_t index, std::string_view value), void *context) {
     std::string listKey(list.key);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vek/text/textField.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <array>
 #include <cstddef>
@@ -16,15 +17,20 @@ public:
     /// `title` says in words what the enumeration is.
     template <std::size_t Count>
     constexpr explicit enumNames_t(const std::array<const char *, Count> &names, std::string_view title = {})
-        : names_(names.data()), count_(static_cast<std::int32_t>(Count)), title_(title) {}
+        : names_(names.data()), count_(static_cast<std::int32_t>(Count)), title_(title) {
+        static_assert(Count <= mostNames);
+        for (std::size_t value = 0; value < Count; ++value)
+            lengths_[value] = static_cast<std::uint8_t>(std::string_view(names[value]).size());
+    }
 
     /// The name of `value`; empty when the table has none.
-    std::string_view nameOf(std::int32_t value) const { return value >= 0 && value < count_ ? names_[value] : ""; }
+    std::string_view nameOf(std::int32_t value) const { return value >= 0 && value < count_ ? name(value) : ""; }
 
     /// The value of a name, letter case counting; -1 when the table lacks it.
     std::int32_t valueOf(std::string_view name) const {
         for (std::int32_t value = 0; value < count_; ++value)
-            if (name == names_[value])
+            if (name.size() == lengths_[static_cast<std::size_t>(value)] &&
+                areSame(name.data(), names_[value], name.size()))
                 return value;
         return -1;
     }
@@ -37,9 +43,16 @@ public:
     }
 
 private:
+    static constexpr std::size_t mostNames = 16;
+
+    std::string_view name(std::int32_t value) const {
+        return {names_[value], lengths_[static_cast<std::size_t>(value)]};
+    }
+
     const char *const *names_;
     std::int32_t count_;
     std::string_view title_;
+    std::uint8_t lengths_[mostNames] = {};
 };
 
 /// A value without a name prints nothing. An unknown name leaves the value and the flag as they are.
@@ -47,9 +60,10 @@ private:
 template <class Holder>
 class basicEnumField_t : public textField_t {
 public:
-    void toText(bodyWriter_t &out) const override {
+    bodyWriter_t toText(bodyWriter_t out) const override {
         if (isSet != 0)
             out.put(names_->nameOf(value_));
+        return out;
     }
 
     void fromText(std::string_view text) override {
@@ -73,8 +87,7 @@ protected:
 };
 
 /// Bound to a member of a message structure.
-class enumField_t : public basicEnumField_t<std::int32_t &> {
-public:
+struct enumField_t : basicEnumField_t<std::int32_t &> {
     enumField_t(textGroup_t &group, std::string_view key, std::int32_t &value, const enumNames_t &names)
         : basicEnumField_t(group, key, value, names) {
         if (group.pass() == pass_t::parse)
@@ -83,8 +96,7 @@ public:
 };
 
 /// Keeps its value and stands for it. Assigning a value sets the field.
-class ownEnumField_t : public basicEnumField_t<std::int32_t> {
-public:
+struct ownEnumField_t : basicEnumField_t<std::int32_t> {
     ownEnumField_t(textGroup_t &group, std::string_view key, const enumNames_t &names)
         : basicEnumField_t(group, key, 0, names) {}
 
@@ -94,6 +106,12 @@ public:
         return *this;
     }
     ownEnumField_t &operator=(const ownEnumField_t &other) { return *this = other.value(); }
+
+    /// Takes over the value, and whether it is set.
+    void copyFrom(const ownEnumField_t &other) {
+        value_ = other.value_;
+        isSet = other.isSet;
+    }
 
     std::int32_t value() const { return value_; }
     operator std::int32_t() const { return value_; }

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 namespace vek {
 
@@ -28,20 +29,24 @@ public:
     fieldArray_t(textGroup_t &parent, std::string_view key, Arguments &...arguments)
         : textGroup_t(parent, key, layout_t::positional), elements_(parent.pass(), arguments...) {}
 
-    void collectPairs(bodyWriter_t &out) const override {
+    bodyWriter_t collectPairs(bodyWriter_t out) const override {
         const std::int32_t printed = elements_.printed();
         for (std::int32_t i = 0; i < printed; ++i) {
             const std::size_t start = out.size();
-            elements_.element(i, pass_t::print).toText(out);
+            out = elements_.element(i, pass_t::print).toText(out);
             if (out.size() != start)
                 out.put(separators[2]);
         }
+        return out;
     }
 
     /// Element i takes the i-th value; when a "=" stands anywhere in the body, the value whose key is the list's key
     /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
     /// values are dropped.
     void assignPairs(bodyScanner_t &pairs) override {
+        // A "=" behind any value makes the whole body keyed, also the values before it. Lists have no keys when the
+        // library writes them, so the values are assigned as they are met, and a "=" drops what was made and starts
+        // over. Elements from before the parse can't be made again: for them the body is looked through first.
         const bodyScanner_t start = pairs;
         const bool isFixed = elements_.allocated() > 0;
         if (isFixed && !isPositional(start))
@@ -53,12 +58,29 @@ public:
                 elements_.clear();
                 return assignByKey(start);
             }
+            // Growing may move the values, so no element's field or record outlives its turn: it is bound to a value
+            // where that lies now. Where there is no room, append() makes none and the value is only counted.
             if (!isFixed)
                 elements_.append();
             if (found < elements_.allocated())
                 assign(found, pair.value);
         }
         found_ = found > 0 ? found : found_;
+    }
+
+    bodyCursor_t readBraced(bodyCursor_t at) override {
+        if (!at.skip(openBrace))
+            return {};
+        for (found_ = 0; !at.skip(closeBrace); ++found_) {
+            elements_.append();
+            if (found_ >= elements_.allocated())
+                return {};
+            at = readElement(elements_.element(found_, pass_t::parse), at);
+            if (at.isNowhere() || !at.skip(separators[2]))
+                return {};
+        }
+        isSet = 1;
+        return at;
     }
 
     void describe(fieldDescription_t &description) const override { elements_.describe(description); }
@@ -72,12 +94,27 @@ protected:
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
 
 private:
-    void assign(std::int32_t index, std::string_view value) {
+    template <class Element>
+    static bodyCursor_t readElement(Element &&element, bodyCursor_t at) {
+        if constexpr (std::is_base_of_v<textGroup_t, std::remove_cvref_t<Element>>) {
+            return element.readBraced(at);
+        } else {
+            const std::string_view value = at.value();
+            if (value.empty())
+                return {};
+            element.fromText(value);
+            return at;
+        }
+    }
+
+    // Once for all ways to meet a value: the element's record is made in it.
+    [[gnu::noinline]] void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())
             element.fromText(value);
     }
 
+    // Elements by key may come in any order, so all are made at once, before the first is bound.
     void assignByKey(const bodyScanner_t &start) {
         found_ = countPairs(start);
         if (elements_.allocated() == 0)

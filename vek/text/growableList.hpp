@@ -1,5 +1,8 @@
 // growableList_t: the growable array behind every list member of a message structure and behind the values of a range.
 //
+// It has the operations of a standard sequence, with iterators that are pointers, so that standard algorithms, ranges
+// and std::span take it. Positions may be of any integer type. References and iterators end when the list grows.
+//
 // It owns its elements. Its storage comes from the C heap, so a list that this library filled must be released by this
 // library (see vekParamsDeleteStruct). Not safe for concurrent use.
 //
@@ -7,9 +10,14 @@
 // with status 1; no other class of the library does that.
 #pragma once
 
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
+#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -22,8 +30,23 @@ template <class T, std::int32_t FirstCapacity = 10>
 class growableList_t {
 public:
     using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using reference = T &;
+    using const_reference = const T &;
+    using iterator = T *;
+    using const_iterator = const T *;
 
     growableList_t() = default;
+    growableList_t(std::initializer_list<T> values) : growableList_t(values.begin(), values.end()) {}
+    /// Copies of the values of a range.
+    template <std::input_iterator Iterator, std::sentinel_for<Iterator> End>
+    requires std::constructible_from<T, std::iter_reference_t<Iterator>> growableList_t(Iterator first, End last) {
+        if constexpr (std::sized_sentinel_for<End, Iterator>)
+            reserve(last - first);
+        for (; first != last; ++first)
+            add(T(*first));
+    }
     growableList_t(const growableList_t &other) { appendAll(other); }
     growableList_t(growableList_t &&other) noexcept { swap(other); }
     ~growableList_t() {
@@ -45,29 +68,48 @@ public:
     }
 
     std::int32_t count() const { return count_; }
+    size_type size() const { return static_cast<size_type>(count_); }
     std::int32_t capacity() const { return capacity_; }
     bool isEmpty() const { return count_ == 0; }
+    bool empty() const { return isEmpty(); }
+
+    /// The same values in the same order.
+    bool operator==(const growableList_t &other) const requires std::equality_comparable<T> {
+        return std::equal(begin(), end(), other.begin(), other.end());
+    }
 
     /// The element at `index`, which must be at least 0 and below count(); it is not checked.
     T &at(std::int32_t index) { return items_[index]; }
     const T &at(std::int32_t index) const { return items_[index]; }
     T &operator[](std::int32_t index) { return items_[index]; }
     const T &operator[](std::int32_t index) const { return items_[index]; }
+    T &operator[](std::integral auto index) { return items_[index]; }
+    const T &operator[](std::integral auto index) const { return items_[index]; }
+    T &front() { return items_[0]; }
+    const T &front() const { return items_[0]; }
+    T &back() { return items_[count_ - 1]; }
+    const T &back() const { return items_[count_ - 1]; }
 
+    T *data() { return items_; }
+    const T *data() const { return items_; }
     T *begin() { return items_; }
     T *end() { return items_ + count_; }
     const T *begin() const { return items_; }
     const T *end() const { return items_ + count_; }
 
-    /// Appends a copy of `value`, which may be an element of this list, and returns the new element. References to
-    /// elements end when the list grows.
-    T &add(const T &value) {
+    // Values that are given to be added may be elements of this list.
+
+    /// Appends a copy of `value`, or the value itself, and returns the new element.
+    T &add(const T &value) { return count_ < capacity_ ? append(value) : add(T(value)); }
+    T &add(T &&value) {
         if (count_ < capacity_)
-            return *new (items_ + count_++) T(value);
-        T copy(value);
+            return append(std::move(value));
+        T kept(std::move(value));
         growTo(count_ > 0 ? doubled() : FirstCapacity);
-        return *new (items_ + count_++) T(std::move(copy));
+        return append(std::move(kept));
     }
+    void push_back(const T &value) { add(value); }
+    void push_back(T &&value) { add(std::move(value)); }
 
     /// Appends a value-initialised element.
     T &add() {
@@ -76,17 +118,47 @@ public:
         return *new (items_ + count_++) T();
     }
 
+    /// Inserts a copy of the value, or of the values of a range, before `position`. Returns the first inserted element.
+    iterator insert(const_iterator position, const T &value) { return insert(position, T(value)); }
+    iterator insert(const_iterator position, T &&value) {
+        const difference_type index = position - items_;
+        add(std::move(value));
+        return rotated(index, count_ - 1);
+    }
+    iterator insert(const_iterator position, std::initializer_list<T> values) {
+        return insert(position, values.begin(), values.end());
+    }
+    template <std::input_iterator Iterator, std::sentinel_for<Iterator> End>
+    requires std::constructible_from<T, std::iter_reference_t<Iterator>> iterator insert(const_iterator position,
+                                                                                         Iterator first, End last) {
+        const difference_type index = position - items_, before = count_;
+        for (T &value : growableList_t(std::move(first), std::move(last)))
+            add(std::move(value));
+        return rotated(index, before);
+    }
+
+    /// Removes the elements from `first` to before `last`, or one. Returns the element behind them.
+    iterator erase(const_iterator first, const_iterator last) {
+        iterator const place = items_ + (first - items_);
+        if (first != last)
+            truncate(std::move(items_ + (last - items_), end(), place) - items_);
+        return place;
+    }
+    iterator erase(const_iterator position) { return erase(position, position + 1); }
+    void pop_back() { truncate(count_ - 1); }
+
     /// Makes room for `capacity` elements in all, exactly, when there is less; otherwise does nothing.
-    void reserve(std::int32_t capacity) {
-        if (capacity > capacity_)
-            growTo(capacity);
+    void reserve(std::integral auto capacity) {
+        if (const std::int32_t wanted = checked(capacity); wanted > capacity_)
+            growTo(wanted);
     }
 
     /// Drops elements from the end, or appends value-initialised ones. A negative count is taken as 0.
-    void resize(std::int32_t count) {
-        truncate(count);
-        reserve(count);
-        while (count_ < count)
+    void resize(std::integral auto count) {
+        const std::int32_t wanted = checked(count);
+        truncate(wanted);
+        reserve(wanted);
+        while (count_ < wanted)
             new (items_ + count_++) T();
     }
 
@@ -103,7 +175,26 @@ private:
     template <class>
     friend struct layoutOf; // pins where the members lie
 
-    void truncate(std::int32_t count) {
+    /// A count as lists keep it. A negative one is taken as 0.
+    static std::int32_t checked(std::integral auto count) {
+        if (std::cmp_greater(count, INT32_MAX))
+            outOfMemory();
+        return std::cmp_less(count, 0) ? 0 : static_cast<std::int32_t>(count);
+    }
+
+    /// For values while there is room.
+    template <class Value>
+    T &append(Value &&value) {
+        return *new (items_ + count_++) T(std::forward<Value>(value));
+    }
+
+    /// Moves the elements from `middle` on to `index`.
+    iterator rotated(difference_type index, difference_type middle) {
+        std::rotate(items_ + index, items_ + middle, end());
+        return items_ + index;
+    }
+
+    void truncate(std::ptrdiff_t count) {
         while (count_ > 0 && count_ > count)
             items_[--count_].~T();
     }

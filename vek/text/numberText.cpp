@@ -16,24 +16,33 @@ constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+// Decimals keep their zeros, unlike whole numbers.
 char *writeSixDigits(std::uint32_t value, char *to) {
     to = writeDigitPair(value / 10000, to);
     to = writeDigitPair(value / 100 % 100, to);
     return writeDigitPair(value % 100, to);
 }
 
-// significand / 2^shift in millionths, rounded to an integer, ties to even. The significand has at most 53 bits and the
-// shift is 9 to 63, so the product with 10^6 has at most 73 bits, held in two words, and the result fits one.
-std::uint64_t inMillionths(std::uint64_t significand, int shift) {
-    const std::uint64_t lower = (significand & UINT32_MAX) * 1000000U;
-    const std::uint64_t upper = (significand >> 32) * 1000000U + (lower >> 32);
-    const std::uint64_t product = upper << 32 | (lower & UINT32_MAX); // and above it the bits of upper >> 32
-    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
-    const std::uint64_t remainder = product & ((half << 1) - 1);
-    std::uint64_t quotient = upper >> 32 << (64 - shift) | product >> shift;
-    if (remainder > half || (remainder == half && (quotient & 1) != 0))
-        ++quotient;
-    return quotient;
+// A number below 2^44: its whole part, and the rest in millionths, rounded, ties to even.
+struct fixed_t {
+    std::uint64_t whole = 0;
+    std::uint32_t millionths = 0;
+};
+
+// significand / 2^shift. The significand has at most 53 bits and the shift is 9 to 63, so what is behind the point fits
+// one word, and its product with 10^6 has the millionths above that word and what is to be rounded in it.
+fixed_t toFixed(std::uint64_t significand, int shift) {
+    // No 128-bit type: 32-bit targets have none, and two multiplications by words cost them little more.
+    const std::uint64_t fraction = significand << (64 - shift);
+    const std::uint64_t lower = (fraction & UINT32_MAX) * 1000000U;
+    const std::uint64_t upper = (fraction >> 32) * 1000000U + (lower >> 32);
+    const std::uint64_t quotient = upper >> 32;
+    const std::uint64_t remainder = upper << 32 | (lower & UINT32_MAX);
+    // Above one half, or one half behind an odd digit. (The remainder is even: the sum doesn't wrap.)
+    constexpr std::uint64_t half = std::uint64_t{1} << 63;
+    const std::uint64_t millionths = quotient + (remainder + (quotient & 1) > half ? 1 : 0);
+    const bool isCarried = millionths == 1000000U;
+    return {(significand >> shift) + (isCarried ? 1 : 0), isCarried ? 0 : static_cast<std::uint32_t>(millionths)};
 }
 
 // A decimal number taken apart: its value is digits * 10^exponent when `isShort`.
@@ -91,6 +100,7 @@ decimal_t readAnyDecimal(const char *at, const char *end) {
     return number;
 }
 
+// Both the digits and the power of ten are doubles without rounding.
 bool isExactlyComputable(std::uint64_t digits, std::int64_t exponent) {
     return digits <= largestExactInteger && exponent >= -22 && exponent <= 22;
 }
@@ -103,6 +113,8 @@ double compute(std::uint64_t digits, std::int64_t exponent) {
                         : significand * exactPowersOfTen[static_cast<std::size_t>(exponent)];
 }
 
+// The slow way, for long numbers and those with an exponent: what one operation can't do exactly is left to from_chars.
+// That one stores nothing when the number is out of range, so the magnitude says to which side.
 double readUnsignedReal(const char *at, const char *end) {
     decimal_t number = readAnyDecimal(at, end);
     if (!number.hasDigits || number.digits == 0)
@@ -119,26 +131,87 @@ double readUnsignedReal(const char *at, const char *end) {
     return value;
 }
 
+// Eight characters as one word, the first in its lowest byte.
+std::uint64_t loadWord(const char *at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+constexpr std::uint64_t inEachByte(unsigned char value) {
+    return value * (UINT64_MAX / UINT8_MAX);
+}
+
+bool areDigits(std::uint64_t word) {
+    return (((word - inEachByte('0')) | (word + inEachByte(0x7F - '9'))) & inEachByte(0x80)) == 0;
+}
+
+// The number that eight digits are: pairs of digits, then of pairs, then of these, all at once.
+std::uint64_t readEightDigits(std::uint64_t word) {
+    constexpr std::uint64_t everySecondPair = 0x000000FF000000FFU;
+    word -= inEachByte('0');
+    word = word * 10 + (word >> 8); // the pairs, in every second byte
+    return ((word & everySecondPair) * (100 + (std::uint64_t{1000000} << 32)) +
+            (word >> 16 & everySecondPair) * (1 + (std::uint64_t{10000} << 32))) >>
+           32;
+}
+
+// Reads a real as this library writes it, "-12.500000", of 8 to 16 characters, without a loop. False when it is written
+// in another way.
+bool readSixDecimals(std::string_view text, double &value) {
+    constexpr std::size_t wordSize = 8;
+    if (std::endian::native != std::endian::little || text.size() < wordSize || text.size() > 2 * wordSize)
+        return false;
+    // A digit, the point and the decimals, "2.500000".
+    std::uint64_t last = loadWord(text.data() + text.size() - wordSize);
+    if ((last >> 8 & UINT8_MAX) != '.')
+        return false;
+    const std::uint64_t unit = last & 0xF;
+    last += std::uint64_t{'0' - '.'} << 8; // the point becomes a digit
+    // What is in front of these, behind as many zeros as make eight characters. (No shift by the whole word.)
+    const auto halfOfZeros = static_cast<int>(2 * wordSize - text.size()) * 4;
+    const auto behindZeros = [=](std::uint64_t word) { return word << halfOfZeros << halfOfZeros; };
+    std::uint64_t first = behindZeros(loadWord(text.data())) | (inEachByte('0') & ~behindZeros(UINT64_MAX));
+    const bool isNegative = text.front() == '-';
+    first += behindZeros(isNegative ? '0' - '-' : 0);
+    if (!areDigits(first) || !areDigits(last))
+        return false;
+    // The digit in front of the point stands one place too far left: 9,000,000 too much.
+    const std::uint64_t millionths = readEightDigits(first) * 10000000U + readEightDigits(last) - unit * 9000000U;
+    value = compute(millionths, -6);
+    value = isNegative ? -value : value;
+    return true;
+}
+
 } // namespace
 
+// A double is significand / 2^shift with 53 bits above, so six decimals are an integer division with a remainder that
+// tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
+// and to_chars is several times as slow.
 char *writeReal(double value, char *to) {
     const auto bits = bitsOf(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const std::uint64_t implicitBit = std::uint64_t{1} << 52;
     const int shift = 1075 - exponent;
     const bool isZero = bits << 1 == 0;
+    // The sign is taken from the bits, so that -0.0 and what rounds to it keep theirs, as "%lf" does.
     // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
     if (!isZero && (shift < 9 || shift > 63))
         return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
-    const std::uint64_t millionths = isZero ? 0 : inMillionths((bits & (implicitBit - 1)) | implicitBit, shift);
-    if (bits >> 63 != 0)
-        *to++ = '-';
-    to = writeUnsigned(millionths / 1000000U, to);
+    const fixed_t number = isZero ? fixed_t() : toFixed((bits & (implicitBit - 1)) | implicitBit, shift);
+    *to = '-';
+    to += bits >> 63;
+    to = writeUnsigned(number.whole, to);
     *to++ = '.';
-    return writeSixDigits(static_cast<std::uint32_t>(millionths % 1000000U), to);
+    return writeSixDigits(number.millionths, to);
 }
 
+// The usual number, digits with a point, is read in one go: its digits as an integer, which may wrap unseen when there
+// are more than 19, and one exact division. Anything else starts over in readUnsignedReal. The sign comes last, so that
+// "-0" is read as -0.0.
 double readReal(std::string_view text) {
+    if (double value = 0; readSixDecimals(text, value)) [[likely]]
+        return value;
     const char *const end = text.data() + text.size();
     const auto [start, isNegative] = skipToDigits(text.data(), end);
     const char *at = start;
@@ -155,7 +228,7 @@ double readReal(std::string_view text) {
         length += decimals;
     }
     const bool hasExponent = at != end && (*at == 'e' || *at == 'E');
-    if (length == 0)
+    if (length == 0) // also of "-": no digits are no number, and no negative zero
         return 0.0;
     const double value = !hasExponent && length <= 19 && isExactlyComputable(digits, -decimals)
                              ? compute(digits, -decimals)

@@ -4,6 +4,8 @@
 // Neither consults the locale or errno. Pure functions, safe for concurrent use.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
+
 #include <array>
 #include <bit>
 #include <charconv>
@@ -37,23 +39,32 @@ inline char *writeDigitPair(std::size_t value, char *to) {
     return to + 2;
 }
 
+/// Writes a number below 10000 without a branch, and without zeros in front. Four characters are stored, of which those
+/// behind the returned end count for nothing.
+inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
+    static_assert(std::endian::native == std::endian::little);
+    std::uint16_t upper = 0;
+    std::uint16_t lower = 0;
+    std::memcpy(&upper, &digitPairs[2 * (value / 100)], sizeof upper);
+    std::memcpy(&lower, &digitPairs[2 * (value % 100)], sizeof lower);
+    std::uint32_t digits = upper | std::uint32_t{lower} << 16;
+    const int zeros = (value < 10 ? 1 : 0) + (value < 100 ? 1 : 0) + (value < 1000 ? 1 : 0);
+    digits >>= 8 * zeros;
+    std::memcpy(to, &digits, sizeof digits);
+    return to + 4 - zeros;
+}
+
 /// Writes a number in decimal and returns the end of what was written. Most are short.
 template <class Unsigned>
 char *writeUnsigned(Unsigned value, char *to) {
-    if (value >= 10000)
+    if (value < 10000)
+        return writeUpToFourDigits(static_cast<std::uint32_t>(value), to);
+    if (value >= 100000000)
         return std::to_chars(to, to + std::numeric_limits<Unsigned>::digits10 + 1, value).ptr;
-    const auto pairs = static_cast<std::size_t>(value);
-    if (pairs >= 100) {
-        if (pairs >= 1000)
-            to = writeDigitPair(pairs / 100, to);
-        else
-            *to++ = static_cast<char>('0' + pairs / 100);
-        return writeDigitPair(pairs % 100, to);
-    }
-    if (pairs >= 10)
-        return writeDigitPair(pairs, to);
-    *to = static_cast<char>('0' + pairs);
-    return to + 1;
+    const auto digits = static_cast<std::uint32_t>(value);
+    to = writeUpToFourDigits(digits / 10000, to);
+    to = writeDigitPair(digits % 10000 / 100, to);
+    return writeDigitPair(digits % 100, to);
 }
 
 /// Writes `value` in decimal and returns the end of what was written. No terminator is written.
@@ -75,15 +86,6 @@ inline std::int32_t readInteger(std::string_view text);
 /// Reads optional white space, an optional sign, decimal digits with an optional point, and an optional exponent, and
 /// ignores what follows. No digits give 0.0, a value beyond the range of double an infinity.
 double readReal(std::string_view text);
-
-/// White space in front of a number, as in the C locale.
-constexpr bool isSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-constexpr bool isDigit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
-}
 
 /// A number's leading white space and sign, taken off the front of its text.
 struct numberStart_t {

@@ -1,6 +1,7 @@
 #include "vek/text/scalarFields.hpp"
 
 #include "vek/text/characterBlock.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <algorithm>
 #include <bit>
@@ -8,29 +9,64 @@
 
 namespace vek {
 
-// The text is copied first and mended in the buffer, where whole blocks may be looked at even behind its end.
-void writeText(const char *text, std::size_t size, bodyWriter_t &out) {
+// Blocks are copied whole, also what stands behind the text's end in the last one, while they are searched; from the
+// first one with a special character on it goes by characters. Nothing is decided by what stands behind the end.
+bodyWriter_t writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t out) {
     constexpr std::size_t slack = 16;
     char *const start = out.room(size + slack);
-    char *const end = start + size;
-    std::memcpy(start, text, size);
-    char *at = start;
+    std::size_t at = 0;
 #ifdef __SSE2__
-    for (; at < end; at += characterBlock_t::size) {
-        const unsigned special = characterBlock_t(at).equalAny('\0', '=', ';', ',', openBrace, closeBrace);
-        if (special != 0 && at + std::countr_zero(special) < end)
+    for (; at < size && at + characterBlock_t::size <= readable; at += characterBlock_t::size) {
+        const characterBlock_t block(text + at);
+        block.copyTo(start + at);
+        const std::size_t left = size - at;
+        const unsigned ofText = left < characterBlock_t::size ? (1U << left) - 1 : 0xFFFF;
+        if ((block.structuralOr('\0') & ofText) != 0) [[unlikely]]
             break;
     }
 #endif
-    for (; at < end && *at != '\0'; ++at)
-        *at = escaped(*at);
-    out.advance(std::min(at, end));
+    for (; at < size && text[at] != '\0'; ++at)
+        start[at] = escaped(text[at]);
+    out.advance(start + std::min(at, size));
+    return out;
 }
 
+namespace {
+
+// Whether a text has a code that stands for a character, or a NUL. By words, of which the last may overlap.
+bool hasCodes(std::string_view text) {
+    constexpr std::uint64_t ones = UINT64_MAX / UINT8_MAX;
+    constexpr std::size_t wordSize = sizeof ones;
+    if (text.size() < wordSize)
+        return std::any_of(text.begin(), text.end(), [](char c) { return c == '\0' || isEscapeCode(c); });
+    const auto codesAt = [](const char *at) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, wordSize);
+        return (word - ones * (escapedCharacters.size() + 1)) & ~word & ones * 0x80;
+    };
+    std::uint64_t found = codesAt(text.data() + text.size() - wordSize);
+    for (std::size_t at = 0; at + wordSize < text.size(); at += wordSize)
+        found |= codesAt(text.data() + at);
+    return found != 0;
+}
+
+} // namespace
+
+void readText(std::string_view text, char *to) {
+    if (!hasCodes(text)) [[likely]]
+        copyShort(text.data(), text.size(), to);
+    else
+        std::transform(text.begin(), text.end(), to, unescaped);
+}
+
+// Most texts have no code in them and are copied as they are. The others are mended in the string's own buffer, which
+// is private after the copy.
 void stringCodec_t::read(std::string_view text, value_t &value) {
-    value = string_t(text.data(), text.size());
-    if (std::none_of(text.begin(), text.end(), isEscapeCode))
+    if (!hasCodes(text)) [[likely]] {
+        value = value_t::copyOf(text);
         return;
+    }
+    value = string_t(text.data(), text.size());
     for (std::size_t i = 0; i < value.length(); ++i)
         value[static_cast<std::int32_t>(i)] = unescaped(text[i]);
 }

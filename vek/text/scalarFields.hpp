@@ -17,13 +17,20 @@
 namespace vek {
 
 /// Appends a text value, up to `size` characters or its first NUL, with the separators and braces in it as codes.
-void writeText(const char *text, std::size_t size, bodyWriter_t &out);
+/// `readable`, at least `size`, is how many characters are there to be read.
+bodyWriter_t writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t out);
+
+/// Copies a text value, with the codes in it as the characters that they stand for. No terminator is written.
+void readText(std::string_view text, char *to);
 
 struct longCodec_t {
     using value_t = std::int32_t;
     static constexpr fieldKind_t kind = fieldKind_t::integer32;
     static void clear(value_t &value) { value = 0; }
-    static void write(value_t value, bodyWriter_t &out) { out.advance(writeInteger(value, out.room(integerRoom))); }
+    static bodyWriter_t write(value_t value, bodyWriter_t out) {
+        out.advance(writeInteger(value, out.room(integerRoom)));
+        return out;
+    }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
 };
 
@@ -32,7 +39,7 @@ struct shortCodec_t {
     using value_t = std::int16_t;
     static constexpr fieldKind_t kind = fieldKind_t::integer16;
     static void clear(value_t &value) { value = 0; }
-    static void write(value_t value, bodyWriter_t &out) { longCodec_t::write(value, out); }
+    static bodyWriter_t write(value_t value, bodyWriter_t out) { return longCodec_t::write(value, out); }
     static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readInteger(text)); }
 };
 
@@ -40,7 +47,10 @@ struct doubleCodec_t {
     using value_t = double;
     static constexpr fieldKind_t kind = fieldKind_t::float64;
     static void clear(value_t &value) { value = 0.0; }
-    static void write(value_t value, bodyWriter_t &out) { out.advance(writeReal(value, out.room(realRoom))); }
+    static bodyWriter_t write(value_t value, bodyWriter_t out) {
+        out.advance(writeReal(value, out.room(realRoom)));
+        return out;
+    }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
 };
 
@@ -49,7 +59,9 @@ struct floatCodec_t {
     using value_t = float;
     static constexpr fieldKind_t kind = fieldKind_t::float32;
     static void clear(value_t &value) { value = 0.0F; }
-    static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(static_cast<double>(value), out); }
+    static bodyWriter_t write(value_t value, bodyWriter_t out) {
+        return doubleCodec_t::write(static_cast<double>(value), out);
+    }
     static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readReal(text)); }
 };
 
@@ -58,9 +70,10 @@ struct boolCodec_t {
     using value_t = std::uint8_t;
     static constexpr fieldKind_t kind = fieldKind_t::boolean;
     static void clear(value_t &value) { value = 0; }
-    static void write(value_t value, bodyWriter_t &out) {
+    static bodyWriter_t write(value_t value, bodyWriter_t out) {
         using namespace std::string_view_literals;
         out.put(value != 0 ? "TRUE"sv : "FALSE"sv);
+        return out;
     }
     static void read(std::string_view text, value_t &value) { value = text == "TRUE" ? 1 : 0; }
 };
@@ -69,7 +82,10 @@ struct stringCodec_t {
     using value_t = string_t;
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { value = value_t(); }
-    static void write(const value_t &value, bodyWriter_t &out) { writeText(value.c_str(), value.length(), out); }
+    static bodyWriter_t write(const value_t &value, bodyWriter_t out) {
+        const std::size_t length = value.length();
+        return length > 0 ? writeText(value.c_str(), length, value.capacity() + 1, out) : out;
+    }
     static void read(std::string_view text, value_t &value);
 };
 
@@ -79,16 +95,22 @@ struct fixedTextCodec_t {
     using value_t = char[Room];
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static constexpr std::int32_t room = Room;
-    static void clear(value_t &value) { std::memset(value, 0, Room); }
-    static void write(const value_t &value, bodyWriter_t &out) {
+    // The array is zero behind its text: in a fresh structure, and after everything that is done here.
+    static void clear(value_t &value) {
+        if (value[0] != '\0')
+            std::memset(value, 0, Room);
+    }
+    static bodyWriter_t write(const value_t &value, bodyWriter_t out) {
         const void *const end = std::memchr(value, '\0', Room);
-        writeText(value, end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room, out);
+        const std::size_t size =
+            end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room;
+        return writeText(value, size, Room, out);
     }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;
-        for (std::size_t i = 0; i < length; ++i)
-            value[i] = unescaped(text[i]);
-        std::memset(value + length, 0, Room - length);
+        if (value[length] != '\0') // of a longer text
+            std::memset(value + length, 0, Room - length);
+        readText(text.substr(0, length), value);
     }
 };
 
@@ -97,7 +119,7 @@ struct pixelCodec_t {
     using value_t = std::int32_t;
     static constexpr fieldKind_t kind = fieldKind_t::pixels;
     static void clear(value_t &value) { value = 0; }
-    static void write(value_t value, bodyWriter_t &out) { doubleCodec_t::write(value, out); }
+    static bodyWriter_t write(value_t value, bodyWriter_t out) { return doubleCodec_t::write(value, out); }
     static void read(std::string_view text, value_t &value) {
         const double real = readReal(text);
         value = real > -2147483649.0 && real < 2147483648.0 ? static_cast<value_t>(real) : 0;
@@ -116,10 +138,7 @@ class valueField_t : public textField_t {
 public:
     using value_t = typename Codec::value_t;
 
-    void toText(bodyWriter_t &out) const override {
-        if (isSet != 0)
-            Codec::write(value_, out);
-    }
+    bodyWriter_t toText(bodyWriter_t out) const override { return isSet != 0 ? Codec::write(value_, out) : out; }
 
     void fromText(std::string_view text) override {
         Codec::read(text, value_);
@@ -142,8 +161,7 @@ protected:
 
 /// A field bound to a member of a message structure.
 template <class Codec>
-class boundField_t : public valueField_t<Codec, typename Codec::value_t &> {
-public:
+struct boundField_t : valueField_t<Codec, typename Codec::value_t &> {
     using value_t = typename Codec::value_t;
 
     /// A member of `group`. The key's characters and the value must outlive the field.
@@ -164,8 +182,7 @@ public:
 
 /// A field that keeps its value and stands for it: it is assigned and read like one. Assigning a value sets the field.
 template <class Codec>
-class ownField_t : public valueField_t<Codec, typename Codec::value_t> {
-public:
+struct ownField_t : valueField_t<Codec, typename Codec::value_t> {
     using value_t = typename Codec::value_t;
 
     ownField_t(textGroup_t &group, std::string_view key, value_t initial = {})
@@ -177,6 +194,12 @@ public:
         return *this;
     }
     ownField_t &operator=(const ownField_t &other) { return *this = other.value(); }
+
+    /// Takes over the value, and whether it is set.
+    void copyFrom(const ownField_t &other) {
+        this->value_ = other.value_;
+        this->isSet = other.isSet;
+    }
 
     value_t value() const { return this->value_; }
     operator value_t() const { return this->value_; }

@@ -2,33 +2,45 @@
 
 namespace vek {
 
-void textGroup_t::toText(bodyWriter_t &out) const {
+// A group of which no member is set prints nothing, not even braces: its pair disappears with it, at every level. That
+// is known only when the members have been asked, so the writer goes back instead of each group being walked twice.
+bodyCursor_t textField_t::readBraced(bodyCursor_t) {
+    return {};
+}
+
+bodyWriter_t textGroup_t::toText(bodyWriter_t out) const {
     const std::size_t start = out.size();
     out.put(openBrace);
-    collectPairs(out);
+    out = collectPairs(out);
     if (out.size() == start + 1)
         out.rewind(start);
     else
         out.put(closeBrace);
+    return out;
 }
 
-void textGroup_t::collectPairs(bodyWriter_t &out) const {
+// The key is written first and taken back when no value follows: whether one does, only the member's own toText knows,
+// and a set member may print nothing too (an enumeration without a name, an empty text). In a positional body it leaves
+// no gap, so there the members behind it move up.
+bodyWriter_t textGroup_t::collectPairs(bodyWriter_t out) const {
     const bool keyed = layout_ == layout_t::keyed;
     for (const textField_t *member = first_; member != nullptr; member = member->next_) {
         const std::size_t start = out.size();
         if (keyed) {
-            out.put(member->key());
-            out.put(separators[0]);
+            out.putKey(member->key());
         }
         const std::size_t valueStart = out.size();
-        member->toText(out);
+        out = member->toText(out);
         if (out.size() == valueStart)
             out.rewind(start);
         else
             out.put(separators[keyed ? 1 : 2]);
     }
+    return out;
 }
 
+// A record that is its own structure may be read into again, and then every key counts anew; the records that are bound
+// to a structure live for one parse and are spared the walk.
 void textGroup_t::fromText(std::string_view text) {
     if (text.empty())
         return;
@@ -41,7 +53,33 @@ void textGroup_t::fromText(std::string_view text) {
     isSet = 1;
 }
 
-// As long as the keys come in member order, each pair goes straight to the member that is due.
+// Each member is due once, so whatever comes out of order, or again, ends the reading.
+bodyCursor_t textGroup_t::readBraced(bodyCursor_t at) {
+    if (!at.skip(openBrace))
+        return {};
+    for (textField_t *member = first_; member != nullptr; member = member->next_) {
+        if (!at.skipKey(member->key()))
+            continue;
+        if (at.isAt(openBrace)) {
+            at = member->readBraced(at);
+            if (at.isNowhere())
+                return {};
+        } else {
+            const std::string_view value = at.value();
+            if (value.empty())
+                return {};
+            member->fromText(value);
+        }
+        if (!at.skip(separators[1]))
+            return {};
+    }
+    isSet = 1;
+    return at.skip(closeBrace) ? at : bodyCursor_t();
+}
+
+// As long as the keys come in member order, which is how the library writes them, each pair goes straight to the member
+// that is due, without a search. A member that an earlier pair matched is never due: the first pair with a key counts.
+// A key out of order is searched for, and the order goes on behind its member.
 void textGroup_t::assignPairs(bodyScanner_t &pairs) {
     const bodyScanner_t start = pairs;
     textField_t *due = first_;
@@ -56,7 +94,9 @@ void textGroup_t::assignPairs(bodyScanner_t &pairs) {
         if (!pairs.next(pair))
             break;
         if (!pairs.isKeyed()) {
-            // Keyed or not is known only when a "=" shows up or the body ends.
+            // Keyed or not is known only when a "=" shows up or the body ends, and until then a token may be the first
+            // member's value or nothing. So nothing is assigned: a positional body is read again from its start, and of
+            // a keyed one the pairs without keys so far are no member's.
             while (!pairs.isKeyed() && pairs.next(pair)) {
             }
             if (!pairs.isKeyed()) {
@@ -64,20 +104,23 @@ void textGroup_t::assignPairs(bodyScanner_t &pairs) {
                 return assignByPosition(pairs);
             }
         }
-        if (textField_t *member = findUnmatched(pair.key, due)) {
+        if (textField_t *member = findUnmatched(pair.key, due); member != nullptr) {
             assign(*member, pair.value);
             due = member->next_;
         }
     }
 }
 
+// A pair with an empty value uses up its key: `NAME=;NAME=x;` leaves the name as it is.
 void textGroup_t::assign(textField_t &member, std::string_view value) {
     member.matched_ = true;
     if (!value.empty())
         member.fromText(value);
 }
 
-// The member with this key unless a pair with the key came before; null otherwise. `hint` is looked at first.
+// The member with this key unless a pair with the key came before; null otherwise. The search begins at `hint` and goes
+// around, so that keys of which some are missing cost no more than a step each. The cursor is a hint only: the result
+// is the same wherever it begins, since a group's keys differ.
 textField_t *textGroup_t::findUnmatched(std::string_view key, textField_t *hint) const {
     if (key.data() == nullptr)
         return nullptr;
@@ -95,6 +138,7 @@ textField_t *textGroup_t::findUnmatched(std::string_view key, textField_t *hint)
     return member->matched_ ? nullptr : member;
 }
 
+// Surplus values are dropped. A missing value in the middle can't be told from none, since separators run together.
 void textGroup_t::assignByPosition(bodyScanner_t &pairs) {
     textPair_t pair;
     for (textField_t *member = first_; member != nullptr && pairs.next(pair); member = member->next_)

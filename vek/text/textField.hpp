@@ -6,6 +6,7 @@
 // Not safe for concurrent use.
 #pragma once
 
+#include "vek/text/bodyCursor.hpp"
 #include "vek/text/bodyScanner.hpp"
 #include "vek/text/bodyWriter.hpp"
 #include "vek/text/description.hpp"
@@ -25,11 +26,15 @@ public:
     textField_t(const textField_t &) = delete;
     textField_t &operator=(const textField_t &) = delete;
 
-    /// Appends the value's text; nothing when the field is not set.
-    virtual void toText(bodyWriter_t &out) const = 0;
+    /// Appends the value's text, nothing when the field is not set, and returns the place behind it.
+    virtual bodyWriter_t toText(bodyWriter_t out) const = 0;
 
     /// Takes the value from text, whatever the text is, and sets the field. (An enumeration ignores an unknown name.)
     virtual void fromText(std::string_view text) = 0;
+
+    /// Takes the value from the braced text that stands at the cursor and returns the place behind it. Nowhere when the
+    /// text is to be read by fromText(), then with the field made anew, as it must be here.
+    virtual bodyCursor_t readBraced(bodyCursor_t at);
 
     /// Says what the field is and which member it is bound to.
     virtual void describe(fieldDescription_t &description) const = 0;
@@ -72,15 +77,17 @@ public:
     inline textGroup_t(textGroup_t &parent, std::string_view key, layout_t layout = layout_t::keyed);
 
     /// The print pass: the set members in braces, or nothing at all when none is set.
-    void toText(bodyWriter_t &out) const override;
+    bodyWriter_t toText(bodyWriter_t out) const override;
 
     /// The parse pass: hands each pair of a body to the member it belongs to. An empty text changes nothing.
     void fromText(std::string_view text) override;
 
+    bodyCursor_t readBraced(bodyCursor_t at) override;
+
     void describe(fieldDescription_t &description) const override;
 
     /// Appends a pair for every set member, in registration order.
-    virtual void collectPairs(bodyWriter_t &out) const;
+    virtual bodyWriter_t collectPairs(bodyWriter_t out) const;
 
     /// Assigns pairs to members: by key when a "=" stands anywhere in the body, else by position. The first pair of a
     /// key counts, unknown keys are ignored, and an empty value assigns nothing.

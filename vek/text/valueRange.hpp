@@ -23,7 +23,8 @@ public:
     /// Makes the range continuous and appends `lower` and `upper`. Present values stay: clear() first to replace them.
     void setInterval(double lower, double upper);
 
-    /// Makes the range discrete and appends `count` values. Present values stay: clear() first to replace them.
+    /// Makes the range discrete and appends `count` values, which may be the range's own. Present values stay: clear()
+    /// first to replace them.
     void setValues(std::int32_t count, const double *values);
     void setValues(std::initializer_list<double> values) {
         setValues(static_cast<std::int32_t>(values.size()), values.begin());
@@ -46,6 +47,9 @@ public:
 
     /// The largest value, but never less than -1.0; 0.0 when there is none.
     double maximum() const;
+
+    /// Of the same kind, with the same values in the same order.
+    bool operator==(const valueRange_t &) const = default;
 
     const double *begin() const { return values_.begin(); }
     const double *end() const { return values_.end(); }

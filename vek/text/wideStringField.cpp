@@ -6,9 +6,8 @@
 
 namespace vek {
 
-void wideCharacter_t::toText(bodyWriter_t &out) const {
-    if (isSet != 0)
-        shortCodec_t::write(code, out);
+bodyWriter_t wideCharacter_t::toText(bodyWriter_t out) const {
+    return isSet != 0 ? shortCodec_t::write(code, out) : out;
 }
 
 void wideCharacter_t::fromText(std::string_view text) {
@@ -20,6 +19,8 @@ void wideElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
 }
 
+// Made as if it had been read: the elements are what is printed, the text what is shown, and both follow from the
+// values, the terminating 0 among them.
 wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
     const auto length = static_cast<std::int32_t>(text.size());
     growableList_t<char16_t> copy; // the text may be this field's own
@@ -33,15 +34,31 @@ wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
         elements_.element(i, pass_t::print) = {static_cast<std::int16_t>(copy[i]), 1};
     found_ = length + 1;
     isSet = 1;
-    rebuildText();
+    text_.clear();
     return *this;
 }
 
+void wideStringField_t::copyFrom(const wideStringField_t &other) {
+    elements_ = other.elements_;
+    text_ = other.text_;
+    found_ = other.found_;
+    isSet = other.isSet;
+}
+
+// The text is made from the characters when it is first asked for, which most readers of a message never do. Values may
+// be more than elements (see fromText), and may lack the terminating 0 or hold several: the text is a copy with a
+// terminator of its own, so that it ends in memory whatever came over the line.
 std::u16string_view wideStringField_t::text() const {
-    auto length = static_cast<std::size_t>(text_.isEmpty() ? 0 : text_.count() - 1);
-    if (length > 0 && text_[static_cast<std::int32_t>(length) - 1] == u'\0')
-        --length; // the terminator that the values included
-    return length == 0 ? std::u16string_view(u"") : std::u16string_view(text_.begin(), length);
+    const std::int32_t count = std::min(found_, elements_.allocated());
+    if (count == 0)
+        return u"";
+    if (text_.isEmpty()) {
+        text_.resize(count + 1);
+        for (std::int32_t i = 0; i < count; ++i)
+            text_[i] = static_cast<char16_t>(elements_.element(i, pass_t::print).code);
+    }
+    const bool isTerminated = text_[count - 1] == u'\0'; // by the values themselves
+    return {text_.begin(), static_cast<std::size_t>(isTerminated ? count - 1 : count)};
 }
 
 void wideStringField_t::clear() {
@@ -52,26 +69,43 @@ void wideStringField_t::clear() {
 }
 
 void wideStringField_t::fromText(std::string_view text) {
+    text_.clear();
     fieldArray_t::fromText(text);
-    rebuildText();
 }
 
-void wideStringField_t::rebuildText() {
-    const std::int32_t count = std::min(found_, elements_.allocated());
-    text_.resize(count + 1);
-    for (std::int32_t i = 0; i < count; ++i)
-        text_[i] = static_cast<char16_t>(elements_.element(i, pass_t::print).code);
-    text_[count] = u'\0';
+bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
+    if (!at.skip(openBrace))
+        return {};
+    found_ = at.countCommas();
+    elements_.allocate(found_);
+    for (wideCharacter_t *character = elements_.begin(); !at.skip(closeBrace); ++character) {
+        std::int32_t code = 0;
+        if (!at.integer(code) || !at.skip(separators[2]))
+            return {};
+        *character = {static_cast<std::int16_t>(code), 1};
+    }
+    isSet = 1;
+    return at;
 }
 
+bodyWriter_t wideStringField_t::collectPairs(bodyWriter_t out) const {
+    constexpr std::size_t longest = integerRoom + 1; // a number and the comma behind it
+    const std::int32_t printed = elements_.printed();
+    char *to = out.room(longest * static_cast<std::size_t>(printed));
+    for (const wideCharacter_t *character = elements_.begin(); character != elements_.begin() + printed; ++character)
+        if (character->isSet != 0) {
+            to = writeInteger(character->code, to);
+            *to++ = separators[2];
+        }
+    out.advance(to);
+    return out;
+}
+
+// A field can't be moved, and hosts hold references to it while the list grows, so each is made on its own. It is made
+// before the list has a place for it: no list ever shows a place without a text.
 void wideStringElements_t::append() {
-    texts_.add(new wideStringField_t(std::string_view(key_, keyLength_), texts_.count()));
-}
-
-void wideStringElements_t::clear() {
-    for (wideStringField_t *text : texts_)
-        delete text;
-    texts_.clear();
+    auto made = std::make_unique<wideStringField_t>(std::string_view(key_, keyLength_), texts_.count());
+    texts_.add() = std::move(made);
 }
 
 void wideStringElements_t::allocate(std::int32_t count) {
@@ -88,6 +122,17 @@ void wideStringListField_t::clear() {
     elements_.clear();
     found_ = 0;
     isSet = 0;
+}
+
+void wideStringListField_t::copyFrom(const wideStringListField_t &other) {
+    if (this == &other)
+        return;
+    clear();
+    elements_.allocate(other.count());
+    for (std::int32_t i = 0; i < other.count(); ++i)
+        at(i).copyFrom(other.at(i));
+    found_ = other.found_;
+    isSet = other.isSet;
 }
 
 wideStringField_t &wideStringListField_t::add(std::u16string_view text) {

@@ -6,7 +6,12 @@
 #include "vek/text/fieldArray.hpp"
 #include "vek/text/growableList.hpp"
 
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <memory>
 #include <string_view>
 
 namespace vek {
@@ -16,7 +21,7 @@ struct wideCharacter_t {
     std::int16_t code = 0;
     std::uint16_t isSet = 0;
 
-    void toText(bodyWriter_t &out) const;
+    bodyWriter_t toText(bodyWriter_t out) const;
     void fromText(std::string_view text);
 };
 
@@ -29,6 +34,8 @@ public:
     const wideCharacter_t &element(std::int32_t index, pass_t) const { return characters_[index]; }
     std::int32_t printed() const { return characters_.count(); }
     std::int32_t allocated() const { return characters_.count(); }
+    wideCharacter_t *begin() { return characters_.begin(); }
+    const wideCharacter_t *begin() const { return characters_.begin(); }
     void append() { characters_.add(); }
     void clear() { characters_.clear(); }
     void allocate(std::int32_t count) { characters_.resize(count); }
@@ -49,6 +56,9 @@ public:
     wideStringField_t &operator=(std::u16string_view text);
     wideStringField_t &operator=(const wideStringField_t &other) { return *this = other.text(); }
 
+    /// Takes over the values as they were read, and whether the field is set.
+    void copyFrom(const wideStringField_t &other);
+
     /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes.
     std::u16string_view text() const;
     operator std::u16string_view() const { return text(); }
@@ -64,69 +74,84 @@ public:
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
 
+    bodyCursor_t readBraced(bodyCursor_t at) override;
+    bodyWriter_t collectPairs(bodyWriter_t out) const override;
+
     void describe(fieldDescription_t &description) const override {
         fieldArray_t::describe(description);
         description.bindTo(*this);
     }
 
 private:
-    void rebuildText();
-
-    growableList_t<char16_t> text_;
+    mutable growableList_t<char16_t> text_; // empty until it is asked for
 };
 
 /// The 16-bit texts of a list.
 class wideStringElements_t {
 public:
     wideStringElements_t(pass_t, std::string_view &key) : key_(key.data()), keyLength_(key.size()) {}
-    ~wideStringElements_t() { clear(); }
-    wideStringElements_t(const wideStringElements_t &) = delete;
-    wideStringElements_t &operator=(const wideStringElements_t &) = delete;
 
     wideStringField_t &element(std::int32_t index, pass_t) { return *texts_[index]; }
     const wideStringField_t &element(std::int32_t index, pass_t) const { return *texts_[index]; }
     std::int32_t printed() const { return texts_.count(); }
     std::int32_t allocated() const { return texts_.count(); }
     void append();
-    void clear();
+    void clear() { texts_.clear(); }
     void allocate(std::int32_t count);
     void describe(fieldDescription_t &description) const;
 
-    wideStringField_t *const *begin() const { return texts_.begin(); }
-    wideStringField_t *const *end() const { return texts_.end(); }
+    const std::unique_ptr<wideStringField_t> *begin() const { return texts_.begin(); }
+    const std::unique_ptr<wideStringField_t> *end() const { return texts_.end(); }
 
 private:
     const char *key_;
     std::size_t keyLength_;
-    growableList_t<wideStringField_t *> texts_;
+    growableList_t<std::unique_ptr<wideStringField_t>> texts_;
 };
 
-class wideStringListField_t : public fieldArray_t<wideStringElements_t> {
-public:
+struct wideStringListField_t : fieldArray_t<wideStringElements_t> {
     wideStringListField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key, key) {}
 
     /// Goes over the texts themselves.
     template <class Text>
     struct iterator_t {
-        wideStringField_t *const *at;
+        using value_type = wideStringField_t;
+        using difference_type = std::ptrdiff_t;
+        using reference = Text &;
+        using pointer = Text *;
+        using iterator_category = std::forward_iterator_tag;
+
+        const std::unique_ptr<wideStringField_t> *at = nullptr;
 
         Text &operator*() const { return **at; }
-        Text *operator->() const { return *at; }
+        Text *operator->() const { return at->get(); }
         iterator_t &operator++() {
             ++at;
             return *this;
         }
+        iterator_t operator++(int) { return {at++}; }
         bool operator==(const iterator_t &) const = default;
     };
+
+    /// Takes over the texts, and whether the field is set. Throws std::bad_alloc.
+    void copyFrom(const wideStringListField_t &other);
+    bool operator==(const wideStringListField_t &other) const {
+        return std::equal(begin(), end(), other.begin(), other.end());
+    }
 
     /// Appends a text and sets it. Throws std::bad_alloc.
     wideStringField_t &add(std::u16string_view text);
 
+    void push_back(std::u16string_view text) { add(text); }
+
     std::int32_t count() const { return elements_.allocated(); }
+    std::size_t size() const { return static_cast<std::size_t>(count()); }
 
     /// The text at `index`, which must be at least 0 and below count(); it is not checked.
     wideStringField_t &at(std::int32_t index) { return elements_.element(index, pass_t::parse); }
     const wideStringField_t &at(std::int32_t index) const { return elements_.element(index, pass_t::print); }
+    wideStringField_t &operator[](std::integral auto index) { return at(static_cast<std::int32_t>(index)); }
+    const wideStringField_t &operator[](std::integral auto index) const { return at(static_cast<std::int32_t>(index)); }
 
     /// Removes every text, and unsets the field.
     void clear();

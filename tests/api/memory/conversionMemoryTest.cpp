@@ -60,7 +60,7 @@ outcome_t attempt(const attempt_t &one) {
         outcome = structure == nullptr ? threw : wrong;
     }
     vekParamsDelete(text);
-    structure_t(id, structure); // releases it
+    static_cast<void>(structure_t(id, structure)); // releases it
     return live() == before ? outcome : wrong;
 }
 

@@ -1,5 +1,7 @@
 #include "failingMemory.hpp"
 
+#include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
+
 #include <cstdlib>
 #include <new>
 
@@ -18,6 +20,15 @@ bool failsNow() {
     ++failures;
     return true;
 }
+
+// What is counted, and may fail, is every body.
+[[maybe_unused]] const bool keepsNoSpares = (vek::mostSpareBodies = 0, true);
+
+// What runs when the program ends, such as the writing of coverage counts, has memory, also if a test ends it amid a
+// failure.
+[[maybe_unused]] struct atEnd_t {
+    ~atEnd_t() { untilFailure = 0; }
+} atEnd;
 
 } // namespace
 

@@ -1,15 +1,14 @@
 // What the foundation does without memory, and how often it asks for some.
 
 #include "../reports.hpp"
+#include "../stringChanges.hpp"
 #include "failingMemory.hpp"
 #include "vek/vek_std/std_objCltn/objCltn.hpp"
 #include "vek/vek_std/std_sys/hashVtab.hpp"
-#include "vek/vek_std/std_sys/vek_stringStream.hpp"
 
 #include <gtest/gtest.h>
 
 #include <new>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,39 +20,16 @@ using vek::string_t;
 constexpr char outOfMemory[] = "\nstring_t : VEK_ENOMEM ; called from vek_std/std_sys/vek_string,598\n";
 
 const string_t source(300, 's');
-std::istringstream stream;
 
-struct change_t {
-    const char *name;
-    void (*change)(string_t &); // of a text that shares the source's body
-};
-const change_t changes[] = {
-    {"count and character", [](string_t &text) { text = string_t(100, 'x'); }},
-    {"short text", [](string_t &text) { text = "short"; }},
-    {"view", [](string_t &text) { text = string_t(text(5, 200)); }},
-    {"deep copy", [](string_t &text) { text = text.deepCopy(); }},
-    {"append", [](string_t &text) { text.append("x").append(nullptr, 200); }},
-    {"own text", [](string_t &text) { text.append("x").prepend(text.c_str(), text.length()); }},
-    {"shrinking", [](string_t &text) { text.append("x").replace(0, 200, "", 0); }},
-    {"shrinking to the room inside", [](string_t &text) { text.replace(1, 290, "x", 1); }},
-    {"growing out of the room inside", [](string_t &text) { (text = "short").append(nullptr, 60); }},
-    {"concatenation", [](string_t &text) { text = (text + "x") + ("y" + text); }},
-    {"case", [](string_t &text) { text.toUpper(); }},
-    {"character", [](string_t &text) { text[2] = 'x'; }},
-    {"view assigned", [](string_t &text) { text(3, 4) = source; }},
-    {"reading", [](string_t &text) { readLine(stream, text); }},
-};
-
-/// Runs the change on a new text with the n-th allocation failing, or all from there on. Returns the number of
-/// failures.
-std::size_t failing(const change_t &one, string_t &text, std::size_t n, bool andAllLater) {
-    text = source;
-    stream.clear();
-    stream.str(std::string(500, 'r'));
+/// Runs the change on a text with the n-th allocation failing, or all from there on. Returns the number of failures.
+std::size_t failing(const changes::change_t &change, string_t &text, changes::with_t &with, std::size_t n,
+                    bool andAllLater) {
+    with.input.clear();
+    with.input.str(with.text);
     std::size_t failures = 0;
     const std::string reports = reported([&] {
         memory::failAt(n, andAllLater);
-        one.change(text);
+        change.real(text, source, with);
         failures = memory::stopFailing();
     });
     EXPECT_EQ(reports.size(), failures * std::char_traits<char>::length(outOfMemory));
@@ -62,42 +38,48 @@ std::size_t failing(const change_t &one, string_t &text, std::size_t n, bool and
 }
 
 TEST(stringMemory, everyFailureLeavesANullBodyAndOneReport) {
-    for (const change_t &one : changes) {
-        SCOPED_TRACE(one.name);
-        const std::size_t blocks = memory::counts().liveBlocks;
-        for (const bool andAllLater : {false, true}) {
-            string_t changed, text;
-            EXPECT_EQ(failing(one, changed, 0, false), 0U);
-            std::size_t n = 1;
-            for (; failing(one, text, n, andAllLater); ++n) {
-                EXPECT_TRUE(!andAllLater || text.length() == 0);
-                const std::string before = text.c_str();
-                EXPECT_EQ(text.append("again").c_str(), before + "again"); // it tries for memory anew
-            }
-            EXPECT_GT(n, 1U);
-            EXPECT_STREQ(text.c_str(), changed.c_str());
-        }
-        EXPECT_EQ(memory::counts().liveBlocks, blocks);
-    }
+    changes::with_t withs[] = {{"short", 5, 290, 5, 200}, {"x", 1, 200, 1, 298}, {std::string(500, 'l'), 0, 100, 2, 3}};
+    const std::size_t blocks = memory::counts().liveBlocks;
+    for (const changes::change_t &change : changes::all)
+        for (changes::with_t &with : withs)
+            for (const bool isShared : {true, false})
+                for (const bool andAllLater : {false, true}) {
+                    SCOPED_TRACE(change.name);
+                    const auto start = [&] { return isShared ? source : source.deepCopy(); };
+                    string_t changed = start(), text = start();
+                    EXPECT_EQ(failing(change, changed, with, 0, false), 0U);
+                    std::size_t n = 1;
+                    for (; failing(change, text, with, n, andAllLater); ++n) {
+                        EXPECT_TRUE(!andAllLater || text.length() == 0);
+                        const std::string before = text.c_str();
+                        EXPECT_EQ(text.append("again").c_str(), before + "again"); // it tries for memory anew
+                        text = start();
+                    }
+                    EXPECT_TRUE(n > 1 || !isShared || change.name == std::string("sharing"));
+                    EXPECT_STREQ(text.c_str(), changed.c_str());
+                }
+    EXPECT_EQ(memory::counts().liveBlocks, blocks);
     EXPECT_EQ(source.length(), 300U);
 }
 
 TEST(stringMemory, nullBodyIsSafeInEveryOperation) {
     const auto memoryHook = std::exchange(vek::stringOutOfMemoryHook, nullptr);
     const auto indexHook = std::exchange(vek::stringBadIndexHook, nullptr);
-    stream.clear();
-    stream.str("word word");
+    changes::with_t with{"word", 5, 5, 0, 0};
     memory::failAt(1, true);
     string_t null("text");
     null[0] = null(0, 0)[0] = 'x';
-    null.toUpper();
-    null.append("").append("x").replace(5, 5, nullptr, 5);
+    for (const changes::change_t &change : changes::all)
+        change.real(null, string_t(null), with);
     EXPECT_TRUE(null == "" && null == static_cast<const char *>(nullptr) && null < "a" && null.strip().isNull());
     EXPECT_EQ(null.compareTo(null) + null.compareTo(string_t(null + null)), 0);
     EXPECT_EQ(null.index("x") & null.first('x') & null.first("x") & null.last('x'), string_t::notFound);
-    EXPECT_TRUE(null.hash() == 0 && null.isUpper() && null.isLower());
-    EXPECT_EQ(null.deepCopy().length() + string_t(null(0, 0)).length() + toLower(null).length(), 0U);
-    readToken(stream, null);
+    vek::setCaseSensitive(0); // which needs no copies either
+    const string_t text = source;
+    EXPECT_EQ(null.index("x") & text.index("zzz"), string_t::notFound);
+    EXPECT_EQ(text.index("SS") + null.hash(), 0U);
+    vek::setCaseSensitive(1);
+    EXPECT_TRUE(null.hash() == 0 && null.isUpper() && null.isLower() && toLower(null).length() == 0);
     memory::stopFailing();
     EXPECT_STREQ(null.c_str(), "");
     EXPECT_EQ(null.length() + null.capacity(), 0U);

@@ -59,6 +59,7 @@ private:
     void checkPair(const node_t &parent, const node_t &node);
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
+    bool isDecimalComma(const node_t &parent, const node_t &node) const;
     bool checkDecimalComma(const node_t &parent, const node_t &node);
     bool checkSpelling(const node_t &node);
     void checkGroup(const node_t &node);

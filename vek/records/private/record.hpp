@@ -66,20 +66,33 @@ void *conversionOf<Structure, Record>::create() {
     }
 }
 
+// A body that looks as this library writes it is read in one go. What another one left behind is cleared by making the
+// record anew, and it is read by every rule.
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
-    if constexpr (bindsStructure<Record>)
-        Record(pass_t::parse, *static_cast<Structure *>(structure)).fromText(body);
-    else
-        static_cast<Record *>(structure)->Record::fromText(body);
+    const auto read = [body](Record &record, bool isByEveryRule) {
+        if (!isByEveryRule)
+            return record.Record::readBraced(bodyCursor_t(body)).isAtEnd();
+        record.Record::fromText(body);
+        return true;
+    };
+    if constexpr (bindsStructure<Record>) {
+        for (bool isRead = false, isByEveryRule = false; !isRead; isByEveryRule = true) {
+            Record record(pass_t::parse, *static_cast<Structure *>(structure));
+            isRead = read(record, isByEveryRule);
+        }
+    } else if (auto *record = static_cast<Record *>(structure); !read(*record, false)) {
+        record->~Record();
+        read(*new (record) Record(), true);
+    }
 }
 
 template <class Structure, class Record>
-void conversionOf<Structure, Record>::print(void *structure, bodyWriter_t &out) {
+bodyWriter_t conversionOf<Structure, Record>::print(void *structure, bodyWriter_t out) {
     if constexpr (bindsStructure<Record>)
-        Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
+        return Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
     else
-        static_cast<Record *>(structure)->Record::toText(out);
+        return static_cast<Record *>(structure)->Record::toText(out);
 }
 
 template <class Structure, class Record>
@@ -87,7 +100,7 @@ void conversionOf<Structure, Record>::destroy(void *structure) {
     if constexpr (std::is_polymorphic_v<Structure>) {
         delete static_cast<Structure *>(structure);
     } else {
-        if constexpr (requires(Structure & plain) { Record::releaseMembers(plain); })
+        if constexpr (ownsMemory<Record>)
             Record::releaseMembers(*static_cast<Structure *>(structure));
         ::operator delete(structure);
     }

@@ -13,8 +13,7 @@
 namespace vek {
 
 /// The type is printed only when the range has values. An absent key gives `discrete`.
-class rangeTypeField_t : public enumField_t {
-public:
+struct rangeTypeField_t : enumField_t {
     rangeTypeField_t(textGroup_t &group, std::string_view key, valueRange_t &range)
         : enumField_t(group, key, range.kind, rangeTypeNames) {
         if (range.isEmpty())

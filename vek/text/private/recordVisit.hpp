@@ -14,8 +14,14 @@ concept bindsStructure = requires {
     typename Record::structure_t;
 };
 
+/// A record class whose plain structure owns memory, which releaseMembers() frees.
+template <class Record>
+concept ownsMemory = requires(typename Record::structure_t &structure) {
+    Record::releaseMembers(structure);
+};
+
 /// Gives a value-initialised structure its declared defaults: a plain one is zero but for what the record class's
-/// setDefaults() says. Memory that a plain structure owns is released by the record class's releaseMembers().
+/// setDefaults() says.
 template <class Record>
 void fillWithDefaults(typename Record::structure_t &structure) {
     if constexpr (requires { Record::setDefaults(structure); })
@@ -29,18 +35,15 @@ template <class Record>
         structure_t structure{};
         fillWithDefaults<Record>(structure);
         const Record record(pass_t::print, structure);
-        visitor.visit({typeName<Record>(), typeName<structure_t>(), Record::about,
-                       std::is_polymorphic_v<structure_t> ? structureKind_t::polymorphic : structureKind_t::plain,
-                       requires { Record::releaseMembers(structure);
+        constexpr structureKind_t kind =
+            std::is_polymorphic_v<structure_t> ? structureKind_t::polymorphic : structureKind_t::plain;
+        visitor.visit({typeName<Record>(), typeName<structure_t>(), Record::about, kind, ownsMemory<Record>, record,
+                       &structure, sizeof structure});
+    } else {
+        const Record record;
+        visitor.visit({typeName<Record>(), typeName<Record>(), Record::about, structureKind_t::ownRecord, false, record,
+                       &record, sizeof record});
     }
-    , record, &structure, sizeof structure
-});
-} // namespace vek
-else {
-    const Record record;
-    visitor.visit({typeName<Record>(), typeName<Record>(), Record::about, structureKind_t::ownRecord, false, record,
-                   &record, sizeof record});
-}
 }
 
 } // namespace vek

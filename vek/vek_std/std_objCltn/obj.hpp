@@ -1,12 +1,12 @@
-#pragma once
-
 // obj_t, the root of the object model: comparing, hashing, printing, and a descriptor for each class.
 //
 // An object does not own anything here. A class that counts its memberships in collections overrides addedTo and
 // removedFrom; obj_t keeps no count. A class's descriptor is made, and entered in the default group of the persistence
 // registry, when it is first asked for.
 //
-// Thread rule: the live counters and the print flags are unguarded; one thread at a time.
+// Thread rule: an object is one thread's at a time; the live counter counts every thread, and the print flags may be
+// changed by any. Descriptors are made and registered by one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_pers.hpp"
 
@@ -15,7 +15,7 @@
 
 namespace vek {
 
-class objCltn_t;
+struct objCltn_t;
 class persIOtab_t;
 
 /// What printOn shows of an object; the word of flags is obj_t::printFlags.
@@ -28,8 +28,8 @@ enum printFlag_t : std::uint32_t {
 
 class obj_t {
 public:
-    obj_t() { ++liveObjects; }
-    obj_t(const obj_t &) { ++liveObjects; }
+    obj_t() { liveObjects_.fetchAdd(1); }
+    obj_t(const obj_t &) { liveObjects_.fetchAdd(1); }
     obj_t &operator=(const obj_t &) = default;
 
     // The virtual operations, in the order of their slots.
@@ -39,7 +39,7 @@ public:
     /// Storing and loading through a persistence table; nothing by default.
     virtual void store(persIOtab_t &table) const;
     virtual void load(persIOtab_t &table);
-    virtual ~obj_t() { --liveObjects; }
+    virtual ~obj_t() { liveObjects_.fetchAdd(-1); }
     /// -1, 0 or 1; by default the order of the addresses.
     virtual int compare(const obj_t &other) const;
     /// By default the low 32 bits of the address.
@@ -60,16 +60,16 @@ public:
 
     static classDescriptor_t &descriptor();
     /// Objects alive in the process.
-    static std::int32_t liveCount() { return liveObjects; }
+    static std::int32_t liveCount() { return liveObjects_; }
 
-    static std::uint32_t printFlags;
+    static processWide_t<std::uint32_t> printFlags;
 
 private:
-    static std::int32_t liveObjects;
+    static processWide_t<std::int32_t> liveObjects_;
 };
 
-/// Prints the object, or "NULL".
-std::ostream &operator<<(std::ostream &stream, obj_t *object);
+/// Prints the object, which stays as it is, or "NULL".
+std::ostream &operator<<(std::ostream &stream, const obj_t *object);
 
 /// A factory for class descriptors.
 template <class Class>

@@ -14,19 +14,19 @@ constexpr std::size_t slotSize = sizeof(void *);
 
 } // namespace
 
-constinit std::int32_t objArray_t::liveArrays = 0;
+constinit std::int32_t objArray_t::liveArrays_ = 0;
 
-objArray_t::objArray_t(std::uint32_t expansion) : xpnd_value(expansion > 0 ? expansion : defaultExpansion) {
-    ++liveArrays;
+objArray_t::objArray_t(std::uint32_t expansion) : expansion_(expansion > 0 ? expansion : defaultExpansion) {
+    ++liveArrays_;
 }
 
-objArray_t::objArray_t(const objArray_t &other) : objArray_t(other.xpnd_value) {
+objArray_t::objArray_t(const objArray_t &other) : objArray_t(other.expansion_) {
     addAll(other);
 }
 
 objArray_t::~objArray_t() {
-    --liveArrays;
-    objArray_t::clear();
+    --liveArrays_;
+    objArray_t::clear(); // the elements live on, and count their memberships
 }
 
 objArray_t &objArray_t::operator=(const objArray_t &other) {
@@ -40,7 +40,7 @@ objArray_t &objArray_t::operator=(const objCltn_t &other) {
         return *this;
     clear();
     if (const auto *array = dynamic_cast<const objArray_t *>(&other))
-        xpnd_value = array->xpnd_value;
+        expansion_ = array->expansion_;
     addAll(other);
     return *this;
 }
@@ -59,49 +59,54 @@ classDescriptor_t &objArray_t::classDescriptor() const {
     return descriptor();
 }
 
-/// Gives the array exactly so many slots; false, with the old ones, when there is no memory.
+// Gives the array exactly so many slots; false, with the old ones, when there is no memory.
 bool objArray_t::setSlots(std::uint32_t slots) {
     if (slots == 0) {
-        std::free(std::exchange(items, nullptr));
+        std::free(std::exchange(items_, nullptr));
         return true;
     }
-    void *resized = std::realloc(items, slots * slotSize);
-    if (resized)
-        items = static_cast<obj_t **>(resized);
+    const std::size_t wanted = slots;
+    void *resized = wanted <= SIZE_MAX / slotSize ? std::realloc(items_, wanted * slotSize) : nullptr;
+    if (resized != nullptr)
+        items_ = static_cast<obj_t **>(resized);
     return resized != nullptr;
 }
 
+// The number of slots is not kept: it is always the next multiple of the step, 0 for no elements, so room is used up
+// exactly where the count is a multiple. That is why the step changes only while the array is empty.
 obj_t *objArray_t::add(obj_t *element) {
-    if (!element || (nObjs % xpnd_value == 0 && !setSlots(nObjs + xpnd_value)))
+    if (element == nullptr || (count_ % expansion_ == 0 && !setSlots(count_ + expansion_)))
         return nullptr;
-    items[nObjs++] = element;
+    items_[count_++] = element;
     element->addedTo(this);
     return element;
 }
 
+// The element learns of it when it is out of the array already, so that it may look. That shrinking gets no memory does
+// not matter: the larger block serves as well.
 obj_t *objArray_t::removeAt(std::uint32_t index) {
-    if (index >= nObjs)
+    if (index >= count_)
         return nullptr;
-    obj_t *element = items[index];
-    --nObjs;
-    std::memmove(items + index, items + index + 1, (nObjs - index) * slotSize);
+    obj_t *element = items_[index];
+    --count_;
+    std::memmove(items_ + index, items_ + index + 1, (count_ - index) * slotSize);
     element->removedFrom(this);
-    if (nObjs % xpnd_value == 0)
-        setSlots(nObjs);
+    if (count_ % expansion_ == 0)
+        setSlots(count_);
     return element;
 }
 
 void objArray_t::clear() {
-    for (std::uint32_t i = 0; i < nObjs; ++i)
-        items[i]->removedFrom(this);
-    nObjs = 0;
+    for (std::uint32_t i = 0; i < count_; ++i)
+        items_[i]->removedFrom(this);
+    count_ = 0;
     setSlots(0);
 }
 
 void objArray_t::printOn(std::ostream &stream) {
     obj_t::printOn(stream);
-    if (!(printFlags & withoutArrayCounts))
-        stream << ". nObjs=" + std::to_string(nObjs) + ". xpnd_value=" + std::to_string(xpnd_value);
+    if ((printFlags & withoutArrayCounts) == 0)
+        stream << ". nObjs=" + std::to_string(count_) + ". xpnd_value=" + std::to_string(expansion_);
 }
 
 } // namespace vek

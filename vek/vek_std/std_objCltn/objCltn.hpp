@@ -1,11 +1,10 @@
-#pragma once
-
 // objCltn_t, what every collection of objects can do, and objArray_t, the growable array of object pointers.
 //
 // A collection does not own its elements: whoever made them keeps them alive while they are in it. It tells each
 // element when it enters or leaves.
 //
 // Thread rule: unguarded, and notifications are not to change the collection; one thread at a time.
+#pragma once
 
 #include "vek/vek_std/std_objCltn/obj.hpp"
 
@@ -13,8 +12,7 @@
 
 namespace vek {
 
-class objCltn_t : public obj_t {
-public:
+struct objCltn_t : obj_t {
     /// Removes all elements.
     virtual void clear() = 0;
     /// Adds an element and returns it; null for null, or when there is no memory.
@@ -46,25 +44,25 @@ public:
     void clear() override;
     obj_t *add(obj_t *element) override;
     obj_t *removeAt(std::uint32_t index) override;
-    std::uint32_t count() const override { return nObjs; }
-    obj_t *at(std::uint32_t index) const override { return index < nObjs ? items[index] : nullptr; }
+    std::uint32_t count() const override { return count_; }
+    obj_t *at(std::uint32_t index) const override { return index < count_ ? items_[index] : nullptr; }
 
     /// How many slots the array grows and shrinks by.
-    std::uint32_t expansion() const { return xpnd_value; }
+    std::uint32_t expansion() const { return expansion_; }
 
     static classDescriptor_t &descriptor();
     /// Arrays alive in the process.
-    static std::int32_t liveCount() { return liveArrays; }
+    static std::int32_t liveCount() { return liveArrays_; }
 
 private:
     void addAll(const objCltn_t &other);
     bool setSlots(std::uint32_t slots);
 
-    std::uint32_t nObjs = 0;
-    obj_t **items = nullptr; // from the C heap, null when empty
-    std::uint32_t xpnd_value;
+    std::uint32_t count_ = 0;
+    obj_t **items_ = nullptr; // from the C heap, null when empty
+    std::uint32_t expansion_;
 
-    static std::int32_t liveArrays;
+    static std::int32_t liveArrays_;
 };
 
 } // namespace vek

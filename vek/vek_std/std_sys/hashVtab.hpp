@@ -1,5 +1,3 @@
-#pragma once
-
 // hashVtab, a hash table of entries of one size, and its iterator.
 //
 // Entries are stored by value in one array of slots, which the table owns, and found by a 32-bit key that a function
@@ -8,7 +6,8 @@
 // bytes; nothing is run on them. When memory runs out, std::bad_alloc is thrown and the table is as it was before it
 // grew.
 //
-// Thread rule: the statistics counters are shared by all tables; one thread at a time.
+// Thread rule: a table is one thread's at a time. The statistics counters, which all tables share, count every thread.
+#pragma once
 
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
@@ -21,18 +20,18 @@ namespace vek {
 
 /// Hooks for iterators that are started from a bad place. The defaults report " : OUT_OF_INTERNAL_ARRAY" and
 /// " : BAD_BOUND_IN_INTERNAL_ARRAY".
-extern errorHook_t hashOutOfArrayHook;
-extern errorHook_t hashBadBoundHook;
+extern processWide_t<errorHook_t> hashOutOfArrayHook;
+extern processWide_t<errorHook_t> hashBadBoundHook;
 
 class hashVtab {
 public:
     /// Reads the key of an entry.
     using keyFunction_t = std::uint32_t (*)(const void *entry);
-    /// The first word of an entry: large enough for a pointer.
+    /// The first word of an entry: large enough for a pointer. Entries of some tables begin with a shorter one.
     using word_t = std::uintptr_t;
 
     /// An empty table of 10 slots for entries of so many bytes.
-    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key);
+    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key) : hashVtab(bytesPerEntry, key, sizeof(word_t)) {}
     hashVtab(const hashVtab &) = delete;
     hashVtab &operator=(const hashVtab &) = delete;
 
@@ -45,27 +44,30 @@ public:
     /// and 0 is returned.
     word_t remove(const void *entry);
 
-    std::int32_t count() const { return entries; }
+    std::int32_t count() const { return entries_; }
     /// Slots, empty or not.
-    std::int32_t length() const { return slotCount; }
+    std::int32_t length() const { return slotCount_; }
     /// The count at which the table grows.
-    std::int32_t threshold() const { return growthThreshold; }
+    std::int32_t threshold() const { return growthThreshold_; }
 
     /// How the length grows, 1.01 to 2.0, and how full the table may get, 0.1 to 0.99, from its next growth on. What
     /// lies outside becomes the nearer limit. Both reset the statistics counters.
     void setGrowthFactor(double factor);
     void setLoadFactor(double factor);
-    float growthFactor() const { return lengthFactor; }
-    float loadFactor() const { return thresholdFactor; }
+    float growthFactor() const { return lengthFactor_; }
+    float loadFactor() const { return thresholdFactor_; }
 
     /// Writes one line, begun by a line end, on sizes and probing.
     void printStatistics(std::ostream &stream) const;
     /// Since the last reset, over all tables: probe sequences started, and slots they visited beyond the first.
-    static std::uint32_t finds() { return findCounter; }
-    static std::uint32_t loops() { return loopCounter; }
+    static std::uint32_t finds() { return findCounter_; }
+    static std::uint32_t loops() { return loopCounter_; }
 
 protected:
-    std::uint32_t keyOf(const void *entry) const { return keyFunction(entry); }
+    /// A table whose entries begin with a word of so many bytes.
+    hashVtab(std::int32_t bytesPerEntry, keyFunction_t key, std::size_t bytesPerWord);
+
+    std::uint32_t keyOf(const void *entry) const { return keyFunction_(entry); }
     /// The first word of an entry, filled up with zeros; 0 for null.
     word_t firstWord(const void *entry) const;
 
@@ -78,22 +80,22 @@ private:
     void rebuild(std::int32_t newLength, const char *dropped);
     static void resetStatistics();
 
-    keyFunction_t keyFunction;
-    std::int32_t growthThreshold = 0;
-    std::int32_t entries = 0;
-    std::int32_t slotCount = 0;
-    std::int32_t entrySize;
-    std::unique_ptr<char[]> slots;
-    float lengthFactor = 1.2F;
-    float thresholdFactor = 0.8F;
+    keyFunction_t keyFunction_;
+    std::int32_t growthThreshold_ = 0;
+    std::int32_t entries_ = 0;
+    std::int32_t slotCount_ = 0;
+    std::int32_t entrySize_;
+    std::size_t wordSize_; // no more than an entry has
+    std::unique_ptr<char[]> slots_;
+    float lengthFactor_ = 1.2F;
+    float thresholdFactor_ = 0.8F;
 
-    static std::uint32_t findCounter;
-    static std::uint32_t loopCounter;
+    static processWide_t<std::uint32_t> findCounter_;
+    static processWide_t<std::uint32_t> loopCounter_;
 };
 
 /// A table whose entry is one word, such as a pointer.
-class wordVtab_t : public hashVtab {
-public:
+struct wordVtab_t : hashVtab {
     /// Without a key function, the low 32 bits of the word are its key.
     explicit wordVtab_t(keyFunction_t key = nullptr);
 
@@ -102,9 +104,8 @@ public:
     word_t lookup(const void *entry) const { return lookup(keyOf(entry)); }
 };
 
-/// A table that numbers keys 1, 2, 3 ... in the order of their first insertion.
-class ordinalVtab_t : public hashVtab {
-public:
+/// A table that numbers keys 1, 2, 3 ... in the order of their first insertion. The first word of a pair is its key.
+struct ordinalVtab_t : hashVtab {
     struct pair_t {
         std::uint32_t key;
         std::uint32_t ordinal;
@@ -129,8 +130,8 @@ public:
 private:
     void startAt(const char *entry);
 
-    const hashVtab &table;
-    std::int32_t index = -1; // -1 before the first entry and after the last
+    const hashVtab &table_;
+    std::int32_t index_ = -1; // -1 before the first entry and after the last
 };
 
 } // namespace vek

@@ -1,10 +1,17 @@
+// White space, digits and letters of 7-bit text, by value: the one place of the library that tells them.
+//
+// The same under every locale, which the C library's are not: other bytes have no case and are no space. Letters say
+// "ascii" in their names, since string_t has operations with the short ones. Pure functions, safe for concurrent use.
 #pragma once
-
-// Letters and white space of 7-bit text, by value. The same under every locale, which the C library's are not: other
-// bytes have no case and are no space.
 
 namespace vek {
 
+constexpr bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+constexpr bool isDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
 constexpr bool isAsciiLower(char c) {
     return c >= 'a' && c <= 'z';
 }
@@ -16,9 +23,6 @@ constexpr char asciiToUpper(char c) {
 }
 constexpr char asciiToLower(char c) {
     return isAsciiUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-}
-constexpr bool isAsciiSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 } // namespace vek

@@ -1,12 +1,14 @@
-#pragma once
-
 // How the foundation reports a programming or resource error, and two small helpers.
 //
 // The code that finds an error records where (a fixed text that names its module, and a line), then calls that error
 // kind's hook. The default hooks print one line on standard error; a null hook keeps silent. Reporting never throws
 // and never ends the process: the caller goes on with its own fallback.
 //
-// Thread rule: location, line and hooks are process-wide and unguarded; one thread at a time.
+// Thread rule: location, line and hooks are those of the process, which any thread may set and read. Of errors that
+// several threads find at once, a report may name the place of one with the message of another.
+#pragma once
+
+#include "vek/vek_std/std_sys/vek_processWide.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,7 +35,7 @@ int report(const char *message);
 void signalError(const char *where, std::uint32_t line, errorHook_t hook);
 
 /// Called when swapMemory is given two sizes. Its default reports " : DIFF_SZ_SWAP".
-extern errorHook_t swapSizeHook;
+extern processWide_t<errorHook_t> swapSizeHook;
 
 /// Exchanges `sizeA` bytes between `a` and `b` and returns `a`. The same address twice changes nothing; otherwise the
 /// two must not overlap. Different sizes: nothing is exchanged, the hook is called, null is returned.

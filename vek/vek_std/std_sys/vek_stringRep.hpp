@@ -1,5 +1,3 @@
-#pragma once
-
 // The body behind a string_t, the settings of the string class and its error hooks.
 //
 // A body is one block of the C heap: its fields and room for a text of up to 63 characters. A longer text has a buffer
@@ -8,24 +6,32 @@
 // by a mark in its count, not by its address: each module that links this class has one, and each must leave
 // another's alone.
 //
-// Thread rule: counts, settings and hooks are unguarded; one thread at a time.
+// Thread rule: handles of several threads may share a body, which is counted safely, and is changed only by the one
+// handle it has. Settings and hooks may be read and changed by any thread.
+#pragma once
 
+#include "vek/vek_std/std_sys/vek_processWide.hpp"
+#include "vek/vek_std/std_sys/vek_stdlib.hpp"
+
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
 namespace vek {
 
 /// Process-wide settings. Change them with the setters, each of which returns the previous value.
 struct stringSettings_t {
-    std::uint32_t initialCapacity = 63; ///< Smallest capacity of a buffer, in characters.
-    std::uint32_t growthStep = 64;      ///< Capacities grow by multiples of this; 0 acts as 1.
-    std::uint32_t slackLimit = 63;      ///< A buffer that would keep more unused characters is shrunk.
-    bool sizesChanged = false;          ///< Was one of these three ever set? Else every capacity is in their steps.
-    int caseSensitive = 1;              ///< 0: comparing, searching and hashing take no notice of case.
-    int skipWhitespace = 1;             ///< Does readLine skip white space first?
-    int spareFlag = 1;                  ///< Read by no operation.
-    int skipIndexCheck = 0;             ///< Not 0: operator[] reports no bad index.
+    static constexpr std::uint32_t defaultCapacity = 63, defaultStep = 64;
+
+    processWide_t<std::uint32_t> initialCapacity = defaultCapacity; ///< Smallest capacity of a buffer, in characters.
+    processWide_t<std::uint32_t> growthStep = defaultStep; ///< Capacities grow by multiples of this; 0 acts as 1.
+    processWide_t<std::uint32_t> slackLimit = 63; ///< A buffer that would keep more unused characters is shrunk.
+    processWide_t<bool> sizesChanged =
+        false;                             ///< Was one of these three ever set? Else every capacity is in their steps.
+    processWide_t<int> caseSensitive = 1;  ///< 0: comparing, searching and hashing take no notice of case.
+    processWide_t<int> skipWhitespace = 1; ///< Does readLine skip white space first?
+    processWide_t<int> spareFlag = 1;      ///< Read by no operation.
+    processWide_t<int> skipIndexCheck = 0; ///< Not 0: operator[] reports no bad index.
 };
 inline constinit stringSettings_t stringSettings;
 
@@ -33,23 +39,23 @@ std::uint32_t setInitialCapacity(std::uint32_t characters);
 std::uint32_t setGrowthStep(std::uint32_t characters);
 std::uint32_t setSlackLimit(std::uint32_t characters);
 inline int setCaseSensitive(int flag) {
-    return std::exchange(stringSettings.caseSensitive, flag);
+    return stringSettings.caseSensitive.exchange(flag);
 }
 inline int setSkipWhitespace(int flag) {
-    return std::exchange(stringSettings.skipWhitespace, flag);
+    return stringSettings.skipWhitespace.exchange(flag);
 }
 inline int setSpareFlag(int flag) {
-    return std::exchange(stringSettings.spareFlag, flag);
+    return stringSettings.spareFlag.exchange(flag);
 }
 inline int setSkipIndexCheck(int flag) {
-    return std::exchange(stringSettings.skipIndexCheck, flag);
+    return stringSettings.skipIndexCheck.exchange(flag);
 }
 
 /// Error hooks; null keeps silent. The defaults report "string_t : VEK_ENOMEM", "string_t : VEK_BAD_INDEX" and
 /// " : DESTRUCT_NON_ZERO_REF".
-extern void (*stringOutOfMemoryHook)();
-extern void (*stringBadIndexHook)();
-extern void (*stringNonZeroReferenceHook)();
+extern processWide_t<errorHook_t> stringOutOfMemoryHook;
+extern processWide_t<errorHook_t> stringBadIndexHook;
+extern processWide_t<errorHook_t> stringNonZeroReferenceHook;
 
 /// The shared body. Whoever makes one holds its first reference. Functions that can run out of memory report it
 /// through stringOutOfMemoryHook first.
@@ -72,24 +78,32 @@ struct stringRep_t {
     /// Frees a body and its buffer, and reports one that is still referenced. The constant body stays.
     static void destroy(stringRep_t *body);
 
+    // The last handle is told by a count of 1, which no other thread can change then, and which costs no locked
+    // operation. Whoever frees or changes the body sees all that was done to it through other handles before.
     static stringRep_t *share(stringRep_t *body) {
-        if (body && !body->isConstant())
-            ++body->referenceCount;
+        if (body != nullptr && !body->isConstant())
+            body->count().fetch_add(1, std::memory_order_relaxed);
         return body;
     }
     static void release(stringRep_t *body) {
-        if (body && !body->isConstant() && --body->referenceCount == 0)
-            destroy(body);
+        if (body == nullptr)
+            return;
+        const std::uint32_t handles = body->count().load(std::memory_order_acquire);
+        if (handles == 1)
+            body->referenceCount = 0;
+        else if ((handles & constantMark) != 0 || body->count().fetch_sub(1, std::memory_order_acq_rel) != 1)
+            return;
+        destroy(body);
     }
 
     /// The capacity that a text of `length` characters gets.
     static std::uint64_t roundedCapacity(std::uint64_t length);
 
     /// Calls one of the hooks for an error of the string class.
-    static void signal(std::uint32_t line, void (*hook)());
+    static void signal(std::uint32_t line, errorHook_t hook);
 
-    bool isConstant() const { return (referenceCount & constantMark) != 0; }
-    bool isPrivate() const { return referenceCount == 1; }
+    bool isConstant() const { return (count().load(std::memory_order_relaxed) & constantMark) != 0; }
+    bool isPrivate() const { return count().load(std::memory_order_acquire) == 1; }
 
     // The changing operations below need a private body. False: no memory; the text is no longer of use.
 
@@ -104,6 +118,10 @@ struct stringRep_t {
     static const stringRep_t constantEmpty;
 
 private:
+    std::atomic_ref<std::uint32_t> count() const {
+        return std::atomic_ref<std::uint32_t>(
+            const_cast<std::uint32_t &>(referenceCount)); // constant ones are only read
+    }
     bool isInline() const { return data == room; }
 };
 

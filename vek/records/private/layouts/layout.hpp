@@ -78,6 +78,11 @@ concept hasLayout = requires {
 };
 
 template <class T>
+concept isOpaqueLayout = requires {
+    layoutOf<T>::isOpaque;
+};
+
+template <class T>
 consteval bytes_t sizeOnTargets() {
     if constexpr (std::is_array_v<T>) {
         const bytes_t element = sizeOnTargets<std::remove_extent_t<T>>();
@@ -121,7 +126,7 @@ consteval memberLayout_t pinnedMember(std::string_view name, std::string_view ty
 template <class T>
 consteval std::size_t endOfMembers() {
     using base_t = typename layoutOf<T>::base_t;
-    if constexpr (requires { layoutOf<T>::isOpaque; })
+    if constexpr (isOpaqueLayout<T>)
         return sizeof(T);
     std::size_t end = std::is_polymorphic_v<T> ? sizeof(void *) : 0;
     if constexpr (!std::is_void_v<base_t>)
@@ -141,10 +146,7 @@ consteval structureLayout_t layoutWithoutGaps() {
     const structureLayout_t *base = nullptr;
     if constexpr (!std::is_void_v<typename layout::base_t>)
         base = &structureLayout<typename layout::base_t>;
-    return {layout::name, layout::size, std::is_polymorphic_v<T>, requires {layout::isOpaque;
-}
-, base, layout::members
-}; // namespace vek
+    return {layout::name, layout::size, std::is_polymorphic_v<T>, isOpaqueLayout<T>, base, layout::members};
 }
 
 /// The structures that one header declares.

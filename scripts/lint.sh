@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Checks all C and C++ sources, tests included: their form (.clang-format), and what clang-tidy finds (.clang-tidy).
+#   lint.sh [FILE...]   the files, or all
+# Public headers that the build compiles alone are not analysed as such: what includes them is.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/packages.sh test
+
+# In a source archive as in a clone.
+files=("$@")
+[ ${#files[@]} -gt 0 ] || mapfile -t files < <(find bench examples fuzz tests tools vek -type f \
+    -not -path '*/node_modules/*' \( -name '*.cpp' -o -name '*.hpp' -o -name '*.c' -o -name '*.h' \) | sort)
+
+clang-format --dry-run -Werror "${files[@]}"
+
+# How each file is compiled; nothing needs to be built for it.
+cmake --preset release -DVEK_TESTS=ON -DVEK_BENCH=ON >/dev/null
+cmake --preset fuzz >/dev/null
+
+# tidy FILE: prints what was found, and nothing else.
+tidy() {
+    local build=build/release output
+    [[ $1 != fuzz/* ]] || build=build/fuzz
+    output=$(clang-tidy --quiet -p "$build" "$1" 2>&1) && return 0
+    echo "$output"
+    return 1
+}
+export -f tidy
+for file in "${files[@]}"; do
+    case $file in *.c | *.cpp) echo "$file" ;; esac
+done | xargs -r -P "$(nproc)" -I '{}' bash -c 'tidy {}'

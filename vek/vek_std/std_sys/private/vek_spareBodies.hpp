@@ -1,0 +1,28 @@
+// Blocks of string bodies that were released lately, for the next bodies of the same thread.
+//
+// Most texts of a message take one block and give one back. The blocks are of the C heap, like those of every other
+// module, and any of them may be freed there. A thread's spares are freed when it ends; those of the thread that
+// unloads the library, then. Safe for concurrent use: each thread has its own.
+#pragma once
+
+#include "vek/vek_std/std_sys/vek_processWide.hpp"
+
+#include <cstdint>
+
+namespace vek {
+
+struct stringRep_t;
+
+/// How many spares a thread keeps at most. (2048 are the texts of some 300 cassettes, 192 KB.)
+extern processWide_t<std::uint32_t> mostSpareBodies;
+
+/// Room for a body, not set in any way; null without memory.
+void *takeBody();
+
+/// Takes a block that takeBody() gave, on this thread or another.
+void giveBody(stringRep_t *block);
+
+/// Frees this thread's spares.
+void freeSpareBodies();
+
+} // namespace vek
