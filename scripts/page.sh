@@ -2,6 +2,7 @@
 # Makes the inspector, one file that works from disk: build/page/vekmsg.html. Installs what is missing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=scripts/talk.sh
 . scripts/talk.sh
 
 scripts/packages.sh page

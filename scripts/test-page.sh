@@ -3,6 +3,7 @@
 #   test-page.sh [FOLDER]   pictures go to FOLDER, docs/inspector to renew them; build/page/pictures when none is named
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=scripts/talk.sh
 . scripts/talk.sh
 
 scripts/page.sh

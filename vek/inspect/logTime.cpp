@@ -81,7 +81,7 @@ std::int64_t clock(pieces_t &pieces, bool needsSeconds) {
     const int hour = pieces.number(2);
     pieces.oneOf(":");
     const int minute = pieces.number(2);
-    std::int64_t value = (hour * 60 + minute) * 60 * second;
+    std::int64_t value = (std::int64_t{hour} * 60 + minute) * 60 * second;
     int seconds = 0;
     if (pieces.isGood() && pieces.next() == ':') {
         pieces.oneOf(":");
@@ -117,7 +117,7 @@ void zone(pieces_t &pieces, logTime_t &time) {
         return;
     pieces = ahead;
     time.hasZone = true;
-    time.microseconds -= (sign == '+' ? 1 : -1) * minutes * 60 * second;
+    time.microseconds -= (sign == '+' ? second : -second) * minutes * 60;
 }
 
 using reader_t = std::optional<logTime_t> (*)(pieces_t &);
