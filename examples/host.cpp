@@ -26,7 +26,7 @@ int main() {
             std::cout << "Job " << vek::parse<vek::JobPort>(text)->jobId << '\n';
 
         // A message that was cut off on its way.
-        vek::parse<vek::DeviceStatus>("@@4161    71 7 44 {STATUS=3;LOW_STATUS=17");
+        std::cout << vek::parse<vek::DeviceStatus>("@@4161    71 7 44 {STATUS=3;LOW_STATUS=17")->status << '\n';
     } catch (const vek::messageError_t &error) {
         std::cout << "Refused: " << error.what() << '\n';
     }

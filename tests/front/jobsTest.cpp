@@ -109,7 +109,7 @@ TEST_F(JobsTest, EnumerationsKnowTheirNames) {
     EXPECT_EQ(bodyOf(print(*path)), "{GDAPI_DATA_PATH=BITMAP;LPT_SCSI_port=1;}");
     path->gdapiDataPath = 4; // without a name it is not written
     EXPECT_EQ(path->gdapiDataPath.name(), "");
-    EXPECT_EQ(bodyOf(print(*path)), "{LPT_SCSI_port=1;}");
+    EXPECT_EQ(bodyOf(printLossy(*path)), "{LPT_SCSI_port=1;}");
 }
 
 } // namespace

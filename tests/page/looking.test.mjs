@@ -65,6 +65,23 @@ test('problems say their place, what a host makes of them, and what was meant; c
   });
 });
 
+test('files and texts are dropped on the page', async () => {
+  await withPage(async (page) => {
+    const drop = (fill) =>
+      page.evaluate((given) => {
+        const data = new DataTransfer();
+        if (given.file) data.items.add(new File([given.file], 'dropped.log'));
+        else data.setData('text/plain', given.text);
+        for (const kind of ['dragover', 'drop']) document.body.dispatchEvent(new DragEvent(kind, { dataTransfer: data, bubbles: true, cancelable: true }));
+      }, fill);
+    await drop({ file: `08:00:00 ${samples[0].text}\n08:00:01 ${samples[1].text}\n` });
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '2 messages · 2 kinds');
+    assert.match(await page.textContent('#fileName'), /^dropped\.log/);
+    await drop({ text: samples[2].text });
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '1 message · 1 kind');
+  });
+});
+
 test('messages in other forms, wrapped ones, and texts without any', async () => {
   await withPage(async (page) => {
     await paste(page, '{"id":4112,"echo":7,"seq":41,"focusValue_t":{"MEDIA_NAME":"Violet","FOCUS_VALUE":3.25}}');

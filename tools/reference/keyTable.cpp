@@ -47,6 +47,13 @@ std::string kindOf(const fieldSchema_t &field, references_t &references) {
     return words;
 }
 
+// Of a container with the item that it holds.
+std::string typeOf(const fieldSchema_t &field) {
+    if (field.list != listKind_t::container)
+        return std::string(field.member.type);
+    return joined({"Container<", field.record != nullptr ? field.record->structure : "string_t", ">"});
+}
+
 std::string defaultOf(const fieldSchema_t &field) {
     switch (field.defaultKind) {
     case defaultKind_t::record:
@@ -74,7 +81,7 @@ void writeRows(std::ostream &out, const recordSchema_t &record, references_t &re
         for (int i = 0; i < depth; ++i)
             out << "· ";
         out << code(field.key) << " | " << kindOf(field, references) << " | "
-            << (field.member.path.empty() ? "*the base*" : code(field.member.path)) << " | " << code(field.member.type)
+            << (field.member.path.empty() ? "*the base*" : code(field.member.path)) << " | " << code(typeOf(field))
             << " | " << field.member.windows32 << " | " << field.member.linux64 << " | " << defaultOf(field) << " |\n";
         if (field.record != nullptr && !field.isList())
             writeRows(out, *field.record, references, depth + 1);

@@ -24,10 +24,11 @@ What each message id holds, and what the four calls do with it. Where the member
 [layouts.md](layouts.md); who owns and releases what, on [hosts.md](hosts.md).
 
 - **Keys** stand in the text in the order of the table; rows with a `·` are the keys of the nested record above them.
-- **Kinds**: integers, reals and texts stand as they are, booleans as `TRUE` or `FALSE`, enumerations by
-  [name](#enumerations), lists as `{a,b,}`. Reals are written with six decimals. A range has two keys, its type and its
-  list: of a `continuous_e` range the minimum and the maximum are written, of a `discrete_e` one all values. Its type
-  is written only when it has values.
+- **Kinds**: integers and reals stand in decimal, reals with six decimals; texts stand as they are but for the characters
+  `= ; , { }`, which are written as the control codes 1 to 5; booleans stand as `TRUE` or `FALSE`, enumerations by
+  [name](#enumerations), lists as `{a,b,}`. A range has two keys, its type and its list: of a `continuous_e` range the
+  minimum and the maximum are written, of a `discrete_e` one all values. Its type is written only when it has values.
+  All the rules, for reading too, are on [text-format.md](text-format.md).
 - **Member** and **C type** are those of the structure, and its offset there in bytes, for 32-bit Windows and for 64-bit
   Linux. Enumerations are stored as their values, booleans as 0 or 1.
 - **Defaults** are what `vekStrToVal` gives for a null text. In a conversion from text, a key that is absent gives 0,
@@ -82,6 +83,15 @@ std::string_view headerOf(const structureLayout_t &layout) {
     return {};
 }
 
+// The constant of an enumeration that a C header declares with this name.
+std::string_view constantNamed(std::string_view header, std::string_view name) {
+    const std::size_t end = header.find(joined({", \"", name, "\""}));
+    if (end == std::string_view::npos)
+        throw std::runtime_error(joined({"no constant for ", name, " in the headers of enumerations"}));
+    const std::size_t start = header.rfind('(', end) + 1;
+    return header.substr(start, end - start);
+}
+
 std::string sampleOf(const fs::path &folder, std::int32_t id) {
     for (const fs::directory_entry &entry : fs::directory_iterator(folder))
         if (entry.path().filename().string().starts_with(std::to_string(id) + "-"))
@@ -113,7 +123,9 @@ void writeSample(std::ostream &out, std::string_view message) {
 
 class messagePage_t {
 public:
-    messagePage_t(std::ostream &out, const fs::path &root) : out_(out), samples_(root / "examples/messages") {
+    messagePage_t(std::ostream &out, const fs::path &root)
+        : out_(out), samples_(root / "examples/messages"),
+          enumerations_(readFile(root / "vek/records/enumerations.h") + readFile(root / "vek/text/enumeration.h")) {
         for (const messageSchema_t &message : schema().messages())
             if (message.record != nullptr) {
                 const std::string anchor = anchorOf(headingOf(message));
@@ -199,16 +211,19 @@ private:
 
     void writeEnumerations() {
         out_ << "\n## Enumerations\n\nA value is stored as a 32-bit integer and written by its name. An unknown name "
-                "is ignored, and a value without a name is not written.\n";
+                "is ignored, and a value without a name is not written. The constants are those of "
+                "`vek/records/enumerations.h`.\n";
         for (const fieldSchema_t *field : references_.enumerations) {
-            out_ << "\n### " << field->enumeration << "\n\n| Value | Name |\n|--:|---|\n";
+            out_ << "\n### " << field->enumeration << "\n\n| Value | Name | Constant |\n|--:|---|---|\n";
             for (std::size_t value = 0; value < field->names.size(); ++value)
-                out_ << "| " << value << " | `" << field->names[value] << "` |\n";
+                out_ << "| " << value << " | " << code(field->names[value]) << " | "
+                     << code(constantNamed(enumerations_, field->names[value])) << " |\n";
         }
     }
 
     std::ostream &out_;
     fs::path samples_;
+    std::string enumerations_;
     references_t references_;
 };
 

@@ -31,6 +31,7 @@ struct envelopePlaces_t {
     std::size_t endMarker = 0;     ///< where "!!" should be
     bool hasId = false;            ///< a number stands behind "@@"
     std::int32_t statedLength = 0; ///< 0 when it can't be read
+    std::size_t behindLength = 0;
 };
 
 namespace detail {
@@ -83,6 +84,7 @@ inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &n
     scan.skipSpace();
     places.length = place();
     scan.number(places.statedLength);
+    places.behindLength = place();
     if (places.statedLength < 0 || static_cast<std::size_t>(places.statedLength) != text.size() + 1)
         return envelopeResult_t::wrongLength;
     scan.number(numbers.echoTag);
@@ -97,6 +99,13 @@ inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &n
     scan.skipSpace();
     const std::string_view rest(scan.at, static_cast<std::size_t>(scan.end - scan.at));
     return rest.substr(0, 2) == "!!" ? envelopeResult_t::correct : envelopeResult_t::wrongMarker;
+}
+
+/// The echo tag and the sequence number of a text whose length is wrong, which readEnvelope leaves unread.
+inline void readHeaderNumbers(std::string_view text, const envelopePlaces_t &places, envelopeNumbers_t &numbers) {
+    detail::envelopeScan_t scan{text.data() + places.behindLength, text.data() + text.size()};
+    scan.number(numbers.echoTag);
+    scan.number(numbers.sequenceNumber);
 }
 
 inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body) {

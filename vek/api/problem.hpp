@@ -5,8 +5,10 @@
 
 #include "vek/api/envelope.hpp"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -23,15 +25,29 @@ enum class problemCode_t {
     wrongLength,   ///< the length is not the text's
     noEndMarker,   ///< no "!!" at the end
     otherId,       ///< a message of another id than asked for
-    // Of a structure:
-    tooLong,        ///< the message would have 100,000 characters or more
-    countAboveRoom, ///< a count says more elements than there is room for
+    // Of a structure, all of which but the first are what its text would lose:
+    tooLong,          ///< the message would have 100,000 characters or more
+    countAboveRoom,   ///< a count says more elements than there is room for
+    surplusElements,  ///< a list has more elements than its count says
+    nullItem,         ///< a container has a null pointer
+    emptyElement,     ///< an empty text in a list: it has no place there, and the later ones move up
+    leadingQuote,     ///< a text begins with a quotation mark, and would be read as a quoted one
+    reservedCode,     ///< a text has a control code 1 to 5, which would be read as one of = ; , { }
+    nulInText,        ///< a text has a NUL, where it would end
+    textTooLong,      ///< a text fills its character array, without a NUL
+    missingCharacter, ///< a 16-bit text has a character that is not set
+    unnamedValue,     ///< an enumeration has a value without a name
+    unknownFlag,      ///< a flag is neither 0 nor 1
+    notFinite,        ///< a real is an infinity or not a number
+    rangeNotKept,     ///< a continuous range has more values than two, or ends below -1.0
 };
 
 struct problem_t {
     problemCode_t code = problemCode_t::none;
-    std::size_t offset = 0; ///< of the byte in the text where it is wrong; 0 when it is a structure that is wrong
-    std::string text;       ///< why, for people
+    std::size_t offset = 0;  ///< of the byte in the text where it is wrong; 0 when it is a structure that is wrong
+    std::string text;        ///< why, for people, with the member
+    std::string member = {}; ///< of a structure: where it is wrong, for example "punchSysName[2]"
+    envelopeNumbers_t numbers = {}; ///< of a text: as far as they could be read, so that it can be answered
 
     explicit operator bool() const { return code != problemCode_t::none; }
 };
@@ -68,6 +84,8 @@ inline problem_t checkEnvelope(std::string_view text, envelopeNumbers_t &numbers
     text = withoutNul(text);
     std::string_view body;
     const envelopeResult_t result = readEnvelope(text, numbers, body, places);
+    if (result == envelopeResult_t::wrongLength && places.hasId)
+        readHeaderNumbers(text, places, numbers);
     if (!text.starts_with("@@"))
         return {noStartMarker, 0, "the text does not begin with \"@@\""};
     if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos)
@@ -83,7 +101,7 @@ inline problem_t checkEnvelope(std::string_view text, envelopeNumbers_t &numbers
     return {};
 }
 
-/// As checkEnvelope, and that the text is message `id`.
+/// As checkEnvelope, and that the text is message `id`. The problem has the numbers that could be read.
 inline problem_t checkMessage(std::string_view text, std::int32_t id) {
     envelopeNumbers_t numbers;
     envelopePlaces_t places;
@@ -91,7 +109,64 @@ inline problem_t checkMessage(std::string_view text, std::int32_t id) {
     if (!problem && numbers.id != id)
         problem = {problemCode_t::otherId, places.id,
                    "the text is message " + std::to_string(numbers.id) + ", not " + std::to_string(id)};
+    if (problem)
+        problem.numbers = numbers;
     return problem;
+}
+
+namespace detail {
+
+/// What a message with this id begins with as the library writes it: "@@4112 ".
+template <std::int32_t Id>
+inline constexpr auto ordinaryStart = [] {
+    static_assert(Id >= 1000 && Id <= 9999);
+    return std::array<char, 7>{'@', '@', '0' + Id / 1000, '0' + Id / 100 % 10, '0' + Id / 10 % 10, '0' + Id % 10, ' '};
+}();
+
+/// Whether the `width` characters at `at` are a number in decimal, blanks in front of it.
+inline bool isPadded(const char *at, std::size_t width, std::size_t number) {
+    const char *last = at + width;
+    for (; number != 0; number /= 10)
+        if (last == at || *--last != static_cast<char>('0' + number % 10))
+            return false;
+    while (last != at)
+        if (*--last != ' ')
+            return false;
+    return true;
+}
+
+/// Skips a blank and an integer behind it; false when they aren't there. The text goes on behind it or ends with what
+/// is no digit.
+inline bool skipNumber(const char *&at) {
+    if (*at++ != ' ')
+        return false;
+    at += *at == '-' ? 1 : 0;
+    const char *const digits = at;
+    while (static_cast<unsigned char>(*at - '0') < 10)
+        ++at;
+    return at != digits;
+}
+
+} // namespace detail
+
+/// Whether a text is message `Id` with an envelope as the library writes it, told in fewer steps than checkMessage:
+/// that would find no problem either. Of other texts, which checkMessage may find right too, it tells
+/// false. The text comes without its NUL.
+template <std::int32_t Id>
+bool isOrdinaryMessage(std::string_view text) {
+    constexpr std::size_t smallest = 19; // "@@4112    20 1 1 !!"
+    const auto &start = detail::ordinaryStart<Id>;
+    if (text.size() < smallest || std::memcmp(text.data(), start.data(), start.size()) != 0 || !text.ends_with("!!"))
+        return false;
+    const char *at = text.data() + start.size();
+    const char *const end = text.data() + text.size() - 2;
+    constexpr std::size_t lengthDigits = 5;
+    if (!detail::isPadded(at, lengthDigits, text.size() + 1))
+        return false;
+    at += lengthDigits;
+    if (!detail::skipNumber(at) || !detail::skipNumber(at) || at >= end)
+        return false;
+    return std::memchr(at, '\0', static_cast<std::size_t>(end - at)) == nullptr;
 }
 
 } // namespace vek

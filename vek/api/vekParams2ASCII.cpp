@@ -52,7 +52,7 @@ char *emptyText() {
 
 // The sequence number is kept only when the text is whole: a message that there was no memory for has not been sent,
 // and takes none.
-char *writeMessage(std::int32_t id, const catalogueRow_t *row, void *msgStruct) {
+char *writeMessage(std::int32_t id, const catalogueRow_t *row, const void *msgStruct) {
     bodyBuffer_t buffer(msgStruct == nullptr ? roomWithoutBody : firstRoom);
     bodyWriter_t out(buffer);
     takenNumber_t sequenceNumber;
@@ -87,7 +87,7 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     return failure;
 }
 
-std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, void *msgStruct, char **text) try {
+std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, const void *msgStruct, char **text) try {
     if (text == nullptr)
         return failure;
     *text = nullptr;

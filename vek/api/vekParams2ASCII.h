@@ -60,7 +60,7 @@ VEK_API int32_t VEK_CALL vekStrToVal(const char *text, int32_t *msgId, void **ms
  * Returns 0; or -1 for an id that can't be written ("vekValToStr: Invalid msg ID = "), a NULL text, or when memory runs
  * out (then *text is NULL).
  */
-VEK_API int32_t VEK_CALL vekValToStr(int32_t msgId, void *msgStruct, char **text);
+VEK_API int32_t VEK_CALL vekValToStr(int32_t msgId, const void *msgStruct, char **text);
 
 /* Releases a text that vekValToStr handed out. NULL is harmless. */
 VEK_API void VEK_CALL vekParamsDelete(void *text);

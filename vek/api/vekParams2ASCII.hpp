@@ -10,23 +10,34 @@
 //     std::string written = vek::print<VEK_MSG_ID_RECORD_4189>(*record);
 //
 // A structure of your own, `vek::FocusValue focus;`, prints as well. Header-only; links the library and, for the
-// structures' own classes, vekTypes. Threads: as the four calls, one at a time.
+// structures' own classes, vekTypes. Threads: as the four calls.
 //
 // What the calls accept silently is refused here: a text whose envelope is wrong or that is another message, and a
-// structure whose message would be too long to be read back, or whose count goes beyond its room (DeviceStatus). parse
-// and print have two forms. One throws messageError_t; the other puts the problem, or none, into its last argument and
-// returns null or "". Both throw std::bad_alloc when memory runs out. Nothing is ever printed on standard output. What
-// is damaged inside a body is no error: see vekStrToVal.
+// structure of which something would not come back from its text. vek::check tells all that would not, and the
+// printLossy forms print all the same. parse and the printing functions have two forms: one throws messageError_t, the
+// other puts the problem, or none, into its last argument and returns null, "" or false. Both throw std::bad_alloc when
+// memory runs out. Nothing is ever printed on standard output. What is damaged inside a body is no error: see
+// vekStrToVal.
 #pragma once
 
+#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+// A missing file ends the compilation with this one line; behind an #error every use of the front would add its own.
+#    include "this header needs C++20: compile with -std=c++20"
+#endif
+
 #include "vek/api/envelope.hpp"
+#include "vek/api/front/structureCheck.hpp"
 #include "vek/api/messageTable.hpp"
+#include "vek/api/messageText.hpp"
 #include "vek/api/problem.hpp"
 #include "vek/api/vekParams2ASCII.h"
+#include "vek/records/conversion.hpp"
+#include "vek/records/enumerations.hpp"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -34,8 +45,21 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace vek {
+
+/// A text to read: a view, or what is known to have a NUL behind it, which then needs not be copied.
+struct textToRead_t {
+    textToRead_t(std::string_view text) : whole(text), hasNul(text.ends_with('\0')) {}
+    textToRead_t(const char *text, std::size_t size) : textToRead_t(std::string_view(text, size)) {}
+    textToRead_t(const char *text) : whole(text), hasNul(true) {}
+    textToRead_t(const std::string &text) : whole(text), hasNul(true) {}
+    textToRead_t(const messageText_t &text) : whole(text.view()), hasNul(true) {}
+
+    std::string_view whole; ///< with its NUL or without
+    bool hasNul;            ///< in the view or right behind it
+};
 
 /// Releases a structure that the library made.
 template <messageStructure Structure>
@@ -57,10 +81,6 @@ using owned_t = std::unique_ptr<Structure, releaser_t<Structure>>;
 
 namespace detail {
 
-struct textReleaser_t {
-    void operator()(char *text) const { vekParamsDelete(text); }
-};
-
 /// The structure of a text, or with its declared defaults when the text is null.
 template <class Structure>
 owned_t<Structure> makeStructure(std::int32_t id, const char *text) {
@@ -70,39 +90,75 @@ owned_t<Structure> makeStructure(std::int32_t id, const char *text) {
     return owned_t<Structure>(static_cast<Structure *>(structure));
 }
 
-inline std::string writeStructure(std::int32_t id, const void *structure, problem_t &problem) {
-    char *text = nullptr;
-    if (vekValToStr(id, const_cast<void *>(structure), &text) != 0) // which only reads it
-        throw std::bad_alloc();
-    const std::unique_ptr<char, textReleaser_t> owned(text);
-    std::string written(text);
-    if (written.size() + 1 <= largestMessage)
-        return written;
-    problem = {problemCode_t::tooLong, 0,
-               "the message would have " + std::to_string(written.size() + 1) + " characters with its NUL, " +
-                   std::to_string(largestMessage) + " are the most"};
-    return {};
+/// Reads a text that was found right.
+template <std::int32_t Id>
+owned_t<structureOf_t<Id>> readMessage(const textToRead_t &text) {
+    if (text.hasNul)
+        return makeStructure<structureOf_t<Id>>(Id, text.whole.data());
+    char copy[512];
+    if (text.whole.size() >= sizeof copy)
+        return makeStructure<structureOf_t<Id>>(Id, std::string(text.whole).c_str());
+    std::memcpy(copy, text.whole.data(), text.whole.size());
+    copy[text.whole.size()] = '\0';
+    return makeStructure<structureOf_t<Id>>(Id, copy);
 }
 
-/// Counts that writing takes on trust.
-template <class Structure>
-problem_t checkCounts(const Structure &structure) {
-    if constexpr (std::is_same_v<Structure, DeviceStatus>) {
-        constexpr std::size_t room = std::extent_v<decltype(DeviceStatus::msgs)>;
-        if (structure.numOfMessages > static_cast<std::int32_t>(room))
-            return {problemCode_t::countAboveRoom, 0,
-                    "numOfMessages is " + std::to_string(structure.numOfMessages) + ", there is room for " +
-                        std::to_string(room)};
-    }
-    return {};
+template <messageStructure Structure>
+const structureCheck_t &checkOf() {
+    using message = messageOf_t<idsOfStructure<Structure>.first>; // of several, all have one record class
+    static const structureCheck_t check(&conversionOf<Structure, typename message::record_t>::visit);
+    return check;
 }
+
+/// Counts beyond the room that writing takes on trust: what lies behind the structure would be read.
+template <class Structure>
+bool isSafe(const Structure &structure) {
+    if constexpr (std::is_same_v<Structure, DeviceStatus>)
+        return structure.numOfMessages <= static_cast<std::int32_t>(std::extent_v<decltype(DeviceStatus::msgs)>);
+    else
+        return true;
+}
+
+/// What a message is written with.
+enum class echo_t { ofLastMessageRead, given };
+
+template <std::int32_t Id>
+messageText_t writeMessage(const void *structure, echo_t echo, std::int32_t echoTag, problem_t &problem) {
+    char *written = nullptr;
+    if (vekValToStr(Id, structure, &written) != 0)
+        throw std::bad_alloc();
+    messageText_t text(written);
+    if (echo == echo_t::given)
+        text.setEchoTag(echoTag);
+    if (!text.isLengthRight()) [[unlikely]] {
+        problem = {problemCode_t::tooLong, 0,
+                   "the message would have " + std::to_string(std::strlen(text.c_str()) + 1) +
+                       " characters with its NUL, " + std::to_string(largestMessage) + " are the most"};
+        text = messageText_t();
+    }
+    return text;
+}
+
+/// Prints what is kept or, when `isLossy`, what is safe to print.
+template <std::int32_t Id>
+messageText_t printMessage(const structureOf_t<Id> &structure, problem_t &problem, bool isLossy = false,
+                           echo_t echo = echo_t::ofLastMessageRead, std::int32_t echoTag = 0) {
+    if (problem)
+        problem = {};
+    if ((!isLossy || !isSafe(structure)) && !checkOf<structureOf_t<Id>>().isKept(&structure, problem))
+        return {};
+    return writeMessage<Id>(&structure, echo, echoTag, problem);
+}
+
+template <class Structure>
+inline constexpr bool isSaid = false; // once a call of this structure is compiled
 
 /// Throws the problem that `call` reports, if any.
 template <class Call>
 auto throwing(Call call) {
     problem_t problem;
     auto result = call(problem);
-    if (problem)
+    if (problem) [[unlikely]]
         throw messageError_t(std::move(problem));
     return result;
 }
@@ -110,7 +166,7 @@ auto throwing(Call call) {
 } // namespace detail
 
 /// The id of a text message, to choose what to parse it as; 0 when it has none. Nothing else is checked.
-inline std::int32_t messageId(std::string_view text) {
+[[nodiscard]] inline std::int32_t messageId(std::string_view text) {
     envelopeNumbers_t numbers;
     std::string_view body;
     readEnvelope(text, numbers, body);
@@ -118,59 +174,197 @@ inline std::int32_t messageId(std::string_view text) {
 }
 
 /// Reads a text message. The text may be followed by its NUL or not; it is not referred to afterwards. A text that is
-/// refused changes nothing in the library: the header numbers stay.
+/// refused changes nothing in the library: the header numbers stay. So a reply to it is printed with reply(), and the
+/// echo tag that the problem has.
 template <std::int32_t Id>
-requires structuredId<Id> owned_t<structureOf_t<Id>> parse(std::string_view text, problem_t &problem) {
-    problem = checkMessage(text, Id);
-    return problem ? nullptr : detail::makeStructure<structureOf_t<Id>>(Id, std::string(withoutNul(text)).c_str());
+requires structuredId<Id>
+[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, problem_t &problem) {
+    if (problem)
+        problem = {};
+    if (!isOrdinaryMessage<Id>(withoutNul(text.whole))) {
+        problem = checkMessage(text.whole, Id);
+        if (problem)
+            return nullptr;
+    }
+    return detail::readMessage<Id>(text);
 }
 
 template <std::int32_t Id>
-requires structuredId<Id> owned_t<structureOf_t<Id>> parse(std::string_view text) {
-    return detail::throwing([text](problem_t &problem) { return parse<Id>(text, problem); });
+requires structuredId<Id>
+[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text) {
+    if (!isOrdinaryMessage<Id>(withoutNul(text.whole)))
+        if (problem_t problem = checkMessage(text.whole, Id))
+            throw messageError_t(std::move(problem));
+    return detail::readMessage<Id>(text);
 }
 
 template <soleStructure Structure>
-owned_t<Structure> parse(std::string_view text, problem_t &problem) {
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, problem_t &problem) {
     return parse<idOf<Structure>>(text, problem);
 }
 
 template <soleStructure Structure>
-owned_t<Structure> parse(std::string_view text) {
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text) {
     return parse<idOf<Structure>>(text);
 }
 
 /// A structure with its message's declared defaults.
 template <std::int32_t Id>
-requires structuredId<Id> owned_t<structureOf_t<Id>> defaults() {
+requires structuredId<Id>
+[[nodiscard]] owned_t<structureOf_t<Id>> defaults() {
     return detail::makeStructure<structureOf_t<Id>>(Id, nullptr);
 }
 
 template <soleStructure Structure>
-owned_t<Structure> defaults() {
+[[nodiscard]] owned_t<Structure> defaults() {
     return defaults<idOf<Structure>>();
 }
 
-/// Writes a structure as a text message. The sequence number counts up also when the message is refused as too long.
+/// All of a structure that would not come back from its text, in the order of the text; empty when everything would.
+/// Rounding to six decimals, what stands behind the NUL of a character array or behind the elements that are in use,
+/// and the type of a range without values are no loss. That a message is too long is known only when it is printed.
+template <messageStructure Structure>
+[[nodiscard]] std::vector<problem_t> check(const Structure &structure) {
+    return detail::checkOf<Structure>().all(&structure);
+}
+
+/// Writes a structure as a text message, unless something in it would not come back. The sequence number counts up also
+/// when the message is refused as too long.
 template <std::int32_t Id>
-requires structuredId<Id> std::string print(const structureOf_t<Id> &structure, problem_t &problem) {
-    problem = detail::checkCounts(structure);
-    return problem ? std::string() : detail::writeStructure(Id, &structure, problem);
+requires structuredId<Id>
+[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, problem_t &problem) {
+    return detail::printMessage<Id>(structure, problem);
 }
 
 template <std::int32_t Id>
-requires structuredId<Id> std::string print(const structureOf_t<Id> &structure) {
-    return detail::throwing([&structure](problem_t &problem) { return print<Id>(structure, problem); });
+requires structuredId<Id>
+[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure) {
+    return detail::throwing([&](problem_t &problem) { return print<Id>(structure, problem); });
 }
 
 template <soleStructure Structure>
-std::string print(const Structure &structure, problem_t &problem) {
+[[nodiscard]] messageText_t print(const Structure &structure, problem_t &problem) {
     return print<idOf<Structure>>(structure, problem);
 }
 
 template <soleStructure Structure>
-std::string print(const Structure &structure) {
+[[nodiscard]] messageText_t print(const Structure &structure) {
     return print<idOf<Structure>>(structure);
+}
+
+/// As print, with an echo tag of your own instead of that of the last message read, which stays the library's: the
+/// answer to a message that was refused.
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure, problem_t &problem) {
+    return detail::printMessage<Id>(structure, problem, false, detail::echo_t::given, echoTag);
+}
+
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure) {
+    return detail::throwing([&](problem_t &problem) { return reply<Id>(echoTag, structure, problem); });
+}
+
+template <soleStructure Structure>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure, problem_t &problem) {
+    return reply<idOf<Structure>>(echoTag, structure, problem);
+}
+
+template <soleStructure Structure>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure) {
+    return reply<idOf<Structure>>(echoTag, structure);
+}
+
+/// As print, whatever would be lost. Still refused are a count that would make writing look behind the structure, and a
+/// message that is too long.
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, problem_t &problem) {
+    return detail::printMessage<Id>(structure, problem, true);
+}
+
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure) {
+    return detail::throwing([&](problem_t &problem) { return printLossy<Id>(structure, problem); });
+}
+
+template <soleStructure Structure>
+[[nodiscard]] messageText_t printLossy(const Structure &structure, problem_t &problem) {
+    return printLossy<idOf<Structure>>(structure, problem);
+}
+
+template <soleStructure Structure>
+[[nodiscard]] messageText_t printLossy(const Structure &structure) {
+    return printLossy<idOf<Structure>>(structure);
+}
+
+/// As print, appended to a text of your own, which stays as it is when the structure is refused.
+template <std::int32_t Id>
+requires structuredId<Id>
+bool printTo(std::string &out, const structureOf_t<Id> &structure, problem_t &problem) {
+    out += print<Id>(structure, problem).view();
+    return !problem;
+}
+
+template <std::int32_t Id>
+requires structuredId<Id>
+void printTo(std::string &out, const structureOf_t<Id> &structure) {
+    out += print<Id>(structure).view();
+}
+
+template <soleStructure Structure>
+bool printTo(std::string &out, const Structure &structure, problem_t &problem) {
+    return printTo<idOf<Structure>>(out, structure, problem);
+}
+
+template <soleStructure Structure>
+void printTo(std::string &out, const Structure &structure) {
+    printTo<idOf<Structure>>(out, structure);
+}
+
+// What several messages share: a line of the compiler says what to write instead.
+template <sharedStructure Structure>
+owned_t<Structure> parse(const textToRead_t &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
+    return {};
+}
+
+template <sharedStructure Structure>
+owned_t<Structure> defaults() {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, defaults<VEK_MSG_ID_RECORD_4189>()");
+    return {};
+}
+
+template <sharedStructure Structure>
+messageText_t print(const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, print<VEK_MSG_ID_RECORD_4189>(record)");
+    return {};
+}
+
+template <sharedStructure Structure>
+messageText_t printLossy(const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, printLossy<VEK_MSG_ID_RECORD_4189>(record)");
+    return {};
+}
+
+template <sharedStructure Structure>
+bool printTo(std::string &, const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, printTo<VEK_MSG_ID_RECORD_4189>(out, record)");
+    return {};
+}
+
+template <sharedStructure Structure>
+messageText_t reply(std::int32_t, const Structure &, auto &...) {
+    static_assert(detail::isSaid<Structure>,
+                  "several messages share this structure: say which, reply<VEK_MSG_ID_RECORD_4189>(echoTag, record)");
+    return {};
 }
 
 /// The text in a character array of a structure: up to its NUL, or to the array's end. Valid while the array is.

@@ -1,7 +1,7 @@
 #include "vek/inspect/seal.hpp"
 
 #include "vek/api/private/envelopeWriter.hpp"
-#include "vek/records/private/conversion.hpp"
+#include "vek/records/conversion.hpp"
 
 #include <memory>
 

@@ -4,12 +4,10 @@ namespace vek {
 
 namespace {
 
-constexpr std::array mediaTypes{
-    "mediaFilm_e",  "mediaPaper_e",         "mediaPlate_e",   "mediaBlanket_e",          "mediaReceiver_e",
-    "mediaProof_e", "mediaBlueLineProof_e", "mediaGravure_e", "mediaPlateProcessLess_e", "unknown_e"};
-constexpr std::array exposurePolarities{"negative_e", "positive_e"};
-constexpr std::array transports{"roller_e", "sheet_e"};
-constexpr std::array dataPaths{"NONE", "TSP", "SCSI_CONNECTION", "BITMAP"};
+constexpr std::array mediaTypes{VEK_MEDIA_TYPES(VEK_NAME_OF)};
+constexpr std::array exposurePolarities{VEK_EXPOSURE_POLARITIES(VEK_NAME_OF)};
+constexpr std::array transports{VEK_TRANSPORTS(VEK_NAME_OF)};
+constexpr std::array dataPaths{VEK_DATA_PATHS(VEK_NAME_OF)};
 
 } // namespace
 

@@ -177,7 +177,9 @@ void placedTextField_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text;
     description.member = start_;
     description.memberSize = size_;
+    description.value = start_;
     description.room = static_cast<std::int32_t>(size_);
+    description.reach = static_cast<std::int32_t>(room_);
 }
 
 void placedTextField_t::place() {

@@ -19,8 +19,8 @@ using MediaContent = ::vekMediaContent;
 struct Media : MessageBase {
     Media() : MessageBase(VEK_MSG_MEDIA) {}
 
-    std::int32_t type = 0;         ///< media type
-    std::int32_t exposureType = 1; ///< exposure polarity
+    std::int32_t type = VEK_MEDIA_FILM;                ///< mediaType_t
+    std::int32_t exposureType = VEK_EXPOSURE_POSITIVE; ///< exposurePolarity_t
     double thick = -1.0;
     double sensitivity = 0.0;
     string_t vendor{"normal"};
@@ -38,7 +38,7 @@ struct Cassette : MessageBase {
     string_t name;
     Size exposeOffset{};
     Size exposeStart{};
-    std::int32_t inputType = 0; ///< transport
+    std::int32_t inputType = VEK_TRANSPORT_ROLLER; ///< transport_t
     double inputContent = 0.0;
     std::int32_t resIntTableN = 0;
     string_t mediaPosition;
@@ -61,7 +61,7 @@ struct MediaOutput : MessageBase {
 
     double maxOutput = 0.0;
     double outContent = 0.0;
-    std::int32_t outputType = 1; ///< transport
+    std::int32_t outputType = VEK_TRANSPORT_SHEET; ///< transport_t
 
     bool operator==(const MediaOutput &) const = default;
 };

@@ -8,6 +8,8 @@
 #ifndef VEK_MESSAGES_H
 #define VEK_MESSAGES_H
 
+#include "vek/records/enumerations.h"
+
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -63,7 +65,8 @@ enum vekMessageId {
 };
 
 /* The plain structures. A text in a character array ends at its NUL or with the array; reading a message cuts longer
- * texts. Enumerations are 32-bit integers, their values and the units are on the page docs/messages.md. */
+ * texts. Enumerations are 32-bit integers with the constants of vek/records/enumerations.h; units are on the page
+ * docs/messages.md. */
 
 typedef struct vekSize {
     double width;
@@ -105,7 +108,7 @@ typedef struct vekLayout {
 
 /* 4182, and in 4164 */
 typedef struct vekMediaParams {
-    int32_t mediaType;
+    int32_t mediaType; /* enum vekMediaType */
     int32_t unloadMediaType;
     int32_t unloadPolicy;
     double filmFeed;
@@ -191,7 +194,7 @@ typedef struct vekImageTopLeft {
 
 /* 4183 */
 typedef struct vekMediaContent {
-    int32_t mediaType;
+    int32_t mediaType; /* enum vekMediaType */
     double inputContent;
     double outputContent;
     double maxInput;

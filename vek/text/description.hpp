@@ -36,26 +36,46 @@ enum class listKind_t : std::uint8_t {
     range,     ///< the values of a valueRange_t
 };
 
+/// Where the elements of a list are, one behind the other.
+struct elementRun_t {
+    const void *first = nullptr;
+    std::int32_t count = 0;
+};
+
 struct fieldDescription_t {
     fieldKind_t kind = fieldKind_t::record;
     listKind_t list = listKind_t::none;
-    const void *member = nullptr;       ///< the member that the field is bound to
-    std::size_t memberSize = 0;         ///< its size in bytes
-    std::string_view enumeration;       ///< an enumeration in words, for example "media type"
-    const char *const *names = nullptr; ///< an enumeration's names, in order of their values
-    std::int32_t nameCount = 0;         ///< how many there are
-    const textGroup_t *group = nullptr; ///< a nested record
-    std::string_view structure;         ///< the name of a nested record's structure, for example "Media"
-    std::int32_t room = -1;             ///< the elements a list of fixed room holds, or a character array's size
-    std::int32_t elementRoom = -1;      ///< the size of the character arrays that are a list's elements
-    const void *countMember = nullptr;  ///< the member that limits how many elements of a list are printed
-    bool isCountChecked = true;         ///< false: that many are printed, be there as many or not
+    const void *member = nullptr;        ///< the member that the field is bound to
+    std::size_t memberSize = 0;          ///< its size in bytes
+    const void *value = nullptr;         ///< where the value is: the member, or inside it
+    const std::uint8_t *isSet = nullptr; ///< the flag that tells whether the value counts; null when it always does
+    std::string_view enumeration;        ///< an enumeration in words, for example "media type"
+    const char *const *names = nullptr;  ///< an enumeration's names, in order of their values
+    std::int32_t nameCount = 0;          ///< how many there are
+    const textGroup_t *group = nullptr;  ///< a nested record
+    std::string_view structure;          ///< the name of a nested record's structure, for example "Media"
+    std::int32_t room = -1;              ///< the elements a list of fixed room holds, or a character array's size
+    std::int32_t elementRoom = -1;       ///< the size of the character arrays that are a list's elements
+    std::int32_t reach = -1;             ///< how far a text may run on behind its array's start; -1: not behind its end
+    bool isTextPointer = false;          ///< a text is a pointer to its characters, which may be null; else a string_t
+    const void *countMember = nullptr;   ///< the member that limits how many elements of a list are printed
+    bool isCountChecked = true;          ///< false: that many are printed, be there as many or not
     void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements
+
+    elementRun_t (*elements)(const void *value) = nullptr; ///< finds a list's elements
+    std::size_t elementSize = 0;                           ///< from an element to the next; 0: pointers to them
 
     template <class Member>
     void bindTo(const Member &bound) {
-        member = &bound;
-        memberSize = sizeof bound;
+        standIn(bound);
+        value = &bound;
+    }
+
+    /// The member holds the value and more.
+    template <class Member>
+    void standIn(const Member &holder) {
+        member = &holder;
+        memberSize = sizeof holder;
     }
 };
 

@@ -128,7 +128,8 @@ struct ownEnumField_t : basicEnumField_t<std::int32_t> {
     /// The member is the field itself: hosts see no more of it than its value.
     void describe(fieldDescription_t &description) const override {
         basicEnumField_t::describe(description);
-        description.bindTo(*this);
+        description.standIn(*this);
+        description.isSet = &isSet;
     }
 };
 

@@ -157,7 +157,8 @@ public:
     void resize(std::integral auto count) {
         const std::int32_t wanted = checked(count);
         truncate(wanted);
-        reserve(wanted);
+        if (count_ < wanted)
+            reserve(wanted);
         while (count_ < wanted)
             new (items_ + count_++) T();
     }

@@ -1,9 +1,11 @@
 #include "vek/text/private/rangeFields.hpp"
 
+#include "vek/text/enumeration.h"
+
 namespace vek {
 
 namespace {
-constexpr std::array rangeTypes{"discrete_e", "continuous_e"};
+constexpr std::array rangeTypes{VEK_RANGE_TYPES(VEK_NAME_OF)};
 } // namespace
 
 constinit const enumNames_t rangeTypeNames{rangeTypes, "range type"};

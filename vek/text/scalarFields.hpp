@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 namespace vek {
 
@@ -150,6 +151,7 @@ public:
         description.bindTo(value_);
         if constexpr (requires { Codec::room; })
             description.room = Codec::room;
+        description.isTextPointer = std::is_pointer_v<value_t>;
     }
 
 protected:
@@ -213,7 +215,8 @@ struct ownField_t : valueField_t<Codec, typename Codec::value_t> {
     /// The member is the field itself: hosts see no more of it than its value.
     void describe(fieldDescription_t &description) const override {
         valueField_t<Codec, value_t>::describe(description);
-        description.bindTo(*this);
+        description.standIn(*this);
+        description.isSet = &this->isSet;
     }
 };
 

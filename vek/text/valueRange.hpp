@@ -3,6 +3,7 @@
 // A value type that owns its values; member of message structures. Not safe for concurrent use.
 #pragma once
 
+#include "vek/text/enumeration.h"
 #include "vek/text/growableList.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -14,8 +15,8 @@ namespace vek {
 class valueRange_t {
 public:
     /// The two kinds by name. Any kind but `discrete` is taken as continuous.
-    static constexpr std::int32_t discrete = 0;
-    static constexpr std::int32_t continuous = 1;
+    static constexpr std::int32_t discrete = VEK_RANGE_DISCRETE;
+    static constexpr std::int32_t continuous = VEK_RANGE_CONTINUOUS;
 
     /// The kind of the range. It and the values are stored independently.
     std::int32_t kind = continuous;

@@ -61,6 +61,13 @@ std::u16string_view wideStringField_t::text() const {
     return {text_.begin(), static_cast<std::size_t>(isTerminated ? count - 1 : count)};
 }
 
+bool wideStringField_t::isWhole() const {
+    for (std::int32_t i = 0; i < elements_.printed(); ++i)
+        if (elements_.element(i, pass_t::print).isSet == 0)
+            return false;
+    return true;
+}
+
 void wideStringField_t::clear() {
     elements_.clear();
     text_.clear();
@@ -116,6 +123,11 @@ void wideStringElements_t::allocate(std::int32_t count) {
 void wideStringElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
     description.list = listKind_t::growable;
+    description.elementSize = 0;
+    description.elements = [](const void *list) -> elementRun_t {
+        const auto &texts = *static_cast<const wideStringListField_t *>(list);
+        return {texts.begin().at, texts.count()};
+    };
 }
 
 void wideStringListField_t::clear() {

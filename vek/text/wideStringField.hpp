@@ -68,6 +68,9 @@ public:
     /// How many values the field was given: the characters and the terminating 0.
     std::int32_t count() const { return found_; }
 
+    /// Whether each of the values stands in the text. One that was read from an empty quoted text does not.
+    bool isWhole() const;
+
     /// Removes the text, and unsets the field.
     void clear();
 

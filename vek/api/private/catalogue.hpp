@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vek/api/messageTable.hpp"
-#include "vek/records/private/conversion.hpp"
+#include "vek/records/conversion.hpp"
 
 #include <cstdint>
 #include <span>

@@ -1,17 +1,12 @@
-// Finds members of message structures in the layout tables: by the structure's name, and by where a field is bound.
-// What is handed out lives as long as the program.
+// Finds members of message structures in the layout tables, as the schema shows them.
 #pragma once
 
 #include "vek/inspect/schema.hpp"
-#include "vek/records/private/layouts/layouts.hpp"
+#include "vek/records/private/layouts/memberPlace.hpp"
 
 #include <cstddef>
-#include <string_view>
 
 namespace vek::inspect {
-
-/// The table of a structure; null when there is none.
-const structureLayout_t *layoutNamed(std::string_view structure);
 
 /// The member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. Without a type
 /// when there is none, or no table.

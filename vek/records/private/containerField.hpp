@@ -34,6 +34,11 @@ public:
         describeElement<Element, Item>(description);
         description.list = listKind_t::container;
         description.bindTo(items_);
+        description.elementSize = 0;
+        description.elements = [](const void *items) -> elementRun_t {
+            return {static_cast<const Container<Item> *>(items)->begin(),
+                    static_cast<const Container<Item> *>(items)->count()};
+        };
     }
 
 private:

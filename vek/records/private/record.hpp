@@ -4,7 +4,7 @@
 // what it is about. The steps of adding a message are in docs/adding-a-message.md.
 #pragma once
 
-#include "vek/records/private/conversion.hpp"
+#include "vek/records/conversion.hpp"
 #include "vek/text/private/recordVisit.hpp"
 #include "vek/text/textField.hpp"
 
@@ -88,11 +88,12 @@ void conversionOf<Structure, Record>::parse(void *structure, std::string_view bo
 }
 
 template <class Structure, class Record>
-bodyWriter_t conversionOf<Structure, Record>::print(void *structure, bodyWriter_t out) {
+bodyWriter_t conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t out) {
+    const auto &printed = *static_cast<const Structure *>(structure);
     if constexpr (bindsStructure<Record>)
-        return Record(pass_t::print, *static_cast<Structure *>(structure)).toText(out);
+        return Record(pass_t::print, const_cast<Structure &>(printed)).toText(out); // which only reads it
     else
-        return static_cast<Record *>(structure)->Record::toText(out);
+        return printed.Record::toText(out);
 }
 
 template <class Structure, class Record>

@@ -49,6 +49,10 @@ public:
         description.list = listKind_t::growable;
         description.bindTo(list_);
         description.countMember = count_;
+        description.elementSize = sizeof(Value);
+        description.elements = [](const void *list) -> elementRun_t {
+            return {static_cast<const list_t *>(list)->begin(), static_cast<const list_t *>(list)->count()};
+        };
     }
 
 private:
@@ -93,8 +97,9 @@ public:
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
         description.list = listKind_t::array;
-        description.member = values_;
-        description.memberSize = sizeof(array_t);
+        description.bindTo(values_);
+        description.elementSize = sizeof(Value);
+        description.elements = [](const void *values) -> elementRun_t { return {values, roomSize}; };
         description.countMember = Counting == counting_t::all ? nullptr : &count_;
         description.isCountChecked = Counting != counting_t::byMemberUnchecked;
         description.elementRoom = description.room;
@@ -104,7 +109,7 @@ public:
 private:
     static constexpr std::int32_t roomSize = Room;
 
-    Value *values_;
+    array_t &values_;
     const std::int32_t &count_;
     std::int32_t used_ = 0;
 };

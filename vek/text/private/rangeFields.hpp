@@ -48,6 +48,11 @@ public:
         description.kind = doubleCodec_t::kind;
         description.list = listKind_t::range;
         description.bindTo(range_);
+        description.elementSize = sizeof(double);
+        description.elements = [](const void *range) -> elementRun_t {
+            return {static_cast<const valueRange_t *>(range)->begin(),
+                    static_cast<const valueRange_t *>(range)->count()};
+        };
     }
 
 private:

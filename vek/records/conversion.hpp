@@ -18,7 +18,7 @@ struct conversionOf {
     /// Reads a body: every member with a key takes its value from it, or the value of an absent key.
     static void parse(void *structure, std::string_view body);
     /// Appends the body of a structure, which is only read; nothing when no field is set.
-    static bodyWriter_t print(void *structure, bodyWriter_t out);
+    static bodyWriter_t print(const void *structure, bodyWriter_t out);
     /// Releases a structure that create() made.
     static void destroy(void *structure);
     static void visit(recordVisitor_t &visitor);
@@ -28,7 +28,7 @@ struct conversionOf {
 struct conversion_t {
     void *(*create)() = nullptr;
     void (*parse)(void *structure, std::string_view body) = nullptr;
-    bodyWriter_t (*print)(void *structure, bodyWriter_t out) = nullptr;
+    bodyWriter_t (*print)(const void *structure, bodyWriter_t out) = nullptr;
     void (*destroy)(void *structure) = nullptr;
     void (*visit)(recordVisitor_t &visitor) = nullptr;
 };

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Misuse of the front, compiled: each case must fail with exactly one error, which says what to do. And what must
+# compile: a host in C that passes constant structures.
+#   refusals.sh SOURCE_FOLDER CXX_COMPILER C_COMPILER
+set -euo pipefail
+source=$1 cxx=$2 c=$3
+
+# refuses STANDARD MESSAGE STATEMENT...: as many errors as statements, each with the message.
+refuses() {
+    local standard=$1 message=$2 said errors fitting
+    shift 2
+    said=$({ echo '#include "vek/api/vekParams2ASCII.hpp"'; echo 'int main() {'; printf '%s\n' "$@"; echo '}'; } |
+        LC_ALL=C "$cxx" -std="$standard" -Wall -Wextra -Werror -fsyntax-only -I "$source" -x c++ - 2>&1) || true
+    errors=$(grep -cE '(fatal )?error:' <<<"$said" || true)
+    fitting=$(grep -E '(fatal )?error:' <<<"$said" | grep -cE -- "$message" || true)
+    if [ "$errors" -ne $# ] || [ "$fitting" -ne $# ]; then
+        printf 'FAILED: %s errors, %s of them as they should be, for %s statements:\n%s\n' "$errors" "$fitting" $# "$said" >&2
+        exit 1
+    fi
+}
+
+refuses c++17 'this header needs C\+\+20' 'vek::FocusValue focus; (void)vek::print(focus); (void)vek::check(focus);'
+refuses c++20 'several messages share this structure: say which, [a-z]+<VEK_MSG_ID_RECORD_4189>' \
+    '(void)vek::print(vek::IdRecord{});' \
+    'vek::problem_t problem; (void)vek::reply(7, vek::IdRecord{}, problem);' \
+    '(void)vek::parse<vek::IdRecord>("");' \
+    'auto record = vek::defaults<vek::IdRecord>();'
+refuses c++20 'nodiscard' \
+    'vek::parse<vek::FocusValue>("");' 'vek::print(vek::Media());' 'vek::check(vek::Media());' 'vek::messageId("");' \
+    'vek::reply(7, vek::Media());' 'vek::defaults<vek::Media>();' 'vek::printLossy(vek::Media());'
+
+printf '%s\n' '#include "vek/api/vekParams2ASCII.h"' \
+    'int32_t print(const vekIdRecord *record, char **text) { return vekValToStr(4160, record, text); }' \
+    'const enum vekMediaType plate = VEK_MEDIA_PLATE;' |
+    "$c" -std=c99 -Wall -Wextra -Wcast-qual -Werror -fsyntax-only -I "$source" -x c -

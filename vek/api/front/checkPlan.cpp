@@ -1,0 +1,140 @@
+// Makes the rules of a check from the descriptions of a record class.
+#include "vek/api/front/private/checkPlan.hpp"
+
+#include "vek/text/enumField.hpp"
+
+namespace vek {
+
+namespace {
+
+// Calls `use` with the description of the record class that `show` shows.
+template <class Use>
+void withRecord(void (*show)(recordVisitor_t &), const Use &use) {
+    struct visitor_t : recordVisitor_t {
+        explicit visitor_t(const Use &wanted) : use(wanted) {}
+        void visit(const recordDescription_t &record) override { use(record); }
+        const Use &use;
+    } visitor(use);
+    show(visitor);
+}
+
+std::size_t distance(const void *from, const void *to) {
+    return static_cast<std::size_t>(static_cast<const char *>(to) - static_cast<const char *>(from));
+}
+
+// The type of a range has no rule of its own: it is written only with values, so it is checked with them.
+bool isRangeType(const fieldDescription_t &field) {
+    fieldDescription_t rangeType;
+    rangeTypeNames.describe(rangeType);
+    return field.names == rangeType.names;
+}
+
+checkRuleKind_t kindOf(const fieldDescription_t &field, std::int32_t room) {
+    switch (field.kind) {
+    case fieldKind_t::float64:
+        return checkRuleKind_t::reals;
+    case fieldKind_t::float32:
+        return checkRuleKind_t::real32;
+    case fieldKind_t::boolean:
+        return checkRuleKind_t::flag;
+    case fieldKind_t::enumeration:
+        return isRangeType(field) ? checkRuleKind_t::none : checkRuleKind_t::name;
+    case fieldKind_t::text:
+        return room >= 0             ? checkRuleKind_t::arrayText
+               : field.isTextPointer ? checkRuleKind_t::pointerText
+                                     : checkRuleKind_t::text;
+    case fieldKind_t::text16:
+        return checkRuleKind_t::text16;
+    case fieldKind_t::record:
+    case fieldKind_t::integer32:
+    case fieldKind_t::integer16:
+    case fieldKind_t::pixels:
+        break;
+    }
+    return checkRuleKind_t::none;
+}
+
+class planMaker_t {
+public:
+    planMaker_t(structureCheck_t::plan_t &plan, const void *address) : plan_(plan), address_(address) {}
+
+    void addMembers(const textGroup_t &group) {
+        for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
+            fieldDescription_t description;
+            field->describe(description);
+            if (description.group != nullptr)
+                addMembers(*description.group);
+            else
+                add(description);
+        }
+    }
+
+private:
+    void add(const fieldDescription_t &field) {
+        checkRule_t rule;
+        rule.value = distance(address_, field.value);
+        rule.member = {distance(address_, field.member), field.memberSize};
+        if (field.list == listKind_t::range) {
+            rule.kind = checkRuleKind_t::range;
+        } else if (field.list != listKind_t::none) {
+            makeList(rule, field);
+        } else {
+            rule.kind = kindOf(field, field.room);
+            rule.limit = rule.kind == checkRuleKind_t::name ? field.nameCount : field.room;
+            rule.runsOn = field.reach > field.room;
+            rule.isSet = field.isSet != nullptr ? distance(address_, field.isSet) : checkRule_t::nowhere;
+        }
+        if (rule.kind != checkRuleKind_t::none && !joinsLast(rule))
+            plan_.rules.push_back(std::move(rule));
+    }
+
+    // Reals that lie behind one another have one rule.
+    bool joinsLast(const checkRule_t &rule) {
+        if (rule.kind != checkRuleKind_t::reals || plan_.rules.empty())
+            return false;
+        checkRule_t &last = plan_.rules.back();
+        if (last.kind != checkRuleKind_t::reals || last.value + last.count * sizeof(double) != rule.value)
+            return false;
+        ++last.count;
+        return true;
+    }
+
+    void makeList(checkRule_t &rule, const fieldDescription_t &field) {
+        rule.kind = checkRuleKind_t::list;
+        rule.list = std::make_unique<checkedList_t>();
+        checkedList_t &list = *rule.list;
+        list.kind = field.list;
+        list.room = field.room;
+        list.elements = field.elements;
+        list.elementSize = field.elementSize;
+        list.isCountChecked = field.isCountChecked;
+        if (field.countMember != nullptr)
+            list.countMember = distance(address_, field.countMember);
+        if (field.visitElement != nullptr) {
+            list.element = makeCheckPlan(field.visitElement);
+            return;
+        }
+        list.element = std::make_unique<structureCheck_t::plan_t>();
+        checkRule_t element;
+        element.kind = kindOf(field, field.elementRoom);
+        element.limit = field.elementRoom;
+        if (element.kind != checkRuleKind_t::none)
+            list.element->rules.push_back(std::move(element));
+    }
+
+    structureCheck_t::plan_t &plan_;
+    const void *address_;
+};
+
+} // namespace
+
+std::unique_ptr<structureCheck_t::plan_t> makeCheckPlan(void (*show)(recordVisitor_t &)) {
+    auto plan = std::make_unique<structureCheck_t::plan_t>();
+    withRecord(show, [&plan](const recordDescription_t &record) {
+        plan->layout = layoutNamed(record.structure);
+        planMaker_t(*plan, record.address).addMembers(record.fields);
+    });
+    return plan;
+}
+
+} // namespace vek

@@ -1,0 +1,355 @@
+// Goes over a structure by the rules of its plan. Names of members are made only when there is a problem to tell.
+#include "vek/api/front/structureCheck.hpp"
+
+#include "vek/api/front/private/checkPlan.hpp"
+#include "vek/text/characters.hpp"
+#include "vek/text/numberText.hpp"
+#include "vek/text/valueRange.hpp"
+#include "vek/text/wideStringField.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace vek {
+
+namespace {
+
+using plan_t = structureCheck_t::plan_t;
+
+template <class T>
+const T &valueAt(const char *structure, std::size_t offset) {
+    return *reinterpret_cast<const T *>(structure + offset);
+}
+
+bool isLow(char c) {
+    return static_cast<unsigned char>(c) <= escapedCharacters.size();
+}
+
+// Whether one of the characters at `at`, as many as the word has, is a NUL or one of the codes 1 to 5.
+template <class Word>
+bool hasLow(const char *at) {
+    constexpr auto ones = static_cast<Word>(~Word{0} / 255);
+    constexpr auto highest = static_cast<Word>(ones * 128);
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return ((word - ones * (escapedCharacters.size() + 1)) & ~word & highest) != 0;
+}
+
+// The first NUL or code 1 to 5 among so many characters, or their end. Most texts are short, and have none.
+const char *findLow(const char *text, std::size_t size) {
+    const char *const end = text + size;
+    while (end - text >= 8 && !hasLow<std::uint64_t>(text))
+        text += 8;
+    if (end - text >= 4 && !hasLow<std::uint32_t>(text))
+        text += 4;
+    while (text != end && !isLow(*text))
+        ++text;
+    return text;
+}
+
+bool isEmptyElement(const plan_t &element, const char *at) {
+    if (element.layout != nullptr || element.rules.empty())
+        return false; // what always writes something
+    const checkRule_t &rule = element.rules.front();
+    if (rule.kind == checkRuleKind_t::text)
+        return valueAt<string_t>(at, 0).length() == 0;
+    if (rule.kind == checkRuleKind_t::arrayText)
+        return *at == '\0';
+    return rule.kind == checkRuleKind_t::text16 && valueAt<wideStringField_t>(at, 0).count() == 0;
+}
+
+// Whether an element is a text with nothing to tell of, as nearly all are.
+bool isFineText(const checkRule_t &rule, const char *at) {
+    const bool isArray = rule.kind == checkRuleKind_t::arrayText;
+    if (!isArray && rule.kind != checkRuleKind_t::text)
+        return false;
+    const char *const text = isArray ? at : valueAt<string_t>(at, 0).c_str();
+    const std::size_t size = isArray ? static_cast<std::size_t>(rule.limit) : valueAt<string_t>(at, 0).length();
+    const char *const low = findLow(text, size);
+    return *text != '"' && low != text && (isArray ? low != text + size && *low == '\0' : low == text + size);
+}
+
+std::string shown(double value) {
+    char text[realRoom];
+    return {text, writeReal(value, text)};
+}
+
+class checkRun_t {
+public:
+    explicit checkRun_t(bool onlyFirst) : onlyFirst_(onlyFirst) {}
+
+    /// An element that is gone over, and the list that it is in.
+    struct place_t {
+        const plan_t *plan = nullptr;
+        const checkRule_t *list = nullptr;
+        std::int32_t index = 0;
+        const place_t *outer = nullptr;
+    };
+
+    /// False when no more is to be found.
+    bool goOver(const plan_t &plan, const char *structure, const place_t *outer) {
+        for (const checkRule_t &rule : plan.rules) {
+            const where_t where{plan, rule, outer};
+            if (!goOver(where, structure))
+                return false;
+        }
+        return true;
+    }
+
+    std::vector<problem_t> found;
+
+private:
+    struct where_t {
+        const plan_t &plan;
+        const checkRule_t &rule;
+        const place_t *outer;
+    };
+
+    bool goOver(const where_t &where, const char *structure) {
+        const checkRule_t &rule = where.rule;
+        switch (rule.kind) {
+        case checkRuleKind_t::reals:
+            return checkReals(where, structure);
+        case checkRuleKind_t::real32: {
+            const float value = valueAt<float>(structure, rule.value);
+            return std::isfinite(value) || tellReal(where, static_cast<double>(value));
+        }
+        case checkRuleKind_t::flag: {
+            const std::uint8_t value = valueAt<std::uint8_t>(structure, rule.value);
+            return value <= 1 || tell(where, problemCode_t::unknownFlag,
+                                      " is " + std::to_string(value) + ", but a flag is 0 or 1 and would be read as 1");
+        }
+        case checkRuleKind_t::name:
+            return checkName(where, structure);
+        case checkRuleKind_t::text: {
+            const auto &text = valueAt<string_t>(structure, rule.value);
+            return checkText(where, text.c_str(), text.length());
+        }
+        case checkRuleKind_t::pointerText: {
+            const char *const text = valueAt<const char *>(structure, rule.value);
+            return text == nullptr || checkText(where, text, std::strlen(text));
+        }
+        case checkRuleKind_t::arrayText:
+            return checkText(where, structure + rule.value, static_cast<std::size_t>(rule.limit));
+        case checkRuleKind_t::text16:
+            return valueAt<wideStringField_t>(structure, rule.value).isWhole() ||
+                   tell(
+                       where, problemCode_t::missingCharacter,
+                       " has a character that was read from an empty text and would be left out: assign the text anew");
+        case checkRuleKind_t::range:
+            return checkRange(where, valueAt<valueRange_t>(structure, rule.value));
+        case checkRuleKind_t::list:
+            return checkList(where, structure);
+        case checkRuleKind_t::none:
+            break;
+        }
+        return true;
+    }
+
+    bool checkReals(const where_t &where, const char *structure) {
+        for (std::size_t i = 0; i < where.rule.count; ++i) {
+            const double value = valueAt<double>(structure, where.rule.value + i * sizeof value);
+            if (!std::isfinite(value) && !tellReal(where, value, i))
+                return false;
+        }
+        return true;
+    }
+
+    bool checkName(const where_t &where, const char *structure) {
+        if (where.rule.isSet != checkRule_t::nowhere && valueAt<std::uint8_t>(structure, where.rule.isSet) == 0)
+            return true;
+        const std::int32_t value = valueAt<std::int32_t>(structure, where.rule.value);
+        return (value >= 0 && value < where.rule.limit) || tellName(where, "", value, where.rule.limit);
+    }
+
+    bool checkText(const where_t &where, const char *text, std::size_t size) {
+        const char *const low = findLow(text, size);
+        const bool isArray = where.rule.kind == checkRuleKind_t::arrayText;
+        const bool isTooLong = isArray && low == text + size && !where.rule.runsOn;
+        const bool endsHere = low == text + size || (isArray && *low == '\0');
+        if (*text != '"' && !isTooLong && endsHere) [[likely]]
+            return true;
+        return tellText(where, {text, size}, isTooLong, endsHere ? nullptr : low);
+    }
+
+    bool tellText(const where_t &where, std::string_view text, bool isTooLong, const char *low) {
+        if (text.starts_with('"') &&
+            !tell(where, problemCode_t::leadingQuote,
+                  " begins with a quotation mark and would be read as a quoted text: begin it otherwise"))
+            return false;
+        if (isTooLong && !tell(where, problemCode_t::textTooLong,
+                               " fills its " + std::to_string(where.rule.limit) +
+                                   " characters and would lose the last: leave room for a NUL"))
+            return false;
+        if (low == nullptr)
+            return true;
+        const std::string place = std::to_string(low - text.data());
+        if (*low == '\0')
+            return tell(where, problemCode_t::nulInText,
+                        " has a NUL at position " + place + ", where its text would end: cut it there");
+        return tell(where, problemCode_t::reservedCode,
+                    " has the control code " + std::to_string(*low) + " at position " + place +
+                        ", which would be read as '" + unescaped(*low) + "': leave it out");
+    }
+
+    bool checkRange(const where_t &where, const valueRange_t &range) {
+        if (range.isEmpty())
+            return true;
+        constexpr std::int32_t kinds = VEK_RANGE_CONTINUOUS + 1;
+        if ((range.kind < 0 || range.kind >= kinds) && !tellName(where, ".kind", range.kind, kinds))
+            return false;
+        for (std::int32_t i = 0; i < range.count(); ++i)
+            if (!std::isfinite(range.valueAt(i)) && !tellReal(where, range.valueAt(i), 0, i))
+                return false;
+        if (range.kind == valueRange_t::discrete)
+            return true;
+        constexpr std::int32_t ends = 2;
+        if (range.count() > ends &&
+            !tell(
+                where, problemCode_t::rangeNotKept,
+                " is continuous with " + std::to_string(range.count()) +
+                    " values, but its smallest and its largest alone are written: keep these two, or make it discrete"))
+            return false;
+        const bool reachesFloor =
+            std::any_of(range.begin(), range.end(), [&](double value) { return !(value < range.maximum()); });
+        return reachesFloor || tell(where, problemCode_t::rangeNotKept,
+                                    " is continuous and ends below " + shown(range.maximum()) +
+                                        ", which would be written as its end: make it discrete");
+    }
+
+    bool checkList(const where_t &where, const char *structure) {
+        const checkedList_t &list = *where.rule.list;
+        const elementRun_t run = list.elements(structure + where.rule.value);
+        std::int32_t count = run.count;
+        if (list.countMember != checkedList_t::noMember) {
+            const std::int32_t said = valueAt<std::int32_t>(structure, list.countMember);
+            if (!checkCount(where, said, run.count))
+                return false;
+            count = std::min(count, said);
+        }
+        if (list.element->rules.empty() && list.kind != listKind_t::container)
+            return true;
+        const checkRule_t *const text = list.element->layout == nullptr && list.elementSize != 0 && count > 0
+                                            ? &list.element->rules.front()
+                                            : nullptr;
+        for (std::int32_t i = 0; i < count; ++i)
+            if ((text == nullptr || !isFineText(*text, elementAt(list, run, i))) && !checkElement(where, run, i, count))
+                return false;
+        return true;
+    }
+
+    bool checkCount(const where_t &where, std::int32_t said, std::int32_t there) {
+        const checkedList_t &list = *where.rule.list;
+        if (list.kind == listKind_t::array)
+            return said <= there ||
+                   tell(countIn(where), problemCode_t::countAboveRoom,
+                        " is " + std::to_string(said) + ", there is room for " + std::to_string(there));
+        return said >= there || tell(where, problemCode_t::surplusElements,
+                                     " has " + std::to_string(there) + " elements, but " + countIn(where) + " is " +
+                                         std::to_string(said) + ", and no more are written: make the two agree");
+    }
+
+    static const char *elementAt(const checkedList_t &list, const elementRun_t &run, std::int32_t index) {
+        const auto *first = static_cast<const char *>(run.first);
+        if (list.elementSize != 0)
+            return first + static_cast<std::size_t>(index) * list.elementSize;
+        const char *element = nullptr;
+        std::memcpy(&element, first + static_cast<std::size_t>(index) * sizeof element, sizeof element);
+        return element;
+    }
+
+    bool checkElement(const where_t &where, const elementRun_t &run, std::int32_t index, std::int32_t count) {
+        const checkedList_t &list = *where.rule.list;
+        const char *const element = elementAt(list, run, index);
+        const place_t place{&where.plan, &where.rule, index, where.outer};
+        if (element == nullptr)
+            return tell(pathOf(&place), problemCode_t::nullItem,
+                        " is a null pointer and would be read as an item of its own: add an item or none");
+        if (isEmptyElement(*list.element, element)) {
+            // Behind the last text of an array there is nothing that could move up.
+            for (std::int32_t later = index + 1; list.kind == listKind_t::array; ++later)
+                if (later == count)
+                    return true;
+                else if (!isEmptyElement(*list.element, elementAt(list, run, later)))
+                    break;
+            return tell(pathOf(&place), problemCode_t::emptyElement,
+                        " is empty, which has no place in a list: the later ones would move up; remove it");
+        }
+        return goOver(*list.element, element, &place);
+    }
+
+    static std::string nameOf(const plan_t &plan, std::size_t offset, std::size_t size) {
+        foundMember_t found;
+        if (plan.layout != nullptr)
+            findMember(*plan.layout, offset, size, found);
+        return found.path;
+    }
+
+    // The elements that lead to a place, up to its list's index: "punchSysName[2]".
+    static std::string pathOf(const place_t *place) {
+        if (place == nullptr)
+            return {};
+        return joined(pathOf(place->outer),
+                      nameOf(*place->plan, place->list->member.offset, place->list->member.size)) +
+               '[' + std::to_string(place->index) + ']';
+    }
+    static std::string joined(std::string path, const std::string &name) {
+        return path.empty() || name.empty() ? path + name : path + '.' + name;
+    }
+    static std::string pathOf(const where_t &where, std::size_t ordinal = 0) {
+        return joined(pathOf(where.outer),
+                      nameOf(where.plan, where.rule.member.offset + ordinal * sizeof(double), where.rule.member.size));
+    }
+    static std::string countIn(const where_t &where) {
+        return joined(pathOf(where.outer), nameOf(where.plan, where.rule.list->countMember, sizeof(std::int32_t)));
+    }
+
+    bool tellReal(const where_t &where, double value, std::size_t ordinal = 0, std::int32_t index = -1) {
+        return tell(pathOf(where, ordinal) + (index < 0 ? "" : '[' + std::to_string(index) + ']'),
+                    problemCode_t::notFinite, " is " + shown(value) + " and would be read as 0: give it a number");
+    }
+    bool tellName(const where_t &where, const char *member, std::int32_t value, std::int32_t count) {
+        return tell(pathOf(where) + member, problemCode_t::unnamedValue,
+                    " is " + std::to_string(value) + " and would be read as 0: the values with a name are 0 to " +
+                        std::to_string(count - 1));
+    }
+    bool tell(const where_t &where, problemCode_t code, const std::string &why) {
+        return tell(pathOf(where), code, why);
+    }
+    bool tell(const std::string &path, problemCode_t code, const std::string &why) {
+        problem_t &problem = found.emplace_back();
+        problem.code = code;
+        problem.text = path + why;
+        problem.member = path;
+        return !onlyFirst_;
+    }
+
+    bool onlyFirst_;
+};
+
+} // namespace
+
+structureCheck_t::structureCheck_t(void (*show)(recordVisitor_t &)) : plan_(makeCheckPlan(show)) {}
+
+structureCheck_t::~structureCheck_t() = default;
+
+bool structureCheck_t::isKept(const void *structure, problem_t &problem) const {
+    checkRun_t run(true);
+    if (run.goOver(*plan_, static_cast<const char *>(structure), nullptr))
+        return true;
+    problem = std::move(run.found.front());
+    return false;
+}
+
+std::vector<problem_t> structureCheck_t::all(const void *structure) const {
+    checkRun_t run(false);
+    run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
+    return std::move(run.found);
+}
+
+} // namespace vek

@@ -1,0 +1,91 @@
+// messageText_t: a text message that the library wrote, in the library's own memory, which is not copied.
+//
+// It is read like a std::string_view and converts to one and to a std::string. Whoever has it owns it, and it releases
+// itself. One thread at a time.
+#pragma once
+
+#include "vek/api/vekParams2ASCII.h"
+
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iosfwd>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vek {
+
+class messageText_t {
+public:
+    /// "", which is no message.
+    messageText_t() = default;
+
+    /// Takes over a message that vekValToStr handed out, with an id of four digits.
+    explicit messageText_t(char *text) : text_(text) {}
+
+    /// The characters, followed by a NUL. Valid until this text is assigned to or destroyed.
+    const char *c_str() const { return text_ != nullptr ? text_.get() : ""; }
+    const char *data() const { return c_str(); }
+    std::size_t size() const { return empty() ? 0 : length() - 1; } ///< without the NUL
+    bool empty() const { return text_ == nullptr; }
+    std::string_view view() const { return {c_str(), size()}; }
+    operator std::string_view() const { return view(); }
+    std::string str() const { return std::string(view()); }
+    operator std::string() const { return str(); }
+
+    /// Whether the length, the NUL included, is what the message says of it: at most 99,999.
+    bool isLengthRight() const { return lengthField()[0] == ' ' || text_.get()[length() - 1] == '\0'; }
+
+    /// Puts another echo tag into a message that vekValToStr wrote for a structure: its text has the room for that.
+    void setEchoTag(std::int32_t echoTag) {
+        char *const oldTag = lengthField() + lengthDigits + 1;
+        char *const rest = std::strchr(oldTag, ' ');
+        const std::size_t restSize = std::strlen(rest) + 1;
+        char tag[12];
+        const auto size = static_cast<std::size_t>(std::to_chars(tag, std::end(tag), echoTag).ptr - tag);
+        std::memmove(oldTag + size, rest, restSize);
+        std::memcpy(oldTag, tag, size);
+        std::size_t left = static_cast<std::size_t>(oldTag - text_.get()) + size + restSize;
+        for (; left > largestLength; left /= 10) {
+        }
+        for (char *digit = lengthField() + lengthDigits; digit != lengthField(); left /= 10)
+            *--digit = left != 0 ? static_cast<char>('0' + left % 10) : ' ';
+    }
+
+    friend bool operator==(const messageText_t &text, std::string_view other) { return text.view() == other; }
+    friend std::string operator+(const messageText_t &text, std::string_view more) { return text.str().append(more); }
+    friend std::string operator+(std::string_view start, const messageText_t &text) {
+        return std::string(start).append(text.view());
+    }
+    template <class Traits>
+    friend std::basic_ostream<char, Traits> &operator<<(std::basic_ostream<char, Traits> &out,
+                                                        const messageText_t &text) {
+        return out << text.view();
+    }
+
+private:
+    struct releaser_t {
+        void operator()(char *text) const { vekParamsDelete(text); }
+    };
+
+    static constexpr std::size_t lengthDigits = 5;
+    static constexpr std::size_t largestLength = 99999;
+
+    /// Behind "@@", an id of four digits and a blank.
+    char *lengthField() const { return text_.get() + 7; }
+
+    /// As the message says, blanks in front: without looking for the NUL.
+    std::size_t length() const {
+        std::size_t said = 0;
+        for (std::size_t i = 0; i < lengthDigits; ++i)
+            said = said * 10 + (lengthField()[i] == ' ' ? 0 : static_cast<std::size_t>(lengthField()[i] - '0'));
+        return said;
+    }
+
+    std::unique_ptr<char, releaser_t> text_;
+};
+
+} // namespace vek
