@@ -32,13 +32,19 @@ function(vekCompiledTogether)
     set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
 endfunction()
 
+# WebAssembly's code for tables that are moved at loading is slower, and nothing is loaded there.
+set(isLoaded ON)
+if(EMSCRIPTEN)
+    set(isLoaded OFF)
+endif()
+
 # The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
 # CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
 function(vekCompiling target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
-                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
+                                               VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
                                                UNITY_BUILD OFF)
     if(VEK_DEVELOPER)
         target_compile_options(${target} PRIVATE # and not for the resource compiler
@@ -75,11 +81,12 @@ function(vekExporting target map def)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/${map})
 endfunction()
 
-# The reader of JSON is headers alone, those of this machine; a cross compiler sees no others of its folder.
-function(vekReadingJson target)
-    find_path(VEK_JSON_FOLDER nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-    set(folder ${PROJECT_BINARY_DIR}/json)
+# Libraries that are headers alone are those of this machine; a cross compiler sees no others of its folder.
+function(vekUsingHeaders target library)
+    find_path(VEK_HEADERS_${library} ${library} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    mark_as_advanced(VEK_HEADERS_${library})
+    set(folder ${PROJECT_BINARY_DIR}/headers/${library})
     file(MAKE_DIRECTORY ${folder})
-    file(CREATE_LINK ${VEK_JSON_FOLDER}/nlohmann ${folder}/nlohmann SYMBOLIC)
+    file(CREATE_LINK ${VEK_HEADERS_${library}}/${library} ${folder}/${library} SYMBOLIC)
     target_include_directories(${target} SYSTEM PRIVATE ${folder})
 endfunction()

@@ -10,7 +10,7 @@ scripts/packages.sh test
 # In a source archive as in a clone.
 files=("$@")
 [ ${#files[@]} -gt 0 ] || mapfile -t files < <(find bench examples fuzz tests tools vek -type f \
-    \( -name '*.cpp' -o -name '*.hpp' -o -name '*.c' -o -name '*.h' \) | sort)
+    -not -path '*/node_modules/*' \( -name '*.cpp' -o -name '*.hpp' -o -name '*.c' -o -name '*.h' \) | sort)
 
 clang-format --dry-run -Werror "${files[@]}"
 

@@ -4,6 +4,7 @@
 #   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
 #   packages.sh bench      what the comparison with other codecs needs
 #   packages.sh coverage   all that, and what counts the lines the tests reach
+#   packages.sh page       what the inspector and its tests in a browser need
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
 # shellcheck source=scripts/talk.sh
@@ -20,9 +21,13 @@ bench)
                pkg-config valgrind python3)
     ;;
 coverage) packages+=("${testing[@]}" gcovr) ;;
+page)
+    packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
+    command -v npm >/dev/null || packages+=(npm) # Debian's nodejs has none; others bring their own
+    ;;
 windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
 *)
-    echo "packages: '$1' is not build, test, bench, coverage or windows" >&2
+    echo "packages: '$1' is not build, test, bench, coverage, page or windows" >&2
     exit 2
     ;;
 esac

@@ -34,6 +34,7 @@ runPreset clang -DVEK_BENCH=OFF
 runPreset thread
 runPreset fuzz
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
+scripts/test-page.sh
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
 if [ "$status" -eq 0 ]; then

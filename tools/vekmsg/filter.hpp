@@ -3,7 +3,7 @@
 // Never changes once made; may be used from several threads.
 #pragma once
 
-#include "tools/vekmsg/logTime.hpp"
+#include "tools/vekmsg/timeFinder.hpp"
 #include "tools/vekmsg/options.hpp"
 #include "tools/vekmsg/task.hpp"
 

@@ -2,52 +2,14 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "tools/vekmsg/sequences.hpp"
 #include "vek/inspect/check.hpp"
+#include "vek/inspect/sequences.hpp"
 
 #include <algorithm>
 #include <charconv>
 #include <map>
 
 namespace vek::tool {
-
-void sequences_t::take(std::int32_t number) {
-    std::size_t nearest = known_;
-    std::int64_t distance = largestGap + 1;
-    for (std::size_t i = 0; i < known_; ++i) {
-        const std::int64_t ahead = number - latest_[i];
-        if (ahead >= 0 && ahead < distance) {
-            distance = ahead;
-            nearest = i;
-        }
-    }
-    if (nearest < known_) {
-        latest_[nearest] = number;
-        if (distance <= 1)
-            return;
-        ++gaps_;
-        missing_ += static_cast<std::uint64_t>(distance - 1);
-        if (first_.size() < shown)
-            first_.push_back({number - distance + 1, number - 1});
-        return;
-    }
-    if (known_ < senders) {
-        latest_[known_++] = number;
-        return;
-    }
-    latest_[oldest_] = number;
-    oldest_ = (oldest_ + 1) % senders;
-}
-
-std::string sequences_t::inWords() const {
-    std::string words;
-    for (const gap_t &gap : first_) {
-        words += (words.empty() ? "" : ", ") + std::to_string(gap.first);
-        if (gap.last > gap.first)
-            words += " to " + std::to_string(gap.last);
-    }
-    return gaps_ > first_.size() ? words + ", ..." : words;
-}
 
 namespace {
 
@@ -105,7 +67,7 @@ public:
     }
 
     std::map<std::int32_t, kind_t> kinds;
-    sequences_t sequences;
+    inspect::sequences_t sequences;
 
 private:
     struct numbers_t {

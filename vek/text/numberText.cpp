@@ -1,5 +1,7 @@
 #include "vek/text/numberText.hpp"
 
+#include "vek/vek_std/std_sys/private/standardReals.hpp"
+
 #include <cmath>
 #include <limits>
 
@@ -124,7 +126,7 @@ double readUnsignedReal(const char *at, const char *end) {
     if (number.isShort && isExactlyComputable(number.digits, number.exponent))
         return compute(number.digits, number.exponent);
     double value = 0.0;
-    if (std::from_chars(at, end, value).ec == std::errc::result_out_of_range)
+    if (readStandardReal(at, end, value) == std::errc::result_out_of_range)
         value = number.exponent > 0 ? std::numeric_limits<double>::infinity() : 0.0;
     return value;
 }
@@ -187,7 +189,7 @@ bool readSixDecimals(std::string_view text, double &value) {
 // tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
 // and to_chars is several times as slow.
 char *writeReal(double value, char *to) {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const auto bits = bitsOf(value);
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const std::uint64_t implicitBit = std::uint64_t{1} << 52;
     const int shift = 1075 - exponent;
@@ -195,7 +197,7 @@ char *writeReal(double value, char *to) {
     // The sign is taken from the bits, so that -0.0 and what rounds to it keep theirs, as "%lf" does.
     // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
     if (!isZero && (shift < 9 || shift > 63))
-        return std::to_chars(to, to + realRoom, value, std::chars_format::fixed, 6).ptr;
+        return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
     const fixed_t number = isZero ? fixed_t() : toFixed((bits & (implicitBit - 1)) | implicitBit, shift);
     *to = '-';
     to += bits >> 63;

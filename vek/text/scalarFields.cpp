@@ -11,7 +11,7 @@ namespace vek {
 
 // Blocks are copied whole, also what stands behind the text's end in the last one, while they are searched; from the
 // first one with a special character on it goes by characters. Nothing is decided by what stands behind the end.
-bodyWriter_t writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t out) {
+bodyWriter_t writeText(const char *text, std::size_t size, [[maybe_unused]] std::size_t readable, bodyWriter_t out) {
     constexpr std::size_t slack = 16;
     char *const start = out.room(size + slack);
     std::size_t at = 0;

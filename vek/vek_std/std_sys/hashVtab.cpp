@@ -1,7 +1,8 @@
 #include "vek/vek_std/std_sys/hashVtab.hpp"
 
+#include "vek/vek_std/std_sys/private/standardReals.hpp"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -50,7 +51,7 @@ float limited(double value, double lowest, double highest) {
 // Six significant digits, as streams write a number, in every locale.
 std::string textOf(double value) {
     char text[32];
-    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr};
+    return {text, writeStandardReal(value, realForm_t::sixDigits, text, text + sizeof text)};
 }
 
 } // namespace

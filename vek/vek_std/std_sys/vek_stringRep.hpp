@@ -11,6 +11,7 @@
 #pragma once
 
 #include "vek/vek_std/std_sys/vek_processWide.hpp"
+#include "vek/vek_std/std_sys/vek_sharedCount.hpp"
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
 #include <atomic>
@@ -118,9 +119,8 @@ struct stringRep_t {
     static const stringRep_t constantEmpty;
 
 private:
-    std::atomic_ref<std::uint32_t> count() const {
-        return std::atomic_ref<std::uint32_t>(
-            const_cast<std::uint32_t &>(referenceCount)); // constant ones are only read
+    sharedCount_t count() const {
+        return sharedCount_t(const_cast<std::uint32_t &>(referenceCount)); // constant ones are only read
     }
     bool isInline() const { return data == room; }
 };

@@ -1,15 +1,14 @@
-// The time that stands on a log's line: found in the usual spellings, or by a regular expression of the user's.
+// The time that stands on a log's line, in the usual spellings.
 //
-// Pure values; a finder may be used from several threads.
+// Pure values; the calls may run at the same time.
 #pragma once
 
 #include <cstdint>
 #include <optional>
-#include <regex>
 #include <string>
 #include <string_view>
 
-namespace vek::tool {
+namespace vek::inspect {
 
 struct logTime_t {
     std::int64_t microseconds = 0; ///< since 1970 on the log's own clock, or at UTC when it says its zone
@@ -27,20 +26,7 @@ struct logTime_t {
 /// Mar  1 12:00:00 (of this year), seconds since 1970 in ten digits, 12:00:00.
 std::optional<logTime_t> readTime(std::string_view text, std::size_t &size);
 
-/// What a person gives for --since: as readTime, or a date alone.
-std::optional<logTime_t> timeOfArgument(std::string_view text);
+/// The first time in the first bytes of a line.
+std::optional<logTime_t> timeIn(std::string_view lineHead);
 
-class timeFinder_t {
-public:
-    /// With an expression: its first group (or all of it) is a time in a usual spelling; with six groups and more they
-    /// are year, month, day, hour, minute, second and fraction. Throws usageError_t when it is no expression.
-    explicit timeFinder_t(const std::string &expression = {});
-
-    /// The time in the first bytes of a line.
-    std::optional<logTime_t> in(std::string_view lineHead) const;
-
-private:
-    std::optional<std::regex> expression_;
-};
-
-} // namespace vek::tool
+} // namespace vek::inspect

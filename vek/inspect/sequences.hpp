@@ -9,11 +9,12 @@
 #include <string>
 #include <vector>
 
-namespace vek::tool {
+namespace vek::inspect {
 
 class sequences_t {
 public:
-    void take(std::int32_t number);
+    /// Returns how many numbers are missing in front of this one.
+    std::uint32_t take(std::int32_t number);
 
     std::uint64_t gaps() const { return gaps_; }
     std::uint64_t missing() const { return missing_; }
@@ -34,4 +35,4 @@ private:
     std::vector<gap_t> first_;
 };
 
-} // namespace vek::tool
+} // namespace vek::inspect

@@ -1,13 +1,10 @@
-#include "tools/vekmsg/logTime.hpp"
-
-#include "tools/vekmsg/problem.hpp"
+#include "vek/inspect/logTime.hpp"
 
 #include <array>
-#include <charconv>
 #include <chrono>
-#include <ctime>
+#include <cstdio>
 
-namespace vek::tool {
+namespace vek::inspect {
 
 namespace {
 
@@ -84,7 +81,7 @@ std::int64_t clock(pieces_t &pieces, bool needsSeconds) {
     const int hour = pieces.number(2);
     pieces.oneOf(":");
     const int minute = pieces.number(2);
-    std::int64_t value = (hour * 60 + minute) * 60 * second;
+    std::int64_t value = (std::int64_t{hour} * 60 + minute) * 60 * second;
     int seconds = 0;
     if (pieces.isGood() && pieces.next() == ':') {
         pieces.oneOf(":");
@@ -120,7 +117,7 @@ void zone(pieces_t &pieces, logTime_t &time) {
         return;
     pieces = ahead;
     time.hasZone = true;
-    time.microseconds -= (sign == '+' ? 1 : -1) * minutes * 60 * second;
+    time.microseconds -= (sign == '+' ? second : -second) * minutes * 60;
 }
 
 using reader_t = std::optional<logTime_t> (*)(pieces_t &);
@@ -252,48 +249,17 @@ std::optional<logTime_t> readTime(std::string_view text, std::size_t &size) {
     return std::nullopt;
 }
 
-std::optional<logTime_t> timeOfArgument(std::string_view text) {
+std::optional<logTime_t> timeIn(std::string_view lineHead) {
     std::size_t size = 0;
-    for (const std::string &whole : {std::string(text), std::string(text) + ":00", std::string(text) + " 00:00:00"})
-        if (const std::optional<logTime_t> time = readTime(whole, size); time && size == whole.size())
-            return time;
+    char previous = ' ';
+    for (std::size_t i = 0; i < lineHead.size(); previous = lineHead[i++]) {
+        const bool isStart = isDigit(lineHead[i]) ? !isDigit(previous) && previous != '.' && previous != '-'
+                                                  : lineHead[i] >= 'A' && lineHead[i] <= 'S';
+        if (isStart)
+            if (const std::optional<logTime_t> time = readTime(lineHead.substr(i), size))
+                return time;
+    }
     return std::nullopt;
 }
 
-timeFinder_t::timeFinder_t(const std::string &expression) {
-    if (expression.empty())
-        return;
-    try {
-        expression_.emplace(expression, std::regex::ECMAScript | std::regex::optimize);
-    } catch (const std::regex_error &) {
-        throw usageError_t("--time " + expression +
-                           " is no regular expression; put the time in brackets, for example --time '^<([^>]*)>'");
-    }
-}
-
-std::optional<logTime_t> timeFinder_t::in(std::string_view lineHead) const {
-    std::size_t size = 0;
-    if (!expression_) {
-        char previous = ' ';
-        for (std::size_t i = 0; i < lineHead.size(); previous = lineHead[i++]) {
-            const bool isStart = isDigit(lineHead[i]) ? !isDigit(previous) && previous != '.' && previous != '-'
-                                                      : lineHead[i] >= 'A' && lineHead[i] <= 'S';
-            if (isStart)
-                if (const std::optional<logTime_t> time = readTime(lineHead.substr(i), size))
-                    return time;
-        }
-        return std::nullopt;
-    }
-    std::cmatch match;
-    if (!std::regex_search(lineHead.data(), lineHead.data() + lineHead.size(), match, *expression_))
-        return std::nullopt;
-    if (match.size() < 7)
-        return readTime(match.size() > 1 ? match[1].str() : match[0].str(), size);
-    const auto piece = [&match](std::size_t group) { return match[group].str(); };
-    std::string whole = piece(1) + "-" + piece(2) + "-" + piece(3) + " " + piece(4) + ":" + piece(5) + ":" + piece(6);
-    if (match.size() > 7 && match[7].matched)
-        whole += "." + piece(7);
-    return readTime(whole, size);
-}
-
-} // namespace vek::tool
+} // namespace vek::inspect

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Makes the inspector, tests it in a real browser, and makes the pictures of docs/inspector.md.
+#   test-page.sh [FOLDER]   pictures go to FOLDER, docs/inspector to renew them; build/page/pictures when none is named
+set -euo pipefail
+cd "$(dirname "$0")/.."
+# shellcheck source=scripts/talk.sh
+. scripts/talk.sh
+
+scripts/page.sh
+# The page's answers are compared with those of the command line.
+[ -e build/release/build.ninja ] || talk "Preparing build/release" cmake --preset release
+talk "Building vekmsg" cmake --build build/release --target vekmsg
+talk "page: testing in a browser" node --test --test-concurrency=1 tests/page/*.test.mjs
+talkShows '^# ([0-9]+ messages|a key|pass|fail)'
+talk "page: making pictures" node tests/page/pictures.mjs "${1:-build/page/pictures}"

@@ -1,0 +1,112 @@
+// The page in a real browser, as people open it: from disk.
+import { chromium } from '../../tools/page/node_modules/playwright-core/index.mjs';
+
+const folder = new URL('../..', import.meta.url).pathname;
+export const pagePath = process.env.VEK_PAGE ?? `${folder}build/page/vekmsg.html`;
+export const toolPath = process.env.VEK_TOOL ?? `${folder}build/release/tools/vekmsg/vekmsg`;
+
+const flags = [
+  '--headless',
+  '--no-sandbox',
+  '--disable-gpu',
+  '--disable-quic',
+  '--no-first-run',
+  '--disable-background-networking',
+  '--disable-component-update',
+  '--disable-sync',
+];
+
+/**
+ * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
+ * policy (unless `isRefusing`), nothing asked of a network.
+ */
+export async function withPage(use, { width = 1400, height = 900, isDark = false, scale = 1, isRefusing = false } = {}) {
+  const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
+  try {
+    const context = await browser.newContext({
+      viewport: { width, height },
+      colorScheme: isDark ? 'dark' : 'light',
+      deviceScaleFactor: scale,
+      acceptDownloads: true,
+    });
+    const page = await context.newPage();
+    page.setDefaultTimeout(10_000);
+    const wrong = [];
+    page.on('pageerror', (error) => wrong.push(error.message));
+    page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
+    page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || wrong.push(request.url()));
+    await page.goto(`file://${pagePath}`);
+    await page.waitForSelector('body.isReady');
+    await use(page);
+    if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
+  } finally {
+    await browser.close();
+  }
+}
+
+/** Pastes a text as people do, without a clipboard of the machine. Waits until it is read. */
+export async function paste(page, text) {
+  await page.evaluate((words) => {
+    document.activeElement?.blur();
+    const data = new DataTransfer();
+    data.setData('text/plain', words);
+    document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true }));
+  }, text);
+  await reading(page);
+}
+
+/** Opens files' bytes through the page's file choice. Waits until they are read. */
+export async function openFile(page, file) {
+  await page.setInputFiles('#file', file);
+  await reading(page);
+}
+
+/** Waits until what was opened is read, and a message is shown when there is one. */
+export async function reading(page, timeout = 30_000) {
+  const isRead = () => {
+    const isHidden = (id) => document.getElementById(id).hidden;
+    return !isHidden('work') && isHidden('progress') && (!isHidden('noMessages') || !isHidden('messagePanelBody'));
+  };
+  await page.waitForFunction(isRead, undefined, { timeout });
+}
+
+/** Makes a message of the list the active one, by its place in the list. */
+export async function chooseMessage(page, index) {
+  await page.click(`#messages-${index}`);
+  await page.waitForSelector('#messagePanelBody:not([hidden])', { state: 'attached' });
+}
+
+/** What the tree shows: path and value of each row in sight. */
+export function treeRows(page) {
+  return page.$$eval('#tree .row:not([hidden])', (rows) =>
+    rows.map((row) => ({ path: row.dataset.path, value: row.querySelector('.treeValue').textContent })),
+  );
+}
+
+/** The bytes of what a button saves. */
+export async function saved(page, selector) {
+  const [download] = await Promise.all([page.waitForEvent('download'), page.click(selector)]);
+  const chunks = [];
+  for await (const chunk of await download.createReadStream()) chunks.push(chunk);
+  return Buffer.concat(chunks);
+}
+
+/**
+ * The same, of what would be saved: for many in a row, of which a browser asks whether that is meant. As one-byte
+ * characters.
+ */
+export async function wouldSave(page, selector) {
+  return page.$eval(selector, async (button) => {
+    const { createObjectURL } = URL;
+    let taken;
+    URL.createObjectURL = (blob) => {
+      taken = blob;
+      return '#';
+    };
+    HTMLAnchorElement.prototype.click = () => {};
+    button.click();
+    delete HTMLAnchorElement.prototype.click;
+    URL.createObjectURL = createObjectURL;
+    return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');
+  });
+}

@@ -1,0 +1,77 @@
+// Hostile text: nothing that stands in a message becomes markup, script, or a request.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { openFile, paste, withPage } from './browser.mjs';
+import { message } from './makeLog.mjs';
+
+const hostile = [
+  '<script>window.wasHere=1</script>',
+  '<img src=x onerror=window.wasHere=1>',
+  '"\'><svg onload=window.wasHere=1>',
+  '</pre></textarea><iframe srcdoc="<script>parent.wasHere=1</script>">',
+  'javascript:window.wasHere=1',
+  '{{core}}${window.wasHere=1}&lt;b&gt;&#x3c;b&#x3e;',
+  '\u202e\u0000\u0007\u2028',
+  '__proto__',
+];
+
+const kindsOfElements = (page) =>
+  page.$$eval('main *, header *', (all) => [...new Set(all.map((one) => one.localName))].sort().join(' '));
+
+test('messages full of tags and quotes are shown as they are', async () => {
+  await withPage(async (page) => {
+    await page.click('#openExample');
+    await page.waitForSelector('#messagePanelBody:not([hidden])');
+    const usual = `${await kindsOfElements(page)} b li td th tr`; // of problems and differences
+    for (const words of hostile) {
+      const text = message(4112, 41, `{MEDIA_NAME=${words.replaceAll(/[;{}]/g, '')};${words.replaceAll(/[;={}]/g, '')}=1;FOCUS_VALUE=1.0;}`);
+      const log = `${words} ${text}\n${words} ${message(4112, 43, `{MEDIA_NAME="${words}";}`)}\n`;
+      await openFile(page, { name: `${words.replaceAll(/[\0/]/g, '')}.log`, mimeType: 'text/plain', buffer: Buffer.from(log) });
+      await page.waitForSelector('#messagePanelBody:not([hidden])');
+      assert.equal(await page.textContent('#messageText'), text);
+      for (const form of ['show', 'json', 'flat', 'message']) await page.selectOption('#formChoice', form);
+      await page.keyboard.press('ArrowDown');
+      await page.click('#differenceTab');
+      await page.click('#messageTab');
+      for (const kind of (await kindsOfElements(page)).split(' ')) assert.ok(usual.split(' ').includes(kind), `${words} made a ${kind}`);
+    }
+    assert.equal(await page.evaluate(() => window.wasHere), undefined);
+  });
+});
+
+test('the page refuses markup, code from strings and requests, whoever asks', async () => {
+  await withPage(async (page) => {
+    const refused = await page.evaluate(async () => {
+      const attempts = {
+        markup: () => (document.body.innerHTML = '<b>x</b>'),
+        attribute: () => document.body.setAttribute('onclick', 'window.wasHere=1'),
+        code: () => new Function('window.wasHere=1')(),
+      };
+      const results = {};
+      await new Promise((resolve) => setTimeout(resolve)); // what a tool evaluates at once may do more than the page
+      for (const [name, attempt] of Object.entries(attempts))
+        try {
+          attempt();
+          results[name] = name === 'attribute' ? 'inert' : 'done';
+        } catch {
+          results[name] = 'refused';
+        }
+      document.body.click();
+      results.wasHere = window.wasHere ?? 'never';
+      return results;
+    });
+    assert.equal(refused.markup, 'refused');
+    assert.equal(refused.code, 'refused');
+    assert.equal(refused.wasHere, 'never');
+  }, { isRefusing: true });
+});
+
+test('a message of as many braces and bytes as it may have', async () => {
+  await withPage(async (page) => {
+    await paste(page, message(4101, 1, `{ARRAY_CASSETTE=${'{'.repeat(20_000)}${'}'.repeat(20_000)};}`));
+    await page.waitForSelector('#messagePanelBody:not([hidden])');
+    assert.match(await page.textContent('#messageName'), /cassette/i);
+    await openFile(page, { name: 'bytes', mimeType: '', buffer: Buffer.from(Array.from({ length: 300_000 }, (_one, at) => (at * 7919) % 256)) });
+    assert.equal(await page.textContent('#summary'), '0 messages · 0 kinds');
+  });
+});

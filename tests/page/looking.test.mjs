@@ -1,0 +1,98 @@
+// Looking: what is opened is listed, found by filters, and shown as a tree beside its text.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { openFile, paste, treeRows, withPage } from './browser.mjs';
+import { logLines, samples } from './makeLog.mjs';
+
+const listed = (page) => page.textContent('#listCount');
+
+test('a generated log is listed whole, with its gaps and its damaged messages, and filtered', async () => {
+  const facts = {};
+  const text = [...logLines(3000, facts)].join('');
+  await withPage(async (page) => {
+    await openFile(page, { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from(text) });
+    assert.equal(
+      await page.textContent('#summary'),
+      `3,000 messages · ${facts.kinds.size} kinds · ${facts.damaged} with errors · ${facts.damaged} damaged · ${facts.gaps} gaps with ${facts.missing} missing`,
+    );
+    assert.equal(await listed(page), '3,000 messages');
+
+    await page.selectOption('#filterKind', '4112');
+    const focusCount = facts.kinds.get(4112).toLocaleString('en');
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${focusCount} of 3,000 messages`);
+    await page.selectOption('#filterKind', '');
+    await page.selectOption('#filterProblem', 'damaged');
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${facts.damaged} of 3,000 messages`);
+    await page.selectOption('#filterProblem', '');
+
+    // Words are found in the messages alone, not in what stands in front of them, in any letter case.
+    await page.fill('#filterWords', 'plate 1234 OF');
+    const wanted = text.split('\n').filter((line) => line.includes('Plate 1234 of')).length;
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${wanted} of 3,000 messages`);
+    await page.fill('#filterWords', ' device @@');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '0 of 3,000 messages');
+    assert.ok(await page.isVisible('#noMessages'));
+    await page.click('#clearFilters');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+  });
+});
+
+test('the selected pair is lit in the tree and in the text, whichever was chosen', async () => {
+  await withPage(async (page) => {
+    await paste(page, samples.find(({ name }) => name.startsWith('4101')).text);
+    const lit = () => page.$$eval('#messageText mark', (marks) => marks.map((mark) => mark.textContent).join(''));
+    const selected = () => page.getAttribute('#tree .row[aria-selected=true]', 'data-path');
+
+    const { path } = (await treeRows(page)).find(({ path: one }) => one.endsWith('.VENDOR') || /\]\.[A-Z]+$/.test(one));
+    await page.click(`#tree .row[data-path="${path}"]`);
+    const pair = await lit();
+    assert.ok(pair.startsWith(`${path.split('.').at(-1)}=`), `${path} lights ${pair}`);
+
+    await page.click('#messageText', { position: { x: 40, y: 16 } });
+    assert.notEqual(await selected(), path);
+    assert.ok((await lit()).length > 0);
+  });
+});
+
+test('problems say their place, what a host makes of them, and what was meant; choosing one goes there', async () => {
+  await withPage(async (page) => {
+    await paste(page, '@@4112    80 7 45 {MEDIA_NAME=Violet;FOCUS_VALEU=3.5;}!!');
+    const problem = page.locator('#problems li[data-code=unknown-key] button');
+    assert.match(await problem.textContent(), /FOCUS_VALEU.*a host ignores it.*did you mean FOCUS_VALUE\?/);
+    await problem.click();
+    assert.equal(await page.textContent('#messageText mark'), 'FOCUS_VALEU');
+    assert.equal(await page.getAttribute('#tree .row[aria-selected=true]', 'data-path'), 'FOCUS_VALEU');
+  });
+});
+
+test('files and texts are dropped on the page', async () => {
+  await withPage(async (page) => {
+    const drop = (fill) =>
+      page.evaluate((given) => {
+        const data = new DataTransfer();
+        if (given.file) data.items.add(new File([given.file], 'dropped.log'));
+        else data.setData('text/plain', given.text);
+        for (const kind of ['dragover', 'drop']) document.body.dispatchEvent(new DragEvent(kind, { dataTransfer: data, bubbles: true, cancelable: true }));
+      }, fill);
+    await drop({ file: `08:00:00 ${samples[0].text}\n08:00:01 ${samples[1].text}\n` });
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '2 messages · 2 kinds');
+    assert.match(await page.textContent('#fileName'), /^dropped\.log/);
+    await drop({ text: samples[2].text });
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '1 message · 1 kind');
+  });
+});
+
+test('messages in other forms, wrapped ones, and texts without any', async () => {
+  await withPage(async (page) => {
+    await paste(page, '{"id":4112,"echo":7,"seq":41,"focusValue_t":{"MEDIA_NAME":"Violet","FOCUS_VALUE":3.25}}');
+    assert.equal(await page.textContent('#messageText'), '@@4112    62 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.25;}!!'.replace('   62', '   58'));
+    await paste(page, '@@4112    62 7 41 {MEDIA_NAME=Violet;\nFOCUS_VALUE=3.250000;}!!');
+    await page.waitForSelector('#problems li[data-code=line-break]');
+    await paste(page, 'no message at all');
+    assert.ok(await page.isVisible('#noMessages'));
+    assert.equal(await page.textContent('#summary'), '0 messages · 0 kinds');
+    await paste(page, '{"id":4112,');
+    assert.notEqual(await page.textContent('#readingProblem'), '');
+    assert.equal(await page.locator('#messages .row:visible').count(), 0);
+  });
+});

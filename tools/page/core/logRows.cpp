@@ -1,0 +1,107 @@
+#include "tools/page/core/logRows.hpp"
+
+#include "vek/inspect/check.hpp"
+#include "vek/inspect/logTime.hpp"
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace vek::page {
+
+namespace {
+
+using namespace vek::inspect;
+
+static_assert(findingCodeCount <= 64);
+constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
+
+template <class Value>
+void appendBytes(std::string &out, const Value &value) {
+    char bytes[sizeof value];
+    std::memcpy(bytes, &value, sizeof value);
+    out.append(bytes, sizeof bytes);
+}
+
+} // namespace
+
+void logRows_t::take(std::string_view block, std::string &out) {
+    out_ = &out;
+    if (block.empty())
+        scanner_.finish(*this);
+    else
+        scanner_.feed(block, *this);
+}
+
+void logRows_t::message(const foundMessage_t &found) {
+    tree_.read(found.text);
+    const envelopeParts_t &envelope = tree_.envelope();
+    row_t row{};
+    row.offset = static_cast<double>(found.offset);
+    row.microseconds = nothing;
+    if (const std::optional<logTime_t> time = timeIn(found.lineHead)) {
+        row.microseconds = static_cast<double>(time->microseconds);
+        row.hasDate = time->hasDate ? 1 : 0;
+    }
+    row.size = static_cast<std::uint32_t>(found.text.size());
+    row.line = static_cast<std::uint32_t>(std::min<std::uint64_t>(found.line, UINT32_MAX));
+    row.id = envelope.id.isThere ? envelope.id.value : -1;
+    row.isDamaged = found.isLengthRight ? 0 : 1;
+    row.hasSequence = envelope.sequenceNumber.isThere ? 1 : 0;
+    row.sequence = envelope.sequenceNumber.value;
+    if (found.isLengthRight && envelope.sequenceNumber.isThere)
+        row.missing = sequences_.take(row.sequence);
+    if (!isClean(tree_))
+        for (const finding_t &finding : check(tree_)) {
+            const auto code = static_cast<std::size_t>(finding.code);
+            row.findings[code / 32] |= std::uint32_t{1} << code % 32;
+            row.severity = std::max<std::uint8_t>(row.severity, finding.severity == severity_t::error ? 2 : 1);
+        }
+    appendBytes(*out_, row);
+}
+
+void series_t::choose(std::string_view paths) {
+    paths_.clear();
+    while (!paths.empty()) {
+        const std::size_t end = std::min(paths.find('\n'), paths.size());
+        paths_.emplace_back(paths.substr(0, end));
+        paths.remove_prefix(std::min(end + 1, paths.size()));
+    }
+}
+
+void series_t::take(std::string_view places, std::string_view block, std::string &out) {
+    for (; places.size() >= 2 * sizeof(std::uint32_t); places.remove_prefix(2 * sizeof(std::uint32_t))) {
+        std::uint32_t place[2];
+        std::memcpy(place, places.data(), sizeof place);
+        tree_.read(block.substr(std::min<std::size_t>(place[0], block.size()), place[1]));
+        for (const std::string &path : paths_)
+            appendBytes(out, numberAt(path));
+    }
+}
+
+double series_t::numberAt(const std::string &path) const {
+    const node_t *const node = tree_.find(path);
+    if (node == nullptr || !node->hasValue || node->field == nullptr || node->isBody)
+        return nothing;
+    const std::string_view value = tree_.value(*node);
+    switch (node->field->kind) {
+    case fieldKind_t::integer32:
+    case fieldKind_t::integer16:
+        return readInteger(value);
+    case fieldKind_t::float64:
+    case fieldKind_t::float32:
+    case fieldKind_t::pixels:
+        return readReal(value);
+    case fieldKind_t::boolean:
+        return value == "TRUE" ? 1.0 : 0.0;
+    case fieldKind_t::enumeration: {
+        const std::int32_t number = node->field->valueOf(value);
+        return number < 0 ? nothing : number;
+    }
+    default:
+        return nothing;
+    }
+}
+
+} // namespace vek::page

@@ -1,0 +1,65 @@
+// What the page keeps of a log's messages: a row of fixed size each, and the numbers of plots.
+//
+// One thread at a time. Rows and numbers go to the script as they lie in memory, so their layout is part of it: see
+// columns.js.
+#pragma once
+
+#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/sequences.hpp"
+#include "vek/inspect/tree.hpp"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek::page {
+
+struct row_t {
+    double offset;       ///< of the message in the log, in bytes
+    double microseconds; ///< its line's time; not a number when it has none
+    std::uint32_t size;
+    std::uint32_t line;
+    std::int32_t id; ///< -1 when it can't be read
+    std::int32_t sequence;
+    std::uint32_t missing;     ///< sequence numbers that are missing in front of it
+    std::uint32_t findings[2]; ///< a bit for each finding code, in order
+    std::uint8_t severity;     ///< 0 nothing found, 1 warnings, 2 errors
+    std::uint8_t isDamaged;    ///< its end is not where its length says
+    std::uint8_t hasDate;      ///< of its time
+    std::uint8_t hasSequence;
+};
+static_assert(sizeof(row_t) == 48);
+
+class logRows_t final : public inspect::messageSink_t {
+public:
+    /// The next block of the log; an empty one ends it. Rows are appended to `out`.
+    void take(std::string_view block, std::string &out);
+
+    void message(const inspect::foundMessage_t &found) override;
+
+private:
+    inspect::logScanner_t scanner_;
+    inspect::sequences_t sequences_;
+    inspect::tree_t tree_;
+    std::string *out_ = nullptr;
+};
+
+/// The numbers that stand at some paths of messages: of an enumeration its value, of a boolean 0 or 1.
+class series_t {
+public:
+    /// `paths`, one a line.
+    void choose(std::string_view paths);
+
+    /// `places`: start and size of each message in `block`, as 32-bit numbers. Appends a double for each message and
+    /// path; not a number where there is none.
+    void take(std::string_view places, std::string_view block, std::string &out);
+
+private:
+    double numberAt(const std::string &path) const;
+
+    std::vector<std::string> paths_;
+    inspect::tree_t tree_;
+};
+
+} // namespace vek::page

@@ -1,0 +1,250 @@
+// The time line: how many messages of each kind there are when, where numbers are missing, and what is damaged.
+import { byId } from './elements.js';
+import { colour, onColourChange, seriesColour } from './colours.js';
+import { counted, number, timeInWords } from './words.js';
+
+const mostLanes = 6;
+const laneHeight = 18;
+const markHeight = 14;
+const edge = 6; // so that marks at the ends are whole
+
+export class TimeLine {
+  #canvas = byId('timeLine');
+  #cursor = -1;
+  #left = 0; // where the names end and the lanes begin
+  #dragFrom;
+  #bins = [];
+
+  /** onRow(row): a message was pointed out; onRange([from, to] or undefined): what is shown was changed. */
+  constructor(catalogue, { onRow, onRange }) {
+    Object.assign(this, { catalogue, onRow, onRange });
+    new ResizeObserver(() => this.draw()).observe(this.#canvas.parentElement);
+    onColourChange(() => this.draw());
+    this.#canvas.addEventListener('keydown', (event) => this.#key(event));
+    this.#canvas.addEventListener('pointermove', (event) => this.#point(event));
+    this.#canvas.addEventListener('pointerdown', (event) => this.#startDrag(event));
+    this.#canvas.addEventListener('pointerup', (event) => this.#endDrag(event));
+    this.#canvas.addEventListener('pointerleave', () => this.#say());
+    byId('wholeTime').addEventListener('click', () => this.zoom(undefined));
+  }
+
+  reset(log) {
+    this.log = log;
+    this.range = undefined;
+    this.#cursor = -1;
+    byId('wholeTime').hidden = true;
+  }
+
+  /** Shows a stretch, or all. */
+  zoom(range) {
+    this.range = range;
+    this.#cursor = -1;
+    byId('wholeTime').hidden = range === undefined;
+    this.onRange(range);
+    this.draw();
+  }
+
+  // The ends of what is shown.
+  #ends() {
+    if (this.range) return this.range;
+    const { log } = this;
+    if (!log.isTimed) return [0, Math.max(1, log.count - 1)];
+    const { first, last } = log.times;
+    return last > first ? [first, last] : [first, first + 1];
+  }
+
+  // The kinds that have a lane of their own, the most frequent first; the others share the last one.
+  #lanes() {
+    const kinds = [...this.log.kinds].sort(([, left], [, right]) => right - left).map(([id]) => id);
+    const isShared = kinds.length > mostLanes;
+    const own = isShared ? kinds.slice(0, mostLanes - 1) : kinds;
+    return { own: new Map(own.map((id, lane) => [id, lane])), count: own.length + (isShared ? 1 : 0), isShared };
+  }
+
+  draw() {
+    const { log } = this;
+    if (!log || log.count === 0) return;
+    const lanes = this.#lanes();
+    const width = this.#canvas.parentElement.clientWidth;
+    this.#left = width > 700 ? 150 : 110;
+    const height = lanes.count * laneHeight + markHeight;
+    const ratio = window.devicePixelRatio || 1;
+    Object.assign(this.#canvas, { width: width * ratio, height: height * ratio });
+    this.#canvas.style.height = `${height}px`;
+    this.ends = this.#ends();
+    this.#bins = this.#count(lanes, Math.max(1, width - this.#left - edge));
+    const context = this.#canvas.getContext('2d');
+    context.scale(ratio, ratio);
+    this.#drawNames(context, lanes);
+    context.translate(this.#left, 0);
+    this.#drawBins(context, lanes, height);
+    if (this.#cursor >= 0) {
+      context.fillStyle = colour('ink');
+      context.fillRect(this.#cursor, 0, 1, height);
+    }
+    this.#say();
+  }
+
+  // A bin for every column of pixels.
+  #count(lanes, width) {
+    const { log } = this;
+    const bins = Array.from({ length: width }, () => undefined);
+    const [from, to] = this.ends;
+    const scale = (width - 1) / (to - from);
+    const { isTimed, columns } = log;
+    for (let row = 0; row < log.count; ++row) {
+      const at = Math.floor(((isTimed ? columns.microseconds[row] : row) - from) * scale);
+      if (!(at >= 0 && at < width)) continue;
+      const bin = (bins[at] ??= { first: row, count: 0, lanes: new Uint32Array(lanes.count), problems: 0, damaged: 0, missing: 0 });
+      ++bin.count;
+      ++bin.lanes[lanes.own.get(columns.id[row]) ?? lanes.count - 1];
+      bin.damaged += columns.isDamaged[row];
+      bin.missing += columns.missing[row];
+      if (columns.severity[row] === 2) ++bin.problems;
+    }
+    return bins;
+  }
+
+  #drawBins(context, lanes, height) {
+    const most = this.#bins.reduce((sum, bin) => Math.max(sum, ...(bin?.lanes ?? [])), 1);
+    for (let lane = 0; lane < lanes.count; ++lane) {
+      context.fillStyle = colour('track');
+      context.fillRect(0, lane * laneHeight + laneHeight - 2, this.#bins.length, 1);
+      context.fillStyle = lanes.isShared && lane === lanes.count - 1 ? colour('muted') : seriesColour(lane);
+      this.#bins.forEach((bin, x) => {
+        if (!bin || bin.lanes[lane] === 0) return;
+        const share = Math.log1p(bin.lanes[lane]) / Math.log1p(most);
+        const tall = 4 + share * (laneHeight - 8);
+        context.fillRect(x, (lane + 1) * laneHeight - 2 - tall, 2, tall);
+      });
+    }
+    this.#bins.forEach((bin, x) => {
+      if (!bin) return;
+      if (bin.missing > 0) drawMark(context, x, height, 'missing');
+      if (bin.damaged + bin.problems > 0) drawMark(context, x, height, 'errors');
+    });
+  }
+
+  #drawNames(context, lanes) {
+    context.font = `11px ${getComputedStyle(document.body).fontFamily}`;
+    context.textBaseline = 'middle';
+    const names = [...lanes.own].map(([id]) => this.catalogue.name(id));
+    if (lanes.isShared) names.push('other kinds');
+    names.forEach((name, lane) => {
+      context.fillStyle = colour('muted');
+      context.fillText(name, 0, lane * laneHeight + laneHeight / 2, this.#left - 10);
+    });
+    const height = lanes.count * laneHeight + markHeight;
+    drawMark(context, 4, height, 'errors');
+    drawMark(context, 54, height, 'missing');
+    context.fillStyle = colour('muted');
+    context.fillText('errors', 12, height - markHeight / 2 + 1);
+    context.fillText('missing', 62, height - markHeight / 2 + 1);
+  }
+
+  #whenInWords(x) {
+    const [from, to] = this.ends;
+    const at = from + ((to - from) * x) / Math.max(1, this.#bins.length - 1);
+    return this.log.isTimed ? timeInWords(at, this.log.columns.hasDate[0] === 1) : `message ${number(Math.round(at) + 1)}`;
+  }
+
+  /** What the page says of the bin at a column, or of the whole. */
+  #say(x = this.#cursor) {
+    let words = '';
+    if (x >= 0 && x < this.#bins.length) {
+      const bin = this.#bins[x];
+      const facts = [counted(bin?.count ?? 0, 'message')];
+      if (bin?.problems) facts.push(`${number(bin.problems)} with errors`);
+      if (bin?.damaged) facts.push(`${number(bin.damaged)} damaged`);
+      if (bin?.missing) facts.push(`${number(bin.missing)} missing`);
+      words = `${this.#whenInWords(x)}: ${facts.join(', ')}`;
+      this.#canvas.setAttribute('aria-valuenow', x);
+      this.#canvas.setAttribute('aria-valuemax', this.#bins.length - 1);
+      this.#canvas.setAttribute('aria-valuetext', words);
+    } else if (this.ends) {
+      words = `${this.#whenInWords(0)} to ${this.#whenInWords(this.#bins.length - 1)}`;
+    }
+    byId('timeLineWords').textContent = words;
+  }
+
+  #columnOf(event) {
+    return Math.round(event.clientX - this.#canvas.getBoundingClientRect().left - this.#left);
+  }
+
+  #point(event) {
+    const x = this.#columnOf(event);
+    this.#say(x);
+    const band = byId('timeLineBand');
+    band.hidden = this.#dragFrom === undefined;
+    if (this.#dragFrom === undefined) return;
+    band.style.left = `${this.#left + Math.min(x, this.#dragFrom)}px`;
+    band.style.width = `${Math.abs(x - this.#dragFrom)}px`;
+  }
+
+  #startDrag(event) {
+    this.#dragFrom = this.#columnOf(event);
+    this.#canvas.setPointerCapture(event.pointerId);
+  }
+
+  #endDrag(event) {
+    const from = this.#dragFrom;
+    const to = this.#columnOf(event);
+    this.#dragFrom = undefined;
+    byId('timeLineBand').hidden = true;
+    if (from === undefined) return;
+    if (Math.abs(to - from) > 4) this.#zoomToColumns(Math.min(from, to), Math.max(from, to));
+    else this.#goTo(to);
+  }
+
+  #zoomToColumns(left, right) {
+    const [from, to] = this.ends;
+    const at = (x) => from + ((to - from) * x) / Math.max(1, this.#bins.length - 1);
+    this.zoom([at(left), at(right)]);
+  }
+
+  // The nearest message to a column.
+  #goTo(x) {
+    for (let away = 0; away < this.#bins.length; ++away)
+      for (const at of [x - away, x + away]) {
+        const bin = this.#bins[at];
+        if (bin) return this.onRow(bin.first);
+      }
+    return undefined;
+  }
+
+  #key(event) {
+    const last = this.#bins.length - 1;
+    const steps = { ArrowRight: 1, ArrowLeft: -1, PageUp: 20, PageDown: -20, Home: -Infinity, End: Infinity };
+    const x = Math.max(0, this.#cursor);
+    if (event.key in steps) this.#cursor = this.#nextBin(x, steps[event.key]);
+    else if (event.key === 'Enter') return this.#goTo(x);
+    else if (event.key === '+') return this.#zoomToColumns(Math.max(0, x - last / 8), Math.min(last, x + last / 8));
+    else if (event.key === '-' || event.key === 'Escape') return this.zoom(undefined);
+    else return undefined;
+    event.preventDefault();
+    return this.draw();
+  }
+
+  // With single steps, empty columns are passed over.
+  #nextBin(x, step) {
+    const last = this.#bins.length - 1;
+    let at = Math.min(last, Math.max(0, x + step));
+    if (Math.abs(step) === 1) while (!this.#bins[at] && at > 0 && at < last) at += step;
+    return at;
+  }
+}
+
+// Errors point up and are full, missing numbers point down and are hollow.
+function drawMark(context, x, height, kind) {
+  const [tip, base] = kind === 'errors' ? [height - 11, height - 3] : [height - 3, height - 11];
+  context.beginPath();
+  context.moveTo(x, tip);
+  context.lineTo(x + 4, base);
+  context.lineTo(x - 4, base);
+  context.closePath();
+  context.fillStyle = colour('error');
+  context.strokeStyle = colour('warning');
+  context.lineWidth = 1.5;
+  if (kind === 'errors') context.fill();
+  else context.stroke();
+}
