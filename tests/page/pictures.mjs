@@ -41,6 +41,7 @@ async function plot(page, name) {
     await page.waitForFunction((curves) => document.querySelectorAll('#plotCurves li').length > curves, at);
   }
   await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
+  await page.waitForSelector('#plot[aria-label$="bands of STATUS"]');
   const box = await page.locator('#plot .u-over').boundingBox();
   await page.mouse.move(box.x + box.width * 0.62, box.y + box.height * 0.4);
   await picture(page, name);

@@ -44,6 +44,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
     await drawn(page, 'focusValue_t FOCUS_VALUE', 1);
     await drawn(page, 'deviceStatus_t LOW_STATUS', 2);
     await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
+    await page.waitForSelector('#plot[aria-label$="bands of STATUS"]');
 
     // The values that keys go through are those of the log, in order.
     await page.focus('#plot');

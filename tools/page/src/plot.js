@@ -142,7 +142,8 @@ export class Plot {
     this.#listCurves();
     if (!this.log || this.#curves.length === 0 || byId('plotPanel').hidden) return;
     this.#chart = new uPlot(this.#options(), this.#data(), byId('plot'));
-    byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}`);
+    const bands = this.#bands ? `, with bands of ${this.#bands.path}` : '';
+    byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}${bands}`);
   }
 
   #options() {
