@@ -3,9 +3,9 @@
 // Never changes once made; may be used from several threads.
 #pragma once
 
-#include "tools/vekmsg/timeFinder.hpp"
 #include "tools/vekmsg/options.hpp"
 #include "tools/vekmsg/task.hpp"
+#include "tools/vekmsg/timeFinder.hpp"
 
 #include <cstdint>
 #include <optional>

@@ -27,8 +27,8 @@ extern "C" {
 #endif
 
 /* A text message as one JSON object: id, name, header numbers, its problems (code, severity, byte places, key path,
- * message, what a host makes of it, suggestion), its body under the record's name, and "nodes", every pair with its byte
- * places. The text may be damaged in any way.
+ * message, what a host makes of it, suggestion), its body under the record's name, and "nodes", every pair with its
+ * byte places. The text may be damaged in any way.
  *
  * Returns the size of the JSON, or -1 when memory runs out or the text is larger than 1 GB.
  */

@@ -7,8 +7,8 @@
 
 namespace vek {
 
-// Only the spelling that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several. The
-// count is that of the pairs, so no key can make a list longer than the text that it comes from.
+// Only the spelling that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several.
+// The count is that of the pairs, so no key can make a list longer than the text that it comes from.
 std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::int32_t count) {
     if (key.substr(0, listKey.size()) != listKey)
         return -1;

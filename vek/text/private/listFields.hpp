@@ -82,7 +82,8 @@ public:
                 Element(pass_t::parse, value);
     }
 
-    Element element(std::int32_t index, pass_t pass) const { return Element(pass, values_[index]); }
+    // By address: the caller's unchecked count may go beyond the array.
+    Element element(std::int32_t index, pass_t pass) const { return Element(pass, *(&values_[0] + index)); }
     std::int32_t printed() const {
         return Counting == counting_t::byMemberUnchecked ? count_ : std::min(count_, roomSize);
     }
