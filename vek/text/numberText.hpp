@@ -43,10 +43,11 @@ inline char *writeDigitPair(std::size_t value, char *to) {
 /// behind the returned end count for nothing.
 inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
     static_assert(std::endian::native == std::endian::little);
+    const std::size_t hundreds = value / 100, rest = value % 100;
     std::uint16_t upper = 0;
     std::uint16_t lower = 0;
-    std::memcpy(&upper, &digitPairs[2 * (value / 100)], sizeof upper);
-    std::memcpy(&lower, &digitPairs[2 * (value % 100)], sizeof lower);
+    std::memcpy(&upper, &digitPairs[2 * hundreds], sizeof upper);
+    std::memcpy(&lower, &digitPairs[2 * rest], sizeof lower);
     std::uint32_t digits = upper | std::uint32_t{lower} << 16;
     const int zeros = (value < 10 ? 1 : 0) + (value < 100 ? 1 : 0) + (value < 1000 ? 1 : 0);
     digits >>= 8 * zeros;
