@@ -6,6 +6,7 @@
 
 #include <deque>
 #include <map>
+#include <utility>
 
 namespace vek::tool {
 
@@ -35,11 +36,10 @@ public:
         if (found == byKey_.end())
             return std::nullopt;
         waiting_t &message = waiting_[found->second.front() - gone_];
-        message.isPaired = true;
         size_ -= message.text.size();
         dropFirst(found);
-        waiting_t taken = std::move(message);
-        message.text.clear();
+        waiting_t taken = std::exchange(message, waiting_t());
+        message.isPaired = true;
         return taken;
     }
     /// The oldest that waits, when there is too much or all are to go.

@@ -124,7 +124,10 @@ void write(const summaryTask_t &task, std::string &out, const options_t &options
         out.append(kind.damaged > 0 ? colours.red : "").append(padded(std::to_string(kind.damaged), 7, true));
         out.append(kind.damaged > 0 ? colours.reset : "").append("  ");
         const std::string first = momentInWords(kind.first, times), last = momentInWords(kind.last, times);
-        out += first == last ? first + "\n" : first + "  " + last + "\n";
+        out += first;
+        if (first != last)
+            out.append("  ").append(last);
+        out += '\n';
     }
     out +=
         std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
