@@ -92,9 +92,7 @@ void checker_t::checkPair(const node_t &parent, const node_t &node) {
     if (!isLast && isDecimalComma(parent, (&node)[1]))
         return; // which is told there
     const bool isTold = checkSpelling(node);
-    if (!node.isBody && node.use == pairUse_t::assigned && !isTold)
-        checkScalar(node);
-    else if (!node.isBody && node.use == pairUse_t::assigned && !isText(node))
+    if (!node.isBody && node.use == pairUse_t::assigned && (!isTold || !isText(node)))
         checkScalar(node);
 }
 

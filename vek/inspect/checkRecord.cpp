@@ -88,7 +88,7 @@ void checker_t::checkCount(const fieldSchema_t &list, const std::vector<const no
         for (const node_t &child : tree_.children(*node))
             count += child.hasKey || child.hasValue ? 1 : 0;
     if (list.countField == nullptr) {
-        if (count != list.room)
+        if (node != nullptr && count != list.room)
             report(countMismatch, count > list.room ? error : warning, node->value, node, [&] {
                 return findingWords_t{
                     joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
@@ -113,7 +113,7 @@ void checker_t::checkCount(const fieldSchema_t &list, const std::vector<const no
 // A continuous range is its minimum and its maximum; a range without values has no type.
 void checker_t::checkRange(const node_t &body, const fieldSchema_t &list, const std::vector<const node_t *> &nodes) {
     const node_t *node = nodes[position(list)];
-    const node_t *type = list.rangeType != nullptr ? nodes[position(*list.rangeType)] : nullptr;
+    const node_t *type = nodes[position(*list.rangeType)];
     valueRange_t range;
     if (node != nullptr) {
         for (const node_t &child : tree_.children(*node))
@@ -123,7 +123,7 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list, const 
             if (child.use == pairUse_t::assigned)
                 range.values().at(child.index) = readReal(tree_.value(child));
     }
-    if (range.isEmpty()) {
+    if (node == nullptr || range.isEmpty()) {
         if (type != nullptr)
             report(countMismatch, warning, type->value, type, [&] {
                 return findingWords_t{joined({list.key, " has no values"}), "a host does not write the range then", {}};
@@ -135,7 +135,7 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list, const 
     range.kind = std::max(list.rangeType->valueOf(tree_.value(*type)), 0);
     const double ends[] = {range.minimum(), range.maximum()};
     if (range.kind != valueRange_t::discrete &&
-        (range.count() != 2 || std::memcmp(ends, range.begin(), sizeof ends) != 0))
+        (range.count() != 2 || std::memcmp(ends, range.begin(), sizeof ends) != 0)) // NOLINT: bit for bit, as written
         report(countMismatch, warning, node->value, node, [] {
             return findingWords_t{"a continuous range is its minimum and its maximum, which is -1 at least",
                                   "a host writes these two alone",

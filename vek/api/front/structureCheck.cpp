@@ -298,7 +298,7 @@ private:
                       nameOf(*place->plan, place->list->member.offset, place->list->member.size)) +
                '[' + std::to_string(place->index) + ']';
     }
-    static std::string joined(std::string path, const std::string &name) {
+    static std::string joined(const std::string &path, const std::string &name) {
         return path.empty() || name.empty() ? path + name : path + '.' + name;
     }
     static std::string pathOf(const where_t &where, std::size_t ordinal = 0) {
