@@ -56,7 +56,7 @@ std::string kindInWords(const fieldSchema_t &field) {
     const std::string room = field.room >= 0 ? joined({std::to_string(field.room), " "}) : std::string();
     const std::string elements =
         field.record != nullptr ? std::string(field.record->name) : joined({kindName(field.kind), "s"});
-    const std::string words = joined({listName(field.list), " of ", room, elements});
+    std::string words = joined({listName(field.list), " of ", room, elements});
     if (field.countField == nullptr)
         return words;
     return field.isCountChecked ? joined({words, "; at most ", field.countField->key, " of them are written"})
