@@ -83,7 +83,7 @@ public:
             owner->insert(start, extent, text);
             extent = std::string(text).size();
         }
-        void operator=(const view_t &other) {
+        void operator=(const view_t &other) { // NOLINT(bugprone-unhandled-self-assignment): std::string's matter
             owner->replace(start, extent, other.owner->c_str() + other.start, other.extent);
         }
         void toLower() const { owner->transform(start, extent, lower); }
