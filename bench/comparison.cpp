@@ -204,6 +204,7 @@ double rateOf(unsigned threads, const row_t &row) {
         peers.push_back(makeLibrary(row));
     return threads / timeOnce(count, [&](std::size_t) {
                std::vector<std::jthread> running;
+               running.reserve(threads);
                for (const auto &peer : peers)
                    running.emplace_back([&peer = *peer] {
                        for (std::size_t i = 0; i < count; ++i) {

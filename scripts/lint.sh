@@ -27,6 +27,6 @@ tidy() {
     return 1
 }
 export -f tidy
-for file in "${files[@]}"; do
-    case $file in *.c | *.cpp) echo "$file" ;; esac
+for file in "${files[@]}"; do # those that are compiled here: a peer that is not installed is not
+    if grep -qF "/$file\"" build/release/compile_commands.json build/fuzz/compile_commands.json; then echo "$file"; fi
 done | xargs -r -P "$(nproc)" -I '{}' bash -c 'tidy {}'
