@@ -42,9 +42,9 @@ int main(int count, char **arguments) {
     value = strstr(json, "1024.500000");
     EXPECT(value != NULL);
     if (value != NULL) {
-        memcpy(value, "2048.500000", 11);
+        *value = '9';
         EXPECT(vekInspectFromJson(json, strlen(json), again, sizeof again) == (int32_t)size);
-        EXPECT(strstr(again, "FOCUS_VALUE=2048.500000;}!!") != NULL);
+        EXPECT(strstr(again, "FOCUS_VALUE=9024.500000;}!!") != NULL);
     }
     EXPECT(vekInspectFromJson("{\"id\":4112", 10, again, sizeof again) == -1);
     EXPECT(strlen(again) > 0);

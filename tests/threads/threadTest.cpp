@@ -82,7 +82,7 @@ TEST(Threads, ThatTakeTurnsShareTheHeaderNumbers) {
     inAnother([&] { structureOf(4118, "{}"); });
     EXPECT_EQ(written(4118, state.address), message(4118, body, 7, 42));
     inAnother([&] { EXPECT_EQ(written(4118, state.address), message(4118, body, 7, 43)); });
-    structure_t(message(1, "{}", 9, -6)); // also a text that is refused is read so far
+    const structure_t refused(message(1, "{}", 9, -6)); // also a text that is refused is read so far
     inAnother([&] { EXPECT_EQ(written(4118, state.address), message(4118, body, 9, -5)); });
 }
 
