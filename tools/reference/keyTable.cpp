@@ -73,26 +73,44 @@ std::string defaultOf(const fieldSchema_t &field) {
     return "empty";
 }
 
-void writeRows(std::ostream &out, const recordSchema_t &record, references_t &references, int depth) {
+// A nested record that has a section of its own is indexed there.
+void writeRows(std::ostream &out, const recordSchema_t &record, const std::string &section, references_t &references,
+               int depth) {
+    const bool isIndexed = depth == 0 || !references.anchors.contains(record.structure);
     for (const fieldSchema_t &field : record.fields) {
         if (field.member.type.empty())
             throw std::runtime_error(joined({"no member for ", field.key, " in ", record.name}));
+        const std::string kind = kindOf(field, references);
+        if (isIndexed)
+            references.keys[field.key][kind.substr(0, kind.find(';'))].push_back(section);
         out << "| ";
         for (int i = 0; i < depth; ++i)
             out << "· ";
-        out << code(field.key) << " | " << kindOf(field, references) << " | "
+        out << code(field.key) << " | " << kind << " | "
             << (field.member.path.empty() ? "*the base*" : code(field.member.path)) << " | " << code(typeOf(field))
-            << " | " << field.member.windows32 << " | " << field.member.linux64 << " | " << defaultOf(field) << " |\n";
+            << " | " << defaultOf(field) << " |\n";
         if (field.record != nullptr && !field.isList())
-            writeRows(out, *field.record, references, depth + 1);
+            writeRows(out, *field.record, section, references, depth + 1);
     }
 }
 
 } // namespace
 
-void writeKeyTable(std::ostream &out, const recordSchema_t &record, references_t &references) {
-    out << "| Key | Kind | Member | C type | Windows | Linux | Default |\n|---|---|---|---|--:|--:|---|\n";
-    writeRows(out, record, references, 0);
+void writeKeyTable(std::ostream &out, const recordSchema_t &record, std::string_view section,
+                   references_t &references) {
+    out << "| Key | Kind | Member | C type | Default |\n|---|---|---|---|---|\n";
+    writeRows(out, record, link(section, anchorOf(section)), references, 0);
+}
+
+void writeKeyIndex(std::ostream &out, const references_t &references) {
+    out << "| Key | Kind | In |\n|---|---|---|\n";
+    for (const auto &[key, meanings] : references.keys)
+        for (const auto &[kind, sections] : meanings) {
+            out << "| " << code(key) << " | " << kind << " |";
+            for (const std::string &section : sections)
+                out << (&section == sections.data() ? " " : ", ") << section;
+            out << " |\n";
+        }
 }
 
 } // namespace vek

@@ -14,8 +14,8 @@ inline constexpr std::string_view generatedNotice =
 /// docs/layouts.md: where each member of each structure lies.
 void writeLayoutPage(std::ostream &out);
 
-/// docs/messages.md: each message with its calls, keys and a sample. `root` is the project's folder, for the samples
-/// and the names of the ids.
+/// docs/messages.md: each message with what it is for, a sample and its keys, and where each key stands. `root` is the
+/// project's folder, for the samples and the constants of enumerations.
 void writeMessagePage(std::ostream &out, const std::filesystem::path &root);
 
 } // namespace vek

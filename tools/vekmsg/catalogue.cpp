@@ -19,11 +19,6 @@ std::string padded(std::string_view text, std::size_t width) {
     return std::string(text) + std::string(width - std::min(width, text.size()), ' ');
 }
 
-std::string_view firstSentence(std::string_view text) {
-    const std::size_t end = text.find(". ");
-    return end == std::string_view::npos ? text : text.substr(0, end + 1);
-}
-
 std::string_view defaultInWords(const fieldSchema_t &field) {
     switch (field.defaultKind) {
     case inspect::defaultKind_t::value:
@@ -122,7 +117,7 @@ int runList(const options_t &options) {
         const bool hasRecord = message.record != nullptr;
         out.append(colours.bold).append(std::to_string(message.id)).append(colours.reset).append("  ");
         out.append(colours.cyan).append(padded(hasRecord ? message.record->name : "-", 24)).append(colours.reset);
-        out.append(" ").append(hasRecord ? firstSentence(message.record->about) : "No structure.").append("\n");
+        out.append(" ").append(hasRecord ? message.record->purpose() : "No structure.").append("\n");
     }
     writeAll(1, out);
     return exitFine;

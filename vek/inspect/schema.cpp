@@ -58,6 +58,11 @@ std::int32_t fieldSchema_t::valueOf(std::string_view name) const {
     return found != names.end() ? static_cast<std::int32_t>(found - names.begin()) : -1;
 }
 
+std::string_view recordSchema_t::purpose() const {
+    const std::size_t end = about.find(". ");
+    return about.substr(0, end == std::string_view::npos ? end : end + 1);
+}
+
 const fieldSchema_t *recordSchema_t::find(std::string_view key, std::size_t hint) const {
     if (hint < fields.size() && fields[hint].key == key)
         return &fields[hint];

@@ -77,6 +77,8 @@ struct recordSchema_t {
     bool ownsMemory = false;
     std::vector<fieldSchema_t> fields; ///< in text order; never changes, so pointers to its elements stay
 
+    /// What it is about in its first sentence.
+    std::string_view purpose() const;
     /// The field with exactly this key; null when there is none. The one at `hint` is looked at first.
     const fieldSchema_t *find(std::string_view key, std::size_t hint = 0) const;
 };
