@@ -71,7 +71,10 @@ TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {
     options.id = 4112;
     options.echoTag = 7;
     options.sequenceNumber = 41;
-    EXPECT_EQ(seal("{MEDIA_NAME=Violet;\n FOCUS_VALUE=3.250000;}", options).text, good);
+    EXPECT_EQ(seal("{MEDIA_NAME=Violet;\n FOCUS_\r\n  VALUE=3.250000;}", options).text, good);
+    for (const char *value : {"Violet\n  light", "\"Violet;\n  light\"", "Violet \r\n\nlight"})
+        EXPECT_EQ(bodyOf(seal(std::string("{MEDIA_NAME=\n ") + value + "\n;}", options).text),
+                  std::string("{MEDIA_NAME=") + value + ";}");
     for (const char *bad :
          {"", "hello", "{\"id\":4112}", "[1]", "{\"id\":4112,\"body\":{", "focusValue_t 4112\n  A = [1, 2\n"})
         EXPECT_FALSE(seal(bad).isRead()) << bad;

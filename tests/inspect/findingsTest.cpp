@@ -88,7 +88,10 @@ TEST(Findings, OfEnvelopes) {
     const case_t envelopes[] = {
         {0, "@@4118    38 7 42 {DEVICE_STATE=3;}!!\n", "", "trailing-text"},
         {0, "@@4118    37 7 42 {DEVICE_STATE=3;}!!", "", "wrong-length", "38"},
-        {0, "@@4118    99 7 42 {DEVICE_STATE=3;", "", "wrong-length body-shape separators no-end-marker", "35"},
+        {0, "@@4118    99 7 42 {DEVICE_STATE=3;", "", "wrong-length no-end-marker", "35"},
+        {0, "@@4118    99 7 42 {DEVICE_STATE=3", "", "wrong-length no-end-marker", "34"},
+        {0, "@@4096    99 7 42 {DEVICE_INFO={DEVICE_", "", "wrong-length no-end-marker", "40"},
+        {0, "@@4118    99 7 42 DEVICE_STATE=3;!!", "", "wrong-length body-shape", "36"},
         {0, "@@4118    36 7 {DEVICE_STATE=3;}!!", "", "wrong-length header-number", "35"},
         {0, "@@4118 39 7 42  {DEVICE_STATE=3;}!!", "", "wrong-length body-shape", "36"},
         {0, "@@4118    40 7 42   {DEVICE_STATE=3;}!!", "", "body-shape"},

@@ -84,7 +84,7 @@ std::optional<replacement_t> addition(const tree_t &tree, std::string_view path,
     field = record != nullptr ? record->find(key) : nullptr;
     if (field == nullptr || (parent->childCount > 0 && !parent->isKeyed))
         return {};
-    std::uint32_t at = parent->value.end - (parent->value.isEmpty() ? 0 : 1);
+    std::uint32_t at = parent->value.end - (tree.value(*parent).ends_with('}') ? 1 : 0);
     const std::span<const node_t> children = tree.children(*parent);
     for (auto child = children.rbegin(); child != children.rend(); ++child)
         if (child->field != nullptr && child->field->position > field->position)

@@ -163,7 +163,7 @@ void checker_t::checkBodyShape() {
     const std::string_view value = body.in(tree_.text());
     const bool isBraced = value.size() >= 2 && value.front() == openBrace && value.back() == closeBrace;
     const std::uint32_t front = envelope_.sequenceNumber.place.end;
-    if (!value.empty() && !isBraced)
+    if (!value.empty() && !isBraced && !isCutOff())
         report(bodyShape, error, body, nullptr, [] {
             return findingWords_t{
                 "the body does not stand in braces", "a host takes its first and last characters for them", {}};

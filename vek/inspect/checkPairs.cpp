@@ -41,6 +41,8 @@ void checker_t::checkBody(const node_t &body) {
     const bodyTarget_t target = targetOf(tree_, body);
     const bool isKnown = target.kind != bodyTarget_t::kind_t::unknown;
     for (const node_t &child : children) {
+        if (isCutOff() && std::max(child.value.end, child.lost.end) == envelope_.body.end)
+            continue; // the end of it is missing
         checkBalance(child);
         if (isKnown) // else nothing is known of what should stand here
             checkPair(body, child);
@@ -69,6 +71,12 @@ void checker_t::checkGroup(const node_t &node) {
         report(emptyValue, warning, node.value, &node, [] {
             return findingWords_t{"an empty group", "a host reads it as if it were not there", {}};
         });
+}
+
+// Whether the message ends inside its body. That is told, and nobody knows what stood behind.
+bool checker_t::isCutOff() const {
+    const std::string_view body = envelope_.body.in(tree_.text());
+    return envelope_.endMarker.isEmpty() && body.starts_with(openBrace) && !body.ends_with(closeBrace);
 }
 
 void checker_t::checkBalance(const node_t &node) {

@@ -3,6 +3,7 @@
 #include "vek/api/private/envelopeWriter.hpp"
 #include "vek/records/conversion.hpp"
 
+#include <algorithm>
 #include <memory>
 
 namespace vek::inspect {
@@ -20,15 +21,38 @@ std::string withEnvelope(const envelopeNumbers_t &numbers, WriteBody writeBody) 
     return std::string(withoutNul(out.text()));
 }
 
-// Without the line breaks that an editor or a page put in, and the indentation behind them.
+bool isLineBreak(char c) {
+    return c == '\n' || c == '\r';
+}
+
+// Takes the blanks at the start and at the end of a token away if there is a line break among them.
+std::string_view withoutOuterLineBreaks(std::string_view token) {
+    const auto first = std::find_if_not(token.begin(), token.end(), &isSpace);
+    if (std::any_of(token.begin(), first, &isLineBreak))
+        token.remove_prefix(static_cast<std::size_t>(first - token.begin()));
+    const auto last = std::find_if_not(token.rbegin(), token.rend(), &isSpace);
+    if (std::any_of(token.rbegin(), last, &isLineBreak))
+        token.remove_suffix(static_cast<std::size_t>(last - token.rbegin()));
+    return token;
+}
+
+// Without the line breaks that an editor or a page put in, and the indentation behind them: those between tokens and
+// in keys. In a value they may be meant.
 std::string withoutLineBreaks(std::string_view body) {
     std::string text;
-    for (std::size_t at = 0; at < body.size(); ++at) {
-        if (body[at] != '\n' && body[at] != '\r')
-            text += body[at];
-        else
-            while (at + 1 < body.size() && isSpace(body[at + 1]))
-                ++at;
+    while (!body.empty()) {
+        const std::size_t start = std::min(body.find_first_not_of(" \t\r\n"), body.size() - 1);
+        const std::size_t quoteEnd = body[start] == '"' ? body.find('"', start + 1) : start;
+        const std::size_t end = std::min(body.find_first_of("=;,{}", quoteEnd), body.size());
+        std::string_view token = withoutOuterLineBreaks(body.substr(0, end));
+        const bool isKey = end < body.size() && body[end] == '=';
+        for (std::size_t at; isKey && (at = token.find_first_of("\r\n")) != std::string_view::npos;) {
+            text += token.substr(0, at);
+            token = withoutOuterLineBreaks(token.substr(at));
+        }
+        text += token;
+        text += body.substr(end, 1);
+        body.remove_prefix(std::min(end + 1, body.size()));
     }
     return text;
 }

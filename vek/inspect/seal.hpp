@@ -22,7 +22,8 @@ std::string sealed(std::int32_t id, std::int32_t echoTag, std::int32_t sequenceN
 
 /// A valid message from anything readable: a message, also one with a wrong envelope, without one ("{...}", when the
 /// options have the id), or with line breaks that an editor or a page put into it; the readable, JSON or flat form.
-/// Numbers that are nowhere are -1 and 0. Only the envelope is mended, and line breaks between pairs are taken out.
+/// Numbers that are nowhere are -1 and 0. Only the envelope is mended, and of a wrapped message the line breaks
+/// between keys and values and in keys are taken out; a value keeps its own.
 formResult_t seal(std::string_view text, const sealOptions_t &options = {});
 
 /// A message with the record's declared defaults; nothing when the id has no structure.

@@ -59,12 +59,26 @@ place_t treeBuilder_t::place(const char *start, const char *end) const {
     return {static_cast<std::uint32_t>(start - text), static_cast<std::uint32_t>(end - text)};
 }
 
+// What stands between a body's braces. A host takes its first and last characters for them, whatever they are; of a
+// message that no host reads as it stands, people see all.
+std::string_view treeBuilder_t::inside(const node_t &node) const {
+    std::string_view body = node.value.in(tree_.text_);
+    const bool isAsForHost = node.parent != node_t::none || tree_.envelope_.isWholeForHost();
+    if (isAsForHost)
+        return body.size() > 2 ? body.substr(1, body.size() - 2) : std::string_view();
+    if (body.starts_with(openBrace))
+        body.remove_prefix(1);
+    if (body.ends_with(closeBrace))
+        body.remove_suffix(1);
+    return body;
+}
+
 void treeBuilder_t::addPairs(std::uint32_t parent) {
-    const std::string_view body = nodes_[parent].value.in(tree_.text_);
+    const std::string_view body = inside(nodes_[parent]);
     nodes_[parent].firstChild = static_cast<std::uint32_t>(nodes_.size());
-    if (body.size() > 2) {
-        const char *const innerEnd = body.data() + body.size() - 1;
-        bodyScanner_t pairs(body);
+    if (!body.empty()) {
+        const char *const innerEnd = body.data() + body.size();
+        bodyScanner_t pairs{bodyTokenizer_t(body)};
         textPair_t pair;
         const char *start = pairs.position();
         for (; pairs.next(pair); start = pairs.position())

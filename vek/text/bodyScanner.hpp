@@ -22,6 +22,9 @@ public:
     explicit bodyScanner_t(std::string_view body)
         : tokenizer_(body.size() > 2 ? body.substr(1, body.size() - 2) : std::string_view{}) {}
 
+    /// `pairs` are what stands between the braces.
+    explicit bodyScanner_t(const bodyTokenizer_t &pairs) : tokenizer_(pairs) {}
+
     /// Reads the next pair; false when there is none left.
     bool next(textPair_t &pair);
 

@@ -55,6 +55,7 @@ private:
     void checkMissing(const node_t &body, const fieldSchema_t &field);
     void checkCount(const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
     void checkRange(const node_t &body, const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
+    bool isCutOff() const;
     void checkBalance(const node_t &node);
     void checkPair(const node_t &parent, const node_t &node);
     bool checkUse(const node_t &parent, const node_t &node);

@@ -31,6 +31,7 @@ private:
     /// Unknown braces are followed to this depth.
     static constexpr std::uint16_t unknownDepth = 16;
 
+    std::string_view inside(const node_t &node) const;
     void addPairs(std::uint32_t parent);
     node_t pairNode(const textPair_t &pair, const char *start, const char *end, const char *innerEnd) const;
     place_t place(const char *start, const char *end) const;
