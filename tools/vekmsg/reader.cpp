@@ -59,8 +59,7 @@ void itemSink_t::message(const inspect::foundMessage_t &found) {
 }
 
 void itemSink_t::message(item_t &item) {
-    isBehindEnd_ = isBehindEnd_ || item.offset >= end_;
-    if (isBehindEnd_ || isFull())
+    if (item.offset >= end_ || isFull())
         return;
     ++found_;
     firstOffset_ = std::min(firstOffset_, item.offset);
@@ -104,8 +103,9 @@ exitCode_t reader_t::statusWithMessages() const {
                               : options_.files.front() == "-" ? std::string("standard input")
                                                               : options_.files.front();
     if (found_ > 0)
-        complain("none of the " + std::to_string(found_) + " messages in " + files +
-                 " is one that you asked for; vekmsg summary shows which there are");
+        complain((found_ == 1 ? "the message" : "none of the " + std::to_string(found_) + " messages") + " in " +
+                 files + " is " + (found_ == 1 ? "not " : "") +
+                 "one that you asked for; vekmsg summary shows which there are");
     else
         complain("no message in " + files + "; a message begins with @@ and its number");
     return exitDifferences;

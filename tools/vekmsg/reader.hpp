@@ -30,8 +30,6 @@ public:
 
     /// Only what begins in front of this offset counts.
     void endAt(std::uint64_t offset) { end_ = offset; }
-    /// Whether one was found that begins there or behind.
-    bool isBehindEnd() const { return isBehindEnd_; }
     /// How many were found, and how many of them the task took.
     std::uint64_t found() const { return found_; }
     std::uint64_t taken() const { return taken_; }
@@ -52,7 +50,6 @@ private:
     std::uint64_t end_ = UINT64_MAX;
     std::uint64_t found_ = 0, taken_ = 0;
     std::uint64_t firstOffset_ = UINT64_MAX, lastEnd_ = 0;
-    bool isBehindEnd_ = false;
     lazyTree_t lazy_;
 };
 

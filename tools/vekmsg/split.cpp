@@ -150,10 +150,9 @@ private:
         inspect::logScanner_t scanner(piece.start + skipped, piece.line + static_cast<std::uint64_t>(std::count(
                                                                               front.begin(), front.end(), '\n')));
         scanner.feed(lines, sink);
-        // The last line may go on behind the part, and its last message behind that; no further than it may.
+        // The last line may go on behind the part, and its last message behind that.
         std::uint64_t offset = piece.partEnd, end = lines.ends_with('\n') ? offset : UINT64_MAX;
-        bool mayGoOn = end == UINT64_MAX || hasMarkBehind(lines, piece.start + skipped, sink.lastEnd());
-        while (offset < size_ && mayGoOn) {
+        while (offset < size_ && scanner.decided() < end) {
             std::string_view step = window.read(window.step, offset);
             if (end == UINT64_MAX) {
                 const std::size_t place = step.find('\n');
@@ -165,20 +164,12 @@ private:
             sink.endAt(end);
             scanner.feed(step, sink);
             offset += step.size();
-            mayGoOn =
-                !sink.isBehindEnd() && (end == UINT64_MAX || offset < end + inspect::logScanner_t::largestMessage);
         }
         if (offset >= size_)
             scanner.finish(sink);
         piece.counts = {sink.found(), sink.taken()};
         piece.first = sink.firstOffset();
         piece.last = sink.lastEnd();
-    }
-
-    // Whether something like a message begins behind the last one that was found.
-    static bool hasMarkBehind(std::string_view lines, std::uint64_t start, std::uint64_t lastEnd) {
-        return lines.find("@@", lastEnd > start ? static_cast<std::size_t>(lastEnd - start) : 0) !=
-               std::string_view::npos;
     }
 
     const std::string name_;

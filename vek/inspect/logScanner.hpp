@@ -50,7 +50,9 @@ public:
     /// looked at. More blocks may come.
     void finish(messageSink_t &sink);
 
-    /// How many bytes have been taken.
+    /// Up to where all is decided: no further message begins in front of it.
+    std::uint64_t decided() const { return offset_; }
+    /// Where the next block begins.
     std::uint64_t offset() const { return offset_ + kept_.size(); }
     /// The line that comes next after finish(), from 1.
     std::uint64_t line() const { return line_; }

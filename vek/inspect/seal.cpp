@@ -71,7 +71,7 @@ std::string_view trimmed(std::string_view text) {
 formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const envelopeParts_t parts = takeEnvelopeApart(text);
     if (!parts.id.isThere && !options.id)
-        return {{}, "no message id stands behind \"@@\"; say which message it is (--id)", parts.id.place.start};
+        return {{}, "no message id stands behind \"@@\"; say which message it is (--as)", parts.id.place.start};
     const auto number = [](const envelopeNumber_t &own, std::int32_t otherwise) {
         return own.isThere ? own.value : otherwise;
     };
