@@ -31,7 +31,7 @@ namespace vek {
 #    ifdef VEK_NO_SPARE_BODIES
 constinit processWide_t<std::uint32_t> mostSpareBodies = 0;
 #    else
-constinit processWide_t<std::uint32_t> mostSpareBodies = 2048;
+constinit processWide_t<std::uint32_t> mostSpareBodies = 16384;
 #    endif
 
 namespace {

@@ -13,7 +13,8 @@ namespace vek {
 
 struct stringRep_t;
 
-/// How many spares a thread keeps at most. (2048 are the texts of some 300 cassettes, 192 KB.)
+/// How many spares a thread keeps at most. (16,384 are all the texts of the longest message,
+/// of six characters each on average: 1.5 MB.)
 extern processWide_t<std::uint32_t> mostSpareBodies;
 
 /// Room for a body, not set in any way; null without memory.
