@@ -15,6 +15,9 @@ using Size = ::vekSize;
 using MediaParams = ::vekMediaParams;
 using MediaContent = ::vekMediaContent;
 
+/// The vendor of a new Media.
+inline constinit const stringRep_t normalVendor = stringRep_t::constant(normalVendor, "normal");
+
 /// 4098, and in Cassette
 struct Media : MessageBase {
     Media() : MessageBase(VEK_MSG_MEDIA) {}
@@ -23,7 +26,7 @@ struct Media : MessageBase {
     std::int32_t exposureType = VEK_EXPOSURE_POSITIVE; ///< exposurePolarity_t
     double thick = -1.0;
     double sensitivity = 0.0;
-    string_t vendor{"normal"};
+    string_t vendor{normalVendor};
     string_t sepName;
     Size size{};
     Size exposeSize{};

@@ -98,6 +98,10 @@ public:
     /// A copy of the whole text, NULs included.
     template <standardText_t Text>
     string_t(const Text &text) : string_t(ownBody_t(), std::string_view(text)) {}
+    /// The text of a constant body. (With other sizes than the default ones, a copy that has them.)
+    explicit string_t(const stringRep_t &constant)
+        : body(stringSettings.sizesChanged ? makeBody(constant.data, constant.length)
+                                           : const_cast<stringRep_t *>(&constant)) {}
     string_t(const string_t &other) noexcept : body(stringRep_t::share(other.body)) {}
     /// Leaves the other with a null body.
     string_t(string_t &&other) noexcept : body(std::exchange(other.body, nullptr)) {}

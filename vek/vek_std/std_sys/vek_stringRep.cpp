@@ -54,8 +54,7 @@ std::uint32_t setSlackLimit(std::uint32_t characters) {
 
 // Made by the compiler, so that it is there before any static string. It lies in constant memory: whoever writes to it,
 // if only to its count, faults instead of changing every empty string of the process.
-constinit const stringRep_t stringRep_t::constantEmpty = {
-    constantMark, const_cast<char *>(constantEmpty.room), 0, inlineCapacity, {}};
+constinit const stringRep_t stringRep_t::constantEmpty = constant(constantEmpty, "");
 
 // The initial capacity and then whole steps, so that a text that grows a character at a time is moved once a step. In
 // 64 bits, and cut to one more than the largest: no sum wraps, and setCapacity then refuses what is too long.

@@ -17,6 +17,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace vek {
 
@@ -117,6 +118,15 @@ struct stringRep_t {
     bool replace(std::size_t position, std::size_t removed, const char *source, std::size_t inserted);
 
     static const stringRep_t constantEmpty;
+
+    /// What a constant body is initialised with: a text that strings share until they change it, in constant memory, so
+    /// that no module ever counts or frees it. `body` is the one that is initialised.
+    static constexpr stringRep_t constant(const stringRep_t &body, std::string_view text) {
+        stringRep_t made{constantMark, const_cast<char *>(body.room), 0, inlineCapacity, {}};
+        for (const char c : text)
+            made.room[made.length++] = c;
+        return made;
+    }
 
 private:
     sharedCount_t count() const {
