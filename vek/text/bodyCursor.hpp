@@ -42,6 +42,13 @@ public:
         return isHere;
     }
 
+    /// Goes behind "{}" if it stands here.
+    bool skipEmptyBody() {
+        const bool isHere = end_ - at_ >= 2 && at_[0] == openBrace && at_[1] == closeBrace;
+        at_ += isHere ? 2 : 0;
+        return isHere;
+    }
+
     /// Goes behind `key` and a "=" if they stand here.
     bool skipKey(std::string_view key) {
         if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] ||

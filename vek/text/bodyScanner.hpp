@@ -17,10 +17,13 @@ struct textPair_t {
 
 class bodyScanner_t {
 public:
+    /// A body of so many characters has no pair.
+    static constexpr std::size_t largestEmptyBody = 2;
+
     /// `body` is a whole body. Its first and last characters are taken for its braces, whatever they are; a body of
     /// one character is empty.
     explicit bodyScanner_t(std::string_view body)
-        : tokenizer_(body.size() > 2 ? body.substr(1, body.size() - 2) : std::string_view{}) {}
+        : tokenizer_(body.size() > largestEmptyBody ? body.substr(1, body.size() - 2) : std::string_view{}) {}
 
     /// `pairs` are what stands between the braces.
     explicit bodyScanner_t(const bodyTokenizer_t &pairs) : tokenizer_(pairs) {}
@@ -40,6 +43,9 @@ public:
 
     /// Whether a "=" followed any token so far. A body is positional when none did in the whole of it.
     bool isKeyed() const { return keyed_; }
+
+    /// Whether a "=" is anywhere in the rest of the body.
+    bool hasEquals() const { return tokenizer_.rest().find(separators[0]) != std::string_view::npos; }
 
     /// How far the body was read: behind the separators that follow the last pair.
     const char *position() const { return tokenizer_.position(); }

@@ -27,6 +27,8 @@ public:
     /// Where the next token or separator stands.
     const char *position() const { return at_; }
 
+    std::string_view rest() const { return {at_, static_cast<std::size_t>(end_ - at_)}; }
+
     /// Reads one token. There is none (noToken) at the end, where a separator stands, and at an opening brace without
     /// its closing one; the latter consumes the rest of the text.
     std::string_view token() {

@@ -30,8 +30,10 @@ std::int32_t countPairs(bodyScanner_t pairs) {
     return count;
 }
 
-// Looks only as far as the first "=".
+// Looks only as far as the first "=" behind a token, and at no token when there is no "=" at all.
 bool isPositional(bodyScanner_t pairs) {
+    if (!pairs.hasEquals())
+        return true;
     textPair_t pair;
     while (!pairs.isKeyed() && pairs.next(pair)) {
     }

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace vek {
 
@@ -17,9 +18,10 @@ namespace vek {
 ///   element(index, pass)  the field or record of one element: made for this pass, or a reference to one that exists
 ///   printed()             how many elements to print
 ///   allocated()           how many elements exist
-///   allocate(count)       makes that many, with the values of absent keys; only called while none exist
 ///   append()              makes one more, if there is room; only called when none existed before the parse
-///   clear()               removes what append() made
+///   appendBlank()         of records made for a pass: one more with the values of absent keys, a copy of the first of
+///                         these; true when it is the first, and is to be cleared
+///   reserve(count)        gets ready for so many
 ///   describe(description)
 template <class Elements>
 class fieldArray_t : public textGroup_t {
@@ -44,19 +46,16 @@ public:
     /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
     /// values are dropped.
     void assignPairs(bodyScanner_t &pairs) override {
-        // A "=" behind any value makes the whole body keyed, also the values before it. Lists have no keys when the
-        // library writes them, so the values are assigned as they are met, and a "=" drops what was made and starts
-        // over. Elements from before the parse can't be made again: for them the body is looked through first.
-        const bodyScanner_t start = pairs;
+        // A "=" behind any value makes the whole body keyed, also the values before it.
+        if (!isPositional(pairs))
+            return assignByKey(pairs);
         const bool isFixed = elements_.allocated() > 0;
-        if (isFixed && !isPositional(start))
-            return assignByKey(start);
         textPair_t pair;
         std::int32_t found = 0;
         for (; pairs.next(pair); ++found) {
-            if (pairs.isKeyed()) {
-                elements_.clear();
-                return assignByKey(start);
+            if (!isFixed && isBlank(pair.value)) {
+                appendBlank();
+                continue;
             }
             // Growing may move the values, so no element's field or record outlives its turn: it is bound to a value
             // where that lies now. Where there is no room, append() makes none and the value is only counted.
@@ -72,10 +71,12 @@ public:
         if (!at.skip(openBrace))
             return {};
         for (found_ = 0; !at.skip(closeBrace); ++found_) {
-            elements_.append();
+            const bool isEmpty = isMadeForEach && at.skipEmptyBody();
+            isEmpty ? appendBlank() : elements_.append();
             if (found_ >= elements_.allocated())
                 return {};
-            at = readElement(elements_.element(found_, pass_t::parse), at);
+            if (!isEmpty)
+                at = readElement(elements_.element(found_, pass_t::parse), at);
             if (at.isNowhere() || !at.skip(separators[2]))
                 return {};
         }
@@ -107,6 +108,23 @@ private:
         }
     }
 
+    /// Is an element's group, if it is one, made for its turn alone? Then an empty body leaves nothing behind.
+    static constexpr bool isMadeForEach =
+        std::is_base_of_v<textGroup_t, decltype(std::declval<Elements>().element(0, pass_t::parse))>;
+
+    // Whether a record would read nothing from a value. A hostile text has many of these, and few characters for each,
+    // so no record is made for them.
+    static bool isBlank(std::string_view value) {
+        return isMadeForEach && value.size() <= bodyScanner_t::largestEmptyBody;
+    }
+
+    [[gnu::noinline]] void appendBlank() {
+        if constexpr (!isMadeForEach)
+            elements_.append();
+        else if (elements_.appendBlank())
+            assign(elements_.allocated() - 1, {});
+    }
+
     // Once for all ways to meet a value: the element's record is made in it.
     [[gnu::noinline]] void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
@@ -117,8 +135,11 @@ private:
     // Elements by key may come in any order, so all are made at once, before the first is bound.
     void assignByKey(const bodyScanner_t &start) {
         found_ = countPairs(start);
-        if (elements_.allocated() == 0)
-            elements_.allocate(found_);
+        if (elements_.allocated() == 0) {
+            elements_.reserve(found_);
+            for (std::int32_t i = 0; i < found_; ++i)
+                appendBlank();
+        }
         assignByElementKey(
             start, {key(), ordinal_}, elements_.allocated(),
             [](void *self, std::int32_t index, std::string_view value) {

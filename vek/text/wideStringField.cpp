@@ -115,11 +115,6 @@ void wideStringElements_t::append() {
     texts_.add() = std::move(made);
 }
 
-void wideStringElements_t::allocate(std::int32_t count) {
-    while (texts_.count() < count)
-        append();
-}
-
 void wideStringElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
     description.list = listKind_t::growable;
@@ -140,9 +135,10 @@ void wideStringListField_t::copyFrom(const wideStringListField_t &other) {
     if (this == &other)
         return;
     clear();
-    elements_.allocate(other.count());
-    for (std::int32_t i = 0; i < other.count(); ++i)
-        at(i).copyFrom(other.at(i));
+    for (const wideStringField_t &text : other) {
+        elements_.append();
+        at(count() - 1).copyFrom(text);
+    }
     found_ = other.found_;
     isSet = other.isSet;
 }

@@ -39,6 +39,7 @@ public:
     void append() { characters_.add(); }
     void clear() { characters_.clear(); }
     void allocate(std::int32_t count) { characters_.resize(count); }
+    void reserve(std::int32_t count) { characters_.reserve(count); }
     void describe(fieldDescription_t &description) const;
 
 private:
@@ -100,7 +101,7 @@ public:
     std::int32_t allocated() const { return texts_.count(); }
     void append();
     void clear() { texts_.clear(); }
-    void allocate(std::int32_t count);
+    void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const;
 
     const std::unique_ptr<wideStringField_t> *begin() const { return texts_.begin(); }

@@ -25,11 +25,13 @@ public:
     std::int32_t printed() const { return items_.count(); }
     std::int32_t allocated() const { return items_.count(); }
     void append() { items_.add(); }
-    void clear() { items_.clear(); }
-    void allocate(std::int32_t count) {
-        while (items_.count() < count)
-            Element(pass_t::parse, items_.add());
+    bool appendBlank() {
+        const bool isFirst = blank_ == nullptr;
+        Item &made = isFirst ? items_.add() : items_.add(*blank_);
+        blank_ = isFirst ? &made : blank_;
+        return isFirst;
     }
+    void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Item>(description);
         description.list = listKind_t::container;
@@ -49,6 +51,7 @@ private:
     }
 
     Container<Item> &items_;
+    const Item *blank_ = nullptr; // the first one of those
 };
 
 /// The list of a container message. `Element` is the record class of an item.

@@ -38,12 +38,13 @@ public:
     std::int32_t printed() const { return count_ == nullptr ? list_.count() : std::min(list_.count(), *count_); }
     std::int32_t allocated() const { return list_.count(); }
     void append() { list_.add(); }
-    void clear() { list_.clear(); }
-    void allocate(std::int32_t count) {
-        list_.resize(count);
-        for (Value &value : list_)
-            Element(pass_t::parse, value);
+    bool appendBlank() {
+        const bool isFirst = blank_ < 0;
+        isFirst ? list_.add() : list_.add(list_[blank_]);
+        blank_ = isFirst ? list_.count() - 1 : blank_;
+        return isFirst;
     }
+    void reserve(std::int32_t count) { list_.reserve(count); }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
         description.list = listKind_t::growable;
@@ -63,6 +64,7 @@ private:
 
     list_t &list_;
     const std::int32_t *count_;
+    std::int32_t blank_ = -1; // the first one of those
 };
 
 /// How a list of fixed room is counted: all of its elements; by a member, but never beyond the room; or by a member
@@ -89,12 +91,12 @@ public:
     }
     // A parse takes as many elements into use as it meets values, so that a keyed body can't reach further.
     std::int32_t allocated() const { return used_; }
-    void append() { allocate(used_ + 1); }
-    void clear() {
-        while (used_ > 0)
-            Element(pass_t::parse, values_[--used_]);
+    void append() { used_ = std::min(used_ + 1, roomSize); }
+    bool appendBlank() {
+        append();
+        return false; // all were cleared
     }
-    void allocate(std::int32_t count) { used_ = std::min(count, roomSize); }
+    void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
         description.list = listKind_t::array;

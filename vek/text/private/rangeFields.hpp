@@ -42,8 +42,7 @@ public:
     }
     std::int32_t allocated() const { return range_.count(); }
     void append() { range_.values().add(); }
-    void clear() { range_.clear(); }
-    void allocate(std::int32_t count) { range_.values().resize(count); }
+    void reserve(std::int32_t count) { range_.values().reserve(count); }
     void describe(fieldDescription_t &description) const {
         description.kind = doubleCodec_t::kind;
         description.list = listKind_t::range;
