@@ -1,5 +1,8 @@
 #include "vek/text/textField.hpp"
 
+#include <array>
+#include <cstddef>
+
 namespace vek {
 
 // A group of which no member is set prints nothing, not even braces: its pair disappears with it, at every level. That
@@ -77,11 +80,73 @@ bodyCursor_t textGroup_t::readBraced(bodyCursor_t at) {
     return at.skip(closeBrace) ? at : bodyCursor_t();
 }
 
+// Finds members by their keys, for one body whose keys are not in member order. The first few are looked for among the
+// members in turn. A body that goes on like that gets a table of them: one of many short pairs would otherwise take all
+// the members' keys for each.
+class textGroup_t::memberSearch_t {
+public:
+    explicit memberSearch_t(textField_t *first) : first_(first) {}
+
+    /// The member with this key, or null. The members are looked at from `hint` on and around, so that keys of which
+    /// some are missing cost no more than a step each. It is a hint only: a group's keys differ.
+    textField_t *find(std::string_view key, textField_t *hint) {
+        if (key.data() == nullptr)
+            return nullptr;
+        if (hasTable_)
+            return table_[placeOf(key)];
+        if (++walks_ == mostWalks)
+            makeTable();
+        textField_t *const found = walk(key, hint, nullptr);
+        return found != nullptr ? found : walk(key, first_, hint);
+    }
+
+private:
+    static constexpr int mostWalks = 8;
+    static constexpr std::size_t tableSize = 128; // at least twice the members of any record
+
+    // Null when none from `from` to before `to` has the key.
+    static textField_t *walk(std::string_view key, textField_t *from, const textField_t *to) {
+        while (from != to && from->key() != key)
+            from = from->next_;
+        return from != to ? from : nullptr;
+    }
+
+    // A group with more members goes without.
+    void makeTable() {
+        std::size_t count = 0;
+        for (const textField_t *member = first_; member != nullptr; member = member->next_)
+            ++count;
+        if (count > tableSize / 2)
+            return;
+        table_.fill(nullptr);
+        for (textField_t *member = first_; member != nullptr; member = member->next_)
+            table_[placeOf(member->key())] = member;
+        hasTable_ = true;
+    }
+
+    // By open addressing: where the member with this key is, or would be.
+    std::size_t placeOf(std::string_view key) const {
+        const auto at = [key](std::size_t i) -> std::size_t { return static_cast<unsigned char>(key[i]); };
+        std::size_t place = key.size();
+        if (!key.empty())
+            place += 7 * at(0) + 11 * at(key.size() / 2) + 3 * at(key.size() - 1);
+        for (place %= tableSize; table_[place] != nullptr && table_[place]->key() != key;)
+            place = (place + 1) % tableSize;
+        return place;
+    }
+
+    textField_t *first_;
+    int walks_ = 0;
+    bool hasTable_ = false;
+    std::array<textField_t *, tableSize> table_; // set when it is made
+};
+
 // As long as the keys come in member order, which is how the library writes them, each pair goes straight to the member
 // that is due, without a search. A member that an earlier pair matched is never due: the first pair with a key counts.
 // A key out of order is searched for, and the order goes on behind its member.
 void textGroup_t::assignPairs(bodyScanner_t &pairs) {
     const bodyScanner_t start = pairs;
+    memberSearch_t search(first_);
     textField_t *due = first_;
     std::string_view value;
     textPair_t pair;
@@ -104,7 +169,7 @@ void textGroup_t::assignPairs(bodyScanner_t &pairs) {
                 return assignByPosition(pairs);
             }
         }
-        if (textField_t *member = findUnmatched(pair.key, due); member != nullptr) {
+        if (textField_t *member = search.find(pair.key, due); member != nullptr && !member->matched_) {
             assign(*member, pair.value);
             due = member->next_;
         }
@@ -116,26 +181,6 @@ void textGroup_t::assign(textField_t &member, std::string_view value) {
     member.matched_ = true;
     if (!value.empty())
         member.fromText(value);
-}
-
-// The member with this key unless a pair with the key came before; null otherwise. The search begins at `hint` and goes
-// around, so that keys of which some are missing cost no more than a step each. The cursor is a hint only: the result
-// is the same wherever it begins, since a group's keys differ.
-textField_t *textGroup_t::findUnmatched(std::string_view key, textField_t *hint) const {
-    if (key.data() == nullptr)
-        return nullptr;
-    const auto search = [key](textField_t *from, const textField_t *to) {
-        while (from != to && from->key() != key)
-            from = from->next_;
-        return from;
-    };
-    textField_t *member = search(hint, nullptr);
-    if (member == nullptr) {
-        member = search(first_, hint);
-        if (member == hint)
-            return nullptr;
-    }
-    return member->matched_ ? nullptr : member;
 }
 
 // Surplus values are dropped. A missing value in the middle can't be told from none, since separators run together.

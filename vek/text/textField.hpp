@@ -101,7 +101,7 @@ private:
 
     void assignByPosition(bodyScanner_t &pairs);
     static void assign(textField_t &member, std::string_view value);
-    textField_t *findUnmatched(std::string_view key, textField_t *hint) const;
+    class memberSearch_t;
 
     textField_t *first_ = nullptr;
     textField_t *last_ = nullptr;
