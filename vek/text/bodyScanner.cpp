@@ -7,6 +7,8 @@ namespace vek {
 // but for a "=" among them: then the token is a value without a key. Each turn consumes a token or a separator, so the
 // walk ends on any text.
 bool bodyScanner_t::next(textPair_t &pair) {
+    if (keyed_ && tokenizer_.shortPair(pair.key, pair.value))
+        return true;
     while (!tokenizer_.atEnd()) {
         pair.key = noToken;
         pair.value = tokenizer_.token();

@@ -53,4 +53,33 @@ std::string_view bodyTokenizer_t::quotedToken() {
     return {start, static_cast<std::size_t>(behind - start)};
 }
 
+// Texts may have little but short pairs, which token() and delimiter() take four times as long for.
+bool bodyTokenizer_t::shortPair([[maybe_unused]] std::string_view &first, [[maybe_unused]] std::string_view &second) {
+#ifdef __SSE2__
+    if (end_ - at_ < characterBlock_t::size)
+        return false;
+    const characterBlock_t block(at_);
+    const unsigned separatorsHere = block.equalAny(separators[0], separators[1], separators[2]);
+    const unsigned behindFirst = separatorsHere & (0U - separatorsHere);
+    const unsigned laterSeparators = separatorsHere ^ behindFirst;
+    const unsigned behindSecond = laterSeparators & (0U - laterSeparators);
+    // Neither an empty token nor a second separator behind either, nor what is no plain token.
+    const unsigned starts = 1U | behindFirst << 1;
+    const bool isPair = behindSecond != 0 && behindSecond >> (characterBlock_t::size - 1) == 0 &&
+                        (separatorsHere & (starts | behindSecond << 1)) == 0 &&
+                        (block.equalAny(openBrace, '"') & starts) == 0 &&
+                        (block.equal(separators[0]) & behindFirst) != 0;
+    if (!isPair)
+        return false;
+    const int firstEnd = std::countr_zero(behindFirst);
+    const int secondEnd = std::countr_zero(behindSecond);
+    first = {at_, static_cast<std::size_t>(firstEnd)};
+    second = {at_ + firstEnd + 1, static_cast<std::size_t>(secondEnd - firstEnd - 1)};
+    at_ += secondEnd + 1;
+    return true;
+#else
+    return false;
+#endif
+}
+
 } // namespace vek

@@ -46,10 +46,16 @@ public:
     /// Skips the run of separators behind a token and says whether a "=" is among them.
     bool delimiter() {
         bool hasEquals = false;
-        for (; at_ != end_ && isSeparator(*at_); ++at_)
-            hasEquals |= *at_ == separators[0];
+        const char *at = at_;
+        for (; at != end_ && isSeparator(*at); ++at)
+            hasEquals |= *at == separators[0];
+        at_ = at;
         return hasEquals;
     }
+
+    /// Reads a plain token, a "=", another plain token and one separator, when they are so short that one block of
+    /// characters shows all of it, as in "A=1;". Otherwise nothing changes.
+    bool shortPair(std::string_view &first, std::string_view &second);
 
     /// Skips `key`, a "=" and the separators behind it if they stand here; otherwise nothing changes. The key must be
     /// a plain token.
