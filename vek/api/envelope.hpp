@@ -5,6 +5,7 @@
 
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -55,16 +56,26 @@ struct envelopeScan_t {
         if (at != end && (*at == '-' || *at == '+'))
             isNegative = *at++ == '-';
         const char *const digits = at;
-        const std::int64_t limit = isNegative ? -std::int64_t{INT32_MIN} : std::int64_t{INT32_MAX};
-        std::int64_t value = 0;
-        for (; at != end && isDigit(*at); ++at) {
-            value = value * 10 + (*at - '0');
-            value = value < limit ? value : limit;
-        }
+        std::uint32_t value = 0;
+        for (; at != end && isDigit(*at); ++at)
+            value = value * 10 + static_cast<std::uint32_t>(*at - '0');
         if (at == digits)
             return false;
-        target = static_cast<std::int32_t>(isNegative ? -value : value);
+        constexpr std::ptrdiff_t mostDigits = 9; // no overflow
+        if (at - digits > mostDigits)
+            value = saturated(digits, isNegative);
+        target = static_cast<std::int32_t>(isNegative ? 0U - value : value);
         return true;
+    }
+
+private:
+    /// The number whose digits go up to `at`, or the limit.
+    std::uint32_t saturated(const char *digit, bool isNegative) const {
+        const std::int64_t limit = std::int64_t{INT32_MAX} + (isNegative ? 1 : 0);
+        std::int64_t value = 0;
+        for (; digit != at; ++digit)
+            value = std::min(value * 10 + (*digit - '0'), limit);
+        return static_cast<std::uint32_t>(value);
     }
 };
 
