@@ -25,12 +25,7 @@ if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
     list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 
-option(VEK_UNITY "Compile some targets' sources several at once: quicker from nothing, slower after a change" OFF)
-
-# vekCompiledTogether(TARGETS...): these can be compiled so; sources given as SKIP_UNITY_BUILD_INCLUSION stay alone.
-function(vekCompiledTogether)
-    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 6)
-endfunction()
+option(VEK_UNITY "Compile sources several at once: quicker from nothing, slower after a change" OFF)
 
 # WebAssembly's code for tables that are moved at loading is slower, and nothing is loaded there.
 set(isLoaded ON)
@@ -38,17 +33,20 @@ if(EMSCRIPTEN)
     set(isLoaded OFF)
 endif()
 
-# The language, the warnings, the instrumentation, and the folder root as the one include path. A host's own choice of
-# CMAKE_UNITY_BUILD is not for these targets: files have local names of their own.
+# The language, the warnings, the instrumentation, and the folder root as the one include path. Whether sources are
+# compiled together is VEK_UNITY's to say, not a host's CMAKE_UNITY_BUILD.
 function(vekCompiling target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
                                                VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
-                                               UNITY_BUILD OFF)
+                                               UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 8)
     if(VEK_DEVELOPER)
         target_compile_options(${target} PRIVATE # and not for the resource compiler
-                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Werror>")
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Werror>")
+        if(NOT VEK_UNITY) # there a file's own names may hide those of another
+            target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:C,CXX>:-Wshadow>")
+        endif()
     endif()
     target_compile_options(${target} PRIVATE ${instrumentedCode})
     target_link_options(${target} PRIVATE ${instrumentation})

@@ -27,18 +27,19 @@ if [ "${1:-}" = quick ]; then
     exit 0
 fi
 
+# From nothing, sources are compiled together; each alone in the build that is packed.
 echo "Six builds, one after the other. scripts/test.sh quick takes one."
 talk "sources: checking" scripts/lint.sh
-runPreset dev -DVEK_BENCH=OFF
-runPreset clang -DVEK_BENCH=OFF
-runPreset thread
-runPreset fuzz
+runPreset dev -DVEK_UNITY=ON
+runPreset clang -DVEK_UNITY=ON
+runPreset thread -DVEK_UNITY=ON
+runPreset fuzz -DVEK_UNITY=ON
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 scripts/test-page.sh
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
 if [ "$status" -eq 0 ]; then
-    runPreset mingw32
+    runPreset mingw32 -DVEK_UNITY=ON
 elif [ "$status" -ne 77 ] || [ -n "${CI:-}" ]; then
     echo "**** The Windows tests did not run: Wine is not there or does not work. ****" >&2
     exit 1

@@ -48,12 +48,12 @@ std::vector<found_t> scanned(std::string_view log, std::size_t block) {
 const std::string focus = "@@4112    62 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!";
 const std::string state = "@@4118    38 7 42 {DEVICE_STATE=3;}!!";
 
-struct case_t {
+struct scan_t {
     std::string log;
     std::vector<std::string> texts; ///< damaged ones begin with "~"
 };
 
-const case_t cases[] = {
+const scan_t cases[] = {
     {focus, {focus}},
     {"10:00 got " + focus + " and " + state + " today\n" + state + "\r\n", {focus, state, state}},
     {focus + focus + "\n", {focus, focus}},
@@ -79,7 +79,7 @@ const case_t cases[] = {
 };
 
 TEST(LogScanner, FindsTheSameMessagesHoweverTheLogIsCut) {
-    for (const case_t &one : cases) {
+    for (const scan_t &one : cases) {
         const std::vector<found_t> whole = scanned(one.log, one.log.size());
         std::vector<std::string> texts;
         for (const found_t &found : whole) {

@@ -9,7 +9,7 @@ namespace vek {
 
 namespace {
 
-constexpr std::string_view introduction = R"(# Layouts of the message structures
+constexpr std::string_view layoutIntroduction = R"(# Layouts of the message structures
 
 Where each member of each structure lies, in bytes, for hosts in any language. Windows stands for 32-bit x86 Windows,
 by MinGW's and by Microsoft's compiler alike; Linux for 64-bit Linux. The same tables are static assertions in the
@@ -48,7 +48,7 @@ void writeMembers(std::ostream &out, const structureLayout_t &layout) {
 } // namespace
 
 void writeLayoutPage(std::ostream &out) {
-    out << generatedNotice << introduction;
+    out << generatedNotice << layoutIntroduction;
     for (const layoutFamily_t *family : layoutFamilies()) {
         out << "\n## " << code(family->header) << "\n";
         for (const structureLayout_t *layout : family->structures) {

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace inspect;
 
-constexpr std::string_view introduction = R"(# Messages
+constexpr std::string_view messageIntroduction = R"(# Messages
 
 Every message: what it is for, a sample, its keys. Jump to the [messages](#index), to [a key](#keys) or to the
 [enumerations](#enumerations). On the command line `vekmsg describe` tells the same of an id, a name or a key.
@@ -118,7 +118,7 @@ public:
     }
 
     void write() {
-        out_ << generatedNotice << introduction << indexWords;
+        out_ << generatedNotice << messageIntroduction << indexWords;
         for (const messageSchema_t &message : schema().messages())
             writeRow(message);
         for (const messageSchema_t &message : schema().messages())
