@@ -80,8 +80,10 @@ private:
     /// As the message says, blanks in front: without looking for the NUL.
     std::size_t length() const {
         std::size_t said = 0;
-        for (std::size_t i = 0; i < lengthDigits; ++i)
-            said = said * 10 + (lengthField()[i] == ' ' ? 0 : static_cast<std::size_t>(lengthField()[i] - '0'));
+        for (std::size_t i = 0; i < lengthDigits; ++i) {
+            static_assert((' ' & 0xF) == 0 && ('9' & 0xF) == 9);
+            said = said * 10 + static_cast<std::size_t>(lengthField()[i] & 0xF);
+        }
         return said;
     }
 

@@ -122,46 +122,51 @@ bool isSafe(const Structure &structure) {
 /// What a message is written with.
 enum class echo_t { ofLastMessageRead, given };
 
-template <std::int32_t Id>
-messageText_t writeMessage(const void *structure, echo_t echo, std::int32_t echoTag, problem_t &problem) {
+/// What is done with a problem: the two forms of the printing functions. It is made only when there is one.
+struct throwProblem_t {
+    [[noreturn]] void operator()(problem_t problem) const { throw messageError_t(std::move(problem)); }
+};
+struct tellProblem_t {
+    problem_t &told;
+    explicit tellProblem_t(problem_t &problem) : told(problem) {
+        if (problem)
+            problem = {};
+    }
+    void operator()(problem_t problem) const { told = std::move(problem); }
+};
+
+inline problem_t tooLong(const messageText_t &text) {
+    return {problemCode_t::tooLong, 0,
+            "the message would have " + std::to_string(std::strlen(text.c_str()) + 1) + " characters with its NUL, " +
+                std::to_string(largestMessage) + " are the most"};
+}
+
+/// Prints what is kept or, when `isLossy`, what is safe to print.
+template <std::int32_t Id, class Refuse>
+messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &refuse, bool isLossy = false,
+                           echo_t echo = echo_t::ofLastMessageRead, std::int32_t echoTag = 0) {
+    if (!isLossy || !isSafe(structure)) {
+        const structureCheck_t &check = checkOf<structureOf_t<Id>>();
+        if (!check.isKept(&structure)) [[unlikely]] {
+            refuse(check.first(&structure));
+            return {};
+        }
+    }
     char *written = nullptr;
-    if (vekValToStr(Id, structure, &written) != 0)
+    if (vekValToStr(Id, &structure, &written) != 0)
         throw std::bad_alloc();
     messageText_t text(written);
     if (echo == echo_t::given)
         text.setEchoTag(echoTag);
     if (!text.isLengthRight()) [[unlikely]] {
-        problem = {problemCode_t::tooLong, 0,
-                   "the message would have " + std::to_string(std::strlen(text.c_str()) + 1) +
-                       " characters with its NUL, " + std::to_string(largestMessage) + " are the most"};
-        text = messageText_t();
+        refuse(tooLong(text));
+        return {};
     }
     return text;
 }
 
-/// Prints what is kept or, when `isLossy`, what is safe to print.
-template <std::int32_t Id>
-messageText_t printMessage(const structureOf_t<Id> &structure, problem_t &problem, bool isLossy = false,
-                           echo_t echo = echo_t::ofLastMessageRead, std::int32_t echoTag = 0) {
-    if (problem)
-        problem = {};
-    if ((!isLossy || !isSafe(structure)) && !checkOf<structureOf_t<Id>>().isKept(&structure, problem))
-        return {};
-    return writeMessage<Id>(&structure, echo, echoTag, problem);
-}
-
 template <class Structure>
 inline constexpr bool isSaid = false; // once a call of this structure is compiled
-
-/// Throws the problem that `call` reports, if any.
-template <class Call>
-auto throwing(Call call) {
-    problem_t problem;
-    auto result = call(problem);
-    if (problem) [[unlikely]]
-        throw messageError_t(std::move(problem));
-    return result;
-}
 
 } // namespace detail
 
@@ -233,13 +238,13 @@ template <messageStructure Structure>
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, problem);
+    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem));
 }
 
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t print(const structureOf_t<Id> &structure) {
-    return detail::throwing([&](problem_t &problem) { return print<Id>(structure, problem); });
+    return detail::printMessage<Id>(structure, detail::throwProblem_t());
 }
 
 template <soleStructure Structure>
@@ -257,13 +262,13 @@ template <soleStructure Structure>
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, problem, false, detail::echo_t::given, echoTag);
+    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem), false, detail::echo_t::given, echoTag);
 }
 
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure) {
-    return detail::throwing([&](problem_t &problem) { return reply<Id>(echoTag, structure, problem); });
+    return detail::printMessage<Id>(structure, detail::throwProblem_t(), false, detail::echo_t::given, echoTag);
 }
 
 template <soleStructure Structure>
@@ -281,13 +286,13 @@ template <soleStructure Structure>
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, problem, true);
+    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem), true);
 }
 
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure) {
-    return detail::throwing([&](problem_t &problem) { return printLossy<Id>(structure, problem); });
+    return detail::printMessage<Id>(structure, detail::throwProblem_t(), true);
 }
 
 template <soleStructure Structure>

@@ -1,8 +1,12 @@
 // The characters with a meaning in a body, and the codes that stand for them inside a text value.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
 #include <string_view>
 
 namespace vek {
@@ -61,6 +65,24 @@ constexpr char unescaped(char c) {
 /// Whether `c` is one of the codes that unescaped() replaces.
 constexpr bool isEscapeCode(char c) {
     return static_cast<unsigned char>(c - 1) < escapedCharacters.size();
+}
+
+/// Whether a text has one of these codes, or a NUL. By words, of which the last may overlap.
+inline bool hasCodes(std::string_view text) {
+    const auto codesAt = [text]<class Word>(Word word, std::size_t at) {
+        constexpr Word ones = std::numeric_limits<Word>::max() / UINT8_MAX;
+        std::memcpy(&word, text.data() + at, sizeof word);
+        return (word - ones * (escapedCharacters.size() + 1)) & ~word & ones * 0x80;
+    };
+    if (text.size() >= 8) {
+        std::uint64_t found = codesAt(std::uint64_t(), text.size() - 8);
+        for (std::size_t at = 0; at + 8 < text.size(); at += 8)
+            found |= codesAt(std::uint64_t(), at);
+        return found != 0;
+    }
+    if (text.size() >= 4)
+        return (codesAt(std::uint32_t(), 0) | codesAt(std::uint32_t(), text.size() - 4)) != 0;
+    return std::any_of(text.begin(), text.end(), [](char c) { return c == '\0' || isEscapeCode(c); });
 }
 
 } // namespace vek

@@ -31,27 +31,6 @@ bodyWriter_t writeText(const char *text, std::size_t size, [[maybe_unused]] std:
     return out;
 }
 
-namespace {
-
-// Whether a text has a code that stands for a character, or a NUL. By words, of which the last may overlap.
-bool hasCodes(std::string_view text) {
-    constexpr std::uint64_t ones = UINT64_MAX / UINT8_MAX;
-    constexpr std::size_t wordSize = sizeof ones;
-    if (text.size() < wordSize)
-        return std::any_of(text.begin(), text.end(), [](char c) { return c == '\0' || isEscapeCode(c); });
-    const auto codesAt = [](const char *at) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, at, wordSize);
-        return (word - ones * (escapedCharacters.size() + 1)) & ~word & ones * 0x80;
-    };
-    std::uint64_t found = codesAt(text.data() + text.size() - wordSize);
-    for (std::size_t at = 0; at + wordSize < text.size(); at += wordSize)
-        found |= codesAt(text.data() + at);
-    return found != 0;
-}
-
-} // namespace
-
 void readText(std::string_view text, char *to) {
     if (!hasCodes(text)) [[likely]]
         copyShort(text.data(), text.size(), to);

@@ -30,26 +30,9 @@ bool isLow(char c) {
     return static_cast<unsigned char>(c) <= escapedCharacters.size();
 }
 
-// Whether one of the characters at `at`, as many as the word has, is a NUL or one of the codes 1 to 5.
-template <class Word>
-bool hasLow(const char *at) {
-    constexpr auto ones = static_cast<Word>(~Word{0} / 255);
-    constexpr auto highest = static_cast<Word>(ones * 128);
-    Word word;
-    std::memcpy(&word, at, sizeof word);
-    return ((word - ones * (escapedCharacters.size() + 1)) & ~word & highest) != 0;
-}
-
-// The first NUL or code 1 to 5 among so many characters, or their end. Most texts are short, and have none.
+// The first NUL or code 1 to 5 among so many characters, or their end.
 const char *findLow(const char *text, std::size_t size) {
-    const char *const end = text + size;
-    while (end - text >= 8 && !hasLow<std::uint64_t>(text))
-        text += 8;
-    if (end - text >= 4 && !hasLow<std::uint32_t>(text))
-        text += 4;
-    while (text != end && !isLow(*text))
-        ++text;
-    return text;
+    return std::find_if(text, text + size, isLow);
 }
 
 bool isEmptyElement(const plan_t &element, const char *at) {
@@ -63,15 +46,24 @@ bool isEmptyElement(const plan_t &element, const char *at) {
     return rule.kind == checkRuleKind_t::text16 && valueAt<wideStringField_t>(at, 0).count() == 0;
 }
 
-// Whether an element is a text with nothing to tell of, as nearly all are.
+// Whether a value at `at` is a text with nothing to tell of, as nearly all are that are not empty.
 bool isFineText(const checkRule_t &rule, const char *at) {
-    const bool isArray = rule.kind == checkRuleKind_t::arrayText;
-    if (!isArray && rule.kind != checkRuleKind_t::text)
-        return false;
-    const char *const text = isArray ? at : valueAt<string_t>(at, 0).c_str();
-    const std::size_t size = isArray ? static_cast<std::size_t>(rule.limit) : valueAt<string_t>(at, 0).length();
-    const char *const low = findLow(text, size);
-    return *text != '"' && low != text && (isArray ? low != text + size && *low == '\0' : low == text + size);
+    std::string_view text;
+    if (rule.kind == checkRuleKind_t::text)
+        text = valueAt<string_t>(at, 0);
+    else if (rule.kind == checkRuleKind_t::arrayText && std::memchr(at, '\0', static_cast<std::size_t>(rule.limit)))
+        text = at;
+    return !text.empty() && text.front() != '"' && !hasCodes(text);
+}
+
+// Whether there is nothing to tell of the most frequent kinds of values, told in the fewest steps.
+bool isFine(const checkRule_t &rule, const char *at) {
+    if (rule.kind != checkRuleKind_t::reals)
+        return isFineText(rule, at);
+    for (std::size_t i = 0; i < rule.count; ++i)
+        if (!std::isfinite(valueAt<double>(at, i * sizeof(double))))
+            return false;
+    return true;
 }
 
 std::string shown(double value) {
@@ -92,10 +84,10 @@ public:
     };
 
     /// False when no more is to be found.
-    bool goOver(const plan_t &plan, const char *structure, const place_t *outer) {
-        for (const checkRule_t &rule : plan.rules) {
-            const where_t where{plan, rule, outer};
-            if (!goOver(where, structure))
+    bool goOver(const plan_t &plan, const char *structure, const place_t *outer, std::size_t firstRule = 0) {
+        for (std::size_t i = firstRule; i < plan.rules.size(); ++i) {
+            const checkRule_t &rule = plan.rules[i];
+            if (!isFine(rule, structure + rule.value) && !goOver({plan, rule, outer}, structure))
                 return false;
         }
         return true;
@@ -215,10 +207,11 @@ private:
                 " is continuous with " + std::to_string(range.count()) +
                     " values, but its smallest and its largest alone are written: keep these two, or make it discrete"))
             return false;
+        const double written = range.maximum();
         const bool reachesFloor =
-            std::any_of(range.begin(), range.end(), [&](double value) { return !(value < range.maximum()); });
+            std::any_of(range.begin(), range.end(), [written](double value) { return !(value < written); });
         return reachesFloor || tell(where, problemCode_t::rangeNotKept,
-                                    " is continuous and ends below " + shown(range.maximum()) +
+                                    " is continuous and ends below " + shown(written) +
                                         ", which would be written as its end: make it discrete");
     }
 
@@ -332,18 +325,33 @@ private:
     bool onlyFirst_;
 };
 
+[[gnu::noinline]] bool isKeptFrom(const plan_t &plan, std::size_t firstRule, const char *structure) {
+    checkRun_t run(true);
+    return run.goOver(plan, structure, nullptr, firstRule);
+}
+
 } // namespace
 
 structureCheck_t::structureCheck_t(void (*show)(recordVisitor_t &)) : plan_(makeCheckPlan(show)) {}
 
 structureCheck_t::~structureCheck_t() = default;
 
-bool structureCheck_t::isKept(const void *structure, problem_t &problem) const {
+// A run is begun only at the first value that takes more to tell.
+bool structureCheck_t::isKept(const void *structure) const {
+    const auto *const start = static_cast<const char *>(structure);
+    std::size_t fine = 0;
+    for (const checkRule_t &rule : plan_->rules)
+        if (isFine(rule, start + rule.value))
+            ++fine;
+        else
+            return isKeptFrom(*plan_, fine, start);
+    return true;
+}
+
+problem_t structureCheck_t::first(const void *structure) const {
     checkRun_t run(true);
-    if (run.goOver(*plan_, static_cast<const char *>(structure), nullptr))
-        return true;
-    problem = std::move(run.found.front());
-    return false;
+    run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
+    return std::move(run.found.front());
 }
 
 std::vector<problem_t> structureCheck_t::all(const void *structure) const {

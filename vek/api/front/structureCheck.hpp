@@ -22,9 +22,11 @@ public:
     structureCheck_t(const structureCheck_t &) = delete;
     structureCheck_t &operator=(const structureCheck_t &) = delete;
 
-    /// Whether everything in the structure comes back; otherwise `problem` receives the first thing that does not, in
-    /// the order of the text. Throws std::bad_alloc when there is a problem to tell.
-    bool isKept(const void *structure, problem_t &problem) const;
+    /// Whether everything in the structure comes back.
+    bool isKept(const void *structure) const;
+
+    /// The first thing that does not come back, in the order of the text, of a structure that isn't kept.
+    problem_t first(const void *structure) const;
 
     /// Everything that does not come back. Of a list with too many problems to be of use, as many as there are.
     std::vector<problem_t> all(const void *structure) const;
