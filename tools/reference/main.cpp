@@ -18,7 +18,9 @@ int main(int count, char **arguments) {
         vek::writeLayoutPage(layouts);
         std::ofstream messages(folder / "messages.md", std::ios::binary);
         vek::writeMessagePage(messages, root);
-        if (layouts.flush() && messages.flush())
+        std::ofstream tables(folder / "archive-tables.md", std::ios::binary);
+        vek::writeArchivePage(tables);
+        if (layouts.flush() && messages.flush() && tables.flush())
             return 0;
         std::cerr << "vekReference: can't write into " << folder << "\n";
     } catch (const std::exception &error) {

@@ -1,5 +1,5 @@
 // The reference pages in docs, made from the declarations that convert: the catalogue, the record classes, the layout
-// tables. Both throw std::runtime_error when a declaration lacks something that a page needs.
+// tables. They throw std::runtime_error when a declaration lacks something that a page needs.
 #pragma once
 
 #include <filesystem>
@@ -17,5 +17,8 @@ void writeLayoutPage(std::ostream &out);
 /// docs/messages.md: each message with what it is for, a sample and its keys, and where each key stands. `root` is the
 /// project's folder, for the samples and the constants of enumerations.
 void writeMessagePage(std::ostream &out, const std::filesystem::path &root);
+
+/// docs/archive-tables.md: the tables that messages are kept in for queries.
+void writeArchivePage(std::ostream &out);
 
 } // namespace vek

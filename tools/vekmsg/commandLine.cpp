@@ -35,6 +35,10 @@ std::string wrapped(const std::string &page, std::size_t width) {
     return out;
 }
 
+constexpr const char *timeWords =
+    "Where the time stands on a line, when it is unusual: its first group in a usual form, or six "
+    "groups for year, month, day, hour, minute, second";
+constexpr const char *followWords = "Go on when the file grows, also when another takes its name; each message at once";
 constexpr const char *exitCodes = "Exit code: 0 fine; 1 differences, invalid messages or none; 2 usage or files.";
 
 } // namespace
@@ -49,6 +53,7 @@ commandLine_t::commandLine_t() : app_(about, "vekmsg") {
     declareChanges();
     declareForms();
     declareLogs();
+    declareTables();
     declareCatalogue();
     CLI::App *page = app_.add_subcommand("page", "The manual page and completions")->group("");
     page->add_option("KIND", options_.page)->required();
@@ -88,14 +93,10 @@ void commandLine_t::reading(CLI::App *app, bool isStream, bool canSplit) {
     app->add_option("--since", options_.since, "Only messages of log lines of this time and later")->type_name("TIME");
     app->add_option("--until", options_.until, "Only messages of log lines of this time and earlier")
         ->type_name("TIME");
-    app->add_option("--time", options_.timeExpression,
-                    "Where the time stands on a line, when it is unusual: its first group in a usual form, or six "
-                    "groups for year, month, day, hour, minute, second")
-        ->type_name("REGEX");
+    app->add_option("--time", options_.timeExpression, timeWords)->type_name("REGEX");
     app->add_option("-n,--head", options_.head, "Only the first N messages")->type_name("N");
     if (isStream)
-        app->add_flag("-f,--follow", options_.follows,
-                      "Go on when the file grows, also when another takes its name; each message at once");
+        app->add_flag("-f,--follow", options_.follows, followWords);
     if (canSplit)
         app->add_option("-j,--jobs", options_.jobs, "Read a plain file on N processors (0: all there are)")
             ->type_name("N")
@@ -105,6 +106,11 @@ void commandLine_t::reading(CLI::App *app, bool isStream, bool canSplit) {
 void commandLine_t::header(CLI::App *app) {
     app->add_option("--echo", options_.echoTag, "The echo tag to write")->type_name("N");
     app->add_option("--seq", options_.sequenceNumber, "The sequence number to write")->type_name("N");
+}
+
+void commandLine_t::source(CLI::App *app) {
+    app->add_option("--source", options_.source, "What the log is called in the tables, instead of the file's name")
+        ->type_name("NAME");
 }
 
 void commandLine_t::inPlace(CLI::App *app) {
@@ -184,8 +190,13 @@ void commandLine_t::declareForms() {
         command("json", "Messages as JSON, one line each, with where they stood and their problems", runJson,
                 "  vekmsg json device.log | jq -c 'select(.problems)'\n"
                 "  vekmsg json focus.txt | jq -c '.focusValue_t.FOCUS_VALUE = 3' | vekmsg seal\n"
-                "  vekmsg json --follow device.log | lnav");
+                "  vekmsg json --follow device.log | lnav\n"
+                "  vekmsg json --table focus_value device.log");
     files(json);
+    json->add_flag("--rows", options_.isRows,
+                   "The rows of the tables of vekmsg schema, a line each, which begins with the table's name");
+    json->add_option("--table", options_.table, "The rows of this table alone, without its name")->type_name("TABLE");
+    source(json);
     reading(json);
 
     CLI::App *flat = command("flat", "Messages as lines of \"path = value\", for grep", runFlat,
@@ -244,6 +255,32 @@ void commandLine_t::declareLogs() {
     diff->add_flag("--header", options_.comparesHeader, "Compare echo tags and sequence numbers, too");
     reading(diff, false, false);
     color(diff);
+}
+
+void commandLine_t::declareTables() {
+    CLI::App *load = command("load", "Load the messages of logs into a database, to be asked in SQL", runLoad,
+                             "  vekmsg load --into archive.sqlite device.log\n"
+                             "  sqlite3 -box archive.sqlite 'SELECT log_time, low_status FROM device_status'\n"
+                             "  vekmsg load --into archive.sqlite --follow device-*.log");
+    load->add_option("LOG", options_.files,
+                     "Logs, also packed ones; - for standard input. Of a log that was loaded before, only what is new")
+        ->type_name("");
+    load->add_option("--into", options_.target, "The database: a file, which is made when there is none")
+        ->type_name("FILE.sqlite")
+        ->required();
+    source(load);
+    load->add_option("--time", options_.timeExpression, timeWords)->type_name("REGEX");
+    load->add_flag("-f,--follow", options_.follows, followWords);
+    load->add_flag("-q,--quiet", options_.isQuiet, "Don't say how much was loaded");
+
+    CLI::App *schema = command("schema", "The tables that messages are kept in for queries, as SQL", runSchema,
+                               "  vekmsg schema --sql sqlite | sqlite3 empty.sqlite\n"
+                               "  vekmsg schema --sql clickhouse FocusValue DeviceStatus | clickhouse-client -n");
+    schema->add_option("ID|NAME", options_.words, "Only the tables of these messages, and those of all messages");
+    schema->add_option("--sql", options_.sqlDialect, "Whose SQL: sqlite or clickhouse")
+        ->type_name("DATABASE")
+        ->required()
+        ->check(CLI::IsMember({"sqlite", "clickhouse"}));
 }
 
 void commandLine_t::declareCatalogue() {

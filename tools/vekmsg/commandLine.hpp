@@ -28,11 +28,13 @@ private:
     void files(CLI::App *app, const std::string &name = "FILE");
     void color(CLI::App *app);
     void header(CLI::App *app);
+    void source(CLI::App *app);
     void inPlace(CLI::App *app);
     void declareViews();
     void declareChanges();
     void declareForms();
     void declareLogs();
+    void declareTables();
     void declareCatalogue();
     int complainAbout(const CLI::ParseError &error, int argc, char **argv);
     int writePage() const;

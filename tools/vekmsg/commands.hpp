@@ -14,11 +14,15 @@ int runGet(const options_t &options);
 int runSet(const options_t &options);
 int runEdit(const options_t &options);
 int runJson(const options_t &options);
+/// Of json --rows.
+int runRows(const options_t &options);
 int runFlat(const options_t &options);
 int runTable(const options_t &options);
 int runLast(const options_t &options);
 int runSummary(const options_t &options);
 int runDiff(const options_t &options);
+int runLoad(const options_t &options);
+int runSchema(const options_t &options);
 int runList(const options_t &options);
 int runDescribe(const options_t &options);
 int runNew(const options_t &options);

@@ -179,6 +179,10 @@ int runTask(const options_t &options, task_t &task) {
 } // namespace
 
 int runJson(const options_t &options) {
+    if (options.isRows || !options.table.empty())
+        return runRows(options);
+    if (!options.source.empty())
+        throw usageError_t("--source belongs to rows: write json --rows --source " + options.source);
     const timeFinder_t times(options.timeExpression);
     jsonTask_t task(options, times);
     return runTask(options, task);

@@ -29,6 +29,13 @@ public:
     bool isShort() const override { return isShort_; }
     std::uint64_t taken() const override { return taken_; }
     std::uint64_t size() const override { return size_; }
+    bool skip(std::uint64_t bytes) override {
+        if (size_ == 0 || hasPeeked_)
+            return false;
+        taken_ += bytes;
+        file_.seek(taken_);
+        return true;
+    }
     const std::string &name() const { return file_.name(); }
 
     // The first block, which the first call of next() gives again.

@@ -26,6 +26,8 @@ public:
     /// Bytes of the file that have been read, and its size (0 when unknown), for the progress.
     virtual std::uint64_t taken() const = 0;
     virtual std::uint64_t size() const = 0;
+    /// Passes over bytes behind those that next() gave, without reading them; false when it can't.
+    virtual bool skip(std::uint64_t) { return false; }
     /// Whether the bytes are the file's own, so that places in them are places in the file.
     virtual bool isPlain() const { return true; }
 };

@@ -34,6 +34,11 @@ struct options_t {
     std::string at;                ///< a time
     double tolerance = 0.0;
     bool comparesHeader = false;
+    bool isRows = false;    ///< of json
+    std::string table;      ///< of json: the one table whose rows are wanted
+    std::string source;     ///< what the log is called in tables, when not by its file
+    std::string sqlDialect; ///< of schema
+    std::string target;     ///< of load: the database
     std::string page; ///< "man", "bash" or "zsh"
 };
 

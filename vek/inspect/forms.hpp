@@ -59,6 +59,9 @@ void appendFlat(std::string &out, const tree_t &tree);
 /// of these characters themselves; readers that undo it get the very bytes.
 void appendJsonString(std::string &out, std::string_view bytes);
 
+/// The same characters without quotes and escapes: bytes as well-formed UTF-8. `room` is used when they aren't.
+std::string_view wellFormed(std::string_view bytes, std::string &room);
+
 /// What reading a form gives.
 struct formResult_t {
     std::string text;       ///< the message, without a NUL; empty when the form can't be read

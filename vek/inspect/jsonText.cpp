@@ -67,6 +67,23 @@ void appendJsonString(std::string &out, std::string_view bytes) {
     out += '"';
 }
 
+std::string_view wellFormed(std::string_view bytes, std::string &room) {
+    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return bytes;
+    room.clear();
+    while (!bytes.empty()) {
+        const std::size_t size = utf8Size(bytes);
+        const std::string_view character = bytes.substr(0, std::max<std::size_t>(size, 1));
+        if (size == 0 || isByteCharacter(utf8Character(character)))
+            for (const char byte : character)
+                appendUtf8(room, byteCharacters + (static_cast<unsigned char>(byte) & 0x7FU));
+        else
+            room += character;
+        bytes.remove_prefix(character.size());
+    }
+    return room;
+}
+
 void appendJsonText(std::string &out, std::string_view value) {
     if (std::none_of(value.begin(), value.end(), isEscapeCode))
         return appendJsonString(out, value);

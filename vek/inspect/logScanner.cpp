@@ -73,6 +73,10 @@ std::size_t withoutBlanks(std::string_view text, std::size_t start, std::size_t 
 
 logScanner_t::logScanner_t(std::uint64_t offset, std::uint64_t line) : offset_(offset), line_(line) {}
 
+logScanner_t::logScanner_t(const logPosition_t &position)
+    : head_(position.lineHead), before_(position.isLineHeadComplete ? std::string() : position.lineHead),
+      offset_(position.offset), line_(position.line), column_(position.column), hasHead_(position.isLineHeadComplete) {}
+
 void logScanner_t::feed(std::string_view block, messageSink_t &sink) {
     if (kept_.empty()) {
         kept_ = block.substr(scan(block, false, sink));

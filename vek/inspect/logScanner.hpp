@@ -25,6 +25,15 @@ struct foundMessage_t {
     bool isLengthRight = false; ///< its end is where its length says
 };
 
+/// A place in a log from which a scanner can go on.
+struct logPosition_t {
+    std::uint64_t offset = 0;
+    std::uint64_t line = 1;          ///< that the offset is in
+    std::uint64_t column = 1;        ///< from 1
+    std::string lineHead;            ///< the first bytes of that line, as far as they stand in front of the offset
+    bool isLineHeadComplete = false; ///< a message came in front on that line
+};
+
 class messageSink_t {
 public:
     virtual void message(const foundMessage_t &found) = 0;
@@ -41,6 +50,12 @@ public:
 
     /// Where the log's first byte stands: not at 0 and line 1 when it is read from the middle.
     explicit logScanner_t(std::uint64_t offset = 0, std::uint64_t line = 1);
+
+    explicit logScanner_t(const logPosition_t &position);
+
+    /// In front of this place everything is decided; the scanner that goes on from there finds the rest. What stands in
+    /// front on the line is known by its first bytes only.
+    logPosition_t decided() const { return {offset_, line_, column_, head_, hasHead_}; }
 
     /// Takes the next block. Calls the sink with each message whose end is certain. Throws std::bad_alloc, and what the
     /// sink throws.

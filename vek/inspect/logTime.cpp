@@ -1,8 +1,10 @@
 #include "vek/inspect/logTime.hpp"
 
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdio>
 
 namespace vek::inspect {
 
@@ -214,24 +216,47 @@ bool logTime_t::isBefore(const logTime_t &other) const {
 }
 
 std::string logTime_t::inWords() const {
-    char buffer[64];
-    const std::int64_t inDay = timeOfDay(microseconds);
-    const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days((microseconds - inDay) / day))};
     std::string text;
-    if (hasDate) {
-        std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02uT", static_cast<int>(date.year()),
-                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
-        text = buffer;
-    }
-    const int seconds = static_cast<int>(inDay / second), rest = static_cast<int>(inDay % second);
-    std::snprintf(buffer, sizeof buffer, "%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
-    text += buffer;
-    if (rest != 0) {
-        std::snprintf(buffer, sizeof buffer, rest % 1000 == 0 ? ".%03d" : ".%06d",
-                      rest % 1000 == 0 ? rest / 1000 : rest);
-        text += buffer;
-    }
+    appendTo(text, 'T', fraction_t::whenThere);
     return hasZone ? text + "Z" : text;
+}
+
+void logTime_t::appendTo(std::string &out, char between, fraction_t fraction) const {
+    char buffer[32], *to = buffer;
+    const auto pair = [&to](std::int64_t number) { to = writeDigitPair(static_cast<std::size_t>(number), to); };
+    const std::int64_t inDay = timeOfDay(microseconds);
+    if (hasDate) {
+        const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days((microseconds - inDay) / day))};
+        const int year = std::clamp(static_cast<int>(date.year()), 0, 9999);
+        pair(year / 100);
+        pair(year % 100);
+        *to++ = '-';
+        pair(static_cast<unsigned>(date.month()));
+        *to++ = '-';
+        pair(static_cast<unsigned>(date.day()));
+        *to++ = between;
+    }
+    pair(inDay / second / 3600);
+    *to++ = ':';
+    pair(inDay / second / 60 % 60);
+    *to++ = ':';
+    pair(inDay / second % 60);
+    const std::int64_t rest = inDay % second;
+    if (fraction == fraction_t::always || (fraction == fraction_t::whenThere && rest != 0)) {
+        *to++ = '.';
+        const std::int64_t thousandths = rest / 1000;
+        *to++ = static_cast<char>('0' + thousandths / 100);
+        pair(thousandths % 100);
+        if (rest % 1000 != 0) {
+            *to++ = static_cast<char>('0' + rest % 1000 / 100);
+            pair(rest % 100);
+        }
+    }
+    out.append(buffer, static_cast<std::size_t>(to - buffer));
+}
+
+std::uint32_t logTime_t::microsecond() const {
+    return static_cast<std::uint32_t>(timeOfDay(microseconds) % second);
 }
 
 std::optional<logTime_t> readTime(std::string_view text, std::size_t &size) {

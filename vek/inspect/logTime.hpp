@@ -19,6 +19,12 @@ struct logTime_t {
     bool isBefore(const logTime_t &other) const;
     /// "2026-03-01T12:00:00.250", with "Z" when the zone is known; without the date when there is none.
     std::string inWords() const;
+
+    enum class fraction_t : std::uint8_t { none, whenThere, always };
+    /// Appends the date, `between` and the time of day, without a zone. A fraction has three digits, or six.
+    void appendTo(std::string &out, char between, fraction_t fraction) const;
+    /// The fraction of the second, 0 to 999999.
+    std::uint32_t microsecond() const;
 };
 
 /// A time that begins at the start of a text, in one of the usual spellings; `size` receives how much it takes.

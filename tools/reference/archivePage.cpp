@@ -1,0 +1,73 @@
+#include "tools/reference/pages.hpp"
+
+#include "tools/reference/markdown.hpp"
+#include "vek/inspect/archive/sql.hpp"
+
+#include <ostream>
+
+namespace vek {
+
+namespace {
+
+using namespace inspect;
+
+constexpr std::string_view introduction = R"(# Tables of messages
+
+The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `vekmsg schema --sql sqlite` and
+`--sql clickhouse` make them.
+
+- **Names** are those of the records and keys, in lower case. The keys of a nested record stand behind its own key:
+  `VERSION.TYPE` is `version_type`. A list of records has a table, named after the record and the key.
+- **Values** are what a host reads: a text that is no number gives 0. An enumeration is the name that stands in the
+  message, known or not; a boolean is 0 or 1; a text has the characters that its codes stand for. Bytes that are no
+  UTF-8 become the characters U+EF80 to U+EFFF. NULL: the message has no such key, or no value for it.
+- **Lists of scalars** are arrays in ClickHouse. SQLite has a table for each, named in the list below, with the number
+  of the element and its `value`; every element of the list is there, one without a value as 0 or an empty text.
+- **Damaged** messages are in the tables as far as they can be read, with all that was found in `problems` and the message
+  itself in `messages.text`. Where nothing was found, the rows say all of a message.
+
+## In front of each row
+
+| Column | ClickHouse | SQLite | Holds |
+|---|---|---|---|
+| `message_id` |  | INTEGER | the message: `source_id * 1099511627776 + byte_offset` |
+| `source_id` |  | INTEGER | the log; its name, `source`, is in the table `sources` |
+| `source` | String |  | the name of the log, as it was given, or that of `--source` |
+| `byte_offset` | UInt64 | INTEGER | of the message's first byte in the log (unpacked), from 0 |
+| `log_time` | Nullable(DateTime('UTC')) | TEXT | the time that stands on the line, at UTC when it says its zone; SQLite: with its fraction, `2026-03-01 08:00:02.250` |
+| `log_microsecond` | UInt32 |  | the fraction of that second |
+| `echo_tag`, `sequence_number` | Nullable(Int32) | INTEGER | the numbers of the envelope |
+| `damaged` | UInt8 | INTEGER | 1: `check` finds an error |
+| `element`, `element_2` | UInt32 | INTEGER | in the tables of lists: the number of the element, from 0 |
+
+In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and the numbers alone; the rest is in
+`messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from
+`message_id`, which is the key, and take no room.
+)";
+
+void writeTable(std::ostream &out, const table_t &table) {
+    out << "\n## " << table.name << "\n\n" << table.about << ".";
+    if (table.depth > 0)
+        out << " Key: the message and `" << elementColumn(table.depth - 1) << "`.";
+    out << "\n";
+    if (table.columns.empty())
+        return;
+    out << "\n| Column | ClickHouse | SQLite | Holds |\n|---|---|---|---|\n";
+    for (const column_t &column : table.columns) {
+        const std::string sqlite = sqliteType(column);
+        out << "| " << code(column.name) << " | " << clickhouseType(column) << " | "
+            << (column.isList ? joined({"table ", code(joined({table.name, "_", column.name})), ", `value` ", sqlite})
+                              : sqlite)
+            << " | " << (column.field != nullptr ? code(column.meaning) : column.meaning) << " |\n";
+    }
+}
+
+} // namespace
+
+void writeArchivePage(std::ostream &out) {
+    out << generatedNotice << introduction;
+    for (const table_t &table : archiveTables().all())
+        writeTable(out, table);
+}
+
+} // namespace vek

@@ -1,0 +1,10 @@
+// The databases that vekmsg load knows. Each runs to its end and gives the exit code; they throw usageError_t.
+#pragma once
+
+#include "tools/vekmsg/options.hpp"
+
+namespace vek::tool {
+
+int loadIntoSqlite(const options_t &options);
+
+} // namespace vek::tool

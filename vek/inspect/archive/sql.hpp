@@ -1,0 +1,56 @@
+// The archive's tables in the words of databases.
+//
+// Every name is quoted, and no value is ever part of a statement. Pure functions.
+#pragma once
+
+#include "vek/inspect/archive/tables.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vek::inspect {
+
+/// What a database of this layout has for PRAGMA user_version and application_id.
+inline constexpr int sqliteVersion = 1;
+inline constexpr int sqliteApplication = 0x76656B6D; // "vekm"
+
+/// Bits of a message's number in SQLite that are its offset; in front of them stands its source's number.
+inline constexpr int sqliteOffsetBits = 40;
+
+/// A table of SQLite: one of the archive's, or one that holds a column of lists.
+struct sqliteTable_t {
+    std::string name;
+    const table_t *table = nullptr;
+    const column_t *list = nullptr; ///< the column of lists that it holds; null for a table of the archive
+    std::size_t depth = 0;          ///< numbers of elements
+    /// Whether a row has time, echo tag, sequence number and damage. Otherwise the message has them.
+    bool hasFront = false;
+};
+
+/// The tables that stand for one of the archive's: itself, then one for each column of lists.
+std::vector<sqliteTable_t> sqliteTablesOf(const table_t &table);
+
+/// INSERT INTO with a parameter a stored column: the message's number, the numbers of elements, with hasFront time,
+/// echo tag, sequence number and damage, and the columns that are no lists (or the list's element).
+std::string sqliteInsert(const sqliteTable_t &table);
+
+/// CREATE TABLE for a table, without a semicolon.
+std::string sqliteCreate(const sqliteTable_t &table);
+/// The same for the logs that were loaded.
+std::string sqliteCreateSources();
+
+/// All that for the sources and for these tables, a semicolon behind each. Tables that are there stay.
+void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables);
+
+/// The same for ClickHouse: a row is there once for its source, offset and elements.
+void appendClickhouseSchema(std::string &out, std::span<const table_t *const> tables);
+
+/// The type of a column; of a list in SQLite, that of its elements.
+std::string sqliteType(const column_t &column);
+std::string clickhouseType(const column_t &column);
+
+/// A name in double quotes.
+std::string quotedName(std::string_view name);
+
+} // namespace vek::inspect
