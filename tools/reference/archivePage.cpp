@@ -43,6 +43,19 @@ The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `ve
 In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and the numbers alone; the rest is in
 `messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from
 `message_id`, which is the key, and take no room.
+
+## Logs
+
+In SQLite, `sources` has a row a log: its number `source_id`, its name `source`, and how far it is loaded, which is written
+with the messages themselves: a loader that was killed goes on where it was, and nothing is lost or twice there.
+
+- A log is known again by its first 4096 bytes, as they are when unpacked. One that has a new name because another has its
+  old one now (or none has) goes on under its old name. One that has taken over a name, as in rotation, is a log beside
+  the older one, with the same `source`.
+- With `--source` the logs of a device have one name, whatever their files are called. Standard input is called `-`.
+- A message that is cut off at the log's end is taken as it stands, and anew when the log has grown.
+- A log that is shorter than what was loaded, or differs where the last message stood, is refused, and nothing changes.
+- One writes at a time; a second loader waits for the end of the first one's transaction. Reading is always possible.
 )";
 
 void writeTable(std::ostream &out, const table_t &table) {

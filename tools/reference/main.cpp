@@ -1,4 +1,4 @@
-// Writes the reference pages, layouts.md and messages.md, into a folder.
+// Writes the reference pages, layouts.md, messages.md and archive-tables.md, into a folder.
 //   vekReference PROJECT-FOLDER FOLDER
 #include "tools/reference/pages.hpp"
 

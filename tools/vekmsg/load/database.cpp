@@ -1,7 +1,6 @@
 #include "tools/vekmsg/load/database.hpp"
 
-#include "tools/vekmsg/problem.hpp"
-
+#include <new>
 #include <sqlite3.h>
 
 namespace vek::tool {
@@ -16,37 +15,41 @@ void statement_t::closer_t::operator()(sqlite3_stmt *handle) const {
 
 database_t::database_t(const std::string &file) : file_(file) {
     sqlite3 *handle = nullptr;
-    const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; // one thread uses it
+    const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
     handle_.reset(handle);
     if (result != SQLITE_OK)
         fail();
     constexpr int patience = 60'000; // milliseconds, for another that writes
     sqlite3_busy_timeout(handle, patience);
+    // A name in double quotes is never taken for a text.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
 }
 
 void database_t::fail() const {
     const int code = handle_ != nullptr ? sqlite3_errcode(handle_.get()) : SQLITE_NOMEM;
     switch (code & 0xFF) {
     case SQLITE_NOTADB:
-        throw usageError_t(file_ + " is no SQLite database; name a new file, or one that vekmsg load made");
+        throw databaseError_t(file_ + " is no SQLite database; name a new file, or one that vekmsg load made");
     case SQLITE_CANTOPEN:
-        throw usageError_t("cannot open or make " + file_ + "; is there such a folder, and may you write in it?");
+        throw databaseError_t("cannot open or make " + file_ + "; is there such a folder, and may you write in it?");
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        throw usageError_t(file_ + " is being written by another program; try again when it has ended");
+        throw databaseError_t(file_ + " is being written by another program; try again when it has ended");
     case SQLITE_READONLY:
     case SQLITE_PERM:
-        throw usageError_t(file_ + " or its folder may not be written");
+        throw databaseError_t(file_ + " or its folder may not be written");
     case SQLITE_FULL:
     case SQLITE_IOERR:
-        throw usageError_t("cannot write " + file_ + ": " + sqlite3_errmsg(handle_.get()) +
-                           "; what was loaded is in it, and the next run goes on");
+        throw databaseError_t("cannot write " + file_ + ": " + sqlite3_errmsg(handle_.get()) +
+                              "; what was loaded is in it, and the next run goes on");
     case SQLITE_CORRUPT:
-        throw usageError_t(file_ + " is damaged; load the logs into a new file");
+        throw databaseError_t(file_ + " is damaged; load the logs into a new file");
     case SQLITE_NOMEM:
         throw std::bad_alloc();
     default:
-        throw usageError_t(file_ + ": " + sqlite3_errmsg(handle_.get()));
+        throw databaseError_t(file_ + ": " + sqlite3_errmsg(handle_.get()));
     }
 }
 

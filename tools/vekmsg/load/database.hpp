@@ -1,11 +1,13 @@
 // database_t and statement_t: an SQLite database and its prepared statements, owned and with errors in words.
 //
-// Everything throws usageError_t. A statement must not outlive its database. One thread at a time.
+// Everything throws databaseError_t, after which a transaction can't go on. A statement must not outlive its database.
+// One thread at a time.
 #pragma once
+
+#include "tools/vekmsg/problem.hpp"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,11 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 namespace vek::tool {
+
+class databaseError_t : public usageError_t {
+public:
+    using usageError_t::usageError_t;
+};
 
 class database_t {
 public:

@@ -23,7 +23,7 @@ public:
         std::uint64_t offset = 0, size = 0, hash = 0;
     };
 
-    /// Whether a file that has a name begins with these bytes; asked when a log seems to have a new name.
+    /// The first bytes of the file that has a name now; asked when a log seems to have a new one.
     using beginning_t = std::function<std::string(const std::string &name)>;
 
     /// Finds the log that begins so, or enters it. Runs in a transaction of the caller's.
@@ -39,12 +39,12 @@ public:
     const message_t &last() const { return last_; }
     /// There are rows of messages behind the position, made of what stood at the log's end.
     bool hasTail() const { return hasTail_; }
-    /// Others of this name, with other first bytes, were loaded before.
-    bool hasPredecessor() const { return hasPredecessor_; }
+    /// Entered now, beside others of this name that begin otherwise.
+    bool isBesideOthers() const { return isBesideOthers_; }
 
     void setHasTail(bool hasTail) { hasTail_ = hasTail; }
     /// More of its beginning is known.
-    void setFirst(std::string_view first);
+    void setFirst(std::string_view first) { first_ = first.substr(0, firstBytes); }
     /// Throws when another process loads the same log.
     void checkIsOwn(database_t &database) const;
     void save(database_t &database, const inspect::logPosition_t &position, const message_t &last);
@@ -55,10 +55,10 @@ private:
 
     std::int64_t number_ = 0;
     std::string name_;
-    std::uint64_t firstSize_ = 0, firstHash_ = 0;
+    std::string first_;
     inspect::logPosition_t position_;
     message_t last_;
-    bool hasTail_ = false, hasPredecessor_ = false;
+    bool hasTail_ = false, isBesideOthers_ = false;
 };
 
 /// 64-bit FNV-1a.

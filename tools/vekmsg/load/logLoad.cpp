@@ -14,16 +14,24 @@ std::string beginningOf(const std::string &name) {
     if (name == "-" || !identityOf(name))
         return {};
     try {
-        rawFile_t file(name);
-        std::string bytes(loadedLog_t::firstBytes, '\0');
-        bytes.resize(file.read(bytes.data(), bytes.size()));
-        return bytes;
+        return readBeginning(*openSource(name));
     } catch (const usageError_t &) {
         return {};
     }
 }
 
 } // namespace
+
+std::string readBeginning(source_t &source) {
+    std::string beginning;
+    while (beginning.size() < loadedLog_t::firstBytes) {
+        const std::string_view block = source.next();
+        if (block.empty())
+            break;
+        beginning += block;
+    }
+    return beginning;
+}
 
 void logLoad_t::begin(std::string_view first, bool isNew, bool isRenamable) {
     first_ = first.substr(0, loadedLog_t::firstBytes);
@@ -32,16 +40,17 @@ void logLoad_t::begin(std::string_view first, bool isNew, bool isRenamable) {
     log_.emplace(archive_.database(), name_, first_, isNew, beginning);
     if (log_->name() != name_)
         complain(name_ + " is the log that was loaded as " + log_->name() + "; it goes on there");
-    else if (log_->hasPredecessor() && log_->position().offset == 0)
+    else if (log_->isBesideOthers())
         complain(name_ + " is another log than the one that was loaded under this name; it is loaded beside it");
     scanner_ = inspect::logScanner_t(log_->position());
     last_ = log_->last();
     lastText_.clear();
-    log_->setFirst(first_);
+    if (first_.size() >= log_->position().offset)
+        log_->setFirst(first_);
 }
 
 std::uint64_t logLoad_t::needed() const {
-    if (!log_ || at_ >= log_->position().offset)
+    if (!log_ || at_ >= log_->position().offset || log_->last().size == 0)
         return at_;
     const loadedLog_t::message_t &last = log_->last();
     return at_ < last.offset + last.size ? std::max(at_, last.offset) : log_->position().offset;
@@ -118,7 +127,7 @@ void logLoad_t::message(const inspect::foundMessage_t &found) {
 }
 
 void logLoad_t::check() const {
-    if (log_)
+    if (log_ && !isTouched_)
         log_->checkIsOwn(archive_.database());
 }
 

@@ -4,6 +4,7 @@
 // Its calls that write run in a transaction of the caller's. One thread at a time.
 #pragma once
 
+#include "tools/vekmsg/input.hpp"
 #include "tools/vekmsg/load/archiveFile.hpp"
 #include "tools/vekmsg/load/loadedLog.hpp"
 #include "tools/vekmsg/timeFinder.hpp"
@@ -15,6 +16,9 @@
 #include <string_view>
 
 namespace vek::tool {
+
+/// The first blocks of an input, as many as a log is known by.
+std::string readBeginning(source_t &source);
 
 class logLoad_t final : private inspect::messageSink_t {
 public:
@@ -42,8 +46,9 @@ public:
 
     /// Nothing more was there than is loaded, and not even that.
     bool isCutShort() const { return hasBegun() && at_ < log_->position().offset; }
-    bool isTouched() const { return isTouched_; }
-    /// At a transaction's beginning and end.
+    /// No message was ever found in it.
+    bool isWithoutMessages() const { return last_.size == 0 && !(log_ && log_->hasTail()); }
+    /// In a transaction, in front of the first call that writes, and behind the last one.
     void check() const;
     void save();
 

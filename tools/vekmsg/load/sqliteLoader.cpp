@@ -1,5 +1,4 @@
 // vekmsg load into an SQLite database: the logs one behind the other, or all at once when they are followed.
-#include "tools/vekmsg/input.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/load/logLoad.hpp"
 #include "tools/vekmsg/problem.hpp"
@@ -32,16 +31,16 @@ public:
 
 private:
     // Few enough that others soon see them, and enough that their cost is spread.
-    static constexpr std::int64_t messagesAtOnce = 50'000;
+    static constexpr std::int64_t messagesAtOnce = 5'000;
 
     std::string sourceName(const std::string &file) const { return options_.source.empty() ? file : options_.source; }
     bool isRenamable() const { return options_.source.empty(); }
 
     void begin(logLoad_t &log) {
-        if (transaction_)
-            return;
-        transaction_.emplace(archive_.database());
-        atBegin_ = archive_.counts().messages;
+        if (!transaction_) {
+            transaction_.emplace(archive_.database());
+            atBegin_ = archive_.counts().messages;
+        }
         log.check();
     }
 
@@ -63,10 +62,10 @@ private:
             commit();
     }
 
-    void complainAbout(const usageError_t &error) {
+    void complainAbout(const std::string &words, exitCode_t status) {
         progress_.clear();
-        complain(error.what());
-        status_ = exitUsage;
+        complain(words);
+        status_ = std::max(status_, status);
     }
 
     void loadAll(const std::string &file) {
@@ -78,14 +77,19 @@ private:
             while (readBlock(*source, log))
                 progress_.update(source->taken());
             if (log.isCutShort())
-                throw usageError_t(file + " is shorter than what was loaded of it: it ends at byte " +
-                                   std::to_string(log.at()) + "; when it is another log, load it with --source NAME");
+                throw usageError_t(file +
+                                   " is shorter than what was loaded of it, and nothing changes; when it is another "
+                                   "log, load it with --source NAME");
             if (log.hasBegun()) {
                 begin(log);
                 log.takeTail();
             }
+            if (log.at() > 0 && log.isWithoutMessages())
+                complainAbout("no message in " + file + "; a message begins with @@ and its number", exitDifferences);
+        } catch (const databaseError_t &) {
+            throw;
         } catch (const usageError_t &error) {
-            complainAbout(error);
+            complainAbout(error.what(), exitUsage);
         }
         commit();
         logs_.clear();
@@ -94,7 +98,10 @@ private:
     bool readBlock(source_t &source, logLoad_t &log) {
         if (log.hasBegun() && log.needed() > log.at() && source.skip(log.needed() - log.at()))
             log.skipTo(log.needed());
-        const std::string_view block = source.next();
+        std::string beginning;
+        if (!log.hasBegun())
+            beginning = readBeginning(source);
+        const std::string_view block = log.hasBegun() ? source.next() : std::string_view(beginning);
         if (!block.empty())
             takeBlock(log, block);
         return !block.empty();
@@ -126,29 +133,34 @@ private:
             commit();
             one.log = std::make_unique<logLoad_t>(archive_, times_, sourceName(one.file.name()));
             one.isRotated = true;
+            gatherLogs();
         }
         one.isEnded = state == ended;
         return state != still;
     }
 
     void follow() {
-        std::vector<std::unique_ptr<followed_t>> all;
         for (const std::string &name : options_.files)
-            all.push_back(std::make_unique<followed_t>(archive_, times_, name, sourceName(name)));
+            followed_.push_back(std::make_unique<followed_t>(archive_, times_, name, sourceName(name)));
         constexpr unsigned pause = 20, stillRounds = 1000 / pause;
-        for (unsigned still = 0; !all.empty();) {
-            logs_.clear();
-            for (const auto &one : all)
-                logs_.push_back(one->log.get());
+        for (unsigned still = 0; !followed_.empty();) {
+            gatherLogs();
             bool isBusy = false;
-            for (const auto &one : all)
+            for (const auto &one : followed_)
                 isBusy |= step(*one, still == stillRounds);
             commit();
-            std::erase_if(all, [](const auto &one) { return one->isEnded; });
+            std::erase_if(followed_, [](const auto &one) { return one->isEnded; });
             still = isBusy ? 0 : still + 1;
             if (!isBusy)
                 sleepMilliseconds(pause);
         }
+        logs_.clear();
+    }
+
+    void gatherLogs() {
+        logs_.clear();
+        for (const auto &one : followed_)
+            logs_.push_back(one->log.get());
     }
 
     // `isStill`: a message that was cut off will not go on soon.
@@ -160,8 +172,10 @@ private:
                 one.log->takeTail();
             }
             return isBusy;
+        } catch (const databaseError_t &) {
+            throw;
         } catch (const usageError_t &error) {
-            complainAbout(error);
+            complainAbout(error.what(), exitUsage);
             one.isEnded = true;
         }
         return false;
@@ -170,7 +184,7 @@ private:
     void sayHowMuch(std::uint64_t elapsed) {
         const archiveFile_t::counts_t &counts = archive_.counts();
         std::string words = std::to_string(counts.messages) + (counts.messages == 1 ? " message" : " messages") +
-                            " loaded, " + std::to_string(counts.damaged) + " damaged";
+                            " loaded, " + std::to_string(std::max<std::int64_t>(counts.damaged, 0)) + " damaged";
         if (elapsed >= 1000)
             words += "; " + std::to_string(elapsed / 1000) + " s, " +
                      std::to_string(counts.messages * 1000 / static_cast<std::int64_t>(elapsed)) + " a second";
@@ -183,6 +197,7 @@ private:
     timeFinder_t times_;
     archiveFile_t archive_;
     std::optional<transaction_t> transaction_;
+    std::vector<std::unique_ptr<followed_t>> followed_;
     std::vector<logLoad_t *> logs_; // that may have to be saved
     progress_t progress_;
     std::int64_t atBegin_ = 0;

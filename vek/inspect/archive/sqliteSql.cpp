@@ -118,11 +118,10 @@ std::string sqliteCreateSources() {
     return R"(CREATE TABLE "sources" (
     "source_id" INTEGER PRIMARY KEY,
     "source" TEXT NOT NULL,
-    "first_bytes" INTEGER NOT NULL,
-    "first_bytes_hash" INTEGER NOT NULL,
+    "first_bytes" BLOB NOT NULL,
     "loaded_bytes" INTEGER NOT NULL,
     "has_tail" INTEGER NOT NULL,
-    "line" INTEGER NOT NULL,
+    "next_line" INTEGER NOT NULL,
     "line_head" BLOB NOT NULL,
     "is_line_head_complete" INTEGER NOT NULL,
     "last_message_offset" INTEGER NOT NULL,

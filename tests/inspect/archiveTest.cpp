@@ -1,0 +1,137 @@
+// The tables of the archive: their names, and that rows of any text fit them.
+#include "inspect/texts.hpp"
+#include "vek/inspect/archive/rowJson.hpp"
+#include "vek/inspect/archive/rows.hpp"
+#include "vek/inspect/archive/sql.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+using namespace vek;
+using namespace vek::inspect;
+using namespace vek::test;
+
+bool isName(std::string_view name) {
+    return !name.empty() && name.front() >= 'a' && name.front() <= 'z' &&
+           name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") == std::string_view::npos;
+}
+
+TEST(Archive, NamesAreLowerCaseAndMeanOneThing) {
+    std::set<std::string> tables{"sources"};
+    for (const table_t &table : archiveTables().all()) {
+        for (const sqliteTable_t &one : sqliteTablesOf(table))
+            EXPECT_TRUE(isName(one.name) && tables.insert(one.name).second) << one.name;
+        std::set<std::string> columns{"source",   "message_id",      "source_id", "byte_offset",
+                                      "log_time", "log_microsecond", "echo_tag",  "sequence_number",
+                                      "damaged",  "element",         "element_2"};
+        for (const column_t &column : table.columns)
+            EXPECT_TRUE(isName(column.name) && columns.insert(column.name).second) << table.name << "." << column.name;
+    }
+}
+
+// Takes rows and looks whether they fit their tables.
+class rowCheck_t final : public rowSink_t {
+public:
+    void row(const row_t &row) override {
+        tables.push_back(row.table.name);
+        isDamaged |= row.isDamaged;
+        EXPECT_EQ(row.cells.size(), row.table.columns.size());
+        EXPECT_EQ(row.elements.size(), row.table.depth);
+        for (std::size_t i = 0; i < row.cells.size(); ++i)
+            checkCell(row, row.table.columns[i], row.cells[i]);
+        std::string line;
+        appendRowJson(line, row, true);
+        const nlohmann::json json = nlohmann::json::parse(line, nullptr, false);
+        EXPECT_TRUE(json.is_object() && json["table"] == row.table.name && json["source"] == "a \"log\"") << line;
+        lines += line + "\n";
+    }
+
+    std::vector<std::string> tables;
+    std::string lines;
+    std::size_t values = 0;
+    bool isDamaged = false;
+
+private:
+    void checkCell(const row_t &row, const column_t &column, const cell_t &cell) {
+        if (cell.kind == cell_t::kind_t::null) {
+            EXPECT_FALSE(column.isAlwaysThere) << column.name;
+            return;
+        }
+        EXPECT_EQ(cell.kind == cell_t::kind_t::list, column.isList);
+        if (!column.isList)
+            return checkScalar(column, cell);
+        for (const cell_t &element : row.list(cell))
+            checkScalar(column, element);
+    }
+    void checkScalar(const column_t &column, const cell_t &cell) {
+        using enum columnType_t;
+        const bool isReal = column.type == real64 || column.type == real32;
+        const auto wanted = column.type == text ? cell_t::kind_t::text
+                            : isReal            ? cell_t::kind_t::real
+                                                : cell_t::kind_t::integer;
+        EXPECT_EQ(cell.kind, wanted) << column.name;
+        values += column.field != nullptr ? 1 : 0;
+    }
+};
+
+rowCheck_t rowsOf(const tree_t &tree) {
+    static rowMaker_t maker; // as a loader does, with its memory kept
+    rowCheck_t rows;
+    maker.make(tree, {"a \"log\"", 7, 1, std::nullopt}, rows);
+    return rows;
+}
+
+TEST(Archive, RowsOfAnyTextFitTheirTables) {
+    forEachText(rounds(1500), [](const std::string &text) {
+        if (testing::Test::HasFailure())
+            return;
+        const tree_t tree(text);
+        const rowCheck_t rows = rowsOf(tree);
+        const std::vector<finding_t> findings = check(tree);
+        const auto isError = [](const finding_t &finding) { return finding.severity == severity_t::error; };
+        EXPECT_EQ(rows.tables.front(), "messages") << text;
+        EXPECT_EQ(std::count(rows.tables.begin(), rows.tables.end(), "messages"), 1);
+        EXPECT_EQ(static_cast<std::size_t>(std::count(rows.tables.begin(), rows.tables.end(), "problems")),
+                  findings.size());
+        EXPECT_EQ(rows.isDamaged, std::any_of(findings.begin(), findings.end(), isError)) << text;
+    });
+}
+
+TEST(Archive, RowsOfAnUndamagedMessageHaveAllItsValues) {
+    for (const sample_t &sample : samples()) {
+        const tree_t tree(sample.text);
+        const auto isValue = [](const node_t &node) {
+            return node.field != nullptr && !node.isCode && (!node.isBody || node.field->kind == fieldKind_t::text16) &&
+                   !(node.field->isList() && !node.isElement);
+        };
+        EXPECT_EQ(rowsOf(tree).values,
+                  static_cast<std::size_t>(std::count_if(tree.nodes().begin(), tree.nodes().end(), isValue)))
+            << sample.file;
+    }
+}
+
+TEST(Archive, ValuesAreWhatAHostReads) {
+    const struct {
+        std::int32_t id;
+        const char *body, *values;
+    } cases[] = {
+        {4161, "{STATUS=x;LOW_STATUS=12x;STATUS=9;SEVERITY=\"\";MSGS={MSGS1=c;MSGS0=a;}}",
+         R"("status":0,"low_status":12,"msgs":["a","c"])"},
+        {4161, "{1,2,3,1,{b\002\003,},}",
+         R"("status":1,"low_status":2,"severity":3,"num_of_messages":1,"msgs":["b;,"])"},
+        {4112, "{MEDIA_NAME=\"\xff\x7f\";FOCUS_VALUE=1e999;NO=1;}", R"("media_name":"\uefff\u007f")"},
+        {4132, "{NARROW_MODE=true;JOB_ID=4294967297;}", R"("narrow_mode":0,"job_id":1)"},
+        {4119, "{DATA_PATH_PORT={65537,,-1,};}", R"("data_path_port":[1,-1])"},
+    };
+    for (const auto &[id, body, values] : cases) {
+        const std::string text = message(id, body), lines = rowsOf(tree_t(text)).lines;
+        EXPECT_NE(lines.find(std::string(",") + values + "}"), std::string::npos) << lines;
+    }
+}
+
+} // namespace
