@@ -55,7 +55,7 @@ public:
 
     /// In front of this place everything is decided; the scanner that goes on from there finds the rest. What stands in
     /// front on the line is known by its first bytes only.
-    logPosition_t decided() const { return {offset_, line_, column_, head_, hasHead_}; }
+    logPosition_t position() const { return {offset_, line_, column_, head_, hasHead_}; }
 
     /// Takes the next block. Calls the sink with each message whose end is certain. Throws std::bad_alloc, and what the
     /// sink throws.

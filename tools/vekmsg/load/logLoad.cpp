@@ -92,7 +92,7 @@ void logLoad_t::take(std::string_view block) {
 void logLoad_t::dropTail() {
     if (!log_->hasTail())
         return;
-    archive_.removeFrom(log_->number(), scanner_.decided().offset);
+    archive_.removeFrom(log_->number(), scanner_.decided());
     log_->setHasTail(false);
 }
 
@@ -136,7 +136,7 @@ void logLoad_t::save() {
         return;
     if (last_.size > 0 && last_.hash == 0)
         last_.hash = hashOf(lastText_);
-    log_->save(archive_.database(), scanner_.decided(), last_);
+    log_->save(archive_.database(), scanner_.position(), last_);
     isTouched_ = false;
 }
 

@@ -1,4 +1,5 @@
 // vekmsg load into an SQLite database: the logs one behind the other, or all at once when they are followed.
+#include "tools/vekmsg/load/loadSummary.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/load/logLoad.hpp"
 #include "tools/vekmsg/problem.hpp"
@@ -24,8 +25,10 @@ public:
             for (const std::string &name : options_.files)
                 loadAll(name);
         progress_.clear();
-        if (!options_.isQuiet)
-            sayHowMuch(milliseconds() - begun);
+        if (!options_.isQuiet) {
+            sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
+            sayHolds(options_.target, archive_.database().number("SELECT count(*) FROM messages"));
+        }
         return status_;
     }
 
@@ -179,18 +182,6 @@ private:
             one.isEnded = true;
         }
         return false;
-    }
-
-    void sayHowMuch(std::uint64_t elapsed) {
-        const archiveFile_t::counts_t &counts = archive_.counts();
-        std::string words = std::to_string(counts.messages) + (counts.messages == 1 ? " message" : " messages") +
-                            " loaded, " + std::to_string(std::max<std::int64_t>(counts.damaged, 0)) + " damaged";
-        if (elapsed >= 1000)
-            words += "; " + std::to_string(elapsed / 1000) + " s, " +
-                     std::to_string(counts.messages * 1000 / static_cast<std::int64_t>(elapsed)) + " a second";
-        const std::int64_t all = archive_.database().number("SELECT count(*) FROM \"messages\"");
-        words += "\n" + options_.target + " holds " + std::to_string(all) + (all == 1 ? " message\n" : " messages\n");
-        writeAll(2, words);
     }
 
     const options_t &options_;

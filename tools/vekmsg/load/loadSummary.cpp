@@ -1,0 +1,32 @@
+#include "tools/vekmsg/load/loadSummary.hpp"
+
+#include "tools/vekmsg/platform.hpp"
+
+#include <algorithm>
+#include <string>
+
+namespace vek::tool {
+
+namespace {
+
+std::string messagesInWords(std::int64_t count) {
+    return std::to_string(count) + (count == 1 ? " message" : " messages");
+}
+
+} // namespace
+
+// Damaged messages that have become whole since the last time count below 0.
+void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t milliseconds) {
+    std::string words =
+        messagesInWords(messages) + " loaded, " + std::to_string(std::max<std::int64_t>(damaged, 0)) + " damaged";
+    if (milliseconds >= 1000)
+        words += "; " + std::to_string(milliseconds / 1000) + " s, " +
+                 std::to_string(messages * 1000 / static_cast<std::int64_t>(milliseconds)) + " a second";
+    writeAll(2, words + "\n");
+}
+
+void sayHolds(std::string_view target, std::int64_t messages) {
+    writeAll(2, std::string(target) + " holds " + messagesInWords(messages) + "\n");
+}
+
+} // namespace vek::tool

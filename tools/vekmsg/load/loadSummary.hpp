@@ -1,0 +1,15 @@
+// What vekmsg load says in the end, on standard error.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek::tool {
+
+/// "8 messages loaded, 1 damaged", with the rate when it took more than a second.
+void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t milliseconds);
+
+/// "archive.sqlite holds 8 messages".
+void sayHolds(std::string_view target, std::int64_t messages);
+
+} // namespace vek::tool
