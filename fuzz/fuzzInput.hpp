@@ -1,4 +1,4 @@
-// What the fuzzers make of their input: a message with a body, so that changes to a body don't make its length wrong.
+// What the fuzzers make of their input, and how they end with a difference.
 #pragma once
 
 #include "support/messages.hpp"
@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vek::test {
@@ -17,8 +18,12 @@ struct input_t {
     std::string body;
 };
 
-/// A whole text gives its id and what lies between its first brace and "!!", so that changes to a body don't make its
-/// length wrong; any other input is a body as it is, of the message that its first character selects.
+inline std::string textOf(const std::uint8_t *data, std::size_t size) {
+    return {reinterpret_cast<const char *>(data), size};
+}
+
+/// A whole text gives its id and what lies between its first brace and "!!", so that a length that became wrong does
+/// not matter; any other input is a body as it is, of the message that its first character selects.
 inline input_t inputOf(const std::string &text) {
     static const std::vector<std::int32_t> ids = bodyIds();
     if (!text.starts_with("@@"))
@@ -31,12 +36,12 @@ inline input_t inputOf(const std::string &text) {
     return {isKnown ? id : ids[static_cast<std::uint32_t>(id) % ids.size()], body};
 }
 
-/// Ends the fuzzer with what differs.
-inline void expectSame(const input_t &input, const std::string &expected, const std::string &actual) {
+/// Ends the fuzzer with what differs; `of` is what it was made of.
+inline void expectSame(std::string_view of, std::string_view expected, std::string_view actual) {
     if (actual == expected)
         return;
-    std::fprintf(stderr, "    id %d\n  body %s\nshould %s\n    is %s\n", input.id, shown(input.body).c_str(),
-                 shown(expected).c_str(), shown(actual).c_str());
+    std::fprintf(stderr, "    of %s\nshould %s\n    is %s\n", shown(of).c_str(), shown(expected).c_str(),
+                 shown(actual).c_str());
     std::abort();
 }
 

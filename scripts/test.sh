@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, checks the sources, builds, and runs the tests. Says what it does, how far it is and how long
 # it took; what is built already serves again.
-#   test.sh          everything: under the sanitizers with both compilers, the fuzzers for a few seconds, the optimised
+#   test.sh          everything: under the sanitizers with both compilers, the fuzzers for 20 seconds each, the optimised
 #                    build with its packages, and the Windows DLL under Wine where scripts/windows-setup.sh prepared it
 #   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
@@ -33,7 +33,7 @@ talk "sources: checking" scripts/lint.sh
 runPreset dev -DVEK_UNITY=ON
 runPreset clang -DVEK_UNITY=ON
 runPreset thread -DVEK_UNITY=ON
-runPreset fuzz -DVEK_UNITY=ON
+runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=20
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 scripts/test-page.sh
 status=0

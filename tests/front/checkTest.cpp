@@ -1,11 +1,10 @@
 // What a structure's text would lose: told with a code, the member and why, and nothing else told. The property: a
 // structure without a problem, and no other, comes back from its text as it was.
 #include "support/messages.hpp"
+#include "support/structureValues.hpp"
 #include "tests/front/hostTest.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
-#include <cmath>
-#include <cstdio>
 #include <functional>
 #include <limits>
 #include <random>
@@ -127,218 +126,16 @@ TEST_F(CheckTest, LossyPrintsAllTheSameButForWhatIsNotThere) {
     DeviceStatus status{};
     status.numOfMessages = 11; // more texts than there are
     EXPECT_TRUE(printLossy(status, problem).empty() && problem.code == problemCode_t::countAboveRoom);
+    ResIntTable table;
+    table.numEntries = -2;
+    EXPECT_TRUE(check(table).empty()); // there is no entry to be lost
     ExposeJob job{};
     job.punchParams.numSystems = 11;
     EXPECT_TRUE(!printLossy(job, problem).empty() && !problem);
 }
 
-// Goes over the values of a structure by its description: shows them all as text, or puts odd ones in.
-class values_t {
-public:
-    values_t(void (*show)(recordVisitor_t &), void *structure) : base_(static_cast<char *>(structure)) {
-        struct visitor_t : recordVisitor_t {
-            explicit visitor_t(values_t &wanted) : values(wanted) {}
-            void visit(const recordDescription_t &record) override {
-                values.declared_ = static_cast<const char *>(record.address);
-                values.addMembers(record.fields);
-            }
-            values_t &values;
-        } visitor(*this);
-        show(visitor);
-    }
-
-    std::string shown() const {
-        std::string all;
-        for (const fieldDescription_t &field : fields_)
-            all += shown(field) + '\n';
-        return all;
-    }
-
-    void changeOne(std::mt19937 &random) { change(fields_[random() % fields_.size()], random); }
-
-private:
-    void addMembers(const textGroup_t &group) {
-        for (const textField_t *member = group.firstMember(); member != nullptr; member = member->nextMember()) {
-            fieldDescription_t field;
-            member->describe(field);
-            if (field.group != nullptr) {
-                addMembers(*field.group);
-                continue;
-            }
-            for (const void **address : {&field.value, &field.countMember})
-                if (*address != nullptr)
-                    *address = base_ + (static_cast<const char *>(*address) - declared_);
-            if (field.isSet != nullptr)
-                field.isSet = reinterpret_cast<const std::uint8_t *>(base_) +
-                              (reinterpret_cast<const char *>(field.isSet) - declared_);
-            fields_.push_back(field);
-        }
-    }
-
-    static std::string shown(double value) { return std::isnan(value) ? "nan" : sixDecimals(value); }
-    static std::string sixDecimals(double value) {
-        char text[400];
-        return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
-    }
-
-    static std::string shown(const fieldDescription_t &field) {
-        if (field.list == listKind_t::range)
-            return shown(*static_cast<const valueRange_t *>(field.value));
-        if (field.list == listKind_t::none)
-            return field.isSet != nullptr && *field.isSet == 0 ? "not set" : shown(field, field.value, field.room);
-        std::string all;
-        const elementRun_t run = field.elements(field.value);
-        const std::int32_t count = field.list == listKind_t::array && field.countMember != nullptr
-                                       ? std::min(run.count, *static_cast<const std::int32_t *>(field.countMember))
-                                       : run.count;
-        for (std::int32_t i = 0; i < count; ++i) {
-            void *element = elementOf(field, run, i);
-            all += element == nullptr              ? "null"
-                   : field.visitElement != nullptr ? values_t(field.visitElement, element).shown()
-                                                   : shown(field, element, field.elementRoom);
-            all += ',';
-        }
-        return all;
-    }
-
-    // A continuous range is its ends.
-    static std::string shown(const valueRange_t &range) {
-        if (range.isEmpty())
-            return "no values";
-        std::vector<double> values(range.begin(), range.end());
-        if (range.kind != valueRange_t::discrete && values.size() == 1)
-            values.push_back(values[0]);
-        if (range.kind != valueRange_t::discrete && values.size() == 2 && values[1] < values[0])
-            std::swap(values[0], values[1]);
-        std::string all = std::to_string(range.kind);
-        for (const double value : values)
-            all += ',' + shown(range.kind == valueRange_t::discrete ? value : value + 0.0); // no zero with a sign
-        return all;
-    }
-
-    static std::string shown(const fieldDescription_t &field, const void *value, std::int32_t room) {
-        const auto as = [value]<class T>(const T &) -> const T & { return *static_cast<const T *>(value); };
-        switch (field.kind) {
-        case fieldKind_t::float64:
-            return shown(as(double()));
-        case fieldKind_t::float32:
-            return shown(static_cast<double>(as(float())));
-        case fieldKind_t::integer16:
-            return std::to_string(as(std::int16_t()));
-        case fieldKind_t::boolean:
-            return std::to_string(as(std::uint8_t()));
-        case fieldKind_t::text16: {
-            std::string all;
-            for (const char16_t c : static_cast<const wideStringField_t *>(value)->text())
-                all += std::to_string(c) + ' ';
-            return all;
-        }
-        case fieldKind_t::text:
-            if (room >= 0)
-                return std::string(static_cast<const char *>(value),
-                                   strnlen(static_cast<const char *>(value), static_cast<std::size_t>(room)));
-            if (field.isTextPointer)
-                return as(static_cast<char *>(nullptr)) != nullptr ? as(static_cast<char *>(nullptr)) : "";
-            return std::string(as(string_t()).c_str(), as(string_t()).length());
-        case fieldKind_t::enumeration:
-            if (field.enumeration == "range type")
-                return {}; // shown with the values
-            break;
-        default:
-            break;
-        }
-        return std::to_string(as(std::int32_t()));
-    }
-
-    static void *elementOf(const fieldDescription_t &field, const elementRun_t &run, std::int32_t i) {
-        if (field.elementSize == 0)
-            return static_cast<void *const *>(run.first)[i];
-        return const_cast<char *>(static_cast<const char *>(run.first)) +
-               static_cast<std::size_t>(i) * field.elementSize;
-    }
-
-    static void change(const fieldDescription_t &field, std::mt19937 &random) {
-        auto *const value = const_cast<void *>(field.value);
-        if (field.list == listKind_t::none)
-            return change(field, value, field.room, random);
-        if (field.list == listKind_t::range)
-            static_cast<valueRange_t *>(value)->values().resize(static_cast<std::int32_t>(random() % 4));
-        else if (field.list == listKind_t::growable && field.kind == fieldKind_t::text)
-            static_cast<growableList_t<string_t> *>(value)->resize(static_cast<std::int32_t>(random() % 4));
-        const elementRun_t run = field.elements(value);
-        if (run.count == 0)
-            return;
-        void *element = elementOf(field, run, static_cast<std::int32_t>(random() % static_cast<unsigned>(run.count)));
-        if (field.visitElement != nullptr)
-            values_t(field.visitElement, element).changeOne(random);
-        else
-            change(field, element, field.elementRoom, random);
-    }
-
-    static void change(const fieldDescription_t &field, void *value, std::int32_t room, std::mt19937 &random) {
-        static const double reals[] = {0.0, -0.0, -1.0, -2.5, 7.0, 1e-9, 1e300, infinity, -infinity, notANumber};
-        static const std::string texts[] = {"",
-                                            "\"",
-                                            "\"x",
-                                            "x\"y\"",
-                                            "x\1",
-                                            "abcdefg\5h",
-                                            "\3",
-                                            "=;,{}",
-                                            " ",
-                                            "TRUE",
-                                            std::string("a\0b", 3),
-                                            std::string("\0", 1),
-                                            "\6\x7f\xff",
-                                            "12345678\n",
-                                            std::string(300, 'l'),
-                                            std::string(400, '"'),
-                                            "{}",
-                                            "abcd\4"};
-        const double real = reals[random() % std::size(reals)];
-        const std::string &text = texts[random() % std::size(texts)];
-        switch (field.kind) {
-        case fieldKind_t::float64:
-            *static_cast<double *>(value) = real;
-            break;
-        case fieldKind_t::float32:
-            *static_cast<float *>(value) = std::fabs(real) == 1e300 ? 3e38F : static_cast<float>(real);
-            break;
-        case fieldKind_t::integer16:
-            *static_cast<std::int16_t *>(value) = static_cast<std::int16_t>(random());
-            break;
-        case fieldKind_t::boolean:
-            *static_cast<std::uint8_t *>(value) = static_cast<std::uint8_t>(random() % 4);
-            break;
-        case fieldKind_t::text:
-            if (room >= 0)
-                std::snprintf(static_cast<char *>(value), static_cast<std::size_t>(room), "%s", text.c_str());
-            else if (!field.isTextPointer)
-                static_cast<string_t *>(value)->replace(0, 400, text.data(), text.size());
-            if (room >= 0 && text.size() > 200)
-                std::fill_n(static_cast<char *>(value), room, text[0]);
-            break;
-        case fieldKind_t::enumeration:
-            *static_cast<std::int32_t *>(value) = static_cast<std::int32_t>(random() % 12) - 1;
-            break;
-        case fieldKind_t::text16:
-            static_cast<wideStringField_t *>(value)->clear();
-            if (random() % 2 == 0)
-                *static_cast<wideStringField_t *>(value) = std::u16string_view(u"\0x\xFFFF", random() % 4);
-            break;
-        default:
-            *static_cast<std::int32_t *>(value) = static_cast<std::int32_t>(random() % 16) - 2;
-            break;
-        }
-    }
-
-    char *base_;
-    const char *declared_ = nullptr;
-    std::vector<fieldDescription_t> fields_;
-};
-
 TEST_F(CheckTest, TellsAProblemWhenAndOnlyWhenSomethingIsLost) {
-    std::mt19937 random(1);
+    std::minstd_rand random(1);
     int kept = 0, lost = 0;
     messages_t::forEach([&]<class Message>(Message) {
         using structure_t = typename Message::structure_t;
@@ -346,7 +143,7 @@ TEST_F(CheckTest, TellsAProblemWhenAndOnlyWhenSomethingIsLost) {
         for (int round = 0; round < rounds(400); ++round) {
             const auto structure = parse<Message::id>(sampleOf(Message::id).text);
             for (int changes = static_cast<int>(random() % 3); changes >= 0; --changes)
-                values_t(show, structure.get()).changeOne(random);
+                structureValues_t(show, structure.get()).changeOne(random);
             const std::vector<problem_t> problems = check(*structure);
             (problems.empty() ? kept : lost) += 1;
             problem_t refusal;
@@ -355,8 +152,8 @@ TEST_F(CheckTest, TellsAProblemWhenAndOnlyWhenSomethingIsLost) {
                 EXPECT_TRUE(refusal.code == problemCode_t::countAboveRoom && !problems.empty());
                 continue;
             }
-            const std::string before = values_t(show, structure.get()).shown();
-            const std::string after = values_t(show, parse<Message::id>(text).get()).shown();
+            const std::string before = structureValues_t(show, structure.get()).shown();
+            const std::string after = structureValues_t(show, parse<Message::id>(text).get()).shown();
             ASSERT_EQ(before == after, problems.empty()) << shown(text.view()) << '\n'
                                                          << (problems.empty() ? "nothing" : problems[0].text) << '\n'
                                                          << shown(before) << '\n'

@@ -46,6 +46,8 @@ const case_t bodies[] = {
     {4161, "{STATUS=1;LOW_STATUS=2;SEVERITY=3;NUM_OF_MESSAGES=3;MSGS={a,b,};}",
      "                                                  ^              ", "count-mismatch", "2"},
     {4130, "{DEVICE_MEDIA_NAME_ARRAY={\"\",b,};}", "                          ^^^     ", "empty-value"},
+    {4193, "{}", "^^", "empty-value"},
+    {4130, "{}", "^^", "empty-value"},
     {4193, "{JOB_NAME=Hi;}", "          ^^  ", "nested-missing"},
 };
 

@@ -20,6 +20,7 @@ void forEachText(int count, Visit visit) {
         visit(sample.text);
         visit(sample.text + std::string(3, '\0')); // one of them belongs to the message
     }
+    visit(message(4161, "{[NUM_OF_UNITS={NUM_OF_UNITS=3;};}")); // a key that looks like an element
     model::bodyMutator_t mutator(11, corpus);
     for (int i = 0; i < count; ++i) {
         const sample_t &sample = samples()[mutator.below(samples().size())];

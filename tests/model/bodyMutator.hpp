@@ -23,11 +23,13 @@ public:
     /// A real as hosts and people write them: 1 to 20 digits, with or without a point and an exponent.
     std::string anyReal();
 
-    std::size_t below(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
+    /// Something that breaks or bends a body: separators, numbers at their limits, names, a stretch of another body.
+    std::string piece();
+
+    std::size_t below(std::uint64_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
 private:
     void change(std::string &body);
-    std::string piece();
     /// Where a stretch of the body starts and ends: beside separators, braces or quotes.
     std::pair<std::size_t, std::size_t> stretch(const std::string &body);
     void takeKeysAway(std::string &body);

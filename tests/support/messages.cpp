@@ -59,6 +59,11 @@ std::vector<std::int32_t> bodyIds() {
     return ids;
 }
 
+bool hasGrowableLists(std::int32_t id) {
+    constexpr std::int32_t ids[] = {4096, 4099, 4100, 4101, 4102, 4105, 4114, 4115, 4116, 4119, 4136, 4193, 4194};
+    return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
+}
+
 structure_t::structure_t(const char *text, std::int32_t initialId)
     : result(vekStrToVal(text, &initialId, &address)), id(initialId) {}
 

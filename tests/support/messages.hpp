@@ -43,6 +43,9 @@ const sample_t &sampleOf(std::int32_t id);
 /// The id of every message with a body.
 std::vector<std::int32_t> bodyIds();
 
+/// Whether a message's structure holds growable lists, which end the process when they can't grow.
+bool hasGrowableLists(std::int32_t id);
+
 /// A structure and the text it was read from. Released as its id wants it.
 class structure_t {
 public:

@@ -55,10 +55,18 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
             });
         last = std::max(last, child.field->position);
     }
+    bool isEverEmpty = true;
     if (record.kind != structureKind_t::ownRecord)
         for (const fieldSchema_t &field : record.fields)
-            if (nodes[position(field)] == nullptr && isAlwaysWritten(field) && !isRangeType(record, field))
-                checkMissing(body, field);
+            if (isAlwaysWritten(field) && !isRangeType(record, field)) {
+                isEverEmpty = false;
+                if (nodes[position(field)] == nullptr)
+                    checkMissing(body, field);
+            }
+    if (isEverEmpty && body.parent == node_t::none && tree_.value(body) == "{}")
+        report(emptyValue, warning, body.value, &body, [] {
+            return findingWords_t{"an empty body in braces", "a host reads it, and writes it without them", {}};
+        });
     for (const fieldSchema_t &field : record.fields) {
         if (field.list == listKind_t::range)
             checkRange(body, field, nodes);

@@ -141,7 +141,10 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
             bytes += text[at];
         }
     }
-    return at++ < text.size();
+    if (at == text.size())
+        return false;
+    ++at;
+    return true;
 }
 
 bool isPrintable(std::string_view text) {

@@ -59,7 +59,7 @@ public:
     bool end_object() override { return end(); }
     bool end_array() override { return end(); }
     bool parse_error(std::size_t position, const std::string &, const nlohmann::detail::exception &) override {
-        return refuse("this is no well-formed JSON", position);
+        return refuse("this is no well-formed JSON", position - 1); // which counts from 1
     }
 
     /// Whether the one message is complete.

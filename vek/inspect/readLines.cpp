@@ -12,9 +12,19 @@ namespace vek::inspect {
 
 namespace {
 
+// A step of a path: a key, which may look like anything when it stands in quotes, or an element's number in brackets.
+struct step_t {
+    std::string words{};
+    bool isElement = false;
+
+    /// As the builder takes it: an element has none.
+    std::string_view name() const { return isElement ? std::string_view() : words; }
+    bool operator==(const step_t &) const = default;
+};
+
 // A group that is open: from a line of its own, or since the paths of lines go through it.
 struct openGroup_t {
-    std::string name;
+    step_t step;
     std::size_t indent;
     bool hasLine;
 };
@@ -147,15 +157,15 @@ private:
         groups_.pop_back();
     }
 
-    void openGroup(std::string name, std::size_t indent, bool hasLine) {
+    void openGroup(step_t step, std::size_t indent, bool hasLine) {
         if (groups_.size() >= bodyBuilder_t::deepest)
             return refuse("too many levels");
-        builder().begin(name.starts_with('[') ? std::string_view() : name);
-        groups_.push_back({std::move(name), indent, hasLine});
+        builder().begin(step.name());
+        groups_.push_back({std::move(step), indent, hasLine});
     }
 
     void readPair(std::size_t indent) {
-        std::vector<std::string> steps;
+        std::vector<step_t> steps;
         if (!readPath(steps))
             return refuse("a key is missing, or a \"]\"");
         const auto isOver = [&](const openGroup_t &group) { return group.hasLine && group.indent >= indent; };
@@ -167,18 +177,17 @@ private:
             return openGroup(std::move(steps.back()), indent, true);
         ++at_;
         skipBlanks();
-        const std::string &name = steps.back();
-        readValue(name.starts_with('[') ? std::string_view() : name);
+        readValue(steps.back().name());
     }
 
     // Closes the groups that the path doesn't go through, and opens those that it goes through.
-    void enter(const std::vector<std::string> &steps, std::size_t indent) {
+    void enter(const std::vector<step_t> &steps, std::size_t indent) {
         std::size_t first = groups_.size();
         while (first > 0 && !groups_[first - 1].hasLine)
             --first;
         std::size_t shared = 0;
         while (first + shared < groups_.size() && shared + 1 < steps.size() &&
-               groups_[first + shared].name == steps[shared])
+               groups_[first + shared].step == steps[shared])
             ++shared;
         while (groups_.size() > first + shared)
             closeGroup();
@@ -186,23 +195,24 @@ private:
             openGroup(steps[shared], indent, false);
     }
 
-    bool readPath(std::vector<std::string> &steps) {
+    bool readPath(std::vector<step_t> &steps) {
         do {
-            std::string step;
+            step_t step;
             if (isAt('[')) {
+                step.isElement = true;
                 const std::size_t end = text_.find(']', at_);
                 if (end == std::string_view::npos)
                     return false;
-                step = text_.substr(at_, end + 1 - at_);
+                step.words = text_.substr(at_, end + 1 - at_);
                 at_ = end + 1;
             } else {
                 at_ += isAt('.') ? 1 : 0;
                 const std::size_t start = at_;
-                if (isAt('"') ? !readQuoted(text_, at_, step) : (step = readWord(), false))
+                if (isAt('"') ? !readQuoted(text_, at_, step.words) : (step.words = readWord(), false))
                     return false;
                 if (isAt('#')) {
-                    step += text_[at_++];
-                    step += readWord();
+                    step.words += text_[at_++];
+                    step.words += readWord();
                 }
                 if (at_ == start)
                     return false;

@@ -24,9 +24,6 @@ using namespace vek::test;
 
 enum outcome_t { completed, listEndedProcess, survived, threw, wrong };
 
-// Messages whose structures hold growable lists.
-const std::set<std::int32_t> listIds{4096, 4099, 4100, 4101, 4102, 4105, 4114, 4115, 4116, 4119, 4136, 4193, 4194};
-
 struct attempt_t {
     std::string text;
     bool isWriting; // the second call is the one that gets no memory
@@ -79,7 +76,7 @@ outcome_t attemptInChild(const attempt_t &one) {
 }
 
 bool hasLists(const std::string &text) {
-    return listIds.contains(std::atoi(text.c_str() + 2));
+    return hasGrowableLists(std::atoi(text.c_str() + 2));
 }
 
 std::set<outcome_t> outcomes(const std::string &text, bool isWriting) {

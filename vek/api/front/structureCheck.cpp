@@ -242,9 +242,10 @@ private:
             return said <= there ||
                    tell(countIn(where), problemCode_t::countAboveRoom,
                         " is " + std::to_string(said) + ", there is room for " + std::to_string(there));
-        return said >= there || tell(where, problemCode_t::surplusElements,
-                                     " has " + std::to_string(there) + " elements, but " + countIn(where) + " is " +
-                                         std::to_string(said) + ", and no more are written: make the two agree");
+        return said >= there || there == 0 ||
+               tell(where, problemCode_t::surplusElements,
+                    " has " + std::to_string(there) + " elements, but " + countIn(where) + " is " +
+                        std::to_string(said) + ", and no more are written: make the two agree");
     }
 
     static const char *elementAt(const checkedList_t &list, const elementRun_t &run, std::int32_t index) {

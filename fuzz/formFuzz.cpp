@@ -1,0 +1,30 @@
+// Any bytes as a form, split into forms and sealed: read, or refused with a reason; what was read is read again from
+// every form of it.
+#include "fuzz/fuzzInput.hpp"
+#include "vek/inspect/forms.hpp"
+#include "vek/inspect/seal.hpp"
+
+using namespace vek::test;
+using namespace vek::inspect;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    constexpr formResult_t (*readers[])(std::string_view form) = {&readShow, &readJson, &readFlat};
+    const std::string text = textOf(data, size);
+    const form_t form = formOf(text);
+    const auto known = static_cast<std::size_t>(form) - static_cast<std::size_t>(form_t::show);
+    const formResult_t result = (known < std::size(readers) ? readers[known] : readers[size % 3])(text);
+    if (result.isRead() == result.text.empty() || result.offset > size)
+        expectSame(text, "a text or a reason", result.error);
+    if (result.isRead()) {
+        std::string flat;
+        appendFlat(flat, tree_t(result.text));
+        expectSame(text, result.text, readFlat(flat).text);
+    }
+    for (const std::string_view part : splitForms(text, form))
+        if (part.data() < text.data() || part.data() + part.size() > text.data() + size)
+            expectSame(text, "parts of the text", part);
+    const formResult_t sealed = seal(text);
+    if (sealed.isRead() == sealed.text.empty())
+        expectSame(text, "a sealed text or a reason", sealed.error);
+    return 0;
+}

@@ -1,0 +1,233 @@
+#include "support/structureValues.hpp"
+
+#include "vek/records/messageBase.hpp"
+#include "vek/text/textField.hpp"
+#include "vek/text/valueRange.hpp"
+#include "vek/text/wideStringField.hpp"
+#include "vek/vek_std/std_sys/vek_string.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+namespace vek::test {
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+// With six decimals.
+std::string shownReal(double value) {
+    if (std::isnan(value))
+        return "nan";
+    char text[400];
+    return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
+}
+
+// A continuous range is its ends.
+std::string shownRange(const valueRange_t &range) {
+    if (range.isEmpty())
+        return "no values";
+    std::vector<double> values(range.begin(), range.end());
+    if (range.kind != valueRange_t::discrete && values.size() == 1)
+        values.push_back(values[0]);
+    if (range.kind != valueRange_t::discrete && values.size() == 2 && values[1] < values[0])
+        std::swap(values[0], values[1]);
+    std::string all = std::to_string(range.kind);
+    for (const double value : values)
+        all += ',' + shownReal(range.kind == valueRange_t::discrete ? value : value + 0.0); // no zero with a sign
+    return all;
+}
+
+std::string shownValue(const fieldDescription_t &field, const void *value, std::int32_t room) {
+    const auto as = [value]<class T>(const T &) -> const T & { return *static_cast<const T *>(value); };
+    switch (field.kind) {
+    case fieldKind_t::float64:
+        return shownReal(as(double()));
+    case fieldKind_t::float32:
+        return shownReal(static_cast<double>(as(float())));
+    case fieldKind_t::integer16:
+        return std::to_string(as(std::int16_t()));
+    case fieldKind_t::boolean:
+        return std::to_string(as(std::uint8_t()));
+    case fieldKind_t::text16: {
+        const auto &text = *static_cast<const wideStringField_t *>(value);
+        std::string all = std::to_string(text.count()) + ':';
+        for (const char16_t c : text.text())
+            all += std::to_string(c) + ' ';
+        return all;
+    }
+    case fieldKind_t::text:
+        if (room >= 0)
+            return std::string(static_cast<const char *>(value),
+                               strnlen(static_cast<const char *>(value), static_cast<std::size_t>(room)));
+        if (field.isTextPointer)
+            return as(static_cast<char *>(nullptr)) != nullptr ? as(static_cast<char *>(nullptr)) : "";
+        return std::string(as(string_t()).c_str(), as(string_t()).length());
+    case fieldKind_t::enumeration:
+        if (field.enumeration == "range type")
+            return {}; // shown with the values
+        break;
+    default:
+        break;
+    }
+    return std::to_string(as(std::int32_t()));
+}
+
+void *elementOf(const fieldDescription_t &field, const elementRun_t &run, std::int32_t i) {
+    if (field.elementSize == 0)
+        return static_cast<void *const *>(run.first)[i];
+    return const_cast<char *>(static_cast<const char *>(run.first)) + static_cast<std::size_t>(i) * field.elementSize;
+}
+
+std::string shownField(const fieldDescription_t &field) {
+    if (field.list == listKind_t::range)
+        return shownRange(*static_cast<const valueRange_t *>(field.value));
+    if (field.list == listKind_t::none)
+        return field.isSet != nullptr && *field.isSet == 0 ? "not set" : shownValue(field, field.value, field.room);
+    std::string all;
+    const elementRun_t run = field.elements(field.value);
+    const std::int32_t count = field.list == listKind_t::array && field.countMember != nullptr
+                                   ? std::min(run.count, *static_cast<const std::int32_t *>(field.countMember))
+                                   : run.count;
+    for (std::int32_t i = 0; i < count; ++i) {
+        void *element = elementOf(field, run, i);
+        all += element == nullptr              ? "null"
+               : field.visitElement != nullptr ? structureValues_t(field.visitElement, element).shown()
+                                               : shownValue(field, element, field.elementRoom);
+        all += ',';
+    }
+    return all;
+}
+
+void changeValue(const fieldDescription_t &field, void *value, std::int32_t room, std::minstd_rand &random) {
+    static const double reals[] = {0.0, -0.0, -1.0, -2.5, 7.0, 1e-9, 1e300, infinity, -infinity, notANumber};
+    static const std::string texts[] = {"",
+                                        "\"",
+                                        "\"x",
+                                        "x\"y\"",
+                                        "x\1",
+                                        "abcdefg\5h",
+                                        "\3",
+                                        "=;,{}",
+                                        " ",
+                                        "TRUE",
+                                        std::string("a\0b", 3),
+                                        std::string("\0", 1),
+                                        "\6\x7f\xff",
+                                        "12345678\n",
+                                        std::string(300, 'l'),
+                                        std::string(400, '"'),
+                                        "{}",
+                                        "abcd\4"};
+    const double real = reals[random() % std::size(reals)];
+    const std::string &text = texts[random() % std::size(texts)];
+    switch (field.kind) {
+    case fieldKind_t::float64:
+        *static_cast<double *>(value) = real;
+        break;
+    case fieldKind_t::float32:
+        *static_cast<float *>(value) = std::fabs(real) == 1e300 ? 3e38F : static_cast<float>(real);
+        break;
+    case fieldKind_t::integer16:
+        *static_cast<std::int16_t *>(value) = static_cast<std::int16_t>(random());
+        break;
+    case fieldKind_t::boolean:
+        *static_cast<std::uint8_t *>(value) = static_cast<std::uint8_t>(random() % 4);
+        break;
+    case fieldKind_t::text:
+        if (room >= 0)
+            std::snprintf(static_cast<char *>(value), static_cast<std::size_t>(room), "%s", text.c_str());
+        else if (!field.isTextPointer)
+            static_cast<string_t *>(value)->replace(0, 400, text.data(), text.size());
+        if (room >= 0 && text.size() > 200)
+            std::fill_n(static_cast<char *>(value), room, text[0]);
+        break;
+    case fieldKind_t::enumeration:
+        *static_cast<std::int32_t *>(value) = static_cast<std::int32_t>(random() % 12) - 1;
+        break;
+    case fieldKind_t::text16:
+        static_cast<wideStringField_t *>(value)->clear();
+        if (random() % 2 == 0)
+            *static_cast<wideStringField_t *>(value) = std::u16string_view(u"\0x\xFFFF", random() % 4);
+        break;
+    default:
+        *static_cast<std::int32_t *>(value) = static_cast<std::int32_t>(random() % 16) - 2;
+        break;
+    }
+}
+
+void changeField(const fieldDescription_t &field, std::minstd_rand &random) {
+    auto *const value = const_cast<void *>(field.value);
+    if (field.list == listKind_t::none)
+        return changeValue(field, value, field.room, random);
+    if (field.list == listKind_t::range)
+        static_cast<valueRange_t *>(value)->values().resize(static_cast<std::int32_t>(random() % 4));
+    else if (field.list == listKind_t::growable && field.kind == fieldKind_t::text)
+        static_cast<growableList_t<string_t> *>(value)->resize(static_cast<std::int32_t>(random() % 4));
+    const elementRun_t run = field.elements(value);
+    if (run.count == 0)
+        return;
+    const auto index = static_cast<std::int32_t>(random() % static_cast<unsigned>(run.count));
+    void *element = elementOf(field, run, index);
+    if (field.list == listKind_t::container && field.visitElement != nullptr &&
+        random() % 4 == 0) { // hosts may have null items
+        delete static_cast<MessageBase *>(element);
+        const_cast<void **>(static_cast<void *const *>(run.first))[index] = nullptr;
+    } else if (element == nullptr) {
+        return;
+    } else if (field.visitElement != nullptr) {
+        structureValues_t(field.visitElement, element).changeOne(random);
+    } else {
+        changeValue(field, element, field.elementRoom, random);
+    }
+}
+
+} // namespace
+
+structureValues_t::structureValues_t(void (*show)(recordVisitor_t &), void *structure)
+    : base_(static_cast<char *>(structure)) {
+    struct visitor_t : recordVisitor_t {
+        explicit visitor_t(structureValues_t &wanted) : values(wanted) {}
+        void visit(const recordDescription_t &record) override {
+            values.declared_ = static_cast<const char *>(record.address);
+            values.addMembers(record.fields);
+        }
+        structureValues_t &values;
+    } visitor(*this);
+    show(visitor);
+}
+
+void structureValues_t::addMembers(const textGroup_t &group) {
+    for (const textField_t *member = group.firstMember(); member != nullptr; member = member->nextMember()) {
+        fieldDescription_t field;
+        member->describe(field);
+        if (field.group != nullptr) {
+            addMembers(*field.group);
+            continue;
+        }
+        for (const void **address : {&field.value, &field.countMember})
+            if (*address != nullptr)
+                *address = base_ + (static_cast<const char *>(*address) - declared_);
+        if (field.isSet != nullptr)
+            field.isSet = reinterpret_cast<const std::uint8_t *>(base_) +
+                          (reinterpret_cast<const char *>(field.isSet) - declared_);
+        fields_.push_back(field);
+    }
+}
+
+std::string structureValues_t::shown() const {
+    std::string all;
+    for (const fieldDescription_t &field : fields_)
+        all += shownField(field) + '\n';
+    return all;
+}
+
+void structureValues_t::changeOne(std::minstd_rand &random) {
+    changeField(fields_[random() % fields_.size()], random);
+}
+
+} // namespace vek::test
