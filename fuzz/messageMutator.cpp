@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -166,6 +165,6 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t s
         return LLVMFuzzerMutate(data, size, maxSize);
     const std::string made = mutator.mutated({reinterpret_cast<const char *>(data), size});
     const std::size_t room = std::min(made.size(), maxSize);
-    std::memcpy(data, made.data(), room);
+    std::copy_n(made.begin(), room, data);
     return room;
 }
