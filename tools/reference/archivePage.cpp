@@ -11,7 +11,7 @@ namespace {
 
 using namespace inspect;
 
-constexpr std::string_view introduction = R"(# Tables of messages
+constexpr std::string_view archiveIntroduction = R"(# Tables of messages
 
 The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `vekmsg schema --sql sqlite` and
 `--sql clickhouse` make them.
@@ -58,7 +58,7 @@ with the messages themselves: a loader that was killed goes on where it was, and
 - One writes at a time; a second loader waits for the end of the first one's transaction. Reading is always possible.
 )";
 
-void writeTable(std::ostream &out, const table_t &table) {
+void writeArchiveTable(std::ostream &out, const table_t &table) {
     out << "\n## " << table.name << "\n\n" << table.about << ".";
     if (table.depth > 0)
         out << " Key: the message and `" << elementColumn(table.depth - 1) << "`.";
@@ -78,9 +78,9 @@ void writeTable(std::ostream &out, const table_t &table) {
 } // namespace
 
 void writeArchivePage(std::ostream &out) {
-    out << generatedNotice << introduction;
+    out << generatedNotice << archiveIntroduction;
     for (const table_t &table : archiveTables().all())
-        writeTable(out, table);
+        writeArchiveTable(out, table);
 }
 
 } // namespace vek

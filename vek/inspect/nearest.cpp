@@ -1,5 +1,7 @@
 #include "vek/inspect/schema.hpp"
 
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
+
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -11,10 +13,6 @@ namespace {
 // Longer words are never compared: what a hostile text may cost stays small.
 constexpr std::size_t longest = 63;
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 using distances_t = std::array<std::size_t, longest + 1>;
 
 // How many letters must be changed, put in, left out or exchanged with their neighbour.
@@ -24,9 +22,10 @@ std::size_t distance(std::string_view one, std::string_view other) {
     for (std::size_t i = 1; i <= one.size(); ++i) {
         row[0] = i;
         for (std::size_t j = 1; j <= other.size(); ++j) {
-            const bool isSame = lower(one[i - 1]) == lower(other[j - 1]);
+            const bool isSame = asciiToLower(one[i - 1]) == asciiToLower(other[j - 1]);
             row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (isSame ? 0 : 1)});
-            if (i > 1 && j > 1 && lower(one[i - 1]) == lower(other[j - 2]) && lower(one[i - 2]) == lower(other[j - 1]))
+            if (i > 1 && j > 1 && asciiToLower(one[i - 1]) == asciiToLower(other[j - 2]) &&
+                asciiToLower(one[i - 2]) == asciiToLower(other[j - 1]))
                 row[j] = std::min(row[j], beforeLast[j - 2] + 1);
         }
         beforeLast = last;

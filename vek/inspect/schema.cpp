@@ -1,6 +1,7 @@
 #include "vek/inspect/schema.hpp"
 
 #include "vek/inspect/private/schemaBuilder.hpp"
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
 
 #include <algorithm>
 #include <set>
@@ -9,13 +10,9 @@ namespace vek::inspect {
 
 namespace {
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool isSameWord(std::string_view one, std::string_view other) {
     return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
+                      [](char a, char b) { return asciiToLower(a) == asciiToLower(b); });
 }
 
 // Whether a word names the message in one of the ways that people may.

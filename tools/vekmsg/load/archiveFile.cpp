@@ -81,6 +81,8 @@ archiveFile_t::writer_t &archiveFile_t::writerOf(const table_t &table) {
 }
 
 void archiveFile_t::row(const row_t &row) {
+    if (row.front.byteOffset >> sqliteOffsetBits != 0)
+        throw usageError_t(std::string(row.front.source) + " has more than a terabyte; split it, and load the pieces");
     roomCount_ = 0;
     messageId_ = messageId(source_, row.front.byteOffset);
     if (&row.table == &archiveTables().messages()) {

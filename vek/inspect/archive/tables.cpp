@@ -1,20 +1,13 @@
 #include "vek/inspect/archive/tables.hpp"
 
 #include "vek/inspect/words.hpp"
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
 
 #include <algorithm>
 
 namespace vek::inspect {
 
 namespace {
-
-bool isUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-
-char lower(char c) {
-    return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 columnType_t typeOf(fieldKind_t kind) {
     switch (kind) {
@@ -50,9 +43,9 @@ std::string tableWord(std::string_view name) {
     std::string word;
     char previous = 'A';
     for (const char c : name) {
-        if (isUpper(c) && !isUpper(previous) && previous != '_')
+        if (isAsciiUpper(c) && !isAsciiUpper(previous) && previous != '_')
             word += '_';
-        word += lower(c);
+        word += asciiToLower(c);
         previous = c;
     }
     return word;
