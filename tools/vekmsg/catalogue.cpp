@@ -3,6 +3,7 @@
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/filter.hpp"
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/wrapping.hpp"
 #include "vek/inspect/seal.hpp"
 
 #include <algorithm>
@@ -56,47 +57,53 @@ public:
     void use(const inspect::keyUse_t &use) {
         out.append(colours_.bold).append(std::to_string(use.message->id)).append(colours_.reset).append(" ");
         out.append(padded(use.message->record->name, 24)).append(" ").append(colours_.cyan).append(use.path);
-        out.append(colours_.reset).append("  ").append(inspect::kindInWords(*use.field));
-        names(*use.field);
-        out += '\n';
+        out.append(colours_.reset).append("  ").append(kindOf(*use.field)).append("\n");
+        notes(*use.field, 30);
     }
 
     std::string out;
 
 private:
+    // The kind without what is to be said of it besides.
+    static std::string kindOf(const fieldSchema_t &field) {
+        const std::string words = inspect::kindInWords(field);
+        return words.substr(0, words.find("; "));
+    }
+
     void keys(const recordSchema_t &record, std::size_t indent) {
         std::size_t keyWidth = 0, kindWidth = 0, presetWidth = 0;
         for (const fieldSchema_t &field : record.fields) {
             keyWidth = std::max(keyWidth, field.key.size());
-            kindWidth = std::max(kindWidth, inspect::kindInWords(field).size());
+            kindWidth = std::max(kindWidth, kindOf(field).size());
             presetWidth = std::max(presetWidth, defaultInWords(field).size());
         }
         for (const fieldSchema_t &field : record.fields) {
             out.append(indent, ' ').append(colours_.cyan).append(padded(field.key, keyWidth));
-            out.append(colours_.reset).append("  ").append(padded(inspect::kindInWords(field), kindWidth));
+            out.append(colours_.reset).append("  ").append(padded(kindOf(field), kindWidth));
             const std::string_view preset = defaultInWords(field);
             out.append(preset.empty() ? "    " : "  = ").append(colours_.green).append(padded(preset, presetWidth));
             out.append(colours_.reset);
             if (!field.member.path.empty())
                 out.append(colours_.dim).append("  ").append(field.member.path).append(colours_.reset);
-            names(field);
             out.erase(out.find_last_not_of(' ') + 1);
             out += '\n';
+            notes(field, indent + keyWidth + 2);
             if (field.record != nullptr)
                 keys(*field.record, indent + 4);
         }
     }
 
-    void names(const fieldSchema_t &field) {
+    // In lines of their own: what limits a list, and the names of an enumeration.
+    void notes(const fieldSchema_t &field, std::size_t indent) {
+        const std::string words = inspect::kindInWords(field);
+        if (const std::size_t place = words.find("; "); place != std::string::npos)
+            out.append(indent, ' ').append(words, place + 2).append("\n");
         if (field.names.empty())
             return;
-        out.append("  ").append(colours_.magenta);
-        std::string_view separator;
-        for (const char *name : field.names) {
-            out.append(separator).append(name);
-            separator = " | ";
-        }
-        out.append(colours_.reset);
+        std::string names(indent, ' ');
+        for (const char *name : field.names)
+            names.append(name == field.names.front() ? "" : ", ").append(name);
+        out.append(colours_.magenta).append(wrapped(names, pageWidth(), indent)).append(colours_.reset).append("\n");
     }
 
     const colours_t &colours_;

@@ -3,6 +3,7 @@
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/platform.hpp"
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/wrapping.hpp"
 #include "vek/inspect/schema.hpp"
 
 #include <thread>
@@ -16,21 +17,16 @@ constexpr const char *about =
     "read, they may stand in a log amid other words, in a file of their own, in the readable form, in JSON or in the "
     "flat form; as they are or packed with gzip or zstd.";
 
-// A page of help with its long lines broken, in the column where the words of options begin.
-std::string wrapped(const std::string &page, std::size_t width) {
+// A page of help with its long lines broken, in the column where the words of options and commands begin.
+std::string wrappedPage(const std::string &page, std::size_t width) {
     constexpr std::size_t column = 30;
     std::string out;
     for (std::size_t at = 0; at < page.size();) {
         const std::size_t end = std::min(page.find('\n', at), page.size());
-        std::string line = page.substr(at, end - at);
+        const std::string line = page.substr(at, end - at);
         at = end + 1;
-        const std::size_t indent = line.starts_with("  -") || line.starts_with("   ") ? column : 0;
-        for (std::size_t place;
-             line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
-            out.append(line, 0, place).append("\n");
-            line = std::string(indent, ' ') + line.substr(place + 1);
-        }
-        out += line + "\n";
+        const bool hasColumn = line.size() > column && line.starts_with("  ") && line.compare(column - 2, 2, "  ") == 0;
+        out += wrapped(line, width, hasColumn ? column : 0) + "\n";
     }
     return out;
 }
@@ -326,7 +322,7 @@ int commandLine_t::complainAbout(const CLI::ParseError &error, int argc, char **
             const std::vector<CLI::App *> chosen = app_.get_subcommands();
             text = chosen.empty() ? app_.help() : chosen.front()->help("vekmsg");
         }
-        writeAll(1, wrapped(text, isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100));
+        writeAll(1, wrappedPage(text, pageWidth()));
         return exitFine;
     }
     std::vector<std::string_view> names;

@@ -175,6 +175,8 @@ private:
 } // namespace
 
 std::unique_ptr<source_t> openSource(const std::string &name) {
+    if (name == "-" && isTerminal(0))
+        complain(std::string("reading what is typed or pasted here; ") + endOfTyping);
     auto plain = std::make_unique<plainSource_t>(name);
     const std::string_view start = plain->peek();
     if (start.starts_with("\x1f\x8b"))

@@ -66,11 +66,8 @@ void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t
 } // namespace
 
 int runLast(const options_t &options) {
-    options_t read = options;
-    if (!options.at.empty())
-        read.until = options.at;
     lastTask_t task;
-    reader_t reader(read, task);
+    reader_t reader(options, task);
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
     const colours_t colours = colours_t::of(options.color);

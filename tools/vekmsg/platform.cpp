@@ -24,15 +24,39 @@ namespace vek::tool {
 namespace {
 
 #ifdef _WIN32
-constexpr int binary = O_BINARY;
+// Others may rename and delete the file meanwhile, as they do with logs.
+HANDLE openShared(const std::string &name, DWORD access) {
+    return CreateFileA(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+int openToRead(const std::string &name) {
+    const HANDLE file = openShared(name, GENERIC_READ);
+    if (file != INVALID_HANDLE_VALUE)
+        return _open_osfhandle(reinterpret_cast<std::intptr_t>(file), O_RDONLY | O_BINARY);
+    const DWORD error = GetLastError();
+    errno = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ENOENT : EACCES;
+    return -1;
+}
+
+fileIdentity_t identityFrom(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION status;
+    if (!GetFileInformationByHandle(file, &status))
+        return {};
+    const auto whole = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+    return {status.dwVolumeSerialNumber, whole(status.nFileIndexHigh, status.nFileIndexLow),
+            whole(status.nFileSizeHigh, status.nFileSizeLow), GetFileType(file) == FILE_TYPE_DISK};
+}
 #else
-constexpr int binary = O_CLOEXEC;
-#endif
+int openToRead(const std::string &name) {
+    return open(name.c_str(), O_RDONLY | O_CLOEXEC);
+}
 
 fileIdentity_t identityFrom(const struct stat &status) {
     return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
             static_cast<std::uint64_t>(status.st_size), S_ISREG(status.st_mode)};
 }
+#endif
 
 } // namespace
 
@@ -94,15 +118,14 @@ std::uint64_t milliseconds() {
 }
 
 rawFile_t::rawFile_t(const std::string &name) : name_(name), descriptor_(0) {
-    if (name != "-")
-        descriptor_ = open(name.c_str(), O_RDONLY | binary);
+    if (name == "-")
+        return;
+    struct stat status;
+    if (stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+        throw usageError_t(name + " is a folder; name the files in it: " + name + "/*");
+    descriptor_ = openToRead(name);
     if (descriptor_ < 0)
         failOnFile("read", name);
-    struct stat status;
-    if (fstat(descriptor_, &status) == 0 && S_ISDIR(status.st_mode)) {
-        close(descriptor_);
-        throw usageError_t(name + " is a folder; name the files in it: " + name + "/*");
-    }
 }
 
 rawFile_t::~rawFile_t() {
@@ -129,6 +152,20 @@ void rawFile_t::seek(std::uint64_t offset) {
         failOnFile("read", name_);
 }
 
+#ifdef _WIN32
+fileIdentity_t rawFile_t::identity() const {
+    return identityFrom(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor_)));
+}
+
+std::optional<fileIdentity_t> identityOf(const std::string &name) {
+    const HANDLE file = openShared(name, 0);
+    if (file == INVALID_HANDLE_VALUE)
+        return std::nullopt;
+    const fileIdentity_t identity = identityFrom(file);
+    CloseHandle(file);
+    return identity;
+}
+#else
 fileIdentity_t rawFile_t::identity() const {
     struct stat status;
     return fstat(descriptor_, &status) == 0 ? identityFrom(status) : fileIdentity_t{};
@@ -140,6 +177,7 @@ std::optional<fileIdentity_t> identityOf(const std::string &name) {
         return std::nullopt;
     return identityFrom(status);
 }
+#endif
 
 void writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -158,7 +196,7 @@ void writeAll(int descriptor, std::string_view bytes) {
 replacement_t::replacement_t(const std::string &name) : target_(name) {
 #ifdef _WIN32
     temporary_ = target_ + ".vekmsg-" + std::to_string(GetCurrentProcessId());
-    descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | binary, 0600);
+    descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_BINARY, 0600);
 #else
     if (char *resolved = realpath(name.c_str(), nullptr); resolved != nullptr) {
         target_ = resolved;

@@ -15,6 +15,12 @@ namespace vek::tool {
 /// Standard streams carry bytes; consoles understand colour sequences where they can.
 void prepareStreams();
 bool isTerminal(int descriptor);
+/// What a person does on a terminal to end the input.
+#ifdef _WIN32
+inline constexpr const char *endOfTyping = "Ctrl-Z and Enter end it";
+#else
+inline constexpr const char *endOfTyping = "Ctrl-D ends it";
+#endif
 /// Columns of the terminal at standard error; 80 when there is none.
 std::size_t terminalWidth();
 std::optional<std::string> environment(const char *name);
