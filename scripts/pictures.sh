@@ -17,12 +17,19 @@ session() {
     done
 }
 
-# Lines with colour sequences to SVG, broken at the columns that a terminal has.
+# Lines with colour sequences to SVG, broken between words.
 draw() {
     awk -v columns=104 '
         BEGIN { lineHeight = 18; charWidth = 7.83; escape = sprintf("%c", 27) }
         function openRun() { if (style != "0" && style != "") row = row "<tspan class=\"c" style "\">"; }
         function closeRun() { if (style != "0" && style != "") row = row "</tspan>"; }
+        # How many characters stand behind the blank at i up to the next one.
+        function wordBehind(i,   c, length_) {
+            while ((c = substr($0, ++i, 1)) != "" && c != " ")
+                if (c == escape) i += index(substr($0, i), "m") - 1
+                else length_++
+            return length_
+        }
         function endRow() { closeRun(); rows[++count] = row; row = ""; column = 0; openRun(); }
         {
             for (i = 1; i <= length($0); i++) {
@@ -36,13 +43,17 @@ draw() {
                     i = end
                     continue
                 }
-                if (column == columns) endRow()
+                if (c == " " && column + 1 + wordBehind(i) > columns) {
+                    endRow()
+                    continue
+                }
                 row = row (c == "&" ? "&amp;" : c == "<" ? "&lt;" : c)
                 column++
             }
             endRow()
         }
         END {
+            while (rows[count] == "") count--
             width = columns * charWidth + 32
             height = count * lineHeight + 28
             printf "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\">\n", width, height, width
