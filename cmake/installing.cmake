@@ -93,7 +93,7 @@ vekManualPage(development vekParams2ASCII.3 vekStrToVal.3 vekValToStr.3 vekParam
 vekDocumentFolder(development documents)
 install(FILES README.md DESTINATION ${documents} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${documents} COMPONENT development
-        PATTERN examples/CMakeLists.txt EXCLUDE PATTERN readmeQuote.cmake EXCLUDE)
+        PATTERN examples/CMakeLists.txt EXCLUDE)
 if(WIN32)
     install(FILES CHANGELOG.md packaging/copyright DESTINATION ${documents} COMPONENT library)
 endif()

@@ -1,4 +1,5 @@
-// The pages for people: their links lead somewhere, and the samples of docs/messages.md are whole and right.
+// The pages for people: their links lead somewhere, their samples are whole and right, they quote the examples as they
+// are.
 #include "tools/reference/markdown.hpp"
 #include "vek/inspect/check.hpp"
 
@@ -6,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,6 +25,11 @@ std::vector<fs::path> pages() {
             if (entry.path().extension() == ".md")
                 pages.push_back(entry.path());
     return pages;
+}
+
+std::string contentOf(const fs::path &file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // Calls `use` with each line of a page that is not in a block of code, or with each that is.
@@ -64,14 +71,37 @@ TEST(Pages, LinksLeadSomewhere) {
 
 TEST(Pages, SamplesAreWholeAndRight) {
     std::set<std::int32_t> shown;
-    forLines(root / "docs/messages.md", true, [&](const std::string &line) {
-        const vek::inspect::tree_t tree(line);
-        for (const vek::inspect::finding_t &finding : vek::inspect::check(tree))
-            ADD_FAILURE() << line << '\n' << finding.inWords();
-        shown.insert(tree.message() != nullptr ? tree.message()->id : 0);
-    });
+    for (const char *page : {"docs/messages.md", "README.md"})
+        forLines(root / page, true, [&](const std::string &line) {
+            if (!line.starts_with("@@"))
+                return;
+            const vek::inspect::tree_t tree(line);
+            for (const vek::inspect::finding_t &finding : vek::inspect::check(tree))
+                ADD_FAILURE() << line << '\n' << finding.inWords();
+            shown.insert(tree.message() != nullptr ? tree.message()->id : 0);
+        });
     for (const vek::inspect::messageSchema_t &message : vek::inspect::schema().messages())
         EXPECT_EQ(shown.contains(message.id), message.record != nullptr) << message.id;
+}
+
+// A block of code below the name of a file, "<!-- examples/host.cpp -->", is a part of that file.
+TEST(Pages, QuoteTheExamples) {
+    std::size_t quotes = 0;
+    for (const fs::path &page : pages()) {
+        const std::string text = contentOf(page), start = "<!-- examples/", code = ".cpp -->\n```cpp\n";
+        for (std::size_t at = 0; (at = text.find(start, at)) != std::string::npos;) {
+            const std::size_t name = at + start.size(), end = text.find(code, name);
+            at = name;
+            if (end > text.find('\n', name))
+                continue;
+            const std::size_t quote = end + code.size();
+            const fs::path file = root / "examples" / (text.substr(name, end - name) + ".cpp");
+            EXPECT_NE(contentOf(file).find(text.substr(quote, text.find("```", quote) - quote)), std::string::npos)
+                << page << " does not quote " << file << " as it is";
+            ++quotes;
+        }
+    }
+    EXPECT_EQ(quotes, 3U);
 }
 
 } // namespace
