@@ -1,8 +1,16 @@
 # The packages that cpack makes: one Debian package for each component, one zip for Windows. A component more needs its
 # name in debianNameOf_... (installing.cmake), its install rules, and a vekDebianPackage here.
 
-set(VEK_CONTACT "vekParams2ASCII maintainers <maintainers@vekparams2ascii.example>" CACHE STRING
-    "Who answers for the packages: name and mail address")
+# Who makes packages answers for them, and says so as for all Debian packages. No mail ever reaches what is called invalid.
+set(noContact "vekParams2ASCII (no contact given) <unset@vekparams2ascii.invalid>")
+set(ownContact ${noContact})
+if(DEFINED ENV{DEBFULLNAME} AND DEFINED ENV{DEBEMAIL})
+    set(ownContact "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+endif()
+set(VEK_CONTACT ${ownContact} CACHE STRING "Who answers for the packages: NAME <ADDRESS>")
+if(VEK_CONTACT STREQUAL noContact)
+    message(STATUS "Packages will name nobody to write to: say -DVEK_CONTACT=\"NAME <ADDRESS>\"")
+endif()
 
 set(CPACK_PACKAGE_NAME vekParams2ASCII)
 set(CPACK_PACKAGE_VENDOR vekParams2ASCII)
