@@ -30,6 +30,10 @@ HANDLE openShared(const std::string &name, DWORD access) {
                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
 }
 
+HANDLE handleOf(int descriptor) {
+    return reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+}
+
 int openToRead(const std::string &name) {
     const HANDLE file = openShared(name, GENERIC_READ);
     if (file != INVALID_HANDLE_VALUE)
@@ -133,19 +137,28 @@ rawFile_t::~rawFile_t() {
         close(descriptor_);
 }
 
+#ifdef _WIN32
+// Not by the C run-time: once at its end, some read nothing of a file that grows.
+std::size_t rawFile_t::read(char *buffer, std::size_t room) {
+    DWORD got = 0;
+    if (!ReadFile(handleOf(descriptor_), buffer, static_cast<DWORD>(room), &got, nullptr) &&
+        GetLastError() != ERROR_BROKEN_PIPE && GetLastError() != ERROR_HANDLE_EOF) {
+        errno = EIO;
+        failOnFile("read", name_);
+    }
+    return got;
+}
+#else
 std::size_t rawFile_t::read(char *buffer, std::size_t room) {
     while (true) {
-#ifdef _WIN32
-        const int got = ::read(descriptor_, buffer, static_cast<unsigned>(room));
-#else
         const ssize_t got = ::read(descriptor_, buffer, room);
-#endif
         if (got >= 0)
             return static_cast<std::size_t>(got);
         if (errno != EINTR)
             failOnFile("read", name_);
     }
 }
+#endif
 
 void rawFile_t::seek(std::uint64_t offset) {
     if (lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0)
@@ -154,7 +167,7 @@ void rawFile_t::seek(std::uint64_t offset) {
 
 #ifdef _WIN32
 fileIdentity_t rawFile_t::identity() const {
-    return identityFrom(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor_)));
+    return identityFrom(handleOf(descriptor_));
 }
 
 std::optional<fileIdentity_t> identityOf(const std::string &name) {
