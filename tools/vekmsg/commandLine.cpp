@@ -258,9 +258,7 @@ void commandLine_t::declareTables() {
                              "  vekmsg load --into archive.sqlite device.log\n"
                              "  sqlite3 -box archive.sqlite 'SELECT log_time, low_status FROM device_status'\n"
                              "  vekmsg load --into archive.sqlite --follow device-*.log");
-    load->add_option("LOG", options_.files,
-                     "Logs, also packed ones; - for standard input")
-        ->type_name("");
+    load->add_option("LOG", options_.files, "Logs, also packed ones; - for standard input")->type_name("");
     load->add_option("--into", options_.target, "The database: a file, which is made when there is none")
         ->type_name("FILE.sqlite")
         ->required();
