@@ -87,7 +87,7 @@ rowCheck_t rowsOf(const tree_t &tree) {
 }
 
 TEST(Archive, RowsOfAnyTextFitTheirTables) {
-    forEachText(rounds(1500), [](const std::string &text) {
+    forEachText(rounds(600), [](const std::string &text) {
         if (testing::Test::HasFailure())
             return;
         const tree_t tree(text);
