@@ -25,6 +25,9 @@ struct ResIntEntry : MessageBase {
 
     bool operator==(const ResIntEntry &) const = default;
 };
+/// Numbers, and a pointer to the class's table, which is the same wherever an entry lies.
+template <>
+inline constexpr bool isMovableAsMemory<ResIntEntry> = true;
 
 /// 4105
 struct ResIntTable : MessageBase {

@@ -24,6 +24,11 @@
 
 namespace vek {
 
+/// Whether a value can be moved as memory, so that its new place has it and the old one is free. A list of such values
+/// grows in place where it can, and never has both its old and its new room.
+template <class T>
+inline constexpr bool isMovableAsMemory = std::is_trivially_copyable_v<T>;
+
 /// A list of `T`. An append to an empty list without room makes room for `FirstCapacity` elements, and an append to a
 /// full one doubles the room.
 template <class T, std::int32_t FirstCapacity = 10>
@@ -216,8 +221,8 @@ private:
         if (static_cast<std::size_t>(capacity) > SIZE_MAX / sizeof(T))
             outOfMemory();
         const std::size_t bytes = static_cast<std::size_t>(capacity) * sizeof(T);
-        if constexpr (std::is_trivially_copyable_v<T>) {
-            auto *grown = static_cast<T *>(std::realloc(items_, bytes));
+        if constexpr (isMovableAsMemory<T>) {
+            auto *grown = static_cast<T *>(std::realloc(static_cast<void *>(items_), bytes));
             if (grown == nullptr)
                 outOfMemory();
             items_ = grown;
