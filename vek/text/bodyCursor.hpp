@@ -82,6 +82,24 @@ public:
         return isWhole;
     }
 
+    /// Goes behind an integer of one to three digits and a comma, as most characters of 16-bit texts are, and returns
+    /// true; false when something else is here.
+    bool shortElement(std::int32_t &value) {
+        constexpr int mostDigits = 3;
+        if (end_ - at_ <= mostDigits)
+            return false;
+        std::int32_t number = 0;
+        for (int length = 0; length < mostDigits && isDigit(at_[length]);) {
+            number = number * 10 + (at_[length] - '0');
+            if (at_[++length] == separators[2]) {
+                value = number;
+                at_ += length + 1;
+                return true;
+            }
+        }
+        return false;
+    }
+
     /// How many commas stand in front of the next closing brace.
     std::int32_t countCommas() const {
         std::int32_t count = 0;

@@ -3,6 +3,8 @@
 #include "vek/text/scalarFields.hpp"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace vek {
 
@@ -87,7 +89,7 @@ bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
     elements_.allocate(found_);
     for (wideCharacter_t *character = elements_.begin(); !at.skip(closeBrace); ++character) {
         std::int32_t code = 0;
-        if (!at.integer(code) || !at.skip(separators[2]))
+        if (!at.shortElement(code) && (!at.integer(code) || !at.skip(separators[2])))
             return {};
         *character = {static_cast<std::int16_t>(code), 1};
     }
@@ -95,15 +97,45 @@ bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
     return at;
 }
 
+namespace {
+
+// The lower codes as elements, "72,". Four characters each, of which those behind its size count for nothing.
+struct element_t {
+    char text[4];
+    std::uint32_t size;
+};
+constexpr auto lowElements = [] {
+    std::array<element_t, 256> elements{};
+    for (std::uint32_t code = 0; code < elements.size(); ++code) {
+        element_t &element = elements[code];
+        for (std::uint32_t unit = 100; unit > 0; unit /= 10)
+            if (code >= unit || unit == 1)
+                element.text[element.size++] = static_cast<char>('0' + code / unit % 10);
+        element.text[element.size++] = separators[2];
+    }
+    return elements;
+}();
+
+char *writeElement(std::int16_t code, char *to) {
+    if (code < 0 || static_cast<std::size_t>(code) >= lowElements.size()) {
+        to = writeInteger(code, to);
+        *to = separators[2];
+        return to + 1;
+    }
+    const element_t &element = lowElements[static_cast<std::size_t>(code)];
+    std::memcpy(to, element.text, sizeof element.text);
+    return to + element.size;
+}
+
+} // namespace
+
 bodyWriter_t wideStringField_t::collectPairs(bodyWriter_t out) const {
     constexpr std::size_t longest = integerRoom + 1; // a number and the comma behind it
     const std::int32_t printed = elements_.printed();
     char *to = out.room(longest * static_cast<std::size_t>(printed));
     for (const wideCharacter_t *character = elements_.begin(); character != elements_.begin() + printed; ++character)
-        if (character->isSet != 0) {
-            to = writeInteger(character->code, to);
-            *to++ = separators[2];
-        }
+        if (character->isSet != 0)
+            to = writeElement(character->code, to);
     out.advance(to);
     return out;
 }
