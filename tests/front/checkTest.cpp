@@ -129,6 +129,10 @@ TEST_F(CheckTest, LossyPrintsAllTheSameButForWhatIsNotThere) {
     ResIntTable table;
     table.numEntries = -2;
     EXPECT_TRUE(check(table).empty()); // there is no entry to be lost
+    DeviceInfo device;
+    device.focusValue.clear();
+    device.focusValue.setInterval(-2.0, -1.0000004);
+    EXPECT_TRUE(check(device).empty()); // it is written as -1.000000
     ExposeJob job{};
     job.punchParams.numSystems = 11;
     EXPECT_TRUE(!printLossy(job, problem).empty() && !problem);

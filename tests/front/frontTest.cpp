@@ -164,6 +164,7 @@ TEST_F(FrontTest, AnswersWithTheEchoTagOfARefusedMessage) {
         const messageText_t large = reply(-12345678, Info{0, text.data()}, problem);
         EXPECT_EQ(large.size() + 1, length < 100000 ? length : 1);
         EXPECT_EQ(problem.code, length < 100000 ? problemCode_t::none : problemCode_t::tooLong);
+        EXPECT_EQ(problem.offset, 0U);
     }
 }
 

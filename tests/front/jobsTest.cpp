@@ -40,6 +40,33 @@ TEST_F(JobsTest, FieldsReadAndAssignLikeTheirValues) {
     EXPECT_EQ(bodyOf(print(copy)), "{JOB_PORT=2;}");
 }
 
+// Hosts ask for 1 and for 0.
+TEST_F(JobsTest, FlagsAreOneOrZero) {
+    JobSepList job;
+    GdapiDataPath path;
+    const auto flags = [&] {
+        return std::vector<int>{job.jobName.isSet, job.sepList.isSet, path.gdapiDataPath.isSet, path.lptScsiPort.isSet};
+    };
+    EXPECT_EQ(flags(), (std::vector{0, 0, 0, 0}));
+    EXPECT_EQ(job.jobName.count(), 0);
+    job.jobName = u"Hi";
+    job.sepList.add(u"C");
+    path.gdapiDataPath = 3;
+    path.lptScsiPort = 2;
+    EXPECT_EQ(flags(), (std::vector{1, 1, 1, 1}));
+    path.gdapiDataPath.clear();
+    path.lptScsiPort.clear();
+    job.jobName.clear();
+    job.sepList.clear();
+    EXPECT_EQ(flags(), (std::vector{0, 0, 0, 0}));
+    EXPECT_TRUE(path.gdapiDataPath == 0 && path.lptScsiPort == 0);
+    for (const char *body : {"{JOB_NAME={72,0,};SEP_LIST={{67,0,},};}", "{{72,0,},{{67,0,},},}"})
+        job.fromText(body);
+    for (const char *body : {"{GDAPI_DATA_PATH=TSP;LPT_SCSI_port=1;}", "{TSP,1,}"})
+        path.fromText(body);
+    EXPECT_EQ(flags(), (std::vector{1, 1, 1, 1}));
+}
+
 TEST_F(JobsTest, TextsKeepTheirCharacters) {
     JobPort job;
     job.jobName = u"Hi!";

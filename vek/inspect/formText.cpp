@@ -10,7 +10,7 @@ formResult_t messageOf(const formText_t &form, void (*write)(std::string &out, c
                        formText_t (*read)(std::string_view form)) {
     if (!form.error.empty())
         return {{}, form.error, form.offset};
-    if (form.text) {
+    if (form.text && !form.text->empty()) {
         std::string again;
         const std::string whole = *form.text + '\0'; // a tree leaves one NUL out
         write(again, tree_t(whole));

@@ -159,7 +159,6 @@ void wideStringElements_t::describe(fieldDescription_t &description) const {
 
 void wideStringListField_t::clear() {
     elements_.clear();
-    found_ = 0;
     isSet = 0;
 }
 

@@ -208,8 +208,9 @@ private:
                     " values, but its smallest and its largest alone are written: keep these two, or make it discrete"))
             return false;
         const double written = range.maximum();
-        const bool reachesFloor =
-            std::any_of(range.begin(), range.end(), [written](double value) { return !(value < written); });
+        const bool reachesFloor = std::any_of(range.begin(), range.end(), [written](double value) {
+            return !(value < written) || shown(value) == shown(written); // with six decimals
+        });
         return reachesFloor || tell(where, problemCode_t::rangeNotKept,
                                     " is continuous and ends below " + shown(written) +
                                         ", which would be written as its end: make it discrete");
