@@ -40,7 +40,7 @@ void logLoad_t::begin(std::string_view first, bool isNew, bool isRenamable) {
     log_.emplace(archive_.database(), name_, first_, isNew, beginning);
     if (log_->name() != name_)
         complain(name_ + " is the log that was loaded as " + log_->name() + "; it goes on there");
-    else if (log_->isBesideOthers())
+    else if (log_->isBesideOthers() && isRenamable)
         complain(name_ + " is another log than the one that was loaded under this name; it is loaded beside it");
     scanner_ = inspect::logScanner_t(log_->position());
     last_ = log_->last();

@@ -71,6 +71,12 @@ private:
         status_ = std::max(status_, status);
     }
 
+    [[noreturn]] static void failOnCutShort(const std::string &file) {
+        throw usageError_t(file +
+                           " is shorter than what was loaded of it, and nothing changes; when it is another log, "
+                           "load it with --source NAME");
+    }
+
     void loadAll(const std::string &file) {
         logLoad_t log(archive_, times_, sourceName(file));
         logs_ = {&log};
@@ -80,9 +86,7 @@ private:
             while (readBlock(*source, log))
                 progress_.update(source->taken());
             if (log.isCutShort())
-                throw usageError_t(file +
-                                   " is shorter than what was loaded of it, and nothing changes; when it is another "
-                                   "log, load it with --source NAME");
+                failOnCutShort(file);
             if (log.hasBegun()) {
                 begin(log);
                 log.takeTail();
@@ -170,6 +174,8 @@ private:
     bool step(followed_t &one, bool isStill) {
         try {
             const bool isBusy = takeNews(one);
+            if (isStill && one.log->isCutShort() && !isBusy)
+                failOnCutShort(one.file.name());
             if (isStill && one.log->hasBegun() && !isBusy) {
                 begin(*one.log);
                 one.log->takeTail();
