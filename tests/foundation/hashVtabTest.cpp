@@ -1,7 +1,7 @@
 // hashVtab: sizes, probing and removal by their rules, and its contents against std::unordered_map.
 
 #include "vek/vek_std/std_sys/hashVtab.hpp"
-#include "reports.hpp"
+#include "tests/foundation/reports.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Codes of names, groups of classes, and what is printed about them.
 
-#include "reports.hpp"
+#include "tests/foundation/reports.hpp"
 #include "vek/vek_std/std_objCltn/obj.hpp"
 
 #include <gtest/gtest.h>

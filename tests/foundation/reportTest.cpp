@@ -1,6 +1,6 @@
 // Error reports, the memory exchange and the pause.
 
-#include "reports.hpp"
+#include "tests/foundation/reports.hpp"
 #include "vek/vek_std/std_sys/vek_stdlib.hpp"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 // What can be done to a string_t and, in the same words, to its model: one list for the random walk and for the tests
 // without memory.
 
-#include "stringModel.hpp"
+#include "tests/foundation/stringModel.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <sstream>

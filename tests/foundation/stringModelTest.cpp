@@ -1,7 +1,7 @@
 // string_t over long random sequences of operations: texts, capacities and sharing against a model, searching and
 // comparing against std::string.
 
-#include "stringChanges.hpp"
+#include "tests/foundation/stringChanges.hpp"
 
 #include <gtest/gtest.h>
 

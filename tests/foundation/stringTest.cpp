@@ -1,6 +1,6 @@
 // string_t and subString_t: the cases with a rule of their own.
 
-#include "reports.hpp"
+#include "tests/foundation/reports.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <gtest/gtest.h>

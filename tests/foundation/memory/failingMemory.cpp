@@ -1,4 +1,4 @@
-#include "failingMemory.hpp"
+#include "tests/foundation/memory/failingMemory.hpp"
 
 #include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
 

@@ -1,8 +1,8 @@
 // What the foundation does without memory, and how often it asks for some.
 
-#include "../reports.hpp"
-#include "../stringChanges.hpp"
-#include "failingMemory.hpp"
+#include "tests/foundation/memory/failingMemory.hpp"
+#include "tests/foundation/reports.hpp"
+#include "tests/foundation/stringChanges.hpp"
 #include "vek/vek_std/std_objCltn/objCltn.hpp"
 #include "vek/vek_std/std_sys/hashVtab.hpp"
 
