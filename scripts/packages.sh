@@ -4,13 +4,16 @@
 #   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
 #   packages.sh bench      what the comparison with other codecs needs
 #   packages.sh coverage   all that, and what counts the lines the tests reach
+#   packages.sh cluster    the server that the demonstration of a cluster runs twice (13 MB); Debian's package starts one
+#                          of its own at once, where services are started
 #   packages.sh page       what the inspector and its tests in a browser need
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
 # shellcheck source=scripts/talk.sh
 . "$(dirname "$0")/talk.sh"
 
-packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libsqlite3-dev)
+packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libsqlite3-dev
+          libcurl4-openssl-dev)
 testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
          dpkg-dev file lintian locales zstd sqlite3 man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
 case ${1:-build} in
@@ -20,6 +23,7 @@ bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
                pkg-config valgrind python3)
     ;;
+cluster) packages+=(clickhouse-server curl) ;;
 coverage) packages+=("${testing[@]}" gcovr) ;;
 page)
     packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
@@ -27,7 +31,7 @@ page)
     ;;
 windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
 *)
-    echo "packages: '$1' is not build, test, bench, coverage, page or windows" >&2
+    echo "packages: '$1' is not build, test, bench, coverage, cluster, page or windows" >&2
     exit 2
     ;;
 esac

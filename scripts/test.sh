@@ -10,6 +10,7 @@ cd "$(dirname "$0")/.."
 case ${1:-} in '' | quick) ;; *) echo "test: '$1' is not quick" >&2; exit 2 ;; esac
 
 scripts/packages.sh test
+[ -z "${CI:-}" ] || scripts/packages.sh cluster # elsewhere the test of the cluster is skipped without them
 
 # runPreset NAME [CMAKE OPTIONS...]
 runPreset() {

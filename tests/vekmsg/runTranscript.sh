@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] PROGRAM EXAMPLES FILE...     PROGRAM may be several words: an emulator, the program
+#   runTranscript.sh [--update] [--fleet FLEETLOG] PROGRAM EXAMPLES FILE...
+# PROGRAM may be several words: an emulator, the program.
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -12,12 +13,17 @@
 #   [exit 1]
 #   ```
 # A block that begins with ```console skip is not run. All blocks of a file share a new folder, in which the sample
-# messages lie as samples/*.txt and a sample log as device.log. --update writes what came out into the file instead of comparing it.
+# messages lie as samples/*.txt, a sample log as device.log, and with --fleet the logs that this program makes as
+# fleet/*.log. --update writes what came out into the file instead of comparing it.
 set -euo pipefail
-isUpdate=false
+isUpdate=false fleetLog=
 if [ "$1" = --update ]; then
     isUpdate=true
     shift
+fi
+if [ "$1" = --fleet ]; then
+    fleetLog=$2
+    shift 2
 fi
 program=$1 examples=$(realpath "$2")
 shift 2
@@ -68,6 +74,7 @@ for file in "$@"; do
     mkdir "$folder"
     cp -r "$examples/messages" "$folder/samples"
     cp "$examples/device.log" "$folder"
+    [ -z "$fleetLog" ] || "$fleetLog" "$folder/fleet"
     runTranscript "$file" >"$work/actual"
     if $isUpdate; then
         cp "$work/actual" "$file"

@@ -257,10 +257,14 @@ void commandLine_t::declareTables() {
     CLI::App *load = command("load", "Load the messages of logs into a database, to be asked in SQL", runLoad,
                              "  vekmsg load --into archive.sqlite device.log\n"
                              "  sqlite3 -box archive.sqlite 'SELECT log_time, low_status FROM device_status'\n"
-                             "  vekmsg load --into archive.sqlite --follow device-*.log");
+                             "  vekmsg load --into archive.sqlite --follow device-*.log\n"
+                             "  vekmsg load --into 'http://HOST:8123/fleet?cluster=all' device-*.log");
     load->add_option("LOG", options_.files, "Logs, also packed ones; - for standard input")->type_name("");
-    load->add_option("--into", options_.target, "The database: a file, which is made when there is none")
-        ->type_name("FILE.sqlite")
+    load->add_option("--into", options_.target,
+                     "The database: a file, which is made when there is none; or http://HOST:8123/DATABASE of a "
+                     "ClickHouse server, where the tables are made, and with ?cluster=NAME behind it distributed over "
+                     "a cluster")
+        ->type_name("FILE.sqlite|URL")
         ->required();
     source(load);
     load->add_option("--time", options_.timeExpression, timeWords)->type_name("REGEX");

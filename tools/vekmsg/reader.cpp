@@ -66,6 +66,7 @@ void itemSink_t::message(item_t &item) {
     lastEnd_ = item.offset + item.stretch;
     item.file = file_;
     item.form = form;
+    item.mayGrow = mayGrow;
     item.whole = whole.empty() ? item.text : whole;
     item.lazy = &lazy_;
     lazy_.reset(item.text);
@@ -213,6 +214,7 @@ bool reader_t::takeBlock() {
 }
 
 void reader_t::end() {
+    input_->sink.mayGrow = !input_->isForm && input_->source->isPlain() && input_->source->size() > 0;
     if (input_->isForm)
         takeForms(true);
     else
@@ -328,8 +330,10 @@ void reader_t::follow() {
         flush();
         std::erase_if(all, [](const auto &one) { return one->isEnded; });
         still = isBusy ? 0 : still + 1;
-        if (!isBusy)
+        if (!isBusy) {
+            task_.pause();
             sleepMilliseconds(pause);
+        }
     }
 }
 

@@ -39,6 +39,7 @@ public:
     std::uint64_t firstOffset() const { return firstOffset_; }
     std::uint64_t lastEnd() const { return lastEnd_; }
     inspect::form_t form = inspect::form_t::none;
+    bool mayGrow = false; ///< what comes now
     /// A file that holds one message and nothing in front of it: all of it.
     std::string_view whole;
 

@@ -46,6 +46,7 @@ struct item_t {
     std::string_view before;   ///< what stands in front of it on its line
     std::string_view lineHead; ///< the beginning of its line, where a log has the time
     bool isLengthRight = false;
+    bool mayGrow = false; ///< the last one in a file of a log, whose end is not certain unless it stands there
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
     lazyTree_t *lazy = nullptr;
 
@@ -59,6 +60,9 @@ public:
     virtual ~task_t() = default;
 
     virtual void take(const item_t &item) = 0;
+
+    /// Of a followed log nothing more has come for now.
+    virtual void pause() {}
 
     /// A task for another piece of the input; null when pieces can't be done apart.
     virtual std::unique_ptr<task_t> fork() const { return nullptr; }

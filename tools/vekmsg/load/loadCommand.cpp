@@ -8,13 +8,12 @@
 namespace vek::tool {
 
 int runLoad(const options_t &options) {
-    if (options.target.find("://") != std::string::npos)
-        throw usageError_t("--into " + options.target +
-                           ": vekmsg loads into a file, for example --into archive.sqlite");
-#ifdef VEK_SQLITE
-    return loadIntoSqlite(options);
+#ifdef VEK_DATABASES
+    return options.target.find("://") != std::string::npos ? loadIntoCluster(options) : loadIntoSqlite(options);
 #else
-    throw usageError_t("this build of vekmsg has no SQLite; load on Linux, or write the rows with vekmsg json --rows");
+    throw usageError_t("--into " + options.target +
+                       ": this build of vekmsg has no databases; load on Linux, or write the rows with vekmsg json "
+                       "--rows");
 #endif
 }
 

@@ -6,5 +6,6 @@
 namespace vek::tool {
 
 int loadIntoSqlite(const options_t &options);
+int loadIntoCluster(const options_t &options);
 
 } // namespace vek::tool

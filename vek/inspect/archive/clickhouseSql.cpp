@@ -26,23 +26,11 @@ std::string_view typeName(columnType_t type) {
     return {};
 }
 
-void appendTable(std::string &out, const table_t &table) {
-    std::string key = "\"source\", \"byte_offset\"";
-    out += joined({"CREATE TABLE IF NOT EXISTS ", quotedName(table.name), R"( (
-    "source" String,
-    "byte_offset" UInt64,
-    "log_time" Nullable(DateTime('UTC')),
-    "log_microsecond" UInt32,
-    "echo_tag" Nullable(Int32),
-    "sequence_number" Nullable(Int32),
-    "damaged" UInt8)"});
-    for (std::size_t i = 0; i < table.depth; ++i) {
-        out += joined({",\n    ", quotedName(elementColumn(i)), " UInt32"});
-        key += ", " + quotedName(elementColumn(i));
-    }
-    for (const column_t &column : table.columns)
-        out += joined({",\n    ", quotedName(column.name), " ", clickhouseType(column)});
-    out += joined({"\n) ENGINE = ReplacingMergeTree() ORDER BY (", key, ");\n"});
+std::string listed(const std::vector<std::string> &words, std::string_view between) {
+    std::string out;
+    for (const std::string &word : words)
+        out.append(out.empty() ? "" : between).append(word);
+    return out;
 }
 
 } // namespace
@@ -54,9 +42,33 @@ std::string clickhouseType(const column_t &column) {
     return column.isAlwaysThere ? std::string(type) : joined({"Nullable(", type, ")"});
 }
 
+std::vector<sqlColumn_t> clickhouseColumns(const table_t &table) {
+    std::vector<sqlColumn_t> columns = {
+        {"source", "String"},          {"byte_offset", "UInt64"},       {"log_time", "Nullable(DateTime('UTC'))"},
+        {"log_microsecond", "UInt32"}, {"echo_tag", "Nullable(Int32)"}, {"sequence_number", "Nullable(Int32)"},
+        {"damaged", "UInt8"},
+    };
+    for (std::size_t i = 0; i < table.depth; ++i)
+        columns.push_back({elementColumn(i), "UInt32"});
+    for (const column_t &column : table.columns)
+        columns.push_back({column.name, clickhouseType(column)});
+    return columns;
+}
+
+std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine) {
+    std::vector<std::string> key = {quotedName("source"), quotedName("byte_offset")}, columns;
+    for (std::size_t i = 0; i < table.depth; ++i)
+        key.push_back(quotedName(elementColumn(i)));
+    for (const sqlColumn_t &column : clickhouseColumns(table))
+        columns.push_back(quotedName(column.name) + " " + column.type);
+    const std::string usual = joined({"ReplacingMergeTree() ORDER BY (", listed(key, ", "), ")"});
+    return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(columns, ",\n    "),
+                   "\n) ENGINE = ", engine.empty() ? std::string_view(usual) : engine});
+}
+
 void appendClickhouseSchema(std::string &out, std::span<const table_t *const> tables) {
     for (const table_t *table : tables)
-        appendTable(out, *table);
+        out += joined({clickhouseCreate(*table, table->name), ";\n"});
 }
 
 } // namespace vek::inspect

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vek::inspect {
 
@@ -49,6 +50,16 @@ void appendClickhouseSchema(std::string &out, std::span<const table_t *const> ta
 /// The type of a column; of a list in SQLite, that of its elements.
 std::string sqliteType(const column_t &column);
 std::string clickhouseType(const column_t &column);
+
+/// One of these statements, without a semicolon, for a table of any name, and of another engine when one is given.
+std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine = {});
+
+struct sqlColumn_t {
+    std::string name, type;
+};
+
+/// All columns of a table in ClickHouse, in their order.
+std::vector<sqlColumn_t> clickhouseColumns(const table_t &table);
 
 /// A name in double quotes.
 std::string quotedName(std::string_view name);
