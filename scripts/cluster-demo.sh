@@ -118,13 +118,9 @@ load() {
     running[loader$shard]=$!
 }
 
-# Both have ended well.
-loadersEnded() {
-    local shard
-    for shard in 1 2; do
-        wait "${running[loader$shard]}" || fail "loader $shard ended with $?"
-        unset "running[loader$shard]"
-    done
+loaderEnded() {
+    wait "${running[loader$1]}" || fail "loader $1 ended with $?"
+    unset "running[loader$1]"
 }
 
 # Of every table that has any rows: how many, and how many different ones. (Elements of lists have their number, too.)
@@ -172,7 +168,8 @@ load 1 logs/drum-0[1-4].log
 sleep 1
 start 2 || fail "the second server does not start again"
 echo "  and started again."
-loadersEnded
+loaderEnded 1
+loaderEnded 2
 grep -q 'trying again' loader?.err || fail "no loader noticed that a server was away"
 
 counts >counted
@@ -187,9 +184,22 @@ cut -f 1,2 counted | LC_ALL=C sort | diff - made || fail "< rows there, > rows t
 echo "  All $messages messages are there, none twice."
 load 1 logs/*.log
 load 2 logs/drum-01.log
-loadersEnded
+loaderEnded 1
+loaderEnded 2
 counts | cmp - counted || fail "loading the same logs again added rows"
 echo "  Loading the same logs again added nothing."
+
+# A log that is cut off within a message, then grows; another one that takes its name.
+head -c 99990 logs/drum-01.log >device.log
+load 1 device.log && loaderEnded 1
+head -n 700 logs/drum-01.log >device.log
+load 1 device.log && loaderEnded 1
+tail -n 50 logs/drum-02.log >device.log
+load 1 device.log && loaderEnded 1
+wanted=$(printf 'device.log\t%d\ndevice.log#2\t50\n' "$(head -n 700 logs/drum-01.log | grep -c '@@')")
+there=$(ask 1 "SELECT source, count() FROM messages WHERE source LIKE 'device%' GROUP BY source ORDER BY source")
+[ "$there" = "$wanted" ] || fail "of device.log there are $there, not $wanted"
+echo "  A log that has grown and one that has taken its name are there, too."
 
 # question WORDS STATEMENT
 question() {

@@ -91,11 +91,12 @@ int loadIntoCluster(const options_t &options) {
         reader_t reader(options, task);
         reader.run();
         store.commit();
+        const int status = reader.statusWithMessages();
         if (!options.isQuiet) {
             sayLoaded(store.messages(), store.damaged(), milliseconds() - begun);
             sayHolds(store.name(), store.all());
         }
-        return reader.status();
+        return status;
     } catch (const serverError_t &error) {
         complain(error.what());
         return exitUsage;

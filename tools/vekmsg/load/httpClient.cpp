@@ -112,7 +112,10 @@ httpClient_t::answer_t httpClient_t::post(const parameters_t &parameters, std::s
     curl_easy_setopt(curl, CURLOPT_POSTFIELDS, body.data());
     curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
     connection_->words[0] = '\0';
-    if (const CURLcode code = curl_easy_perform(curl); code != CURLE_OK)
+    const CURLcode code = curl_easy_perform(curl);
+    if (code == CURLE_COULDNT_CONNECT)
+        throw connectionError_t("nobody answers there");
+    if (code != CURLE_OK)
         throw connectionError_t(connection_->words[0] != '\0' ? connection_->words : curl_easy_strerror(code));
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &answer.status);
     return answer;
