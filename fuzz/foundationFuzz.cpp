@@ -55,11 +55,14 @@ std::string anyText(bytes_t &bytes) {
 }
 
 void changeStrings(bytes_t &bytes) {
+    constexpr std::size_t longest = 4000;
     std::array<pair_t, 3> all;
     while (!bytes.isAtEnd()) {
         const std::size_t which = bytes.next();
         pair_t &one = all[which % 3];
         const pair_t &other = all[which / 3 % 3];
+        if (one.real.length() > longest) // appended to itself a few times
+            one = {};
         const std::size_t length = one.real.length();
         const std::size_t start = bytes.next() * (length + 1) / 256, removed = bytes.next();
         const std::size_t extent = bytes.next() * (length - start + 1) / 256;
