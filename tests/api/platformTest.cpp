@@ -3,6 +3,7 @@
 #include "support/messages.hpp"
 #include "vek/api/private/envelopeWriter.hpp"
 #include "vek/api/private/loadTime.hpp"
+#include "vek/api/vekParams2ASCII.hpp"
 
 #include <gtest/gtest.h>
 
@@ -39,6 +40,31 @@ TEST(LoadTime, ComesBeforeEverything) {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a process of its own, which sets up as it is loaded
     EXPECT_EXIT(std::exit(40 + debugSwitch), testing::ExitedWithCode(41), "");
     unsetenv("PLOT_DEBUG_MODE");
+}
+
+// A static object of a host's that converts when the process ends, behind all that the library has made since.
+struct lastWords_t {
+    const structure_t focus = structureOf(4112, "{FOCUS_VALUE=1.500000;}");
+    CassetteArray cassettes;
+    std::string expected;
+
+    ~lastWords_t() {
+        const bool isSame = writtenBody(4101, &cassettes) == expected &&
+                            print(focus.as<const FocusValue>()).size() > 0 &&
+                            converted(4112, "{MEDIA_NAME=x;}") == "{MEDIA_NAME=x;FOCUS_VALUE=0.000000;}";
+        _exit(isSame ? 42 : 43);
+    }
+};
+
+TEST(ProcessEnd, ComesBeforeTheLastMessages) {
+    const auto exitWithWords = [] {
+        static lastWords_t words;
+        words.cassettes.add(nullptr);
+        words.expected = writtenBody(4101, &words.cassettes);
+        const bool isWhole = words.expected.find("VENDOR=normal;") != std::string::npos;
+        std::exit(isWhole && print(words.focus.as<const FocusValue>()).size() > 0 ? 44 : 45);
+    };
+    EXPECT_EXIT(exitWithWords(), testing::ExitedWithCode(42), "");
 }
 
 // Makes a locale with a decimal comma the process's, having made one where none is installed.

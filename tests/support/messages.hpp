@@ -59,7 +59,7 @@ public:
     ~structure_t();
 
     template <class Structure>
-    Structure &as() {
+    Structure &as() const {
         return *static_cast<Structure *>(address);
     }
 

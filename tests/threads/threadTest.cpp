@@ -6,6 +6,7 @@
 #include "support/messages.hpp"
 
 #include "vek/api/private/envelopeWriter.hpp"
+#include "vek/records/jobs.hpp"
 #include "vek/vek_std/std_objCltn/obj.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
@@ -105,6 +106,18 @@ TEST(Threads, ShareTheBodiesOfStrings) {
     together([&](int number) { handedOn[(number + 1) % threadCount].clear(); });
     EXPECT_STREQ(shared.c_str(), "a text that all of them share");
     EXPECT_EQ(shared.length() + empty.length(), 29U);
+}
+
+TEST(Threads, ReadOneStructureAtTheSameTime) {
+    for (int round = 0; round < rounds(100); ++round) {
+        structure_t job = structureOf(4193, "{JOB_NAME={72,105,0,};SEP_LIST={{65,0,},{66,67,0,},};}");
+        structure_t cassettes(sampleOf(4101).text);
+        together([&](int) {
+            const auto &read = job.as<const JobSepList>();
+            EXPECT_TRUE(read.jobName == u"Hi" && read.sepList.at(1).text() == u"BC");
+            EXPECT_EQ(bodyOf(written(4101, cassettes.address)), sampleOf(4101).body);
+        });
+    }
 }
 
 TEST(Threads, ReadAndChangeSettingsAndCounters) {

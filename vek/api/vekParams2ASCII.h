@@ -5,7 +5,7 @@
  * own allocator; give structures back with vekParamsDeleteStruct and texts with vekParamsDelete, never with free() or
  * delete of your own. What you pass in stays yours.
  *
- * Threads: the calls may run at the same time on different structures and texts. A structure is one thread's at a time.
+ * Threads: the calls may run at the same time. Who changes a structure is alone with it; several may read one.
  * The header numbers of messages are those of the process: each message written has a sequence number of its own.
  *
  * Results: 0 is success, -1 failure. A message id that a call does not take is also reported as one line on standard

@@ -2,6 +2,7 @@
 
 #include "vek/inspect/private/schemaBuilder.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
+#include "vek/vek_std/std_sys/vek_lasting.hpp"
 
 #include <algorithm>
 #include <set>
@@ -103,8 +104,8 @@ std::vector<std::string_view> schema_t::keys() const {
 }
 
 const schema_t &schema() {
-    static const schema_t one;
-    return one;
+    static const lasting_t<schema_t> one;
+    return one.get();
 }
 
 } // namespace vek::inspect

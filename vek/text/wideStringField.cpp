@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 
 namespace vek {
 
@@ -40,9 +41,24 @@ wideStringField_t &wideStringField_t::operator=(std::u16string_view text) {
     return *this;
 }
 
+// Who makes the characters while another one does takes the other's, which are the same.
+const char16_t *joinedCharacters_t::make(const wideElements_t &elements, std::int32_t count) const {
+    auto *const made = static_cast<char16_t *>(std::calloc(static_cast<std::size_t>(count) + 1, sizeof(char16_t)));
+    if (made == nullptr)
+        throw std::bad_alloc();
+    std::transform(elements.begin(), elements.begin() + count, made,
+                   [](const wideCharacter_t &character) { return static_cast<char16_t>(character.code); });
+    char16_t *others = nullptr;
+    if (made_.compare_exchange_strong(others, made, std::memory_order_acq_rel, std::memory_order_acquire))
+        return made;
+    std::free(made);
+    return others;
+}
+
 void wideStringField_t::copyFrom(const wideStringField_t &other) {
     elements_ = other.elements_;
-    text_ = other.text_;
+    if (this != &other)
+        text_.clear();
     found_ = other.found_;
     isSet = other.isSet;
 }
@@ -54,13 +70,9 @@ std::u16string_view wideStringField_t::text() const {
     const std::int32_t count = std::min(found_, elements_.allocated());
     if (count == 0)
         return u"";
-    if (text_.isEmpty()) {
-        text_.resize(count + 1);
-        for (std::int32_t i = 0; i < count; ++i)
-            text_[i] = static_cast<char16_t>(elements_.element(i, pass_t::print).code);
-    }
-    const bool isTerminated = text_[count - 1] == u'\0'; // by the values themselves
-    return {text_.begin(), static_cast<std::size_t>(isTerminated ? count - 1 : count)};
+    const char16_t *const text = text_.of(elements_, count);
+    const bool isTerminated = text[count - 1] == u'\0'; // by the values themselves
+    return {text, static_cast<std::size_t>(isTerminated ? count - 1 : count)};
 }
 
 bool wideStringField_t::isWhole() const {

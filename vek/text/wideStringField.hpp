@@ -1,15 +1,18 @@
 // 16-bit texts, which stand in a body as lists of character codes, the terminating 0 included: "Hi" is {72,105,0,}.
 //
-// These fields keep their values. They own their storage and are not safe for concurrent use.
+// These fields keep their values and own their storage. Threads may read one at the same time, as long as none changes
+// it.
 #pragma once
 
 #include "vek/text/fieldArray.hpp"
 #include "vek/text/growableList.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -46,6 +49,32 @@ private:
     growableList_t<wideCharacter_t> characters_;
 };
 
+/// The characters of a 16-bit text one behind the other, made when they are first asked for. Threads may ask at the
+/// same time; who changes it is alone.
+class joinedCharacters_t {
+public:
+    joinedCharacters_t() = default;
+    ~joinedCharacters_t() { std::free(made_.load(std::memory_order_relaxed)); }
+    joinedCharacters_t(const joinedCharacters_t &) = delete;
+    joinedCharacters_t &operator=(const joinedCharacters_t &) = delete;
+
+    /// The first `count` characters of `elements`, and a 0 behind them. Throws std::bad_alloc.
+    const char16_t *of(const wideElements_t &elements, std::int32_t count) const {
+        const char16_t *made = made_.load(std::memory_order_acquire);
+        return made != nullptr ? made : make(elements, count);
+    }
+    void clear() {
+        std::free(made_.load(std::memory_order_relaxed));
+        made_.store(nullptr, std::memory_order_relaxed);
+    }
+
+private:
+    const char16_t *make(const wideElements_t &elements, std::int32_t count) const;
+
+    mutable std::atomic<char16_t *> made_ = nullptr; // of the C heap, as lists are
+    [[maybe_unused]] std::uint32_t unused_[2] = {};  // the members behind lie where hosts were told
+};
+
 class wideStringField_t : public fieldArray_t<wideElements_t> {
 public:
     wideStringField_t(textGroup_t &parent, std::string_view key) : fieldArray_t(parent, key) {}
@@ -60,7 +89,8 @@ public:
     /// Takes over the values as they were read, and whether the field is set.
     void copyFrom(const wideStringField_t &other);
 
-    /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes.
+    /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes. As
+    /// everything that only reads, for any number of threads at once. Throws std::bad_alloc.
     std::u16string_view text() const;
     operator std::u16string_view() const { return text(); }
     bool operator==(std::u16string_view other) const { return text() == other; }
@@ -87,7 +117,7 @@ public:
     }
 
 private:
-    mutable growableList_t<char16_t> text_; // empty until it is asked for
+    joinedCharacters_t text_;
 };
 
 /// The 16-bit texts of a list.

@@ -3,6 +3,9 @@
 #include "foundation/memory/failingMemory.hpp"
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
+#include "vek/records/media.hpp"
+#include "vek/records/punch.hpp"
+#include "vek/records/tables.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <gtest/gtest.h>
@@ -116,6 +119,41 @@ TEST(Memory, CallsThatGetNoneFailAndLeakNothing) {
         EXPECT_EQ(reading.contains(listEndedProcess), hasLists(text)) << text;
         EXPECT_EQ(outcomes(text, true), (std::set<outcome_t>{completed, survived})) << text;
     }
+}
+
+// A message with an item that nobody made: without memory for it there is no message, and with memory again the same as
+// ever.
+template <class Containers>
+void expectNullItemsWritten(std::int32_t id) {
+    const auto live = [] { return memory::counts().liveBlocks + memory::counts().liveObjects; };
+    Containers items, made;
+    for (int i = 0; i < 3; ++i) {
+        items.add(i == 1 ? nullptr : new typename Containers::value_type);
+        made.add();
+    }
+    const std::string expected = writtenBody(id, &made);
+    const std::size_t before = live();
+    for (std::size_t n = 1, failures = 1; failures != 0; ++n) {
+        char *text = nullptr;
+        memory::failAt(n);
+        const std::int32_t result = vekValToStr(id, &items, &text);
+        failures = memory::stopFailing();
+        EXPECT_EQ(result, text == nullptr ? -1 : 0);
+        EXPECT_EQ(text == nullptr, failures != 0) << id << ": allocation " << n;
+        EXPECT_EQ(text == nullptr ? expected : bodyOf(text), expected) << id << ": allocation " << n;
+        vekParamsDelete(text);
+        EXPECT_EQ(live(), before) << id << ": allocation " << n;
+        EXPECT_EQ(writtenBody(id, &items), expected) << id << ": after allocation " << n;
+    }
+}
+
+TEST(Memory, ItemsThatNobodyMadeAreWrittenWholeOrNotAtAll) {
+    stringOutOfMemoryHook = nullptr;
+    expectNullItemsWritten<CassetteArray>(4101);
+    expectNullItemsWritten<PunchArray>(4102);
+    expectNullItemsWritten<ResIntArray>(4107);
+    expectNullItemsWritten<MediaGroupArray>(4115);
+    expectNullItemsWritten<MediaArray>(4116);
 }
 
 TEST(Memory, AnExceptionOfTheHostsPassesThrough) {

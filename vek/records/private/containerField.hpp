@@ -6,6 +6,7 @@
 #include "vek/text/private/listFields.hpp"
 
 #include <cstdint>
+#include <optional>
 
 namespace vek {
 
@@ -44,14 +45,12 @@ public:
     }
 
 private:
-    // Only printed, never changed.
-    static Item &defaultItem() {
-        static Item item;
-        return item;
-    }
+    // Made for this message when it is first needed, and only printed.
+    Item &defaultItem() const { return defaultItem_ ? *defaultItem_ : defaultItem_.emplace(); }
 
     Container<Item> &items_;
     const Item *blank_ = nullptr; // the first one of those
+    mutable std::optional<Item> defaultItem_;
 };
 
 /// The list of a container message. `Element` is the record class of an item.

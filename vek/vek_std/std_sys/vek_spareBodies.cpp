@@ -24,6 +24,7 @@ void freeSpareBodies() {}
 
 #    include <mutex>
 #    include <pthread.h>
+#    include <utility>
 
 namespace vek {
 
@@ -47,30 +48,29 @@ struct spares_t {
 
 // A thread's end is told by a key of the system and not by a destructor of `spares`, since such a destructor would keep
 // the library loaded until the thread ends.
-class threadEnds_t {
-public:
-    constexpr threadEnds_t() = default;
-    ~threadEnds_t() {
+constinit std::mutex keyMutex;
+pthread_key_t key = 0;
+bool hasKey = false;
+
+// Has this thread's spares freed at its end; false when the system can't.
+bool watchThread() {
+    const std::scoped_lock lock(keyMutex);
+    hasKey = hasKey || pthread_key_create(&key, [](void *) { freeSpareBodies(); }) == 0;
+    return hasKey && pthread_setspecific(key, &spares) == 0;
+}
+
+// When the process ends, static objects of the host may outlive this one and still release texts: then there is a key
+// again.
+constinit struct atUnloading_t {
+    constexpr atUnloading_t() = default;
+    ~atUnloading_t() {
         freeSpareBodies();
-        if (isMade_)
-            pthread_key_delete(key_);
+        if (std::exchange(hasKey, false))
+            pthread_key_delete(key);
     }
-    threadEnds_t(const threadEnds_t &) = delete;
-    threadEnds_t &operator=(const threadEnds_t &) = delete;
-
-    /// Has this thread's spares freed at its end; false when the system can't.
-    bool watch() {
-        const std::scoped_lock lock(mutex_);
-        isMade_ = isMade_ || pthread_key_create(&key_, [](void *) { freeSpareBodies(); }) == 0;
-        return isMade_ && pthread_setspecific(key_, &spares) == 0;
-    }
-
-private:
-    std::mutex mutex_;
-    pthread_key_t key_ = 0;
-    bool isMade_ = false;
-};
-constinit threadEnds_t threadEnds;
+    atUnloading_t(const atUnloading_t &) = delete;
+    atUnloading_t &operator=(const atUnloading_t &) = delete;
+} atUnloading;
 
 } // namespace
 
@@ -85,7 +85,7 @@ void *takeBody() {
 
 void giveBody(stringRep_t *block) {
     if (!spares.isFreedAtEnd)
-        spares.isFreedAtEnd = threadEnds.watch();
+        spares.isFreedAtEnd = watchThread();
     if (spares.count >= mostSpareBodies || !spares.isFreedAtEnd) {
         std::free(block);
         return;
