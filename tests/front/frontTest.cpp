@@ -3,6 +3,8 @@
 #include "tests/front/hostTest.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
+#include <cfenv>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -193,6 +195,23 @@ TEST_F(FrontTest, FillsContainersListsAndTexts) {
     setText(status.msgs[0], std::string(300, 'x'));
     EXPECT_EQ(textOf(status.msgs[0]), std::string(254, 'x'));
     EXPECT_EQ(textOf({'n', 'o', ' ', 'e', 'n', 'd'}), "no end");
+}
+
+// Also what is looked at in the host's own module: a not-a-number that signals ends no host that would be ended by it.
+TEST_F(FrontTest, LeavesFloatingPointToTheHost) {
+    DeviceInfo device;
+    device.spinnerSpeed.clear();
+    device.spinnerSpeed.setInterval(std::numeric_limits<double>::signaling_NaN(), 4e-324);
+    std::feclearexcept(FE_ALL_EXCEPT);
+    feenableexcept(FE_ALL_EXCEPT);
+    problem_t problem;
+    const messageText_t text = print(device, problem);
+    const std::size_t problems = check(device).size();
+    const int happened = std::fetestexcept(FE_ALL_EXCEPT);
+    fedisableexcept(FE_ALL_EXCEPT);
+    EXPECT_EQ(problem.code, problemCode_t::notFinite);
+    EXPECT_EQ(problem.text, "spinnerSpeed[0] is nan and would be read as 0: give it a number");
+    EXPECT_TRUE(text.empty() && problems == 1 && happened == 0);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 /* The inspection calls from C: sizes and buffers, a message to JSON and back, changed on the way. */
 #include "vek/inspect/vekInspect.h"
 
+#include <fenv.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -17,7 +18,7 @@ static void expect(int holds, const char *what) {
 #define EXPECT(condition) expect(condition, #condition)
 
 int main(int count, char **arguments) {
-    char text[512], again[512], small[8], *json, *value;
+    char text[1024], again[1024], small[8], *json, *value;
     size_t size;
     int32_t needed;
     FILE *file = count == 2 ? fopen(arguments[1], "rb") : NULL;
@@ -53,6 +54,15 @@ int main(int count, char **arguments) {
     needed = vekInspectToJson("@@4112 9 7 41 {FOCUS_VALEU=3.000000;}!!", 39, again, sizeof again);
     EXPECT(needed > 0);
     EXPECT(strstr(again, "\"code\":\"wrong-length\"") != NULL);
+    /* However the host has set up floating point. */
+    needed = vekInspectToJson("@@4112 1 7 41 {FOCUS_VALUE=0.1;}!!", 34, text, sizeof text);
+    feclearexcept(FE_ALL_EXCEPT);
+    fesetround(FE_UPWARD);
+    EXPECT(vekInspectToJson("@@4112 1 7 41 {FOCUS_VALUE=0.1;}!!", 34, again, sizeof again) == needed);
+    EXPECT(fegetround() == FE_UPWARD && fetestexcept(FE_ALL_EXCEPT) == 0);
+    fesetround(FE_TONEAREST);
+    EXPECT(needed > 0 && strcmp(text, again) == 0);
+
     EXPECT(vekInspectToJson(NULL, 0, again, sizeof again) == -1);
     EXPECT(vekInspectCatalogue(NULL, 0) > 10000);
     return failures == 0 ? 0 : 1;

@@ -4,6 +4,7 @@
 #include "vek/api/private/catalogue.hpp"
 #include "vek/api/private/envelopeWriter.hpp"
 #include "vek/text/bodyWriter.hpp"
+#include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
 #include <cstdio>
 #include <cstdlib>
@@ -74,6 +75,7 @@ char *writeMessage(std::int32_t id, const catalogueRow_t *row, const void *msgSt
 extern "C" {
 
 std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **msgStruct) try {
+    const floatingPointGuard_t guard;
     if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
         return failure;
     std::string_view body;
@@ -88,6 +90,7 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
 }
 
 std::int32_t VEK_CALL vekValToStr(std::int32_t msgId, const void *msgStruct, char **text) try {
+    const floatingPointGuard_t guard;
     if (text == nullptr)
         return failure;
     *text = nullptr;

@@ -6,7 +6,8 @@
  * without the NUL behind it; when that is not below `room`, the buffer holds only the beginning, with a NUL, and the
  * call is to be repeated with room for the size and the NUL. `buffer` may be NULL when `room` is 0.
  *
- * Threads: the calls may run at the same time. None of them writes, reads files or remembers anything.
+ * Threads: the calls may run at the same time. None of them writes, reads files or remembers anything but the
+ * catalogue, which is made once for the process. The host's floating-point environment neither matters nor changes.
  */
 #ifndef VEK_INSPECT_H
 #define VEK_INSPECT_H

@@ -6,6 +6,7 @@
 #include "vek/text/numberText.hpp"
 #include "vek/text/valueRange.hpp"
 #include "vek/text/wideStringField.hpp"
+#include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <algorithm>
@@ -340,6 +341,7 @@ structureCheck_t::~structureCheck_t() = default;
 
 // A run is begun only at the first value that takes more to tell.
 bool structureCheck_t::isKept(const void *structure) const {
+    const floatingPointGuard_t guard; // comparing reals sets flags, too
     const auto *const start = static_cast<const char *>(structure);
     std::size_t fine = 0;
     for (const checkRule_t &rule : plan_->rules)
@@ -351,12 +353,14 @@ bool structureCheck_t::isKept(const void *structure) const {
 }
 
 problem_t structureCheck_t::first(const void *structure) const {
+    const floatingPointGuard_t guard;
     checkRun_t run(true);
     run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
     return std::move(run.found.front());
 }
 
 std::vector<problem_t> structureCheck_t::all(const void *structure) const {
+    const floatingPointGuard_t guard;
     checkRun_t run(false);
     run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
     return std::move(run.found);

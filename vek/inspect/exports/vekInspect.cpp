@@ -2,6 +2,7 @@
 #include "vek/inspect/vekInspect.h"
 
 #include "vek/inspect/forms.hpp"
+#include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -27,6 +28,7 @@ std::int32_t handOut(std::string_view result, char *buffer, std::size_t room) {
 extern "C" {
 
 std::int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, std::size_t size, char *buffer, std::size_t room) try {
+    const vek::floatingPointGuard_t guard;
     if (text == nullptr || size > largestText)
         return failure;
     const tree_t tree({text, size});
@@ -43,6 +45,7 @@ std::int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, std::size_t siz
 
 std::int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, std::size_t size, char *buffer,
                                                  std::size_t room) try {
+    const vek::floatingPointGuard_t guard;
     if (json == nullptr || size > largestText)
         return failure;
     const formResult_t read = readJson({json, size});
@@ -55,6 +58,7 @@ std::int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, std::size_t s
 }
 
 std::int32_t VEK_INSPECT_CALL vekInspectCatalogue(char *buffer, std::size_t room) try {
+    const vek::floatingPointGuard_t guard;
     std::string json;
     appendCatalogueJson(json);
     return handOut(json, buffer, room);
