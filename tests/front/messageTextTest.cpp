@@ -76,8 +76,8 @@ std::string plainReading(std::string_view text) {
 }
 
 std::string shownReport(const problem_t &problem) {
-    constexpr const char *names[] = {"none",        "noStartMarker", "innerNul", "noId",          "wrongLength",
-                                     "noEndMarker", "otherId",       "tooLong",  "countAboveRoom"};
+    constexpr const char *names[] = {"none",        "noStartMarker", "innerNul",   "noId",    "wrongLength",
+                                     "noEndMarker", "otherId",       "aboveLimit", "tooLong", "countAboveRoom"};
     return problem ? std::string(names[static_cast<int>(problem.code)]) + ": " + problem.text : "";
 }
 
@@ -165,6 +165,32 @@ TEST_F(MessageTextTest, IsNotWrittenOfMoreElementsThanThereIsRoomFor) {
     }
     EXPECT_EQ(shownReport(problem), "countAboveRoom: numOfMessages is 11, there is room for 10");
     EXPECT_THROW((void)print(status), messageError_t);
+}
+
+// Of a text of any length, by default the longest that the format knows; answered like every other refusal.
+TEST_F(MessageTextTest, IsRefusedAboveTheLengthThatAHostTakes) {
+    const std::string shorter = message(4112, "{FOCUS_VALUE=2.500000;}");
+    std::string longer = "@@4101 100000 7 41 {ARRAY_CASSETTE={};}!!";
+    longer.insert(longer.size() - 2, 99999 - longer.size(), ';');
+    const auto refusal = []<class Structure>(const Structure &, const std::string &text, auto... longest) {
+        problem_t problem;
+        const bool isRead = parse<Structure>(text, problem, longest...) != nullptr;
+        EXPECT_EQ(isRead, !problem);
+        EXPECT_EQ(problem.numbers.echoTag, problem ? 7 : -1);
+        if (problem) {
+            EXPECT_THROW((void)parse<Structure>(text, longest...), messageError_t);
+        }
+        return shownReport(problem);
+    };
+    const std::string above = "aboveLimit: the text has ";
+    EXPECT_EQ(refusal(FocusValue(), shorter), "");
+    EXPECT_EQ(refusal(FocusValue(), shorter, shorter.size() + 1), "");
+    EXPECT_EQ(refusal(FocusValue(), shorter, shorter.size()), above + std::to_string(shorter.size() + 1) +
+                                                                  " characters with its NUL, more than the " +
+                                                                  std::to_string(shorter.size()) + " that are taken");
+    EXPECT_EQ(refusal(CassetteArray(), longer),
+              above + "100000 characters with its NUL, more than the 99999 that are taken");
+    EXPECT_EQ(refusal(CassetteArray(), longer, 100000U), "");
 }
 
 } // namespace

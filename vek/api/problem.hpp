@@ -25,6 +25,7 @@ enum class problemCode_t {
     wrongLength,   ///< the length is not the text's
     noEndMarker,   ///< no "!!" at the end
     otherId,       ///< a message of another id than asked for
+    aboveLimit,    ///< more characters than are taken
     // Of a structure, all of which but the first are what its text would lose:
     tooLong,          ///< the message would have 100,000 characters or more
     countAboveRoom,   ///< a count says more elements than there is room for
@@ -101,11 +102,16 @@ inline problem_t checkEnvelope(std::string_view text, envelopeNumbers_t &numbers
     return {};
 }
 
-/// As checkEnvelope, and that the text is message `id`. The problem has the numbers that could be read.
-inline problem_t checkMessage(std::string_view text, std::int32_t id) {
+/// As checkEnvelope, and that the text is message `id` and has at most `longest` characters, its NUL included. The
+/// problem has the numbers that could be read.
+inline problem_t checkMessage(std::string_view text, std::int32_t id, std::size_t longest = largestMessage) {
     envelopeNumbers_t numbers;
     envelopePlaces_t places;
     problem_t problem = checkEnvelope(text, numbers, places);
+    if (const std::size_t size = withoutNul(text).size() + 1; size > longest)
+        problem = {problemCode_t::aboveLimit, longest,
+                   "the text has " + std::to_string(size) + " characters with its NUL, more than the " +
+                       std::to_string(longest) + " that are taken"};
     if (!problem && numbers.id != id)
         problem = {problemCode_t::otherId, places.id,
                    "the text is message " + std::to_string(numbers.id) + ", not " + std::to_string(id)};

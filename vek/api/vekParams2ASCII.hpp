@@ -33,6 +33,7 @@
 #include "vek/api/vekParams2ASCII.h"
 #include "vek/records/conversion.hpp"
 #include "vek/records/enumerations.hpp"
+#include "vek/vek_std/std_sys/vek_lasting.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -90,6 +91,13 @@ owned_t<Structure> makeStructure(std::int32_t id, const char *text) {
     return owned_t<Structure>(static_cast<Structure *>(structure));
 }
 
+/// Whether nothing is wrong with a text, as far as can be told in few steps.
+template <std::int32_t Id>
+bool isOrdinary(std::string_view text, std::size_t longest) {
+    text = withoutNul(text);
+    return text.size() < longest && isOrdinaryMessage<Id>(text);
+}
+
 /// Reads a text that was found right.
 template <std::int32_t Id>
 owned_t<structureOf_t<Id>> readMessage(const textToRead_t &text) {
@@ -106,8 +114,8 @@ owned_t<structureOf_t<Id>> readMessage(const textToRead_t &text) {
 template <messageStructure Structure>
 const structureCheck_t &checkOf() {
     using message = messageOf_t<idsOfStructure<Structure>.first>; // of several, all have one record class
-    static const structureCheck_t check(&conversionOf<Structure, typename message::record_t>::visit);
-    return check;
+    static const lasting_t<structureCheck_t> check(&conversionOf<Structure, typename message::record_t>::visit);
+    return check.get();
 }
 
 /// Counts beyond the room that writing takes on trust: what lies behind the structure would be read.
@@ -181,13 +189,17 @@ inline constexpr bool isSaid = false; // once a call of this structure is compil
 /// Reads a text message. The text may be followed by its NUL or not; it is not referred to afterwards. A text that is
 /// refused changes nothing in the library: the header numbers stay. So a reply to it is printed with reply(), and the
 /// echo tag that the problem has.
+///
+/// A text of more than `longest` characters, its NUL included, is refused: what a structure takes is some hundred times
+/// its text at worst, see docs/hosts.md. The library itself writes no message that is longer than the default.
 template <std::int32_t Id>
 requires structuredId<Id>
-[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, problem_t &problem) {
+[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, problem_t &problem,
+                                               std::size_t longest = largestMessage) {
     if (problem)
         problem = {};
-    if (!isOrdinaryMessage<Id>(withoutNul(text.whole))) {
-        problem = checkMessage(text.whole, Id);
+    if (!detail::isOrdinary<Id>(text.whole, longest)) {
+        problem = checkMessage(text.whole, Id, longest);
         if (problem)
             return nullptr;
     }
@@ -196,21 +208,22 @@ requires structuredId<Id>
 
 template <std::int32_t Id>
 requires structuredId<Id>
-[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text) {
-    if (!isOrdinaryMessage<Id>(withoutNul(text.whole)))
-        if (problem_t problem = checkMessage(text.whole, Id))
+[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
+    if (!detail::isOrdinary<Id>(text.whole, longest))
+        if (problem_t problem = checkMessage(text.whole, Id, longest))
             throw messageError_t(std::move(problem));
     return detail::readMessage<Id>(text);
 }
 
 template <soleStructure Structure>
-[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, problem_t &problem) {
-    return parse<idOf<Structure>>(text, problem);
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, problem_t &problem,
+                                       std::size_t longest = largestMessage) {
+    return parse<idOf<Structure>>(text, problem, longest);
 }
 
 template <soleStructure Structure>
-[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text) {
-    return parse<idOf<Structure>>(text);
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
+    return parse<idOf<Structure>>(text, longest);
 }
 
 /// A structure with its message's declared defaults.
@@ -331,7 +344,7 @@ void printTo(std::string &out, const Structure &structure) {
 
 // What several messages share: a line of the compiler says what to write instead.
 template <sharedStructure Structure>
-owned_t<Structure> parse(const textToRead_t &, auto &...) {
+owned_t<Structure> parse(const textToRead_t &, auto &&...) {
     static_assert(detail::isSaid<Structure>,
                   "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
     return {};
