@@ -4,6 +4,7 @@
 #include "tools/vekmsg/platform.hpp"
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/wrapping.hpp"
+#include "vek/inspect/logScanner.hpp"
 #include "vek/inspect/schema.hpp"
 
 #include <thread>
@@ -91,6 +92,11 @@ void commandLine_t::reading(CLI::App *app, bool isStream, bool canSplit) {
         ->type_name("TIME");
     app->add_option("--time", options_.timeExpression, timeWords)->type_name("REGEX");
     app->add_option("-n,--head", options_.head, "Only the first N messages")->type_name("N");
+    app->add_option("--longest", options_.longest,
+                    "Pass over messages of more than N characters and say so; 99999 when it is not said, the most that "
+                    "hosts read")
+        ->type_name("N")
+        ->check(CLI::Range(std::size_t{1}, inspect::logScanner_t::largestMessage));
     if (isStream)
         app->add_flag("-f,--follow", options_.follows, followWords);
     if (canSplit)

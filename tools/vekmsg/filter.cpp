@@ -64,7 +64,7 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words) {
 filter_t::filter_t(const options_t &options)
     : ids_(idsNamed(options.ids)), since_(timeOf("--since", options.since)),
       until_(options.at.empty() ? timeOf("--until", options.until) : timeOf("--at", options.at)),
-      times_(options.timeExpression) {
+      times_(options.timeExpression), longest_(options.longest) {
     for (const std::string &words : options.conditions)
         conditions_.push_back(conditionOf(words));
 }

@@ -26,6 +26,8 @@ public:
     /// Whether there is anything to filter by.
     bool isActive() const { return !ids_.empty() || !conditions_.empty() || since_ || until_; }
     const timeFinder_t &times() const { return times_; }
+    /// How many characters a message may have, its NUL included.
+    std::size_t longest() const { return longest_; }
 
 private:
     enum class comparison_t : std::uint8_t { equal, different, less, greater, contains };
@@ -41,6 +43,7 @@ private:
     std::vector<condition_t> conditions_;
     std::optional<logTime_t> since_, until_;
     timeFinder_t times_;
+    std::size_t longest_;
 };
 
 } // namespace vek::tool

@@ -1,6 +1,8 @@
 // options_t: what the command line said, in one struct for all commands; each looks at what concerns it.
 #pragma once
 
+#include "vek/api/problem.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,6 +21,7 @@ struct options_t {
     std::optional<std::uint64_t> head;
     bool follows = false;
     unsigned jobs = 1;
+    std::size_t longest = largestMessage; ///< characters of a message that is read, its NUL included
     std::string color = "auto";
 
     // Of one or a few:

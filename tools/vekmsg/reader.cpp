@@ -45,6 +45,14 @@ std::string item_t::place() const {
     return std::string(file) + ":" + std::to_string(line) + ":" + std::to_string(column);
 }
 
+void passedOver_t::join(const passedOver_t &later) {
+    if (count == 0)
+        *this = later;
+    else
+        count += later.count;
+    largest = std::max(largest, later.largest);
+}
+
 void itemSink_t::message(const inspect::foundMessage_t &found) {
     item_t item;
     item.offset = found.offset;
@@ -65,6 +73,10 @@ void itemSink_t::message(item_t &item) {
     firstOffset_ = std::min(firstOffset_, item.offset);
     lastEnd_ = item.offset + item.stretch;
     item.file = file_;
+    if (const std::size_t size = item.text.size() + 1; size > filter_.longest()) {
+        passedOver_.join({1, item.place(), size, size});
+        return;
+    }
     item.form = form;
     item.mayGrow = mayGrow;
     item.whole = whole.empty() ? item.text : whole;
@@ -118,6 +130,18 @@ void reader_t::fail(const usageError_t &error) {
     complain(error.what());
     status_ = exitUsage;
     input_.reset();
+}
+
+// Behind what was put out of the input.
+void reader_t::tell(const passedOver_t &passedOver) {
+    if (passedOver.count == 0)
+        return;
+    flush();
+    progress_.clear();
+    const std::string more = passedOver.count == 1 ? "" : ", and " + std::to_string(passedOver.count - 1) + " more";
+    complain(passedOver.place + ": a message of " + std::to_string(passedOver.size) + " characters was passed over" +
+             more + "; --longest " + std::to_string(passedOver.largest) + " reads " + (more.empty() ? "it" : "them"));
+    status_ = std::max(status_, exitDifferences);
 }
 
 void reader_t::readAll(const std::string &name) {
@@ -222,6 +246,7 @@ void reader_t::end() {
     takeMeant();
     found_ += input_->sink.found();
     taken_ += input_->sink.taken();
+    tell(input_->sink.passedOver());
     input_.reset();
 }
 
@@ -292,6 +317,7 @@ void reader_t::readSplit(const std::string &name) {
         });
     found_ += counts.found;
     taken_ += counts.taken;
+    tell(counts.passedOver);
     input_.reset();
 }
 
@@ -321,11 +347,14 @@ void reader_t::follow() {
         bool isBusy = false;
         for (const auto &one : all) {
             const std::uint64_t found = one->sink.found(), taken = one->sink.taken();
+            const std::uint64_t passedOver = one->sink.passedOver().count;
             isBusy |= takeNews(*one);
             if (still == stillRounds) // a message that was cut off will not go on
                 one->scanner.finish(one->sink);
             found_ += one->sink.found() - found;
             taken_ += one->sink.taken() - taken;
+            if (passedOver == 0)
+                tell(one->sink.passedOver());
         }
         flush();
         std::erase_if(all, [](const auto &one) { return one->isEnded; });

@@ -19,6 +19,17 @@
 
 namespace vek::tool {
 
+/// The messages that were longer than --longest, and not looked into: how many, and where and how long the first one
+/// is.
+struct passedOver_t {
+    std::uint64_t count = 0;
+    std::string place;
+    std::size_t size = 0, largest = 0;
+
+    /// Puts later ones behind these.
+    void join(const passedOver_t &later);
+};
+
 /// Makes items of what a log scanner finds.
 class itemSink_t final : public inspect::messageSink_t {
 public:
@@ -33,6 +44,7 @@ public:
     /// How many were found, and how many of them the task took.
     std::uint64_t found() const { return found_; }
     std::uint64_t taken() const { return taken_; }
+    const passedOver_t &passedOver() const { return passedOver_; }
     bool isFull() const { return taken_ >= most_; }
     void limit(std::uint64_t most) { most_ = most; }
     /// Where the first message began and the last one ended.
@@ -51,6 +63,7 @@ private:
     std::uint64_t end_ = UINT64_MAX;
     std::uint64_t found_ = 0, taken_ = 0;
     std::uint64_t firstOffset_ = UINT64_MAX, lastEnd_ = 0;
+    passedOver_t passedOver_;
     lazyTree_t lazy_;
 };
 
@@ -83,6 +96,7 @@ private:
     void takeForms(bool isLast);
     void takePiece(std::string_view piece);
     void fail(const usageError_t &error);
+    void tell(const passedOver_t &passedOver);
     void readSplit(const std::string &name);
     struct followed_t {
         followed_t(const std::string &name, const filter_t &filter, task_t &task)
@@ -123,6 +137,7 @@ private:
 
 struct splitCounts_t {
     std::uint64_t found = 0, taken = 0;
+    passedOver_t passedOver;
 };
 
 /// Reads a plain file in pieces on several threads: the output is the same as on one, in the same order. `output` is

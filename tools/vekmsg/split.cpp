@@ -102,6 +102,7 @@ private:
         covered_ = std::max(covered_, piece.last);
         counts_.found += piece.counts.found;
         counts_.taken += piece.counts.taken;
+        counts_.passedOver.join(piece.counts.passedOver);
         task_.join(*piece.task);
         output_(piece.task->out, std::min(size_, (number + 1) * pieceSize));
         ++turn_;
@@ -167,7 +168,7 @@ private:
         }
         if (offset >= size_)
             scanner.finish(sink);
-        piece.counts = {sink.found(), sink.taken()};
+        piece.counts = {sink.found(), sink.taken(), sink.passedOver()};
         piece.first = sink.firstOffset();
         piece.last = sink.lastEnd();
     }

@@ -1,5 +1,6 @@
 #include "tools/page/core/logRows.hpp"
 
+#include "vek/api/problem.hpp"
 #include "vek/inspect/check.hpp"
 #include "vek/inspect/logTime.hpp"
 #include "vek/text/numberText.hpp"
@@ -35,7 +36,10 @@ void logRows_t::take(std::string_view block, std::string &out) {
 }
 
 void logRows_t::message(const foundMessage_t &found) {
-    tree_.read(found.text);
+    // Of a message that no host reads the envelope alone: a page shall not be kept busy by it.
+    constexpr std::size_t envelopeRoom = 64;
+    const bool isTooLong = found.text.size() >= largestMessage;
+    tree_.read(isTooLong ? found.text.substr(0, envelopeRoom) : found.text);
     const envelopeParts_t &envelope = tree_.envelope();
     row_t row{};
     row.offset = static_cast<double>(found.offset);
@@ -52,12 +56,16 @@ void logRows_t::message(const foundMessage_t &found) {
     row.sequence = envelope.sequenceNumber.value;
     if (found.isLengthRight && envelope.sequenceNumber.isThere)
         row.missing = sequences_.take(row.sequence);
-    if (!isClean(tree_))
-        for (const finding_t &finding : check(tree_)) {
-            const auto code = static_cast<std::size_t>(finding.code);
-            row.findings[code / 32] |= std::uint32_t{1} << code % 32;
-            row.severity = std::max<std::uint8_t>(row.severity, finding.severity == severity_t::error ? 2 : 1);
-        }
+    const auto tell = [&row](findingCode_t code, severity_t severity) {
+        const auto bit = static_cast<std::size_t>(code);
+        row.findings[bit / 32] |= std::uint32_t{1} << bit % 32;
+        row.severity = std::max<std::uint8_t>(row.severity, severity == severity_t::error ? 2 : 1);
+    };
+    if (isTooLong)
+        tell(findingCode_t::tooLong, severity_t::error);
+    else if (!isClean(tree_))
+        for (const finding_t &finding : check(tree_))
+            tell(finding.code, finding.severity);
     appendBytes(*out_, row);
 }
 
