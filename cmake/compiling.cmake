@@ -3,13 +3,18 @@
 
 option(VEK_DEVELOPER "For who develops this project: warnings are errors" OFF)
 
-set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, coverage or fuzzer")
+set(VEK_INSTRUMENT "" CACHE STRING "Instrumentation: empty, sanitizers, threads, memory, coverage or fuzzer")
 if(VEK_INSTRUMENT STREQUAL "sanitizers")
     set(instrumentation -fsanitize=address,undefined)
     set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(VEK_INSTRUMENT STREQUAL "threads")
     set(instrumentation -fsanitize=thread)
     set(instrumentedCode ${instrumentation} -fno-omit-frame-pointer)
+elseif(VEK_INSTRUMENT STREQUAL "memory")
+    # The C++ library's own file is not instrumented: what it has ready-made is compiled here instead.
+    set(instrumentation -fsanitize=memory)
+    set(instrumentedCode ${instrumentation} -fno-sanitize-recover=all -fno-omit-frame-pointer
+                         -D_GLIBCXX_EXTERN_TEMPLATE=0)
 elseif(VEK_INSTRUMENT STREQUAL "coverage")
     set(instrumentation --coverage)
     set(instrumentedCode ${instrumentation} -O0)
@@ -18,11 +23,11 @@ elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
     set(instrumentedCode -fsanitize=address,undefined -fsanitize-coverage=inline-8bit-counters,pc-table
                          -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
-    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, coverage or fuzzer")
+    message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, memory, coverage or fuzzer")
 endif()
 
-# The address sanitizer is to see each string body that is used after its release.
-if(VEK_INSTRUMENT MATCHES "sanitizers|fuzzer")
+# The sanitizers are to see each string body that is used after its release, or before it is set.
+if(VEK_INSTRUMENT MATCHES "sanitizers|memory|fuzzer")
     list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 
@@ -54,6 +59,26 @@ function(vekCompiling target)
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
+# What a host loads is compiled as its system's own libraries are: a stack that was written over ends the process, and so
+# does a copy beyond an array whose size the compiler knows. Functions lie apart, so that those that nothing there calls
+# are left out.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fstack-clash-protection VEK_HAS_STACK_CLASH_PROTECTION)
+function(vekLoadedByHosts)
+    if(VEK_INSTRUMENT OR EMSCRIPTEN)
+        return()
+    endif()
+    foreach(target IN LISTS ARGN)
+        target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong>)
+        if(NOT WIN32)
+            target_compile_options(
+                ${target} PRIVATE -ffunction-sections -fdata-sections
+                                  $<$<BOOL:${VEK_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
+                                  "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+        endif()
+    endforeach()
+endfunction()
+
 # Windows looks for a DLL in the folder of the program.
 if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
@@ -69,11 +94,12 @@ function(vekExporting target map def)
             target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
         endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
-        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s>)
+        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat
+                                              -fstack-protector-strong)
         return()
     endif()
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
-                                          -Wl,-z,relro,-z,now)
+                                          -Wl,-z,relro,-z,now,-z,noexecstack -Wl,--gc-sections)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()

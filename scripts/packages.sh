@@ -15,7 +15,7 @@ set -euo pipefail
 packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libsqlite3-dev
           libcurl4-openssl-dev)
 testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
-         dpkg-dev file lintian locales zstd sqlite3 man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
+         dpkg-dev file lintian locales valgrind zstd sqlite3 man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
 case ${1:-build} in
 build) ;;
 test) packages+=("${testing[@]}") ;;

@@ -29,11 +29,12 @@ if [ "${1:-}" = quick ]; then
 fi
 
 # From nothing, sources are compiled together; each alone in the build that is packed.
-echo "Six builds, one after the other. scripts/test.sh quick takes one."
+echo "Seven builds, one after the other. scripts/test.sh quick takes one."
 talk "sources: checking" scripts/lint.sh
 runPreset dev -DVEK_UNITY=ON
 runPreset clang -DVEK_UNITY=ON
 runPreset thread -DVEK_UNITY=ON
+runPreset memory -DVEK_UNITY=ON
 runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=20
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 scripts/test-page.sh
