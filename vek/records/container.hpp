@@ -81,7 +81,7 @@ public:
     Item *add(Item *item) {
         std::unique_ptr<Item> owned(item);
         if (block_->count == block_->capacity)
-            reserve(2 * std::int64_t{block_->capacity});
+            grow();
         return block_->items[block_->count++] = owned.release();
     }
     Item &add(const Item &item) { return *add(new Item(item)); }
@@ -157,6 +157,9 @@ protected:
 private:
     template <class>
     friend struct layoutOf; // pins where the members lie
+
+    // Rare, and therefore once.
+    [[gnu::noinline]] void grow() { reserve(2 * std::int64_t{block_->capacity}); }
 
     void addAll(const Container &other) {
         for (const Item *item : other)

@@ -217,7 +217,7 @@ private:
             new (items_ + count_++) T(value);
     }
 
-    void growTo(std::int32_t capacity) {
+    [[gnu::noinline]] void growTo(std::int32_t capacity) { // rare, and therefore once
         if (static_cast<std::size_t>(capacity) > SIZE_MAX / sizeof(T))
             outOfMemory();
         const std::size_t bytes = static_cast<std::size_t>(capacity) * sizeof(T);
