@@ -110,7 +110,7 @@ class floatingPointGuard_t {
 #elif defined(__EMSCRIPTEN__)
 
 /// Nothing can be set there.
-class floatingPointGuard_t {};
+class [[maybe_unused]] floatingPointGuard_t {};
 
 #else
 
