@@ -19,7 +19,8 @@ std::string messagesInWords(std::int64_t count) {
 void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t milliseconds) {
     std::string words =
         messagesInWords(messages) + " loaded, " + std::to_string(std::max<std::int64_t>(damaged, 0)) + " damaged";
-    if (milliseconds >= 1000)
+    constexpr std::int64_t many = 100'000; // a rate says little of fewer
+    if (messages >= many && milliseconds >= 1000)
         words += "; " + std::to_string(milliseconds / 1000) + " s, " +
                  std::to_string(messages * 1000 / static_cast<std::int64_t>(milliseconds)) + " a second";
     writeAll(2, words + "\n");

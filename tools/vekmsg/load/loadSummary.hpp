@@ -6,7 +6,7 @@
 
 namespace vek::tool {
 
-/// "8 messages loaded, 1 damaged", with the rate when it took more than a second.
+/// "8 messages loaded, 1 damaged", with the rate when they are many and it took more than a second.
 void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t milliseconds);
 
 /// "archive.sqlite holds 8 messages".

@@ -11,6 +11,12 @@ namespace vek::inspect {
 
 namespace {
 
+// The server's times are seconds since 1970 in 32 bits.
+bool isInRange(const logTime_t &time) {
+    constexpr std::int64_t end = std::int64_t{1} << 32;
+    return time.hasDate && time.microseconds >= 0 && time.microseconds / 1'000'000 < end;
+}
+
 class rowWriter_t {
 public:
     rowWriter_t(std::string &out, const row_t &row) : out_(out), row_(row) {}
@@ -52,7 +58,7 @@ private:
     void writeFront() {
         text("source", row_.front.source);
         number("byte_offset", row_.front.byteOffset);
-        if (const std::optional<logTime_t> &time = row_.front.time; time && time->hasDate) {
+        if (const std::optional<logTime_t> &time = row_.front.time; time && isInRange(*time)) {
             name("log_time");
             out_ += '"';
             time->appendTo(out_, ' ', logTime_t::fraction_t::none);
