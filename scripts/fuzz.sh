@@ -4,6 +4,7 @@
 #   fuzz.sh [SECONDS [NAME]]   each for so long (an hour), or one alone
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=scripts/talk.sh
 . scripts/talk.sh
 seconds=${1:-3600}
 

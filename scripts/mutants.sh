@@ -45,7 +45,8 @@ operators() {
     done
 }
 { keys; rows; operators; } | awk -v files="$files" '$1 ~ files' >"$work/all"
-shuf -n "$count" --random-source=<(yes "$seed") "$work/all" >"$work/chosen"
+awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/all" | sort -g | cut -f 2- |
+    awk -v count="$count" 'NR <= count' >"$work/chosen"
 
 targets=(inspectTests vekmsg recordTests textTests frontTests apiTests modelTests conversionMemoryTests)
 talk "mutants: preparing" cmake --preset quick -DVEK_UNITY=OFF -DVEK_DEVELOPER=OFF -DCMAKE_CXX_FLAGS=-O1
@@ -55,11 +56,10 @@ talk "mutants: building" cmake --build --preset quick --target "${targets[@]}"
 isNoticed() {
     local tests=build/quick/tests program
     cmake --build build/quick --target "${targets[@]}" >"$work/build.log" 2>&1 || return 0
-    for program in "$tests/textTests --gtest_filter=-Numbers*" "$tests/recordTests" "$tests/front/frontTests" \
-                   "$tests/inspectTests" "$tests/apiTests --gtest_filter=-Time*:Platform*" "$tests/conversionMemoryTests" \
-                   "ctest --test-dir build/quick -R ^vekmsg[.]" "$tests/modelTests" "$tests/textTests"; do
-        # shellcheck disable=SC2086  # a program with arguments
-        timeout 300 $program >"$work/test.log" 2>&1 || return 0
+    for program in "$tests/textTests --gtest_filter='-Numbers*'" "$tests/recordTests" "$tests/front/frontTests" \
+                   "$tests/inspectTests" "$tests/apiTests --gtest_filter='-Time*:Platform*'" "$tests/conversionMemoryTests" \
+                   "ctest --test-dir build/quick -R '^vekmsg[.]' -E 'pipelines|loadKilled'" "$tests/modelTests" "$tests/textTests"; do
+        timeout 300 bash -c "$program" >"$work/test.log" 2>&1 || return 0
     done
     return 1
 }
