@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <system_error>
@@ -12,6 +13,17 @@
 #if !defined(__cpp_lib_to_chars)
 #    include <cstdio>
 #    include <fast_float/fast_float.h>
+#endif
+
+// What the C++ library's own file writes, the memory sanitizer can't see.
+#if defined(__has_feature)
+#    if __has_feature(memory_sanitizer)
+#        include <sanitizer/msan_interface.h>
+#        define VEK_SHOW_WRITTEN(from, to) __msan_unpoison(from, static_cast<std::size_t>((to) - (from)))
+#    endif
+#endif
+#ifndef VEK_SHOW_WRITTEN
+#    define VEK_SHOW_WRITTEN(from, to) static_cast<void>(0)
 #endif
 
 namespace vek {
@@ -42,7 +54,10 @@ enum class realForm_t { sixDecimals, sixDigits };
 inline char *writeStandardReal(double value, realForm_t form, char *to, char *end) {
     const bool isFixed = form == realForm_t::sixDecimals;
 #if defined(__cpp_lib_to_chars)
-    return std::to_chars(to, end, value, isFixed ? std::chars_format::fixed : std::chars_format::general, 6).ptr;
+    const auto format = isFixed ? std::chars_format::fixed : std::chars_format::general;
+    char *const behind = std::to_chars(to, end, value, format, 6).ptr;
+    VEK_SHOW_WRITTEN(to, behind);
+    return behind;
 #else
     // Such a library has no locale but C's.
     return to + std::snprintf(to, static_cast<std::size_t>(end - to), isFixed ? "%.6f" : "%.6g", value);
