@@ -12,7 +12,7 @@ echo "exports: $exports"
 echo "imports: $imports"
 echo "bytes: $(stat -c %s "$2")"
 [ "$exports" = "$calls" ]
-[ "$imports" = "KERNEL32.dll msvcrt.dll " ]
+[ "$imports" = "ADVAPI32.dll KERNEL32.dll msvcrt.dll " ] # of the first the random number that guards stacks
 [ "$(stat -c %s "$2")" -le "$3" ]
 
 # It may be loaded anywhere, its data is not run, and functions look after their stacks: what they say when one was
