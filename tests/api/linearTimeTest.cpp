@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#    include <malloc.h>
+#endif
+
 #include <algorithm>
 #include <chrono>
 #include <string>
@@ -81,5 +85,26 @@ TEST(Time, IsProportionalToTheLengthOfTheText) {
         EXPECT_LT(timeOf(shape.id, shape.body), 10 * good + seconds_t(0.05))
             << shape.name << ", where well-formed text of that length takes " << good.count() << " s";
 }
+
+#ifdef __GLIBC__
+// What the longest message can cost: of every list, as many elements as there is room for. As docs/hosts.md says it.
+TEST(Cost, OfAStructureIsInProportionToItsText) {
+    if (isInstrumented)
+        GTEST_SKIP() << "the sanitizers have an allocator of their own";
+    constexpr std::size_t longest = 99999, room = 120, written = 200;
+    const auto used = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
+    for (const auto &[id, key] : {std::pair(4101, "ARRAY_CASSETTE"), {4114, "MEDIA_GROUP"}, {4193, "SEP_LIST"}})
+        for (const std::string element : {"\"\",", "1,", "{},", "{1,},"}) {
+            std::string body = std::string("{") + key + "={";
+            while (body.size() < longest - 50)
+                body += element;
+            const std::string text = message(id, body + "};}");
+            const std::size_t before = used();
+            const structure_t structure(text);
+            EXPECT_LE(used() - before, room * text.size()) << key << ' ' << element;
+            EXPECT_LE(test::written(id, structure.address).size(), written * text.size()) << key << ' ' << element;
+        }
+}
+#endif
 
 } // namespace

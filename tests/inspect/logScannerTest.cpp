@@ -109,4 +109,15 @@ TEST(LogScanner, TellsWhatStandsInFront) {
     }
 }
 
+// Whatever a log has in it: what is kept of it stays small, and the next message is found.
+TEST(LogScanner, GivesAMessageWithoutAnEndUp) {
+    const std::string endless = "@@4112    62 7 41 {" + std::string(3 * logScanner_t::largestMessage, 'x');
+    for (const std::size_t block : {std::size_t{1} << 16, endless.size()}) {
+        const std::vector<found_t> found = scanned(endless + state, block);
+        ASSERT_EQ(found.size(), 2U);
+        EXPECT_EQ(found[0].text.size(), logScanner_t::largestMessage);
+        EXPECT_EQ(found[1].text, state);
+    }
+}
+
 } // namespace
