@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# A DLL exports exactly the undecorated calls that are named, imports from the system's libraries only, is hardened, not
-# too large, and tells its version, unless that is empty.
-#   dllInterface.sh OBJDUMP DLL MOST_BYTES WINDRES VERSION CALL...
+# A DLL exports exactly the undecorated calls that are named, imports from the system's libraries only, is hardened, and
+# tells its version, unless that is empty.
+#   dllInterface.sh OBJDUMP DLL WINDRES VERSION CALL...
 set -euo pipefail
 listing=$("$1" -p "$2")
-calls=$(printf '%s\n' "${@:6}" | sort | tr '\n' ' ')
+calls=$(printf '%s\n' "${@:5}" | sort | tr '\n' ' ')
 
 exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' <<<"$listing" | sort | tr '\n' ' ')
 imports=$(sed -n 's/^\tDLL Name: //p' <<<"$listing" | sort | tr '\n' ' ')
@@ -13,7 +13,6 @@ echo "imports: $imports"
 echo "bytes: $(stat -c %s "$2")"
 [ "$exports" = "$calls" ]
 [ "$imports" = "ADVAPI32.dll KERNEL32.dll msvcrt.dll " ] # of the first the random number that guards stacks
-[ "$(stat -c %s "$2")" -le "$3" ]
 
 # It may be loaded anywhere, its data is not run, and functions look after their stacks: what they say when one was
 # written over is in the file.
@@ -23,7 +22,7 @@ done
 grep -qE '^Entry 5 [0-9a-f]+ 0*[1-9a-f][0-9a-f]* Base Relocation' <<<"$listing"
 grep -qa 'stack smashing detected' "$2" || { echo "FAILED: $2 has no stack protection" >&2; exit 1; }
 
-[ -n "$5" ] || exit 0
-resource=$("$4" -O rc -i "$2")
-grep -F "FILEVERSION ${5//./, }, 0" <<<"$resource"
-grep -F "VALUE \"FileVersion\", \"$5\"" <<<"$resource"
+[ -n "$4" ] || exit 0
+resource=$("$3" -O rc -i "$2")
+grep -F "FILEVERSION ${4//./, }, 0" <<<"$resource"
+grep -F "VALUE \"FileVersion\", \"$4\"" <<<"$resource"
