@@ -86,7 +86,7 @@ private:
     }
     void restore() { asm volatile("fldenv %0" : : "m"(environment_)); }
 
-    static constexpr unsigned status = 0x007F;   // the exceptions that happened
+    static constexpr unsigned status = 0x477F;   // the exceptions that happened, and the condition codes
     static constexpr unsigned control = 0x0E3F;  // rounding, masked exceptions, and of the precision what 24 bits lack
     static constexpr unsigned ordinary = 0x023F; // to nearest, all exceptions masked
 
