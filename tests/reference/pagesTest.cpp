@@ -1,5 +1,5 @@
-// The pages for people: their links lead somewhere, their samples are whole and right, they quote the examples as they
-// are.
+// The pages for people: their links lead somewhere, what they name is there, their samples are whole and right, and
+// they quote the examples as they are.
 #include "tools/reference/markdown.hpp"
 #include "vek/inspect/check.hpp"
 
@@ -67,6 +67,30 @@ TEST(Pages, LinksLeadSomewhere) {
         const fs::path target = hash == 0 ? page : page.parent_path() / link.substr(0, hash);
         EXPECT_TRUE(fs::exists(target) && hasHeading(target, link.substr(hash))) << page << " links to " << link;
     }
+}
+
+// The words that stand behind `mark`.
+std::vector<std::string> wordsBehind(const std::string &text, const std::string &mark) {
+    std::vector<std::string> words;
+    for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) {
+        at += mark.size();
+        words.push_back(text.substr(at, text.find_first_of(" `\n;)", at) - at));
+    }
+    return words;
+}
+
+TEST(Pages, NameScriptsAndPresetsThatThereAre) {
+    const std::string presets = contentOf(root / "CMakePresets.json");
+    std::size_t names = 0;
+    for (const fs::path &page : pages()) {
+        const std::string text = contentOf(page);
+        for (const std::string &name : wordsBehind(text, "scripts/"))
+            EXPECT_TRUE(fs::exists(root / "scripts" / name)) << page << ": " << name;
+        for (const std::string &name : wordsBehind(text, "--preset "))
+            EXPECT_NE(presets.find('"' + name + '"'), std::string::npos) << page << ": " << name;
+        names += wordsBehind(text, "scripts/").size() + wordsBehind(text, "--preset ").size();
+    }
+    EXPECT_GT(names, 20U);
 }
 
 TEST(Pages, SamplesAreWholeAndRight) {
