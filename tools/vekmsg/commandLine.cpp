@@ -347,6 +347,9 @@ int commandLine_t::complainAbout(const CLI::ParseError &error, int argc, char **
     const std::string_view near = inspect::nearest(word, names);
     if (word.empty())
         complain("which command? vekmsg --help shows all; vekmsg show FILE is a good first one");
+    else if (identityOf(std::string(word)))
+        complain(std::string(word) + " is a file; which command? vekmsg show " + std::string(word) +
+                 " is a good first one");
     else if (near.empty())
         complain(std::string(word) + " is no command; vekmsg --help shows all");
     else
