@@ -42,7 +42,7 @@ struct options_t {
     std::string source;     ///< what the log is called in tables, when not by its file
     std::string sqlDialect; ///< of schema
     std::string target;     ///< of load: the database
-    std::string page; ///< "man", "bash" or "zsh"
+    std::string page;       ///< "man", "bash" or "zsh"
 };
 
 } // namespace vek::tool
