@@ -70,7 +70,9 @@ function(vekLoadedByHosts)
     endif()
     foreach(target IN LISTS ARGN)
         target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong>)
-        if(NOT WIN32)
+        if(WIN32) # what the check calls is in a library of its own, which programs with these in them need
+            target_link_options(${target} PUBLIC -fstack-protector-strong)
+        else()
             target_compile_options(
                 ${target} PRIVATE -ffunction-sections -fdata-sections
                                   $<$<BOOL:${VEK_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
@@ -94,8 +96,7 @@ function(vekExporting target map def)
             target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
         endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
-        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat
-                                              -fstack-protector-strong)
+        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat)
         return()
     endif()
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL

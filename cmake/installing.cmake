@@ -39,12 +39,16 @@ write_basic_package_version_file(vekParams2ASCIIConfigVersion.cmake COMPATIBILIT
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCIIConfigVersion.cmake DESTINATION ${packageFolder}
         COMPONENT development)
 
-# Found from where the file lies, so that an installation can be moved. Static libraries need the C++ library named.
+# Found from where the file lies, so that an installation can be moved. Static libraries need the C++ library named,
+# and on Windows the one that looks after stacks.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig
            OUTPUT_VARIABLE pcPrefix)
 set(pcCppLibrary)
 if(NOT BUILD_SHARED_LIBS)
     set(pcCppLibrary " -lstdc++ -lm")
+endif()
+if(WIN32)
+    string(APPEND pcCppLibrary " -fstack-protector-strong")
 endif()
 configure_file(packaging/vekParams2ASCII.pc.in vekParams2ASCII.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCII.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig

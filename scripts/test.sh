@@ -28,7 +28,8 @@ if [ "${1:-}" = quick ]; then
     exit 0
 fi
 
-# From nothing, sources are compiled together; each alone in the build that is packed.
+# From nothing, sources are compiled together; each alone in the builds that are packed, where a library takes of
+# another what it needs.
 echo "Seven builds, one after the other. scripts/test.sh quick takes one."
 talk "sources: checking" scripts/lint.sh
 runPreset dev -DVEK_UNITY=ON
@@ -41,7 +42,7 @@ scripts/test-page.sh
 status=0
 scripts/wine-run.sh cmd.exe /c exit || status=$?
 if [ "$status" -eq 0 ]; then
-    runPreset mingw32 -DVEK_UNITY=ON
+    runPreset mingw32
 elif [ "$status" -ne 77 ] || [ -n "${CI:-}" ]; then
     echo "**** The Windows tests did not run: Wine is not there or does not work. ****" >&2
     exit 1

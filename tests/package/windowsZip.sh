@@ -18,7 +18,7 @@ done
 
 # Hosts find the DLL in their own folder.
 flags=(-Wall -Wextra -Wpedantic -Werror -I"$root/include")
-libraries=("$root/lib/libvekTypes.a" "$root/lib/libvekParams2ASCII.dll.a" -static)
+libraries=("$root/lib/libvekTypes.a" "$root/lib/libvekParams2ASCII.dll.a" -static -fstack-protector-strong)
 "$cc" -std=c99 "${flags[@]}" "$source/examples/host.c" -o "$root/bin/hostInC.exe" "${libraries[@]}"
 "$cxx" -std=c++20 "${flags[@]}" "$source/examples/host.cpp" -o "$root/bin/hostInCpp.exe" "${libraries[@]}"
 for host in hostInC hostInCpp; do
