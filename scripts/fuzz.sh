@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 seconds=${1:-3600}
 
 scripts/packages.sh test
-talk "fuzz: preparing" cmake --preset fuzz -DVEK_FUZZ_SECONDS="$seconds"
+talk "fuzz: preparing" cmake --preset fuzz -DVEK_FUZZ_SECONDS="$seconds" -DVEK_FUZZ_SEED=0
 talk "fuzz: building" cmake --build --preset fuzz
 status=0
 talk "fuzz: $seconds s each" ctest --preset fuzz -V -j "$(nproc)" -R "${2:-Fuzz}" || status=$?

@@ -36,7 +36,7 @@ runPreset dev -DVEK_UNITY=ON
 runPreset clang -DVEK_UNITY=ON
 runPreset thread -DVEK_UNITY=ON
 runPreset memory -DVEK_UNITY=ON
-runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=20
+runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=20 -DVEK_FUZZ_SEED=1
 runPreset release -DVEK_TESTS=ON -DVEK_BENCH=ON
 scripts/test-page.sh
 status=0
