@@ -1,5 +1,5 @@
 // Whatever the text: each form gives it back, and where check() finds nothing, reading and writing change nothing. One
-// of these is tried at a time; which, the input's size says.
+// of these is tried at a time.
 #include "fuzz/fuzzInput.hpp"
 #include "vek/inspect/forms.hpp"
 #include "vek/inspect/seal.hpp"
@@ -10,14 +10,14 @@ using namespace vek::inspect;
 namespace {
 
 // What a form may hold beside the message; now and then, as it makes a form many times as long.
-std::vector<finding_t> extras(const tree_t &tree) {
-    return tree.text().size() / 4 % 8 == 0 ? check(tree) : std::vector<finding_t>();
+std::vector<finding_t> extras(const tree_t &tree, const std::string &text) {
+    return choiceBy(text) / 4 % 8 == 0 ? check(tree) : std::vector<finding_t>();
 }
 
 void tryShow(const tree_t &tree, const std::string &text) {
     static std::string form;
     form.clear();
-    const std::vector<finding_t> findings = extras(tree);
+    const std::vector<finding_t> findings = extras(tree, text);
     showOptions_t options;
     options.findings = findings;
     appendShow(form, tree, options);
@@ -27,7 +27,7 @@ void tryShow(const tree_t &tree, const std::string &text) {
 void tryJson(const tree_t &tree, const std::string &text) {
     static std::string form;
     form.clear();
-    const std::vector<finding_t> findings = extras(tree);
+    const std::vector<finding_t> findings = extras(tree, text);
     jsonOptions_t options;
     options.findings = findings;
     options.hasTree = !findings.empty();
@@ -57,6 +57,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string text = textOf(data, size);
     static tree_t tree; // keeps its memory
     tree.read(text);
-    tries[size % std::size(tries)](tree, std::string(vek::withoutNul(text)));
+    tries[choiceBy(text) % std::size(tries)](tree, std::string(vek::withoutNul(text)));
     return 0;
 }

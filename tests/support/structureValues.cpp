@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace vek::test {
 
@@ -93,11 +94,20 @@ std::string shownField(const fieldDescription_t &field) {
     const std::int32_t count = field.list == listKind_t::array && field.countMember != nullptr
                                    ? std::min(run.count, *static_cast<const std::int32_t *>(field.countMember))
                                    : run.count;
+    std::optional<structureValues_t> record; // described once
     for (std::int32_t i = 0; i < count; ++i) {
         void *element = elementOf(field, run, i);
-        all += element == nullptr              ? "null"
-               : field.visitElement != nullptr ? structureValues_t(field.visitElement, element).shown()
-                                               : shownValue(field, element, field.elementRoom);
+        if (element == nullptr) {
+            all += "null";
+        } else if (field.visitElement == nullptr) {
+            all += shownValue(field, element, field.elementRoom);
+        } else {
+            if (record)
+                record->moveTo(element);
+            else
+                record.emplace(field.visitElement, element);
+            all += record->shown();
+        }
         all += ',';
     }
     return all;
@@ -186,10 +196,19 @@ void changeField(const fieldDescription_t &field, std::minstd_rand &random) {
     }
 }
 
+// To where the field is in another structure.
+void move(fieldDescription_t &field, const char *from, const char *to) {
+    for (const void **address : {&field.value, &field.countMember})
+        if (*address != nullptr)
+            *address = to + (static_cast<const char *>(*address) - from);
+    if (field.isSet != nullptr)
+        field.isSet = reinterpret_cast<const std::uint8_t *>(to) + (reinterpret_cast<const char *>(field.isSet) - from);
+}
+
 } // namespace
 
 structureValues_t::structureValues_t(void (*show)(recordVisitor_t &), void *structure)
-    : base_(static_cast<char *>(structure)) {
+    : base_(static_cast<const char *>(structure)) {
     struct visitor_t : recordVisitor_t {
         explicit visitor_t(structureValues_t &wanted) : values(wanted) {}
         void visit(const recordDescription_t &record) override {
@@ -209,14 +228,15 @@ void structureValues_t::addMembers(const textGroup_t &group) {
             addMembers(*field.group);
             continue;
         }
-        for (const void **address : {&field.value, &field.countMember})
-            if (*address != nullptr)
-                *address = base_ + (static_cast<const char *>(*address) - declared_);
-        if (field.isSet != nullptr)
-            field.isSet = reinterpret_cast<const std::uint8_t *>(base_) +
-                          (reinterpret_cast<const char *>(field.isSet) - declared_);
+        move(field, declared_, base_);
         fields_.push_back(field);
     }
+}
+
+void structureValues_t::moveTo(void *structure) {
+    for (fieldDescription_t &field : fields_)
+        move(field, base_, static_cast<const char *>(structure));
+    base_ = static_cast<const char *>(structure);
 }
 
 std::string structureValues_t::shown() const {

@@ -20,6 +20,9 @@ public:
     /// The structure, which must outlive this, is of the record class that `show` shows.
     structureValues_t(void (*show)(recordVisitor_t &), void *structure);
 
+    /// Another structure of the same kind.
+    void moveTo(void *structure);
+
     /// Every value that a text can carry, a line each.
     std::string shown() const;
 
@@ -30,7 +33,7 @@ public:
 private:
     void addMembers(const textGroup_t &group);
 
-    char *base_;
+    const char *base_;
     const char *declared_ = nullptr;
     std::vector<fieldDescription_t> fields_;
 };
