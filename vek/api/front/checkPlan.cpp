@@ -3,6 +3,8 @@
 
 #include "vek/text/enumField.hpp"
 
+#include <optional>
+
 namespace vek {
 
 namespace {
@@ -29,7 +31,8 @@ bool isRangeType(const fieldDescription_t &field) {
     return field.names == rangeType.names;
 }
 
-checkRuleKind_t kindOf(const fieldDescription_t &field, std::int32_t room) {
+// Nothing: any value comes back.
+std::optional<checkRuleKind_t> kindOf(const fieldDescription_t &field, std::int32_t room) {
     switch (field.kind) {
     case fieldKind_t::float64:
         return checkRuleKind_t::reals;
@@ -38,7 +41,7 @@ checkRuleKind_t kindOf(const fieldDescription_t &field, std::int32_t room) {
     case fieldKind_t::boolean:
         return checkRuleKind_t::flag;
     case fieldKind_t::enumeration:
-        return isRangeType(field) ? checkRuleKind_t::none : checkRuleKind_t::name;
+        return isRangeType(field) ? std::nullopt : std::optional(checkRuleKind_t::name);
     case fieldKind_t::text:
         return room >= 0             ? checkRuleKind_t::arrayText
                : field.isTextPointer ? checkRuleKind_t::pointerText
@@ -51,7 +54,7 @@ checkRuleKind_t kindOf(const fieldDescription_t &field, std::int32_t room) {
     case fieldKind_t::pixels:
         break;
     }
-    return checkRuleKind_t::none;
+    return std::nullopt;
 }
 
 class planMaker_t {
@@ -78,13 +81,15 @@ private:
             rule.kind = checkRuleKind_t::range;
         } else if (field.list != listKind_t::none) {
             makeList(rule, field);
-        } else {
-            rule.kind = kindOf(field, field.room);
+        } else if (const auto kind = kindOf(field, field.room)) {
+            rule.kind = *kind;
             rule.limit = rule.kind == checkRuleKind_t::name ? field.nameCount : field.room;
             rule.runsOn = field.reach > field.room;
             rule.isSet = field.isSet != nullptr ? distance(address_, field.isSet) : checkRule_t::nowhere;
+        } else {
+            return;
         }
-        if (rule.kind != checkRuleKind_t::none && !joinsLast(rule))
+        if (!joinsLast(rule))
             plan_.rules.push_back(std::move(rule));
     }
 
@@ -115,11 +120,12 @@ private:
             return;
         }
         list.element = std::make_unique<structureCheck_t::plan_t>();
-        checkRule_t element;
-        element.kind = kindOf(field, field.elementRoom);
-        element.limit = field.elementRoom;
-        if (element.kind != checkRuleKind_t::none)
+        if (const auto kind = kindOf(field, field.elementRoom)) {
+            checkRule_t element;
+            element.kind = *kind;
+            element.limit = field.elementRoom;
             list.element->rules.push_back(std::move(element));
+        }
     }
 
     structureCheck_t::plan_t &plan_;

@@ -70,10 +70,10 @@ bool hasFiniteBits(const char *at) {
 bool isFine(const checkRule_t &rule, const char *at) {
     if (rule.kind != checkRuleKind_t::reals)
         return isFineText(rule, at);
-    for (std::size_t i = 0; i < rule.count; ++i)
-        if (!hasFiniteBits(at + i * sizeof(double)))
-            return false;
-    return true;
+    const char *const end = at + rule.count * sizeof(double);
+    while (at != end && hasFiniteBits(at))
+        at += sizeof(double);
+    return at == end;
 }
 
 std::string shown(double value) {
@@ -146,11 +146,9 @@ private:
         case checkRuleKind_t::range:
             return checkRange(where, valueAt<valueRange_t>(structure, rule.value));
         case checkRuleKind_t::list:
-            return checkList(where, structure);
-        case checkRuleKind_t::none:
             break;
         }
-        return true;
+        return checkList(where, structure);
     }
 
     bool checkReals(const where_t &where, const char *structure) {

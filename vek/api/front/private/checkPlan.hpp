@@ -16,7 +16,6 @@
 namespace vek {
 
 enum class checkRuleKind_t : std::uint8_t {
-    none,
     reals, ///< as many as the rule's count, one behind the other
     real32,
     flag,
@@ -50,7 +49,7 @@ struct memberSpan_t {
 struct checkRule_t {
     static constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
 
-    checkRuleKind_t kind = checkRuleKind_t::none;
+    checkRuleKind_t kind{};
     bool runsOn = false;         ///< a text may go on behind its array
     std::int32_t limit = -1;     ///< the names of an enumeration, or the size of a character array
     std::size_t count = 1;       ///< of reals
