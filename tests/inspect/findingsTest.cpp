@@ -89,6 +89,7 @@ TEST(Findings, AreUnderTheirPlaces) {
 TEST(Findings, OfEnvelopes) {
     const case_t envelopes[] = {
         {0, "@@4118    38 7 42 {DEVICE_STATE=3;}!!\n", "", "trailing-text"},
+        {0, "@@4118    28 7 42 }!! after", "", "wrong-length body-shape missing-key trailing-text", "22"},
         {0, "@@4118    37 7 42 {DEVICE_STATE=3;}!!", "", "wrong-length", "38"},
         {0, "@@4118    99 7 42 {DEVICE_STATE=3;", "", "wrong-length no-end-marker", "35"},
         {0, "@@4118    99 7 42 {DEVICE_STATE=3", "", "wrong-length no-end-marker", "34"},

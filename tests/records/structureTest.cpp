@@ -191,13 +191,15 @@ TEST(HostStructures, PrintWhateverValuesTheyHold) {
     std::memset(&image, 'x', sizeof image);
     EXPECT_TRUE(printed(4172, image).ends_with("NAME=" + full + shorter + ";SEPARATION=" + shorter + ";}"));
 
-    // As many messages as the host says, beyond the structure's own room too.
+    // As many messages as the host says, beyond the structure's own room too; each to its own last character.
     std::vector<char> room(sizeof(DeviceStatus) + std::size_t{2} * 255, 'm');
     const DeviceStatus head{0, 0, 0, 12, {}};
     std::memcpy(room.data(), &head, offsetof(DeviceStatus, msgs));
+    room[offsetof(DeviceStatus, msgs) + 254] = ';';
     const std::string body = printed(4161, room[0]);
     EXPECT_TRUE(body.starts_with("{STATUS=0;LOW_STATUS=0;SEVERITY=0;NUM_OF_MESSAGES=12;MSGS={m"));
-    EXPECT_EQ(std::count(body.begin(), body.end(), 'm'), 12 * 255);
+    EXPECT_EQ(std::count(body.begin(), body.end(), 'm'), 12 * 255 - 1);
+    EXPECT_NE(body.find("m\2,m"), std::string::npos);
 }
 
 } // namespace
