@@ -13,8 +13,12 @@ talk "fuzz: preparing" cmake --preset fuzz -DVEK_FUZZ_SECONDS="$seconds" -DVEK_F
 talk "fuzz: building" cmake --build --preset fuzz
 status=0
 talk "fuzz: $seconds s each" ctest --preset fuzz -V -j "$(nproc)" -R "${2:-Fuzz}" || status=$?
-grep -E 'Test +#|number_of_executed_units' "$talkLog" | awk '
-    /Test +#/ { sub(/^ *[0-9]+\/[0-9]+ /, ""); print; next }
-    { number = $1; sub(/:.*/, "", number); count[number] = $NF; all += $NF }
-    END { printf "%d inputs in all\n", all }'
+grep -aE '^[0-9]+: (stat::number_of_executed_units|.*Test unit written)|Test +#' "$talkLog" | awk '
+    /number_of_executed_units/ { count[$1] = $NF; all += $NF; next }
+    /Test unit written/ { found[$1] = $NF; next }
+    { # "1/8 Test #1: conversionFuzz ....   Passed   32.21 sec"
+        number = substr($3, 2)
+        printf "%-16s %12d inputs%s\n", $4, count[number], found[number] ? ", one that fails: build/fuzz/fuzz/" substr(found[number], 3) : ""
+    }
+    END { printf "%-16s %12d inputs\n", "all", all }'
 exit "$status"

@@ -28,7 +28,7 @@ std::string shownReal(double value) {
     return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
 }
 
-// A continuous range is its ends.
+// A continuous range is its ends. Which sign a zero has there, one too that comes of six decimals, is nobody's promise.
 std::string shownRange(const valueRange_t &range) {
     if (range.isEmpty())
         return "no values";
@@ -38,8 +38,10 @@ std::string shownRange(const valueRange_t &range) {
     if (range.kind != valueRange_t::discrete && values.size() == 2 && values[1] < values[0])
         std::swap(values[0], values[1]);
     std::string all = std::to_string(range.kind);
-    for (const double value : values)
-        all += ',' + shownReal(range.kind == valueRange_t::discrete ? value : value + 0.0); // no zero with a sign
+    for (const double value : values) {
+        const std::string text = shownReal(value);
+        all += ',' + (range.kind != valueRange_t::discrete && text == "-0.000000" ? "0.000000" : text);
+    }
     return all;
 }
 
