@@ -6,14 +6,14 @@
 
 namespace vek::inspect {
 
-using enum bodyTarget_t::kind_t;
-
 bodyBuilder_t::bodyBuilder_t(const recordSchema_t *named) {
+    using enum bodyTarget_t::kind_t;
     top_.kind = named != nullptr ? record : unknown;
     top_.record = named;
 }
 
 const fieldSchema_t *bodyBuilder_t::fieldOf(std::string_view key) const {
+    using enum bodyTarget_t::kind_t;
     const bodyTarget_t &target = levels_.empty() ? top_ : levels_.back().target;
     return target.kind == record ? target.record->find(key) : target.kind == list ? target.field : nullptr;
 }
@@ -27,6 +27,7 @@ bool bodyBuilder_t::putKey(std::string_view &name) {
 }
 
 void bodyBuilder_t::begin(std::string_view name) {
+    using enum bodyTarget_t::kind_t;
     const bool isInsideList = isInList();
     const bool isKeyed = putKey(name);
     text_ += '{';

@@ -11,9 +11,6 @@ namespace vek::inspect {
 
 namespace {
 
-using enum findingCode_t;
-using enum severity_t;
-
 constexpr std::array<std::string_view, findingCodeCount> names{
     "no-start-marker",   "no-end-marker", "no-id",          "unknown-id",    "no-structure",        "wrong-length",
     "header-number",     "trailing-text", "inner-nul",      "too-long",      "body-shape",          "unbalanced-brace",

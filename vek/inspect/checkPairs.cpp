@@ -10,9 +10,6 @@ namespace vek::inspect {
 
 namespace {
 
-using enum findingCode_t;
-using enum severity_t;
-
 std::string_view trimmed(std::string_view text) {
     while (!text.empty() && isSpace(text.front()))
         text.remove_prefix(1);

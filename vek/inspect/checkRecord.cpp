@@ -9,9 +9,6 @@ namespace vek::inspect {
 
 namespace {
 
-using enum findingCode_t;
-using enum severity_t;
-
 // Whether a host writes the field although its key was not there: texts and lists are empty then, and left out.
 bool isAlwaysWritten(const fieldSchema_t &field) {
     if (field.list == listKind_t::array)

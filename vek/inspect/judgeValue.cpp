@@ -12,9 +12,6 @@ namespace vek::inspect {
 
 namespace {
 
-using enum findingCode_t;
-using enum severity_t;
-
 valueFinding_t found(findingCode_t code, severity_t severity, std::string message, std::string consequence,
                      std::string suggestion = {}) {
     return {code, severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
@@ -60,6 +57,8 @@ std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
 
 // What stands there is no number, or goes on behind one.
 valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view read) {
+    using enum findingCode_t;
+    using enum severity_t;
     std::size_t digits = 0;
     const std::size_t end = numberEnd(value, isReal, digits);
     if (digits == 0)
@@ -72,6 +71,8 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
 }
 
 valueFinding_t judgeInteger(std::string_view value, bool isShort) {
+    using enum findingCode_t;
+    using enum severity_t;
     const std::int32_t wide = readInteger(value);
     const std::int32_t read = isShort ? static_cast<std::int16_t>(wide) : wide;
     char digits[integerRoom];
@@ -116,6 +117,8 @@ bool isUsualReal(std::string_view value) {
 }
 
 valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
+    using enum findingCode_t;
+    using enum severity_t;
     if (kind == fieldKind_t::float64 && isUsualReal(value))
         return {};
     const double exact = readReal(value);
@@ -136,6 +139,8 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
 }
 
 valueFinding_t judgeBoolean(std::string_view value) {
+    using enum findingCode_t;
+    using enum severity_t;
     if (value == "TRUE" || value == "FALSE")
         return {};
     constexpr std::array<std::string_view, 2> both{"TRUE", "FALSE"};
@@ -146,6 +151,8 @@ valueFinding_t judgeBoolean(std::string_view value) {
 }
 
 valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
+    using enum findingCode_t;
+    using enum severity_t;
     if (field.valueOf(value) >= 0)
         return {};
     const std::vector<std::string_view> names(field.names.begin(), field.names.end());
@@ -154,6 +161,8 @@ valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
 }
 
 valueFinding_t judgeText(std::string_view value, std::int32_t room) {
+    using enum findingCode_t;
+    using enum severity_t;
     if (room >= 0 && value.size() >= static_cast<std::size_t>(room)) {
         const std::string most = std::to_string(room - 1);
         return found(beyondRoom, error,

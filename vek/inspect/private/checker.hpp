@@ -44,6 +44,9 @@ public:
     std::vector<finding_t> take() { return std::move(findings_); }
 
 private:
+    using enum findingCode_t;
+    using enum severity_t;
+
     void checkEnvelope();
     void checkNumbers();
     void checkLength();
