@@ -33,6 +33,14 @@ endif()
 
 option(VEK_UNITY "Compile sources several at once: quicker from nothing, slower after a change" OFF)
 
+if(VEK_UNITY AND NOT CMAKE_BUILD_TYPE) # the quick build links many programs, which takes this linker half the time
+    find_program(VEK_GOLD ld.gold)
+    mark_as_advanced(VEK_GOLD)
+    if(VEK_GOLD)
+        string(APPEND CMAKE_EXE_LINKER_FLAGS " -fuse-ld=gold")
+    endif()
+endif()
+
 # WebAssembly's code for tables that are moved at loading is slower, and nothing is loaded there.
 set(isLoaded ON)
 if(EMSCRIPTEN)
