@@ -129,36 +129,35 @@ inline constexpr auto ordinaryStart = [] {
     return std::array<char, 7>{'@', '@', '0' + Id / 1000, '0' + Id / 100 % 10, '0' + Id / 10 % 10, '0' + Id % 10, ' '};
 }();
 
-/// Whether the `width` characters at `at` are a number in decimal, blanks in front of it.
-inline bool isPadded(const char *at, std::size_t width, std::size_t number) {
-    const char *last = at + width;
-    for (; number != 0; number /= 10)
-        if (last == at || *--last != static_cast<char>('0' + number % 10))
+/// Whether characters are this number in decimal, with blanks in front of it or without.
+inline bool isPadded(std::string_view text, std::size_t number) {
+    const char *at = text.data();
+    const char *const end = at + text.size();
+    while (at != end && *at == ' ')
+        ++at;
+    std::size_t said = 0;
+    for (; at != end; ++at) {
+        if (!isDigit(*at))
             return false;
-    while (last != at)
-        if (*--last != ' ')
-            return false;
-    return true;
+        said = said * 10 + static_cast<std::size_t>(*at - '0');
+    }
+    return said == number;
 }
 
 } // namespace detail
 
-/// Whether a text is message `Id` with an envelope as the library writes it, told in fewer steps than checkMessage:
-/// that would find no problem either. Of other texts, which checkMessage may find right too, it tells
-/// false. The text comes without its NUL.
+/// Whether a text without a NUL is message `Id` with an envelope as the library writes it, told in fewer steps than
+/// checkMessage: that would find no problem either. Of other texts, which checkMessage may find right too, it tells
+/// false.
 template <std::int32_t Id>
 bool isOrdinaryMessage(std::string_view text) {
     constexpr std::size_t lengthDigits = 5;
     const auto &start = detail::ordinaryStart<Id>;
     constexpr std::size_t behindLength = start.size() + lengthDigits;
     // Whatever stands between a blank behind the length and the "!!" at the end, reading meets them both.
-    if (text.size() < behindLength + 3 || std::memcmp(text.data(), start.data(), start.size()) != 0 ||
-        text[behindLength] != ' ' || !text.ends_with("!!") ||
-        !detail::isPadded(text.data() + start.size(), lengthDigits, text.size() + 1))
-        return false;
-    const char *const at = text.data() + behindLength;
-    const char *const end = text.data() + text.size();
-    return std::memchr(at, '\0', static_cast<std::size_t>(end - at)) == nullptr;
+    return text.size() >= behindLength + 3 && std::memcmp(text.data(), start.data(), start.size()) == 0 &&
+           text[behindLength] == ' ' && text.ends_with("!!") &&
+           detail::isPadded(text.substr(start.size(), lengthDigits), text.size() + 1);
 }
 
 } // namespace vek

@@ -54,12 +54,13 @@ namespace vek {
 struct textToRead_t {
     textToRead_t(std::string_view text) : whole(text), hasNul(text.ends_with('\0')) {}
     textToRead_t(const char *text, std::size_t size) : textToRead_t(std::string_view(text, size)) {}
-    textToRead_t(const char *text) : whole(text), hasNul(true) {}
+    textToRead_t(const char *text) : whole(text), hasNul(true), isCString(true) {}
     textToRead_t(const std::string &text) : whole(text), hasNul(true) {}
     textToRead_t(const messageText_t &text) : whole(text.view()), hasNul(true) {}
 
     std::string_view whole; ///< with its NUL or without
     bool hasNul;            ///< in the view or right behind it
+    bool isCString = false; ///< so that it has none before its end
 };
 
 /// Releases a structure that the library made.
@@ -93,22 +94,29 @@ owned_t<Structure> makeStructure(std::int32_t id, const char *text) {
 
 /// Whether nothing is wrong with a text, as far as can be told in few steps.
 template <std::int32_t Id>
-bool isOrdinary(std::string_view text, std::size_t longest) {
-    text = withoutNul(text);
-    return text.size() < longest && isOrdinaryMessage<Id>(text);
+bool isOrdinary(const textToRead_t &text, std::size_t longest) {
+    const std::string_view message = withoutNul(text.whole);
+    return message.size() < longest && isOrdinaryMessage<Id>(message) &&
+           (text.isCString || std::memchr(message.data(), '\0', message.size()) == nullptr);
+}
+
+/// The structure of a text that has no NUL behind it.
+template <class Structure>
+owned_t<Structure> makeFromCopy(std::int32_t id, std::string_view text) {
+    char copy[512];
+    if (text.size() >= sizeof copy)
+        return makeStructure<Structure>(id, std::string(text).c_str());
+    std::memcpy(copy, text.data(), text.size());
+    copy[text.size()] = '\0';
+    return makeStructure<Structure>(id, copy);
 }
 
 /// Reads a text that was found right.
 template <std::int32_t Id>
 owned_t<structureOf_t<Id>> readMessage(const textToRead_t &text) {
-    if (text.hasNul)
+    if (text.hasNul) [[likely]]
         return makeStructure<structureOf_t<Id>>(Id, text.whole.data());
-    char copy[512];
-    if (text.whole.size() >= sizeof copy)
-        return makeStructure<structureOf_t<Id>>(Id, std::string(text.whole).c_str());
-    std::memcpy(copy, text.whole.data(), text.whole.size());
-    copy[text.whole.size()] = '\0';
-    return makeStructure<structureOf_t<Id>>(Id, copy);
+    return makeFromCopy<structureOf_t<Id>>(Id, text.whole);
 }
 
 template <messageStructure Structure>
@@ -198,7 +206,7 @@ requires structuredId<Id>
                                                std::size_t longest = largestMessage) {
     if (problem)
         problem = {};
-    if (!detail::isOrdinary<Id>(text.whole, longest)) {
+    if (!detail::isOrdinary<Id>(text, longest)) {
         problem = checkMessage(text.whole, Id, longest);
         if (problem)
             return nullptr;
@@ -209,7 +217,7 @@ requires structuredId<Id>
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
-    if (!detail::isOrdinary<Id>(text.whole, longest))
+    if (!detail::isOrdinary<Id>(text, longest))
         if (problem_t problem = checkMessage(text.whole, Id, longest))
             throw messageError_t(std::move(problem));
     return detail::readMessage<Id>(text);

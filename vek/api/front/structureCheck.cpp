@@ -350,12 +350,9 @@ structureCheck_t::~structureCheck_t() = default;
 // A run is begun only at the first value that takes more to tell.
 bool structureCheck_t::isKept(const void *structure) const {
     const auto *const start = static_cast<const char *>(structure);
-    std::size_t fine = 0;
     for (const checkRule_t &rule : plan_->rules)
-        if (isFine(rule, start + rule.value))
-            ++fine;
-        else
-            return isKeptFrom(*plan_, fine, start);
+        if (!isFine(rule, start + rule.value))
+            return isKeptFrom(*plan_, static_cast<std::size_t>(&rule - plan_->rules.data()), start);
     return true;
 }
 
