@@ -68,6 +68,7 @@ inline constexpr change_t all[] = {
      [](auto &one, auto &, with_t &with) { one = std::string_view(one).substr(with.start, with.extent); }},
     {"own text appended",
      [](auto &one, auto &, with_t &with) { one.append(std::string_view(one).substr(with.start, with.extent)); }},
+    {"own end appended", [](auto &one, auto &, with_t &with) { one.append(one.c_str() + with.start); }},
     {"one character",
      [](auto &one, auto &, with_t &with) {
          if (with.extent > 0)

@@ -54,7 +54,7 @@ public:
 
     string_t deepCopy() const { return text(); }
     string_t operator+(const char *other) const { return text() + other; }
-    void append(const char *other) { insert(text().size(), 0, other); }
+    void append(const char *other) { append(std::string_view(other)); }
     void append(std::string_view other) { replace(text().size(), 0, other.data(), other.size()); }
     operator std::string_view() const { return text(); }
     void prepend(std::nullptr_t, std::size_t n) { insert(0, 0, std::string(n, ' ')); }

@@ -132,7 +132,7 @@ public:
     // Changing. Source texts may be part of this very string.
 
     /// Appends the text; a null pointer appends nothing.
-    string_t &append(const char *text) { return append(text, text != nullptr ? std::strlen(text) : 0); }
+    string_t &append(const char *text);
     /// Appends exactly n characters; n blanks for a null pointer.
     string_t &append(const char *text, std::size_t n);
     string_t &append(std::string_view text) { return append(text.data(), text.size()); }
@@ -232,6 +232,9 @@ private:
     }
     /// Does the text begin in this one?
     bool isOwnText(const char *text) const;
+    /// The common case of append: room is left, and the capacity is the rounded one before and after. What is rare is
+    /// one call that shares nothing with it, so that the common case runs straight through.
+    static bool hasRoom(const stringRep_t *own, std::size_t n);
     /// append, whatever it takes.
     string_t &appendGrowing(const char *text, std::size_t n);
     /// -1, 0 or 1.
@@ -249,19 +252,30 @@ private:
 
 static_assert(sizeof(string_t) == sizeof(void *));
 
+inline bool string_t::hasRoom(const stringRep_t *own, std::size_t n) {
+    return own != nullptr && own->isPrivate() && !stringSettings.sizesChanged && n <= own->capacity - own->length;
+}
+
 inline string_t &string_t::append(const char *text, std::size_t n) {
-    // The common case: room is left, and the capacity is the rounded one before and after. What is rare is one call
-    // that shares nothing with it, so that the common case runs straight through.
     stringRep_t *const own = body;
-    if (own == nullptr || !own->isPrivate() || text == nullptr || stringSettings.sizesChanged) [[unlikely]]
+    if (text == nullptr || !hasRoom(own, n)) [[unlikely]]
         return appendGrowing(text, n);
     const std::uint32_t before = own->length;
-    if (n > own->capacity - before) [[unlikely]]
-        return appendGrowing(text, n);
-    char *const end = own->data + before;
     own->length = before + static_cast<std::uint32_t>(n);
+    char *const end = own->data + before;
     std::memmove(end, text, n);
     end[n] = '\0';
+    return *this;
+}
+
+inline string_t &string_t::append(const char *text) {
+    stringRep_t *const own = body;
+    const std::size_t n = text != nullptr ? std::strlen(text) : 0;
+    if (text == nullptr || !hasRoom(own, n)) [[unlikely]]
+        return appendGrowing(text, n);
+    const std::uint32_t before = own->length;
+    own->length = before + static_cast<std::uint32_t>(n);
+    std::memmove(own->data + before, text, n + 1); // with its NUL: of a short literal that is one step less
     return *this;
 }
 
