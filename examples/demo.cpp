@@ -73,9 +73,13 @@ bool roundTrip(const char *file) {
 } // namespace
 
 int main(int argc, char **argv) {
+    if (argc == 1) {
+        std::puts("demo FILE...    each file holds one text message");
+        return 2;
+    }
     int same = 0;
     for (int i = 1; i < argc; ++i)
         same += roundTrip(argv[i]) ? 1 : 0;
     std::printf("%d of %d messages came back as they were.\n", same, argc - 1);
-    return argc > 1 && same == argc - 1 ? 0 : 1;
+    return same == argc - 1 ? 0 : 1;
 }
