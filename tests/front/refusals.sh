@@ -25,6 +25,7 @@ refuses c++20 'several messages share this structure: say which, [a-z]+<VEK_MSG_
     'vek::problem_t problem; (void)vek::reply(7, vek::IdRecord{}, problem);' \
     '(void)vek::parse<vek::IdRecord>("");' \
     'auto record = vek::defaults<vek::IdRecord>();'
+refuses c++20 'deleted' '(void)vek::parse<vek::Media>(nullptr);'
 refuses c++20 'nodiscard' \
     'vek::parse<vek::FocusValue>("");' 'vek::print(vek::Media());' 'vek::check(vek::Media());' 'vek::messageId("");' \
     'vek::reply(7, vek::Media());' 'vek::defaults<vek::Media>();' 'vek::printLossy(vek::Media());'

@@ -55,6 +55,7 @@ struct textToRead_t {
     textToRead_t(std::string_view text) : whole(text), hasNul(text.ends_with('\0')) {}
     textToRead_t(const char *text, std::size_t size) : textToRead_t(std::string_view(text, size)) {}
     textToRead_t(const char *text) : whole(text), hasNul(true), isCString(true) {}
+    textToRead_t(std::nullptr_t) = delete; ///< without a text, defaults() makes the structure
     textToRead_t(const std::string &text) : whole(text), hasNul(true) {}
     textToRead_t(const messageText_t &text) : whole(text.view()), hasNul(true) {}
 
