@@ -170,7 +170,7 @@ struct imageTopLeft_t : record_t<ImageTopLeft> {
     /// Hosts rely on a long name running on into the separation, and on the separation then being written over it;
     /// so both are placed after the parse, in this order, whatever order the text has them in.
     void assignPairs(bodyScanner_t &pairs) override;
-    bodyCursor_t readBraced(bodyCursor_t) override { return {}; } // by assignPairs alone
+    bodyCursor_t readAt(bodyCursor_t) override { return {}; } // by assignPairs alone
 };
 
 void placedTextField_t::describe(fieldDescription_t &description) const {

@@ -8,6 +8,7 @@
 
 #include "vek/text/characterBlock.hpp"
 #include "vek/text/characters.hpp"
+#include "vek/text/numberText.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 #include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
@@ -42,19 +43,19 @@ public:
         return isHere;
     }
 
-    /// Goes behind "{}" if it stands here.
-    bool skipEmptyBody() {
-        const bool isHere = end_ - at_ >= 2 && at_[0] == openBrace && at_[1] == closeBrace;
-        at_ += isHere ? 2 : 0;
-        return isHere;
+    /// Goes behind `word` if it stands here, be it a whole value or not.
+    bool skip(std::string_view word) {
+        if (static_cast<std::size_t>(end_ - at_) < word.size() || !areSame(at_, word.data(), word.size()))
+            return false;
+        at_ += word.size();
+        return true;
     }
 
     /// Goes behind `key` and a "=" if they stand here.
     bool skipKey(std::string_view key) {
-        if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] ||
-            !areSame(at_, key.data(), key.size()))
+        if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] || !skip(key))
             return false;
-        at_ += key.size() + 1;
+        ++at_;
         return true;
     }
 
@@ -80,6 +81,14 @@ public:
         const bool isWhole = at != digits && at != end_ && isSeparator(*at);
         at_ = isWhole ? at : at_;
         return isWhole;
+    }
+
+    /// Goes behind a real as this library writes it, "-12.500000", and returns true; false when something else is here.
+    /// More digits than that are not looked for: what follows is then no separator.
+    bool real(double &value) {
+        const char *const behind = readSixDecimals(at_, end_, value);
+        at_ = behind != nullptr ? behind : at_;
+        return behind != nullptr;
     }
 
     /// Goes behind an integer of one to three digits and a comma, as most characters of 16-bit texts are, and returns
@@ -109,7 +118,7 @@ public:
             const characterBlock_t block(at);
             const unsigned brace = block.equal(closeBrace);
             const unsigned inFront = (brace & (0U - brace)) - 1; // all, when there is no brace
-            count += std::popcount(block.equal(separators[2]) & inFront);
+            count += characterBlock_t::count(block.equal(separators[2]) & inFront);
             if (brace != 0)
                 return count;
         }

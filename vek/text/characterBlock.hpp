@@ -34,6 +34,14 @@ public:
     /// The same for `c` too.
     unsigned structuralOr(char c) const { return mask(_mm_or_si128(structuralBytes(), equalBytes(c))); }
 
+    /// How many bits there are. (Where the processor may lack the instruction, std::popcount is a call.)
+    static int count(unsigned mask) {
+        mask -= mask >> 1 & 0x5555;
+        mask = (mask & 0x3333) + (mask >> 2 & 0x3333);
+        mask = (mask + (mask >> 4)) & 0x0F0F;
+        return static_cast<int>((mask + (mask >> 8)) & 0x1F);
+    }
+
     void copyTo(char *to) const { _mm_storeu_si128(reinterpret_cast<__m128i *>(to), block_); }
 
 private:

@@ -67,16 +67,17 @@ public:
         found_ = found > 0 ? found : found_;
     }
 
-    bodyCursor_t readBraced(bodyCursor_t at) override {
+    // With the element's record made inline, where the compiler knows the pass.
+    [[gnu::flatten]] bodyCursor_t readAt(bodyCursor_t at) override {
         if (!at.skip(openBrace))
             return {};
         for (found_ = 0; !at.skip(closeBrace); ++found_) {
-            const bool isEmpty = isMadeForEach && at.skipEmptyBody();
+            const bool isEmpty = isMadeForEach && at.skip("{}");
             isEmpty ? appendBlank() : elements_.append();
             if (found_ >= elements_.allocated())
                 return {};
             if (!isEmpty)
-                at = readElement(elements_.element(found_, pass_t::parse), at);
+                at = elements_.element(found_, pass_t::parse).readAt(at);
             if (at.isNowhere() || !at.skip(separators[2]))
                 return {};
         }
@@ -95,19 +96,6 @@ protected:
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
 
 private:
-    template <class Element>
-    static bodyCursor_t readElement(Element &&element, bodyCursor_t at) {
-        if constexpr (std::is_base_of_v<textGroup_t, std::remove_cvref_t<Element>>) {
-            return element.readBraced(at);
-        } else {
-            const std::string_view value = at.value();
-            if (value.empty())
-                return {};
-            element.fromText(value);
-            return at;
-        }
-    }
-
     /// Is an element's group, if it is one, made for its turn alone? Then an empty body leaves nothing behind.
     static constexpr bool isMadeForEach =
         std::is_base_of_v<textGroup_t, decltype(std::declval<Elements>().element(0, pass_t::parse))>;
@@ -125,7 +113,7 @@ private:
             assign(elements_.allocated() - 1, {});
     }
 
-    // Once for all ways to meet a value: the element's record is made in it.
+    // Once for all ways to meet a value apart from a cursor: the element's record is made in it.
     [[gnu::noinline]] void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())

@@ -131,59 +131,15 @@ double readUnsignedReal(const char *at, const char *end) {
     return value;
 }
 
-// Eight characters as one word, the first in its lowest byte.
-std::uint64_t loadWord(const char *at) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, sizeof word);
-    return word;
-}
-
-constexpr std::uint64_t inEachByte(unsigned char value) {
-    return value * (UINT64_MAX / UINT8_MAX);
-}
-
-bool areDigits(std::uint64_t word) {
-    return (((word - inEachByte('0')) | (word + inEachByte(0x7F - '9'))) & inEachByte(0x80)) == 0;
-}
-
-// The number that eight digits are: pairs of digits, then of pairs, then of these, all at once.
-std::uint64_t readEightDigits(std::uint64_t word) {
-    constexpr std::uint64_t everySecondPair = 0x000000FF000000FFU;
-    word -= inEachByte('0');
-    word = word * 10 + (word >> 8); // the pairs, in every second byte
-    return ((word & everySecondPair) * (100 + (std::uint64_t{1000000} << 32)) +
-            (word >> 16 & everySecondPair) * (1 + (std::uint64_t{10000} << 32))) >>
-           32;
-}
-
-// Reads a real as this library writes it, "-12.500000", of 8 to 16 characters, without a loop. False when it is written
-// in another way.
-bool readSixDecimals(std::string_view text, double &value) {
-    constexpr std::size_t wordSize = 8;
-    if (std::endian::native != std::endian::little || text.size() < wordSize || text.size() > 2 * wordSize)
-        return false;
-    // A digit, the point and the decimals, "2.500000".
-    std::uint64_t last = loadWord(text.data() + text.size() - wordSize);
-    if ((last >> 8 & UINT8_MAX) != '.')
-        return false;
-    const std::uint64_t unit = last & 0xF;
-    last += std::uint64_t{'0' - '.'} << 8; // the point becomes a digit
-    // What is in front of these, behind as many zeros as make eight characters. (No shift by the whole word.)
-    const auto halfOfZeros = static_cast<int>(2 * wordSize - text.size()) * 4;
-    const auto behindZeros = [=](std::uint64_t word) { return word << halfOfZeros << halfOfZeros; };
-    std::uint64_t first = behindZeros(loadWord(text.data())) | (inEachByte('0') & ~behindZeros(UINT64_MAX));
-    const bool isNegative = text.front() == '-';
-    first += behindZeros(isNegative ? '0' - '-' : 0);
-    if (!areDigits(first) || !areDigits(last))
-        return false;
-    // The digit in front of the point stands one place too far left: 9,000,000 too much.
-    const std::uint64_t millionths = readEightDigits(first) * 10000000U + readEightDigits(last) - unit * 9000000U;
-    value = compute(millionths, -6);
-    value = isNegative ? -value : value;
-    return true;
-}
-
 } // namespace
+
+const char *detail::readNegativeSixDecimals(const char *at, const char *end, double &value) {
+    if (at[1] == '-')
+        return nullptr;
+    const char *const behind = readSixDecimals(at + 1, end, value);
+    value = -value;
+    return behind;
+}
 
 // A double is significand / 2^shift with 53 bits above, so six decimals are an integer division with a remainder that
 // tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
@@ -210,8 +166,6 @@ char *writeReal(double value, char *to) {
 // are more than 19, and one exact division. Anything else starts over in readUnsignedReal. The sign comes last, so that
 // "-0" is read as -0.0.
 double readReal(std::string_view text) {
-    if (double value = 0; readSixDecimals(text, value)) [[likely]]
-        return value;
     const char *const end = text.data() + text.size();
     const auto [start, isNegative] = skipToDigits(text.data(), end);
     const char *at = start;

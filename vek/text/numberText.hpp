@@ -88,6 +88,10 @@ inline std::int32_t readInteger(std::string_view text);
 /// ignores what follows. No digits give 0.0, a value beyond the range of double an infinity.
 double readReal(std::string_view text);
 
+/// Reads a real as writeReal writes it, with up to seven digits in front of the point, "-12.500000", and without a
+/// loop. Returns the place behind it; null when something else is here, or when less than two characters follow.
+inline const char *readSixDecimals(const char *at, const char *end, double &value);
+
 /// A number's leading white space and sign, taken off the front of its text.
 struct numberStart_t {
     const char *at;
@@ -101,6 +105,66 @@ inline numberStart_t skipToDigits(const char *at, const char *end) {
     if (at != end && (*at == '-' || *at == '+'))
         isNegative = *at++ == '-';
     return {at, isNegative};
+}
+
+namespace detail {
+
+constexpr std::uint64_t inEachByte(unsigned char value) {
+    return value * (UINT64_MAX / UINT8_MAX);
+}
+
+const char *readNegativeSixDecimals(const char *at, const char *end, double &value);
+
+/// Eight characters as one word, the first in its lowest byte, less what a digit stands for its value by. Of what is no
+/// digit, the bytes above it count for nothing.
+inline std::uint64_t loadDigits(const char *at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    return word - inEachByte('0');
+}
+
+inline bool areDigits(std::uint64_t word) {
+    return ((word | (word + inEachByte(0x7F - 9))) & inEachByte(0x80)) == 0;
+}
+
+/// The number that eight digits are: pairs of digits, then of pairs, then of these, all at once.
+inline std::uint64_t joinDigits(std::uint64_t word) {
+    constexpr std::uint64_t everySecondPair = 0x000000FF000000FFU;
+    word = word * 10 + (word >> 8); // the pairs, in every second byte
+    return ((word & everySecondPair) * (100 + (std::uint64_t{1000000} << 32)) +
+            (word >> 16 & everySecondPair) * (1 + (std::uint64_t{10000} << 32))) >>
+           32;
+}
+
+} // namespace detail
+
+inline const char *readSixDecimals(const char *at, const char *end, double &value) {
+    using namespace detail;
+    constexpr std::ptrdiff_t wordSize = 8;
+    if (std::endian::native != std::endian::little || end - at < wordSize)
+        return nullptr;
+    // Apart, so that where the next value is found doesn't wait for the comparison.
+    if (*at == '-') [[unlikely]]
+        return readNegativeSixDecimals(at, end, value);
+    const std::uint64_t digits = loadDigits(at);
+    // The highest bit of each byte that is a point; the first one is right, whatever stands behind it.
+    const std::uint64_t others = digits ^ inEachByte(static_cast<unsigned char>('.' - '0'));
+    const std::uint64_t points = (others - inEachByte(1)) & ~others & inEachByte(0x80);
+    if (points == 0)
+        return nullptr;
+    const auto point = static_cast<unsigned>(std::countr_zero(points));
+    const char *const decimals = at + point / 8 + 1;
+    if (end - decimals < wordSize)
+        return nullptr;
+    // Both parts behind as many zeros as make eight digits. (No shift by the whole word.)
+    const std::uint64_t whole = digits << (63 - point) << 8;
+    const std::uint64_t fraction = loadDigits(decimals) << 16;
+    if (!areDigits(whole) || !areDigits(fraction))
+        return nullptr;
+    // Both operands are exact, so the division alone rounds.
+    const auto millionths = static_cast<std::int64_t>(joinDigits(whole) * 1000000U + joinDigits(fraction));
+    value = static_cast<double>(millionths) / 1e6;
+    return decimals + 6;
 }
 
 inline std::int32_t readInteger(std::string_view text) {

@@ -1,7 +1,8 @@
 // The leaves of a body: integers, reals, texts, booleans and enumerations.
 //
-// A codec writes and reads the text form of one kind of value. boundField_t ties a codec to a member of a message
-// structure; ownField_t keeps the value itself, for the records that are their own message structure.
+// A codec writes and reads the text form of one kind of value; readAt, where it has one, reads the usual form of it at
+// a cursor, and tells whether it stood there. boundField_t ties a codec to a member of a message structure; ownField_t
+// keeps the value itself, for the records that are their own message structure.
 #pragma once
 
 #include "vek/text/numberText.hpp"
@@ -33,6 +34,7 @@ struct longCodec_t {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
+    static bool readAt(bodyCursor_t &at, value_t &value) { return at.integer(value); }
 };
 
 /// Reading keeps the low 16 bits.
@@ -53,6 +55,7 @@ struct doubleCodec_t {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
+    static bool readAt(bodyCursor_t &at, value_t &value) { return at.real(value); }
 };
 
 /// Reads a double first, and narrows it to the nearest float.
@@ -64,6 +67,12 @@ struct floatCodec_t {
         return doubleCodec_t::write(static_cast<double>(value), out);
     }
     static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readReal(text)); }
+    static bool readAt(bodyCursor_t &at, value_t &value) {
+        double real = 0.0;
+        const bool isRead = at.real(real);
+        value = static_cast<value_t>(real);
+        return isRead;
+    }
 };
 
 /// "TRUE" or "FALSE"; every text but "TRUE" reads as 0.
@@ -77,6 +86,10 @@ struct boolCodec_t {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = text == "TRUE" ? 1 : 0; }
+    static bool readAt(bodyCursor_t &at, value_t &value) {
+        value = at.skip("TRUE") ? 1 : 0;
+        return value != 0 || at.skip("FALSE");
+    }
 };
 
 struct stringCodec_t {
@@ -121,8 +134,16 @@ struct pixelCodec_t {
     static constexpr fieldKind_t kind = fieldKind_t::pixels;
     static void clear(value_t &value) { value = 0; }
     static bodyWriter_t write(value_t value, bodyWriter_t out) { return doubleCodec_t::write(value, out); }
-    static void read(std::string_view text, value_t &value) {
-        const double real = readReal(text);
+    static void read(std::string_view text, value_t &value) { truncate(readReal(text), value); }
+    static bool readAt(bodyCursor_t &at, value_t &value) {
+        double real = 0.0;
+        const bool isRead = at.real(real);
+        truncate(real, value);
+        return isRead;
+    }
+
+private:
+    static void truncate(double real, value_t &value) {
         value = real > -2147483649.0 && real < 2147483648.0 ? static_cast<value_t>(real) : 0;
     }
 };
@@ -131,6 +152,11 @@ struct pixelCodec_t {
 template <std::int32_t Room>
 struct countCodec_t : longCodec_t {
     static void read(std::string_view text, value_t &value) { value = std::min(readInteger(text), Room); }
+    static bool readAt(bodyCursor_t &at, value_t &value) {
+        const bool isRead = at.integer(value);
+        value = std::min(value, Room);
+        return isRead;
+    }
 };
 
 /// A field with a codec's kind of value. `Holder` is a reference to the value or the value itself.
@@ -144,6 +170,15 @@ public:
     void fromText(std::string_view text) override {
         Codec::read(text, value_);
         isSet = 1;
+    }
+
+    bodyCursor_t readAt(bodyCursor_t at) override {
+        if constexpr (requires { Codec::readAt(at, value_); })
+            if (Codec::readAt(at, value_)) [[likely]] {
+                isSet = 1;
+                return at;
+            }
+        return textField_t::readAt(at);
     }
 
     void describe(fieldDescription_t &description) const override {

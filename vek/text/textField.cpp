@@ -5,12 +5,16 @@
 
 namespace vek {
 
-// A group of which no member is set prints nothing, not even braces: its pair disappears with it, at every level. That
-// is known only when the members have been asked, so the writer goes back instead of each group being walked twice.
-bodyCursor_t textField_t::readBraced(bodyCursor_t) {
-    return {};
+bodyCursor_t textField_t::readAt(bodyCursor_t at) {
+    const std::string_view value = at.value();
+    if (value.empty())
+        return {};
+    fromText(value);
+    return at;
 }
 
+// A group of which no member is set prints nothing, not even braces: its pair disappears with it, at every level. That
+// is known only when the members have been asked, so the writer goes back instead of each group being walked twice.
 bodyWriter_t textGroup_t::toText(bodyWriter_t out) const {
     const std::size_t start = out.size();
     out.put(openBrace);
@@ -57,23 +61,14 @@ void textGroup_t::fromText(std::string_view text) {
 }
 
 // Each member is due once, so whatever comes out of order, or again, ends the reading.
-bodyCursor_t textGroup_t::readBraced(bodyCursor_t at) {
+bodyCursor_t textGroup_t::readAt(bodyCursor_t at) {
     if (!at.skip(openBrace))
         return {};
     for (textField_t *member = first_; member != nullptr; member = member->next_) {
         if (!at.skipKey(member->key()))
             continue;
-        if (at.isAt(openBrace)) {
-            at = member->readBraced(at);
-            if (at.isNowhere())
-                return {};
-        } else {
-            const std::string_view value = at.value();
-            if (value.empty())
-                return {};
-            member->fromText(value);
-        }
-        if (!at.skip(separators[1]))
+        at = member->readAt(at);
+        if (at.isNowhere() || !at.skip(separators[1]))
             return {};
     }
     isSet = 1;

@@ -32,9 +32,9 @@ public:
     /// Takes the value from text, whatever the text is, and sets the field. (An enumeration ignores an unknown name.)
     virtual void fromText(std::string_view text) = 0;
 
-    /// Takes the value from the braced text that stands at the cursor and returns the place behind it. Nowhere when the
-    /// text is to be read by fromText(), then with the field made anew, as it must be here.
-    virtual bodyCursor_t readBraced(bodyCursor_t at);
+    /// Takes the value from the text that stands at the cursor and returns the place behind it. Nowhere when the text
+    /// is to be read by fromText(), then with the field made anew, as it must be here.
+    virtual bodyCursor_t readAt(bodyCursor_t at);
 
     /// Says what the field is and which member it is bound to.
     virtual void describe(fieldDescription_t &description) const = 0;
@@ -82,7 +82,7 @@ public:
     /// The parse pass: hands each pair of a body to the member it belongs to. An empty text changes nothing.
     void fromText(std::string_view text) override;
 
-    bodyCursor_t readBraced(bodyCursor_t at) override;
+    bodyCursor_t readAt(bodyCursor_t at) override;
 
     void describe(fieldDescription_t &description) const override;
 

@@ -18,6 +18,14 @@ void wideCharacter_t::fromText(std::string_view text) {
     isSet = 1;
 }
 
+bodyCursor_t wideCharacter_t::readAt(bodyCursor_t at) {
+    std::int32_t number = 0;
+    if (!at.integer(number))
+        return {};
+    *this = {static_cast<std::int16_t>(number), 1};
+    return at;
+}
+
 void wideElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
 }
@@ -94,16 +102,18 @@ void wideStringField_t::fromText(std::string_view text) {
     fieldArray_t::fromText(text);
 }
 
-bodyCursor_t wideStringField_t::readBraced(bodyCursor_t at) {
+bodyCursor_t wideStringField_t::readAt(bodyCursor_t at) {
     if (!at.skip(openBrace))
         return {};
     found_ = at.countCommas();
     elements_.allocate(found_);
     for (wideCharacter_t *character = elements_.begin(); !at.skip(closeBrace); ++character) {
-        std::int32_t code = 0;
-        if (!at.shortElement(code) && (!at.integer(code) || !at.skip(separators[2])))
+        wideCharacter_t read; // there is no room for one without a comma
+        if (std::int32_t code = 0; at.shortElement(code))
+            read = {static_cast<std::int16_t>(code), 1};
+        else if (at = read.readAt(at); at.isNowhere() || !at.skip(separators[2]))
             return {};
-        *character = {static_cast<std::int16_t>(code), 1};
+        *character = read;
     }
     isSet = 1;
     return at;

@@ -72,7 +72,7 @@ template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
     const auto read = [body](Record &record, bool isByEveryRule) {
         if (!isByEveryRule)
-            return record.Record::readBraced(bodyCursor_t(body)).isAtEnd();
+            return record.Record::readAt(bodyCursor_t(body)).isAtEnd();
         record.Record::fromText(body);
         return true;
     };
