@@ -95,7 +95,7 @@ endfunction()
 
 vekManualPage(development vekParams2ASCII.3 vekStrToVal.3 vekValToStr.3 vekParamsDelete.3 vekParamsDeleteStruct.3)
 vekDocumentFolder(development documents)
-install(FILES README.md DESTINATION ${documents} COMPONENT development)
+install(FILES README.md SECURITY.md DESTINATION ${documents} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${documents} COMPONENT development
         PATTERN examples/CMakeLists.txt EXCLUDE)
 if(WIN32)
