@@ -63,6 +63,7 @@ noticing=(
     "textTests $tests/textTests --gtest_filter=-Numbers*"
     "recordTests $tests/recordTests"
     "inspectTests $tests/inspectTests"
+    "vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
     "frontTests $tests/front/frontTests"
     "apiTests $tests/apiTests --gtest_filter=-Time*:Platform*"
     "conversionMemoryTests $tests/conversionMemoryTests"

@@ -24,7 +24,7 @@ bench)
                pkg-config valgrind python3)
     ;;
 cluster) packages+=(clickhouse-server curl) ;;
-coverage) packages+=("${testing[@]}" gcovr) ;;
+coverage) packages+=("${testing[@]}" python3) ;;
 page)
     packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
     command -v npm >/dev/null || packages+=(npm) # Debian's nodejs has none; others bring their own

@@ -114,6 +114,7 @@ TEST_P(stringModel, randomSearches) {
         const std::hash<vek::string_t> hashed;
         EXPECT_TRUE(order != 0 || hashed(real) == hashed(realOther));
         EXPECT_EQ(toLower(real).c_str(), mapped(raw, lower));
+        EXPECT_EQ(toUpper(real).c_str(), mapped(raw, upper));
         EXPECT_EQ(isLower(real), raw == mapped(raw, lower));
         EXPECT_EQ(isUpper(real), raw == mapped(raw, upper));
         auto hash = static_cast<std::uint32_t>(text.size());

@@ -101,6 +101,10 @@ TEST_F(CheckTest, TellsCodeMemberAndWhy) {
                  "two, or make it discrete") +
             told(rangeNotKept, "laserInt",
                  " is continuous and ends below -1.000000, which would be written as its end: make it discrete"));
+    EXPECT_EQ(reported<MediaOutput>([](auto &output) { output.maxOutput = infinity; }),
+              told(notFinite, "maxOutput", " is inf and would be read as 0: give it a number"));
+    EXPECT_EQ(reported<DeviceInfo>([](auto &info) { info.resolution.setValues({1.0}), info.resolution.kind = 2; }),
+              told(unnamedValue, "resolution.kind", " is 2 and would be read as 0: the values with a name are 0 to 1"));
     EXPECT_EQ(reported<GdapiDataPath>([](auto &path) { path.gdapiDataPath = -1; }),
               told(unnamedValue, "gdapiDataPath", " is -1 and would be read as 0: the values with a name are 0 to 3"));
     const auto separations = parse<JobSepList>(message(4193, "{SEP_LIST={{67,\"\",0,},\"\",{66,0,},};}"));

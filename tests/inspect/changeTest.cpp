@@ -35,6 +35,7 @@ TEST(Change, KeepsEveryOtherByte) {
         {"{MEDIA_NAME=a;FOCUS_VALUE=1024.500000;}", "FOCUS_VALUE", "3.5", "{MEDIA_NAME=a;FOCUS_VALUE=3.500000;}", ""},
         {"{FOCUS_VALUE=1;;MEDIA_NAME=\"a\";}", "MEDIA_NAME", "x;y", "{FOCUS_VALUE=1;;MEDIA_NAME=x\2y;}", ""},
         {"{FOCUS_VALUE=1.000000;}", "MEDIA_NAME", "new", "{MEDIA_NAME=new;FOCUS_VALUE=1.000000;}", ""},
+        {"{\"MEDIA_NAME\"=a;}", "MEDIA_NAME", "b", "{\"MEDIA_NAME\"=b;}", ""},
         {"", "FOCUS_VALUE", "2", "{FOCUS_VALUE=2.000000;}", ""},
         {"{MEDIA_NAME=a;}", "FOCUS_VALUE", "3,5", "", "FOCUS_VALUE: \",5\" stands behind the number 3"},
         {"{MEDIA_NAME=a;}", "FOCUS_VALEU", "3", "", "the message has no FOCUS_VALEU; did you mean FOCUS_VALUE?"},
@@ -51,10 +52,33 @@ TEST(Change, KeepsEveryOtherByte) {
     EXPECT_EQ(changed(tree_t(text), "@id", "-12345678").text, message(-12345678, "{FOCUS_VALUE=1.000000;}"));
 }
 
+TEST(Change, RefusesWhatWouldNotBeReadAsItWasMeant) {
+    const std::string focus = message(4112, "{MEDIA_NAME=a;}");
+    const struct {
+        std::string text, path, value, error;
+    } cases[] = {
+        {focus, "MEDIA_NAME", "\"x", "double quote"},
+        {focus, "MEDIA_NAME", "", "empty"},
+        {focus, "@seq", "x", "number"},
+        {focus, "@length", "40", "the length follows from the text"},
+        {"@@4112 1 7 {}!!", "@seq", "1", "seal it first"},
+        {focus.substr(0, focus.size() - 2), "MEDIA_NAME", "b", "the message is damaged: seal it first"},
+        {message(4096, "{DEVICE_INFO={DEVICE_NAME=a;};}"), "DEVICE_INFO", "DEVICE_NAME=b;", "a group stands in braces"},
+        {message(4194, "{JOB_NAME={97,0,};}"), "JOB_NAME", "\xFF", "the text is no UTF-8"},
+    };
+    for (const auto &one : cases) {
+        const change_t change = changed(tree_t(one.text), one.path, one.value);
+        EXPECT_TRUE(!change.isDone() && change.text.empty());
+        EXPECT_NE(change.error.find(one.error), std::string::npos) << one.path << ": " << change.error;
+    }
+    const std::string info = message(4096, "{DEVICE_INFO={DEVICE_NAME=b;};}");
+    EXPECT_EQ(changed(tree_t(cases[6].text), "DEVICE_INFO", "{DEVICE_NAME=b;}").text, info);
+}
+
 TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {
     const std::string good = "@@4112    62 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!";
     const std::string edits[] = {
-        good + "\n",
+        "\n " + good + "\n",
         "\xEF\xBB\xBF" + good + "\r\n",
         "@@4112 9 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}",
         std::string("@@4112 62 7 41\n  {MEDIA_NAME=Violet;\r\n   FOCUS_VALUE=3.250000;\n}!!\n"),

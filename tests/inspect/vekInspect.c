@@ -64,6 +64,8 @@ int main(int count, char **arguments) {
     EXPECT(needed > 0 && strcmp(text, again) == 0);
 
     EXPECT(vekInspectToJson(NULL, 0, again, sizeof again) == -1);
+    EXPECT(vekInspectFromJson(NULL, 0, again, sizeof again) == -1);
+    EXPECT(vekInspectFromJson("[1]", 3, again, sizeof again) == -1);
     EXPECT(vekInspectCatalogue(NULL, 0) > 10000);
     return failures == 0 ? 0 : 1;
 }
