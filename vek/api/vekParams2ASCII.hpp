@@ -101,6 +101,13 @@ bool isOrdinary(const textToRead_t &text, std::size_t longest) {
            (text.isCString || std::memchr(message.data(), '\0', message.size()) == nullptr);
 }
 
+/// The whole check of a text, for the few that are not ordinary. In a function of its own it keeps reading the others
+/// short.
+inline void requireRight(std::string_view text, std::int32_t id, std::size_t longest) {
+    if (problem_t problem = checkMessage(text, id, longest))
+        throw messageError_t(std::move(problem));
+}
+
 /// The structure of a text that has no NUL behind it.
 template <class Structure>
 owned_t<Structure> makeFromCopy(std::int32_t id, std::string_view text) {
@@ -219,8 +226,7 @@ template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
     if (!detail::isOrdinary<Id>(text, longest))
-        if (problem_t problem = checkMessage(text.whole, Id, longest))
-            throw messageError_t(std::move(problem));
+        detail::requireRight(text.whole, Id, longest);
     return detail::readMessage<Id>(text);
 }
 
