@@ -108,10 +108,13 @@ bodyCursor_t wideStringField_t::readAt(bodyCursor_t at) {
     found_ = at.countCommas();
     elements_.allocate(found_);
     for (wideCharacter_t *character = elements_.begin(); !at.skip(closeBrace); ++character) {
+        if (std::int32_t code = 0; at.shortElement(code)) {
+            *character = {static_cast<std::int16_t>(code), 1};
+            continue;
+        }
         wideCharacter_t read; // there is no room for one without a comma
-        if (std::int32_t code = 0; at.shortElement(code))
-            read = {static_cast<std::int16_t>(code), 1};
-        else if (at = read.readAt(at); at.isNowhere() || !at.skip(separators[2]))
+        at = read.readAt(at);
+        if (at.isNowhere() || !at.skip(separators[2]))
             return {};
         *character = read;
     }
