@@ -40,7 +40,6 @@ const case_t bodies[] = {
     {4117, "{ID=true;}", "    ^^^^  ", "no-boolean", "TRUE"},
     {4117, "{ID=1;}", "    ^  ", "no-boolean", "TRUE"},
     {4118, "{DEVICE_STATE=4294967297;}", "              ^^^^^^^^^^  ", "number-range"},
-    {4118, "{DEVICE_STATE=3.500000;}", "              ^^^^^^^^  ", "trailing-characters"},
     {4118, "{DEVICE_STATE=x;}", "              ^  ", "no-number"},
     {4119, "{DATA_PATH_PORT={70000,1;};}", "                 ^^^^^ ^^   ", "number-range separators"},
     {4103, "{MAX_OUTPUT=1.000000;OUT_CONTENT=1.000000;OUTPUT_TYPE=sheet_E;}",
@@ -115,7 +114,10 @@ TEST(Findings, OfEnvelopes) {
     }
 }
 
-TEST(Findings, OfTextsBeyondTheirRoom) {
+TEST(Findings, OfWhatDoesNotFit) {
+    std::string pixels = sampleOf(4165).text;
+    pixels.replace(pixels.find("96378.000000"), 12, "96378.500000");
+    EXPECT_EQ(codes(check(tree_t(pixels))), "number-range");
     const std::string text =
         message(4182, "{MEDIA_TYPE=mediaFilm_e;UNLOAD_MEDIA_TYPE=1;UNLOAD_POLICY=1;FILM_FEED=1.000000;"
                       "CASSETTE_NAME=" +
