@@ -45,6 +45,8 @@ with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
 
 for path, places in reached.items():
     code = (root / path).read_text(errors="replace").splitlines()
+    if max(place[0] if isinstance(place, tuple) else place for place in places) > len(code):
+        sys.exit(f"coverage: {path} has changed since it was built")
     for place in list(places):
         if code[(place[0] if isinstance(place, tuple) else place) - 1].strip() in ("{", "}", "};", "{}"):
             del places[place]
