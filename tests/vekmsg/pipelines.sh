@@ -14,3 +14,11 @@ count=$(grep -c -a '^@@' messages.txt)
 for form in show json flat; do
     "$vekmsg" "$form" log.txt | "$vekmsg" seal | cmp - messages.txt
 done
+# A pipe that gives its first characters one by one.
+{
+    printf '\xef\xbb'
+    sleep 0.1
+    printf '\xbf#'
+    sleep 0.1
+    "$vekmsg" flat log.txt | tail -c +2
+} | "$vekmsg" seal | cmp - messages.txt

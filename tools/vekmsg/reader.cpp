@@ -26,6 +26,14 @@ bool isMeantAsMessage(std::string_view text) {
     return text.size() > 2 && (text.front() == '@' || text.front() == '{' || text.ends_with("!!"));
 }
 
+// Whether a text's start shows in which form it is: a line with something in it, or as much.
+bool showsItsForm(std::string_view text) {
+    constexpr std::size_t enough = 64;
+    const std::size_t first =
+        text.find_first_not_of(whiteSpace, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    return text.size() >= enough || (first < text.size() && text.find('\n', first) < text.size());
+}
+
 // Where the last of several messages in a form begins, so that what stands before is complete; 0 when there is one.
 std::size_t lastStart(std::string_view text, form_t form) {
     for (std::size_t at = text.rfind('\n'); at != std::string_view::npos && at > 0; at = text.rfind('\n', at - 1)) {
@@ -181,14 +189,20 @@ bool reader_t::step() {
     return false;
 }
 
-// Opens an input and looks at its first block.
+// Opens an input and looks at its first block, which a pipe may give in pieces.
 void reader_t::begin(const std::string &name) {
     input_ = std::make_unique<input_t>(name, filter_, task_, most());
     input_t &input = *input_;
     progress_.start(name, input.source->size());
-    std::string_view first = input.source->next();
-    const std::size_t skipped = first.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
-    input.start = first.substr(skipped);
+    std::string_view piece = input.source->next();
+    input.start = piece;
+    while (!piece.empty() && !showsItsForm(input.start)) {
+        piece = input.source->next();
+        input.start += piece;
+    }
+    const bool isWhole = input.source->size() == input.start.size();
+    const std::size_t skipped = input.start.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    input.start.erase(0, skipped);
     input.position.file = name;
     input.position.offset = skipped;
     input.scanner = inspect::logScanner_t(skipped);
@@ -196,7 +210,7 @@ void reader_t::begin(const std::string &name) {
     input.isForm = form == form_t::show || form == form_t::json || form == form_t::flat;
     if (input.isForm)
         input.sink.form = form;
-    else if (input.source->size() == first.size() && input.start.starts_with("@@"))
+    else if (isWhole && input.start.starts_with("@@"))
         lookForWhole();
 }
 
