@@ -17,3 +17,4 @@ talk "release: building" cmake --build --preset release --target longRun
 seconds=0
 [ "$hours" = once ] || seconds=$(awk -v hours="$hours" 'BEGIN { printf "%d", hours * 3600 }')
 build/release/tests/longRun 10000000 "$seconds"
+echo "No fault in $SECONDS s."
