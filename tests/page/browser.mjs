@@ -44,6 +44,11 @@ export async function withPage(use, { width = 1400, height = 900, isDark = false
   }
 }
 
+/** Waits until an element's text has these words; what is shown may be drawn with the next picture. */
+export async function says(page, selector, words) {
+  await page.waitForFunction(([at, text]) => document.querySelector(at)?.textContent.includes(text), [selector, words]);
+}
+
 /** Pastes a text as people do, without a clipboard of the machine. Waits until it is read. */
 export async function paste(page, text) {
   await page.evaluate((words) => {

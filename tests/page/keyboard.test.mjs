@@ -1,7 +1,7 @@
 // Everything once without a pointer: only keys are pressed, and what has the focus has a name.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { reading, withPage } from './browser.mjs';
+import { reading, says, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 // The id of what has the focus, else its class; nothing when the browser itself has it.
@@ -47,7 +47,7 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     await page.keyboard.press('ArrowDown');
     await page.keyboard.press('ArrowDown');
     assert.equal(await page.getAttribute('#messages', 'aria-activedescendant'), 'messages-2');
-    await page.waitForFunction(() => document.getElementById('messageText').textContent.includes('3.500000'));
+    await says(page, '#messageText', '3.500000');
     await page.keyboard.press('Enter');
     assert.equal((await nameOfFocused(page)).role, 'tree');
     await page.keyboard.press('End');
@@ -57,11 +57,11 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     await page.keyboard.insertText('7');
     await page.keyboard.press('Enter');
     assert.equal(await focused(page), 'tree');
-    assert.match(await page.textContent('#messageText'), /FOCUS_VALUE=7\.000000;/);
+    await says(page, '#messageText', 'FOCUS_VALUE=7.000000;');
 
     await tabTo(page, 'messageTab', 'Shift+Tab');
     await page.keyboard.press('ArrowRight');
-    assert.equal(await page.textContent('#differenceCount'), '1 difference');
+    await says(page, '#differenceCount', '1 difference');
     await page.keyboard.press('ArrowRight');
     await tabTo(page, 'plotKeyName');
     await page.keyboard.insertText('focusValue_t FOCUS_VALUE');
@@ -69,7 +69,7 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     await page.waitForSelector('#plot .u-over');
     await tabTo(page, 'plot');
     await page.keyboard.press('End');
-    assert.match(await page.textContent('#plotReading'), /08:00:04.000: FOCUS_VALUE 4.5/);
+    await says(page, '#plotReading', '08:00:04.000: FOCUS_VALUE 4.5');
 
     await tabTo(page, 'timeLine', 'Shift+Tab');
     await page.keyboard.press('End');
@@ -78,7 +78,7 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     assert.equal(await page.getAttribute('#messages', 'aria-activedescendant'), 'messages-4');
     await tabTo(page, 'filterWords', 'Shift+Tab');
     await page.keyboard.insertText('violet');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '4 of 5 messages');
+    await says(page, '#listCount', '4 of 5 messages');
 
     // No stop without a name.
     const stops = new Set();
