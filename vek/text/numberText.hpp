@@ -115,8 +115,8 @@ constexpr std::uint64_t inEachByte(unsigned char value) {
 
 const char *readNegativeSixDecimals(const char *at, const char *end, double &value);
 
-/// Eight characters as one word, the first in its lowest byte, less what a digit stands for its value by. Of what is no
-/// digit, the bytes above it count for nothing.
+/// Eight characters as one word, the first in its lowest byte: of a digit its value. Bytes above one that is no digit
+/// count for nothing.
 inline std::uint64_t loadDigits(const char *at) {
     std::uint64_t word = 0;
     std::memcpy(&word, at, sizeof word);
