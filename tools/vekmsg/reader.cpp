@@ -26,12 +26,13 @@ bool isMeantAsMessage(std::string_view text) {
     return text.size() > 2 && (text.front() == '@' || text.front() == '{' || text.ends_with("!!"));
 }
 
-// Whether a text's start shows in which form it is: a line with something in it, or as much.
+// Whether a text's start shows in which form it is: a line with something in it, or as much, or a whole message.
 bool showsItsForm(std::string_view text) {
     constexpr std::size_t enough = 64;
     const std::size_t first =
         text.find_first_not_of(whiteSpace, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
-    return text.size() >= enough || (first < text.size() && text.find('\n', first) < text.size());
+    return text.size() >= enough || text.ends_with("!!") ||
+           (first < text.size() && text.find('\n', first) < text.size());
 }
 
 // Where the last of several messages in a form begins, so that what stands before is complete; 0 when there is one.
