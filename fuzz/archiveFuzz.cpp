@@ -2,7 +2,7 @@
 // with it; taken away again, nothing of them stays.
 #include "fuzz/fuzzInput.hpp"
 #include "tools/vekmsg/load/archiveFile.hpp"
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 
 using namespace vek;
 using namespace vek::inspect;

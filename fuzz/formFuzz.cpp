@@ -1,8 +1,8 @@
 // Any bytes as a form, split into forms and sealed: read, or refused with a reason; what was read is read again from
 // every form of it.
 #include "fuzz/fuzzInput.hpp"
-#include "vek/inspect/forms.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 using namespace vek::test;
 using namespace vek::inspect;

@@ -1,8 +1,9 @@
 // Whatever the text: each form gives it back, and where check() finds nothing, reading and writing change nothing. One
 // of these is tried at a time.
 #include "fuzz/fuzzInput.hpp"
-#include "vek/inspect/forms.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/message/written.hpp"
 
 using namespace vek::test;
 using namespace vek::inspect;

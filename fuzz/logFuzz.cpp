@@ -1,6 +1,6 @@
 // The scanner finds the same messages however the log is cut.
 #include "fuzz/fuzzInput.hpp"
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 
 using namespace vek::test;
 using namespace vek::inspect;

@@ -1,6 +1,6 @@
 // Each key is bound to the member that it names. Keys of one kind could be exchanged in a record class, and everything
 // that is read and written would be whole, but not for hosts.
-#include "vek/inspect/schema.hpp"
+#include "vek/inspect/schema/schema.hpp"
 
 #include <gtest/gtest.h>
 

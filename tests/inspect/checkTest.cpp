@@ -1,8 +1,8 @@
 // What check() finds: bad texts with the finding under the place it is at; and that nothing is found only where nothing
 // changes.
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/check/check.hpp"
 #include "inspect/texts.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The scanner finds the same messages however a log is cut into blocks.
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 #include "support/messages.hpp"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "support/messages.hpp"
 #include "tools/page/core/logRows.hpp"
 #include "vek/api/problem.hpp"
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/check/check.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The pages for people: their links lead somewhere, what they name is there, their samples are whole and right, and
 // they quote the examples as they are.
 #include "tools/reference/markdown.hpp"
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/check/check.hpp"
 
 #include <gtest/gtest.h>
 

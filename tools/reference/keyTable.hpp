@@ -1,7 +1,7 @@
 // The table of one record's keys on the message page, and what the tables of the page refer to.
 #pragma once
 
-#include "vek/inspect/schema.hpp"
+#include "vek/inspect/schema/schema.hpp"
 
 #include <functional>
 #include <iosfwd>

@@ -1,7 +1,7 @@
 // Pieces of Markdown.
 #pragma once
 
-#include "vek/inspect/words.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <string>
 #include <string_view>

@@ -4,7 +4,9 @@
 #include "tools/vekmsg/filter.hpp"
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/wrapping.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // vekmsg get and set: single values.
-#include "vek/inspect/change.hpp"
+#include "vek/inspect/change/change.hpp"
 
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/messageOutput.hpp"

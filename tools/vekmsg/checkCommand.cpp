@@ -2,7 +2,8 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tools/vekmsg/platform.hpp"
-#include "vek/inspect/forms.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 #include <string>
 #include <string_view>

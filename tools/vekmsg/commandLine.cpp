@@ -4,8 +4,9 @@
 #include "tools/vekmsg/platform.hpp"
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/wrapping.hpp"
-#include "vek/inspect/logScanner.hpp"
-#include "vek/inspect/schema.hpp"
+#include "vek/inspect/log/logScanner.hpp"
+#include "vek/inspect/schema/schema.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <thread>
 

@@ -2,7 +2,7 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/diff.hpp"
+#include "vek/inspect/change/diff.hpp"
 
 #include <deque>
 #include <map>

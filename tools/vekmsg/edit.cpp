@@ -2,8 +2,8 @@
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
 #include "tools/vekmsg/rewriter.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/check/check.hpp"
 
 #include <cstdio>
 #include <fstream>

@@ -1,7 +1,8 @@
 #include "tools/vekmsg/filter.hpp"
 
 #include "tools/vekmsg/problem.hpp"
-#include "vek/inspect/change.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,9 @@
 // vekmsg json, flat and table: messages for programs.
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/change.hpp"
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/check.hpp"
+#include "vek/inspect/check/check.hpp"
 
 #include <map>
 

@@ -9,7 +9,7 @@
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/progress.hpp"
 #include "tools/vekmsg/task.hpp"
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 
 #include <algorithm>
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include "tools/vekmsg/reader.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/sql.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // vekmsg seal: valid messages from anything readable.
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/messageOutput.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
 
 namespace vek::tool {
 

@@ -2,8 +2,9 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/message/written.hpp"
 
 #include <map>
 

@@ -2,8 +2,8 @@
 #include "tools/vekmsg/colours.hpp"
 #include "tools/vekmsg/commands.hpp"
 #include "tools/vekmsg/reader.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/sequences.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/log/sequences.hpp"
 
 #include <algorithm>
 #include <charconv>

@@ -5,8 +5,8 @@
 // --jobs every piece of a file has a task of its own, and these are joined in the file's order.
 #pragma once
 
-#include "vek/inspect/forms.hpp"
-#include "vek/inspect/tree.hpp"
+#include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
 #include <memory>

@@ -3,7 +3,7 @@
 // Never changes once made; may be used from several threads.
 #pragma once
 
-#include "vek/inspect/logTime.hpp"
+#include "vek/inspect/log/logTime.hpp"
 
 #include <optional>
 #include <regex>

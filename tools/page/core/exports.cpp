@@ -2,10 +2,10 @@
 #include "tools/page/core/exchange.hpp"
 #include "tools/page/core/logRows.hpp"
 #include "tools/page/core/messageView.hpp"
-#include "vek/inspect/change.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/forms.hpp"
-#include "vek/inspect/seal.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "tools/page/core/logRows.hpp"
 
 #include "vek/api/problem.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/logTime.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/log/logTime.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>

@@ -4,9 +4,9 @@
 // columns.js.
 #pragma once
 
-#include "vek/inspect/logScanner.hpp"
-#include "vek/inspect/sequences.hpp"
-#include "vek/inspect/tree.hpp"
+#include "vek/inspect/log/logScanner.hpp"
+#include "vek/inspect/log/sequences.hpp"
+#include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
 #include <string>

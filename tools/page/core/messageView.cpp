@@ -1,9 +1,9 @@
 #include "tools/page/core/messageView.hpp"
 
-#include "vek/inspect/change.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/diff.hpp"
-#include "vek/inspect/forms.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/change/diff.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 #include <algorithm>
 #include <unordered_map>

@@ -3,7 +3,7 @@
 // Pure functions; what is appended to a string throws std::bad_alloc at most.
 #pragma once
 
-#include "vek/inspect/tree.hpp"
+#include "vek/inspect/message/tree.hpp"
 
 #include <string>
 

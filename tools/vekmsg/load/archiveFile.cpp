@@ -1,7 +1,7 @@
 #include "tools/vekmsg/load/archiveFile.hpp"
 
 #include "tools/vekmsg/problem.hpp"
-#include "vek/inspect/forms.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 namespace vek::tool {
 

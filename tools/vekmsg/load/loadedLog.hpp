@@ -5,7 +5,7 @@
 #pragma once
 
 #include "tools/vekmsg/load/archiveFile.hpp"
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>
 #include <functional>

@@ -8,7 +8,7 @@
 #include "tools/vekmsg/load/archiveFile.hpp"
 #include "tools/vekmsg/load/loadedLog.hpp"
 #include "tools/vekmsg/timeFinder.hpp"
-#include "vek/inspect/logScanner.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>
 #include <optional>

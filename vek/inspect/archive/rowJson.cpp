@@ -1,6 +1,6 @@
 #include "vek/inspect/archive/rowJson.hpp"
 
-#include "vek/inspect/forms.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <charconv>

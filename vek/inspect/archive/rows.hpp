@@ -6,9 +6,9 @@
 #pragma once
 
 #include "vek/inspect/archive/tables.hpp"
-#include "vek/inspect/check.hpp"
-#include "vek/inspect/logTime.hpp"
-#include "vek/inspect/tree.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/log/logTime.hpp"
+#include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
 #include <deque>

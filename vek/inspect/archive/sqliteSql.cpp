@@ -1,6 +1,6 @@
 #include "vek/inspect/archive/sql.hpp"
 
-#include "vek/inspect/words.hpp"
+#include "vek/inspect/words/words.hpp"
 
 namespace vek::inspect {
 

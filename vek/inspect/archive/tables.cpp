@@ -1,6 +1,6 @@
 #include "vek/inspect/archive/tables.hpp"
 
-#include "vek/inspect/words.hpp"
+#include "vek/inspect/words/words.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 // long as the program.
 #pragma once
 
-#include "vek/inspect/schema.hpp"
+#include "vek/inspect/schema/schema.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The three exported calls.
 #include "vek/inspect/vekInspect.h"
 
-#include "vek/inspect/forms.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
 #include <algorithm>

@@ -1,0 +1,124 @@
+#include "vek/inspect/change/diff.hpp"
+
+#include "vek/inspect/forms/lineForm.hpp"
+#include "vek/inspect/message/plain.hpp"
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+namespace vek::inspect {
+
+namespace {
+
+bool isNumber(const node_t &node) {
+    if (node.field == nullptr || (node.field->isList() && !node.isElement))
+        return false;
+    const fieldKind_t kind = node.field->kind;
+    return kind == fieldKind_t::integer32 || kind == fieldKind_t::integer16 || kind == fieldKind_t::float64 ||
+           kind == fieldKind_t::float32 || kind == fieldKind_t::pixels;
+}
+
+bool isSame(const leaf_t &left, const leaf_t &right, double tolerance) {
+    if (left.value == right.value)
+        return true;
+    if (!isNumber(*left.node) || !isNumber(*right.node))
+        return false;
+    const double one = readReal(left.value), other = readReal(right.value);
+    return one == other || std::abs(one - other) <= tolerance;
+}
+
+std::string shown(const tree_t &tree, const node_t &node) {
+    return node.isBody ? wideText(tree, node).value_or(std::string(tree.value(node))) : scalarText(tree, node);
+}
+
+// "A[3].B" with "A[].B" in mind.
+std::string withoutNumbers(std::string_view path) {
+    std::string general;
+    bool isInside = false;
+    for (const char c : path) {
+        isInside &= c != ']';
+        if (!isInside)
+            general += c;
+        isInside |= c == '[';
+    }
+    return general;
+}
+
+bool isIgnored(const std::string &path, const std::vector<std::string> &ignored) {
+    if (ignored.empty())
+        return false;
+    const std::string general = withoutNumbers(path);
+    const auto isWithin = [](std::string_view at, std::string_view place) {
+        return at.starts_with(place) &&
+               (at.size() == place.size() || at[place.size()] == '.' || at[place.size()] == '[');
+    };
+    return std::any_of(ignored.begin(), ignored.end(), [&](const std::string &place) {
+        if (isWithin(path, place) || isWithin(general, place))
+            return true;
+        for (std::size_t at = 0; (at = path.find(place, at)) != std::string::npos; ++at) // a key anywhere
+            if (at > 0 && path[at - 1] == '.' && isWithin(std::string_view(path).substr(at), place))
+                return true;
+        return false;
+    });
+}
+
+void addLeaves(const tree_t &tree, const node_t &parent, std::string &path, std::vector<leaf_t> &all) {
+    for (const node_t &node : tree.children(parent)) {
+        const std::size_t length = path.size();
+        path += path.empty() || (node.index >= 0 && node.use != pairUse_t::duplicate) ? "" : ".";
+        appendName(path, tree, node);
+        if (node.isBody && node.childCount > 0 && !wideText(tree, node))
+            addLeaves(tree, node, path, all);
+        else
+            all.push_back({path, tree.value(node), &node});
+        path.resize(length);
+    }
+}
+
+void compareHeader(const tree_t &left, const tree_t &right, bool comparesAll, std::vector<difference_t> &all) {
+    const auto compare = [&](const char *path, const envelopeNumber_t &one, const envelopeNumber_t &other) {
+        if (one.isThere != other.isThere || one.value != other.value)
+            all.push_back({path, one.isThere ? std::to_string(one.value) : "",
+                           other.isThere ? std::to_string(other.value) : "", one.isThere, other.isThere});
+    };
+    compare("@id", left.envelope().id, right.envelope().id);
+    if (!comparesAll)
+        return;
+    compare("@echo", left.envelope().echoTag, right.envelope().echoTag);
+    compare("@seq", left.envelope().sequenceNumber, right.envelope().sequenceNumber);
+}
+
+} // namespace
+
+std::vector<leaf_t> leaves(const tree_t &tree) {
+    std::vector<leaf_t> all;
+    std::string path;
+    addLeaves(tree, tree.body(), path, all);
+    return all;
+}
+
+std::vector<difference_t> differences(const tree_t &left, const tree_t &right, const diffOptions_t &options) {
+    std::vector<difference_t> all;
+    compareHeader(left, right, options.comparesHeader, all);
+    const std::vector<leaf_t> ones = leaves(left), others = leaves(right);
+    std::unordered_map<std::string_view, const leaf_t *> rights;
+    for (const leaf_t &other : others)
+        rights.emplace(other.path, &other);
+    for (const leaf_t &one : ones) {
+        const auto other = rights.find(one.path);
+        const bool hasOther = other != rights.end();
+        if (!isIgnored(one.path, options.ignored) && !(hasOther && isSame(one, *other->second, options.tolerance)))
+            all.push_back(
+                {one.path, shown(left, *one.node), hasOther ? shown(right, *other->second->node) : "", true, hasOther});
+        if (hasOther)
+            rights.erase(other);
+    }
+    for (const leaf_t &other : others)
+        if (rights.contains(other.path) && !isIgnored(other.path, options.ignored))
+            all.push_back({other.path, "", shown(right, *other.node), false, true});
+    return all;
+}
+
+} // namespace vek::inspect

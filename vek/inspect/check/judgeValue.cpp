@@ -1,0 +1,254 @@
+#include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/quoting.hpp"
+#include "vek/text/characters.hpp"
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace vek::inspect {
+
+namespace {
+
+valueFinding_t found(findingCode_t code, severity_t severity, std::string message, std::string consequence,
+                     std::string suggestion = {}) {
+    return {code, severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
+}
+
+std::string integerText(std::int32_t value) {
+    char digits[integerRoom];
+    return std::string(digits, writeInteger(value, digits));
+}
+
+std::string realText(double value) {
+    char digits[realRoom];
+    return std::string(digits, writeReal(value, digits));
+}
+
+std::string reads(std::string_view value) {
+    return joined({"a host reads ", value});
+}
+
+// How far a number reaches in a text, as the reader takes it; `digits` becomes how many it has.
+std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
+    const char *const end = text.data() + text.size();
+    const char *at = skipToDigits(text.data(), end).at;
+    const auto skipDigits = [&] {
+        const char *const start = at;
+        while (at != end && isDigit(*at))
+            ++at;
+        return static_cast<std::size_t>(at - start);
+    };
+    digits = skipDigits();
+    if (isReal && at != end && *at == '.') {
+        ++at;
+        digits += skipDigits();
+    }
+    if (isReal && digits > 0 && at != end && (*at == 'e' || *at == 'E')) {
+        const char *const exponent = at++;
+        at += at != end && (*at == '-' || *at == '+') ? 1 : 0;
+        if (skipDigits() == 0)
+            at = exponent;
+    }
+    return static_cast<std::size_t>(at - text.data());
+}
+
+// What stands there is no number, or goes on behind one.
+valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view read) {
+    using enum findingCode_t;
+    using enum severity_t;
+    std::size_t digits = 0;
+    const std::size_t end = numberEnd(value, isReal, digits);
+    if (digits == 0)
+        return found(noNumber, error, joined({shownValue(value), " is no number"}), reads(read));
+    if (end < value.size())
+        return found(trailingCharacters, error,
+                     joined({shownValue(value.substr(end)), " stands behind the number ", value.substr(0, end)}),
+                     reads(read));
+    return {};
+}
+
+valueFinding_t judgeInteger(std::string_view value, bool isShort) {
+    using enum findingCode_t;
+    using enum severity_t;
+    const std::int32_t wide = readInteger(value);
+    const std::int32_t read = isShort ? static_cast<std::int16_t>(wide) : wide;
+    char digits[integerRoom];
+    if (value == std::string_view(digits, static_cast<std::size_t>(writeInteger(read, digits) - digits)))
+        return {};
+    const std::string text = integerText(read);
+    if (valueFinding_t finding = judgeNumber(value, false, text); finding.isThere)
+        return finding;
+    const double real = readReal(value);
+    const double lowest = isShort ? -32768.0 : -2147483648.0, highest = isShort ? 32767.0 : 2147483647.0;
+    if (real < lowest || real > highest)
+        return found(numberRange, error,
+                     joined({value.substr(0, 40), " does not fit ", isShort ? "16" : "32", " bits"}), reads(text));
+    return found(numberSpelling, warning, joined({shownValue(value), " is an unusual way to write ", text}),
+                 joined({"a host reads it, and writes ", text}), text);
+}
+
+double readAs(fieldKind_t kind, double value) {
+    if (kind == fieldKind_t::pixels)
+        return value > -2147483649.0 && value < 2147483648.0 ? static_cast<double>(static_cast<std::int32_t>(value))
+                                                             : 0.0;
+    const auto largest = static_cast<double>(std::numeric_limits<float>::max());
+    if (kind == fieldKind_t::float32)
+        return std::abs(value) > largest * (1.0 + 1e-7) ? std::copysign(std::numeric_limits<double>::infinity(), value)
+                                                        : static_cast<double>(static_cast<float>(value));
+    return value;
+}
+
+// Six decimals and so few digits that every double has them: no need to compute.
+bool isUsualReal(std::string_view value) {
+    const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
+    constexpr std::size_t decimals = 6, mostDigits = 15;
+    if (digits.size() < decimals + 2 || digits.size() > mostDigits || digits[digits.size() - decimals - 1] != '.')
+        return false;
+    const std::size_t point = digits.size() - decimals - 1;
+    if (digits[0] == '0' && point > 1)
+        return false;
+    for (std::size_t i = 0; i < digits.size(); ++i)
+        if (i != point && !isDigit(digits[i]))
+            return false;
+    return true;
+}
+
+valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
+    using enum findingCode_t;
+    using enum severity_t;
+    if (kind == fieldKind_t::float64 && isUsualReal(value))
+        return {};
+    const double exact = readReal(value);
+    const double read = readAs(kind, exact);
+    const std::string text = realText(read);
+    if (text == value && std::isfinite(read))
+        return {};
+    if (valueFinding_t finding = judgeNumber(value, true, text); finding.isThere)
+        return finding;
+    if (!std::isfinite(read) || (kind == fieldKind_t::pixels && read == 0.0 && std::abs(exact) >= 1.0))
+        return found(numberRange, error, joined({value.substr(0, 40), " is beyond the range of the number"}),
+                     reads(text));
+    if (kind == fieldKind_t::pixels && read != exact)
+        return found(numberRange, warning, joined({value.substr(0, 40), " has a fraction, pixels are whole"}),
+                     reads(text), text);
+    return found(numberSpelling, warning, joined({shownValue(value), " is an unusual way to write ", text}),
+                 joined({"a host reads it, and writes ", text}), text);
+}
+
+valueFinding_t judgeBoolean(std::string_view value) {
+    using enum findingCode_t;
+    using enum severity_t;
+    if (value == "TRUE" || value == "FALSE")
+        return {};
+    constexpr std::array<std::string_view, 2> both{"TRUE", "FALSE"};
+    std::string_view meant = nearest(value, both);
+    meant = value == "1" || value == "yes" ? both[0] : value == "0" || value == "no" ? both[1] : meant;
+    return found(noBoolean, error, joined({shownValue(value), " is neither TRUE nor FALSE"}), reads("FALSE"),
+                 std::string(meant));
+}
+
+valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
+    using enum findingCode_t;
+    using enum severity_t;
+    if (field.valueOf(value) >= 0)
+        return {};
+    const std::vector<std::string_view> names(field.names.begin(), field.names.end());
+    return found(unknownName, error, joined({"no ", field.enumeration, " is called ", shownValue(value)}),
+                 reads(field.names.front()), std::string(nearest(value, names)));
+}
+
+valueFinding_t judgeText(std::string_view value, std::int32_t room) {
+    using enum findingCode_t;
+    using enum severity_t;
+    if (room >= 0 && value.size() >= static_cast<std::size_t>(room)) {
+        const std::string most = std::to_string(room - 1);
+        return found(beyondRoom, error,
+                     joined({"a text of ", std::to_string(value.size()), " characters, there is room for ", most}),
+                     "a host does not keep what is beyond");
+    }
+    const auto isSpecial = [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F || escapedCharacters.find(c) != std::string_view::npos;
+    };
+    const auto *const at =
+        std::find_if(value.begin(), value.end(), [&](char c) { return isSpecial(c) && !isEscapeCode(c); });
+    if (at == value.end())
+        return {};
+    if (*at == '\n' || *at == '\r')
+        return found(lineBreak, warning, "a line break in a text", "a host keeps it as part of the text");
+    if (escapedCharacters.find(*at) != std::string_view::npos)
+        return found(*at == openBrace || *at == closeBrace ? unbalancedBrace : separators, warning,
+                     joined({shownValue({at, 1}), " stands in a text as it is"}),
+                     "a host reads it, and writes a code for it");
+    return found(controlCharacter, warning, joined({"the control character ", shownValue({at, 1}), " in a text"}),
+                 "a host keeps it as part of the text");
+}
+
+} // namespace
+
+std::string shownValue(std::string_view value) {
+    constexpr std::size_t most = 40;
+    std::string text;
+    appendQuoted(text, value.substr(0, most));
+    return value.size() > most ? text + "..." : text;
+}
+
+valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value, bool isElement) {
+    switch (field.kind) {
+    case fieldKind_t::integer32:
+        return judgeInteger(value, false);
+    case fieldKind_t::integer16:
+    case fieldKind_t::text16:
+        return judgeInteger(value, true);
+    case fieldKind_t::float64:
+    case fieldKind_t::float32:
+    case fieldKind_t::pixels:
+        return judgeReal(value, field.kind);
+    case fieldKind_t::boolean:
+        return judgeBoolean(value);
+    case fieldKind_t::enumeration:
+        return judgeName(field, value);
+    case fieldKind_t::text:
+        return judgeText(value, isElement ? field.elementRoom : field.room);
+    case fieldKind_t::record:
+        break;
+    }
+    return {};
+}
+
+std::string valueOfAbsent(const fieldSchema_t &field) {
+    if (field.isList())
+        return "an empty list";
+    switch (field.kind) {
+    case fieldKind_t::record:
+        return "zeros and empty texts";
+    case fieldKind_t::integer32:
+    case fieldKind_t::integer16:
+        return "0";
+    case fieldKind_t::float64:
+    case fieldKind_t::float32:
+    case fieldKind_t::pixels:
+        return "0.000000";
+    case fieldKind_t::boolean:
+        return "FALSE";
+    case fieldKind_t::enumeration:
+        return field.names.front();
+    case fieldKind_t::text:
+    case fieldKind_t::text16:
+        break;
+    }
+    return "an empty text";
+}
+
+std::string valueProblem(const fieldSchema_t &field, std::string_view value, bool isElement) {
+    const valueFinding_t finding = judgeValue(field, value, isElement);
+    if (!finding.isThere || finding.severity != severity_t::error)
+        return {};
+    const std::string &meant = finding.words.suggestion;
+    return meant.empty() ? finding.words.message : joined({finding.words.message, "; did you mean ", meant, "?"});
+}
+
+} // namespace vek::inspect

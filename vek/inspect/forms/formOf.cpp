@@ -1,0 +1,109 @@
+#include "vek/inspect/forms/forms.hpp"
+
+#include "vek/inspect/forms/lineForm.hpp"
+#include "vek/text/numberText.hpp"
+
+namespace vek::inspect {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+// The text from its first line that is neither empty nor a comment.
+std::string_view fromFirstLine(std::string_view text) {
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    while (!text.empty()) {
+        if (isSpace(text.front())) {
+            text.remove_prefix(1);
+        } else if (text.front() == '#') {
+            const std::size_t end = text.find('\n');
+            text.remove_prefix(end == std::string_view::npos ? text.size() : end);
+        } else {
+            break;
+        }
+    }
+    return text;
+}
+
+// "focusValue_t 4112", with the end of the line or a comma behind it; or a record's name, or "unknown", alone.
+bool isTitle(std::string_view text) {
+    const std::size_t end = text.find_first_of(" ,\r\n#");
+    const std::string_view word = text.substr(0, end);
+    bool isKnown = word == unknownName;
+    for (const messageSchema_t &message : schema().messages())
+        isKnown |= message.record != nullptr && message.record->name == word;
+    return isKnown;
+}
+
+std::vector<std::string_view> splitObjects(std::string_view text) {
+    std::vector<std::string_view> objects;
+    std::size_t depth = 0, start = 0;
+    bool isInString = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        if (isInString) {
+            at += c == '\\' ? 1 : 0;
+            isInString = c != '"';
+        } else if (c == '"') {
+            isInString = true;
+        } else if (c == '{' && depth++ == 0) {
+            start = at;
+        } else if (c == '}' && depth > 0 && --depth == 0) {
+            objects.push_back(text.substr(start, at + 1 - start));
+        }
+    }
+    if (depth > 0)
+        objects.push_back(text.substr(start));
+    return objects;
+}
+
+// Each message begins with a line that `isFirst` knows.
+std::vector<std::string_view> splitLines(std::string_view text, bool (*isFirst)(std::string_view)) {
+    std::vector<std::string_view> messages;
+    std::size_t start = std::string_view::npos;
+    for (std::size_t at = 0; at < text.size();) {
+        if (isFirst(text.substr(at))) {
+            if (start != std::string_view::npos)
+                messages.push_back(text.substr(start, at - start));
+            start = at;
+        }
+        const std::size_t end = text.find('\n', at);
+        at = end == std::string_view::npos ? text.size() : end + 1;
+    }
+    if (start != std::string_view::npos)
+        messages.push_back(text.substr(start));
+    return messages;
+}
+
+} // namespace
+
+form_t formOf(std::string_view text) {
+    text = fromFirstLine(text);
+    if (text.starts_with("@@"))
+        return form_t::message;
+    if (text.starts_with("@id"))
+        return form_t::flat;
+    if (text.starts_with('{')) {
+        const std::size_t first = text.find_first_not_of(" \t\r\n", 1);
+        return first != std::string_view::npos && text[first] == '"' ? form_t::json : form_t::none;
+    }
+    return isTitle(text) ? form_t::show : form_t::none;
+}
+
+std::vector<std::string_view> splitForms(std::string_view text, form_t form) {
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    switch (form) {
+    case form_t::json:
+        return splitObjects(text);
+    case form_t::flat:
+        return splitLines(text, [](std::string_view line) { return line.starts_with("@id"); });
+    case form_t::show:
+        return splitLines(text, &isTitle);
+    default:
+        return {text};
+    }
+}
+
+} // namespace vek::inspect

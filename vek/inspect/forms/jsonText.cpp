@@ -1,0 +1,108 @@
+#include "vek/inspect/forms/private/jsonText.hpp"
+
+#include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/words/quoting.hpp"
+#include "vek/text/characters.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace vek::inspect {
+
+namespace {
+
+// What goes into a JSON string as it is: printable ASCII but for quotes and backslashes.
+constexpr auto isSimple = [] {
+    std::array<bool, 256> set{};
+    for (std::size_t c = 0x20; c < 0x7F; ++c)
+        set[c] = c != '"' && c != '\\';
+    return set;
+}();
+
+bool isByteCharacter(std::uint32_t character) {
+    return character >= byteCharacters && character < byteCharacters + 0x80;
+}
+
+void appendEscape(std::string &out, std::uint32_t character) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        out += digits[character >> shift & 15U];
+}
+
+void appendSpecial(std::string &out, std::string_view character) {
+    constexpr std::string_view escaped = "\"\\\n\r\t", letters = "\"\\nrt";
+    if (const std::size_t known = escaped.find(character[0]); known != std::string_view::npos) {
+        out += '\\';
+        out += letters[known];
+    } else if (static_cast<unsigned char>(character[0]) < 0x20 || character[0] == '\x7F') {
+        appendEscape(out, static_cast<unsigned char>(character[0]));
+    } else {
+        out += character;
+    }
+}
+
+} // namespace
+
+void appendJsonString(std::string &out, std::string_view bytes) {
+    out += '"';
+    while (!bytes.empty()) {
+        const auto special =
+            std::find_if(bytes.begin(), bytes.end(), [](char c) { return !isSimple[static_cast<unsigned char>(c)]; });
+        const auto simple = static_cast<std::size_t>(special - bytes.begin());
+        out += bytes.substr(0, simple);
+        bytes.remove_prefix(simple);
+        if (bytes.empty())
+            break;
+        const std::size_t size = utf8Size(bytes);
+        const std::string_view character = bytes.substr(0, std::max<std::size_t>(size, 1));
+        if (size == 0 || isByteCharacter(utf8Character(character)))
+            for (const char byte : character)
+                appendEscape(out, byteCharacters + (static_cast<unsigned char>(byte) & 0x7FU));
+        else
+            appendSpecial(out, character);
+        bytes.remove_prefix(character.size());
+    }
+    out += '"';
+}
+
+std::string_view wellFormed(std::string_view bytes, std::string &room) {
+    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return bytes;
+    room.clear();
+    while (!bytes.empty()) {
+        const std::size_t size = utf8Size(bytes);
+        const std::string_view character = bytes.substr(0, std::max<std::size_t>(size, 1));
+        if (size == 0 || isByteCharacter(utf8Character(character)))
+            for (const char byte : character)
+                appendUtf8(room, byteCharacters + (static_cast<unsigned char>(byte) & 0x7FU));
+        else
+            room += character;
+        bytes.remove_prefix(character.size());
+    }
+    return room;
+}
+
+void appendJsonText(std::string &out, std::string_view value) {
+    if (std::none_of(value.begin(), value.end(), isEscapeCode))
+        return appendJsonString(out, value);
+    appendJsonString(out, unescapedText(value));
+}
+
+std::string jsonBytes(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t size = std::max<std::size_t>(utf8Size(text), 1);
+        const std::uint32_t character = size == 3 ? utf8Character(text.substr(0, size)) : 0;
+        if (isByteCharacter(character))
+            bytes += static_cast<char>(0x80 | (character - byteCharacters));
+        else
+            bytes += text.substr(0, size);
+        text.remove_prefix(size);
+    }
+    return bytes;
+}
+
+} // namespace vek::inspect

@@ -1,0 +1,214 @@
+#include "vek/inspect/log/logScanner.hpp"
+
+#include "vek/inspect/log/private/lineCount.hpp"
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vek::inspect {
+
+namespace {
+
+constexpr std::string_view marker = "@@", endMarker = "!!", bodyEnd = "}!!";
+constexpr std::size_t nowhere = std::string_view::npos;
+
+// Where "@@" stands next; a lone "@" at the end may be its first half.
+std::size_t findMarker(std::string_view text, std::size_t from) {
+    while (from + 1 < text.size()) {
+        const void *found = std::memchr(text.data() + from, marker[0], text.size() - from - 1);
+        if (found == nullptr)
+            return nowhere;
+        from = static_cast<std::size_t>(static_cast<const char *>(found) - text.data());
+        if (text[from + 1] == marker[1])
+            return from;
+        ++from;
+    }
+    return nowhere;
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+std::size_t skipBlanks(std::string_view text, std::size_t at) {
+    while (at < text.size() && isBlank(text[at]))
+        ++at;
+    return at;
+}
+
+bool hasId(std::string_view text, std::size_t at) {
+    at = skipBlanks(text.substr(0, at + 32), at + marker.size());
+    return at < text.size() && isDigit(text[at]);
+}
+
+// Where the next message may begin: the next "@@" with a number behind it.
+std::size_t findNextMessage(std::string_view text, std::size_t from) {
+    for (std::size_t at = from; (at = findMarker(text, at)) != nowhere; ++at)
+        if (hasId(text, at))
+            return at;
+    return nowhere;
+}
+
+// Reads digits up to a number that no message has; false when there are none.
+bool readDigits(std::string_view text, std::size_t &at, std::size_t &number) {
+    const std::size_t start = at;
+    for (number = 0; at < text.size() && isDigit(text[at]); ++at)
+        number = std::min(number * 10 + static_cast<std::size_t>(text[at] - '0'), std::size_t{1} << 30);
+    return at > start;
+}
+
+std::size_t behindFirst(std::string_view text, std::string_view word) {
+    const std::size_t at = text.find(word);
+    return at == nowhere ? nowhere : at + word.size();
+}
+
+std::size_t withoutBlanks(std::string_view text, std::size_t start, std::size_t end) {
+    while (end > start && isSpace(text[end - 1]))
+        --end;
+    return end;
+}
+
+} // namespace
+
+logScanner_t::logScanner_t(std::uint64_t offset, std::uint64_t line) : offset_(offset), line_(line) {}
+
+logScanner_t::logScanner_t(const logPosition_t &position)
+    : head_(position.lineHead), before_(position.isLineHeadComplete ? std::string() : position.lineHead),
+      offset_(position.offset), line_(position.line), column_(position.column), hasHead_(position.isLineHeadComplete) {}
+
+void logScanner_t::feed(std::string_view block, messageSink_t &sink) {
+    if (kept_.empty()) {
+        kept_ = block.substr(scan(block, false, sink));
+        return;
+    }
+    kept_ += block;
+    kept_.erase(0, scan(kept_, false, sink));
+}
+
+void logScanner_t::finish(messageSink_t &sink) {
+    scan(kept_, true, sink);
+    kept_.clear();
+}
+
+// Returns how much is decided.
+std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t &sink) {
+    using enum candidate_t::kind_t;
+    std::size_t passed = 0;
+    for (std::size_t at = 0; (at = findMarker(text, at)) != nowhere;) {
+        const candidate_t candidate = examine(text, at, isLast);
+        if (candidate.kind == other) {
+            ++at;
+            continue;
+        }
+        pass(text.substr(passed, at - passed));
+        passed = at;
+        if (candidate.kind == undecided)
+            return passed;
+        const std::string_view message = text.substr(at, candidate.end - at);
+        sink.message({message, offset_, line_, column_, before_, head_, candidate.isLengthRight});
+        passMessage(message);
+        passed = at = candidate.end;
+    }
+    const bool isHalf = !isLast && text.ends_with(marker[0]) && passed < text.size();
+    const std::size_t end = text.size() - (isHalf ? 1 : 0);
+    pass(text.substr(passed, end - passed));
+    return end;
+}
+
+logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size_t at, bool isLast) {
+    using enum candidate_t::kind_t;
+    constexpr std::size_t longestHead = 64;
+    std::size_t place = skipBlanks(text, at + marker.size());
+    const auto mayGoOn = [&] { return place == text.size() && !isLast && place - at < longestHead; };
+    if (mayGoOn())
+        return {undecided};
+    std::size_t id = 0, length = 0;
+    if (!readDigits(text, place, id))
+        return place < text.size() && text[place] == marker[0] ? candidate_t{} : findEndWithoutId(text, at, isLast);
+    place = skipBlanks(text, place);
+    const bool hasLength = readDigits(text, place, length);
+    if (mayGoOn())
+        return {undecided};
+    constexpr std::size_t shortest = 8;
+    if (hasLength && length >= shortest && length <= largestMessage) {
+        const std::size_t end = at + length - 1; // the length counts a NUL too
+        if (end > text.size() && !isLast)
+            return {undecided};
+        if (end <= text.size() && text.substr(end - endMarker.size(), endMarker.size()) == endMarker)
+            return {message, end, true};
+    }
+    return findDamagedEnd(text, at, isLast);
+}
+
+logScanner_t::candidate_t logScanner_t::findDamagedEnd(std::string_view text, std::size_t at, bool isLast) {
+    using enum candidate_t::kind_t;
+    const std::string_view window = text.substr(0, std::min(text.size(), at + largestMessage));
+    const std::size_t next = findNextMessage(window, at + marker.size());
+    const std::size_t limit = std::min(next, window.size());
+    const std::size_t line = window.substr(0, limit).find('\n', at);
+    const std::string_view onLine = window.substr(at, std::min(line, limit) - at);
+    for (const std::string_view word : {bodyEnd, endMarker})
+        if (const std::size_t end = behindFirst(onLine, word); end != nowhere)
+            if (word == bodyEnd || line != nowhere || next != nowhere || isLast || window.size() < text.size())
+                return {message, at + end};
+    if (line != nowhere) // a message that was wrapped ends on a line below
+        if (const std::size_t end = behindFirst(window.substr(line, limit - line), bodyEnd); end != nowhere)
+            return {message, line + end};
+    if (next == nowhere && !isLast && window.size() == text.size() && text.size() - at < largestMessage)
+        return {undecided};
+    return {message, withoutBlanks(window, at + marker.size(), std::min(line, limit))};
+}
+
+// Other programs write "@@" too; here it must at least look like a message up to the next one.
+logScanner_t::candidate_t logScanner_t::findEndWithoutId(std::string_view text, std::size_t at, bool isLast) {
+    using enum candidate_t::kind_t;
+    constexpr std::size_t longest = 99999;
+    const std::string_view window = text.substr(0, std::min(text.size(), at + longest));
+    const std::size_t limit = std::min({findMarker(window, at + marker.size()), window.find('\n', at), window.size()});
+    const std::string_view line = window.substr(at, limit - at);
+    const std::size_t brace = line.find('{');
+    if (brace != nowhere)
+        for (const std::string_view word : {bodyEnd, endMarker})
+            if (const std::size_t end = behindFirst(line.substr(brace), word); end != nowhere)
+                if (word == bodyEnd || limit < window.size() || isLast || window.size() < text.size())
+                    return {message, at + brace + end};
+    const bool mayGoOn = limit == text.size() && !isLast && text.size() - at < longest;
+    return {mayGoOn ? undecided : other};
+}
+
+// Goes over what is no message.
+void logScanner_t::pass(std::string_view words) {
+    if (words.empty())
+        return;
+    offset_ += words.size();
+    const std::uint64_t lines = countLines(words);
+    if (lines > 0) {
+        line_ += lines;
+        words.remove_prefix(words.rfind('\n') + 1);
+        head_.clear();
+        before_.clear();
+        hasHead_ = false;
+        column_ = 1;
+    }
+    column_ += words.size();
+    if (!hasHead_ && head_.size() < headRoom)
+        head_ += words.substr(0, headRoom - head_.size());
+    if (words.size() >= headRoom)
+        before_ = words.substr(words.size() - headRoom);
+    else
+        before_ += words;
+    if (before_.size() > headRoom)
+        before_.erase(0, before_.size() - headRoom);
+}
+
+void logScanner_t::passMessage(std::string_view message) {
+    offset_ += message.size();
+    const std::size_t lineEnd = message.rfind('\n');
+    line_ += countLines(message);
+    column_ = lineEnd == nowhere ? column_ + message.size() : message.size() - lineEnd;
+    before_.clear();
+    hasHead_ = true;
+}
+
+} // namespace vek::inspect

@@ -1,0 +1,290 @@
+#include "vek/inspect/log/logTime.hpp"
+
+#include "vek/text/numberText.hpp"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+namespace vek::inspect {
+
+namespace {
+
+constexpr std::int64_t second = 1'000'000;
+constexpr std::int64_t day = 86'400 * second;
+
+constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Reads a text from its start on, piece by piece. Once a piece is not there, nothing more is read.
+class pieces_t {
+public:
+    explicit pieces_t(std::string_view text) : text_(text) {}
+
+    bool isGood() const { return isGood_; }
+    std::size_t taken() const { return at_; }
+    char next() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+
+    int number(std::size_t digits) {
+        int value = 0;
+        for (std::size_t i = 0; i < digits; ++i) {
+            if (!isDigit(next())) {
+                isGood_ = false;
+                return 0;
+            }
+            value = value * 10 + (text_[at_++] - '0');
+        }
+        return value;
+    }
+    char oneOf(std::string_view characters) {
+        if (at_ < text_.size() && characters.find(text_[at_]) != std::string_view::npos)
+            return text_[at_++];
+        isGood_ = false;
+        return '\0';
+    }
+    bool optionally(std::string_view characters) {
+        const bool isThere = at_ < text_.size() && characters.find(text_[at_]) != std::string_view::npos;
+        at_ += isThere ? 1 : 0;
+        return isThere;
+    }
+    int month() {
+        static constexpr std::string_view names = "JanFebMarAprMayJunJulAugSepOctNovDec";
+        const std::size_t place = names.find(text_.substr(at_, 3));
+        isGood_ = isGood_ && at_ + 3 <= text_.size() && place != std::string_view::npos && place % 3 == 0;
+        at_ += 3;
+        return isGood_ ? static_cast<int>(place / 3) + 1 : 0;
+    }
+    // Microseconds of the digits behind a point.
+    std::int64_t fraction() {
+        std::int64_t value = 0, unit = second;
+        for (; isDigit(next()); ++at_)
+            value += (text_[at_] - '0') * (unit /= 10);
+        return value;
+    }
+    void fail() { isGood_ = false; }
+
+private:
+    std::string_view text_;
+    std::size_t at_ = 0;
+    bool isGood_ = true;
+};
+
+std::optional<std::int64_t> dayOf(int year, int month, int dayOfMonth) {
+    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(dayOfMonth))};
+    if (!date.ok())
+        return std::nullopt;
+    return std::chrono::sys_days(date).time_since_epoch().count() * day;
+}
+
+// hh:mm[:ss[.fraction]]
+std::int64_t clock(pieces_t &pieces, bool needsSeconds) {
+    const int hour = pieces.number(2);
+    pieces.oneOf(":");
+    const int minute = pieces.number(2);
+    std::int64_t value = (std::int64_t{hour} * 60 + minute) * 60 * second;
+    int seconds = 0;
+    if (pieces.isGood() && pieces.next() == ':') {
+        pieces.oneOf(":");
+        seconds = pieces.number(2);
+        value += seconds * second;
+        if (pieces.isGood() && (pieces.next() == '.' || pieces.next() == ',')) {
+            pieces.oneOf(".,");
+            value += pieces.fraction();
+        }
+    } else if (needsSeconds) {
+        pieces.fail();
+    }
+    if (hour > 24 || minute > 59 || seconds > 60)
+        pieces.fail();
+    return value;
+}
+
+// Z, +01:00, +0100, +01; nothing is fine too.
+void zone(pieces_t &pieces, logTime_t &time) {
+    if (pieces.optionally("Z")) {
+        time.hasZone = true;
+        return;
+    }
+    const char sign = pieces.next();
+    if (sign != '+' && sign != '-')
+        return;
+    pieces_t ahead = pieces;
+    ahead.oneOf("+-");
+    int minutes = ahead.number(2) * 60;
+    if (ahead.optionally(":") || isDigit(ahead.next()))
+        minutes += ahead.number(2);
+    if (!ahead.isGood())
+        return;
+    pieces = ahead;
+    time.hasZone = true;
+    time.microseconds -= (sign == '+' ? second : -second) * minutes * 60;
+}
+
+using reader_t = std::optional<logTime_t> (*)(pieces_t &);
+
+std::optional<logTime_t> made(pieces_t &pieces, std::optional<std::int64_t> date, std::int64_t timeOfDay) {
+    if (!pieces.isGood() || !date)
+        return std::nullopt;
+    logTime_t time{*date + timeOfDay, true, false};
+    zone(pieces, time);
+    return time;
+}
+
+std::optional<logTime_t> iso(pieces_t &pieces) {
+    const int year = pieces.number(4);
+    const char separator = pieces.oneOf("-/");
+    const int month = pieces.number(2);
+    pieces.oneOf({&separator, 1});
+    const int dayOfMonth = pieces.number(2);
+    pieces.oneOf("T _");
+    const std::int64_t timeOfDay = clock(pieces, false);
+    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
+}
+
+std::optional<logTime_t> dotted(pieces_t &pieces) {
+    const int dayOfMonth = pieces.number(2);
+    pieces.oneOf(".");
+    const int month = pieces.number(2);
+    pieces.oneOf(".");
+    const int year = pieces.number(4);
+    pieces.optionally(",");
+    pieces.oneOf(" T");
+    const std::int64_t timeOfDay = clock(pieces, false);
+    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
+}
+
+std::optional<logTime_t> webServer(pieces_t &pieces) {
+    const int dayOfMonth = pieces.number(2);
+    pieces.oneOf("/");
+    const int month = pieces.isGood() ? pieces.month() : 0;
+    pieces.oneOf("/");
+    const int year = pieces.number(4);
+    pieces.oneOf(":");
+    const std::int64_t timeOfDay = clock(pieces, true);
+    pieces.optionally(" ");
+    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
+}
+
+int thisYear() {
+    static const int year = [] {
+        const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+        return static_cast<int>(std::chrono::year_month_day(today).year());
+    }();
+    return year;
+}
+
+std::optional<logTime_t> systemLog(pieces_t &pieces) {
+    const int month = pieces.month();
+    pieces.oneOf(" ");
+    const int dayOfMonth = pieces.optionally(" ") ? pieces.number(1) : pieces.number(2);
+    pieces.oneOf(" ");
+    const std::int64_t timeOfDay = clock(pieces, true);
+    return made(pieces, dayOf(thisYear(), month, dayOfMonth), timeOfDay);
+}
+
+std::optional<logTime_t> sinceEpoch(pieces_t &pieces) {
+    const int high = pieces.number(5), low = pieces.number(5);
+    if (!pieces.isGood() || high < 10000 || isDigit(pieces.next()))
+        return std::nullopt;
+    logTime_t time{(static_cast<std::int64_t>(high) * 100000 + low) * second, true, true};
+    if (pieces.optionally("."))
+        time.microseconds += pieces.fraction();
+    return time;
+}
+
+std::optional<logTime_t> timeAlone(pieces_t &pieces) {
+    const std::int64_t timeOfDay = clock(pieces, true);
+    if (!pieces.isGood())
+        return std::nullopt;
+    return logTime_t{timeOfDay, false, false};
+}
+
+constexpr std::array<reader_t, 5> readersByDigit{iso, dotted, webServer, sinceEpoch, timeAlone};
+
+std::int64_t timeOfDay(std::int64_t microseconds) {
+    return ((microseconds % day) + day) % day;
+}
+
+} // namespace
+
+bool logTime_t::isBefore(const logTime_t &other) const {
+    if (hasDate && other.hasDate)
+        return microseconds < other.microseconds;
+    return timeOfDay(microseconds) < timeOfDay(other.microseconds);
+}
+
+std::string logTime_t::inWords() const {
+    std::string text;
+    appendTo(text, 'T', fraction_t::whenThere);
+    return hasZone ? text + "Z" : text;
+}
+
+void logTime_t::appendTo(std::string &out, char between, fraction_t fraction) const {
+    char buffer[32], *to = buffer;
+    const auto pair = [&to](std::int64_t number) { to = writeDigitPair(static_cast<std::size_t>(number), to); };
+    const std::int64_t inDay = timeOfDay(microseconds);
+    if (hasDate) {
+        const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days((microseconds - inDay) / day))};
+        const int year = std::clamp(static_cast<int>(date.year()), 0, 9999);
+        pair(year / 100);
+        pair(year % 100);
+        *to++ = '-';
+        pair(static_cast<unsigned>(date.month()));
+        *to++ = '-';
+        pair(static_cast<unsigned>(date.day()));
+        *to++ = between;
+    }
+    pair(inDay / second / 3600);
+    *to++ = ':';
+    pair(inDay / second / 60 % 60);
+    *to++ = ':';
+    pair(inDay / second % 60);
+    const std::int64_t rest = inDay % second;
+    if (fraction == fraction_t::always || (fraction == fraction_t::whenThere && rest != 0)) {
+        *to++ = '.';
+        const std::int64_t thousandths = rest / 1000;
+        *to++ = static_cast<char>('0' + thousandths / 100);
+        pair(thousandths % 100);
+        if (rest % 1000 != 0) {
+            *to++ = static_cast<char>('0' + rest % 1000 / 100);
+            pair(rest % 100);
+        }
+    }
+    out.append(buffer, static_cast<std::size_t>(to - buffer));
+}
+
+std::uint32_t logTime_t::microsecond() const {
+    return static_cast<std::uint32_t>(timeOfDay(microseconds) % second);
+}
+
+std::optional<logTime_t> readTime(std::string_view text, std::size_t &size) {
+    const auto attempt = [&](reader_t reader) {
+        pieces_t pieces(text);
+        std::optional<logTime_t> time = reader(pieces);
+        size = pieces.taken();
+        return time;
+    };
+    if (text.empty() || !isDigit(text.front()))
+        return attempt(systemLog);
+    for (const reader_t reader : readersByDigit)
+        if (const std::optional<logTime_t> time = attempt(reader))
+            return time;
+    return std::nullopt;
+}
+
+std::optional<logTime_t> timeIn(std::string_view lineHead) {
+    std::size_t size = 0;
+    char previous = ' ';
+    for (std::size_t i = 0; i < lineHead.size(); previous = lineHead[i++]) {
+        const bool isStart = isDigit(lineHead[i]) ? !isDigit(previous) && previous != '.' && previous != '-'
+                                                  : lineHead[i] >= 'A' && lineHead[i] <= 'S';
+        if (isStart)
+            if (const std::optional<logTime_t> time = readTime(lineHead.substr(i), size))
+                return time;
+    }
+    return std::nullopt;
+}
+
+} // namespace vek::inspect

@@ -1,0 +1,25 @@
+// Whether the words of a form say all of a message, so that the text needn't stand beside them.
+#pragma once
+
+#include "vek/inspect/message/tree.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace vek::inspect {
+
+/// Whether a message is spelt throughout as the library spells messages: then it follows from its pairs. Its keys and
+/// values may be anything.
+bool isPlain(const tree_t &tree);
+
+/// Whether a node's value is a text that stands in the body with codes for its separators.
+bool isText(const node_t &node);
+
+/// A text value with the characters that its codes stand for, and back.
+std::string unescapedText(std::string_view value);
+std::string escapedText(std::string_view text);
+
+/// A scalar for people: of a text its characters, else what stands there.
+std::string scalarText(const tree_t &tree, const node_t &node);
+
+} // namespace vek::inspect

@@ -1,0 +1,66 @@
+#include "vek/inspect/schema/schema.hpp"
+#include "vek/inspect/words/words.hpp"
+
+namespace vek::inspect {
+
+namespace {
+
+std::string_view listName(listKind_t list) {
+    switch (list) {
+    case listKind_t::none:
+        return "";
+    case listKind_t::growable:
+        return "list";
+    case listKind_t::container:
+        return "container";
+    case listKind_t::array:
+        return "array";
+    case listKind_t::range:
+        break;
+    }
+    return "range";
+}
+
+} // namespace
+
+std::string_view kindName(fieldKind_t kind) {
+    switch (kind) {
+    case fieldKind_t::record:
+        return "nested record";
+    case fieldKind_t::integer32:
+        return "long integer";
+    case fieldKind_t::integer16:
+        return "short integer";
+    case fieldKind_t::float64:
+    case fieldKind_t::pixels:
+        return "double";
+    case fieldKind_t::float32:
+        return "float";
+    case fieldKind_t::boolean:
+        return "boolean";
+    case fieldKind_t::enumeration:
+        return "enumeration";
+    case fieldKind_t::text:
+        return "string";
+    case fieldKind_t::text16:
+        break;
+    }
+    return "16-bit character string";
+}
+
+std::string kindInWords(const fieldSchema_t &field) {
+    if (!field.isList()) {
+        const bool isNamed = field.kind == fieldKind_t::enumeration;
+        return joined({kindName(field.kind), isNamed ? " " : "", isNamed ? field.enumeration : ""});
+    }
+    const std::string room = field.room >= 0 ? joined({std::to_string(field.room), " "}) : std::string();
+    const std::string elements =
+        field.record != nullptr ? std::string(field.record->name) : joined({kindName(field.kind), "s"});
+    std::string words = joined({listName(field.list), " of ", room, elements});
+    if (field.countField == nullptr)
+        return words;
+    return field.isCountChecked ? joined({words, "; at most ", field.countField->key, " of them are written"})
+                                : joined({words, "; ", field.countField->key, " of them are written, unchecked"});
+}
+
+} // namespace vek::inspect

@@ -1,0 +1,141 @@
+// The schema: every message, its record, its keys with their kinds, names, members and defaults, as data.
+//
+// It is made once, from the declarations that convert, when it is first asked for; it then never changes, so it may be
+// read from any thread. Everything it hands out lives as long as the program.
+#pragma once
+
+#include "vek/api/messageTable.hpp"
+#include "vek/text/description.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek {
+struct conversion_t;
+}
+
+namespace vek::inspect {
+
+struct recordSchema_t;
+
+/// What a structure with the declared defaults has in a field.
+enum class defaultKind_t : std::uint8_t {
+    value,  ///< what defaultText says
+    empty,  ///< nothing that would be written
+    zero,   ///< an array of fixed room that is all zero
+    null,   ///< a null pointer
+    notSet, ///< the field of a record that is its own structure
+    record, ///< a nested record: see its fields
+};
+
+/// Where a member of a structure lies.
+struct memberPlace_t {
+    std::string path;          ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
+    std::string_view type;     ///< as it is declared in C; empty when no layout table has the member
+    std::size_t windows32 = 0; ///< its offset on 32-bit Windows, in bytes
+    std::size_t linux64 = 0;   ///< and on 64-bit Linux
+};
+
+/// One key of a record.
+struct fieldSchema_t {
+    std::string_view key;
+    std::int32_t position = 0; ///< in its record, which is its place in a positional body
+    fieldKind_t kind = fieldKind_t::record;
+    listKind_t list = listKind_t::none;
+    std::string_view enumeration;              ///< an enumeration in words, for example "media type"
+    std::span<const char *const> names;        ///< an enumeration's names, in order of their values
+    std::string_view structure;                ///< of a nested record: its structure's name
+    const recordSchema_t *record = nullptr;    ///< the nested record, or the record of a list's elements; else null
+    std::int32_t room = -1;                    ///< elements a list of fixed room holds, or a character array's size
+    std::int32_t elementRoom = -1;             ///< the size of the character arrays that are a list's elements
+    const fieldSchema_t *countField = nullptr; ///< the key that limits how many elements are written
+    bool isCountChecked = true;                ///< false: so many are written, be there as many or not
+    const fieldSchema_t *rangeType = nullptr;  ///< of a range's values: the key of its type
+    memberPlace_t member;                      ///< in the structure of the record that stands at the top
+    defaultKind_t defaultKind = defaultKind_t::empty;
+    std::string defaultText; ///< as it is written in a body
+
+    bool isList() const { return list != listKind_t::none; }
+    /// A group in a body: a nested record, a list, or a 16-bit text, which is a list of codes.
+    bool isGroup() const { return isList() || kind == fieldKind_t::record || kind == fieldKind_t::text16; }
+    /// The value of an enumeration's name, -1 when there is none.
+    std::int32_t valueOf(std::string_view name) const;
+};
+
+/// A record: that of a message, of a list's elements, or nested.
+struct recordSchema_t {
+    std::string_view name; ///< of the record class, for example "focusValue_t"; of a nested record, its structure's
+    std::string_view structure; ///< for example "FocusValue"
+    std::string_view about;     ///< what it is about, a sentence or two; empty for a nested record
+    structureKind_t kind = structureKind_t::plain;
+    bool ownsMemory = false;
+    std::vector<fieldSchema_t> fields; ///< in text order; never changes, so pointers to its elements stay
+
+    /// What it is about in its first sentence.
+    std::string_view purpose() const;
+    /// The field with exactly this key; null when there is none. The one at `hint` is looked at first.
+    const fieldSchema_t *find(std::string_view key, std::size_t hint = 0) const;
+};
+
+/// A row of the catalogue.
+struct messageSchema_t {
+    std::int32_t id = 0;
+    std::string_view constant;              ///< "VEK_MSG_FOCUS_VALUE"; empty for an id without a structure
+    const recordSchema_t *record = nullptr; ///< null for an id without a structure
+    const conversion_t *conversion = nullptr;
+    service_t write = service_t::full;   ///< what vekValToStr does
+    service_t release = service_t::full; ///< what vekParamsDeleteStruct does
+};
+
+/// A place where a key stands.
+struct keyUse_t {
+    const messageSchema_t *message;
+    const fieldSchema_t *field;
+    std::string path; ///< "ARRAY_CASSETTE[].VERSION.TYPE"
+};
+
+class schema_t {
+public:
+    schema_t();
+    schema_t(const schema_t &) = delete;
+    schema_t &operator=(const schema_t &) = delete;
+
+    /// Every row of the catalogue, in order of the ids.
+    const std::vector<messageSchema_t> &messages() const { return messages_; }
+
+    /// Null for an id that no call takes.
+    const messageSchema_t *find(std::int32_t id) const;
+
+    /// The messages of a word that a person may use: an id in digits, a constant with or without "VEK_MSG_", the name
+    /// of a record with or without "_t", or of a structure. Letter case does not count. Three messages share a record.
+    std::vector<const messageSchema_t *> findNamed(std::string_view word) const;
+
+    /// Everywhere that a key stands, letter case not counting, in order of the ids.
+    std::vector<keyUse_t> usesOf(std::string_view key) const;
+
+    /// Every key there is, once, in alphabetical order.
+    std::vector<std::string_view> keys() const;
+
+private:
+    friend class schemaBuilder_t;
+
+    std::deque<recordSchema_t> records_;
+    std::vector<messageSchema_t> messages_;
+};
+
+/// The one schema. Made on the first call; throws std::bad_alloc then.
+const schema_t &schema();
+
+/// In a word for people: "long integer", "list of strings", "enumeration media type", "array of 10 shorts".
+std::string kindInWords(const fieldSchema_t &field);
+
+/// Of a scalar kind alone: "long integer", "double", "string".
+std::string_view kindName(fieldKind_t kind);
+
+} // namespace vek::inspect

@@ -1,0 +1,163 @@
+#include "vek/inspect/schema/private/schemaBuilder.hpp"
+
+#include "vek/api/private/catalogue.hpp"
+#include "vek/inspect/schema/private/memberPlace.hpp"
+#include "vek/text/bodyWriter.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vek::inspect {
+
+namespace {
+
+// The name of an id's constant in the C header.
+template <vekMessageId Id>
+constexpr std::string_view constantOf() {
+    std::string_view name = __PRETTY_FUNCTION__;
+    name.remove_prefix(name.find("Id = ") + 5);
+    return name.substr(0, name.find_first_of(";]"));
+}
+
+std::string_view constantNamed(std::int32_t id) {
+    std::string_view name;
+    messages_t::forEach([&]<class Message>(Message) {
+        if (Message::id == id)
+            name = constantOf<static_cast<vekMessageId>(Message::id)>();
+    });
+    return name;
+}
+
+fieldDescription_t describe(const textField_t &field) {
+    fieldDescription_t description;
+    field.describe(description);
+    return description;
+}
+
+std::size_t distance(const void *from, const void *to) {
+    return static_cast<std::size_t>(static_cast<const char *>(to) - static_cast<const char *>(from));
+}
+
+// The key of the member that counts a list's elements; of a range, of the member inside it that is its type.
+const fieldSchema_t *findBound(const recordSchema_t &record, const textGroup_t &group, const void *start,
+                               std::size_t size) {
+    std::size_t position = 0;
+    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember(), ++position) {
+        const fieldDescription_t description = describe(*field);
+        const auto *at = static_cast<const char *>(description.member);
+        if (description.list == listKind_t::none && at >= start && at < static_cast<const char *>(start) + size)
+            return &record.fields[position];
+    }
+    return nullptr;
+}
+
+void setDefault(fieldSchema_t &field, const textField_t &described, const fieldDescription_t &description,
+                bool keepsItsValues) {
+    const auto *bytes = static_cast<const char *>(description.member);
+    const bool isZero = std::all_of(bytes, bytes + description.memberSize, [](char byte) { return byte == 0; });
+    if (description.group != nullptr) {
+        field.defaultKind = defaultKind_t::record;
+    } else if (keepsItsValues && described.isSet == 0) {
+        field.defaultKind = defaultKind_t::notSet;
+    } else if (description.names != nullptr) {
+        // Also of a range without values, whose type is not written.
+        std::int32_t value = 0;
+        std::memcpy(&value, bytes, sizeof value);
+        const bool hasName = value >= 0 && value < description.nameCount;
+        field.defaultKind = defaultKind_t::value;
+        field.defaultText = hasName ? description.names[value] : std::to_string(value);
+    } else if (isZero && field.member.type.ends_with('*')) {
+        field.defaultKind = defaultKind_t::null;
+    } else if (isZero && description.list == listKind_t::array) {
+        field.defaultKind = defaultKind_t::zero;
+    } else {
+        bodyBuffer_t buffer(64);
+        field.defaultText = described.toText(bodyWriter_t(buffer)).text();
+        field.defaultKind = field.defaultText.empty() ? defaultKind_t::empty : defaultKind_t::value;
+    }
+}
+
+} // namespace
+
+void schemaBuilder_t::build() {
+    for (const catalogueRow_t &row : catalogueRows()) {
+        messageSchema_t message;
+        message.id = row.id;
+        message.write = row.write;
+        message.release = row.release;
+        message.conversion = row.conversion;
+        if (row.conversion != nullptr) {
+            message.constant = constantNamed(row.id);
+            message.record = recordOf(row.conversion->visit);
+        }
+        schema_.messages_.push_back(message);
+    }
+}
+
+const recordSchema_t *schemaBuilder_t::recordOf(visit_t visit) {
+    if (const auto known = records_.find(visit); known != records_.end())
+        return known->second;
+    struct visitor_t : recordVisitor_t {
+        visitor_t(schemaBuilder_t &owner, recordSchema_t &into) : builder(owner), record(into) {}
+        void visit(const recordDescription_t &description) override {
+            record.name = description.record;
+            record.structure = description.structure;
+            record.about = description.about;
+            record.kind = description.kind;
+            record.ownsMemory = description.ownsMemory;
+            builder.addFields(record, description.fields, description);
+        }
+        schemaBuilder_t &builder;
+        recordSchema_t &record;
+    };
+    recordSchema_t &record = schema_.records_.emplace_back();
+    visitor_t visitor(*this, record);
+    visit(visitor);
+    return records_[visit] = &record;
+}
+
+void schemaBuilder_t::addFields(recordSchema_t &record, const textGroup_t &group, const recordDescription_t &top) {
+    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember())
+        addField(record, *field, top);
+    std::size_t position = 0; // now that the fields have their places
+    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember(), ++position) {
+        const fieldDescription_t description = describe(*field);
+        fieldSchema_t &schema = record.fields[position];
+        if (description.countMember != nullptr)
+            schema.countField = findBound(record, group, description.countMember, 1);
+        if (description.list == listKind_t::range)
+            schema.rangeType = findBound(record, group, description.member, description.memberSize);
+    }
+}
+
+void schemaBuilder_t::addField(recordSchema_t &record, const textField_t &described, const recordDescription_t &top) {
+    const fieldDescription_t description = describe(described);
+    fieldSchema_t field;
+    field.key = described.key();
+    field.position = static_cast<std::int32_t>(record.fields.size());
+    field.kind = description.kind;
+    field.list = description.list;
+    field.enumeration = description.enumeration;
+    field.names = {description.names, static_cast<std::size_t>(description.nameCount)};
+    field.structure = description.structure;
+    field.room = description.room;
+    field.elementRoom = description.elementRoom;
+    field.isCountChecked = description.isCountChecked;
+    field.member =
+        memberAt(layoutNamed(top.structure), distance(top.address, description.member), description.memberSize);
+    setDefault(field, described, description, top.kind == structureKind_t::ownRecord);
+    if (description.group != nullptr)
+        field.record = nestedRecord(description, top);
+    else if (description.visitElement != nullptr)
+        field.record = recordOf(description.visitElement);
+    record.fields.push_back(std::move(field));
+}
+
+const recordSchema_t *schemaBuilder_t::nestedRecord(const fieldDescription_t &field, const recordDescription_t &top) {
+    recordSchema_t &nested = schema_.records_.emplace_back();
+    nested.name = nested.structure = field.structure;
+    addFields(nested, *field.group, top);
+    return &nested;
+}
+
+} // namespace vek::inspect

@@ -1,0 +1,167 @@
+#include "vek/inspect/words/quoting.hpp"
+
+#include <algorithm>
+
+namespace vek::inspect {
+
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789abcdef";
+
+bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+bool isWordCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+// Also not the control characters from 0x80 on, nor those that turn the direction of writing.
+bool isPrintableCharacter(std::string_view bytes) {
+    const std::uint32_t character = utf8Character(bytes);
+    return character >= 0x20 && (character < 0x7F || character >= 0xA0) &&
+           !(character >= 0x200B && character <= 0x200F) && !(character >= 0x2028 && character <= 0x202E) &&
+           !(character >= 0x2066 && character <= 0x2069) && character != 0xFEFF;
+}
+
+void appendHex(std::string &out, char byte) {
+    out += "\\x";
+    out += hexDigits[static_cast<unsigned char>(byte) >> 4];
+    out += hexDigits[static_cast<unsigned char>(byte) & 15U];
+}
+
+bool readHex(std::string_view text, std::size_t at, char &byte) {
+    if (text.size() < at + 2)
+        return false;
+    const std::size_t high = hexDigits.find(text[at]), low = hexDigits.find(text[at + 1]);
+    if (high == std::string_view::npos || low == std::string_view::npos)
+        return false;
+    byte = static_cast<char>(high << 4 | low);
+    return true;
+}
+
+} // namespace
+
+std::size_t utf8Size(std::string_view text) {
+    if (text.empty())
+        return 0;
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first < 0x80)
+        return 1;
+    const std::size_t size = first >= 0xC2 && first <= 0xDF   ? 2
+                             : (first & 0xF0U) == 0xE0        ? 3
+                             : first >= 0xF0 && first <= 0xF4 ? 4
+                                                              : 0;
+    if (size == 0 || text.size() < size ||
+        !std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(size), isContinuation))
+        return 0;
+    const auto second = static_cast<unsigned char>(text[1]);
+    const bool isOverlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
+    const bool isOutside = (first == 0xED && second > 0x9F) || (first == 0xF4 && second > 0x8F);
+    return isOverlong || isOutside ? 0 : size;
+}
+
+std::uint32_t utf8Character(std::string_view bytes) {
+    const auto first = static_cast<unsigned char>(bytes[0]);
+    if (bytes.size() == 1)
+        return first;
+    std::uint32_t character = first & (0x7FU >> bytes.size());
+    for (const char byte : bytes.substr(1))
+        character = character << 6 | (static_cast<unsigned char>(byte) & 0x3FU);
+    return character;
+}
+
+void appendUtf8(std::string &out, std::uint32_t character) {
+    const auto put = [&out](std::uint32_t byte) { out += static_cast<char>(byte); };
+    if (character < 0x80)
+        return put(character);
+    if (character < 0x800) {
+        put(0xC0 | character >> 6);
+    } else {
+        if (character < 0x10000) {
+            put(0xE0 | character >> 12);
+        } else {
+            put(0xF0 | character >> 18);
+            put(0x80 | (character >> 12 & 0x3F));
+        }
+        put(0x80 | (character >> 6 & 0x3F));
+    }
+    put(0x80 | (character & 0x3F));
+}
+
+void appendQuoted(std::string &out, std::string_view bytes) {
+    constexpr std::string_view escaped = "\"\\\n\r\t", letters = "\"\\nrt";
+    out += '"';
+    while (!bytes.empty()) {
+        const std::size_t size = std::max<std::size_t>(utf8Size(bytes), 1);
+        const std::string_view character = bytes.substr(0, size);
+        if (const std::size_t known = escaped.find(bytes[0]); known != std::string_view::npos) {
+            out += '\\';
+            out += letters[known];
+        } else if (utf8Size(bytes) != 0 && isPrintableCharacter(character)) {
+            out += character;
+        } else {
+            for (const char byte : character)
+                appendHex(out, byte);
+        }
+        bytes.remove_prefix(size);
+    }
+    out += '"';
+}
+
+bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
+    bytes.clear();
+    if (at >= text.size() || text[at] != '"')
+        return false;
+    for (++at; at < text.size() && text[at] != '"'; ++at) {
+        if (text[at] != '\\') {
+            bytes += text[at];
+            continue;
+        }
+        if (++at == text.size())
+            return false;
+        char byte = 0;
+        switch (text[at]) {
+        case 'n':
+            bytes += '\n';
+            break;
+        case 'r':
+            bytes += '\r';
+            break;
+        case 't':
+            bytes += '\t';
+            break;
+        case 'x':
+            if (!readHex(text, at + 1, byte))
+                return false;
+            bytes += byte;
+            at += 2;
+            break;
+        default:
+            bytes += text[at];
+        }
+    }
+    if (at == text.size())
+        return false;
+    ++at;
+    return true;
+}
+
+bool isPrintable(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t size = utf8Size(text);
+        if (size == 0 || !isPrintableCharacter(text.substr(0, size)))
+            return false;
+        text.remove_prefix(size);
+    }
+    return true;
+}
+
+void appendPathKey(std::string &out, std::string_view key) {
+    if (!key.empty() && std::all_of(key.begin(), key.end(), isWordCharacter))
+        out += key;
+    else
+        appendQuoted(out, key);
+}
+
+} // namespace vek::inspect
