@@ -1,7 +1,7 @@
 // Whatever stands in a log: its messages go into a database, each with a row, and with its text when something is wrong
 // with it; taken away again, nothing of them stays.
 #include "fuzz/fuzzInput.hpp"
-#include "tools/vekmsg/load/archiveFile.hpp"
+#include "tools/vekmsg/load/sqlite/archiveFile.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
 using namespace vek;

@@ -1,9 +1,9 @@
 #include "tools/vekmsg/commandLine.hpp"
 
-#include "tools/vekmsg/commands.hpp"
-#include "tools/vekmsg/platform.hpp"
+#include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/problem.hpp"
-#include "tools/vekmsg/wrapping.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/schema/schema.hpp"
 #include "vek/inspect/words/nearest.hpp"

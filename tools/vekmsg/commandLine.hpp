@@ -2,7 +2,7 @@
 // shells' completion.
 #pragma once
 
-#include "tools/vekmsg/options.hpp"
+#include "tools/vekmsg/commands/options.hpp"
 
 #include <CLI/CLI.hpp>
 

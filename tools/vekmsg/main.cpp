@@ -1,7 +1,7 @@
 // vekmsg: messages for people, on the command line.
 #include "tools/vekmsg/commandLine.hpp"
-#include "tools/vekmsg/platform.hpp"
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
 
 #include <new>
 

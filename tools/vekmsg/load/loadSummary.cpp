@@ -1,6 +1,6 @@
 #include "tools/vekmsg/load/loadSummary.hpp"
 
-#include "tools/vekmsg/platform.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
 
 #include <algorithm>
 #include <string>

@@ -4,7 +4,7 @@
 // it is loaded is written in the transaction that writes its rows, so both are always true together.
 #pragma once
 
-#include "tools/vekmsg/load/archiveFile.hpp"
+#include "tools/vekmsg/load/sqlite/archiveFile.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The databases that vekmsg load knows. Each runs to its end and gives the exit code; they throw usageError_t.
 #pragma once
 
-#include "tools/vekmsg/options.hpp"
+#include "tools/vekmsg/commands/options.hpp"
 
 namespace vek::tool {
 

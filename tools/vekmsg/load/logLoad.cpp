@@ -1,7 +1,7 @@
 #include "tools/vekmsg/load/logLoad.hpp"
 
-#include "tools/vekmsg/platform.hpp"
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
 
 #include <algorithm>
 

@@ -1,0 +1,189 @@
+// vekmsg check: every departure from the format, as a compiler would say it.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/colours.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/nearest.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace vek::tool {
+
+namespace {
+
+using inspect::finding_t;
+using inspect::severity_t;
+
+constexpr std::size_t tabWidth = 1; // control characters are shown as one column, so that the caret stays in its place
+
+// Whether a byte begins a character of UTF-8, so takes a column.
+bool isColumn(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
+
+class checkTask_t final : public task_t {
+public:
+    checkTask_t(const options_t &options, const colours_t &colours)
+        : options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
+        for (const std::string &name : options.ignored)
+            ignored_[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
+    }
+
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<checkTask_t>(options_, colours_); }
+    void join(task_t &later) override {
+        const auto &other = static_cast<checkTask_t &>(later);
+        messages += other.messages;
+        errors += other.errors;
+        warnings += other.warnings;
+    }
+
+    void take(const item_t &item) override {
+        ++messages;
+        // What stands behind a message that is alone in its file counts as well.
+        const bool isTail = item.whole.size() != item.text.size();
+        if (!isTail && inspect::isClean(item.tree()))
+            return;
+        if (isTail)
+            tail_.read(item.whole);
+        const inspect::tree_t &tree = isTail ? tail_ : item.tree();
+        for (const finding_t &finding : inspect::check(tree)) {
+            if (ignored_[static_cast<std::size_t>(finding.code)])
+                continue;
+            ++(finding.severity == severity_t::error ? errors : warnings);
+            if (options_.isQuiet)
+                continue;
+            options_.isJson ? writeJson(item, tree, finding) : write(item, tree, finding);
+        }
+    }
+
+    std::uint64_t messages = 0, errors = 0, warnings = 0;
+
+private:
+    struct spot_t {
+        std::uint64_t line, column;
+        std::string_view text; // of the line, of the message's part
+        std::size_t caret;     // in that text
+    };
+    static spot_t spotOf(const item_t &item, std::string_view text, const finding_t &finding) {
+        const std::string_view before = text.substr(0, finding.place.start);
+        const std::size_t start = before.rfind('\n') + 1;
+        const auto lines = static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
+        const std::string_view line = text.substr(start, text.find('\n', start) - start);
+        const std::size_t caret = before.size() - start;
+        return {item.line + lines, (lines == 0 ? item.column : 1) + caret, line, caret};
+    }
+
+    void write(const item_t &item, const inspect::tree_t &tree, const finding_t &finding) {
+        const bool isError = finding.severity == severity_t::error;
+        const spot_t spot = spotOf(item, tree.text(), finding);
+        out.append(colours_.bold).append(item.file).append(":" + std::to_string(spot.line));
+        out.append(":" + std::to_string(spot.column) + ": ").append(colours_.reset);
+        out.append(isError ? colours_.red : colours_.magenta).append(isError ? "error: " : "warning: ");
+        out.append(colours_.reset).append(colours_.bold).append(finding.message).append(colours_.reset);
+        if (!finding.consequence.empty())
+            out.append(": ").append(finding.consequence);
+        out.append(colours_.dim).append(" [").append(inspect::findingName(finding.code)).append("]");
+        out.append(colours_.reset).append("\n");
+        writeLine(spot, finding.place.size(), isError);
+        std::string behind = finding.path.empty() ? std::string() : "in " + finding.path;
+        if (!finding.suggestion.empty())
+            behind += (behind.empty() ? "did you mean " : "; did you mean ") + finding.suggestion + "?";
+        if (!behind.empty())
+            out.append("  ").append(colours_.dim).append(behind).append(colours_.reset).append("\n");
+    }
+
+    // The line cut to a window, and a caret below.
+    void writeLine(const spot_t &spot, std::size_t size, bool isError) {
+        const std::size_t room = std::max<std::size_t>(width_, 40) - 8;
+        std::size_t start = 0, end = spot.text.size();
+        if (end > room) {
+            start = spot.caret > room / 2 ? spot.caret - room / 2 : 0;
+            end = std::min(start + room, spot.text.size());
+            start = end - std::min(end, room);
+            while (start > 0 && !isColumn(spot.text[start]))
+                --start;
+        }
+        const std::string_view front = start > 0 ? "..." : "", behind = end < spot.text.size() ? "..." : "";
+        out.append("  ").append(front);
+        std::string under(2 + front.size(), ' ');
+        std::size_t marks = 0;
+        for (std::size_t i = start; i < end; ++i) {
+            const auto byte = static_cast<unsigned char>(spot.text[i]);
+            out += byte < 0x20 || byte == 0x7F ? ' ' : spot.text[i];
+            if (isColumn(spot.text[i]) && i < spot.caret)
+                under.append(tabWidth, ' ');
+            else if (isColumn(spot.text[i]) && i > spot.caret && i < spot.caret + size)
+                ++marks;
+        }
+        out.append(behind).append("\n").append(under).append(isError ? colours_.red : colours_.magenta).append("^");
+        out.append(std::string(marks, '~')).append(colours_.reset).append("\n");
+    }
+
+    void writeJson(const item_t &item, const inspect::tree_t &tree, const finding_t &finding) {
+        const spot_t spot = spotOf(item, tree.text(), finding);
+        const auto text = [this](std::string_view name, std::string_view value) {
+            out.append(",\"").append(name).append("\":");
+            inspect::appendJsonString(out, value);
+        };
+        out += "{\"file\":";
+        inspect::appendJsonString(out, item.file);
+        out += ",\"line\":" + std::to_string(spot.line) + ",\"column\":" + std::to_string(spot.column) +
+               ",\"offset\":" + std::to_string(item.offset + finding.place.start) +
+               ",\"size\":" + std::to_string(finding.place.size()) +
+               ",\"id\":" + std::to_string(tree.envelope().id.value);
+        text("severity", finding.severity == severity_t::error ? "error" : "warning");
+        text("code", inspect::findingName(finding.code));
+        text("path", finding.path);
+        text("message", finding.message);
+        text("consequence", finding.consequence);
+        text("suggestion", finding.suggestion);
+        out += "}\n";
+    }
+
+    const options_t &options_;
+    const colours_t &colours_;
+    const std::size_t width_;
+    std::array<bool, inspect::findingCodeCount> ignored_{};
+    inspect::tree_t tail_;
+};
+
+void checkIgnored(const options_t &options) {
+    std::vector<std::string_view> names;
+    for (std::size_t i = 0; i < inspect::findingCodeCount; ++i)
+        names.push_back(inspect::findingName(static_cast<inspect::findingCode_t>(i)));
+    for (const std::string &name : options.ignored) {
+        if (inspect::findingNamed(name))
+            continue;
+        std::string words = "--ignore " + name + ": no finding has this name; ";
+        if (const std::string_view near = inspect::nearest(name, names); !near.empty())
+            throw usageError_t(words.append("did you mean ").append(near).append("?"));
+        words += "there are";
+        for (const std::string_view known : names)
+            words.append(" ").append(known);
+        throw usageError_t(words);
+    }
+}
+
+std::string counted(std::uint64_t count, const char *word) {
+    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+int runCheck(const options_t &options) {
+    checkIgnored(options);
+    const colours_t colours = colours_t::of(options.color);
+    checkTask_t task(options, colours);
+    reader_t reader(options, task);
+    reader.run();
+    const exitCode_t status = reader.statusWithMessages();
+    if (!options.isQuiet && task.messages > 0)
+        complain(counted(task.messages, "message") + ": " +
+                 (task.errors + task.warnings == 0
+                      ? std::string("nothing to report")
+                      : counted(task.errors, "error") + ", " + counted(task.warnings, "warning")));
+    return status == exitFine && task.errors > 0 ? exitDifferences : status;
+}
+
+} // namespace vek::tool

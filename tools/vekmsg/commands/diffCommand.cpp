@@ -1,0 +1,189 @@
+// vekmsg diff: two messages, or two logs paired by id and sequence number, field by field.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/colours.hpp"
+#include "vek/inspect/change/diff.hpp"
+
+#include <deque>
+#include <map>
+#include <utility>
+
+namespace vek::tool {
+
+namespace {
+
+using key_t = std::pair<std::int32_t, std::int32_t>; // id and sequence number
+
+// A message that waits for its partner in the other log.
+struct waiting_t {
+    std::string text, place;
+    key_t key;
+    bool isPaired = false;
+};
+
+// The messages of one input that wait, in order. What waits is bounded: the oldest gives up when there is too much.
+class side_t {
+public:
+    static constexpr std::size_t room = std::size_t{4} << 20;
+
+    void add(waiting_t message) {
+        size_ += message.text.size() + sizeof(waiting_t);
+        byKey_[message.key].push_back(gone_ + waiting_.size());
+        waiting_.push_back(std::move(message));
+    }
+    std::optional<waiting_t> take(const key_t &key) {
+        const auto found = byKey_.find(key);
+        if (found == byKey_.end())
+            return std::nullopt;
+        waiting_t &message = waiting_[found->second.front() - gone_];
+        size_ -= message.text.size();
+        dropFirst(found);
+        waiting_t taken = std::exchange(message, waiting_t());
+        message.isPaired = true;
+        return taken;
+    }
+    /// The oldest that waits, when there is too much or all are to go.
+    std::optional<waiting_t> giveUp(bool isAll) {
+        while (!waiting_.empty() && (isAll || size_ > room || waiting_.front().isPaired)) {
+            waiting_t oldest = std::move(waiting_.front());
+            waiting_.pop_front();
+            ++gone_;
+            size_ -= oldest.text.size() + sizeof(waiting_t);
+            if (oldest.isPaired)
+                continue;
+            dropFirst(byKey_.find(oldest.key));
+            return oldest;
+        }
+        return std::nullopt;
+    }
+
+private:
+    using places_t = std::map<key_t, std::deque<std::size_t>>;
+    void dropFirst(places_t::iterator place) {
+        place->second.pop_front();
+        if (place->second.empty())
+            byKey_.erase(place);
+    }
+
+    std::deque<waiting_t> waiting_;
+    places_t byKey_; // numbers from the first message on
+    std::size_t gone_ = 0, size_ = 0;
+};
+
+class comparison_t {
+public:
+    comparison_t(const options_t &options, const colours_t &colours) : colours_(colours) {
+        diff_.tolerance = options.tolerance;
+        diff_.ignored = options.ignored;
+        diff_.comparesHeader = options.comparesHeader;
+    }
+
+    void take(waiting_t message, bool isLeft) {
+        side_t &own = isLeft ? left_ : right_, &other = isLeft ? right_ : left_;
+        ++(isLeft ? leftCount_ : rightCount_);
+        if (const std::optional<waiting_t> partner = other.take(message.key))
+            return isLeft ? compare(message, *partner) : compare(*partner, message);
+        own.add(std::move(message));
+        while (const std::optional<waiting_t> alone = own.giveUp(false))
+            say(*alone, isLeft);
+    }
+
+    void finish() {
+        std::optional<waiting_t> left = left_.giveUp(true), right = right_.giveUp(true);
+        if (left && right && leftCount_ == 1 && rightCount_ == 1)
+            return compare(*left, *right);
+        for (; left; left = left_.giveUp(true))
+            say(*left, true);
+        for (; right; right = right_.giveUp(true))
+            say(*right, false);
+    }
+
+    std::string out;
+    bool isDifferent = false;
+    bool isEmpty() const { return leftCount_ == 0 || rightCount_ == 0; }
+
+private:
+    static std::string title(const inspect::tree_t &tree) {
+        const std::string_view name = tree.record() != nullptr ? tree.record()->name : "message";
+        return std::string(name) + " " + std::to_string(tree.envelope().id.value) + ", sequence " +
+               std::to_string(tree.envelope().sequenceNumber.value);
+    }
+
+    void say(const waiting_t &alone, bool isLeft) {
+        isDifferent = true;
+        out.append(isLeft ? colours_.red : colours_.green).append(isLeft ? "--- " : "+++ ");
+        out.append(alone.place).append("  ").append(title(inspect::tree_t(alone.text)));
+        out.append(isLeft ? " has no partner" : " is new").append(colours_.reset).append("\n");
+    }
+
+    void compare(const waiting_t &left, const waiting_t &right) {
+        const inspect::tree_t leftTree(left.text), rightTree(right.text);
+        const std::vector<inspect::difference_t> found = inspect::differences(leftTree, rightTree, diff_);
+        if (found.empty())
+            return;
+        isDifferent = true;
+        out.append(colours_.bold).append(left.place).append("  ").append(right.place).append("  ");
+        out.append(title(leftTree)).append(colours_.reset).append("\n");
+        std::size_t width = 0;
+        for (const inspect::difference_t &difference : found)
+            width = std::max(width, std::min<std::size_t>(difference.path.size(), 40));
+        for (const inspect::difference_t &difference : found) {
+            out.append("  ").append(colours_.cyan).append(difference.path).append(colours_.reset);
+            out.append(width - std::min(width, difference.path.size()) + 2, ' ');
+            out.append(colours_.red).append(difference.hasLeft ? difference.left : "(not there)");
+            out.append(colours_.reset).append(" -> ").append(colours_.green);
+            out.append(difference.hasRight ? difference.right : "(not there)").append(colours_.reset).append("\n");
+        }
+    }
+
+    const colours_t &colours_;
+    inspect::diffOptions_t diff_;
+    side_t left_, right_;
+    std::uint64_t leftCount_ = 0, rightCount_ = 0;
+};
+
+class sideTask_t final : public task_t {
+public:
+    sideTask_t(comparison_t &comparison, bool isLeft) : comparison_(comparison), isLeft_(isLeft) {}
+
+    void take(const item_t &item) override {
+        const inspect::envelopeParts_t &envelope = item.tree().envelope();
+        comparison_.take({std::string(item.text), item.place(), {envelope.id.value, envelope.sequenceNumber.value}},
+                         isLeft_);
+    }
+
+private:
+    comparison_t &comparison_;
+    const bool isLeft_;
+};
+
+} // namespace
+
+int runDiff(const options_t &options) {
+    if (options.files.size() != 2)
+        throw usageError_t("diff compares two files: vekmsg diff A B");
+    const colours_t colours = colours_t::of(options.color);
+    comparison_t comparison(options, colours);
+    sideTask_t left(comparison, true), right(comparison, false);
+    options_t leftOptions = options, rightOptions = options;
+    leftOptions.files = {options.files[0]};
+    rightOptions.files = {options.files[1]};
+    reader_t leftReader(leftOptions, left), rightReader(rightOptions, right);
+
+    // Block by block in turn, so that partners meet early.
+    bool isLeftOpen = leftReader.open(), isRightOpen = rightReader.open();
+    while (isLeftOpen || isRightOpen) {
+        isLeftOpen = isLeftOpen && leftReader.step();
+        isRightOpen = isRightOpen && rightReader.step();
+        writeAll(1, comparison.out);
+        comparison.out.clear();
+    }
+    const exitCode_t status = std::max(leftReader.statusWithMessages(), rightReader.statusWithMessages());
+    if (status != exitFine)
+        return exitUsage; // nothing was compared
+    comparison.finish();
+    writeAll(1, comparison.out);
+    return comparison.isDifferent ? exitDifferences : exitFine;
+}
+
+} // namespace vek::tool

@@ -1,0 +1,178 @@
+// vekmsg edit: a message in an editor, in its readable form, until it is right.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/reading/rewriter.hpp"
+#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/check/check.hpp"
+
+#include <cstdio>
+#include <fstream>
+
+namespace vek::tool {
+
+namespace {
+
+constexpr std::string_view invitation =
+    "# Change values, save, and leave the editor. Lines like this one don't count.\n"
+    "# Leave without changing anything, and the message stays as it was.\n";
+
+// The one message of a file, with what is needed to put another in its place.
+class pickTask_t final : public task_t {
+public:
+    void take(const item_t &item) override {
+        ++count;
+        if (count > 1)
+            return;
+        text = item.text;
+        whole = item.whole;
+        place = item;
+        place.lazy = nullptr;
+        place.text = text;
+        place.whole = whole;
+    }
+
+    std::uint64_t count = 0;
+    std::string text, whole;
+    item_t place;
+};
+
+// A draft beside the user's other temporary files, kept when the user gives up with changes in it.
+class draft_t {
+public:
+    draft_t() {
+        const std::string folder =
+            environment("TMPDIR").value_or(environment("TEMP").value_or(environment("TMP").value_or("/tmp")));
+        name_ = folder + "/vekmsg-" + std::to_string(milliseconds()) + ".txt";
+    }
+    ~draft_t() {
+        if (!isKept)
+            std::remove(name_.c_str());
+    }
+    draft_t(const draft_t &) = delete;
+    draft_t &operator=(const draft_t &) = delete;
+
+    const std::string &name() const { return name_; }
+    void write(const std::string &text) const {
+        std::ofstream file(name_, std::ios::binary | std::ios::trunc);
+        file << text;
+        file.close();
+        if (!file)
+            failOnFile("write", name_);
+    }
+    std::string read() const {
+        std::ifstream file(name_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    bool isKept = false;
+
+private:
+    std::string name_;
+};
+
+std::string editor() {
+    for (const char *name : {"VISUAL", "EDITOR"})
+        if (const std::optional<std::string> value = environment(name))
+            return *value;
+#ifdef _WIN32
+    return "notepad";
+#else
+    return "vi";
+#endif
+}
+
+std::string readable(const std::string &text) {
+    std::string form(invitation);
+    const inspect::tree_t tree(text);
+    const std::vector<inspect::finding_t> findings = inspect::check(tree);
+    inspect::showOptions_t shown;
+    shown.findings = findings;
+    inspect::appendShow(form, tree, shown);
+    return form;
+}
+
+// What is wrong with what the user saved, a line each; `sealed` receives the message when nothing is.
+std::vector<std::string> problemsOf(const std::string &form, std::string &sealed) {
+    const inspect::formResult_t result = inspect::seal(form);
+    if (!result.isRead()) {
+        const std::string_view before = std::string_view(form).substr(0, result.offset);
+        return {"line " + std::to_string(std::count(before.begin(), before.end(), '\n') + 1) + ": " + result.error};
+    }
+    std::vector<std::string> problems;
+    for (const inspect::finding_t &finding : inspect::check(inspect::tree_t(result.text)))
+        if (finding.severity == inspect::severity_t::error)
+            problems.push_back((finding.path.empty() ? "" : finding.path + ": ") + finding.inWords());
+    sealed = result.text;
+    return problems;
+}
+
+std::string withoutProblems(const std::string &form) {
+    std::string rest;
+    for (std::size_t at = 0; at < form.size();) {
+        const std::size_t end = std::min(form.find('\n', at), form.size() - 1) + 1;
+        if (form.compare(at, 3, "#! ") != 0)
+            rest.append(form, at, end - at);
+        at = end;
+    }
+    return rest;
+}
+
+std::string withProblems(const std::string &form, const std::vector<std::string> &problems) {
+    std::string text = "#! Not saved yet; leave without changing anything to give up:\n";
+    for (const std::string &problem : problems)
+        text += "#! " + problem + "\n";
+    return text + form;
+}
+
+// The edited message; nothing when the user gave up.
+std::optional<std::string> edited(const std::string &text, draft_t &draft) {
+    std::string offered = readable(text);
+    for (bool isFirst = true;; isFirst = false) {
+        draft.write(offered);
+        if (!runEditor(editor(), draft.name())) {
+            draft.isKept = !isFirst;
+            throw usageError_t("the editor " + editor() +
+                               " ended with an error; set VISUAL or EDITOR to one that works" +
+                               (isFirst ? "" : "; your draft is " + draft.name()));
+        }
+        const std::string saved = draft.read();
+        if (saved == offered) {
+            draft.isKept = !isFirst;
+            return std::nullopt;
+        }
+        const std::string form = withoutProblems(saved);
+        std::string sealed;
+        const std::vector<std::string> problems = problemsOf(form, sealed);
+        if (problems.empty())
+            return sealed;
+        offered = withProblems(form, problems);
+    }
+}
+
+} // namespace
+
+int runEdit(const options_t &options) {
+    if (options.files.size() != 1 || options.files.front() == "-")
+        throw usageError_t("edit needs one file: vekmsg edit FILE");
+    rewriter_t rewriter(options.files.front());
+    pickTask_t task;
+    reader_t reader(options, task);
+    reader.run();
+    const exitCode_t status = reader.statusWithMessages();
+    if (status != exitFine)
+        return status;
+    if (task.count > 1)
+        throw usageError_t(options.files.front() + " holds " + std::to_string(task.count) +
+                           " messages; choose one with --id, --where or --since");
+    draft_t draft;
+    const std::optional<std::string> text = edited(task.text, draft);
+    if (!text) {
+        complain(options.files.front() + " stays as it was" + (draft.isKept ? "; your draft is " + draft.name() : ""));
+        return draft.isKept ? exitDifferences : exitFine;
+    }
+    rewriter.replace(task.place, *text);
+    rewriter.commit();
+    return exitFine;
+}
+
+} // namespace vek::tool

@@ -1,0 +1,205 @@
+// vekmsg json, flat and table: messages for programs.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/nearest.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace vek::tool {
+
+namespace {
+
+void appendNumber(std::string &out, std::uint64_t number) {
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+}
+
+class jsonTask_t final : public task_t {
+public:
+    jsonTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
+
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(options_, times_); }
+
+    void take(const item_t &item) override {
+        members_ = "\"file\":";
+        inspect::appendJsonString(members_, item.file);
+        members_ += ",\"line\":";
+        appendNumber(members_, item.line);
+        members_ += ",\"offset\":";
+        appendNumber(members_, item.offset);
+        if (!item.before.empty()) {
+            members_ += ",\"before\":";
+            inspect::appendJsonString(members_, item.before);
+        }
+        if (const std::optional<logTime_t> time = times_.in(item.lineHead)) {
+            members_ += ",\"time\":\"";
+            members_ += time->inWords();
+            members_ += '"';
+        }
+        const inspect::tree_t &tree = item.tree();
+        findings_.clear();
+        if (!inspect::isClean(tree))
+            findings_ = inspect::check(tree);
+        const bool hasErrors = std::any_of(findings_.begin(), findings_.end(), [](const inspect::finding_t &finding) {
+            return finding.severity == inspect::severity_t::error;
+        });
+        if (!findings_.empty())
+            members_ += hasErrors ? ",\"level\":\"error\"" : ",\"level\":\"warning\"";
+        inspect::jsonOptions_t json;
+        json.members = members_;
+        json.findings = findings_;
+        inspect::appendJson(out, tree, json);
+        out += '\n';
+    }
+
+private:
+    const options_t &options_;
+    const timeFinder_t &times_;
+    std::string members_;
+    std::vector<inspect::finding_t> findings_;
+};
+
+class flatTask_t final : public task_t {
+public:
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<flatTask_t>(); }
+
+    void take(const item_t &item) override {
+        if (item.form == inspect::form_t::none)
+            out += "# " + item.place() + "\n";
+        inspect::appendFlat(out, item.tree());
+    }
+};
+
+// A column of a table: something of the place where a message was found, or a path in it.
+class tableTask_t final : public task_t {
+public:
+    tableTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
+
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<tableTask_t>(options_, times_); }
+
+    void header() {
+        for (const std::string &key : options_.keys)
+            cell(key, &key == &options_.keys.front());
+        out += lineEnd();
+    }
+
+    static constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before",
+                                                      "id",   "name", "echo", "seq",    "length"};
+    static bool isPlace(std::string_view key) { return std::ranges::find(placeNames, key) != std::end(placeNames); }
+
+    void take(const item_t &item) override {
+        values_.clear();
+        bool hasValue = false, hasPath = false;
+        for (const std::string &key : options_.keys) {
+            const bool isPath = !isPlace(key);
+            std::optional<std::string> value = isPath ? inspect::valueAt(item.tree(), key) : ofPlace(item, key);
+            hasPath |= isPath;
+            hasValue |= isPath && value;
+            values_.push_back(value ? std::move(*value) : std::string());
+        }
+        if (hasPath && !hasValue)
+            return; // a message of another kind
+        for (const std::string &value : values_)
+            cell(value, &value == &values_.front());
+        out += lineEnd();
+    }
+
+private:
+    // RFC 4180 has CR LF for commas; spreadsheets and plotters take LF from either.
+    static std::string_view lineEnd() { return "\n"; }
+
+    std::optional<std::string> ofPlace(const item_t &item, std::string_view key) const {
+        if (key == "time") {
+            const std::optional<logTime_t> time = times_.in(item.lineHead);
+            return time ? std::optional(time->inWords()) : std::nullopt;
+        }
+        if (key == "file")
+            return std::string(item.file);
+        if (key == "line")
+            return std::to_string(item.line);
+        if (key == "offset")
+            return std::to_string(item.offset);
+        if (key == "before")
+            return std::string(item.before);
+        if (key == "name")
+            return item.tree().record() != nullptr ? std::string(item.tree().record()->name) : std::string();
+        return inspect::valueAt(item.tree(), "@" + std::string(key));
+    }
+
+    void cell(std::string_view value, bool isFirst) {
+        if (!isFirst)
+            out += options_.isTabs ? '\t' : ',';
+        if (options_.isTabs) {
+            for (const char c : value)
+                out += c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
+        } else if (value.find_first_of(",\"\r\n") == std::string_view::npos) {
+            out += value;
+        } else {
+            out += '"';
+            for (const char c : value)
+                out.append(c == '"' ? 2 : 1, c);
+            out += '"';
+        }
+    }
+
+    const options_t &options_;
+    const timeFinder_t &times_;
+    std::vector<std::string> values_;
+};
+
+// The key at the end of a path, without an element's number.
+std::string_view lastKey(std::string_view path) {
+    path.remove_prefix(path.rfind('.') + 1);
+    return path.substr(0, path.find('['));
+}
+
+void checkKeys(const options_t &options) {
+    const std::vector<std::string_view> keys = inspect::schema().keys();
+    for (const std::string &path : options.keys) {
+        const std::string_view key = lastKey(path);
+        if (tableTask_t::isPlace(path) || path.starts_with('@') || std::ranges::find(keys, key) != keys.end())
+            continue;
+        std::vector<std::string_view> candidates = keys;
+        candidates.insert(candidates.end(), std::begin(tableTask_t::placeNames), std::end(tableTask_t::placeNames));
+        const std::string_view near = inspect::nearest(key, candidates);
+        throw usageError_t(
+            "--keys " + path + ": no message has this key; " +
+            (near.empty() ? "vekmsg describe shows the keys of a message" : "did you mean " + std::string(near) + "?"));
+    }
+}
+
+int runTask(const options_t &options, task_t &task) {
+    reader_t reader(options, task);
+    reader.run();
+    return reader.status();
+}
+
+} // namespace
+
+int runJson(const options_t &options) {
+    if (options.isRows || !options.table.empty())
+        return runRows(options);
+    if (!options.source.empty())
+        throw usageError_t("--source belongs to rows: write json --rows --source " + options.source);
+    const timeFinder_t times(options.timeExpression);
+    jsonTask_t task(options, times);
+    return runTask(options, task);
+}
+
+int runFlat(const options_t &options) {
+    flatTask_t task;
+    return runTask(options, task);
+}
+
+int runTable(const options_t &options) {
+    checkKeys(options);
+    const timeFinder_t times(options.timeExpression);
+    tableTask_t task(options, times);
+    task.header();
+    return runTask(options, task);
+}
+
+} // namespace vek::tool

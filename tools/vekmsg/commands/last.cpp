@@ -1,0 +1,81 @@
+// vekmsg last: the latest message of each kind, which is the device's state.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/colours.hpp"
+#include "vek/inspect/check/check.hpp"
+
+#include <map>
+
+namespace vek::tool {
+
+namespace {
+
+class lastTask_t final : public task_t {
+public:
+    struct kept_t {
+        std::string text, lineHead, file;
+        std::uint64_t line = 0, column = 0;
+    };
+
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<lastTask_t>(); }
+    void join(task_t &later) override {
+        for (auto &[id, kept] : static_cast<lastTask_t &>(later).latest)
+            std::swap(latest[id], kept);
+    }
+
+    void take(const item_t &item) override {
+        kept_t &kept = latest[item.tree().envelope().id.value];
+        kept.text = item.text;
+        kept.lineHead = item.lineHead;
+        kept.file = item.file;
+        kept.line = item.line;
+        kept.column = item.column;
+    }
+
+    std::map<std::int32_t, kept_t> latest; // by id
+};
+
+void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t &times, const options_t &options,
+            const colours_t &colours) {
+    const inspect::tree_t tree(kept.text);
+    const std::vector<inspect::finding_t> findings = inspect::check(tree);
+    const std::optional<logTime_t> time = times.in(kept.lineHead);
+    if (options.isJson) {
+        std::string members = "\"file\":";
+        inspect::appendJsonString(members, kept.file);
+        members += ",\"line\":" + std::to_string(kept.line);
+        if (time)
+            members += ",\"time\":\"" + time->inWords() + "\"";
+        inspect::jsonOptions_t json;
+        json.members = members;
+        json.findings = findings;
+        inspect::appendJson(out, tree, json);
+        out += '\n';
+        return;
+    }
+    out.append(colours.dim).append("# ").append(kept.file).append(":" + std::to_string(kept.line));
+    out.append(":" + std::to_string(kept.column)).append(time ? "  " + time->inWords() : "");
+    out.append(colours.reset).append("\n");
+    inspect::showOptions_t shown;
+    shown.styles = colours.styles();
+    shown.findings = findings;
+    inspect::appendShow(out, tree, shown);
+    out += '\n';
+}
+
+} // namespace
+
+int runLast(const options_t &options) {
+    lastTask_t task;
+    reader_t reader(options, task);
+    reader.run();
+    const exitCode_t status = reader.statusWithMessages();
+    const colours_t colours = colours_t::of(options.color);
+    const timeFinder_t times(options.timeExpression);
+    for (const auto &[id, kept] : task.latest)
+        append(task.out, kept, times, options, colours);
+    reader.flush();
+    return status;
+}
+
+} // namespace vek::tool

@@ -1,0 +1,154 @@
+// vekmsg summary: how many messages of each kind there are, which are damaged, and which are missing.
+#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/colours.hpp"
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/log/sequences.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+
+namespace vek::tool {
+
+namespace {
+
+class summaryTask_t final : public task_t {
+public:
+    struct moment_t {
+        std::string lineHead;
+        std::uint64_t line = 0;
+        void set(const item_t &item) {
+            lineHead = item.lineHead.substr(0, 128);
+            line = item.line;
+        }
+    };
+    struct kind_t {
+        std::uint64_t count = 0, damaged = 0;
+        moment_t first, last;
+    };
+
+    summaryTask_t(bool isChecked, bool isPiece) : isChecked_(isChecked), isPiece_(isPiece) {}
+
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<summaryTask_t>(isChecked_, true); }
+    void join(task_t &task) override {
+        auto &later = static_cast<summaryTask_t &>(task);
+        for (auto &[id, other] : later.kinds) {
+            kind_t &kind = kinds[id];
+            if (kind.count == 0)
+                std::swap(kind.first, other.first);
+            std::swap(kind.last, other.last);
+            kind.count += other.count;
+            kind.damaged += other.damaged;
+        }
+        for (const std::int32_t number : later.numbers_)
+            sequences.take(number);
+    }
+
+    void take(const item_t &item) override {
+        const numbers_t numbers = numbersOf(item.text);
+        if (latest_ == nullptr || latestId_ != numbers.id) {
+            latest_ = &kinds[numbers.id];
+            latestId_ = numbers.id;
+        }
+        kind_t &kind = *latest_;
+        if (kind.count++ == 0)
+            kind.first.set(item);
+        kind.last.set(item);
+        const bool isWhole = numbers.isWhole && (item.isLengthRight || item.form != inspect::form_t::none);
+        if (!isWhole || (isChecked_ && !inspect::isClean(item.tree(), true)))
+            ++kind.damaged;
+        if (!numbers.isWhole)
+            return;
+        if (isPiece_)
+            numbers_.push_back(numbers.sequence);
+        else
+            sequences.take(numbers.sequence);
+    }
+
+    std::map<std::int32_t, kind_t> kinds;
+    inspect::sequences_t sequences;
+
+private:
+    struct numbers_t {
+        std::int32_t id = -1, length = 0, echo = 0, sequence = 0;
+        bool isWhole = false;
+    };
+
+    // The envelope's numbers, without taking the message apart.
+    static numbers_t numbersOf(std::string_view text) {
+        numbers_t numbers;
+        const char *at = text.data() + (text.starts_with("@@") ? 2 : 0), *end = text.data() + text.size();
+        for (std::int32_t *number : {&numbers.id, &numbers.length, &numbers.echo, &numbers.sequence}) {
+            while (at < end && *at == ' ')
+                ++at;
+            const auto [behind, error] = std::from_chars(at, end, *number);
+            if (error != std::errc())
+                return numbers;
+            at = behind;
+        }
+        numbers.isWhole = true;
+        return numbers;
+    }
+
+    const bool isChecked_, isPiece_;
+    std::vector<std::int32_t> numbers_; // of a piece, whose sequences begin in the piece before
+    kind_t *latest_ = nullptr;
+    std::int32_t latestId_ = 0;
+};
+
+std::string momentInWords(const summaryTask_t::moment_t &moment, const timeFinder_t &times) {
+    const std::optional<logTime_t> time = times.in(moment.lineHead);
+    return time ? time->inWords() : "line " + std::to_string(moment.line);
+}
+
+std::string padded(std::string_view text, std::size_t width, bool isRight = false) {
+    const std::string space(width - std::min(width, text.size()), ' ');
+    return isRight ? space + std::string(text) : std::string(text) + space;
+}
+
+void write(const summaryTask_t &task, std::string &out, const options_t &options, const colours_t &colours) {
+    const timeFinder_t times(options.timeExpression);
+    std::uint64_t count = 0, damaged = 0;
+    out.append(colours.bold).append("   id  name                     messages  damaged  first and last\n");
+    out.append(colours.reset);
+    for (const auto &[id, kind] : task.kinds) {
+        const inspect::messageSchema_t *message = inspect::schema().find(id);
+        const std::string_view name = message == nullptr           ? "(unknown id)"
+                                      : message->record == nullptr ? "(no structure)"
+                                                                   : message->record->name;
+        count += kind.count;
+        damaged += kind.damaged;
+        out += padded(id < 0 ? "-" : std::to_string(id), 5, true) + "  " + padded(name, 24) +
+               padded(std::to_string(kind.count), 9, true) + "  ";
+        out.append(kind.damaged > 0 ? colours.red : "").append(padded(std::to_string(kind.damaged), 7, true));
+        out.append(kind.damaged > 0 ? colours.reset : "").append("  ");
+        const std::string first = momentInWords(kind.first, times), last = momentInWords(kind.last, times);
+        out += first;
+        if (first != last)
+            out.append("  ").append(last);
+        out += '\n';
+    }
+    out +=
+        std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
+    // Of chosen messages, the numbers in between are others'.
+    if (task.sequences.gaps() > 0 && options.ids.empty() && options.conditions.empty())
+        out += std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
+               " in the sequence numbers, " + std::to_string(task.sequences.missing()) +
+               " missing: " + task.sequences.inWords() + "\n";
+}
+
+} // namespace
+
+int runSummary(const options_t &options) {
+    summaryTask_t task(options.isChecked, false);
+    reader_t reader(options, task);
+    reader.run();
+    const exitCode_t status = reader.statusWithMessages();
+    if (reader.taken() > 0)
+        write(task, task.out, options, colours_t::of(options.color));
+    reader.flush();
+    return status;
+}
+
+} // namespace vek::tool

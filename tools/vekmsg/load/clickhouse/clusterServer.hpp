@@ -1,0 +1,71 @@
+// clusterServer_t: a ClickHouse server behind its HTTP interface, and a database in it: statements, batches of rows,
+// what the server has against them in words, and patience when it is away.
+//
+// Owns its connection. One thread at a time. Names become part of a statement through sqlName alone, any other text
+// through sqlText.
+#pragma once
+
+#include "tools/vekmsg/load/clickhouse/httpClient.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek::tool {
+
+/// A name of a table, column or database, quoted.
+std::string sqlName(std::string_view name);
+/// Two digits a byte, as hex() of the server gives them.
+std::string sqlHex(std::string_view bytes);
+/// Any bytes as a constant text.
+std::string sqlText(std::string_view bytes);
+
+/// The server refuses, or stays away: the work ends.
+class serverError_t : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class clusterServer_t {
+public:
+    /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster. Throws
+    /// usageError_t when it is not, and serverError_t when nobody answers there or without such a database.
+    explicit clusterServer_t(const std::string &url);
+
+    const std::string &database() const { return database_; }
+    const std::string &cluster() const { return cluster_; } ///< "" when one server has it all
+    const std::string &name() const { return name_; }       ///< for people
+
+    /// The answer to a statement. Asks again for a minute while the server is away; then, and when it refuses, throws
+    /// serverError_t.
+    std::string ask(const std::string &statement);
+    /// The same, as the fields of its lines. Texts with tabs and the like in them are to be asked for with hex().
+    std::vector<std::vector<std::string>> table(const std::string &statement);
+    /// Sends rows, a JSON object a line, to a table. False when it is not known whether they have arrived, or they have
+    /// in part: then look which have, and send the others. Throws like ask().
+    bool insert(std::string_view table, std::string_view rows);
+
+    /// Calls `use` with some of the texts and with the same as constants between commas, of which a statement has room
+    /// for `copies`, until all had their turn.
+    using use_t = std::function<void(std::span<const std::string>, const std::string &)>;
+    static void inPieces(std::span<const std::string> texts, std::size_t copies, const use_t &use);
+
+private:
+    enum class outcome_t : std::uint8_t { done, tryAgain };
+
+    explicit clusterServer_t(const httpAddress_t &address);
+    outcome_t send(const std::string &statement, std::string_view rows, std::string &answer);
+    void judge(const httpClient_t::answer_t &answer);
+    void waitAfter(const std::string &why);
+    [[noreturn]] void refuse(const std::string &why) const;
+
+    std::string name_, database_, cluster_;
+    httpClient_t client_;
+    std::uint64_t waited_ = 0; // milliseconds, since it last worked
+    std::uint64_t patience_;
+};
+
+} // namespace vek::tool

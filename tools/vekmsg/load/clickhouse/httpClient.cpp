@@ -1,0 +1,124 @@
+#include "tools/vekmsg/load/clickhouse/httpClient.hpp"
+
+#include <curl/curl.h>
+
+namespace vek::tool {
+
+namespace {
+
+struct urlReleaser_t {
+    void operator()(CURLU *url) const { curl_url_cleanup(url); }
+};
+struct textReleaser_t {
+    void operator()(char *text) const { curl_free(text); }
+};
+using curlText_t = std::unique_ptr<char, textReleaser_t>;
+
+std::string partOf(CURLU *url, CURLUPart part, unsigned flags = CURLU_URLDECODE) {
+    char *text = nullptr;
+    if (curl_url_get(url, part, &text, flags) != CURLUE_OK)
+        return {};
+    return std::string(curlText_t(text).get());
+}
+
+std::string decoded(std::string_view text) {
+    int size = 0;
+    const curlText_t plain(curl_easy_unescape(nullptr, text.data(), static_cast<int>(text.size()), &size));
+    return plain ? std::string(plain.get(), static_cast<std::size_t>(size)) : std::string();
+}
+
+std::size_t keep(char *bytes, std::size_t, std::size_t size, void *answer) {
+    constexpr std::size_t most = std::size_t{64} << 20; // whoever it is, it does not fill the memory
+    auto &body = static_cast<httpClient_t::answer_t *>(answer)->body;
+    if (size > most - body.size())
+        return 0;
+    body.append(bytes, size);
+    return size;
+}
+
+} // namespace
+
+httpAddress_t::httpAddress_t(const std::string &text) {
+    const std::unique_ptr<CURLU, urlReleaser_t> url(curl_url());
+    const CURLUcode code = curl_url_set(url.get(), CURLUPART_URL, text.c_str(), 0);
+    const std::string example = "; it is written http://HOST:8123/DATABASE";
+    if (code != CURLUE_OK)
+        throw usageError_t(text + " is no address: " + curl_url_strerror(code) + example);
+    const std::string scheme = partOf(url.get(), CURLUPART_SCHEME);
+    if (scheme != "http" && scheme != "https")
+        throw usageError_t(text + " is no address of a database server" + example);
+    const std::string port = partOf(url.get(), CURLUPART_PORT);
+    server = scheme + "://" + partOf(url.get(), CURLUPART_HOST, 0) + (port.empty() ? "" : ":" + port);
+    user = partOf(url.get(), CURLUPART_USER);
+    password = partOf(url.get(), CURLUPART_PASSWORD);
+    path = partOf(url.get(), CURLUPART_PATH);
+    path.erase(0, path.starts_with('/') ? 1 : 0);
+    const std::string query = partOf(url.get(), CURLUPART_QUERY, 0);
+    for (std::size_t at = 0; at < query.size();) {
+        const std::size_t end = std::min(query.find('&', at), query.size());
+        const std::string_view word = std::string_view(query).substr(at, end - at);
+        const std::size_t equals = std::min(word.find('='), word.size());
+        parameters.emplace_back(decoded(word.substr(0, equals)),
+                                decoded(word.substr(std::min(equals + 1, word.size()))));
+        at = end + 1;
+    }
+}
+
+struct httpClient_t::connection_t {
+    struct releaser_t {
+        void operator()(CURL *curl) const { curl_easy_cleanup(curl); }
+    };
+    std::string server;
+    std::unique_ptr<CURL, releaser_t> curl;
+    char words[CURL_ERROR_SIZE] = "";
+};
+
+httpClient_t::httpClient_t(const httpAddress_t &address) : connection_(std::make_unique<connection_t>()) {
+    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    connection_->server = address.server;
+    connection_->curl.reset(ready == CURLE_OK ? curl_easy_init() : nullptr);
+    CURL *const curl = connection_->curl.get();
+    if (curl == nullptr)
+        throw usageError_t("libcurl can't be used on this system");
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, connection_->words);
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, 10L);
+    // A server may think for long, but then something moves again within this time.
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, 300L);
+    curl_easy_setopt(curl, CURLOPT_NETRC, static_cast<long>(CURL_NETRC_OPTIONAL));
+    if (!address.user.empty())
+        curl_easy_setopt(curl, CURLOPT_USERNAME, address.user.c_str());
+    if (!address.password.empty())
+        curl_easy_setopt(curl, CURLOPT_PASSWORD, address.password.c_str());
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, keep);
+}
+
+httpClient_t::~httpClient_t() = default;
+
+httpClient_t::answer_t httpClient_t::post(const parameters_t &parameters, std::string_view body) {
+    CURL *const curl = connection_->curl.get();
+    std::string url = connection_->server + "/";
+    char mark = '?';
+    for (const auto &[name, value] : parameters) {
+        const curlText_t escaped(curl_easy_escape(curl, value.data(), static_cast<int>(value.size())));
+        url.append(1, mark).append(name).append("=").append(escaped ? escaped.get() : "");
+        mark = '&';
+    }
+    answer_t answer;
+    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDS, body.data());
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    connection_->words[0] = '\0';
+    const CURLcode code = curl_easy_perform(curl);
+    if (code == CURLE_COULDNT_CONNECT)
+        throw connectionError_t("nobody answers there");
+    if (code != CURLE_OK)
+        throw connectionError_t(connection_->words[0] != '\0' ? connection_->words : curl_easy_strerror(code));
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &answer.status);
+    return answer;
+}
+
+} // namespace vek::tool

@@ -1,0 +1,135 @@
+#include "tools/vekmsg/load/sqlite/database.hpp"
+
+#include <new>
+#include <sqlite3.h>
+
+namespace vek::tool {
+
+void database_t::closer_t::operator()(sqlite3 *handle) const {
+    sqlite3_close_v2(handle);
+}
+
+void statement_t::closer_t::operator()(sqlite3_stmt *handle) const {
+    sqlite3_finalize(handle);
+}
+
+database_t::database_t(const std::string &file) : file_(file) {
+    sqlite3 *handle = nullptr;
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; // one thread uses it
+    const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
+    handle_.reset(handle);
+    if (result != SQLITE_OK)
+        fail();
+    constexpr int patience = 60'000; // milliseconds, for another that writes
+    sqlite3_busy_timeout(handle, patience);
+    // A name in double quotes is never taken for a text.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+}
+
+void database_t::fail() const {
+    const int code = handle_ != nullptr ? sqlite3_errcode(handle_.get()) : SQLITE_NOMEM;
+    switch (code & 0xFF) {
+    case SQLITE_NOTADB:
+        throw databaseError_t(file_ + " is no SQLite database; name a new file, or one that vekmsg load made");
+    case SQLITE_CANTOPEN:
+        throw databaseError_t("cannot open or make " + file_ + "; is there such a folder, and may you write in it?");
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        throw databaseError_t(file_ + " is being written by another program; try again when it has ended");
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        throw databaseError_t(file_ + " or its folder may not be written");
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+        throw databaseError_t("cannot write " + file_ + ": " + sqlite3_errmsg(handle_.get()) +
+                              "; what was loaded is in it, and the next run goes on");
+    case SQLITE_CORRUPT:
+        throw databaseError_t(file_ + " is damaged; load the logs into a new file");
+    case SQLITE_NOMEM:
+        throw std::bad_alloc();
+    default:
+        throw databaseError_t(file_ + ": " + sqlite3_errmsg(handle_.get()));
+    }
+}
+
+void database_t::run(const std::string &sql) {
+    if (sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        fail();
+}
+
+std::int64_t database_t::number(const std::string &sql) {
+    statement_t statement(*this, sql);
+    return statement.next() ? statement.integer(0) : 0;
+}
+
+statement_t::statement_t(database_t &database, const std::string &sql) : database_(&database) {
+    sqlite3_stmt *handle = nullptr;
+    check(sqlite3_prepare_v3(database.handle_.get(), sql.data(), static_cast<int>(sql.size()),
+                             SQLITE_PREPARE_PERSISTENT, &handle, nullptr));
+    handle_.reset(handle);
+}
+
+void statement_t::check(int result) const {
+    if (result != SQLITE_OK)
+        database_->fail();
+}
+
+void statement_t::bind(int parameter, std::int64_t value) {
+    check(sqlite3_bind_int64(handle_.get(), parameter, value));
+}
+
+void statement_t::bind(int parameter, double value) {
+    check(sqlite3_bind_double(handle_.get(), parameter, value));
+}
+
+// An empty view may have no address, which SQLite would take for NULL.
+void statement_t::bind(int parameter, std::string_view text) {
+    check(sqlite3_bind_text64(handle_.get(), parameter, text.empty() ? "" : text.data(), text.size(), SQLITE_STATIC,
+                              SQLITE_UTF8));
+}
+
+void statement_t::bindBytes(int parameter, std::string_view bytes) {
+    check(
+        sqlite3_bind_blob64(handle_.get(), parameter, bytes.empty() ? "" : bytes.data(), bytes.size(), SQLITE_STATIC));
+}
+
+void statement_t::bindNull(int parameter) {
+    check(sqlite3_bind_null(handle_.get(), parameter));
+}
+
+void statement_t::run() {
+    const int result = sqlite3_step(handle_.get());
+    if (result != SQLITE_DONE && result != SQLITE_ROW)
+        database_->fail();
+    check(sqlite3_reset(handle_.get()));
+}
+
+bool statement_t::next() {
+    const int result = sqlite3_step(handle_.get());
+    if (result != SQLITE_DONE && result != SQLITE_ROW)
+        database_->fail();
+    return result == SQLITE_ROW;
+}
+
+std::int64_t statement_t::integer(int column) const {
+    return sqlite3_column_int64(handle_.get(), column);
+}
+
+std::string statement_t::text(int column) const {
+    const void *bytes = sqlite3_column_blob(handle_.get(), column);
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(handle_.get(), column));
+    return bytes != nullptr ? std::string(static_cast<const char *>(bytes), size) : std::string();
+}
+
+transaction_t::~transaction_t() {
+    if (isOpen_)
+        sqlite3_exec(database_.handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void transaction_t::commit() {
+    database_.run("COMMIT");
+    isOpen_ = false;
+}
+
+} // namespace vek::tool

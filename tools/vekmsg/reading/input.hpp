@@ -1,0 +1,58 @@
+// source_t: the bytes of an input, whatever it is: a file, standard input, gzip or zstd (told by their first bytes).
+//
+// A source owns its file and its one block of memory. One thread at a time.
+#pragma once
+
+#include "tools/vekmsg/terminal/platform.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vek::tool {
+
+class source_t {
+public:
+    /// Bytes that are read at once.
+    static constexpr std::size_t blockSize = std::size_t{1} << 18;
+
+    virtual ~source_t() = default;
+
+    /// The next bytes, valid until the next call; empty at the end. Throws usageError_t.
+    virtual std::string_view next() = 0;
+    /// Whether the last block ended because there was no more at that moment.
+    virtual bool isShort() const = 0;
+    /// Bytes of the file that have been read, and its size (0 when unknown), for the progress.
+    virtual std::uint64_t taken() const = 0;
+    virtual std::uint64_t size() const = 0;
+    /// Passes over bytes behind those that next() gave, without reading them; false when it can't.
+    virtual bool skip(std::uint64_t) { return false; }
+    /// Whether the bytes are the file's own, so that places in them are places in the file.
+    virtual bool isPlain() const { return true; }
+};
+
+/// Opens a file, or standard input for "-". Throws usageError_t.
+std::unique_ptr<source_t> openSource(const std::string &name);
+
+/// A growing file, through rotation: when another file has its name, the rest of the old one is read and then the new
+/// one from its start.
+class followedFile_t {
+public:
+    enum class state_t : std::uint8_t { bytes, still, rotated, ended };
+
+    explicit followedFile_t(const std::string &name);
+    const std::string &name() const { return name_; }
+
+    /// What happened; `bytes` is set for state_t::bytes, valid until the next call. Never waits. Only a pipe has an
+    /// end.
+    state_t next(std::string_view &bytes);
+
+private:
+    std::string name_;
+    std::unique_ptr<rawFile_t> file_;
+    std::string block_;
+    std::uint64_t taken_ = 0;
+};
+
+} // namespace vek::tool

@@ -1,0 +1,34 @@
+// Commands that make messages of messages, on standard output or in place: seal and set.
+//
+// A single message goes out without a line end, unless to a terminal: what stands in a file is then what a host reads.
+#pragma once
+
+#include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/reading/rewriter.hpp"
+
+#include <optional>
+#include <string>
+
+namespace vek::tool {
+
+class messageTask_t : public task_t {
+public:
+    explicit messageTask_t(const options_t &options) : options_(options) {}
+
+    void take(const item_t &item) final;
+
+    /// The file that is rewritten at the moment; null when the messages go to standard output.
+    rewriter_t *rewriter = nullptr;
+    bool hasFailed = false;
+    bool isFirst = true;
+
+protected:
+    /// The message to write; nothing when there is none, which was said.
+    virtual std::optional<std::string> made(const item_t &item) = 0;
+    const options_t &options_;
+};
+
+/// Reads the inputs, and writes what the task makes.
+int writeMessages(const options_t &options, messageTask_t &task);
+
+} // namespace vek::tool

@@ -1,0 +1,384 @@
+#include "tools/vekmsg/reading/reader.hpp"
+
+#include "tools/vekmsg/problem.hpp"
+
+#include <algorithm>
+
+namespace vek::tool {
+
+using inspect::form_t;
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+constexpr std::string_view whiteSpace = " \t\r\n\v\f";
+constexpr std::size_t flushSize = std::size_t{1} << 16;
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(whiteSpace);
+    return start == std::string_view::npos ? std::string_view()
+                                           : text.substr(start, text.find_last_not_of(whiteSpace) + 1 - start);
+}
+
+// Whether a text in which no message was found is meant as one: its start is damaged, or it is a body alone.
+bool isMeantAsMessage(std::string_view text) {
+    text = trimmed(text);
+    return text.size() > 2 && (text.front() == '@' || text.front() == '{' || text.ends_with("!!"));
+}
+
+// Whether a text's start shows in which form it is: a line with something in it, or as much, or a whole message.
+bool showsItsForm(std::string_view text) {
+    constexpr std::size_t enough = 64;
+    const std::size_t first =
+        text.find_first_not_of(whiteSpace, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    return text.size() >= enough || text.ends_with("!!") ||
+           (first < text.size() && text.find('\n', first) < text.size());
+}
+
+// Where the last of several messages in a form begins, so that what stands before is complete; 0 when there is one.
+std::size_t lastStart(std::string_view text, form_t form) {
+    for (std::size_t at = text.rfind('\n'); at != std::string_view::npos && at > 0; at = text.rfind('\n', at - 1)) {
+        const std::string_view rest = text.substr(at + 1);
+        const bool isStart = form == form_t::json   ? rest.starts_with('{')
+                             : form == form_t::flat ? rest.starts_with("@id")
+                                                    : !rest.empty() && rest.find_first_of(" \t\r\n#") != 0;
+        if (isStart)
+            return at + 1;
+    }
+    return 0;
+}
+
+} // namespace
+
+std::string item_t::place() const {
+    return std::string(file) + ":" + std::to_string(line) + ":" + std::to_string(column);
+}
+
+void passedOver_t::join(const passedOver_t &later) {
+    if (count == 0)
+        *this = later;
+    else
+        count += later.count;
+    largest = std::max(largest, later.largest);
+}
+
+void itemSink_t::message(const inspect::foundMessage_t &found) {
+    item_t item;
+    item.offset = found.offset;
+    item.line = found.line;
+    item.column = found.column;
+    item.text = found.text;
+    item.stretch = found.text.size();
+    item.before = found.before;
+    item.lineHead = found.lineHead;
+    item.isLengthRight = found.isLengthRight;
+    message(item);
+}
+
+void itemSink_t::message(item_t &item) {
+    if (item.offset >= end_ || isFull())
+        return;
+    ++found_;
+    firstOffset_ = std::min(firstOffset_, item.offset);
+    lastEnd_ = item.offset + item.stretch;
+    item.file = file_;
+    if (const std::size_t size = item.text.size() + 1; size > filter_.longest()) {
+        passedOver_.join({1, item.place(), size, size});
+        return;
+    }
+    item.form = form;
+    item.mayGrow = mayGrow;
+    item.whole = whole.empty() ? item.text : whole;
+    item.lazy = &lazy_;
+    lazy_.reset(item.text);
+    if (!filter_.passes(item))
+        return;
+    ++taken_;
+    task_.take(item);
+}
+
+void reader_t::flush() {
+    if (task_.out.empty())
+        return;
+    if (isTerminal(1))
+        progress_.clear();
+    writeAll(1, task_.out);
+    task_.out.clear();
+}
+
+void reader_t::run() {
+    if (options_.follows)
+        return follow();
+    for (const std::string &name : options_.files) {
+        if (most() == 0)
+            break;
+        readAll(name);
+        flush();
+    }
+    progress_.clear();
+}
+
+exitCode_t reader_t::statusWithMessages() const {
+    if (status_ != exitFine || taken_ > 0)
+        return status_;
+    const std::string files = options_.files.size() > 1       ? "these files"
+                              : options_.files.front() == "-" ? std::string("standard input")
+                                                              : options_.files.front();
+    if (found_ > 0)
+        complain((found_ == 1 ? "the message" : "none of the " + std::to_string(found_) + " messages") + " in " +
+                 files + " is " + (found_ == 1 ? "not " : "") +
+                 "one that you asked for; vekmsg summary shows which there are");
+    else
+        complain("no message in " + files + "; a message begins with @@ and its number");
+    return exitDifferences;
+}
+
+void reader_t::fail(const usageError_t &error) {
+    flush();
+    progress_.clear();
+    complain(error.what());
+    status_ = exitUsage;
+    input_.reset();
+}
+
+// Behind what was put out of the input.
+void reader_t::tell(const passedOver_t &passedOver) {
+    if (passedOver.count == 0)
+        return;
+    flush();
+    progress_.clear();
+    const std::string more = passedOver.count == 1 ? "" : ", and " + std::to_string(passedOver.count - 1) + " more";
+    complain(passedOver.place + ": a message of " + std::to_string(passedOver.size) + " characters was passed over" +
+             more + "; --longest " + std::to_string(passedOver.largest) + " reads " + (more.empty() ? "it" : "them"));
+    status_ = std::max(status_, exitDifferences);
+}
+
+void reader_t::readAll(const std::string &name) {
+    try {
+        begin(name);
+        const input_t &input = *input_;
+        const bool isSplit = options_.jobs > 1 && !options_.head && !input.isForm && input.source->isPlain() &&
+                             input.source->size() > input.start.size() && task_.fork() != nullptr;
+        if (isSplit)
+            return readSplit(name);
+        while (takeBlock()) {
+        }
+        end();
+    } catch (const usageError_t &error) {
+        fail(error);
+    }
+}
+
+bool reader_t::open() {
+    try {
+        begin(options_.files.front());
+        return true;
+    } catch (const usageError_t &error) {
+        fail(error);
+        return false;
+    }
+}
+
+bool reader_t::step() {
+    try {
+        if (takeBlock())
+            return true;
+        end();
+    } catch (const usageError_t &error) {
+        fail(error);
+    }
+    return false;
+}
+
+// Opens an input and looks at its first block, which a pipe may give in pieces.
+void reader_t::begin(const std::string &name) {
+    input_ = std::make_unique<input_t>(name, filter_, task_, most());
+    input_t &input = *input_;
+    progress_.start(name, input.source->size());
+    std::string_view piece = input.source->next();
+    input.start = piece;
+    while (!piece.empty() && !showsItsForm(input.start)) {
+        piece = input.source->next();
+        input.start += piece;
+    }
+    const bool isWhole = input.source->size() == input.start.size();
+    const std::size_t skipped = input.start.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    input.start.erase(0, skipped);
+    input.position.file = name;
+    input.position.offset = skipped;
+    input.scanner = inspect::logScanner_t(skipped);
+    const form_t form = inspect::formOf(input.start);
+    input.isForm = form == form_t::show || form == form_t::json || form == form_t::flat;
+    if (input.isForm)
+        input.sink.form = form;
+    else if (isWhole && input.start.starts_with("@@"))
+        lookForWhole();
+}
+
+// In a file of one message, what stands behind it is part of what a host would read.
+void reader_t::lookForWhole() {
+    struct : inspect::messageSink_t {
+        void message(const inspect::foundMessage_t &found) override {
+            end = static_cast<std::size_t>(found.offset) + found.text.size();
+            ++count;
+        }
+        std::size_t end = 0, count = 0;
+    } alone;
+    inspect::logScanner_t scanner;
+    scanner.feed(input_->start, alone);
+    scanner.finish(alone);
+    if (alone.count != 1 || !trimmed(std::string_view(input_->start).substr(alone.end)).empty())
+        return;
+    input_->sink.form = form_t::message;
+    input_->sink.whole = input_->start;
+}
+
+// Takes the next block of the input; false when there is none.
+bool reader_t::takeBlock() {
+    input_t &input = *input_;
+    const std::string_view block = input.size == 0 ? std::string_view(input.start) : input.source->next();
+    if (block.empty() || input.sink.isFull())
+        return false;
+    input.size += block.size();
+    if (input.isForm) {
+        input.pending += block;
+        takeForms(false);
+    } else {
+        input.scanner.feed(block, input.sink);
+    }
+    if (task_.out.size() >= flushSize || input.source->isShort())
+        flush();
+    progress_.update(input.source->taken());
+    return true;
+}
+
+void reader_t::end() {
+    input_->sink.mayGrow = !input_->isForm && input_->source->isPlain() && input_->source->size() > 0;
+    if (input_->isForm)
+        takeForms(true);
+    else
+        input_->scanner.finish(input_->sink);
+    takeMeant();
+    found_ += input_->sink.found();
+    taken_ += input_->sink.taken();
+    tell(input_->sink.passedOver());
+    input_.reset();
+}
+
+// A small input in which no message was found may be one whose start is damaged.
+void reader_t::takeMeant() {
+    input_t &input = *input_;
+    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !isMeantAsMessage(input.start))
+        return;
+    item_t item = input.position;
+    item.text = trimmed(input.start);
+    item.stretch = item.text.size();
+    const auto before = static_cast<std::size_t>(item.text.data() - input.start.data());
+    item.offset += before;
+    item.line += static_cast<std::uint64_t>(
+        std::count(input.start.begin(), input.start.begin() + static_cast<std::ptrdiff_t>(before), '\n'));
+    input.sink.form = form_t::message;
+    input.sink.message(item);
+}
+
+// Takes the messages in a form that are complete.
+void reader_t::takeForms(bool isLast) {
+    input_t &input = *input_;
+    const std::size_t size = isLast ? input.pending.size() : lastStart(input.pending, input.sink.form);
+    const std::string_view text = std::string_view(input.pending).substr(0, size);
+    const char *done = text.data();
+    const auto moveTo = [&](const char *place) {
+        input.position.line += static_cast<std::uint64_t>(std::count(done, place, '\n'));
+        input.position.offset += static_cast<std::uint64_t>(place - done);
+        done = place;
+    };
+    for (const std::string_view piece : inspect::splitForms(text, input.sink.form)) {
+        if (input.sink.isFull())
+            break;
+        moveTo(piece.data());
+        takePiece(piece);
+    }
+    moveTo(text.data() + text.size());
+    input.pending.erase(0, size);
+}
+
+void reader_t::takePiece(std::string_view piece) {
+    item_t item = input_->position;
+    const form_t form = input_->sink.form;
+    const inspect::formResult_t result = form == form_t::json   ? inspect::readJson(piece)
+                                         : form == form_t::flat ? inspect::readFlat(piece)
+                                                                : inspect::readShow(piece);
+    if (result.isRead()) {
+        item.text = result.text;
+        item.stretch = piece.size();
+        input_->sink.message(item);
+        return;
+    }
+    const std::string_view before = piece.substr(0, result.offset);
+    item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
+    item.column = before.size() - (before.rfind('\n') + 1) + 1;
+    flush();
+    complain(item.place() + ": error: " + result.error);
+    status_ = std::max(status_, exitDifferences);
+}
+
+void reader_t::readSplit(const std::string &name) {
+    flush();
+    const splitCounts_t counts =
+        splitFile(name, options_.jobs, filter_, task_, [this](std::string &out, std::uint64_t done) {
+            task_.out.swap(out);
+            flush();
+            progress_.update(done);
+        });
+    found_ += counts.found;
+    taken_ += counts.taken;
+    tell(counts.passedOver);
+    input_.reset();
+}
+
+// Takes what has come to a followed file; false when nothing had.
+bool reader_t::takeNews(followed_t &one) {
+    using enum followedFile_t::state_t;
+    std::string_view block;
+    const followedFile_t::state_t state = one.file.next(block);
+    one.sink.limit(options_.head ? one.sink.taken() + most() : UINT64_MAX);
+    if (state == bytes)
+        one.scanner.feed(block, one.sink);
+    else if (state == rotated || state == ended)
+        one.scanner.finish(one.sink);
+    if (state == rotated)
+        one.scanner = inspect::logScanner_t();
+    one.isEnded = state == ended;
+    return state != still;
+}
+
+void reader_t::follow() {
+    std::vector<std::unique_ptr<followed_t>> all;
+    for (const std::string &name : options_.files)
+        all.push_back(std::make_unique<followed_t>(name, filter_, task_));
+
+    constexpr unsigned pause = 20, stillRounds = 1000 / pause;
+    for (unsigned still = 0; most() > 0 && !all.empty();) {
+        bool isBusy = false;
+        for (const auto &one : all) {
+            const std::uint64_t found = one->sink.found(), taken = one->sink.taken();
+            const std::uint64_t passedOver = one->sink.passedOver().count;
+            isBusy |= takeNews(*one);
+            if (still == stillRounds) // a message that was cut off will not go on
+                one->scanner.finish(one->sink);
+            found_ += one->sink.found() - found;
+            taken_ += one->sink.taken() - taken;
+            if (passedOver == 0)
+                tell(one->sink.passedOver());
+        }
+        flush();
+        std::erase_if(all, [](const auto &one) { return one->isEnded; });
+        still = isBusy ? 0 : still + 1;
+        if (!isBusy) {
+            task_.pause();
+            sleepMilliseconds(pause);
+        }
+    }
+}
+
+} // namespace vek::tool

@@ -1,0 +1,51 @@
+#include "tools/vekmsg/reading/rewriter.hpp"
+
+#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/reading/input.hpp"
+
+namespace vek::tool {
+
+namespace {
+
+const std::string &changeable(const std::string &name) {
+    if (name == "-")
+        throw usageError_t("--in-place needs a file; without it the result goes to standard output");
+    if (!openSource(name)->isPlain())
+        throw usageError_t(name + " is packed, so it can't be changed in place; unpack it first");
+    return name;
+}
+
+} // namespace
+
+rewriter_t::rewriter_t(const std::string &name) : original_(std::in_place, changeable(name)), replacement_(name) {}
+
+void rewriter_t::copyUntil(std::uint64_t offset) {
+    std::string block(source_t::blockSize, '\0');
+    original_->seek(done_);
+    while (done_ < offset) {
+        const std::size_t size = original_->read(
+            block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(block.size(), offset - done_)));
+        if (size == 0)
+            break;
+        replacement_.write({block.data(), size});
+        done_ += size;
+    }
+}
+
+void rewriter_t::replace(const item_t &item, std::string_view text) {
+    const std::uint64_t stretch = item.stretch + (item.whole.size() - item.text.size());
+    isChanged_ = isChanged_ || stretch != text.size() || item.whole != text;
+    copyUntil(item.offset);
+    replacement_.write(text);
+    done_ = item.offset + stretch;
+}
+
+void rewriter_t::commit() {
+    if (!isChanged_)
+        return;
+    copyUntil(UINT64_MAX);
+    original_.reset();
+    replacement_.commit();
+}
+
+} // namespace vek::tool

@@ -1,0 +1,197 @@
+// --jobs: a plain file in pieces, a piece a thread, the output in the file's order.
+//
+// A piece is the lines that begin in its part of the file. Its scanner starts at a line; a message that the piece
+// before it carries on into it (one that was wrapped in lines) shows when its turn comes, and it is then read again
+// from there.
+#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/reading/reader.hpp"
+
+#include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace vek::tool {
+
+namespace {
+
+constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
+constexpr std::size_t stepSize = std::size_t{1} << 16;
+
+class split_t {
+public:
+    split_t(const std::string &name, const filter_t &filter, task_t &task,
+            const std::function<void(std::string &, std::uint64_t)> &output)
+        : name_(name), size_(rawFile_t(name).identity().size), filter_(filter), task_(task), output_(output) {}
+
+    splitCounts_t run(unsigned jobs) {
+        std::vector<std::thread> threads;
+        for (unsigned i = 0; i < jobs; ++i)
+            threads.emplace_back([this] { work(); });
+        for (std::thread &thread : threads)
+            thread.join();
+        if (failure_)
+            std::rethrow_exception(failure_);
+        return counts_;
+    }
+
+private:
+    // What a thread reads its pieces with: a piece's part of the file, and what follows it step by step.
+    struct window_t {
+        explicit window_t(const std::string &name) : file(name), part(pieceSize + 1, '\0'), step(stepSize, '\0') {}
+
+        std::string_view read(std::string &buffer, std::uint64_t offset) {
+            file.seek(offset);
+            std::size_t got = 0;
+            while (got < buffer.size()) {
+                const std::size_t size = file.read(buffer.data() + got, buffer.size() - got);
+                if (size == 0)
+                    break;
+                got += size;
+            }
+            return {buffer.data(), got};
+        }
+
+        rawFile_t file;
+        std::string part, step;
+    };
+
+    // A piece and its result, which waits for its turn.
+    struct piece_t {
+        std::string_view lines;    // its lines, as far as they are in its part of the file
+        std::uint64_t start = 0;   // of these
+        std::uint64_t partEnd = 0; // where the part ends; the last line may go on
+        std::uint64_t line = 1;    // the number of the first one
+        std::unique_ptr<task_t> task;
+        std::uint64_t first = 0, last = 0; // where its first message begins and its last one ends
+        splitCounts_t counts;
+    };
+
+    void work() {
+        try {
+            window_t window(name_);
+            while (true) {
+                std::uint64_t number;
+                {
+                    const std::lock_guard lock(mutex_);
+                    number = next_++;
+                }
+                if (number * pieceSize >= size_)
+                    return;
+                read(window, number);
+            }
+        } catch (...) {
+            const std::lock_guard lock(mutex_);
+            failure_ = failure_ ? failure_ : std::current_exception();
+            changed_.notify_all();
+        }
+    }
+
+    void read(window_t &window, std::uint64_t number) {
+        piece_t piece = cut(window, number);
+        scan(window, piece, 0);
+
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return failure_ || turn_ == number; });
+        if (failure_)
+            return;
+        if (covered_ > piece.first) // the message in front goes on into this piece
+            scan(window, piece, static_cast<std::size_t>(covered_ - piece.start));
+        covered_ = std::max(covered_, piece.last);
+        counts_.found += piece.counts.found;
+        counts_.taken += piece.counts.taken;
+        counts_.passedOver.join(piece.counts.passedOver);
+        task_.join(*piece.task);
+        output_(piece.task->out, std::min(size_, (number + 1) * pieceSize));
+        ++turn_;
+        changed_.notify_all();
+    }
+
+    // Reads a piece, finds the lines that begin in it, and waits for the number of the first one, which is known once
+    // all pieces before it have counted their lines.
+    piece_t cut(window_t &window, std::uint64_t number) {
+        const std::uint64_t from = number * pieceSize, before = from == 0 ? 0 : from - 1;
+        std::string_view part = window.read(window.part, before);
+        part = part.substr(0, static_cast<std::size_t>(from + pieceSize - before));
+        std::size_t first = 0;
+        if (from == 0)
+            first = part.starts_with("\xef\xbb\xbf") ? 3 : 0;
+        else
+            first = std::min(part.find('\n'), part.size() - 1) + 1;
+        const std::string_view own = part.substr(static_cast<std::size_t>(from - before));
+        const auto lines = static_cast<std::uint64_t>(std::count(own.begin(), own.end(), '\n'));
+
+        piece_t piece;
+        piece.lines = part.substr(first);
+        piece.start = before + first;
+        piece.partEnd = before + part.size();
+        const auto inFront =
+            lines - static_cast<std::uint64_t>(std::count(piece.lines.begin(), piece.lines.end(), '\n'));
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return failure_ || counted_ == number; });
+        piece.line = lines_ + 1 + inFront;
+        lines_ += lines;
+        ++counted_;
+        changed_.notify_all();
+        return piece;
+    }
+
+    // Scans a piece's lines; `skipped` bytes of them belong to the message of the piece before.
+    void scan(window_t &window, piece_t &piece, std::size_t skipped) const {
+        piece.task = task_.fork();
+        piece.counts = {};
+        piece.first = UINT64_MAX;
+        piece.last = 0;
+        if (skipped >= piece.lines.size())
+            return;
+        const std::string_view front = piece.lines.substr(0, skipped), lines = piece.lines.substr(skipped);
+        itemSink_t sink(name_, filter_, *piece.task);
+        inspect::logScanner_t scanner(piece.start + skipped, piece.line + static_cast<std::uint64_t>(std::count(
+                                                                              front.begin(), front.end(), '\n')));
+        scanner.feed(lines, sink);
+        // The last line may go on behind the part, and its last message behind that.
+        std::uint64_t offset = piece.partEnd, end = lines.ends_with('\n') ? offset : UINT64_MAX;
+        while (offset < size_ && scanner.decided() < end) {
+            std::string_view step = window.read(window.step, offset);
+            if (end == UINT64_MAX) {
+                const std::size_t place = step.find('\n');
+                step = step.substr(0, place == std::string_view::npos ? place : place + 1);
+                end = place == std::string_view::npos ? end : offset + step.size();
+            }
+            if (step.empty())
+                break;
+            sink.endAt(end);
+            scanner.feed(step, sink);
+            offset += step.size();
+        }
+        if (offset >= size_)
+            scanner.finish(sink);
+        piece.counts = {sink.found(), sink.taken(), sink.passedOver()};
+        piece.first = sink.firstOffset();
+        piece.last = sink.lastEnd();
+    }
+
+    const std::string name_;
+    const std::uint64_t size_;
+    const filter_t &filter_;
+    task_t &task_;
+    const std::function<void(std::string &, std::uint64_t)> &output_;
+
+    std::mutex mutex_; // of all below
+    std::condition_variable changed_;
+    std::exception_ptr failure_;
+    std::uint64_t next_ = 0, counted_ = 0, turn_ = 0;
+    std::uint64_t lines_ = 0, covered_ = 0;
+    splitCounts_t counts_;
+};
+
+} // namespace
+
+splitCounts_t splitFile(const std::string &name, unsigned jobs, const filter_t &filter, task_t &task,
+                        const std::function<void(std::string &, std::uint64_t)> &output) {
+    return split_t(name, filter, task, output).run(jobs);
+}
+
+} // namespace vek::tool

@@ -1,0 +1,27 @@
+// Long lines of help, broken for the terminal.
+#pragma once
+
+#include "tools/vekmsg/terminal/platform.hpp"
+
+#include <algorithm>
+#include <string>
+
+namespace vek::tool {
+
+/// Columns that output for people may take.
+inline std::size_t pageWidth() {
+    return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100;
+}
+
+/// A line broken at blanks, as far as it has any, into lines that fit; those behind the first are indented.
+inline std::string wrapped(std::string line, std::size_t width, std::size_t indent) {
+    std::string out;
+    for (std::size_t place;
+         line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
+        out.append(line, 0, place).append("\n");
+        line.replace(0, place + 1, indent, ' ');
+    }
+    return out + line;
+}
+
+} // namespace vek::tool
