@@ -14,8 +14,6 @@ int runGet(const options_t &options);
 int runSet(const options_t &options);
 int runEdit(const options_t &options);
 int runJson(const options_t &options);
-/// Of json --rows.
-int runRows(const options_t &options);
 int runFlat(const options_t &options);
 int runTable(const options_t &options);
 int runLast(const options_t &options);

@@ -2,6 +2,7 @@
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/terminal/colours.hpp"
+#include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/log/sequences.hpp"
 
@@ -100,11 +101,6 @@ private:
 std::string momentInWords(const summaryTask_t::moment_t &moment, const timeFinder_t &times) {
     const std::optional<logTime_t> time = times.in(moment.lineHead);
     return time ? time->inWords() : "line " + std::to_string(moment.line);
-}
-
-std::string padded(std::string_view text, std::size_t width, bool isRight = false) {
-    const std::string space(width - std::min(width, text.size()), ' ');
-    return isRight ? space + std::string(text) : std::string(text) + space;
 }
 
 void write(const summaryTask_t &task, std::string &out, const options_t &options, const colours_t &colours) {

@@ -1,16 +1,23 @@
-// Long lines of help, broken for the terminal.
+// Lines and columns of what people read: how wide, broken, filled up.
 #pragma once
 
 #include "tools/vekmsg/terminal/platform.hpp"
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 namespace vek::tool {
 
 /// Columns that output for people may take.
 inline std::size_t pageWidth() {
     return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100;
+}
+
+/// A text with blanks behind it, or in front of it, up to a width.
+inline std::string padded(std::string_view text, std::size_t width, bool isRight = false) {
+    const std::string space(width - std::min(width, text.size()), ' ');
+    return isRight ? space + std::string(text) : std::string(text) + space;
 }
 
 /// A line broken at blanks, as far as it has any, into lines that fit; those behind the first are indented.

@@ -1,7 +1,7 @@
 // vekmsg seal: valid messages from anything readable.
+#include "vek/inspect/change/seal.hpp"
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/reading/messageOutput.hpp"
-#include "vek/inspect/change/seal.hpp"
 
 namespace vek::tool {
 

@@ -1,10 +1,8 @@
-// vekmsg list, describe and new: what messages there are.
+// vekmsg describe: the keys of messages, or the messages that have a key.
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/problem.hpp"
-#include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/terminal/colours.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
-#include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
@@ -17,10 +15,6 @@ namespace {
 using inspect::fieldSchema_t;
 using inspect::messageSchema_t;
 using inspect::recordSchema_t;
-
-std::string padded(std::string_view text, std::size_t width) {
-    return std::string(text) + std::string(width - std::min(width, text.size()), ' ');
-}
 
 std::string_view defaultInWords(const fieldSchema_t &field) {
     switch (field.defaultKind) {
@@ -113,25 +107,6 @@ private:
 
 } // namespace
 
-int runList(const options_t &options) {
-    std::string out;
-    if (options.isJson) {
-        inspect::appendCatalogueJson(out);
-        out += '\n';
-        writeAll(1, out);
-        return exitFine;
-    }
-    const colours_t colours = colours_t::of(options.color);
-    for (const messageSchema_t &message : inspect::schema().messages()) {
-        const bool hasRecord = message.record != nullptr;
-        out.append(colours.bold).append(std::to_string(message.id)).append(colours.reset).append("  ");
-        out.append(colours.cyan).append(padded(hasRecord ? message.record->name : "-", 24)).append(colours.reset);
-        out.append(" ").append(hasRecord ? message.record->purpose() : "No structure.").append("\n");
-    }
-    writeAll(1, out);
-    return exitFine;
-}
-
 int runDescribe(const options_t &options) {
     const colours_t colours = colours_t::of(options.color);
     description_t description(colours);
@@ -154,16 +129,6 @@ int runDescribe(const options_t &options) {
             (near.empty() ? "vekmsg list shows all messages" : "did you mean " + std::string(near) + "?"));
     }
     writeAll(1, description.out);
-    return exitFine;
-}
-
-int runNew(const options_t &options) {
-    const std::int32_t id = idsNamed({*options.id}).front();
-    const std::optional<std::string> text =
-        inspect::newMessage(id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0));
-    if (!text)
-        throw usageError_t(*options.id + " has no structure, so no defaults; vekmsg list shows what has one");
-    writeAll(1, isTerminal(1) ? *text + "\n" : *text);
     return exitFine;
 }
 

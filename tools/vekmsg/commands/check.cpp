@@ -1,8 +1,8 @@
 // vekmsg check: every departure from the format, as a compiler would say it.
+#include "vek/inspect/check/check.hpp"
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/terminal/colours.hpp"
-#include "vek/inspect/check/check.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>

@@ -1,79 +1,15 @@
-// vekmsg json, flat and table: messages for programs.
+// vekmsg table: values as CSV or TSV.
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/change/change.hpp"
-#include "vek/inspect/check/check.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
-#include <charconv>
 
 namespace vek::tool {
 
 namespace {
 
-void appendNumber(std::string &out, std::uint64_t number) {
-    char digits[24];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-}
-
-class jsonTask_t final : public task_t {
-public:
-    jsonTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
-
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(options_, times_); }
-
-    void take(const item_t &item) override {
-        members_ = "\"file\":";
-        inspect::appendJsonString(members_, item.file);
-        members_ += ",\"line\":";
-        appendNumber(members_, item.line);
-        members_ += ",\"offset\":";
-        appendNumber(members_, item.offset);
-        if (!item.before.empty()) {
-            members_ += ",\"before\":";
-            inspect::appendJsonString(members_, item.before);
-        }
-        if (const std::optional<logTime_t> time = times_.in(item.lineHead)) {
-            members_ += ",\"time\":\"";
-            members_ += time->inWords();
-            members_ += '"';
-        }
-        const inspect::tree_t &tree = item.tree();
-        findings_.clear();
-        if (!inspect::isClean(tree))
-            findings_ = inspect::check(tree);
-        const bool hasErrors = std::any_of(findings_.begin(), findings_.end(), [](const inspect::finding_t &finding) {
-            return finding.severity == inspect::severity_t::error;
-        });
-        if (!findings_.empty())
-            members_ += hasErrors ? ",\"level\":\"error\"" : ",\"level\":\"warning\"";
-        inspect::jsonOptions_t json;
-        json.members = members_;
-        json.findings = findings_;
-        inspect::appendJson(out, tree, json);
-        out += '\n';
-    }
-
-private:
-    const options_t &options_;
-    const timeFinder_t &times_;
-    std::string members_;
-    std::vector<inspect::finding_t> findings_;
-};
-
-class flatTask_t final : public task_t {
-public:
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<flatTask_t>(); }
-
-    void take(const item_t &item) override {
-        if (item.form == inspect::form_t::none)
-            out += "# " + item.place() + "\n";
-        inspect::appendFlat(out, item.tree());
-    }
-};
-
-// A column of a table: something of the place where a message was found, or a path in it.
 class tableTask_t final : public task_t {
 public:
     tableTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
@@ -86,6 +22,7 @@ public:
         out += lineEnd();
     }
 
+    // What may be a column besides paths: something of the place where a message was found.
     static constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before",
                                                       "id",   "name", "echo", "seq",    "length"};
     static bool isPlace(std::string_view key) { return std::ranges::find(placeNames, key) != std::end(placeNames); }
@@ -171,35 +108,16 @@ void checkKeys(const options_t &options) {
     }
 }
 
-int runTask(const options_t &options, task_t &task) {
-    reader_t reader(options, task);
-    reader.run();
-    return reader.status();
-}
-
 } // namespace
-
-int runJson(const options_t &options) {
-    if (options.isRows || !options.table.empty())
-        return runRows(options);
-    if (!options.source.empty())
-        throw usageError_t("--source belongs to rows: write json --rows --source " + options.source);
-    const timeFinder_t times(options.timeExpression);
-    jsonTask_t task(options, times);
-    return runTask(options, task);
-}
-
-int runFlat(const options_t &options) {
-    flatTask_t task;
-    return runTask(options, task);
-}
 
 int runTable(const options_t &options) {
     checkKeys(options);
     const timeFinder_t times(options.timeExpression);
     tableTask_t task(options, times);
     task.header();
-    return runTask(options, task);
+    reader_t reader(options, task);
+    reader.run();
+    return reader.status();
 }
 
 } // namespace vek::tool

@@ -1,8 +1,8 @@
 // vekmsg diff: two messages, or two logs paired by id and sequence number, field by field.
+#include "vek/inspect/change/diff.hpp"
 #include "tools/vekmsg/commands/commands.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/terminal/colours.hpp"
-#include "vek/inspect/change/diff.hpp"
 
 #include <deque>
 #include <map>
