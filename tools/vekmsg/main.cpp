@@ -1,5 +1,5 @@
 // vekmsg: messages for people, on the command line.
-#include "tools/vekmsg/commandLine.hpp"
+#include "tools/vekmsg/commands/commandLine.hpp"
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 
@@ -9,8 +9,7 @@ int main(int argc, char **argv) {
     using namespace vek::tool;
     prepareStreams();
     try {
-        commandLine_t commandLine;
-        return commandLine.run(argc, argv);
+        return runCommandLine(argc, argv);
     } catch (const usageError_t &error) {
         complain(error.what());
     } catch (const std::bad_alloc &) {

@@ -1,8 +1,8 @@
 // vekmsg check: every departure from the format, as a compiler would say it.
 #include "vek/inspect/check/check.hpp"
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
@@ -11,6 +11,25 @@
 namespace vek::tool {
 
 namespace {
+
+struct checkArguments_t {
+    readingOptions_t reading;
+    colorOption_t color;
+    std::vector<std::string> ignored; ///< names of findings
+    bool isQuiet = false, isJson = false;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.add(ignored, {.names = "--ignore",
+                           .about = "Leave out findings of this name, which stands behind each in []",
+                           .type = "NAME",
+                           .separator = ','});
+        list.addFlag(isQuiet, "-q,--quiet", "Only the exit code");
+        list.addFlag(isJson, "--json", "A JSON object a finding");
+        reading.declare(list);
+        color.declare(list);
+    }
+};
 
 using inspect::finding_t;
 using inspect::severity_t;
@@ -24,13 +43,13 @@ bool isColumn(char c) {
 
 class checkTask_t final : public task_t {
 public:
-    checkTask_t(const options_t &options, const colours_t &colours)
-        : options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
-        for (const std::string &name : options.ignored)
+    checkTask_t(const checkArguments_t &arguments, const colours_t &colours)
+        : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
+        for (const std::string &name : arguments.ignored)
             ignored_[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
     }
 
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<checkTask_t>(options_, colours_); }
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<checkTask_t>(arguments_, colours_); }
     void join(task_t &later) override {
         const auto &other = static_cast<checkTask_t &>(later);
         messages += other.messages;
@@ -51,9 +70,9 @@ public:
             if (ignored_[static_cast<std::size_t>(finding.code)])
                 continue;
             ++(finding.severity == severity_t::error ? errors : warnings);
-            if (options_.isQuiet)
+            if (arguments_.isQuiet)
                 continue;
-            options_.isJson ? writeJson(item, tree, finding) : write(item, tree, finding);
+            arguments_.isJson ? writeJson(item, tree, finding) : write(item, tree, finding);
         }
     }
 
@@ -141,18 +160,18 @@ private:
         out += "}\n";
     }
 
-    const options_t &options_;
+    const checkArguments_t &arguments_;
     const colours_t &colours_;
     const std::size_t width_;
     std::array<bool, inspect::findingCodeCount> ignored_{};
     inspect::tree_t tail_;
 };
 
-void checkIgnored(const options_t &options) {
+void checkIgnored(const checkArguments_t &arguments) {
     std::vector<std::string_view> names;
     for (std::size_t i = 0; i < inspect::findingCodeCount; ++i)
         names.push_back(inspect::findingName(static_cast<inspect::findingCode_t>(i)));
-    for (const std::string &name : options.ignored) {
+    for (const std::string &name : arguments.ignored) {
         if (inspect::findingNamed(name))
             continue;
         std::string words = "--ignore " + name + ": no finding has this name; ";
@@ -169,21 +188,30 @@ std::string counted(std::uint64_t count, const char *word) {
     return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
-} // namespace
-
-int runCheck(const options_t &options) {
-    checkIgnored(options);
-    const colours_t colours = colours_t::of(options.color);
-    checkTask_t task(options, colours);
-    reader_t reader(options, task);
+int runCheck(const checkArguments_t &arguments) {
+    checkIgnored(arguments);
+    const colours_t colours = arguments.color.colours();
+    checkTask_t task(arguments, colours);
+    reader_t reader(arguments.reading, task);
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
-    if (!options.isQuiet && task.messages > 0)
+    if (!arguments.isQuiet && task.messages > 0)
         complain(counted(task.messages, "message") + ": " +
                  (task.errors + task.warnings == 0
                       ? std::string("nothing to report")
                       : counted(task.errors, "error") + ", " + counted(task.warnings, "warning")));
     return status == exitFine && task.errors > 0 ? exitDifferences : status;
 }
+
+const commandOf_t<checkArguments_t>
+    checkCommand({.order = 20,
+                  .name = "check",
+                  .about = "Find every departure from the format, and say what a host makes of it",
+                  .examples = "  vekmsg check focus.txt\n"
+                              "  vekmsg check --ignore missing-key device.log.gz\n"
+                              "  vekmsg check --quiet focus.txt && send focus.txt"},
+                 runCheck);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,7 +1,7 @@
 // vekmsg describe: the keys of messages, or the messages that have a key.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/problem.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/nearest.hpp"
@@ -11,6 +11,17 @@
 namespace vek::tool {
 
 namespace {
+
+struct describeArguments_t {
+    colorOption_t color;
+    std::vector<std::string> words; ///< ids, names of messages, and keys
+
+    void declare(argumentList_t &list) {
+        list.add(words,
+                 {.names = "ID|NAME|KEY", .about = "An id, the name of a message, or a key", .isRequired = true});
+        color.declare(list);
+    }
+};
 
 using inspect::fieldSchema_t;
 using inspect::messageSchema_t;
@@ -105,12 +116,10 @@ private:
     const colours_t &colours_;
 };
 
-} // namespace
-
-int runDescribe(const options_t &options) {
-    const colours_t colours = colours_t::of(options.color);
+int runDescribe(const describeArguments_t &arguments) {
+    const colours_t colours = arguments.color.colours();
     description_t description(colours);
-    for (const std::string &word : options.words) {
+    for (const std::string &word : arguments.words) {
         const auto messages = inspect::schema().findNamed(word);
         const auto uses = inspect::schema().usesOf(word);
         for (const messageSchema_t *message : messages)
@@ -131,5 +140,17 @@ int runDescribe(const options_t &options) {
     writeAll(1, description.out);
     return exitFine;
 }
+
+const commandOf_t<describeArguments_t>
+    describeCommand({.order = 160,
+                     .name = "describe",
+                     .about = "The keys of a message with their kinds, names and defaults; or all messages "
+                              "that have a key",
+                     .examples = "  vekmsg describe 4112\n"
+                                 "  vekmsg describe FocusValue\n"
+                                 "  vekmsg describe MEDIA_NAME"},
+                    runDescribe);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,8 +1,8 @@
 // vekmsg diff: two messages, or two logs paired by id and sequence number, field by field.
 #include "vek/inspect/change/diff.hpp"
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 
 #include <deque>
 #include <map>
@@ -11,6 +11,27 @@
 namespace vek::tool {
 
 namespace {
+
+struct diffArguments_t {
+    readingOptions_t reading;
+    colorOption_t color;
+    inspect::diffOptions_t diff;
+
+    void declare(argumentList_t &list) {
+        list.add(reading.files, {"FILE", "The two files"});
+        list.add(diff.tolerance, {.names = "--tolerance",
+                                  .about = "Numbers that differ by no more are the same",
+                                  .type = "NUMBER",
+                                  .least = 0});
+        list.add(diff.ignored, {.names = "--ignore",
+                                .about = "Leave out a path and all below it, or a key wherever it stands",
+                                .type = "PATH",
+                                .separator = ','});
+        list.addFlag(diff.comparesHeader, "--header", "Compare echo tags and sequence numbers, too");
+        reading.declare(list, false, false);
+        color.declare(list);
+    }
+};
 
 using key_t = std::pair<std::int32_t, std::int32_t>; // id and sequence number
 
@@ -72,11 +93,7 @@ private:
 
 class comparison_t {
 public:
-    comparison_t(const options_t &options, const colours_t &colours) : colours_(colours) {
-        diff_.tolerance = options.tolerance;
-        diff_.ignored = options.ignored;
-        diff_.comparesHeader = options.comparesHeader;
-    }
+    comparison_t(const inspect::diffOptions_t &diff, const colours_t &colours) : colours_(colours), diff_(diff) {}
 
     void take(waiting_t message, bool isLeft) {
         side_t &own = isLeft ? left_ : right_, &other = isLeft ? right_ : left_;
@@ -137,7 +154,7 @@ private:
     }
 
     const colours_t &colours_;
-    inspect::diffOptions_t diff_;
+    const inspect::diffOptions_t &diff_;
     side_t left_, right_;
     std::uint64_t leftCount_ = 0, rightCount_ = 0;
 };
@@ -157,17 +174,15 @@ private:
     const bool isLeft_;
 };
 
-} // namespace
-
-int runDiff(const options_t &options) {
-    if (options.files.size() != 2)
+int runDiff(const diffArguments_t &arguments) {
+    const std::vector<std::string> &files = arguments.reading.files;
+    if (files.size() != 2)
         throw usageError_t("diff compares two files: vekmsg diff A B");
-    const colours_t colours = colours_t::of(options.color);
-    comparison_t comparison(options, colours);
+    const colours_t colours = arguments.color.colours();
+    comparison_t comparison(arguments.diff, colours);
     sideTask_t left(comparison, true), right(comparison, false);
-    options_t leftOptions = options, rightOptions = options;
-    leftOptions.files = {options.files[0]};
-    rightOptions.files = {options.files[1]};
+    const readingOptions_t leftOptions = arguments.reading.ofFile(files[0]),
+                           rightOptions = arguments.reading.ofFile(files[1]);
     reader_t leftReader(leftOptions, left), rightReader(rightOptions, right);
 
     // Block by block in turn, so that partners meet early.
@@ -185,5 +200,15 @@ int runDiff(const options_t &options) {
     writeAll(1, comparison.out);
     return comparison.isDifferent ? exitDifferences : exitFine;
 }
+
+const commandOf_t<diffArguments_t>
+    diffCommand({.order = 120,
+                 .name = "diff",
+                 .about = "Compare two messages, or two logs by id and sequence number, field by field",
+                 .examples = "  vekmsg diff before.txt after.txt\n"
+                             "  vekmsg diff --tolerance 0.001 --ignore MEDIA_NAME yesterday.log today.log"},
+                runDiff);
+
+} // namespace
 
 } // namespace vek::tool

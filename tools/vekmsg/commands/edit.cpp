@@ -1,5 +1,5 @@
 // vekmsg edit: a message in an editor, in its readable form, until it is right.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/reading/rewriter.hpp"
 #include "vek/inspect/change/seal.hpp"
@@ -11,6 +11,18 @@
 namespace vek::tool {
 
 namespace {
+
+struct editArguments_t {
+    readingOptions_t reading;
+
+    void declare(argumentList_t &list) {
+        list.add(reading.files, {.names = "FILE",
+                                 .about = "The file, with one message (or one chosen by the options)",
+                                 .isRequired = true,
+                                 .isAlone = true});
+        reading.declare(list, false, false);
+    }
+};
 
 constexpr std::string_view invitation =
     "# Change values, save, and leave the editor. Lines like this one don't count.\n"
@@ -149,30 +161,39 @@ std::optional<std::string> edited(const std::string &text, draft_t &draft) {
     }
 }
 
-} // namespace
-
-int runEdit(const options_t &options) {
-    if (options.files.size() != 1 || options.files.front() == "-")
+int runEdit(const editArguments_t &arguments) {
+    const std::string &file = arguments.reading.files.front();
+    if (file == "-")
         throw usageError_t("edit needs one file: vekmsg edit FILE");
-    rewriter_t rewriter(options.files.front());
+    rewriter_t rewriter(file);
     pickTask_t task;
-    reader_t reader(options, task);
+    reader_t reader(arguments.reading, task);
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
     if (status != exitFine)
         return status;
     if (task.count > 1)
-        throw usageError_t(options.files.front() + " holds " + std::to_string(task.count) +
+        throw usageError_t(file + " holds " + std::to_string(task.count) +
                            " messages; choose one with --id, --where or --since");
     draft_t draft;
     const std::optional<std::string> text = edited(task.text, draft);
     if (!text) {
-        complain(options.files.front() + " stays as it was" + (draft.isKept ? "; your draft is " + draft.name() : ""));
+        complain(file + " stays as it was" + (draft.isKept ? "; your draft is " + draft.name() : ""));
         return draft.isKept ? exitDifferences : exitFine;
     }
     rewriter.replace(task.place, *text);
     rewriter.commit();
     return exitFine;
 }
+
+const commandOf_t<editArguments_t>
+    editCommand({.order = 60,
+                 .name = "edit",
+                 .about = "Edit a message in its readable form, until it is right; then seal it in its place",
+                 .examples = "  vekmsg edit focus.txt\n"
+                             "  EDITOR=nano vekmsg edit device.log --id FocusValue --where @seq=41"},
+                runEdit);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,10 +1,19 @@
 // vekmsg flat: messages as lines of "path = value".
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 
 namespace vek::tool {
 
 namespace {
+
+struct flatArguments_t {
+    readingOptions_t reading;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        reading.declare(list);
+    }
+};
 
 class flatTask_t final : public task_t {
 public:
@@ -17,13 +26,20 @@ public:
     }
 };
 
-} // namespace
-
-int runFlat(const options_t &options) {
+int runFlat(const flatArguments_t &arguments) {
     flatTask_t task;
-    reader_t reader(options, task);
+    reader_t reader(arguments.reading, task);
     reader.run();
     return reader.status();
 }
+
+const commandOf_t<flatArguments_t> flatCommand({.order = 80,
+                                                .name = "flat",
+                                                .about = "Messages as lines of \"path = value\", for grep",
+                                                .examples = "  vekmsg flat device.log | grep MEDIA_NAME\n"
+                                                            "  diff <(vekmsg flat a.txt) <(vekmsg flat b.txt)"},
+                                               runFlat);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,5 +1,5 @@
 // vekmsg json: messages for programs, whole or as the rows of the archive's tables.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/check/check.hpp"
@@ -12,6 +12,22 @@ namespace vek::tool {
 
 namespace {
 
+struct jsonArguments_t {
+    readingOptions_t reading;
+    sourceOption_t source;
+    bool isRows = false;
+    std::string table; ///< the one whose rows are wanted
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.addFlag(isRows, "--rows",
+                     "The rows of the tables of vekmsg schema, a line each, which begins with the table's name");
+        list.add(table, {"--table", "The rows of this table alone, without its name", "TABLE"});
+        source.declare(list);
+        reading.declare(list);
+    }
+};
+
 void appendNumber(std::string &out, std::uint64_t number) {
     char digits[24];
     out.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
@@ -19,9 +35,9 @@ void appendNumber(std::string &out, std::uint64_t number) {
 
 class jsonTask_t final : public task_t {
 public:
-    jsonTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
+    explicit jsonTask_t(const timeFinder_t &times) : times_(times) {}
 
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(options_, times_); }
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(times_); }
 
     void take(const item_t &item) override {
         members_ = "\"file\":";
@@ -56,7 +72,6 @@ public:
     }
 
 private:
-    const options_t &options_;
     const timeFinder_t &times_;
     std::string members_;
     std::vector<inspect::finding_t> findings_;
@@ -64,13 +79,13 @@ private:
 
 class rowsTask_t final : public task_t, private inspect::rowSink_t {
 public:
-    rowsTask_t(const options_t &options, const timeFinder_t &times, const inspect::table_t *only)
-        : options_(options), times_(times), only_(only) {}
+    rowsTask_t(const std::string &source, const timeFinder_t &times, const inspect::table_t *only)
+        : source_(source), times_(times), only_(only) {}
 
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<rowsTask_t>(options_, times_, only_); }
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<rowsTask_t>(source_, times_, only_); }
 
     void take(const item_t &item) override {
-        const std::string_view source = options_.source.empty() ? item.file : std::string_view(options_.source);
+        const std::string_view source = source_.empty() ? item.file : std::string_view(source_);
         rows_.make(item.tree(), {source, item.offset, item.line, times_.in(item.lineHead)}, *this);
     }
 
@@ -82,7 +97,7 @@ private:
         out += '\n';
     }
 
-    const options_t &options_;
+    const std::string &source_;
     const timeFinder_t &times_;
     const inspect::table_t *only_;
     inspect::rowMaker_t rows_;
@@ -102,26 +117,36 @@ const inspect::table_t *tableNamed(const std::string &name) {
                                      : "did you mean " + std::string(near) + "?"));
 }
 
-int runRows(const options_t &options) {
-    const timeFinder_t times(options.timeExpression);
-    rowsTask_t task(options, times, tableNamed(options.table));
-    reader_t reader(options, task);
+int runRows(const jsonArguments_t &arguments) {
+    const timeFinder_t times(arguments.reading.timeExpression);
+    rowsTask_t task(arguments.source.source, times, tableNamed(arguments.table));
+    reader_t reader(arguments.reading, task);
     reader.run();
     return reader.status();
 }
+
+int runJson(const jsonArguments_t &arguments) {
+    if (arguments.isRows || !arguments.table.empty())
+        return runRows(arguments);
+    if (!arguments.source.source.empty())
+        throw usageError_t("--source belongs to rows: write json --rows --source " + arguments.source.source);
+    const timeFinder_t times(arguments.reading.timeExpression);
+    jsonTask_t task(times);
+    reader_t reader(arguments.reading, task);
+    reader.run();
+    return reader.status();
+}
+
+const commandOf_t<jsonArguments_t>
+    jsonCommand({.order = 70,
+                 .name = "json",
+                 .about = "Messages as JSON, one line each, with where they stood and their problems",
+                 .examples = "  vekmsg json device.log | jq -c 'select(.problems)'\n"
+                             "  vekmsg json focus.txt | jq -c '.focusValue_t.FOCUS_VALUE = 3' | vekmsg seal\n"
+                             "  vekmsg json --follow device.log | lnav\n"
+                             "  vekmsg json --table focus_value device.log"},
+                runJson);
 
 } // namespace
-
-int runJson(const options_t &options) {
-    if (options.isRows || !options.table.empty())
-        return runRows(options);
-    if (!options.source.empty())
-        throw usageError_t("--source belongs to rows: write json --rows --source " + options.source);
-    const timeFinder_t times(options.timeExpression);
-    jsonTask_t task(options, times);
-    reader_t reader(options, task);
-    reader.run();
-    return reader.status();
-}
 
 } // namespace vek::tool

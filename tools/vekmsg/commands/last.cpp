@@ -1,7 +1,7 @@
 // vekmsg last: the latest message of each kind, which is the device's state.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "vek/inspect/check/check.hpp"
 
 #include <map>
@@ -9,6 +9,20 @@
 namespace vek::tool {
 
 namespace {
+
+struct lastArguments_t {
+    readingOptions_t reading;
+    colorOption_t color;
+    bool isJson = false;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.add(reading.at, {"--at", "The state at this time instead of the end", "TIME"});
+        list.addFlag(isJson, "--json", "As JSON lines");
+        reading.declare(list, false);
+        color.declare(list);
+    }
+};
 
 class lastTask_t final : public task_t {
 public:
@@ -35,12 +49,12 @@ public:
     std::map<std::int32_t, kept_t> latest; // by id
 };
 
-void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t &times, const options_t &options,
+void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t &times, bool isJson,
             const colours_t &colours) {
     const inspect::tree_t tree(kept.text);
     const std::vector<inspect::finding_t> findings = inspect::check(tree);
     const std::optional<logTime_t> time = times.in(kept.lineHead);
-    if (options.isJson) {
+    if (isJson) {
         std::string members = "\"file\":";
         inspect::appendJsonString(members, kept.file);
         members += ",\"line\":" + std::to_string(kept.line);
@@ -63,19 +77,27 @@ void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t
     out += '\n';
 }
 
-} // namespace
-
-int runLast(const options_t &options) {
+int runLast(const lastArguments_t &arguments) {
     lastTask_t task;
-    reader_t reader(options, task);
+    reader_t reader(arguments.reading, task);
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
-    const colours_t colours = colours_t::of(options.color);
-    const timeFinder_t times(options.timeExpression);
+    const colours_t colours = arguments.color.colours();
+    const timeFinder_t times(arguments.reading.timeExpression);
     for (const auto &[id, kept] : task.latest)
-        append(task.out, kept, times, options, colours);
+        append(task.out, kept, times, arguments.isJson, colours);
     reader.flush();
     return status;
 }
+
+const commandOf_t<lastArguments_t>
+    lastCommand({.order = 100,
+                 .name = "last",
+                 .about = "The latest message of each kind: the device's state",
+                 .examples = "  vekmsg last device.log\n"
+                             "  vekmsg last --at 2026-03-01T12:00 device.log --id DeviceStatus"},
+                runLast);
+
+} // namespace
 
 } // namespace vek::tool

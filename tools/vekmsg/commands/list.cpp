@@ -1,20 +1,32 @@
 // vekmsg list: all messages there are.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/problem.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 
 namespace vek::tool {
 
-int runList(const options_t &options) {
+namespace {
+
+struct listArguments_t {
+    colorOption_t color;
+    bool isJson = false;
+
+    void declare(argumentList_t &list) {
+        list.addFlag(isJson, "--json", "The whole catalogue with keys, kinds, names and defaults, as JSON");
+        color.declare(list);
+    }
+};
+
+int runList(const listArguments_t &arguments) {
     std::string out;
-    if (options.isJson) {
+    if (arguments.isJson) {
         inspect::appendCatalogueJson(out);
         out += '\n';
         writeAll(1, out);
         return exitFine;
     }
-    const colours_t colours = colours_t::of(options.color);
+    const colours_t colours = arguments.color.colours();
     for (const inspect::messageSchema_t &message : inspect::schema().messages()) {
         const bool hasRecord = message.record != nullptr;
         out.append(colours.bold).append(std::to_string(message.id)).append(colours.reset).append("  ");
@@ -24,5 +36,11 @@ int runList(const options_t &options) {
     writeAll(1, out);
     return exitFine;
 }
+
+const commandOf_t<listArguments_t> listCommand(
+    {.order = 150, .name = "list", .about = "All messages there are", .examples = "  vekmsg list | grep -i cassette"},
+    runList);
+
+} // namespace
 
 } // namespace vek::tool

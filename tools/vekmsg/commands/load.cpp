@@ -1,5 +1,5 @@
 // vekmsg load: messages into a database; which one, its name tells.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/problem.hpp"
 
@@ -7,14 +7,49 @@
 
 namespace vek::tool {
 
-int runLoad(const options_t &options) {
+namespace {
+
+struct loadArguments_t {
+    loadOptions_t load;
+
+    void declare(argumentList_t &list) {
+        list.add(load.reading.files, {"LOG", "Logs, also packed ones; - for standard input", ""});
+        list.add(load.target,
+                 {.names = "--into",
+                  .about =
+                      "The database: a file, which is made when there is none; or http://HOST:8123/DATABASE of a "
+                      "ClickHouse server, where the tables are made, and with ?cluster=NAME behind it distributed over "
+                      "a cluster",
+                  .type = "FILE.sqlite|URL",
+                  .isRequired = true});
+        load.source.declare(list);
+        load.reading.declareTime(list);
+        load.reading.declareFollowing(list);
+        list.addFlag(load.isQuiet, "-q,--quiet", "Don't say how much was loaded");
+    }
+};
+
+int runLoad(const loadArguments_t &arguments) {
+    const loadOptions_t &load = arguments.load;
 #ifdef VEK_DATABASES
-    return options.target.find("://") != std::string::npos ? loadIntoCluster(options) : loadIntoSqlite(options);
+    return load.target.find("://") != std::string::npos ? loadIntoCluster(load) : loadIntoSqlite(load);
 #else
-    throw usageError_t("--into " + options.target +
+    throw usageError_t("--into " + load.target +
                        ": this build of vekmsg has no databases; load on Linux, or write the rows with vekmsg json "
                        "--rows");
 #endif
 }
+
+const commandOf_t<loadArguments_t>
+    loadCommand({.order = 130,
+                 .name = "load",
+                 .about = "Load the messages of logs into a database, to be asked in SQL",
+                 .examples = "  vekmsg load --into archive.sqlite device.log\n"
+                             "  sqlite3 -box archive.sqlite 'SELECT log_time, low_status FROM device_status'\n"
+                             "  vekmsg load --into archive.sqlite --follow device-*.log\n"
+                             "  vekmsg load --into 'http://HOST:8123/fleet?cluster=all' device-*.log"},
+                runLoad);
+
+} // namespace
 
 } // namespace vek::tool

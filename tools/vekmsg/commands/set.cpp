@@ -1,5 +1,6 @@
 // vekmsg set: values changed, every other byte as it was.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/messageOutput.hpp"
 #include "vek/inspect/change/change.hpp"
 
@@ -7,18 +8,30 @@ namespace vek::tool {
 
 namespace {
 
+struct setArguments_t {
+    readingOptions_t reading;
+    inPlaceOption_t inPlace;
+    std::vector<std::string> words; ///< what to change, then the files
+    bool isQuiet = false;
+
+    void declare(argumentList_t &list) {
+        list.add(words, {.names = "PATH=VALUE",
+                         .about = "What to change; then the files, - or none for standard input",
+                         .isRequired = true});
+        inPlace.declare(list);
+        list.addFlag(isQuiet, "-q,--quiet", "Don't say what changed");
+        reading.declare(list, true, false);
+    }
+};
+
 struct assignment_t {
     std::string path, value;
 };
 
 class setTask_t final : public messageTask_t {
 public:
-    explicit setTask_t(const options_t &options) : messageTask_t(options) {
-        for (const std::string &word : options.words) {
-            const std::size_t place = word.find('=');
-            assignments_.push_back({word.substr(0, place), word.substr(place + 1)});
-        }
-    }
+    setTask_t(std::vector<assignment_t> assignments, bool isQuiet)
+        : assignments_(std::move(assignments)), isQuiet_(isQuiet) {}
 
 private:
     std::optional<std::string> made(const item_t &item) override {
@@ -37,20 +50,41 @@ private:
                      (change.newValue.empty() ? "(nothing)" : change.newValue);
             text = std::move(change.text);
         }
-        if (!options_.isQuiet)
+        if (!isQuiet_)
             complain((item.form == inspect::form_t::none ? item.place() + ": " : "") + words + ", length " +
                      std::to_string(oldLength) + " -> " + std::to_string(newLength));
         return text;
     }
 
-    std::vector<assignment_t> assignments_;
+    const std::vector<assignment_t> assignments_;
+    const bool isQuiet_;
 };
 
-} // namespace
-
-int runSet(const options_t &options) {
-    setTask_t task(options);
-    return writeMessages(options, task);
+int runSet(const setArguments_t &arguments) {
+    readingOptions_t reading = arguments.reading;
+    std::vector<assignment_t> assignments;
+    std::vector<std::string> files;
+    for (const std::string &word : arguments.words)
+        if (const std::size_t place = word.find('='); place != std::string::npos && !identityOf(word))
+            assignments.push_back({word.substr(0, place), word.substr(place + 1)});
+        else
+            files.push_back(word);
+    if (assignments.empty())
+        throw usageError_t("what is to be set? Write PATH=VALUE in front of the file, for example FOCUS_VALUE=3.5");
+    if (!files.empty())
+        reading.files = std::move(files);
+    setTask_t task(std::move(assignments), arguments.isQuiet);
+    return writeMessages(reading, arguments.inPlace.isInPlace, task);
 }
+
+const commandOf_t<setArguments_t>
+    setCommand({.order = 50,
+                .name = "set",
+                .about = "Change values and seal; every other byte stays",
+                .examples = "  vekmsg set FOCUS_VALUE=3.5 focus.txt > new.txt\n"
+                            "  vekmsg set --in-place 'ARRAY_CASSETTE[0].NAME=Plates' @seq=12 cassettes.txt"},
+               runSet);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,7 +1,7 @@
 // vekmsg show: messages as a readable tree.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/message/written.hpp"
@@ -12,13 +12,27 @@ namespace vek::tool {
 
 namespace {
 
+struct showArguments_t {
+    readingOptions_t reading;
+    colorOption_t color;
+    bool asRead = false, onlyChanges = false;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.addFlag(asRead, "--as-read", "What a host keeps of the message, with what changes by that");
+        list.addFlag(onlyChanges, "--changes", "Only what differs from the previous message of that kind");
+        reading.declare(list);
+        color.declare(list);
+    }
+};
+
 class showTask_t final : public task_t {
 public:
-    showTask_t(const options_t &options, const colours_t &colours)
-        : options_(options), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {}
+    showTask_t(const showArguments_t &arguments, const colours_t &colours)
+        : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {}
 
     std::unique_ptr<task_t> fork() const override {
-        return options_.onlyChanges ? nullptr : std::make_unique<showTask_t>(options_, colours_);
+        return arguments_.onlyChanges ? nullptr : std::make_unique<showTask_t>(arguments_, colours_);
     }
 
     void take(const item_t &item) override {
@@ -30,7 +44,7 @@ public:
             out += colours_.reset;
             out += '\n';
         }
-        options_.asRead ? showAsRead(item) : showAsItStands(item);
+        arguments_.asRead ? showAsRead(item) : showAsItStands(item);
         out += '\n';
     }
 
@@ -47,7 +61,7 @@ private:
         const std::vector<inspect::finding_t> findings = inspect::check(tree);
         inspect::showOptions_t shown = showOptions();
         shown.findings = findings;
-        if (!options_.onlyChanges)
+        if (!arguments_.onlyChanges)
             return inspect::appendShow(out, tree, shown);
         const std::int32_t id = tree.envelope().id.value;
         std::string &previous = previous_[id];
@@ -72,21 +86,30 @@ private:
         inspect::appendShow(out, tree, shown);
     }
 
-    const options_t &options_;
+    const showArguments_t &arguments_;
     const colours_t &colours_;
     const std::size_t width_;
-    const timeFinder_t times_{options_.timeExpression};
+    const timeFinder_t times_{arguments_.reading.timeExpression};
     std::map<std::int32_t, std::string> previous_; // messages, by id
 };
 
-} // namespace
-
-int runShow(const options_t &options) {
-    const colours_t colours = colours_t::of(options.color);
-    showTask_t task(options, colours);
-    reader_t reader(options, task);
+int runShow(const showArguments_t &arguments) {
+    const colours_t colours = arguments.color.colours();
+    showTask_t task(arguments, colours);
+    reader_t reader(arguments.reading, task);
     reader.run();
     return reader.statusWithMessages();
 }
+
+const commandOf_t<showArguments_t>
+    showCommand({.order = 10,
+                 .name = "show",
+                 .about = "Show messages as a readable tree, which seal reads back",
+                 .examples = "  vekmsg show device.log --id DeviceStatus --head 1\n"
+                             "  vekmsg show focus.txt > focus.show; vekmsg seal focus.show\n"
+                             "  vekmsg show --follow --changes device.log"},
+                runShow);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,7 +1,7 @@
 // vekmsg summary: how many messages of each kind there are, which are damaged, and which are missing.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "tools/vekmsg/terminal/colours.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/log/sequences.hpp"
@@ -13,6 +13,19 @@
 namespace vek::tool {
 
 namespace {
+
+struct summaryArguments_t {
+    readingOptions_t reading;
+    colorOption_t color;
+    bool isChecked = false;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.addFlag(isChecked, "--check", "Damaged is also what check finds an error in, not the envelope alone");
+        reading.declare(list, false);
+        color.declare(list);
+    }
+};
 
 class summaryTask_t final : public task_t {
 public:
@@ -103,8 +116,8 @@ std::string momentInWords(const summaryTask_t::moment_t &moment, const timeFinde
     return time ? time->inWords() : "line " + std::to_string(moment.line);
 }
 
-void write(const summaryTask_t &task, std::string &out, const options_t &options, const colours_t &colours) {
-    const timeFinder_t times(options.timeExpression);
+void write(const summaryTask_t &task, std::string &out, const readingOptions_t &reading, const colours_t &colours) {
+    const timeFinder_t times(reading.timeExpression);
     std::uint64_t count = 0, damaged = 0;
     out.append(colours.bold).append("   id  name                     messages  damaged  first and last\n");
     out.append(colours.reset);
@@ -128,23 +141,31 @@ void write(const summaryTask_t &task, std::string &out, const options_t &options
     out +=
         std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
     // Of chosen messages, the numbers in between are others'.
-    if (task.sequences.gaps() > 0 && options.ids.empty() && options.conditions.empty())
+    if (task.sequences.gaps() > 0 && reading.ids.empty() && reading.conditions.empty())
         out += std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
                " in the sequence numbers, " + std::to_string(task.sequences.missing()) +
                " missing: " + task.sequences.inWords() + "\n";
 }
 
-} // namespace
-
-int runSummary(const options_t &options) {
-    summaryTask_t task(options.isChecked, false);
-    reader_t reader(options, task);
+int runSummary(const summaryArguments_t &arguments) {
+    summaryTask_t task(arguments.isChecked, false);
+    reader_t reader(arguments.reading, task);
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
     if (reader.taken() > 0)
-        write(task, task.out, options, colours_t::of(options.color));
+        write(task, task.out, arguments.reading, arguments.color.colours());
     reader.flush();
     return status;
 }
+
+const commandOf_t<summaryArguments_t>
+    summaryCommand({.order = 110,
+                    .name = "summary",
+                    .about = "Count the messages of each kind, the damaged and the missing ones",
+                    .examples = "  vekmsg summary device.log\n"
+                                "  vekmsg summary --jobs 0 --check *.log"},
+                   runSummary);
+
+} // namespace
 
 } // namespace vek::tool

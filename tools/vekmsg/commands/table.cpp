@@ -1,5 +1,5 @@
 // vekmsg table: values as CSV or TSV.
-#include "tools/vekmsg/commands/commands.hpp"
+#include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/words/nearest.hpp"
@@ -10,15 +10,34 @@ namespace vek::tool {
 
 namespace {
 
+struct tableArguments_t {
+    readingOptions_t reading;
+    std::vector<std::string> keys;
+    bool isTabs = false;
+
+    void declare(argumentList_t &list) {
+        reading.declareFiles(list);
+        list.add(
+            keys,
+            {.names = "--keys",
+             .about = "The columns: paths of values; time, file, line, offset, before, id, name, echo, seq, length",
+             .type = "KEY,...",
+             .isRequired = true,
+             .separator = ','});
+        list.addFlag(isTabs, "--tsv", "Tabs instead of commas");
+        reading.declare(list);
+    }
+};
+
 class tableTask_t final : public task_t {
 public:
-    tableTask_t(const options_t &options, const timeFinder_t &times) : options_(options), times_(times) {}
+    tableTask_t(const tableArguments_t &arguments, const timeFinder_t &times) : arguments_(arguments), times_(times) {}
 
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<tableTask_t>(options_, times_); }
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<tableTask_t>(arguments_, times_); }
 
     void header() {
-        for (const std::string &key : options_.keys)
-            cell(key, &key == &options_.keys.front());
+        for (const std::string &key : arguments_.keys)
+            cell(key, &key == &arguments_.keys.front());
         out += lineEnd();
     }
 
@@ -30,7 +49,7 @@ public:
     void take(const item_t &item) override {
         values_.clear();
         bool hasValue = false, hasPath = false;
-        for (const std::string &key : options_.keys) {
+        for (const std::string &key : arguments_.keys) {
             const bool isPath = !isPlace(key);
             std::optional<std::string> value = isPath ? inspect::valueAt(item.tree(), key) : ofPlace(item, key);
             hasPath |= isPath;
@@ -68,8 +87,8 @@ private:
 
     void cell(std::string_view value, bool isFirst) {
         if (!isFirst)
-            out += options_.isTabs ? '\t' : ',';
-        if (options_.isTabs) {
+            out += arguments_.isTabs ? '\t' : ',';
+        if (arguments_.isTabs) {
             for (const char c : value)
                 out += c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
         } else if (value.find_first_of(",\"\r\n") == std::string_view::npos) {
@@ -82,7 +101,7 @@ private:
         }
     }
 
-    const options_t &options_;
+    const tableArguments_t &arguments_;
     const timeFinder_t &times_;
     std::vector<std::string> values_;
 };
@@ -93,9 +112,9 @@ std::string_view lastKey(std::string_view path) {
     return path.substr(0, path.find('['));
 }
 
-void checkKeys(const options_t &options) {
+void checkKeys(const tableArguments_t &arguments) {
     const std::vector<std::string_view> keys = inspect::schema().keys();
-    for (const std::string &path : options.keys) {
+    for (const std::string &path : arguments.keys) {
         const std::string_view key = lastKey(path);
         if (tableTask_t::isPlace(path) || path.starts_with('@') || std::ranges::find(keys, key) != keys.end())
             continue;
@@ -108,16 +127,24 @@ void checkKeys(const options_t &options) {
     }
 }
 
-} // namespace
-
-int runTable(const options_t &options) {
-    checkKeys(options);
-    const timeFinder_t times(options.timeExpression);
-    tableTask_t task(options, times);
+int runTable(const tableArguments_t &arguments) {
+    checkKeys(arguments);
+    const timeFinder_t times(arguments.reading.timeExpression);
+    tableTask_t task(arguments, times);
     task.header();
-    reader_t reader(options, task);
+    reader_t reader(arguments.reading, task);
     reader.run();
     return reader.status();
 }
+
+const commandOf_t<tableArguments_t>
+    tableCommand({.order = 90,
+                  .name = "table",
+                  .about = "Values as a table (CSV, or TSV) for spreadsheets and plots",
+                  .examples = "  vekmsg table --keys time,FOCUS_VALUE device.log > focus.csv\n"
+                              "  vekmsg table --tsv --keys line,seq,STATUS,LOW_STATUS --id DeviceStatus device.log"},
+                 runTable);
+
+} // namespace
 
 } // namespace vek::tool

@@ -62,7 +62,7 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words) {
     return ids;
 }
 
-filter_t::filter_t(const options_t &options)
+filter_t::filter_t(const readingOptions_t &options)
     : ids_(idsNamed(options.ids)), since_(timeOf("--since", options.since)),
       until_(options.at.empty() ? timeOf("--until", options.until) : timeOf("--at", options.at)),
       times_(options.timeExpression), longest_(options.longest) {

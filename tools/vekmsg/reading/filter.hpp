@@ -3,7 +3,7 @@
 // Never changes once made; may be used from several threads.
 #pragma once
 
-#include "tools/vekmsg/commands/options.hpp"
+#include "tools/vekmsg/reading/readingOptions.hpp"
 #include "tools/vekmsg/reading/task.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
 
@@ -20,7 +20,7 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words);
 class filter_t {
 public:
     /// Throws usageError_t when the options make no sense.
-    explicit filter_t(const options_t &options);
+    explicit filter_t(const readingOptions_t &options);
 
     bool passes(const item_t &item) const;
     /// Whether there is anything to filter by.

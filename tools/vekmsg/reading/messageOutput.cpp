@@ -15,9 +15,9 @@ void messageTask_t::take(const item_t &item) {
     out += *text;
 }
 
-int writeMessages(const options_t &options, messageTask_t &task) {
+int writeMessages(const readingOptions_t &options, bool isInPlace, messageTask_t &task) {
     int status = exitFine;
-    if (!options.isInPlace) {
+    if (!isInPlace) {
         reader_t reader(options, task);
         reader.run();
         if (reader.taken() > 1 || (isTerminal(1) && !task.isFirst))
@@ -28,8 +28,7 @@ int writeMessages(const options_t &options, messageTask_t &task) {
         throw usageError_t("--in-place goes with neither --head nor --follow");
     } else {
         for (const std::string &name : options.files) {
-            options_t one = options;
-            one.files = {name};
+            const readingOptions_t one = options.ofFile(name);
             rewriter_t rewriter(name);
             task.rewriter = &rewriter;
             reader_t reader(one, task);

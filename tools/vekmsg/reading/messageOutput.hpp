@@ -13,8 +13,6 @@ namespace vek::tool {
 
 class messageTask_t : public task_t {
 public:
-    explicit messageTask_t(const options_t &options) : options_(options) {}
-
     void take(const item_t &item) final;
 
     /// The file that is rewritten at the moment; null when the messages go to standard output.
@@ -25,10 +23,9 @@ public:
 protected:
     /// The message to write; nothing when there is none, which was said.
     virtual std::optional<std::string> made(const item_t &item) = 0;
-    const options_t &options_;
 };
 
-/// Reads the inputs, and writes what the task makes.
-int writeMessages(const options_t &options, messageTask_t &task);
+/// Reads the inputs, and writes what the task makes, to standard output or in place.
+int writeMessages(const readingOptions_t &options, bool isInPlace, messageTask_t &task);
 
 } // namespace vek::tool

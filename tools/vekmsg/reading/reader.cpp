@@ -157,7 +157,7 @@ void reader_t::readAll(const std::string &name) {
     try {
         begin(name);
         const input_t &input = *input_;
-        const bool isSplit = options_.jobs > 1 && !options_.head && !input.isForm && input.source->isPlain() &&
+        const bool isSplit = options_.threads() > 1 && !options_.head && !input.isForm && input.source->isPlain() &&
                              input.source->size() > input.start.size() && task_.fork() != nullptr;
         if (isSplit)
             return readSplit(name);
@@ -325,7 +325,7 @@ void reader_t::takePiece(std::string_view piece) {
 void reader_t::readSplit(const std::string &name) {
     flush();
     const splitCounts_t counts =
-        splitFile(name, options_.jobs, filter_, task_, [this](std::string &out, std::uint64_t done) {
+        splitFile(name, options_.threads(), filter_, task_, [this](std::string &out, std::uint64_t done) {
             task_.out.swap(out);
             flush();
             progress_.update(done);

@@ -69,7 +69,7 @@ private:
 
 class reader_t {
 public:
-    reader_t(const options_t &options, task_t &task) : options_(options), filter_(options), task_(task) {}
+    reader_t(const readingOptions_t &options, task_t &task) : options_(options), filter_(options), task_(task) {}
 
     /// Reads all inputs. What is wrong with one of them is said on standard error, and the others are read.
     void run();
@@ -112,7 +112,7 @@ private:
         return options_.head ? *options_.head - std::min(*options_.head, taken_) : UINT64_MAX;
     }
 
-    const options_t &options_;
+    const readingOptions_t &options_;
     filter_t filter_;
     task_t &task_;
     // The input that is being read.

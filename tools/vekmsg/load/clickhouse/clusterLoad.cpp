@@ -12,14 +12,14 @@ namespace {
 
 class clusterTask_t final : public task_t {
 public:
-    clusterTask_t(const options_t &options, clusterStore_t &store)
-        : options_(options), times_(options.timeExpression), store_(store) {}
+    clusterTask_t(const loadOptions_t &options, clusterStore_t &store)
+        : options_(options), times_(options.reading.timeExpression), store_(store) {}
 
     void take(const item_t &item) override {
         if (isUnfinished(item))
             return;
         log_t &log = logs_[std::string(item.file)];
-        const std::string name = options_.source.empty() ? std::string(item.file) : options_.source;
+        const std::string name = options_.source.source.empty() ? std::string(item.file) : options_.source.source;
         inspect::rowFront_t front{name, item.offset, item.line, times_.in(item.lineHead)};
         if (log.source.empty() || item.offset <= log.last) { // another log has the name from here on
             firstRow_t first(store_, name);
@@ -72,7 +72,7 @@ private:
         return true;
     }
 
-    const options_t &options_;
+    const loadOptions_t &options_;
     const timeFinder_t times_;
     clusterStore_t &store_;
     inspect::rowMaker_t rows_;
@@ -82,13 +82,13 @@ private:
 
 } // namespace
 
-int loadIntoCluster(const options_t &options) {
+int loadIntoCluster(const loadOptions_t &options) {
     try {
         const std::uint64_t begun = milliseconds();
         clusterStore_t store(options.target);
-        store.expect(options.source.empty() ? options.files : std::vector{options.source});
+        store.expect(options.source.source.empty() ? options.reading.files : std::vector{options.source.source});
         clusterTask_t task(options, store);
-        reader_t reader(options, task);
+        reader_t reader(options.reading, task);
         reader.run();
         store.commit();
         const int status = reader.statusWithMessages();

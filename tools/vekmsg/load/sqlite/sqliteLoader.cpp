@@ -14,15 +14,15 @@ namespace {
 
 class sqliteLoader_t {
 public:
-    explicit sqliteLoader_t(const options_t &options)
-        : options_(options), times_(options.timeExpression), archive_(options.target) {}
+    explicit sqliteLoader_t(const loadOptions_t &options)
+        : options_(options), times_(options.reading.timeExpression), archive_(options.target) {}
 
     int run() {
         const std::uint64_t begun = milliseconds();
-        if (options_.follows)
+        if (options_.reading.follows)
             follow();
         else
-            for (const std::string &name : options_.files)
+            for (const std::string &name : options_.reading.files)
                 loadAll(name);
         progress_.clear();
         if (!options_.isQuiet) {
@@ -36,8 +36,10 @@ private:
     // Few enough that others soon see them, and enough that their cost is spread.
     static constexpr std::int64_t messagesAtOnce = 5'000;
 
-    std::string sourceName(const std::string &file) const { return options_.source.empty() ? file : options_.source; }
-    bool isRenamable() const { return options_.source.empty(); }
+    std::string sourceName(const std::string &file) const {
+        return options_.source.source.empty() ? file : options_.source.source;
+    }
+    bool isRenamable() const { return options_.source.source.empty(); }
 
     void begin(logLoad_t &log) {
         if (!transaction_) {
@@ -147,7 +149,7 @@ private:
     }
 
     void follow() {
-        for (const std::string &name : options_.files)
+        for (const std::string &name : options_.reading.files)
             followed_.push_back(std::make_unique<followed_t>(archive_, times_, name, sourceName(name)));
         constexpr unsigned pause = 20, stillRounds = 1000 / pause;
         for (unsigned still = 0; !followed_.empty();) {
@@ -190,7 +192,7 @@ private:
         return false;
     }
 
-    const options_t &options_;
+    const loadOptions_t &options_;
     timeFinder_t times_;
     archiveFile_t archive_;
     std::optional<transaction_t> transaction_;
@@ -203,7 +205,7 @@ private:
 
 } // namespace
 
-int loadIntoSqlite(const options_t &options) {
+int loadIntoSqlite(const loadOptions_t &options) {
     return sqliteLoader_t(options).run();
 }
 

@@ -1,9 +1,24 @@
-// The manual page and the shells' completion, from the declarations of the command line.
-#include "tools/vekmsg/commandLine.hpp"
+// vekmsg page: the manual page and the shells' completion, from the declarations of all commands.
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
+#include "vek/inspect/schema/schema.hpp"
+
+#include <CLI/CLI.hpp>
 
 namespace vek::tool {
 
 namespace {
+
+struct pageArguments_t {
+    const CLI::App *all = nullptr;
+    std::string kind;
+
+    void declare(argumentList_t &list) {
+        all = list.app.get_parent();
+        list.add(kind, {.names = "KIND", .about = "", .isRequired = true});
+    }
+};
 
 // A text for roff: no line begins a request, no backslash is read as an escape.
 std::string roff(const std::string &text) {
@@ -62,8 +77,6 @@ std::string withoutHeading(const std::string &footer) {
     return footer.substr(footer.find('\n') + 1);
 }
 
-} // namespace
-
 std::string manualPage(const CLI::App &app) {
     std::string page = ".\\\" Made by vekmsg from the declarations of its command line.\n"
                        ".TH VEKMSG 1 \"\" \"vekmsg " VEK_VERSION "\" \"User commands\"\n"
@@ -121,8 +134,6 @@ std::string bashCompletion(const CLI::App &app) {
            "complete -o filenames -F _vekmsg vekmsg\n";
 }
 
-namespace {
-
 // A text inside single quotes and brackets of _arguments.
 std::string zshText(const std::string &text) {
     std::string out;
@@ -144,8 +155,6 @@ std::string zshValues(const std::string &name) {
         return "($(vekmsg page names))";
     return name == "keys" || name == "where" ? "($(vekmsg page keys))" : "";
 }
-
-} // namespace
 
 std::string zshCompletion(const CLI::App &app) {
     std::string commands, cases;
@@ -182,5 +191,30 @@ std::string zshCompletion(const CLI::App &app) {
            "}\n"
            "_vekmsg \"$@\"\n";
 }
+
+int runPage(const pageArguments_t &arguments) {
+    std::string page;
+    if (arguments.kind == "man")
+        page = manualPage(*arguments.all);
+    else if (arguments.kind == "bash")
+        page = bashCompletion(*arguments.all);
+    else if (arguments.kind == "zsh")
+        page = zshCompletion(*arguments.all);
+    else if (arguments.kind == "names")
+        for (const inspect::messageSchema_t &message : inspect::schema().messages())
+            page += message.record != nullptr ? std::string(message.record->structure) + "\n" : std::string();
+    else if (arguments.kind == "keys")
+        for (const std::string_view key : inspect::schema().keys())
+            page.append(key).append("\n");
+    else
+        throw usageError_t("there are the pages man, bash, zsh, names and keys");
+    writeAll(1, page);
+    return exitFine;
+}
+
+const commandOf_t<pageArguments_t>
+    pageCommand({.order = 1000, .name = "page", .about = "The manual page and completions"}, runPage);
+
+} // namespace
 
 } // namespace vek::tool

@@ -1,0 +1,111 @@
+#include "tools/vekmsg/commands/commandLine.hpp"
+
+#include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/wrapping.hpp"
+#include "vek/inspect/words/nearest.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace vek::tool {
+
+std::vector<command_t *> command_t::all() {
+    std::vector<command_t *> commands;
+    for (command_t *command = first_; command != nullptr; command = command->next_)
+        commands.push_back(command);
+    std::ranges::sort(commands, {}, [](const command_t *command) { return command->words_.order; });
+    return commands;
+}
+
+namespace {
+
+constexpr const char *about =
+    "Shows, checks, mends, changes and compares the text messages of a laser exposure device. Wherever messages are "
+    "read, they may stand in a log amid other words, in a file of their own, in the readable form, in JSON or in the "
+    "flat form; as they are or packed with gzip or zstd.";
+
+// A page of help with its long lines broken, in the column where the words of options and commands begin.
+std::string wrappedPage(const std::string &page, std::size_t width) {
+    constexpr std::size_t column = 30;
+    std::string out;
+    for (std::size_t at = 0; at < page.size();) {
+        const std::size_t end = std::min(page.find('\n', at), page.size());
+        const std::string line = page.substr(at, end - at);
+        at = end + 1;
+        const bool hasColumn = line.size() > column && line.starts_with("  ") && line.compare(column - 2, 2, "  ") == 0;
+        out += wrapped(line, width, hasColumn ? column : 0) + "\n";
+    }
+    return out;
+}
+
+constexpr const char *exitCodes = "Exit code: 0 fine; 1 differences, invalid messages or none; 2 usage or files.";
+
+CLI::App *declare(CLI::App &app, command_t &command) {
+    const commandWords_t &words = command.words();
+    CLI::App *own = app.add_subcommand(words.name, words.about);
+    if (words.examples != nullptr)
+        own->footer(std::string("Examples:\n") + words.examples);
+    else
+        own->group("");
+    argumentList_t list(*own);
+    command.declare(list);
+    return own;
+}
+
+int complainAbout(const CLI::App &app, const CLI::ParseError &error, int argc, char **argv) {
+    if (error.get_exit_code() == 0) { // help and version
+        std::string text =
+            dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr ? std::string(error.what()) : std::string();
+        if (text.empty()) {
+            const std::vector<CLI::App *> chosen = app.get_subcommands();
+            text = chosen.empty() ? app.help() : chosen.front()->help("vekmsg");
+        }
+        writeAll(1, wrappedPage(text, pageWidth()));
+        return exitFine;
+    }
+    std::vector<std::string_view> names;
+    for (const command_t *command : command_t::all())
+        names.emplace_back(command->words().name);
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    const bool isCommand = std::find(names.begin(), names.end(), word) != names.end();
+    if (isCommand) {
+        complain(std::string(error.what()) + "; vekmsg " + std::string(word) + " --help shows what it takes");
+        return exitUsage;
+    }
+    const std::string_view near = inspect::nearest(word, names);
+    if (word.empty())
+        complain("which command? vekmsg --help shows all; vekmsg show FILE is a good first one");
+    else if (identityOf(std::string(word)))
+        complain(std::string(word) + " is a file; which command? vekmsg show " + std::string(word) +
+                 " is a good first one");
+    else if (near.empty())
+        complain(std::string(word) + " is no command; vekmsg --help shows all");
+    else
+        complain(std::string(word) + " is no command; did you mean " + std::string(near) + "?");
+    return exitUsage;
+}
+
+} // namespace
+
+int runCommandLine(int argc, char **argv) {
+    CLI::App app(about, "vekmsg");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "vekmsg " VEK_VERSION, "The version");
+    app.set_help_flag("-h,--help", "This help; after a command, its own");
+    app.footer(std::string(exitCodes) + "\nvekmsg COMMAND --help says more, with examples.");
+    app.failure_message([](const CLI::App *, const CLI::Error &error) { return std::string(error.what()); });
+    const command_t *chosen = nullptr;
+    for (command_t *command : command_t::all())
+        declare(app, *command)->callback([&chosen, command] { chosen = command; });
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return complainAbout(app, error, argc, argv);
+    }
+    return chosen->run();
+}
+
+} // namespace vek::tool

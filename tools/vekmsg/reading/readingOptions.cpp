@@ -1,0 +1,66 @@
+#include "tools/vekmsg/reading/readingOptions.hpp"
+
+#include "vek/inspect/log/logScanner.hpp"
+
+#include <algorithm>
+#include <thread>
+
+namespace vek::tool {
+
+void readingOptions_t::declareFiles(argumentList_t &list) {
+    list.add(files, {"FILE", "Files, - for standard input (which is read when none is named)", ""});
+}
+
+void readingOptions_t::declareTime(argumentList_t &list) {
+    list.add(timeExpression, {"--time",
+                              "Where the time stands on a line, when it is unusual: its first group in a usual form, "
+                              "or six groups for year, month, day, hour, minute, second",
+                              "REGEX"});
+}
+
+void readingOptions_t::declareFollowing(argumentList_t &list) {
+    list.addFlag(follows, "-f,--follow",
+                 "Go on when the file grows, also when another takes its name; each message at once");
+}
+
+void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSplit) {
+    list.add(ids, {"--id", "Only messages of this id or name; several times for several", "ID|NAME"});
+    list.add(conditions,
+             {"--where", "Only messages in which a value is so: PATH=VALUE, !=, <, >, or ~ (contains); quote it",
+              "PATH=VALUE"});
+    list.add(since, {"--since", "Only messages of log lines of this time and later", "TIME"});
+    list.add(until, {"--until", "Only messages of log lines of this time and earlier", "TIME"});
+    declareTime(list);
+    list.add(head, {"-n,--head", "Only the first N messages", "N"});
+    list.add(longest,
+             {.names = "--longest",
+              .about = "Pass over messages of more than N characters and say so; 99999 when it is not said, the most "
+                       "that hosts read",
+              .type = "N",
+              .least = 1,
+              .most = inspect::logScanner_t::largestMessage});
+    if (isStream)
+        declareFollowing(list);
+    if (canSplit)
+        list.add(jobs, {.names = "-j,--jobs",
+                        .about = "Read a plain file on N processors (0: all there are)",
+                        .type = "N",
+                        .least = 0,
+                        .most = 64});
+}
+
+readingOptions_t readingOptions_t::ofFile(const std::string &name) const {
+    readingOptions_t one = *this;
+    one.files = {name};
+    return one;
+}
+
+unsigned readingOptions_t::threads() const {
+    return jobs > 0 ? static_cast<unsigned>(jobs) : std::max(1U, std::thread::hardware_concurrency());
+}
+
+void sourceOption_t::declare(argumentList_t &list) {
+    list.add(source, {"--source", "What the log is called in the tables, instead of the file's name", "NAME"});
+}
+
+} // namespace vek::tool
