@@ -149,7 +149,7 @@ std::uint32_t treeBuilder_t::countOf(const node_t &node) {
 }
 
 void treeBuilder_t::assignToRecord(node_t &parent, const recordSchema_t &record) {
-    std::uint64_t matched = 0; // a bit for each field; no record has so many
+    matched_.assign(record.fields.size(), false);
     std::size_t hint = 0;
     for (std::uint32_t i = 0; i < parent.childCount; ++i) {
         node_t &node = nodes_[parent.firstChild + i];
@@ -167,14 +167,14 @@ void treeBuilder_t::assignToRecord(node_t &parent, const recordSchema_t &record)
             node.ordinal = countOf(node);
             continue;
         }
-        const std::uint64_t bit = std::uint64_t{1} << field->position;
-        if ((matched & bit) != 0) {
+        const auto position = static_cast<std::size_t>(field->position);
+        if (matched_[position]) {
             node.use = pairUse_t::duplicate;
             node.ordinal = countOf(node) + 1;
             continue;
         }
-        matched |= bit;
-        hint = static_cast<std::size_t>(field->position) + 1;
+        matched_[position] = true;
+        hint = position + 1;
         node.use = node.value.isEmpty() ? pairUse_t::empty : pairUse_t::assigned;
     }
 }
@@ -188,7 +188,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
     std::string listKey;
     if (parent.isKeyed)
         listKey = joined({target.field->key, isCodes && parent.isElement ? std::to_string(parent.index) : ""});
-    std::vector<bool> matched(parent.isKeyed ? static_cast<std::size_t>(room) : 0);
+    matched_.assign(parent.isKeyed ? static_cast<std::size_t>(room) : 0, false);
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(parent.childCount); ++i) {
         node_t &node = nodes_[parent.firstChild + static_cast<std::uint32_t>(i)];
         if (isLostRest(node))
@@ -203,7 +203,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
             continue;
         }
         const std::int32_t index = node.hasKey ? elementIndex(node.key.in(tree_.text_), listKey, room) : -1;
-        const bool isTaken = index >= 0 && matched[static_cast<std::size_t>(index)];
+        const bool isTaken = index >= 0 && matched_[static_cast<std::size_t>(index)];
         if (index < 0 || isTaken) {
             node.use = isTaken ? pairUse_t::duplicate : node.hasKey ? pairUse_t::unknown : pairUse_t::noKey;
             node.ordinal = countOf(node) + (isTaken ? 1 : 0);
@@ -212,7 +212,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
             node.isCode &= isTaken;
             continue;
         }
-        matched[static_cast<std::size_t>(index)] = true;
+        matched_[static_cast<std::size_t>(index)] = true;
         node.index = index;
     }
 }
