@@ -8,6 +8,7 @@
 #include "vek/text/private/recordVisit.hpp"
 #include "vek/text/textField.hpp"
 
+#include <concepts>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -55,6 +56,7 @@ template <class Structure, class Record>
 void *conversionOf<Structure, Record>::create() {
     static_assert(std::is_same_v<Structure, typename detail::structureOfRecord<Record>::type>,
                   "the record class has another structure");
+    static_assert(std::equality_comparable<Structure>, "the structure needs an operator==");
     if constexpr (std::is_polymorphic_v<Structure>) {
         return new Structure();
     } else {

@@ -139,13 +139,21 @@ consteval std::size_t endOfMembers() {
     return end;
 }
 
+/// Whether a structure has a comparison of its own. That of its base takes all for equal whose base is.
+template <class T>
+concept comparesItself = requires {
+    static_cast<bool (T::*)(const T &) const>(&T::operator==);
+};
+
 template <class T>
 consteval structureLayout_t layoutWithoutGaps() {
     using layout = layoutOf<T>;
     static_assert(!isPinnedTarget || sizeof(T) - endOfMembers<T>() < alignof(T), "a member is not in the table");
     const structureLayout_t *base = nullptr;
-    if constexpr (!std::is_void_v<typename layout::base_t>)
+    if constexpr (!std::is_void_v<typename layout::base_t>) {
+        static_assert(layout::members.empty() || comparesItself<T>, "the structure needs an operator== of its own");
         base = &structureLayout<typename layout::base_t>;
+    }
     return {layout::name, layout::size, std::is_polymorphic_v<T>, isOpaqueLayout<T>, base, layout::members};
 }
 
