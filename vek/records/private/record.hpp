@@ -9,6 +9,7 @@
 #include "vek/text/textField.hpp"
 
 #include <concepts>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -68,25 +69,37 @@ void *conversionOf<Structure, Record>::create() {
     }
 }
 
-// A body that looks as this library writes it is read in one go. What another one left behind is cleared by making the
-// record anew, and it is read by every rule.
-template <class Structure, class Record>
-void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
-    const auto read = [body](Record &record, bool isByEveryRule) {
-        if (!isByEveryRule)
+namespace detail {
+
+enum class reading_t : std::uint8_t { inOneGo, byEveryRule };
+
+/// Whether the body could be read so. Each time with the record made anew, of which this is the one place.
+template <class Record, class Structure>
+bool readBody(Structure &structure, std::string_view body, reading_t reading) {
+    const auto read = [body, reading](Record &record) {
+        if (reading == reading_t::inOneGo)
             return record.Record::readAt(bodyCursor_t(body)).isAtEnd();
         record.Record::fromText(body);
         return true;
     };
     if constexpr (bindsStructure<Record>) {
-        for (bool isRead = false, isByEveryRule = false; !isRead; isByEveryRule = true) {
-            Record record(pass_t::parse, *static_cast<Structure *>(structure));
-            isRead = read(record, isByEveryRule);
-        }
-    } else if (auto *record = static_cast<Record *>(structure); !read(*record, false)) {
-        record->~Record();
-        read(*new (record) Record(), true);
+        Record record(pass_t::parse, structure);
+        return read(record);
+    } else {
+        if (reading == reading_t::byEveryRule)
+            structure = Record();
+        return read(structure);
     }
+}
+
+} // namespace detail
+
+// A body that looks as this library writes it is read in one go, any other one from its start by every rule.
+template <class Structure, class Record>
+void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
+    auto &read = *static_cast<Structure *>(structure);
+    if (!detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
+        detail::readBody<Record>(read, body, detail::reading_t::byEveryRule);
 }
 
 template <class Structure, class Record>
