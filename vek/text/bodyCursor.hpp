@@ -53,10 +53,9 @@ public:
 
     /// Goes behind `key` and a "=" if they stand here.
     bool skipKey(std::string_view key) {
-        if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] || !skip(key))
-            return false;
-        ++at_;
-        return true;
+        const bool isHere = isKeyAt(at_, end_, key);
+        at_ += isHere ? key.size() + 1 : 0;
+        return isHere;
     }
 
     /// Goes behind a plain value, up to a separator or a brace, and returns it; empty when none is here.
@@ -100,7 +99,7 @@ public:
         std::int32_t number = 0;
         for (int length = 0; length < mostDigits && isDigit(at_[length]);) {
             number = number * 10 + (at_[length] - '0');
-            if (at_[++length] == separators[2]) {
+            if (at_[++length] == comma) {
                 value = number;
                 at_ += length + 1;
                 return true;
@@ -118,13 +117,13 @@ public:
             const characterBlock_t block(at);
             const unsigned brace = block.equal(closeBrace);
             const unsigned inFront = (brace & (0U - brace)) - 1; // all, when there is no brace
-            count += characterBlock_t::count(block.equal(separators[2]) & inFront);
+            count += characterBlock_t::count(block.equal(comma) & inFront);
             if (brace != 0)
                 return count;
         }
 #endif
         for (; at != end_ && *at != closeBrace; ++at)
-            count += *at == separators[2] ? 1 : 0;
+            count += *at == comma ? 1 : 0;
         return count;
     }
 

@@ -45,7 +45,7 @@ public:
     bool isKeyed() const { return keyed_; }
 
     /// Whether a "=" is anywhere in the rest of the body.
-    bool hasEquals() const { return tokenizer_.rest().find(separators[0]) != std::string_view::npos; }
+    bool hasEquals() const { return tokenizer_.rest().find(equalsSign) != std::string_view::npos; }
 
     /// How far the body was read: behind the separators that follow the last pair.
     const char *position() const { return tokenizer_.position(); }

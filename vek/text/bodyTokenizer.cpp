@@ -59,7 +59,7 @@ bool bodyTokenizer_t::shortPair([[maybe_unused]] std::string_view &first, [[mayb
     if (end_ - at_ < characterBlock_t::size)
         return false;
     const characterBlock_t block(at_);
-    const unsigned separatorsHere = block.equalAny(separators[0], separators[1], separators[2]);
+    const unsigned separatorsHere = block.equalAny(equalsSign, semicolon, comma);
     const unsigned behindFirst = separatorsHere & (0U - separatorsHere);
     const unsigned laterSeparators = separatorsHere ^ behindFirst;
     const unsigned behindSecond = laterSeparators & (0U - laterSeparators);
@@ -67,8 +67,7 @@ bool bodyTokenizer_t::shortPair([[maybe_unused]] std::string_view &first, [[mayb
     const unsigned starts = 1U | behindFirst << 1;
     const bool isPair = behindSecond != 0 && behindSecond >> (characterBlock_t::size - 1) == 0 &&
                         (separatorsHere & (starts | behindSecond << 1)) == 0 &&
-                        (block.equalAny(openBrace, '"') & starts) == 0 &&
-                        (block.equal(separators[0]) & behindFirst) != 0;
+                        (block.equalAny(openBrace, '"') & starts) == 0 && (block.equal(equalsSign) & behindFirst) != 0;
     if (!isPair)
         return false;
     const int firstEnd = std::countr_zero(behindFirst);

@@ -48,7 +48,7 @@ public:
         bool hasEquals = false;
         const char *at = at_;
         for (; at != end_ && isSeparator(*at); ++at)
-            hasEquals |= *at == separators[0];
+            hasEquals |= *at == equalsSign;
         at_ = at;
         return hasEquals;
     }
@@ -60,8 +60,7 @@ public:
     /// Skips `key`, a "=" and the separators behind it if they stand here; otherwise nothing changes. The key must be
     /// a plain token.
     bool skipKey(std::string_view key) {
-        if (static_cast<std::size_t>(end_ - at_) <= key.size() || at_[key.size()] != separators[0] ||
-            !areSame(at_, key.data(), key.size()))
+        if (!isKeyAt(at_, end_, key))
             return false;
         at_ += key.size() + 1;
         delimiter();
@@ -72,7 +71,7 @@ private:
     static const char *findSeparator(const char *at, const char *end) {
 #ifdef __SSE2__
         for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
-            const unsigned found = characterBlock_t(at).equalAny(separators[0], separators[1], separators[2]);
+            const unsigned found = characterBlock_t(at).equalAny(equalsSign, semicolon, comma);
             if (found != 0)
                 return at + std::countr_zero(found);
         }

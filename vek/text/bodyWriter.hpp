@@ -76,7 +76,7 @@ public:
     void putKey(std::string_view key) {
         char *const to = room(key.size() + 1);
         copyShort(key.data(), key.size(), to);
-        to[key.size()] = separators[0];
+        to[key.size()] = equalsSign;
         at_ = to + key.size() + 1;
     }
 

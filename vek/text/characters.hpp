@@ -1,6 +1,8 @@
 // The characters with a meaning in a body, and the codes that stand for them inside a text value.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -11,8 +13,9 @@
 
 namespace vek {
 
-/// Ends a key, a keyed pair and an unkeyed value, in this order.
-inline constexpr std::string_view separators = "=;,";
+inline constexpr char equalsSign = '='; ///< ends a key
+inline constexpr char semicolon = ';';  ///< ends a pair with a key
+inline constexpr char comma = ',';      ///< ends a value without one
 inline constexpr char openBrace = '{';
 inline constexpr char closeBrace = '}';
 
@@ -43,7 +46,7 @@ inline constexpr characterMap_t unescapeMap = mapCharacters(false);
 
 inline constexpr std::array<bool, 256> separatorSet = [] {
     std::array<bool, 256> set{};
-    for (const char c : separators)
+    for (const char c : {equalsSign, semicolon, comma})
         set[static_cast<unsigned char>(c)] = true;
     return set;
 }();
@@ -52,6 +55,12 @@ inline constexpr std::array<bool, 256> separatorSet = [] {
 
 constexpr bool isSeparator(char c) {
     return detail::separatorSet[static_cast<unsigned char>(c)];
+}
+
+/// Whether `key` and a "=" stand at `at`.
+inline bool isKeyAt(const char *at, const char *end, std::string_view key) {
+    return static_cast<std::size_t>(end - at) > key.size() && at[key.size()] == equalsSign &&
+           areSame(at, key.data(), key.size());
 }
 
 /// A character of a text value as it stands in a body, and back. Characters without a meaning map to themselves.

@@ -37,7 +37,7 @@ public:
             const std::size_t start = out.size();
             out = elements_.element(i, pass_t::print).toText(out);
             if (out.size() != start)
-                out.put(separators[2]);
+                out.put(comma);
         }
         return out;
     }
@@ -78,7 +78,7 @@ public:
                 return {};
             if (!isEmpty)
                 at = elements_.element(found_, pass_t::parse).readAt(at);
-            if (at.isNowhere() || !at.skip(separators[2]))
+            if (at.isNowhere() || !at.skip(comma))
                 return {};
         }
         isSet = 1;

@@ -41,7 +41,7 @@ bodyWriter_t textGroup_t::collectPairs(bodyWriter_t out) const {
         if (out.size() == valueStart)
             out.rewind(start);
         else
-            out.put(separators[keyed ? 1 : 2]);
+            out.put(keyed ? semicolon : comma);
     }
     return out;
 }
@@ -68,7 +68,7 @@ bodyCursor_t textGroup_t::readAt(bodyCursor_t at) {
         if (!at.skipKey(member->key()))
             continue;
         at = member->readAt(at);
-        if (at.isNowhere() || !at.skip(separators[1]))
+        if (at.isNowhere() || !at.skip(semicolon))
             return {};
     }
     isSet = 1;

@@ -114,7 +114,7 @@ bodyCursor_t wideStringField_t::readAt(bodyCursor_t at) {
         }
         wideCharacter_t read; // there is no room for one without a comma
         at = read.readAt(at);
-        if (at.isNowhere() || !at.skip(separators[2]))
+        if (at.isNowhere() || !at.skip(comma))
             return {};
         *character = read;
     }
@@ -136,7 +136,7 @@ constexpr auto lowElements = [] {
         for (std::uint32_t unit = 100; unit > 0; unit /= 10)
             if (code >= unit || unit == 1)
                 element.text[element.size++] = static_cast<char>('0' + code / unit % 10);
-        element.text[element.size++] = separators[2];
+        element.text[element.size++] = comma;
     }
     return elements;
 }();
@@ -144,7 +144,7 @@ constexpr auto lowElements = [] {
 char *writeElement(std::int16_t code, char *to) {
     if (code < 0 || static_cast<std::size_t>(code) >= lowElements.size()) {
         to = writeInteger(code, to);
-        *to = separators[2];
+        *to = comma;
         return to + 1;
     }
     const element_t &element = lowElements[static_cast<std::size_t>(code)];

@@ -120,7 +120,8 @@ node_t treeBuilder_t::pairNode(const textPair_t &pair, const char *start, const 
     node.value = place(pair.value.data(), valueEnd);
     node.isQuoted = pair.value.data() != at;
     node.isQuoteOpen = node.isQuoted && valueEnd == innerEnd;
-    node.isCanonical = isPlain && !node.isQuoted && end == valueEnd + 1 && *valueEnd == separators[node.hasKey ? 1 : 2];
+    node.isCanonical =
+        isPlain && !node.isQuoted && end == valueEnd + 1 && *valueEnd == (node.hasKey ? semicolon : comma);
     return node;
 }
 
