@@ -23,6 +23,8 @@ inline constexpr std::size_t integerRoom = 11;
 /// Room that writeReal needs: 309 digits, a sign, the point and six decimals.
 inline constexpr std::size_t realRoom = 320;
 
+static_assert(std::endian::native == std::endian::little, "digits are read and written as words");
+
 /// The numbers 00 to 99, two digits each.
 inline constexpr auto digitPairs = [] {
     std::array<char, 200> pairs{};
@@ -42,7 +44,6 @@ inline char *writeDigitPair(std::size_t value, char *to) {
 /// Writes a number below 10000 without a branch, and without zeros in front. Four characters are stored, of which those
 /// behind the returned end count for nothing.
 inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
-    static_assert(std::endian::native == std::endian::little);
     const std::size_t hundreds = value / 100, rest = value % 100;
     std::uint16_t upper = 0;
     std::uint16_t lower = 0;
@@ -141,7 +142,7 @@ inline std::uint64_t joinDigits(std::uint64_t word) {
 inline const char *readSixDecimals(const char *at, const char *end, double &value) {
     using namespace detail;
     constexpr std::ptrdiff_t wordSize = 8;
-    if (std::endian::native != std::endian::little || end - at < wordSize)
+    if (end - at < wordSize)
         return nullptr;
     // Apart, so that where the next value is found doesn't wait for the comparison.
     if (*at == '-') [[unlikely]]
