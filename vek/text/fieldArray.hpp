@@ -29,7 +29,7 @@ public:
     /// A member of `parent`, over elements that `arguments` name.
     template <class... Arguments>
     fieldArray_t(textGroup_t &parent, std::string_view key, Arguments &...arguments)
-        : textGroup_t(parent, key, layout_t::positional), elements_(parent.pass(), arguments...) {}
+        : textGroup_t(parent, key, bodyForm_t::positional), elements_(parent.pass(), arguments...) {}
 
     bodyWriter_t collectPairs(bodyWriter_t out) const override {
         const std::int32_t printed = elements_.printed();
@@ -90,7 +90,7 @@ public:
 protected:
     /// An element of an outer list.
     fieldArray_t(std::string_view outerKey, std::int32_t ordinal)
-        : textGroup_t(pass_t::parse, layout_t::positional, outerKey), elements_(pass_t::parse), ordinal_(ordinal) {}
+        : textGroup_t(pass_t::parse, bodyForm_t::positional, outerKey), elements_(pass_t::parse), ordinal_(ordinal) {}
 
     Elements elements_;
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them

@@ -30,7 +30,7 @@ bodyWriter_t textGroup_t::toText(bodyWriter_t out) const {
 // and a set member may print nothing too (an enumeration without a name, an empty text). In a positional body it leaves
 // no gap, so there the members behind it move up.
 bodyWriter_t textGroup_t::collectPairs(bodyWriter_t out) const {
-    const bool keyed = layout_ == layout_t::keyed;
+    const bool keyed = form_ == bodyForm_t::keyed;
     for (const textField_t *member = first_; member != nullptr; member = member->next_) {
         const std::size_t start = out.size();
         if (keyed) {

@@ -68,13 +68,13 @@ private:
 class textGroup_t : public textField_t {
 public:
     /// How the members stand in the body: as KEY=value; pairs, or as bare values, told apart by their order.
-    enum class layout_t : std::uint16_t { keyed, positional };
+    enum class bodyForm_t : std::uint16_t { keyed, positional };
 
     /// A group that is no member of another: a top-level record, or an element of the list with the given key.
-    explicit textGroup_t(pass_t pass, layout_t layout = layout_t::keyed, std::string_view key = {})
-        : textField_t(key), pass_(pass), layout_(layout) {}
+    explicit textGroup_t(pass_t pass, bodyForm_t form = bodyForm_t::keyed, std::string_view key = {})
+        : textField_t(key), pass_(pass), form_(form) {}
     /// A member of `parent`, made for the same pass.
-    inline textGroup_t(textGroup_t &parent, std::string_view key, layout_t layout = layout_t::keyed);
+    inline textGroup_t(textGroup_t &parent, std::string_view key, bodyForm_t form = bodyForm_t::keyed);
 
     /// The print pass: the set members in braces, or nothing at all when none is set.
     bodyWriter_t toText(bodyWriter_t out) const override;
@@ -107,7 +107,7 @@ private:
     textField_t *last_ = nullptr;
     // A whole word in all, so that every compiler lays out a derived record alike.
     pass_t pass_;
-    layout_t layout_;
+    bodyForm_t form_;
     std::uint32_t parsed_ = 0;
 };
 
@@ -118,7 +118,7 @@ inline textField_t::textField_t(textGroup_t &group, std::string_view key)
     group.last_ = this;
 }
 
-inline textGroup_t::textGroup_t(textGroup_t &parent, std::string_view key, layout_t layout)
-    : textField_t(parent, key), pass_(parent.pass()), layout_(layout) {}
+inline textGroup_t::textGroup_t(textGroup_t &parent, std::string_view key, bodyForm_t form)
+    : textField_t(parent, key), pass_(parent.pass()), form_(form) {}
 
 } // namespace vek

@@ -208,7 +208,9 @@ private:
             } else {
                 at_ += isAt('.') ? 1 : 0;
                 const std::size_t start = at_;
-                if (isAt('"') ? !readQuoted(text_, at_, step.words) : (step.words = readWord(), false))
+                if (!isAt('"'))
+                    step.words = readWord();
+                else if (!readQuoted(text_, at_, step.words))
                     return false;
                 if (isAt('#')) {
                     step.words += text_[at_++];

@@ -42,11 +42,12 @@ std::size_t distance(const void *from, const void *to) {
 const fieldSchema_t *findBound(const recordSchema_t &record, const textGroup_t &group, const void *start,
                                std::size_t size) {
     std::size_t position = 0;
-    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember(), ++position) {
+    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
         const fieldDescription_t description = describe(*field);
         const auto *at = static_cast<const char *>(description.member);
         if (description.list == listKind_t::none && at >= start && at < static_cast<const char *>(start) + size)
             return &record.fields[position];
+        ++position;
     }
     return nullptr;
 }
@@ -120,9 +121,9 @@ void schemaBuilder_t::addFields(recordSchema_t &record, const textGroup_t &group
     for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember())
         addField(record, *field, top);
     std::size_t position = 0; // now that the fields have their places
-    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember(), ++position) {
+    for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
         const fieldDescription_t description = describe(*field);
-        fieldSchema_t &schema = record.fields[position];
+        fieldSchema_t &schema = record.fields[position++];
         if (description.countMember != nullptr)
             schema.countField = findBound(record, group, description.countMember, 1);
         if (description.list == listKind_t::range)

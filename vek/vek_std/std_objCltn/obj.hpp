@@ -82,7 +82,10 @@ obj_t *makeInstance() {
 template <class Class>
 classDescriptor_t &describe(char *name) {
     static classDescriptor_t described{.name = name, .factory = makeInstance<Class>};
-    [[maybe_unused]] static const bool isRegistered = (registerClass(described), true);
+    [[maybe_unused]] static const bool isRegistered = [] {
+        registerClass(described);
+        return true;
+    }();
     return described;
 }
 
