@@ -2,9 +2,6 @@
 
 #include "vek/text/numberText.hpp"
 
-#include <string>
-#include <vector>
-
 namespace vek {
 
 // Only the spelling that writing gives is a key: were NAME01 or NAME-0 taken as well, an element would have several.
@@ -40,22 +37,24 @@ bool isPositional(bodyScanner_t pairs) {
     return !pairs.isKeyed();
 }
 
-// One walk over the pairs, which name their elements. Asking for each element's key in turn would walk them all for
-// each, which is quadratic in a text that may come from anywhere. Not a template, so that all kinds of lists share it.
-void assignByElementKey(bodyScanner_t pairs, const listKey_t &list, std::int32_t count,
-                        void (*assign)(void *context, std::int32_t index, std::string_view value), void *context) {
-    std::string listKey(list.key);
+elementPairs_t::elementPairs_t(const bodyScanner_t &pairs, const listKey_t &list, std::int32_t count)
+    : pairs_(pairs), listKey_(list.key), matched_(static_cast<std::size_t>(count)) {
     if (list.ordinal >= 0)
-        listKey += std::to_string(list.ordinal);
-    std::vector<bool> matched(static_cast<std::size_t>(count));
-    textPair_t pair;
-    while (pairs.next(pair)) {
-        const std::int32_t index = elementIndex(pair.key, listKey, count);
-        if (index < 0 || matched[static_cast<std::size_t>(index)])
+        listKey_ += std::to_string(list.ordinal);
+}
+
+// One walk over the pairs, which name their elements. Asking for each element's key in turn would walk them all for
+// each, which is quadratic in a text that may come from anywhere.
+bool elementPairs_t::next(elementPair_t &element) {
+    for (textPair_t pair; pairs_.next(pair);) {
+        element.index = elementIndex(pair.key, listKey_, static_cast<std::int32_t>(matched_.size()));
+        element.value = pair.value;
+        if (element.index < 0 || matched_[static_cast<std::size_t>(element.index)])
             continue;
-        matched[static_cast<std::size_t>(index)] = true;
-        assign(context, index, pair.value);
+        matched_[static_cast<std::size_t>(element.index)] = true;
+        return true;
     }
+    return false;
 }
 
 } // namespace vek

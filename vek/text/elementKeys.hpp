@@ -5,7 +5,9 @@
 #include "vek/text/bodyScanner.hpp"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace vek {
 
@@ -25,9 +27,24 @@ std::int32_t countPairs(bodyScanner_t pairs);
 /// Whether no "=" follows any token of the rest of a body.
 bool isPositional(bodyScanner_t pairs);
 
-/// Calls `assign` with the value of each element below `count` that has a pair with its key, exactly spelt. Of several
-/// pairs with one key the first counts. Throws std::bad_alloc.
-void assignByElementKey(bodyScanner_t pairs, const listKey_t &list, std::int32_t count,
-                        void (*assign)(void *context, std::int32_t index, std::string_view value), void *context);
+struct elementPair_t {
+    std::int32_t index = 0;
+    std::string_view value;
+};
+
+/// The pairs of a body that give elements below `count` of a list, by keys that are exactly theirs. Of several pairs
+/// with one key the first counts. Throws std::bad_alloc.
+class elementPairs_t {
+public:
+    elementPairs_t(const bodyScanner_t &pairs, const listKey_t &list, std::int32_t count);
+
+    /// Reads the next of them; false when there is none left.
+    bool next(elementPair_t &element);
+
+private:
+    bodyScanner_t pairs_;
+    std::string listKey_;
+    std::vector<bool> matched_; // the elements that had a pair
+};
 
 } // namespace vek

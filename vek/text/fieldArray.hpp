@@ -7,6 +7,7 @@
 #include "vek/text/elementKeys.hpp"
 #include "vek/text/textField.hpp"
 
+#include <concepts>
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
@@ -14,16 +15,27 @@
 
 namespace vek {
 
-/// Elements provides
-///   element(index, pass)  the field or record of one element: made for this pass, or a reference to one that exists
-///   printed()             how many elements to print
-///   allocated()           how many elements exist
-///   append()              makes one more, if there is room; only called when none existed before the parse
-///   appendBlank()         of records made for a pass: one more with the values of absent keys, a copy of the first of
-///                         these; true when it is the first, and is to be cleared
-///   reserve(count)        gets ready for so many
-///   describe(description)
+/// Where a list's elements are, and what converts one of them: a field or record that is made for its turn, or a
+/// reference to one that exists.
 template <class Elements>
+concept listElements = requires(Elements &elements, const Elements &all, std::int32_t number, pass_t pass,
+                                fieldDescription_t &description) {
+    elements.element(number, pass);                    // that of one element
+    { all.printed() } -> std::same_as<std::int32_t>;   // how many elements to print
+    { all.allocated() } -> std::same_as<std::int32_t>; // how many exist
+    elements.append();                                 // one more, if there is room
+    elements.reserve(number);                          // gets ready for so many in all
+    all.describe(description);
+};
+
+/// Elements with records that are made for their turn: appendBlank() makes one more with the values of absent keys, and
+/// tells whether it is the first of these, which then is to be cleared.
+template <class Elements>
+concept blankableElements = listElements<Elements> && requires(Elements &elements) {
+    { elements.appendBlank() } -> std::same_as<bool>;
+};
+
+template <listElements Elements>
 class fieldArray_t : public textGroup_t {
 public:
     /// A member of `parent`, over elements that `arguments` name.
@@ -99,6 +111,7 @@ private:
     /// Is an element's group, if it is one, made for its turn alone? Then an empty body leaves nothing behind.
     static constexpr bool isMadeForEach =
         std::is_base_of_v<textGroup_t, decltype(std::declval<Elements>().element(0, pass_t::parse))>;
+    static_assert(!isMadeForEach || blankableElements<Elements>);
 
     // Whether a record would read nothing from a value. A hostile text has many of these, and few characters for each,
     // so no record is made for them.
@@ -128,12 +141,9 @@ private:
             for (std::int32_t i = 0; i < found_; ++i)
                 appendBlank();
         }
-        assignByElementKey(
-            start, {key(), ordinal_}, elements_.allocated(),
-            [](void *self, std::int32_t index, std::string_view value) {
-                static_cast<fieldArray_t *>(self)->assign(index, value);
-            },
-            this);
+        elementPairs_t pairs(start, {key(), ordinal_}, elements_.allocated());
+        for (elementPair_t pair; pairs.next(pair);)
+            assign(pair.index, pair.value);
     }
 
     std::int32_t ordinal_ = -1;

@@ -26,12 +26,7 @@ public:
     std::int32_t printed() const { return items_.count(); }
     std::int32_t allocated() const { return items_.count(); }
     void append() { items_.add(); }
-    bool appendBlank() {
-        const bool isFirst = blank_ == nullptr;
-        Item &made = isFirst ? items_.add() : items_.add(*blank_);
-        blank_ = isFirst ? &made : blank_;
-        return isFirst;
-    }
+    bool appendBlank() { return blanks_.appendTo(items_); }
     void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Item>(description);
@@ -49,7 +44,7 @@ private:
     Item &defaultItem() const { return defaultItem_ ? *defaultItem_ : defaultItem_.emplace(); }
 
     Container<Item> &items_;
-    const Item *blank_ = nullptr; // the first one of those
+    blanks_t blanks_;
     mutable std::optional<Item> defaultItem_;
 };
 

@@ -25,6 +25,27 @@ void describeElement(fieldDescription_t &description) {
     }
 }
 
+/// Appends blank elements to a list: the first is left to be cleared, the others are copies of it.
+class blanks_t {
+public:
+    template <class List>
+    bool appendTo(List &list) {
+        const bool isFirst = first_ < 0;
+        if (isFirst) {
+            first_ = list.count();
+            list.add();
+        } else if constexpr (std::is_pointer_v<decltype(list.at(0))>) {
+            list.add(*list.at(first_));
+        } else {
+            list.add(list.at(first_));
+        }
+        return isFirst;
+    }
+
+private:
+    std::int32_t first_ = -1;
+};
+
 /// Elements in a growableList_t; with a count member, at most that many are printed.
 template <class Element, class Value>
 class listElements_t {
@@ -38,12 +59,7 @@ public:
     std::int32_t printed() const { return count_ == nullptr ? list_.count() : std::min(list_.count(), *count_); }
     std::int32_t allocated() const { return list_.count(); }
     void append() { list_.add(); }
-    bool appendBlank() {
-        const bool isFirst = blank_ < 0;
-        isFirst ? list_.add() : list_.add(list_[blank_]);
-        blank_ = isFirst ? list_.count() - 1 : blank_;
-        return isFirst;
-    }
+    bool appendBlank() { return blanks_.appendTo(list_); }
     void reserve(std::int32_t count) { list_.reserve(count); }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
@@ -64,7 +80,7 @@ private:
 
     list_t &list_;
     const std::int32_t *count_;
-    std::int32_t blank_ = -1; // the first one of those
+    blanks_t blanks_;
 };
 
 /// How a list of fixed room is counted: all of its elements; by a member, but never beyond the room; or by a member
