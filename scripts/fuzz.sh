@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 . scripts/talk.sh
 seconds=${1:-3600}
 
-scripts/packages.sh test
+scripts/packages.sh all
 talk "fuzz: preparing" cmake --preset fuzz -DVEK_FUZZ_SECONDS="$seconds" -DVEK_FUZZ_SEED=0
 talk "fuzz: building" cmake --build --preset fuzz
 status=0

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/packages.sh test
+scripts/packages.sh all
 
 # In a source archive as in a clone.
 files=("$@")

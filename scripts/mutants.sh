@@ -12,7 +12,7 @@ count=${1:-60} seed=${2:-1} files=${3:-.}
 work=$PWD/build/mutants
 tree=$work/tree
 
-scripts/packages.sh test
+scripts/packages.sh all
 mkdir -p "$tree"
 # Times of unchanged files stay, so that the next run builds little.
 git ls-files | while read -r file; do

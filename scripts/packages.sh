@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs what building and testing need and this machine lacks (Debian packages), or says how. Run by the other scripts.
 #   packages.sh build      compilers and build tools
-#   packages.sh test       these, and what the tests, benchmarks and the checks of the sources need
+#   packages.sh test       these, and what the tests of an optimised build need
+#   packages.sh all        these, and what scripts/test.sh all needs: more compilers, sanitizers, checks of the sources
 #   packages.sh bench      what the comparison with other codecs needs
-#   packages.sh coverage   all that, and what counts the lines the tests reach
+#   packages.sh coverage   as test, and what counts the lines the tests reach
 #   packages.sh cluster    the server that the demonstration of a cluster runs twice (13 MB); Debian's package starts one
 #                          of its own at once, where services are started
 #   packages.sh page       what the inspector and its tests in a browser need
@@ -14,11 +15,14 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libsqlite3-dev
           libcurl4-openssl-dev)
-testing=(gcc clang clang-format clang-tidy libclang-rt-dev libgtest-dev libbenchmark-dev rapidjson-dev pkg-config binutils
-         dpkg-dev file lintian locales valgrind zstd sqlite3 man-db g++-mingw-w64-i686-posix libz-mingw-w64-dev)
+testing=(libgtest-dev valgrind zstd sqlite3 man-db locales)
 case ${1:-build} in
 build) ;;
 test) packages+=("${testing[@]}") ;;
+all)
+    packages+=("${testing[@]}" clang clang-format clang-tidy libclang-rt-dev libbenchmark-dev rapidjson-dev pkg-config
+               dpkg-dev file lintian g++-mingw-w64-i686-posix libz-mingw-w64-dev)
+    ;;
 bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
                pkg-config valgrind python3)
@@ -31,7 +35,7 @@ page)
     ;;
 windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
 *)
-    echo "packages: '$1' is not build, test, bench, coverage, cluster, page or windows" >&2
+    echo "packages: '$1' is not build, test, all, bench, coverage, cluster, page or windows" >&2
     exit 2
     ;;
 esac
@@ -60,8 +64,18 @@ if [ "$(id -u)" -ne 0 ]; then
     asRoot=(sudo)
 fi
 command -v apt-get >/dev/null || giveUp "there is no apt-get on this machine"
-talk "Asking for the lists of packages" "${asRoot[@]}" apt-get update -q -o Acquire::Retries=1 -o APT::Update::Error-Mode=any ||
+
+# Another program may be at it, such as a machine's own updates: they are waited for, ten minutes at most. apt-get itself
+# waits for the lock of the packages, not for that of the lists.
+updateLists() {
+    local deadline=$((SECONDS + 600))
+    until "${asRoot[@]}" env LC_ALL=C apt-get update -q -o Acquire::Retries=1 -o APT::Update::Error-Mode=any; do
+        tail -n 5 "$talkLog" | grep -q 'Could not get lock' && [ "$SECONDS" -lt "$deadline" ] || return 1
+        sleep 5
+    done
+}
+talk "Asking for the lists of packages" updateLists ||
     giveUp "the lists of packages can't be had (is the network there?)"
 talk "Installing ${#missing[@]} packages: ${missing[*]}" "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -q --no-install-recommends "${missing[@]}" ||
+    apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}" ||
     giveUp "apt-get can't install the packages"

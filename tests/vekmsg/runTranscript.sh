@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] [--fleet FLEETLOG] PROGRAM EXAMPLES FILE...
-# PROGRAM may be several words: an emulator, the program.
+#   runTranscript.sh [--update] [--fleet FLEETLOG] EXAMPLES FILE [EMULATOR] PROGRAM
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -12,7 +11,7 @@
 #   ...
 #   [exit 1]
 #   ```
-# A block that begins with ```console skip is not run. All blocks of a file share a new folder, in which the sample
+# A block that begins with ```console skip is not run. All blocks share a new folder, in which the sample
 # messages lie as samples/*.txt, a sample log as device.log, and with --fleet the logs that this program makes as
 # fleet/*.log. --update writes what came out into the file instead of comparing it.
 set -euo pipefail
@@ -25,12 +24,12 @@ if [ "$1" = --fleet ]; then
     fleetLog=$2
     shift 2
 fi
-program=$1 examples=$(realpath "$2")
-shift 2
+examples=$(realpath "$1") file=$2
+program=("${@:3}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/bin"
-printf '#!/bin/sh\nexec %s "$@"\n' "$program" >"$work/bin/vekmsg"
+printf '#!/bin/bash\nexec %s "$@"\n' "${program[*]@Q}" >"$work/bin/vekmsg"
 chmod +x "$work/bin/vekmsg"
 export PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
 unset NO_COLOR VISUAL EDITOR
@@ -45,7 +44,7 @@ runCommand() {
     [ "$status" -eq 0 ] || echo "[exit $status]"
 }
 
-# runTranscript FILE: the file with what the commands really put out.
+# The file with what the commands really put out.
 runTranscript() {
     local line command='' isInside=false
     while IFS= read -r line || [ -n "$line" ]; do
@@ -65,21 +64,17 @@ runTranscript() {
             continue # what was expected
         fi
         printf '%s\n' "$line"
-    done <"$1"
+    done <"$file"
 }
 
-failed=0
-for file in "$@"; do
-    folder=$work/$(basename "$file").folder
-    mkdir "$folder"
-    cp -r "$examples/messages" "$folder/samples"
-    cp "$examples/device.log" "$folder"
-    [ -z "$fleetLog" ] || "$fleetLog" "$folder/fleet"
-    runTranscript "$file" >"$work/actual"
-    if $isUpdate; then
-        cp "$work/actual" "$file"
-    elif ! diff -u --label "$file" --label 'what came out' "$file" "$work/actual"; then
-        failed=1
-    fi
-done
-exit $failed
+folder=$work/folder
+mkdir "$folder"
+cp -r "$examples/messages" "$folder/samples"
+cp "$examples/device.log" "$folder"
+[ -z "$fleetLog" ] || "$fleetLog" "$folder/fleet"
+runTranscript >"$work/actual"
+if $isUpdate; then
+    cp "$work/actual" "$file"
+else
+    diff -u --label "$file" --label 'what came out' "$file" "$work/actual"
+fi
