@@ -1,5 +1,6 @@
 // vekmsg load: messages into a database; which one, its name tells.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/load/databaseError.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/problem.hpp"
 
@@ -32,7 +33,12 @@ struct loadArguments_t {
 int runLoad(const loadArguments_t &arguments) {
     const loadOptions_t &load = arguments.load;
 #ifdef VEK_DATABASES
-    return load.target.find("://") != std::string::npos ? loadIntoCluster(load) : loadIntoSqlite(load);
+    try {
+        return load.target.find("://") != std::string::npos ? loadIntoCluster(load) : loadIntoSqlite(load);
+    } catch (const databaseError_t &error) {
+        complain(error.what());
+        return exitUsage;
+    }
 #else
     throw usageError_t("--into " + load.target +
                        ": this build of vekmsg has no databases; load on Linux, or write the rows with vekmsg json "

@@ -192,26 +192,4 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
     return plain;
 }
 
-followedFile_t::followedFile_t(const std::string &name)
-    : name_(name), file_(std::make_unique<rawFile_t>(name)), block_(source_t::blockSize, '\0') {}
-
-followedFile_t::state_t followedFile_t::next(std::string_view &bytes) {
-    const std::size_t size = file_->read(block_.data(), block_.size());
-    if (size > 0) {
-        taken_ += size;
-        bytes = {block_.data(), size};
-        return state_t::bytes;
-    }
-    const fileIdentity_t own = file_->identity();
-    if (!own.isRegular)
-        return state_t::ended;
-    const std::optional<fileIdentity_t> named = name_ == "-" ? own : identityOf(name_);
-    if (named && (!named->isSameFile(own) || own.size < taken_)) {
-        file_ = std::make_unique<rawFile_t>(name_);
-        taken_ = 0;
-        return state_t::rotated;
-    }
-    return state_t::still;
-}
-
 } // namespace vek::tool

@@ -35,24 +35,4 @@ public:
 /// Opens a file, or standard input for "-". Throws usageError_t.
 std::unique_ptr<source_t> openSource(const std::string &name);
 
-/// A growing file, through rotation: when another file has its name, the rest of the old one is read and then the new
-/// one from its start.
-class followedFile_t {
-public:
-    enum class state_t : std::uint8_t { bytes, still, rotated, ended };
-
-    explicit followedFile_t(const std::string &name);
-    const std::string &name() const { return name_; }
-
-    /// What happened; `bytes` is set for state_t::bytes, valid until the next call. Never waits. Only a pipe has an
-    /// end.
-    state_t next(std::string_view &bytes);
-
-private:
-    std::string name_;
-    std::unique_ptr<rawFile_t> file_;
-    std::string block_;
-    std::uint64_t taken_ = 0;
-};
-
 } // namespace vek::tool

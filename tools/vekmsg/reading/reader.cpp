@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/reader.hpp"
 
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/reading/following.hpp"
 
 #include <algorithm>
 
@@ -336,49 +337,54 @@ void reader_t::readSplit(const std::string &name) {
     input_.reset();
 }
 
-// Takes what has come to a followed file; false when nothing had.
-bool reader_t::takeNews(followed_t &one) {
-    using enum followedFile_t::state_t;
-    std::string_view block;
-    const followedFile_t::state_t state = one.file.next(block);
-    one.sink.limit(options_.head ? one.sink.taken() + most() : UINT64_MAX);
-    if (state == bytes)
-        one.scanner.feed(block, one.sink);
-    else if (state == rotated || state == ended)
-        one.scanner.finish(one.sink);
-    if (state == rotated)
-        one.scanner = inspect::logScanner_t();
-    one.isEnded = state == ended;
-    return state != still;
-}
+// A followed log, of which a message is taken as soon as it is whole.
+class reader_t::followed_t final : public followedLog_t {
+public:
+    followed_t(const std::string &name, reader_t &reader)
+        : followedLog_t(name), reader_(reader), sink_(this->name(), reader.filter_, reader.task_) {}
+
+private:
+    void take(std::string_view block) override {
+        count([&] { scanner_.feed(block, sink_); });
+    }
+    void end(bool isRotated) override {
+        count([&] { scanner_.finish(sink_); });
+        if (isRotated)
+            scanner_ = inspect::logScanner_t();
+    }
+    void standStill() override {
+        count([&] { scanner_.finish(sink_); });
+    }
+    void fail(const usageError_t &error) override { reader_.fail(error); }
+
+    template <typename scan_t>
+    void count(const scan_t &scan) {
+        const std::uint64_t found = sink_.found(), taken = sink_.taken(), passedOver = sink_.passedOver().count;
+        sink_.limit(reader_.options_.head ? taken + reader_.most() : UINT64_MAX);
+        scan();
+        reader_.found_ += sink_.found() - found;
+        reader_.taken_ += sink_.taken() - taken;
+        if (passedOver == 0)
+            reader_.tell(sink_.passedOver());
+    }
+
+    reader_t &reader_;
+    itemSink_t sink_;
+    inspect::logScanner_t scanner_;
+};
 
 void reader_t::follow() {
-    std::vector<std::unique_ptr<followed_t>> all;
+    std::vector<std::unique_ptr<followedLog_t>> logs;
     for (const std::string &name : options_.files)
-        all.push_back(std::make_unique<followed_t>(name, filter_, task_));
-
-    constexpr unsigned pause = 20, stillRounds = 1000 / pause;
-    for (unsigned still = 0; most() > 0 && !all.empty();) {
-        bool isBusy = false;
-        for (const auto &one : all) {
-            const std::uint64_t found = one->sink.found(), taken = one->sink.taken();
-            const std::uint64_t passedOver = one->sink.passedOver().count;
-            isBusy |= takeNews(*one);
-            if (still == stillRounds) // a message that was cut off will not go on
-                one->scanner.finish(one->sink);
-            found_ += one->sink.found() - found;
-            taken_ += one->sink.taken() - taken;
-            if (passedOver == 0)
-                tell(one->sink.passedOver());
-        }
+        logs.push_back(std::make_unique<followed_t>(name, *this));
+    if (most() == 0)
+        return;
+    tool::follow(std::move(logs), [this](bool isBusy) {
         flush();
-        std::erase_if(all, [](const auto &one) { return one->isEnded; });
-        still = isBusy ? 0 : still + 1;
-        if (!isBusy) {
+        if (!isBusy)
             task_.pause();
-            sleepMilliseconds(pause);
-        }
-    }
+        return most() > 0;
+    });
 }
 
 } // namespace vek::tool

@@ -98,15 +98,7 @@ private:
     void fail(const usageError_t &error);
     void tell(const passedOver_t &passedOver);
     void readSplit(const std::string &name);
-    struct followed_t {
-        followed_t(const std::string &name, const filter_t &filter, task_t &task)
-            : file(name), sink(file.name(), filter, task) {}
-        followedFile_t file;
-        itemSink_t sink;
-        inspect::logScanner_t scanner;
-        bool isEnded = false;
-    };
-    bool takeNews(followed_t &one);
+    class followed_t;
     void follow();
     std::uint64_t most() const {
         return options_.head ? *options_.head - std::min(*options_.head, taken_) : UINT64_MAX;

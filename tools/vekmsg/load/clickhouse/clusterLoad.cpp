@@ -83,24 +83,19 @@ private:
 } // namespace
 
 int loadIntoCluster(const loadOptions_t &options) {
-    try {
-        const std::uint64_t begun = milliseconds();
-        clusterStore_t store(options.target);
-        store.expect(options.source.source.empty() ? options.reading.files : std::vector{options.source.source});
-        clusterTask_t task(options, store);
-        reader_t reader(options.reading, task);
-        reader.run();
-        store.commit();
-        const int status = reader.statusWithMessages();
-        if (!options.isQuiet) {
-            sayLoaded(store.messages(), store.damaged(), milliseconds() - begun);
-            sayHolds(store.name(), store.all());
-        }
-        return status;
-    } catch (const serverError_t &error) {
-        complain(error.what());
-        return exitUsage;
+    const std::uint64_t begun = milliseconds();
+    clusterStore_t store(options.target);
+    store.expect(options.source.source.empty() ? options.reading.files : std::vector{options.source.source});
+    clusterTask_t task(options, store);
+    reader_t reader(options.reading, task);
+    reader.run();
+    store.commit();
+    const int status = reader.statusWithMessages();
+    if (!options.isQuiet) {
+        sayLoaded(store.messages(), store.damaged(), milliseconds() - begun);
+        sayHolds(store.name(), store.all());
     }
+    return status;
 }
 
 } // namespace vek::tool

@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/clickhouse/clusterServer.hpp"
 
+#include "tools/vekmsg/load/databaseError.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 
 #include <algorithm>
@@ -176,7 +177,7 @@ void clusterServer_t::waitAfter(const std::string &why) {
 }
 
 void clusterServer_t::refuse(const std::string &why) const {
-    throw serverError_t(name_ + ": " + why);
+    throw databaseError_t(name_ + ": " + why);
 }
 
 } // namespace vek::tool

@@ -23,16 +23,10 @@ std::string sqlHex(std::string_view bytes);
 /// Any bytes as a constant text.
 std::string sqlText(std::string_view bytes);
 
-/// The server refuses, or stays away: the work ends.
-class serverError_t : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 class clusterServer_t {
 public:
     /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster. Throws
-    /// usageError_t when it is not, and serverError_t when nobody answers there or without such a database.
+    /// usageError_t when it is not, and databaseError_t when nobody answers there or without such a database.
     explicit clusterServer_t(const std::string &url);
 
     const std::string &database() const { return database_; }
@@ -40,7 +34,7 @@ public:
     const std::string &name() const { return name_; }       ///< for people
 
     /// The answer to a statement. Asks again for a minute while the server is away; then, and when it refuses, throws
-    /// serverError_t.
+    /// databaseError_t.
     std::string ask(const std::string &statement);
     /// The same, as the fields of its lines. Texts with tabs and the like in them are to be asked for with hex().
     std::vector<std::vector<std::string>> table(const std::string &statement);

@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/clickhouse/clusterStore.hpp"
 
+#include "tools/vekmsg/load/databaseError.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
@@ -58,9 +59,9 @@ void clusterStore_t::makeTables() {
         const std::string &name = table.declared->name, local = name + "_local";
         if (const auto there = engines.find(name); there != engines.end()) {
             if (!server_.cluster().empty() && there->second != "Distributed")
-                throw serverError_t(server_.name() +
-                                    ": the tables there belong to this server alone; for the cluster " +
-                                    server_.cluster() + " load into another database");
+                throw databaseError_t(server_.name() +
+                                      ": the tables there belong to this server alone; for the cluster " +
+                                      server_.cluster() + " load into another database");
             continue;
         }
         if (server_.cluster().empty()) {
@@ -91,8 +92,8 @@ void clusterStore_t::compareColumns() {
             wanted.append(name).append(" ").append(type).append("\n");
         std::erase(wanted, '\'');
         if (there[table.declared->name] != wanted)
-            throw serverError_t(server_.name() + ": the table " + table.declared->name +
-                                " has other columns than this vekmsg's; load into another database");
+            throw databaseError_t(server_.name() + ": the table " + table.declared->name +
+                                  " has other columns than this vekmsg's; load into another database");
     }
 }
 

@@ -61,7 +61,7 @@ public:
 
     /// The row's source is one that sourceOf() gave.
     void row(const inspect::row_t &row) override;
-    /// All rows of a message were given; it may send them. Throws serverError_t when the server stays away.
+    /// All rows of a message were given; it may send them. Throws databaseError_t when the server stays away.
     void endMessage();
     /// Sends all there is.
     void commit();

@@ -4,7 +4,7 @@
 // One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/load/databaseError.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -15,11 +15,6 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 namespace vek::tool {
-
-class databaseError_t : public usageError_t {
-public:
-    using usageError_t::usageError_t;
-};
 
 class database_t {
 public:

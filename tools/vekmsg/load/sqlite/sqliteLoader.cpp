@@ -1,8 +1,9 @@
 // vekmsg load into an SQLite database: the logs one behind the other, or all at once when they are followed.
 #include "tools/vekmsg/load/loadSummary.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
-#include "tools/vekmsg/load/logLoad.hpp"
+#include "tools/vekmsg/load/sqlite/logLoad.hpp"
 #include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
 
 #include <algorithm>
@@ -95,8 +96,6 @@ private:
             }
             if (log.at() > 0 && log.isWithoutMessages())
                 complainAbout("no message in " + file + "; a message begins with @@ and its number", exitDifferences);
-        } catch (const databaseError_t &) {
-            throw;
         } catch (const usageError_t &error) {
             complainAbout(error.what(), exitUsage);
         }
@@ -116,87 +115,67 @@ private:
         return !block.empty();
     }
 
-    struct followed_t {
-        followed_t(archiveFile_t &archive, const timeFinder_t &times, const std::string &path, std::string name)
-            : file(path), log(std::make_unique<logLoad_t>(archive, times, std::move(name))) {}
-        followedFile_t file;
-        std::unique_ptr<logLoad_t> log;
-        bool isRotated = false, isEnded = false;
+    // A followed log. What stands at its end is loaded when it stands still.
+    class followed_t final : public followedLog_t {
+    public:
+        followed_t(const std::string &file, sqliteLoader_t &loader) : followedLog_t(file), loader_(loader) {
+            restart();
+        }
+        ~followed_t() override { std::erase(loader_.logs_, log_.get()); }
+
+    private:
+        void take(std::string_view block) override {
+            loader_.begin(*log_);
+            if (!log_->hasBegun())
+                log_->begin(block, isRotated_, loader_.isRenamable() && !isRotated_);
+            loader_.takeBlock(*log_, block);
+        }
+        void end(bool isRotated) override {
+            if (log_->hasBegun()) {
+                loader_.begin(*log_);
+                log_->finish();
+            }
+            if (!isRotated)
+                return;
+            loader_.commit();
+            isRotated_ = true;
+            restart();
+        }
+        void standStill() override {
+            if (log_->isCutShort())
+                failOnCutShort(name());
+            if (log_->hasBegun()) {
+                loader_.begin(*log_);
+                log_->takeTail();
+            }
+        }
+        void fail(const usageError_t &error) override { loader_.complainAbout(error.what(), exitUsage); }
+
+        void restart() {
+            std::erase(loader_.logs_, log_.get());
+            log_ = std::make_unique<logLoad_t>(loader_.archive_, loader_.times_, loader_.sourceName(name()));
+            loader_.logs_.push_back(log_.get());
+        }
+
+        sqliteLoader_t &loader_;
+        std::unique_ptr<logLoad_t> log_;
+        bool isRotated_ = false;
     };
 
-    // Takes what has come to a followed log; false when nothing had.
-    bool takeNews(followed_t &one) {
-        using enum followedFile_t::state_t;
-        std::string_view block;
-        const followedFile_t::state_t state = one.file.next(block);
-        if (state == bytes) {
-            begin(*one.log);
-            if (!one.log->hasBegun())
-                one.log->begin(block, one.isRotated, isRenamable() && !one.isRotated);
-            takeBlock(*one.log, block);
-        } else if (state != still && one.log->hasBegun()) {
-            begin(*one.log);
-            one.log->finish();
-        }
-        if (state == rotated) {
-            commit();
-            one.log = std::make_unique<logLoad_t>(archive_, times_, sourceName(one.file.name()));
-            one.isRotated = true;
-            gatherLogs();
-        }
-        one.isEnded = state == ended;
-        return state != still;
-    }
-
     void follow() {
+        std::vector<std::unique_ptr<followedLog_t>> logs;
         for (const std::string &name : options_.reading.files)
-            followed_.push_back(std::make_unique<followed_t>(archive_, times_, name, sourceName(name)));
-        constexpr unsigned pause = 20, stillRounds = 1000 / pause;
-        for (unsigned still = 0; !followed_.empty();) {
-            gatherLogs();
-            bool isBusy = false;
-            for (const auto &one : followed_)
-                isBusy |= step(*one, still == stillRounds);
+            logs.push_back(std::make_unique<followed_t>(name, *this));
+        tool::follow(std::move(logs), [this](bool) {
             commit();
-            std::erase_if(followed_, [](const auto &one) { return one->isEnded; });
-            still = isBusy ? 0 : still + 1;
-            if (!isBusy)
-                sleepMilliseconds(pause);
-        }
-        logs_.clear();
-    }
-
-    void gatherLogs() {
-        logs_.clear();
-        for (const auto &one : followed_)
-            logs_.push_back(one->log.get());
-    }
-
-    // `isStill`: a message that was cut off will not go on soon.
-    bool step(followed_t &one, bool isStill) {
-        try {
-            const bool isBusy = takeNews(one);
-            if (isStill && one.log->isCutShort() && !isBusy)
-                failOnCutShort(one.file.name());
-            if (isStill && one.log->hasBegun() && !isBusy) {
-                begin(*one.log);
-                one.log->takeTail();
-            }
-            return isBusy;
-        } catch (const databaseError_t &) {
-            throw;
-        } catch (const usageError_t &error) {
-            complainAbout(error.what(), exitUsage);
-            one.isEnded = true;
-        }
-        return false;
+            return true;
+        });
     }
 
     const loadOptions_t &options_;
     timeFinder_t times_;
     archiveFile_t archive_;
     std::optional<transaction_t> transaction_;
-    std::vector<std::unique_ptr<followed_t>> followed_;
     std::vector<logLoad_t *> logs_; // that may have to be saved
     progress_t progress_;
     std::int64_t atBegin_ = 0;

@@ -1,4 +1,4 @@
-#include "tools/vekmsg/load/logLoad.hpp"
+#include "tools/vekmsg/load/sqlite/logLoad.hpp"
 
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"

@@ -4,8 +4,8 @@
 // Its calls that write run in a transaction of the caller's. One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/load/loadedLog.hpp"
 #include "tools/vekmsg/load/sqlite/archiveFile.hpp"
+#include "tools/vekmsg/load/sqlite/loadedLog.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
 #include "vek/inspect/log/logScanner.hpp"

@@ -1,4 +1,4 @@
-#include "tools/vekmsg/load/loadedLog.hpp"
+#include "tools/vekmsg/load/sqlite/loadedLog.hpp"
 
 #include "tools/vekmsg/problem.hpp"
 

@@ -1,0 +1,54 @@
+// follow(): growing files, all at once, through rotation: when another file has a name, the rest of the old one is read
+// and then the new one from its start.
+//
+// One thread at a time.
+#pragma once
+
+#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek::tool {
+
+/// A followed file, and what becomes of its bytes. What follow() calls may throw usageError_t, which goes to fail().
+class followedLog_t {
+public:
+    explicit followedLog_t(const std::string &name);
+    followedLog_t(const followedLog_t &) = delete;
+    followedLog_t &operator=(const followedLog_t &) = delete;
+    virtual ~followedLog_t() = default;
+
+    const std::string &name() const { return name_; }
+
+protected:
+    /// The next bytes.
+    virtual void take(std::string_view block) = 0;
+    /// The file ends here for good: what comes next is another one's that has its name now, or it was a pipe.
+    virtual void end(bool isRotated) = 0;
+    /// Nothing has come for a second: what was cut off will not go on soon. Called once, until more comes.
+    virtual void standStill() = 0;
+    /// It can't be followed any more.
+    virtual void fail(const usageError_t &error) = 0;
+
+private:
+    friend void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::function<bool(bool)> &round);
+    bool step();
+    bool read();
+
+    std::string name_;
+    std::unique_ptr<rawFile_t> file_;
+    std::string block_;
+    std::uint64_t taken_ = 0, latest_ = 0; // bytes of the file, and when they came
+    bool isStill_ = false, isEnded_ = false;
+};
+
+/// Follows logs until all have ended, as pipes do. After each round `round` is called, with whether anything came; it
+/// gives false when it has enough.
+void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::function<bool(bool isBusy)> &round);
+
+} // namespace vek::tool
