@@ -35,11 +35,12 @@ const formCase_t forms[] = {
     {"json", form_t::json,
      [](std::string &out, const tree_t &tree) {
          const std::vector<finding_t> findings = check(tree);
-         jsonOptions_t options;
-         options.members = "\"file\":\"a {b}\",\"line\":3";
-         options.findings = findings;
-         options.hasTree = true;
-         appendJson(out, tree, options);
+         jsonAppender_t json(out);
+         json.open('{');
+         json.member("file", "a {b}");
+         json.member("line", 3);
+         appendJsonMembers(json, tree, {.findings = findings});
+         json.close('}');
      },
      &readJson},
     {"flat", form_t::flat, [](std::string &out, const tree_t &tree) { appendFlat(out, tree); }, &readFlat},

@@ -26,7 +26,7 @@ function shownProblems(page) {
   return page.$$eval('#problems li', (items) =>
     items.map((item) => {
       const words = (name) => item.querySelector(`.${name}`)?.textContent ?? '';
-      return [item.dataset.code, words('problemSeverity'), words('problemMessage'), words('problemHost'), words('problemMeant')];
+      return [item.dataset.code, words('problemSeverity'), words('problemMessage'), words('problemConsequence'), words('problemMeant')];
     }),
   );
 }

@@ -6,6 +6,7 @@ bool findMember(const structureLayout_t &layout, std::size_t offset, std::size_t
     if (layout.base != nullptr) {
         if (offset == 0 && size == layout.base->size.here()) {
             found.type = layout.base->name;
+            found.size = layout.base->size;
             return true;
         }
         if (findMember(*layout.base, offset, size, found))
@@ -19,6 +20,7 @@ bool findMember(const structureLayout_t &layout, std::size_t offset, std::size_t
         found.path += member.name;
         found.offset = found.offset + member.offset;
         found.type = member.type;
+        found.size = member.size;
         return (offset == start && size == member.size.here()) ||
                (member.structure != nullptr && findMember(*member.structure, offset - start, size, found));
     }

@@ -78,12 +78,10 @@ std::int32_t pageSeal(std::size_t size) {
 std::int32_t pageForm(std::size_t size, std::int32_t form) {
     const tree_t tree(exchange.take(size));
     const std::vector<finding_t> findings = check(tree);
-    jsonOptions_t options;
-    options.findings = findings;
     if (form == 0)
         appendShow(exchange.result, tree);
     else if (form == 1)
-        appendJson(exchange.result, tree, options);
+        appendJson(exchange.result, tree, {.findings = findings});
     else
         appendFlat(exchange.result, tree);
     return 1;
@@ -119,9 +117,12 @@ std::int32_t pageReadForms(std::size_t size) {
     const form_t form = formOf(text);
     std::string messages;
     for (const std::string_view piece : splitForms(text, form)) {
-        const formResult_t read = readForm(piece, form);
-        if (!read.isRead())
-            return handOut(read);
+        formResult_t read = readForm(piece, form);
+        if (!read.isRead()) {
+            read.offset += static_cast<std::size_t>(piece.data() - text.data());
+            exchange.result = read.errorIn(text);
+            return 0;
+        }
         messages.append(read.text).append("\n");
     }
     exchange.result = messages;

@@ -14,66 +14,16 @@ namespace {
 
 using namespace vek::inspect;
 
-// Appends to a JSON text of any depth.
-class jsonPieces_t {
-public:
-    explicit jsonPieces_t(std::string &out) : out_(out) {}
-
-    void open(char bracket) { out_ += bracket; }
-    void close(char bracket) { out_ += bracket; }
-    void next() {
-        if (out_.back() != '{' && out_.back() != '[')
-            out_ += ',';
-    }
-    void name(std::string_view member) {
-        if (!out_.empty())
-            next();
-        appendJsonString(out_, member);
-        out_ += ':';
-    }
-    void text(std::string_view member, std::string_view value) {
-        name(member);
-        appendJsonString(out_, value);
-    }
-    void textIfAny(std::string_view member, std::string_view value) {
-        if (!value.empty())
-            text(member, value);
-    }
-    void number(std::string_view member, std::uint64_t value) {
-        name(member);
-        out_ += std::to_string(value);
-    }
-    void place(std::string_view member, place_t value) {
-        name(member);
-        out_ += '[' + std::to_string(value.start) + ',' + std::to_string(value.end) + ']';
-    }
-    void string(std::string_view value) {
-        next();
-        appendJsonString(out_, value);
-    }
-
-private:
-    std::string &out_;
-};
-
 class viewWriter_t {
 public:
-    viewWriter_t(std::string &out, const tree_t &tree) : out_(out), tree_(tree) {}
+    viewWriter_t(jsonAppender_t &json, const tree_t &tree) : json_(json), tree_(tree) {}
 
     // Members of an object, without its braces.
     void write() {
-        out_.text("form", "message");
+        json_.member("form", "message");
         writeEnvelope();
-        out_.name("more");
-        out_.open('[');
-        for (const node_t &node : tree_.nodes())
-            writeNode(node);
-        out_.close(']');
-        out_.name("addable");
-        out_.open('[');
-        for (const node_t &node : tree_.nodes())
-            writeAddable(node);
-        out_.close(']');
+        json_.list("more", tree_.nodes(), [this](const node_t &node) { writeNode(node); });
+        json_.list("addable", tree_.nodes(), [this](const node_t &node) { writeAddable(node); });
         writeFields();
     }
 
@@ -87,30 +37,28 @@ private:
 
     void writeEnvelope() {
         const envelopeParts_t &envelope = tree_.envelope();
-        out_.name("envelope");
-        out_.open('{');
-        out_.place("@id", envelope.id.place);
-        out_.place("@length", envelope.length.place);
-        out_.place("@echo", envelope.echoTag.place);
-        out_.place("@seq", envelope.sequenceNumber.place);
-        out_.number("rightLength", envelope.rightLength);
-        out_.close('}');
+        json_.object("envelope", [&] {
+            json_.member("@id", envelope.id.place);
+            json_.member("@length", envelope.length.place);
+            json_.member("@echo", envelope.echoTag.place);
+            json_.member("@seq", envelope.sequenceNumber.place);
+            json_.member("rightLength", envelope.rightLength);
+        });
     }
 
     void writeNode(const node_t &node) {
-        out_.next();
-        out_.open('{');
+        json_.open('{');
         if (node.field != nullptr)
-            out_.number("field", numberOf(*node.field));
-        out_.number("depth", node.depth);
+            json_.member("field", numberOf(*node.field));
+        json_.member("depth", node.depth);
         if (node.isElement)
-            out_.number("element", 1);
+            json_.member("element", true);
         const bool hasChildren = node.childCount > 0 && !(node.field != nullptr && wideText(tree_, node));
         if (hasChildren)
-            out_.number("count", node.childCount);
+            json_.member("count", node.childCount);
         else if (node.hasValue && node.parent != node_t::none)
-            out_.text("value", valueAt(tree_, tree_.path(node)).value_or(std::string(tree_.value(node))));
-        out_.close('}');
+            json_.member("value", valueAt(tree_, tree_.path(node)).value_or(std::string(tree_.value(node))));
+        json_.close('}');
     }
 
     void writeAddable(const node_t &node) {
@@ -123,43 +71,32 @@ private:
             if (std::any_of(children.begin(), children.end(), [&](const node_t &one) { return one.field == &field; }))
                 continue;
             const std::string path = tree_.path(node);
-            out_.next();
-            out_.open('{');
-            out_.text("path", path.empty() ? std::string(field.key) : path + '.' + std::string(field.key));
-            out_.number("parent", tree_.indexOf(node));
-            out_.number("field", numberOf(field));
-            out_.close('}');
+            json_.open('{');
+            json_.member("path", path.empty() ? std::string(field.key) : path + '.' + std::string(field.key));
+            json_.member("parent", tree_.indexOf(node));
+            json_.member("field", numberOf(field));
+            json_.close('}');
         }
     }
 
     void writeFields() {
-        out_.name("fields");
-        out_.open('[');
-        for (const fieldSchema_t *field : fields_) {
-            out_.next();
-            out_.open('{');
-            out_.text("key", field->key);
-            out_.text("kind", kindName(field->kind));
-            out_.text("words", kindInWords(*field));
-            out_.textIfAny("member", field->member.path);
-            out_.textIfAny("type", field->member.type);
-            if (field->isGroup())
-                out_.number("group", 1);
+        json_.list("fields", fields_, [this](const fieldSchema_t *field) {
+            json_.open('{');
+            json_.member("key", field->key);
+            json_.member("kind", kindName(field->kind));
+            json_.member("words", kindInWords(*field));
+            json_.memberIfAny("member", field->member.path);
+            json_.memberIfAny("type", field->member.type);
+            json_.member("group", field->isGroup());
             if (field->defaultKind == defaultKind_t::value)
-                out_.text("default", field->defaultText);
-            if (!field->names.empty()) {
-                out_.name("names");
-                out_.open('[');
-                for (const char *one : field->names)
-                    out_.string(one);
-                out_.close(']');
-            }
-            out_.close('}');
-        }
-        out_.close(']');
+                json_.member("default", field->defaultText);
+            if (!field->names.empty())
+                json_.list("names", field->names, [this](const char *one) { json_.value(one); });
+            json_.close('}');
+        });
     }
 
-    jsonPieces_t out_;
+    jsonAppender_t &json_;
     const tree_t &tree_;
     std::unordered_map<const fieldSchema_t *, std::size_t> numbers_;
     std::vector<const fieldSchema_t *> fields_;
@@ -168,27 +105,24 @@ private:
 } // namespace
 
 void appendView(std::string &out, const tree_t &tree) {
-    std::string members;
-    viewWriter_t(members, tree).write();
     const std::vector<finding_t> findings = check(tree);
-    jsonOptions_t options;
-    options.members = members;
-    options.findings = findings;
-    options.hasTree = true;
-    appendJson(out, tree, options);
+    jsonAppender_t json(out);
+    json.open('{');
+    viewWriter_t(json, tree).write();
+    appendJsonMembers(json, tree, {.findings = findings, .hasTree = true});
+    json.close('}');
 }
 
 void appendDifferences(std::string &out, const tree_t &left, const tree_t &right) {
-    jsonPieces_t json(out);
+    jsonAppender_t json(out);
     json.open('[');
     for (const difference_t &difference : differences(left, right)) {
-        json.next();
         json.open('{');
-        json.text("path", difference.path);
+        json.member("path", difference.path);
         if (difference.hasLeft)
-            json.text("left", difference.left);
+            json.member("left", difference.left);
         if (difference.hasRight)
-            json.text("right", difference.right);
+            json.member("right", difference.right);
         json.close('}');
     }
     json.close(']');

@@ -1,12 +1,18 @@
 // The catalogue: what the page knows of each id without a message of it.
 
-const numeric = new Set(['long integer', 'short integer', 'double', 'float', 'boolean', 'enumeration']);
+const numeric = new Set(['long integer', 'short integer', 'double', 'float', 'pixels', 'boolean', 'enumeration']);
+
+/** Whether values of a kind can be plotted. */
+export const isNumeric = (kind) => numeric.has(kind);
 
 export class Catalogue {
-  #messages = new Map();
+  #messages = new Map(); // with their records
+  #names = new Map(); // of enumerations
 
-  constructor(messages) {
-    for (const message of messages) this.#messages.set(message.id, message);
+  constructor({ messages, enumerations, records }) {
+    const recordNamed = new Map(records.map((record) => [record.name, record]));
+    for (const message of messages) this.#messages.set(message.id, { ...recordNamed.get(message.record), ...message });
+    for (const { name, values } of enumerations) this.#names.set(name, values.map((value) => value.name));
   }
 
   find(id) {
@@ -25,7 +31,8 @@ export class Catalogue {
     const visit = (keys, prefix) => {
       for (const field of keys ?? []) {
         if (field.list) continue;
-        if (numeric.has(field.kind)) found.push({ path: prefix + field.key, field });
+        if (isNumeric(field.kind))
+          found.push({ path: prefix + field.key, field: { ...field, names: this.#names.get(field.enumeration) } });
         else if (field.of) visit(field.of.keys, `${prefix}${field.key}.`);
       }
     };

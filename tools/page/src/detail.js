@@ -1,6 +1,7 @@
 // One message: its tree, its text in every form, its problems; changing, sealing, copying and saving it.
 import { announce, byId, element, option } from './elements.js';
 import { isSame, isUtf8, shownText } from './bytes.js';
+import { isNumeric } from './catalogue.js';
 import { Editor } from './editor.js';
 import { MessageModel } from './messageModel.js';
 import { showProblems } from './problemList.js';
@@ -71,7 +72,7 @@ export class Detail {
 
   #lightNode(node) {
     if (!node) return;
-    this.text.light(node.whole[0] < node.whole[1] ? node.whole : undefined);
+    this.text.light(node.whole.start < node.whole.end ? node.whole : undefined);
     const { field } = node;
     const isEditable = this.model.editorOf(node) !== undefined;
     byId('editValue').disabled = !isEditable;
@@ -87,8 +88,7 @@ export class Detail {
   }
 
   #isNumber(node) {
-    const numbers = ['long integer', 'short integer', 'double', 'float', 'boolean', 'enumeration'];
-    return node.parent !== undefined && node.count === undefined && numbers.includes(node.field?.kind);
+    return node.parent !== undefined && node.count === undefined && isNumeric(node.field?.kind);
   }
 
   /** The active pair's path when it is a number that can be plotted. */
@@ -99,7 +99,7 @@ export class Detail {
 
   #goTo(problem) {
     this.tree.choose(problem.node);
-    if (problem.start < problem.end) this.text.light([problem.start, problem.end]);
+    if (problem.start < problem.end) this.text.light(problem);
   }
 
   #edit(node) {

@@ -3,6 +3,9 @@ import { labelOf } from './words.js';
 
 const headerPaths = ['@id', '@length', '@echo', '@seq'];
 
+// Whether a stretch of bytes, be it empty, lies in a place that is not.
+const holds = (place, start, end) => place.start <= start && end <= place.end && place.start < place.end;
+
 export class MessageModel {
   constructor(core, bytes) {
     this.bytes = bytes;
@@ -47,7 +50,7 @@ export class MessageModel {
   // A problem belongs to the innermost pair around its place.
   #giveProblems() {
     for (const problem of this.problems) {
-      const header = this.header.find(({ whole: [start, end] }) => problem.start >= start && problem.end <= end && end > start);
+      const header = this.header.find(({ whole }) => holds(whole, problem.start, problem.end));
       const node = header ?? this.nodeAt(problem.start, problem.end) ?? this.nodes[0];
       problem.node = node;
       node.problems.push(problem);
@@ -56,12 +59,12 @@ export class MessageModel {
 
   /** The innermost pair that holds a stretch of bytes; header numbers too. */
   nodeAt(start, end = start) {
-    const holds = ({ whole }) => whole[0] <= start && end <= whole[1] && whole[0] < whole[1];
-    const header = this.header.find(holds);
+    const isAround = ({ whole }) => holds(whole, start, end);
+    const header = this.header.find(isAround);
     if (header) return header;
     let found;
     for (let nodes = this.nodes[0].children; nodes; ) {
-      const next = nodes.find(holds);
+      const next = nodes.find(isAround);
       if (!next) break;
       found = next;
       nodes = next.count === undefined ? undefined : next.children;
@@ -84,7 +87,8 @@ export class MessageModel {
 
   /** A group's value as it stands. */
   rawValue(node) {
-    return node.value === undefined ? this.bytes.subarray(...this.view.nodes[node.at].value) : undefined;
+    const place = this.view.nodes[node.at].value;
+    return node.value === undefined ? this.bytes.subarray(place.start, place.end) : undefined;
   }
 
   find(path) {

@@ -9,7 +9,7 @@ export function showProblems(model, onProblem) {
 }
 
 function item(problem, onProblem) {
-  const { severity, message, host, suggestion, code, path, start, end } = problem;
+  const { severity, message, consequence, suggestion, code, path, start, end } = problem;
   return element(
     'li',
     { 'data-code': code },
@@ -18,7 +18,7 @@ function item(problem, onProblem) {
       { type: 'button', class: `problem ${severity}`, onclick: () => onProblem(problem) },
       element('span', { class: 'problemSeverity' }, severity),
       element('span', { class: 'problemMessage' }, message),
-      host ? element('span', { class: 'problemHost' }, host) : null,
+      consequence ? element('span', { class: 'problemConsequence' }, consequence) : null,
       suggestion ? element('span', { class: 'problemMeant' }, 'did you mean ', element('b', {}, suggestion), '?') : null,
       element('span', { class: 'problemPlace' }, `${path ? `${path}, ` : ''}${placeInWords(start, end)}`),
     ),

@@ -23,7 +23,7 @@ export class TextView {
     const { bytes, problems } = this.model;
     const edges = new Set([0, bytes.length]);
     for (const { start, end } of problems) edges.add(start).add(end);
-    for (const edge of place ?? []) edges.add(edge);
+    if (place) edges.add(place.start).add(place.end);
     const places = [...edges].filter((edge) => edge <= bytes.length).sort((left, right) => left - right);
     const stretches = places.slice(0, -1).map((start, i) => this.#stretch(start, places[i + 1], place));
     this.#root.replaceChildren(...stretches);
@@ -31,7 +31,7 @@ export class TextView {
   }
 
   #stretch(start, end, place) {
-    const isLit = place !== undefined && start >= place[0] && end <= place[1];
+    const isLit = place !== undefined && start >= place.start && end <= place.end;
     const around = this.model.problems.filter((problem) => problem.start <= start && end <= problem.end);
     const worst = around.some(({ severity }) => severity === 'error') ? 'error' : 'warning';
     const made = element(

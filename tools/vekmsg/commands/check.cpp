@@ -3,6 +3,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
@@ -139,25 +140,20 @@ private:
         out.append(std::string(marks, '~')).append(colours_.reset).append("\n");
     }
 
+    // The line and column are the finding's, and so are start and end, in the message that begins at the offset.
     void writeJson(const item_t &item, const inspect::tree_t &tree, const finding_t &finding) {
         const spot_t spot = spotOf(item, tree.text(), finding);
-        const auto text = [this](std::string_view name, std::string_view value) {
-            out.append(",\"").append(name).append("\":");
-            inspect::appendJsonString(out, value);
-        };
-        out += "{\"file\":";
-        inspect::appendJsonString(out, item.file);
-        out += ",\"line\":" + std::to_string(spot.line) + ",\"column\":" + std::to_string(spot.column) +
-               ",\"offset\":" + std::to_string(item.offset + finding.place.start) +
-               ",\"size\":" + std::to_string(finding.place.size()) +
-               ",\"id\":" + std::to_string(tree.envelope().id.value);
-        text("severity", finding.severity == severity_t::error ? "error" : "warning");
-        text("code", inspect::findingName(finding.code));
-        text("path", finding.path);
-        text("message", finding.message);
-        text("consequence", finding.consequence);
-        text("suggestion", finding.suggestion);
-        out += "}\n";
+        inspect::jsonAppender_t json(out);
+        json.open('{');
+        json.member("file", item.file);
+        json.member("line", spot.line);
+        json.member("column", spot.column);
+        json.member("offset", item.offset);
+        if (tree.envelope().id.isThere)
+            json.member("id", tree.envelope().id.value);
+        appendFinding(json, finding);
+        json.close('}');
+        out += '\n';
     }
 
     const checkArguments_t &arguments_;

@@ -1,12 +1,10 @@
 // vekmsg json: messages for programs, whole or as the rows of the archive's tables.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/reading/messageJson.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/words/nearest.hpp"
-
-#include <algorithm>
-#include <charconv>
 
 namespace vek::tool {
 
@@ -28,11 +26,6 @@ struct jsonArguments_t {
     }
 };
 
-void appendNumber(std::string &out, std::uint64_t number) {
-    char digits[24];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-}
-
 class jsonTask_t final : public task_t {
 public:
     explicit jsonTask_t(const timeFinder_t &times) : times_(times) {}
@@ -40,40 +33,16 @@ public:
     std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(times_); }
 
     void take(const item_t &item) override {
-        members_ = "\"file\":";
-        inspect::appendJsonString(members_, item.file);
-        members_ += ",\"line\":";
-        appendNumber(members_, item.line);
-        members_ += ",\"offset\":";
-        appendNumber(members_, item.offset);
-        if (!item.before.empty()) {
-            members_ += ",\"before\":";
-            inspect::appendJsonString(members_, item.before);
-        }
-        if (const std::optional<logTime_t> time = times_.in(item.lineHead)) {
-            members_ += ",\"time\":\"";
-            members_ += time->inWords();
-            members_ += '"';
-        }
         const inspect::tree_t &tree = item.tree();
         findings_.clear();
         if (!inspect::isClean(tree))
             findings_ = inspect::check(tree);
-        const bool hasErrors = std::any_of(findings_.begin(), findings_.end(), [](const inspect::finding_t &finding) {
-            return finding.severity == inspect::severity_t::error;
-        });
-        if (!findings_.empty())
-            members_ += hasErrors ? ",\"level\":\"error\"" : ",\"level\":\"warning\"";
-        inspect::jsonOptions_t json;
-        json.members = members_;
-        json.findings = findings_;
-        inspect::appendJson(out, tree, json);
-        out += '\n';
+        appendMessageJson(out, {item.file, item.line, item.offset, item.before, times_.in(item.lineHead)}, tree,
+                          findings_);
     }
 
 private:
     const timeFinder_t &times_;
-    std::string members_;
     std::vector<inspect::finding_t> findings_;
 };
 

@@ -1,6 +1,7 @@
 // vekmsg last: the latest message of each kind, which is the device's state.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
+#include "tools/vekmsg/reading/messageJson.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/check/check.hpp"
 
@@ -27,8 +28,8 @@ struct lastArguments_t {
 class lastTask_t final : public task_t {
 public:
     struct kept_t {
-        std::string text, lineHead, file;
-        std::uint64_t line = 0, column = 0;
+        std::string text, lineHead, before, file;
+        std::uint64_t line = 0, column = 0, offset = 0;
     };
 
     std::unique_ptr<task_t> fork() const override { return std::make_unique<lastTask_t>(); }
@@ -42,6 +43,8 @@ public:
         kept.text = item.text;
         kept.lineHead = item.lineHead;
         kept.file = item.file;
+        kept.before = item.before;
+        kept.offset = item.offset;
         kept.line = item.line;
         kept.column = item.column;
     }
@@ -55,16 +58,7 @@ void append(std::string &out, const lastTask_t::kept_t &kept, const timeFinder_t
     const std::vector<inspect::finding_t> findings = inspect::check(tree);
     const std::optional<logTime_t> time = times.in(kept.lineHead);
     if (isJson) {
-        std::string members = "\"file\":";
-        inspect::appendJsonString(members, kept.file);
-        members += ",\"line\":" + std::to_string(kept.line);
-        if (time)
-            members += ",\"time\":\"" + time->inWords() + "\"";
-        inspect::jsonOptions_t json;
-        json.members = members;
-        json.findings = findings;
-        inspect::appendJson(out, tree, json);
-        out += '\n';
+        appendMessageJson(out, {kept.file, kept.line, kept.offset, kept.before, time}, tree, findings);
         return;
     }
     out.append(colours.dim).append("# ").append(kept.file).append(":" + std::to_string(kept.line));

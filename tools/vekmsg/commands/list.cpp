@@ -13,7 +13,7 @@ struct listArguments_t {
     bool isJson = false;
 
     void declare(argumentList_t &list) {
-        list.addFlag(isJson, "--json", "The whole catalogue with keys, kinds, names and defaults, as JSON");
+        list.addFlag(isJson, "--json", "The whole catalogue with keys, kinds, members and defaults, as JSON");
         color.declare(list);
     }
 };

@@ -1,8 +1,9 @@
-// vekmsg schema: the tables of the archive, as SQL.
+// vekmsg schema: the tables of the archive as SQL, and all JSON as JSON Schema.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <algorithm>
@@ -14,21 +15,36 @@ namespace {
 struct schemaArguments_t {
     std::vector<std::string> messages; ///< ids or names
     std::string dialect;
+    bool isJson = false;
 
     void declare(argumentList_t &list) {
         list.add(messages, {"ID|NAME", "Only the tables of these messages, and those of all messages"});
         list.add(dialect, {.names = "--sql",
-                           .about = "Whose SQL: sqlite or clickhouse",
+                           .about = "The tables; whose SQL: sqlite or clickhouse",
                            .type = "DATABASE",
-                           .isRequired = true,
                            .oneOf = {"sqlite", "clickhouse"}});
+        list.addFlag(isJson, "--json", "The JSON Schema (draft 7) of all JSON that vekmsg writes and reads");
     }
 };
 
 using inspect::archiveTables;
 using inspect::table_t;
 
+std::string schemaOfJson() {
+    constexpr std::string_view documents[] = {"row"};
+    std::string text;
+    inspect::appendJsonSchema(text, inspect::rowDefinitions(), documents);
+    return text;
+}
+
 int runSchema(const schemaArguments_t &arguments) {
+    if (arguments.isJson == !arguments.dialect.empty() || (arguments.isJson && !arguments.messages.empty()))
+        throw usageError_t("one schema at a time: --sql sqlite or --sql clickhouse gives the tables, --json the JSON "
+                           "Schema of all JSON");
+    if (arguments.isJson) {
+        writeAll(1, schemaOfJson());
+        return exitFine;
+    }
     std::vector<const table_t *> tables;
     if (arguments.messages.empty()) {
         for (const table_t &table : archiveTables().all())
@@ -53,9 +69,10 @@ int runSchema(const schemaArguments_t &arguments) {
 const commandOf_t<schemaArguments_t>
     schemaCommand({.order = 140,
                    .name = "schema",
-                   .about = "The tables that messages are kept in for queries, as SQL",
+                   .about = "What programs can expect: the tables of messages as SQL, all JSON as JSON Schema",
                    .examples = "  vekmsg schema --sql sqlite | sqlite3 empty.sqlite\n"
-                               "  vekmsg schema --sql clickhouse FocusValue DeviceStatus | clickhouse-client -n"},
+                               "  vekmsg schema --sql clickhouse FocusValue DeviceStatus | clickhouse-client -n\n"
+                               "  vekmsg schema --json > vekmsg.schema.json"},
                   runSchema);
 
 } // namespace

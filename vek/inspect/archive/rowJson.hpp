@@ -2,8 +2,10 @@
 #pragma once
 
 #include "vek/inspect/archive/rows.hpp"
+#include "vek/inspect/forms/jsonSchema.hpp"
 
 #include <string>
+#include <vector>
 
 namespace vek::inspect {
 
@@ -11,5 +13,8 @@ namespace vek::inspect {
 /// or an empty list is left out, and so are infinite numbers, which JSON lacks. Booleans are 0 and 1. `namesTable`:
 /// the table's name comes first, as "table".
 void appendRowJson(std::string &out, const row_t &row, bool namesTable);
+
+/// The schemas of such rows: "row_messages" and so on, and "row" for any of them.
+std::vector<schemaDefinition_t> rowDefinitions();
 
 } // namespace vek::inspect

@@ -61,7 +61,7 @@ void rowMaker_t::makeProblems() {
     for (const finding_t &finding : findings_) {
         const std::array<cell_t, 8> cells{
             cell_t::ofText(findingName(finding.code)),
-            cell_t::ofText(finding.severity == severity_t::error ? "error" : "warning"),
+            cell_t::ofText(severityName(finding.severity)),
             cell_t::ofText(finding.path),
             cell_t::ofInteger(finding.place.start),
             cell_t::ofInteger(finding.place.end),

@@ -69,6 +69,10 @@ enum class severity_t : std::uint8_t {
 std::string_view findingName(findingCode_t code);
 std::optional<findingCode_t> findingNamed(std::string_view name);
 
+constexpr std::string_view severityName(severity_t severity) {
+    return severity == severity_t::error ? "error" : "warning";
+}
+
 struct finding_t {
     findingCode_t code{};
     severity_t severity{};

@@ -10,7 +10,7 @@ namespace vek::inspect {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
+std::string_view withoutBlanks(std::string_view text) {
     while (!text.empty() && isSpace(text.front()))
         text.remove_prefix(1);
     while (!text.empty() && isSpace(text.back()))
@@ -151,7 +151,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
 void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     const recordSchema_t *record = tree_.recordOf(parent);
     const std::string_view key = tree_.key(node);
-    const std::string_view word = trimmed(key);
+    const std::string_view word = withoutBlanks(key);
     if (record != nullptr && word != key && record->find(word) != nullptr) {
         report(lineBreak, error, node.key, &node, [&] {
             return findingWords_t{

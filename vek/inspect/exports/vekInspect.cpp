@@ -33,11 +33,8 @@ std::int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, std::size_t siz
         return failure;
     const tree_t tree({text, size});
     const std::vector<finding_t> findings = check(tree);
-    jsonOptions_t options;
-    options.findings = findings;
-    options.hasTree = true;
     std::string json;
-    appendJson(json, tree, options);
+    appendJson(json, tree, {.findings = findings, .hasTree = true});
     return handOut(json, buffer, room);
 } catch (const std::bad_alloc &) {
     return failure;
@@ -51,7 +48,7 @@ std::int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, std::size_t s
     const formResult_t read = readJson({json, size});
     if (read.isRead())
         return handOut(read.text, buffer, room);
-    handOut(read.error, buffer, room);
+    handOut(read.errorIn({json, size}), buffer, room);
     return failure;
 } catch (const std::bad_alloc &) {
     return failure;

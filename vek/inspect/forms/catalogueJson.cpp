@@ -1,98 +1,156 @@
+// The catalogue as JSON: what generators of types and documents need of the schema.
 #include "vek/inspect/forms/forms.hpp"
 
+#include <algorithm>
 #include <string_view>
 
 namespace vek::inspect {
 
 namespace {
 
+// In order of defaultKind_t and of structureKind_t.
 constexpr std::string_view defaultNames[] = {"value", "empty", "zero", "null", "not set", "record"};
+constexpr std::string_view structureNames[] = {"polymorphic", "plain", "own record"};
 
 class catalogueWriter_t {
 public:
-    explicit catalogueWriter_t(std::string &out) : out_(out) {}
+    explicit catalogueWriter_t(std::string &out) : json_(out) {}
 
     void write() {
-        list(schema().messages(), [this](const messageSchema_t &message) { writeMessage(message); });
+        json_.open('{');
+        json_.member("version", jsonVersion);
+        json_.list("messages", schema().messages(), [this](const messageSchema_t &one) { writeMessage(one); });
+        json_.list("enumerations", schema().enumerations(),
+                   [this](const enumeration_t &one) { writeEnumeration(one); });
+        json_.list("records", schema().records(), [this](const recordSchema_t *one) {
+            json_.open('{');
+            writeRecord(*one);
+            json_.close('}');
+        });
+        json_.close('}');
     }
 
 private:
-    void name(std::string_view member) {
-        if (out_.back() != '{')
-            out_ += ',';
-        appendJsonString(out_, member);
-        out_ += ':';
-    }
-    void text(std::string_view member, std::string_view value) {
-        if (value.empty())
-            return;
-        name(member);
-        appendJsonString(out_, value);
-    }
-    template <class Number>
-    void number(std::string_view member, Number value) {
-        name(member);
-        out_ += std::to_string(value);
-    }
-    template <class List, class Write>
-    void list(const List &values, Write write) {
-        out_ += '[';
-        for (const auto &value : values) {
-            if (out_.back() != '[')
-                out_ += ',';
-            write(value);
+    void writeMessage(const messageSchema_t &message) {
+        json_.open('{');
+        json_.member("id", message.id);
+        if (message.record != nullptr) {
+            json_.member("constant", message.constant);
+            json_.member("record", message.record->name);
         }
-        out_ += ']';
+        json_.close('}');
     }
 
-    void writeMessage(const messageSchema_t &message) {
-        out_ += '{';
-        number("id", message.id);
-        text("constant", message.constant);
-        if (message.record != nullptr)
-            writeRecord(*message.record);
-        out_ += '}';
+    void writeEnumeration(const enumeration_t &enumeration) {
+        json_.open('{');
+        json_.member("name", enumeration.name);
+        json_.member("words", enumeration.words);
+        json_.name("values");
+        json_.open('[');
+        for (std::size_t value = 0; value < enumeration.names.size(); ++value) {
+            json_.open('{');
+            json_.member("value", value);
+            json_.member("name", enumeration.names[value]);
+            json_.member("constant", enumeration.constants[value]);
+            json_.close('}');
+        }
+        json_.close(']');
+        json_.close('}');
     }
 
     void writeRecord(const recordSchema_t &record) {
-        text("record", record.name);
-        text("structure", record.structure);
-        text("about", record.about);
-        name("keys");
-        list(record.fields, [this](const fieldSchema_t &field) { writeField(field); });
+        json_.member("name", record.name);
+        json_.member("structure", record.structure);
+        if (!record.isNested) {
+            json_.member("about", record.about);
+            json_.member("kind", structureNames[static_cast<std::size_t>(record.kind)]);
+        }
+        writeBytes("size", record.size);
+        json_.list("keys", record.fields, [this](const fieldSchema_t &field) { writeField(field); });
     }
 
     void writeField(const fieldSchema_t &field) {
-        out_ += '{';
-        text("key", field.key);
-        text("kind", kindName(field.kind));
-        text("words", kindInWords(field));
+        json_.open('{');
+        json_.member("key", field.key);
+        json_.member("kind", kindName(field.kind));
+        json_.member("words", kindInWords(field));
+        json_.member("list", field.isList());
         if (field.isList())
-            text("list", "true");
+            json_.member("listKind", listName(field.list));
+        if (const enumeration_t *enumeration = schema().enumerationOf(field))
+            json_.member("enumeration", enumeration->name);
+        if (field.record != nullptr && field.isList())
+            json_.member("record", field.record->name);
         if (field.room >= 0)
-            number("room", field.room);
+            json_.member("room", field.room);
         if (field.elementRoom >= 0)
-            number("elementRoom", field.elementRoom);
-        if (field.countField != nullptr)
-            text("count", field.countField->key);
-        if (!field.names.empty()) {
-            name("names");
-            list(field.names, [this](const char *one) { appendJsonString(out_, one); });
+            json_.member("elementRoom", field.elementRoom);
+        if (field.countField != nullptr) {
+            json_.member("count", field.countField->key);
+            json_.member("countIsChecked", field.isCountChecked);
         }
-        text("member", field.member.path);
-        text("type", field.member.type);
-        text("default", field.defaultText);
-        text("defaultKind", defaultNames[static_cast<std::size_t>(field.defaultKind)]);
-        if (field.record != nullptr) {
-            name("of");
-            out_ += '{';
-            writeRecord(*field.record);
-            out_ += '}';
-        }
-        out_ += '}';
+        if (field.rangeType != nullptr)
+            json_.member("rangeType", field.rangeType->key);
+        json_.object("member", [&] {
+            json_.member("path", field.member.path);
+            json_.member("type", field.member.type);
+            writeBytes("offset", field.member.offset);
+            writeBytes("size", field.member.size);
+        });
+        writeDefault(field);
+        if (field.record != nullptr && !field.isList())
+            json_.object("of", [&] { writeRecord(*field.record); });
+        json_.close('}');
     }
 
-    std::string &out_;
+    void writeBytes(std::string_view name, const targetBytes_t &bytes) {
+        json_.object(name, [&] {
+            json_.member("windows32", bytes.windows32);
+            json_.member("linux64", bytes.linux64);
+        });
+    }
+
+    void writeDefault(const fieldSchema_t &field) {
+        json_.member("defaultKind", defaultNames[static_cast<std::size_t>(field.defaultKind)]);
+        if (field.defaultKind == defaultKind_t::record)
+            return; // its own keys have theirs
+        json_.name("default");
+        if (field.defaultKind == defaultKind_t::notSet || field.defaultKind == defaultKind_t::null)
+            json_.ready("null");
+        else if (field.isList() || field.kind == fieldKind_t::text16)
+            writeElements(field);
+        else
+            writeScalar(field, field.defaultText);
+    }
+
+    // "{-1.000000,-1.000000,}", or nothing.
+    void writeElements(const fieldSchema_t &field) {
+        json_.open('[');
+        std::string_view rest = field.defaultText;
+        rest.remove_prefix(std::min<std::size_t>(rest.size(), 1));
+        for (std::size_t end = rest.find(','); end != std::string_view::npos; end = rest.find(',')) {
+            writeScalar(field, rest.substr(0, end));
+            rest.remove_prefix(end + 1);
+        }
+        json_.close(']');
+    }
+
+    void writeScalar(const fieldSchema_t &field, std::string_view text) {
+        switch (field.kind) {
+        case fieldKind_t::integer32:
+        case fieldKind_t::integer16:
+        case fieldKind_t::float64:
+        case fieldKind_t::float32:
+        case fieldKind_t::pixels:
+            return json_.ready(text);
+        case fieldKind_t::boolean:
+            return json_.value(text == "TRUE");
+        default:
+            return json_.value(text);
+        }
+    }
+
+    jsonAppender_t json_;
 };
 
 } // namespace

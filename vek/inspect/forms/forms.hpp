@@ -7,6 +7,7 @@
 #pragma once
 
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/forms/jsonAppender.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
@@ -40,26 +41,27 @@ struct showOptions_t {
 void appendShow(std::string &out, const tree_t &tree, const showOptions_t &options = {});
 
 struct jsonOptions_t {
-    /// Members for the front of the object, ready-made: "\"file\":\"a.log\",\"line\":3". May be empty.
-    std::string_view members;
-    std::span<const finding_t> findings; ///< for "problems"; with byte places
+    std::span<const finding_t> findings; ///< for "problems"
     bool hasTree = false; ///< also "nodes": every pair with its byte places, for a host that draws the tree
 };
 
-/// One object without a line end, in this order: the given members, "id", "name" (of the record), "echo", "seq",
-/// "length", "problems" when there are any, "text" when the rest does not say it all, and the body as an object under
-/// its record's name ("body" for an id without a record). Values are typed where the number or boolean written again
-/// is the very text; else they are strings of what stands there. 16-bit texts are strings.
+/// One object without a line end, in this order: "id", "name" (of the record), "echo", "seq", "length", "problems" when
+/// there are any, "text" when the rest does not say it all, and the body as an object under its record's name ("body"
+/// for an id without a record). Values are typed where the number or boolean written again is the very text; else they
+/// are strings of what stands there. 16-bit texts are strings.
 void appendJson(std::string &out, const tree_t &tree, const jsonOptions_t &options = {});
+
+/// The members of such an object, for one that holds others too.
+void appendJsonMembers(jsonAppender_t &json, const tree_t &tree, const jsonOptions_t &options = {});
+
+/// The members of a finding.
+void appendFinding(jsonAppender_t &json, const finding_t &finding);
 
 /// The flat form: "@id = 4112", "@echo = 7", "@seq = 41", then "PATH = value" a line.
 void appendFlat(std::string &out, const tree_t &tree);
 
-/// A JSON string literal of any bytes. Those that are no UTF-8 become the characters U+EF80 to U+EFFF, as do the bytes
-/// of these characters themselves; readers that undo it get the very bytes.
-void appendJsonString(std::string &out, std::string_view bytes);
-
-/// The same characters without quotes and escapes: bytes as well-formed UTF-8. `room` is used when they aren't.
+/// The characters that appendJsonString() has, without quotes and escapes: bytes as well-formed UTF-8. `room` is used
+/// when they aren't.
 std::string_view wellFormed(std::string_view bytes, std::string &room);
 
 /// What reading a form gives.
@@ -69,6 +71,8 @@ struct formResult_t {
     std::size_t offset = 0; ///< where, in bytes
 
     bool isRead() const { return error.empty(); }
+    /// The error with its place in the form: "line 3, column 7 (byte 41): ...". Bytes count from 0.
+    std::string errorIn(std::string_view form) const;
 };
 
 /// One message in each form. Colours must not be in it. Comments are skipped.
@@ -86,7 +90,8 @@ form_t formOf(std::string_view text);
 /// other). For form_t::message and none, use the log scanner.
 std::vector<std::string_view> splitForms(std::string_view text, form_t form);
 
-/// The catalogue as one JSON array: every message with its record, keys, kinds, names, members and defaults.
+/// The catalogue as one JSON object: every message, every enumeration, and every record with its keys, kinds, members
+/// and defaults.
 void appendCatalogueJson(std::string &out);
 
 } // namespace vek::inspect

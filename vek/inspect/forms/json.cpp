@@ -1,7 +1,8 @@
 #include "vek/inspect/forms/forms.hpp"
 
-#include "vek/inspect/forms/private/jsonText.hpp"
 #include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/words/words.hpp"
+#include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -10,9 +11,16 @@ namespace vek::inspect {
 
 namespace {
 
+// In order of pairUse_t.
+constexpr std::string_view useNames[] = {"assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"};
+
+// The digits of an integer of 32 bits as it is written.
 bool isInteger(std::string_view value) {
-    const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
-    return !digits.empty() && digits.size() <= 9 && std::all_of(digits.begin(), digits.end(), isDigit) &&
+    const bool isNegative = value.starts_with('-');
+    const std::string_view digits = value.substr(isNegative ? 1 : 0);
+    const std::string_view largest = isNegative ? "2147483648" : "2147483647";
+    return !digits.empty() && std::all_of(digits.begin(), digits.end(), isDigit) &&
+           (digits.size() < largest.size() || (digits.size() == largest.size() && digits <= largest)) &&
            (digits[0] != '0' || value.size() == 1);
 }
 
@@ -30,79 +38,38 @@ bool isReal(std::string_view value) {
 
 class jsonWriter_t {
 public:
-    jsonWriter_t(std::string &out, const tree_t &tree) : out_(out), tree_(tree) {}
+    jsonWriter_t(jsonAppender_t &json, const tree_t &tree) : json_(json), tree_(tree) {}
 
-    void writeMessage(const jsonOptions_t &options) {
-        out_ += '{';
-        out_ += options.members;
+    void writeMembers(const jsonOptions_t &options) {
         writeEnvelope();
         if (!options.findings.empty())
-            writeFindings(options.findings);
+            json_.list("problems", options.findings, [this](const finding_t &finding) {
+                json_.open('{');
+                appendFinding(json_, finding);
+                json_.close('}');
+            });
         if (!isPlain(tree_))
-            writeText("text", tree_.text());
+            json_.member("text", tree_.text());
         if (options.hasTree)
-            writeNodes();
-        memberName(tree_.record() != nullptr ? tree_.record()->name : "body");
+            json_.list("nodes", tree_.nodes(), [this](const node_t &node) { writeNode(node); });
+        json_.name(tree_.record() != nullptr ? tree_.record()->name : "body");
         writeBody(tree_.body());
-        out_ += '}';
     }
 
 private:
-    void memberName(std::string_view name) {
-        if (out_.back() != '{')
-            out_ += ',';
-        appendJsonString(out_, name);
-        out_ += ':';
-    }
-
-    void writeText(std::string_view name, std::string_view text) {
-        memberName(name);
-        appendJsonString(out_, text);
-    }
-
-    void writeNumber(std::string_view name, std::size_t number) {
-        memberName(name);
-        char digits[24];
-        out_.append(digits, writeUnsigned(std::uint64_t{number}, digits));
-    }
-
     void writeHeaderNumber(std::string_view name, const envelopeNumber_t &number) {
-        if (!number.isThere)
-            return;
-        memberName(name);
-        char digits[integerRoom];
-        out_.append(digits, writeInteger(number.value, digits));
+        if (number.isThere)
+            json_.member(name, number.value);
     }
 
     void writeEnvelope() {
         const envelopeParts_t &envelope = tree_.envelope();
         writeHeaderNumber("id", envelope.id);
         if (tree_.record() != nullptr)
-            writeText("name", tree_.record()->name);
+            json_.member("name", tree_.record()->name);
         writeHeaderNumber("echo", envelope.echoTag);
         writeHeaderNumber("seq", envelope.sequenceNumber);
         writeHeaderNumber("length", envelope.length);
-    }
-
-    void writeFindings(std::span<const finding_t> findings) {
-        memberName("problems");
-        out_ += '[';
-        for (const finding_t &finding : findings) {
-            if (out_.back() != '[')
-                out_ += ',';
-            out_ += '{';
-            writeText("code", findingName(finding.code));
-            writeText("severity", finding.severity == severity_t::error ? "error" : "warning");
-            writeNumber("start", finding.place.start);
-            writeNumber("end", finding.place.end);
-            writeText("path", finding.path);
-            writeText("message", finding.message);
-            writeText("host", finding.consequence);
-            if (!finding.suggestion.empty())
-                writeText("suggestion", finding.suggestion);
-            out_ += '}';
-        }
-        out_ += ']';
     }
 
     // What a body is of decides whether its pairs have names: those of a record always do.
@@ -110,38 +77,31 @@ private:
         const bodyTarget_t::kind_t kind = targetOf(tree_, node).kind;
         const bool hasNames = kind == bodyTarget_t::kind_t::record ||
                               (kind == bodyTarget_t::kind_t::unknown && node.isKeyed) || (node.parent == node_t::none);
-        out_ += hasNames ? '{' : '[';
+        json_.open(hasNames ? '{' : '[');
         for (const node_t &child : tree_.children(node)) {
-            if (out_.back() != '{' && out_.back() != '[')
-                out_ += ',';
             if (hasNames)
                 writeName(child);
             writeValue(child);
         }
-        out_ += hasNames ? '}' : ']';
+        json_.close(hasNames ? '}' : ']');
     }
 
     void writeName(const node_t &node) {
-        if (node.hasKey && node.ordinal == 1) {
-            appendJsonString(out_, tree_.key(node));
-        } else if (node.field != nullptr && !node.hasKey) {
-            appendJsonString(out_, node.field->key);
-        } else {
-            std::string name(tree_.key(node));
-            name += '#';
-            name += std::to_string(node.index >= 0 ? static_cast<std::uint32_t>(node.index) + 1 : node.ordinal);
-            appendJsonString(out_, name);
-        }
-        out_ += ':';
+        if (node.hasKey && node.ordinal == 1)
+            return json_.anyName(tree_.key(node));
+        if (node.field != nullptr && !node.hasKey)
+            return json_.name(node.field->key);
+        const std::uint32_t number = node.index >= 0 ? static_cast<std::uint32_t>(node.index) + 1 : node.ordinal;
+        json_.anyName(joined({tree_.key(node), "#", std::to_string(number)}));
     }
 
     void writeValue(const node_t &node) {
         if (!node.hasValue)
-            out_ += "null";
+            json_.ready("null");
         else if (!node.isBody)
             writeScalar(node);
         else if (const std::optional<std::string> text = wideText(tree_, node))
-            appendJsonString(out_, *text);
+            json_.value(*text);
         else
             writeBody(node);
     }
@@ -153,62 +113,64 @@ private:
         case fieldKind_t::integer32:
         case fieldKind_t::integer16:
         case fieldKind_t::text16:
-            return isInteger(value) ? void(out_ += value) : appendJsonString(out_, value);
+            return isInteger(value) ? json_.ready(value) : json_.value(value);
         case fieldKind_t::float64:
         case fieldKind_t::float32:
         case fieldKind_t::pixels:
-            return isReal(value) ? void(out_ += value) : appendJsonString(out_, value);
+            return isReal(value) ? json_.ready(value) : json_.value(value);
         case fieldKind_t::boolean:
             if (value == "TRUE" || value == "FALSE")
-                return void(out_ += value == "TRUE" ? "true" : "false");
-            return appendJsonString(out_, value);
+                return json_.value(value == "TRUE");
+            return json_.value(value);
         case fieldKind_t::text:
-            return appendJsonText(out_, value);
+            return std::any_of(value.begin(), value.end(), isEscapeCode) ? json_.value(unescapedText(value))
+                                                                         : json_.value(value);
         default:
-            appendJsonString(out_, value);
+            json_.value(value);
         }
     }
 
-    void writePlace(std::string_view name, place_t place) {
-        memberName(name);
-        out_ += '[';
-        out_ += std::to_string(place.start);
-        out_ += ',';
-        out_ += std::to_string(place.end);
-        out_ += ']';
+    void writeNode(const node_t &node) {
+        json_.open('{');
+        json_.member("path", tree_.path(node));
+        json_.member("kind", node.field == nullptr ? std::string_view("unknown") : kindName(node.field->kind));
+        json_.member("use", useNames[static_cast<std::size_t>(node.use)]);
+        if (node.parent != node_t::none)
+            json_.member("parent", node.parent);
+        if (node.hasKey)
+            json_.member("key", node.key);
+        if (node.hasValue)
+            json_.member("value", node.value);
+        json_.member("whole", node.whole);
+        json_.close('}');
     }
 
-    void writeNodes() {
-        constexpr std::string_view uses[] = {"assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"};
-        memberName("nodes");
-        out_ += '[';
-        for (const node_t &node : tree_.nodes()) {
-            if (out_.back() != '[')
-                out_ += ',';
-            out_ += '{';
-            writeText("path", tree_.path(node));
-            writeText("kind", node.field == nullptr ? "unknown" : kindName(node.field->kind));
-            writeText("use", uses[static_cast<std::size_t>(node.use)]);
-            if (node.parent != node_t::none)
-                writeNumber("parent", node.parent);
-            if (node.hasKey)
-                writePlace("key", node.key);
-            if (node.hasValue)
-                writePlace("value", node.value);
-            writePlace("whole", node.whole);
-            out_ += '}';
-        }
-        out_ += ']';
-    }
-
-    std::string &out_;
+    jsonAppender_t &json_;
     const tree_t &tree_;
 };
 
 } // namespace
 
 void appendJson(std::string &out, const tree_t &tree, const jsonOptions_t &options) {
-    jsonWriter_t(out, tree).writeMessage(options);
+    jsonAppender_t json(out);
+    json.open('{');
+    appendJsonMembers(json, tree, options);
+    json.close('}');
+}
+
+void appendJsonMembers(jsonAppender_t &json, const tree_t &tree, const jsonOptions_t &options) {
+    jsonWriter_t(json, tree).writeMembers(options);
+}
+
+void appendFinding(jsonAppender_t &json, const finding_t &finding) {
+    json.member("severity", severityName(finding.severity));
+    json.member("code", findingName(finding.code));
+    json.member("path", finding.path);
+    json.member("start", finding.place.start);
+    json.member("end", finding.place.end);
+    json.member("message", finding.message);
+    json.member("consequence", finding.consequence);
+    json.member("suggestion", finding.suggestion);
 }
 
 } // namespace vek::inspect

@@ -1,9 +1,7 @@
 #include "vek/inspect/forms/private/jsonText.hpp"
 
 #include "vek/inspect/forms/forms.hpp"
-#include "vek/inspect/message/plain.hpp"
 #include "vek/inspect/words/quoting.hpp"
-#include "vek/text/characters.hpp"
 
 #include <algorithm>
 #include <array>
@@ -82,12 +80,6 @@ std::string_view wellFormed(std::string_view bytes, std::string &room) {
         bytes.remove_prefix(character.size());
     }
     return room;
-}
-
-void appendJsonText(std::string &out, std::string_view value) {
-    if (std::none_of(value.begin(), value.end(), isEscapeCode))
-        return appendJsonString(out, value);
-    appendJsonString(out, unescapedText(value));
 }
 
 std::string jsonBytes(std::string_view text) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace vek::inspect {
 
@@ -24,9 +25,35 @@ const recordSchema_t *recordNamed(std::string_view name) {
     return nullptr;
 }
 
+// Of what the parser says the last part: "[...] while parsing object - unexpected '}'; expected string literal". What
+// it read last may be of any length, and stands at the place anyway.
+std::string whatIsWrong(std::string_view said) {
+    constexpr std::string_view lastRead = "; last read: '";
+    constexpr std::pair<std::string_view, std::string_view> plainWords[] = {
+        {"unexpected end of input", "it ends too early"},
+        {"invalid literal", "a word without quotes; expected a value, true, false or null"},
+        {"; expected '}'", "; expected ',' or '}'"},
+        {"; expected ']'", "; expected ',' or ']'"},
+        {"; expected string literal", "; expected a name in quotes"},
+        {"; expected end of input", "; expected nothing more"},
+        {"; expected '[', '{', or a literal", "; expected a value"},
+    };
+    std::string words(said.substr(std::min(said.find(" - "), said.size() - 3) + 3));
+    if (const std::size_t read = words.find(lastRead); read != std::string::npos) {
+        const std::size_t end = words.rfind("; expected ");
+        words.erase(read, (end == std::string::npos || end < read ? words.size() : end) - read);
+    }
+    for (const auto &[theirs, ours] : plainWords)
+        if (const std::size_t at = words.find(theirs); at != std::string::npos)
+            words.replace(at, theirs.size(), ours);
+    return words;
+}
+
 // Hears of the values one by one, in their order and with all that are there twice.
 class jsonReader_t : public nlohmann::json_sax<json_t> {
 public:
+    explicit jsonReader_t(std::size_t size) : size_(size) {}
+
     formText_t form;
 
     bool null() override { return leave(); }
@@ -58,8 +85,13 @@ public:
     bool start_array(std::size_t) override { return begin(false); }
     bool end_object() override { return end(); }
     bool end_array() override { return end(); }
-    bool parse_error(std::size_t position, const std::string &, const nlohmann::detail::exception &) override {
-        return refuse("this is no well-formed JSON", position - 1); // which counts from 1
+    // The position counts from 1; of what was read last, the parser knows the start when it is a string or a number.
+    bool parse_error(std::size_t position, const std::string &token,
+                     const nlohmann::detail::exception &error) override {
+        const std::string words = whatIsWrong(error.what());
+        const bool isKnown = words.starts_with("unexpected string") || words.starts_with("unexpected number");
+        const std::size_t start = position - (isKnown && token.size() <= position ? token.size() : 1);
+        return refuse(joined({"this is no well-formed JSON: ", words}), std::min(start, size_));
     }
 
     /// Whether the one message is complete.
@@ -129,6 +161,7 @@ private:
         return true;
     }
 
+    const std::size_t size_; // of the form
     std::size_t depth_ = 0;
     std::string name_;
     std::unique_ptr<bodyBuilder_t> body_;
@@ -136,7 +169,7 @@ private:
 };
 
 formText_t readJsonForm(std::string_view text) {
-    jsonReader_t reader;
+    jsonReader_t reader(text.size());
     const bool isRead = json_t::sax_parse(text.begin(), text.end(), &reader);
     if (isRead && !reader.isComplete())
         reader.form.error = "the JSON has no message in it: no member has a record's name, nor \"body\"";

@@ -3,8 +3,6 @@
 
 namespace vek::inspect {
 
-namespace {
-
 std::string_view listName(listKind_t list) {
     switch (list) {
     case listKind_t::none:
@@ -21,8 +19,6 @@ std::string_view listName(listKind_t list) {
     return "range";
 }
 
-} // namespace
-
 std::string_view kindName(fieldKind_t kind) {
     switch (kind) {
     case fieldKind_t::record:
@@ -32,8 +28,9 @@ std::string_view kindName(fieldKind_t kind) {
     case fieldKind_t::integer16:
         return "short integer";
     case fieldKind_t::float64:
-    case fieldKind_t::pixels:
         return "double";
+    case fieldKind_t::pixels:
+        return "pixels";
     case fieldKind_t::float32:
         return "float";
     case fieldKind_t::boolean:

@@ -79,6 +79,21 @@ const messageSchema_t *schema_t::find(std::int32_t id) const {
     return found != messages_.end() && found->id == id ? &*found : nullptr;
 }
 
+const enumeration_t *schema_t::enumerationOf(const fieldSchema_t &field) const {
+    for (const enumeration_t &enumeration : enumerations_)
+        if (enumeration.names.data() == field.names.data())
+            return &enumeration;
+    return nullptr;
+}
+
+std::vector<const recordSchema_t *> schema_t::records() const {
+    std::vector<const recordSchema_t *> records;
+    for (const recordSchema_t &record : records_)
+        if (!record.isNested)
+            records.push_back(&record);
+    return records;
+}
+
 std::vector<const messageSchema_t *> schema_t::findNamed(std::string_view word) const {
     std::vector<const messageSchema_t *> found;
     for (const messageSchema_t &message : messages_)

@@ -34,12 +34,26 @@ enum class defaultKind_t : std::uint8_t {
     record, ///< a nested record: see its fields
 };
 
+/// A number of bytes on 32-bit Windows and on 64-bit Linux.
+struct targetBytes_t {
+    std::size_t windows32 = 0;
+    std::size_t linux64 = 0;
+};
+
 /// Where a member of a structure lies.
 struct memberPlace_t {
-    std::string path;          ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
-    std::string_view type;     ///< as it is declared in C; empty when no layout table has the member
-    std::size_t windows32 = 0; ///< its offset on 32-bit Windows, in bytes
-    std::size_t linux64 = 0;   ///< and on 64-bit Linux
+    std::string path;      ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
+    std::string_view type; ///< as it is declared in C; empty when no layout table has the member
+    targetBytes_t offset;
+    targetBytes_t size;
+};
+
+/// An enumeration in messages.
+struct enumeration_t {
+    std::string_view words;                 ///< for example "media type"
+    std::string name;                       ///< the same as an identifier: "mediaType"
+    std::span<const char *const> names;     ///< in order of their values from 0
+    std::span<const char *const> constants; ///< the same in C: "VEK_MEDIA_FILM"
 };
 
 /// One key of a record.
@@ -75,6 +89,8 @@ struct recordSchema_t {
     std::string_view about;     ///< what it is about, a sentence or two; empty for a nested record
     structureKind_t kind = structureKind_t::plain;
     bool ownsMemory = false;
+    bool isNested = false;             ///< a part of the structure of another record, whose members it names
+    targetBytes_t size;                ///< of its structure
     std::vector<fieldSchema_t> fields; ///< in text order; never changes, so pointers to its elements stay
 
     /// What it is about in its first sentence.
@@ -109,6 +125,13 @@ public:
     /// Every row of the catalogue, in order of the ids.
     const std::vector<messageSchema_t> &messages() const { return messages_; }
 
+    const std::vector<enumeration_t> &enumerations() const { return enumerations_; }
+    /// That of a field; null when it has none.
+    const enumeration_t *enumerationOf(const fieldSchema_t &field) const;
+
+    /// The records of messages and of lists' elements, each once.
+    std::vector<const recordSchema_t *> records() const;
+
     /// Null for an id that no call takes.
     const messageSchema_t *find(std::int32_t id) const;
 
@@ -125,7 +148,8 @@ public:
 private:
     friend class schemaBuilder_t;
 
-    std::deque<recordSchema_t> records_;
+    std::vector<enumeration_t> enumerations_;
+    std::deque<recordSchema_t> records_; // nested ones too
     std::vector<messageSchema_t> messages_;
 };
 
@@ -135,7 +159,11 @@ const schema_t &schema();
 /// In a word for people: "long integer", "list of strings", "enumeration media type", "array of 10 shorts".
 std::string kindInWords(const fieldSchema_t &field);
 
-/// Of a scalar kind alone: "long integer", "double", "string".
+/// Of a scalar kind alone: "long integer", "double", "string"; "pixels" are a double in the text, a long integer in the
+/// structure.
 std::string_view kindName(fieldKind_t kind);
+
+/// How a list is held: "list", "container", "array", "range"; empty for what is no list.
+std::string_view listName(listKind_t list);
 
 } // namespace vek::inspect

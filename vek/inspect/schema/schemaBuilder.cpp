@@ -81,6 +81,7 @@ void setDefault(fieldSchema_t &field, const textField_t &described, const fieldD
 } // namespace
 
 void schemaBuilder_t::build() {
+    schema_.enumerations_ = allEnumerations();
     for (const catalogueRow_t &row : catalogueRows()) {
         messageSchema_t message;
         message.id = row.id;
@@ -106,6 +107,7 @@ const recordSchema_t *schemaBuilder_t::recordOf(visit_t visit) {
             record.about = description.about;
             record.kind = description.kind;
             record.ownsMemory = description.ownsMemory;
+            record.size = sizeOf(description.structure);
             builder.addFields(record, description.fields, description);
         }
         schemaBuilder_t &builder;
@@ -157,6 +159,8 @@ void schemaBuilder_t::addField(recordSchema_t &record, const textField_t &descri
 const recordSchema_t *schemaBuilder_t::nestedRecord(const fieldDescription_t &field, const recordDescription_t &top) {
     recordSchema_t &nested = schema_.records_.emplace_back();
     nested.name = nested.structure = field.structure;
+    nested.isNested = true;
+    nested.size = sizeOf(field.structure);
     addFields(nested, *field.group, top);
     return &nested;
 }

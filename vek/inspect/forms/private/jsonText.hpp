@@ -10,9 +10,6 @@ namespace vek::inspect {
 /// Bytes from 0x80 on that are no UTF-8 are written as the characters that begin here, in order.
 inline constexpr std::uint32_t byteCharacters = 0xEF80;
 
-/// A text value of a body, with the characters that its codes stand for, as appendJsonString() writes it.
-void appendJsonText(std::string &out, std::string_view value);
-
 /// The bytes that a string stands for, as appendJsonString() made it.
 std::string jsonBytes(std::string_view text);
 

@@ -8,6 +8,9 @@
 
 namespace vek::inspect {
 
+/// The size of a structure; zeros when there is no table.
+targetBytes_t sizeOf(std::string_view structure);
+
 /// The member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. Without a type
 /// when there is none, or no table.
 memberPlace_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size);

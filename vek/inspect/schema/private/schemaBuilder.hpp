@@ -9,6 +9,9 @@
 
 namespace vek::inspect {
 
+/// The enumerations in messages, with their constants in C.
+std::vector<enumeration_t> allEnumerations();
+
 class schemaBuilder_t {
 public:
     explicit schemaBuilder_t(schema_t &schema) : schema_(schema) {}

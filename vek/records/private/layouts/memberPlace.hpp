@@ -17,6 +17,7 @@ struct foundMember_t {
     std::string path; ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
     std::string_view type;
     bytes_t offset{0, 0};
+    bytes_t size{0, 0};
 };
 
 /// Finds the member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. False when

@@ -1,0 +1,403 @@
+// The schema: what is the same in all messages stands here as it is, records are made from the declarations.
+//
+// A message without findings is held to its record exactly: known keys, values of their kinds. What stands in a message
+// with findings can be anything, so there the body is any object. Draft 7, since the validators of most languages take
+// it, and take it without being told.
+#include "vek/inspect/forms/jsonSchema.hpp"
+
+#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/forms/jsonAppender.hpp"
+#include "vek/inspect/schema/schema.hpp"
+#include "vek/inspect/words/words.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+
+namespace vek::inspect {
+
+namespace {
+
+// Raw text, for who reads it here: the same letters as in the document.
+constexpr std::string_view fixedDefinitions = R"(
+"version": {"const": 2, "description": "Of the format: it changes when members are renamed or hold something else"},
+"integer": {"type": "integer", "minimum": -2147483648, "maximum": 2147483647},
+"short": {"type": "integer", "minimum": -32768, "maximum": 32767},
+"real": {
+  "description": "A number; of more than 300 digits a string of them",
+  "anyOf": [{"type": "number"}, {"type": "string", "pattern": "^-?[0-9]{301,}\\.[0-9]+$"}]
+},
+"text16": {
+  "description": "A text of 16-bit characters; the codes when they are no text that ends with a 0",
+  "anyOf": [{"type": "string"}, {"type": "array", "items": {"$ref": "#/definitions/integer"}}]
+},
+"byte": {"type": "integer", "minimum": 0},
+"place": {
+  "description": "Bytes from start to in front of end, counted from 0",
+  "type": "object",
+  "properties": {"start": {"$ref": "#/definitions/byte"}, "end": {"$ref": "#/definitions/byte"}},
+  "required": ["start", "end"],
+  "additionalProperties": false
+},
+"severity": {"description": "error: a host reads something else than was meant, or nothing", "enum": ["error", "warning"]},
+"node": {
+  "description": "A pair of the message; the first one is its body",
+  "type": "object",
+  "properties": {
+    "path": {"type": "string"},
+    "kind": {"enum": ["unknown", "nested record", "long integer", "short integer", "double", "float", "pixels",
+                      "boolean", "enumeration", "string", "16-bit character string"]},
+    "use": {"enum": ["assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"]},
+    "parent": {"description": "The number of the node around it, from 0", "type": "integer", "minimum": 0},
+    "key": {"$ref": "#/definitions/place"},
+    "value": {"$ref": "#/definitions/place"},
+    "whole": {"$ref": "#/definitions/place"}
+  },
+  "required": ["path", "kind", "use", "whole"],
+  "additionalProperties": false
+},
+"bytes": {
+  "description": "A number of bytes on 32-bit Windows and on 64-bit Linux",
+  "type": "object",
+  "properties": {"windows32": {"$ref": "#/definitions/byte"}, "linux64": {"$ref": "#/definitions/byte"}},
+  "required": ["windows32", "linux64"],
+  "additionalProperties": false
+},
+"catalogueEnumeration": {
+  "type": "object",
+  "properties": {
+    "name": {"type": "string", "pattern": "^[a-z][A-Za-z0-9]*$"},
+    "words": {"type": "string"},
+    "values": {
+      "type": "array",
+      "items": {
+        "type": "object",
+        "properties": {
+          "value": {"type": "integer", "minimum": 0},
+          "name": {"description": "As it stands in messages", "type": "string"},
+          "constant": {"description": "In C", "type": "string", "pattern": "^[A-Z][A-Z0-9_]*$"}
+        },
+        "required": ["value", "name", "constant"],
+        "additionalProperties": false
+      }
+    }
+  },
+  "required": ["name", "words", "values"],
+  "additionalProperties": false
+},
+"catalogueMessage": {
+  "type": "object",
+  "properties": {
+    "id": {"type": "integer"},
+    "constant": {"description": "In C", "type": "string", "pattern": "^VEK_MSG_[A-Z0-9_]+$"},
+    "record": {"description": "The name of one of the records", "type": "string"}
+  },
+  "required": ["id"],
+  "dependencies": {"record": ["constant"], "constant": ["record"]},
+  "additionalProperties": false
+},
+"catalogueKeys": {"type": "array", "items": {"$ref": "#/definitions/catalogueKey"}},
+"catalogueKey": {
+  "type": "object",
+  "properties": {
+    "key": {"type": "string"},
+    "kind": {
+      "description": "Of a list, that of its elements. Pixels are a double in the text and a long integer in the structure",
+      "enum": ["nested record", "long integer", "short integer", "double", "float", "pixels", "boolean", "enumeration",
+               "string", "16-bit character string"]
+    },
+    "words": {"description": "The kind for people", "type": "string"},
+    "list": {"type": "boolean"},
+    "listKind": {"enum": ["list", "container", "array", "range"]},
+    "enumeration": {"description": "The name of one of the enumerations", "type": "string"},
+    "record": {"description": "Of a list's elements: the name of one of the records", "type": "string"},
+    "room": {"description": "Elements, or the size of a character array", "type": "integer", "minimum": 0},
+    "elementRoom": {"description": "The size of the character arrays that are elements", "type": "integer", "minimum": 0},
+    "count": {"description": "The key that says how many elements are written", "type": "string"},
+    "countIsChecked": {"description": "false: so many are written, be there as many or not", "type": "boolean"},
+    "rangeType": {"description": "The key of a range's type", "type": "string"},
+    "member": {
+      "description": "In the record's structure; of a nested record's keys, in that of the record around it",
+      "type": "object",
+      "properties": {
+        "path": {"description": "Empty: the structure itself, or its base", "type": "string"},
+        "type": {"description": "In C", "type": "string"},
+        "offset": {"$ref": "#/definitions/bytes"},
+        "size": {"$ref": "#/definitions/bytes"}
+      },
+      "required": ["path", "type", "offset", "size"],
+      "additionalProperties": false
+    },
+    "defaultKind": {"enum": ["value", "empty", "zero", "null", "not set", "record"]},
+    "default": {
+      "description": "What a new structure has; of an enumeration the name, or the number as a text when it has none",
+      "anyOf": [{"type": "number"}, {"type": "boolean"}, {"type": "string"}, {"type": "null"},
+                {"type": "array", "items": {"type": "number"}}]
+    },
+    "of": {"$ref": "#/definitions/catalogueNested"}
+  },
+  "required": ["key", "kind", "words", "list", "member", "defaultKind"],
+  "dependencies": {"count": ["countIsChecked"], "countIsChecked": ["count"]},
+  "additionalProperties": false
+},
+"catalogueNested": {
+  "description": "A record in the place of a value",
+  "type": "object",
+  "properties": {
+    "name": {"type": "string"},
+    "structure": {"type": "string"},
+    "size": {"$ref": "#/definitions/bytes"},
+    "keys": {"$ref": "#/definitions/catalogueKeys"}
+  },
+  "required": ["name", "structure", "size", "keys"],
+  "additionalProperties": false
+},
+"catalogueRecord": {
+  "type": "object",
+  "properties": {
+    "name": {"type": "string"},
+    "structure": {"type": "string"},
+    "about": {"type": "string"},
+    "kind": {"enum": ["polymorphic", "plain", "own record"]},
+    "size": {"$ref": "#/definitions/bytes"},
+    "keys": {"$ref": "#/definitions/catalogueKeys"}
+  },
+  "required": ["name", "structure", "about", "kind", "size", "keys"],
+  "additionalProperties": false
+},
+"catalogue": {
+  "description": "What vekmsg list --json and vekInspectCatalogue give",
+  "type": "object",
+  "properties": {
+    "version": {"$ref": "#/definitions/version"},
+    "messages": {"type": "array", "items": {"$ref": "#/definitions/catalogueMessage"}},
+    "enumerations": {"type": "array", "items": {"$ref": "#/definitions/catalogueEnumeration"}},
+    "records": {"type": "array", "items": {"$ref": "#/definitions/catalogueRecord"}}
+  },
+  "required": ["version", "messages", "enumerations", "records"],
+  "additionalProperties": false
+})";
+
+// Members of findings, and of what stands in front of a message or a finding.
+constexpr std::string_view findingMembers = R"("severity": {"$ref": "#/definitions/severity"},
+    "code": {"$ref": "#/definitions/code"},
+    "path": {"description": "Of the key; empty for the envelope", "type": "string"},
+    "start": {"$ref": "#/definitions/byte"},
+    "end": {"$ref": "#/definitions/byte"},
+    "message": {"description": "What is wrong", "type": "string"},
+    "consequence": {"description": "What a host makes of it", "type": "string"},
+    "suggestion": {"description": "What it should be; empty when that is not known", "type": "string"})";
+constexpr std::string_view findingRequired =
+    R"("severity", "code", "path", "start", "end", "message", "consequence", "suggestion")";
+constexpr std::string_view placeMembers = R"("file": {"type": "string"},
+    "line": {"type": "integer", "minimum": 1},
+    "offset": {"description": "Of the message's first byte in the file", "type": "integer", "minimum": 0})";
+
+class schemaWriter_t {
+public:
+    explicit schemaWriter_t(std::string &out) : json_(out) {}
+
+    void write(std::span<const schemaDefinition_t> further, std::span<const std::string_view> documents) {
+        json_.open('{');
+        json_.member("$schema", "http://json-schema.org/draft-07/schema#");
+        json_.member("$id", joined({"urn:vekmsg:json:", std::to_string(jsonVersion)}));
+        json_.member("title", joined({"The JSON of vekmsg and vekInspect, version ", std::to_string(jsonVersion)}));
+        json_.name("anyOf");
+        json_.open('[');
+        for (const std::string_view name : {"message", "checkFinding", "catalogue"})
+            reference(name);
+        for (const std::string_view name : documents)
+            reference(name);
+        json_.close(']');
+        json_.object("definitions", [&] {
+            json_.ready(fixedDefinitions);
+            writeFindings();
+            for (const recordSchema_t *record : schema().records())
+                writeRecord(record->name, *record);
+            writeMessages();
+            for (const schemaDefinition_t &definition : further) {
+                json_.name(definition.name);
+                json_.ready(definition.json);
+            }
+        });
+        json_.close('}');
+    }
+
+private:
+    void reference(std::string_view name) {
+        json_.open('{');
+        json_.member("$ref", joined({"#/definitions/", name}));
+        json_.close('}');
+    }
+    void typed(std::string_view type) {
+        json_.open('{');
+        json_.member("type", type);
+        json_.close('}');
+    }
+
+    void writeFindings() {
+        json_.object("code", [&] {
+            json_.name("enum");
+            json_.open('[');
+            for (std::size_t i = 0; i < findingCodeCount; ++i)
+                json_.value(findingName(static_cast<findingCode_t>(i)));
+            json_.close(']');
+        });
+        json_.name("finding");
+        json_.ready(joined({R"({"description": "Something that check finds; its place in the message",
+  "type": "object",
+  "properties": {)",
+                            findingMembers, R"(},
+  "required": [)",
+                            findingRequired, R"(],
+  "additionalProperties": false})"}));
+        json_.name("checkFinding");
+        json_.ready(joined({R"({"description": "A line of vekmsg check --json: line and column are the finding's",
+  "type": "object",
+  "properties": {)",
+                            placeMembers, R"(, "column": {"type": "integer", "minimum": 1}, "id": {"type": "integer"},
+    )",
+                            findingMembers, R"(},
+  "required": ["file", "line", "column", "offset", )",
+                            findingRequired, R"(],
+  "additionalProperties": false})"}));
+    }
+
+    void writeRecord(std::string_view name, const recordSchema_t &record) {
+        json_.object(name, [&] {
+            if (!record.isNested)
+                json_.member("description", record.about);
+            json_.member("type", "object");
+            json_.object("properties", [&] {
+                for (const fieldSchema_t &field : record.fields)
+                    writeField(field);
+            });
+            json_.member("additionalProperties", false);
+        });
+    }
+
+    void writeField(const fieldSchema_t &field) {
+        if (!field.isList() && field.record != nullptr)
+            return writeRecord(field.key, *field.record);
+        json_.name(field.key);
+        if (!field.isList())
+            return writeScalar(field);
+        json_.open('{');
+        json_.member("type", "array");
+        if (field.room >= 0)
+            json_.member("maxItems", field.room);
+        json_.name("items");
+        if (field.record != nullptr)
+            reference(field.record->name);
+        else
+            writeScalar(field);
+        json_.close('}');
+    }
+
+    void writeScalar(const fieldSchema_t &field) {
+        switch (field.kind) {
+        case fieldKind_t::integer32:
+            return reference("integer");
+        case fieldKind_t::integer16:
+            return reference("short");
+        case fieldKind_t::float64:
+        case fieldKind_t::float32:
+        case fieldKind_t::pixels:
+            return reference("real");
+        case fieldKind_t::boolean:
+            return typed("boolean");
+        case fieldKind_t::text16:
+            return reference("text16");
+        case fieldKind_t::enumeration:
+            json_.open('{');
+            json_.list("enum", field.names, [this](const char *name) { json_.value(name); });
+            json_.close('}');
+            return;
+        default:
+            typed("string");
+        }
+    }
+
+    // The members under which bodies stand.
+    void writeBodies(bool areExact) {
+        for (const recordSchema_t *record : schema().records()) {
+            if (!isOfMessage(*record))
+                continue;
+            json_.name(record->name);
+            areExact ? reference(record->name) : typed("object");
+        }
+    }
+    static bool isOfMessage(const recordSchema_t &record) {
+        for (const messageSchema_t &message : schema().messages())
+            if (message.record == &record)
+                return true;
+        return false;
+    }
+
+    void writeMessages() {
+        json_.object("message", [&] {
+            json_.member("description", "A message as vekmsg json, last --json and vekInspectToJson give it");
+            json_.member("type", "object");
+            json_.object("properties", [&] {
+                json_.ready(placeMembers);
+                json_.ready(R"("before": {"description": "What stands in front of it on its line", "type": "string"},
+    "time": {"description": "Of its line", "type": "string", "pattern": "^([0-9]{4,}-[0-9]{2}-[0-9]{2}T)?[0-9]{2}:"},
+    "severity": {"$ref": "#/definitions/severity"},
+    "length": {"$ref": "#/definitions/integer"},
+    "problems": {"type": "array", "items": {"$ref": "#/definitions/finding"}, "minItems": 1},
+    "nodes": {"type": "array", "items": {"$ref": "#/definitions/node"}, "minItems": 1})");
+                writeGiven();
+                writeBodies(false);
+                json_.ready(R"("body": {"description": "Of an id without a record", "type": "object"})");
+            });
+            json_.member("additionalProperties", false);
+            json_.ready(R"("if": {"not": {"required": ["problems"]}})");
+            json_.object("then", [&] {
+                json_.ready(R"("required": ["id", "name", "echo", "seq", "length"])");
+                json_.object("properties", [&] { writeBodies(true); });
+            });
+        });
+        json_.object("givenMessage", [&] {
+            json_.member("description", "A message for vekInspectFromJson and vekmsg seal: what is to be written. Each "
+                                        "message that they are given may also be one of \"message\"");
+            json_.member("type", "object");
+            json_.object("properties", [&] {
+                writeGiven();
+                writeBodies(true);
+            });
+            json_.ready(R"("required": ["id"], "additionalProperties": false)");
+        });
+    }
+
+    void writeGiven() {
+        json_.ready(R"("id": {"type": "integer"},
+    "echo": {"$ref": "#/definitions/integer"},
+    "seq": {"$ref": "#/definitions/integer"},
+    "text": {
+      "description": "The message itself, when the rest does not say it all; it counts while the rest is what it was",
+      "type": "string"
+    })");
+        json_.object("name", [&] {
+            json_.name("enum");
+            json_.open('[');
+            for (const recordSchema_t *record : schema().records())
+                if (isOfMessage(*record))
+                    json_.value(record->name);
+            json_.close(']');
+        });
+    }
+
+    jsonAppender_t json_;
+};
+
+} // namespace
+
+void appendJsonSchema(std::string &out, std::span<const schemaDefinition_t> further,
+                      std::span<const std::string_view> documents) {
+    std::string text;
+    schemaWriter_t(text).write(further, documents);
+    out += nlohmann::ordered_json::parse(text).dump(2);
+    out += '\n';
+}
+
+} // namespace vek::inspect
