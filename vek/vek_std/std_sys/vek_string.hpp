@@ -132,9 +132,9 @@ public:
     // Changing. Source texts may be part of this very string.
 
     /// Appends the text; a null pointer appends nothing.
-    string_t &append(const char *text);
+    string_t &append(const char *text) { return append(text, text != nullptr ? std::strlen(text) : 0, true); }
     /// Appends exactly n characters; n blanks for a null pointer.
-    string_t &append(const char *text, std::size_t n);
+    string_t &append(const char *text, std::size_t n) { return append(text, n, false); }
     string_t &append(std::string_view text) { return append(text.data(), text.size()); }
     string_t &prepend(const char *text) { return prepend(text, text != nullptr ? std::strlen(text) : 0); }
     string_t &prepend(const char *text, std::size_t n) { return replace(0, 0, text, n); }
@@ -235,6 +235,8 @@ private:
     /// The common case of append: room is left, and the capacity is the rounded one before and after. What is rare is
     /// one call that shares nothing with it, so that the common case runs straight through.
     static bool hasRoom(const stringRep_t *own, std::size_t n);
+    /// `hasNul`: one stands behind the n characters, and is copied with them: of a short literal that is one step less.
+    string_t &append(const char *text, std::size_t n, bool hasNul);
     /// append, whatever it takes.
     string_t &appendGrowing(const char *text, std::size_t n);
     /// -1, 0 or 1.
@@ -256,26 +258,16 @@ inline bool string_t::hasRoom(const stringRep_t *own, std::size_t n) {
     return own != nullptr && own->isPrivate() && !stringSettings.sizesChanged && n <= own->capacity - own->length;
 }
 
-inline string_t &string_t::append(const char *text, std::size_t n) {
+inline string_t &string_t::append(const char *text, std::size_t n, bool hasNul) {
     stringRep_t *const own = body;
     if (text == nullptr || !hasRoom(own, n)) [[unlikely]]
         return appendGrowing(text, n);
     const std::uint32_t before = own->length;
     own->length = before + static_cast<std::uint32_t>(n);
     char *const end = own->data + before;
-    std::memmove(end, text, n);
-    end[n] = '\0';
-    return *this;
-}
-
-inline string_t &string_t::append(const char *text) {
-    stringRep_t *const own = body;
-    const std::size_t n = text != nullptr ? std::strlen(text) : 0;
-    if (text == nullptr || !hasRoom(own, n)) [[unlikely]]
-        return appendGrowing(text, n);
-    const std::uint32_t before = own->length;
-    own->length = before + static_cast<std::uint32_t>(n);
-    std::memmove(own->data + before, text, n + 1); // with its NUL: of a short literal that is one step less
+    std::memmove(end, text, n + (hasNul ? 1 : 0));
+    if (!hasNul)
+        end[n] = '\0';
     return *this;
 }
 
