@@ -25,10 +25,15 @@ bodyWriter_t writeText(const char *text, std::size_t size, std::size_t readable,
 /// Copies a text value, with the codes in it as the characters that they stand for. No terminator is written.
 void readText(std::string_view text, char *to);
 
-struct longCodec_t {
-    using value_t = std::int32_t;
-    static constexpr fieldKind_t kind = fieldKind_t::integer32;
+/// Numbers: 0 when their key is absent.
+template <class Value, fieldKind_t Kind>
+struct numberCodec_t {
+    using value_t = Value;
+    static constexpr fieldKind_t kind = Kind;
     static void clear(value_t &value) { value = 0; }
+};
+
+struct longCodec_t : numberCodec_t<std::int32_t, fieldKind_t::integer32> {
     static bodyWriter_t write(value_t value, bodyWriter_t out) {
         out.advance(writeInteger(value, out.room(integerRoom)));
         return out;
@@ -37,19 +42,7 @@ struct longCodec_t {
     static bool readAt(bodyCursor_t &at, value_t &value) { return at.integer(value); }
 };
 
-/// Reading keeps the low 16 bits.
-struct shortCodec_t {
-    using value_t = std::int16_t;
-    static constexpr fieldKind_t kind = fieldKind_t::integer16;
-    static void clear(value_t &value) { value = 0; }
-    static bodyWriter_t write(value_t value, bodyWriter_t out) { return longCodec_t::write(value, out); }
-    static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readInteger(text)); }
-};
-
-struct doubleCodec_t {
-    using value_t = double;
-    static constexpr fieldKind_t kind = fieldKind_t::float64;
-    static void clear(value_t &value) { value = 0.0; }
+struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
     static bodyWriter_t write(value_t value, bodyWriter_t out) {
         out.advance(writeReal(value, out.room(realRoom)));
         return out;
@@ -58,28 +51,51 @@ struct doubleCodec_t {
     static bool readAt(bodyCursor_t &at, value_t &value) { return at.real(value); }
 };
 
-/// Reads a double first, and narrows it to the nearest float.
-struct floatCodec_t {
-    using value_t = float;
-    static constexpr fieldKind_t kind = fieldKind_t::float32;
-    static void clear(value_t &value) { value = 0.0F; }
-    static bodyWriter_t write(value_t value, bodyWriter_t out) {
-        return doubleCodec_t::write(static_cast<double>(value), out);
+/// Stands in the text as the numbers of another codec, `Text`, do; Narrowing::narrow makes the value of what that
+/// reads.
+template <class Narrowing, class Text, class Value, fieldKind_t Kind>
+struct narrowedCodec_t : numberCodec_t<Value, Kind> {
+    using wide_t = typename Text::value_t;
+
+    static bodyWriter_t write(Value value, bodyWriter_t out) { return Text::write(static_cast<wide_t>(value), out); }
+    static void read(std::string_view text, Value &value) {
+        wide_t wide = 0;
+        Text::read(text, wide);
+        value = Narrowing::narrow(wide);
     }
-    static void read(std::string_view text, value_t &value) { value = static_cast<value_t>(readReal(text)); }
-    static bool readAt(bodyCursor_t &at, value_t &value) {
-        double real = 0.0;
-        const bool isRead = at.real(real);
-        value = static_cast<value_t>(real);
+    static bool readAt(bodyCursor_t &at, Value &value) {
+        wide_t wide = 0;
+        const bool isRead = Text::readAt(at, wide);
+        value = Narrowing::narrow(wide);
         return isRead;
     }
 };
 
+/// The low 16 bits.
+struct shortCodec_t : narrowedCodec_t<shortCodec_t, longCodec_t, std::int16_t, fieldKind_t::integer16> {
+    static value_t narrow(std::int32_t value) { return static_cast<value_t>(value); }
+};
+
+/// The nearest float.
+struct floatCodec_t : narrowedCodec_t<floatCodec_t, doubleCodec_t, float, fieldKind_t::float32> {
+    static value_t narrow(double real) { return static_cast<value_t>(real); }
+};
+
+/// A 32-bit pixel size that stands in the text as a real: truncated toward zero, 0 when that doesn't fit 32 bits.
+struct pixelCodec_t : narrowedCodec_t<pixelCodec_t, doubleCodec_t, std::int32_t, fieldKind_t::pixels> {
+    static value_t narrow(double real) {
+        return real > -2147483649.0 && real < 2147483648.0 ? static_cast<value_t>(real) : 0;
+    }
+};
+
+/// How many elements of an array of fixed room are in use: at most the room. A negative count stays.
+template <std::int32_t Room>
+struct countCodec_t : narrowedCodec_t<countCodec_t<Room>, longCodec_t, std::int32_t, fieldKind_t::integer32> {
+    static std::int32_t narrow(std::int32_t value) { return std::min(value, Room); }
+};
+
 /// "TRUE" or "FALSE"; every text but "TRUE" reads as 0.
-struct boolCodec_t {
-    using value_t = std::uint8_t;
-    static constexpr fieldKind_t kind = fieldKind_t::boolean;
-    static void clear(value_t &value) { value = 0; }
+struct boolCodec_t : numberCodec_t<std::uint8_t, fieldKind_t::boolean> {
     static bodyWriter_t write(value_t value, bodyWriter_t out) {
         using namespace std::string_view_literals;
         out.put(value != 0 ? "TRUE"sv : "FALSE"sv);
@@ -125,37 +141,6 @@ struct fixedTextCodec_t {
         if (value[length] != '\0') // of a longer text
             std::memset(value + length, 0, Room - length);
         readText(text.substr(0, length), value);
-    }
-};
-
-/// A 32-bit pixel size that stands in the text as a real: truncated toward zero, 0 when that doesn't fit 32 bits.
-struct pixelCodec_t {
-    using value_t = std::int32_t;
-    static constexpr fieldKind_t kind = fieldKind_t::pixels;
-    static void clear(value_t &value) { value = 0; }
-    static bodyWriter_t write(value_t value, bodyWriter_t out) { return doubleCodec_t::write(value, out); }
-    static void read(std::string_view text, value_t &value) { truncate(readReal(text), value); }
-    static bool readAt(bodyCursor_t &at, value_t &value) {
-        double real = 0.0;
-        const bool isRead = at.real(real);
-        truncate(real, value);
-        return isRead;
-    }
-
-private:
-    static void truncate(double real, value_t &value) {
-        value = real > -2147483649.0 && real < 2147483648.0 ? static_cast<value_t>(real) : 0;
-    }
-};
-
-/// How many elements of an array of fixed room are in use: reading keeps it to the room. A negative count stays.
-template <std::int32_t Room>
-struct countCodec_t : longCodec_t {
-    static void read(std::string_view text, value_t &value) { value = std::min(readInteger(text), Room); }
-    static bool readAt(bodyCursor_t &at, value_t &value) {
-        const bool isRead = at.integer(value);
-        value = std::min(value, Room);
-        return isRead;
     }
 };
 
