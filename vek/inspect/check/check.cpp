@@ -5,33 +5,14 @@
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
-#include <array>
 
 namespace vek::inspect {
 
 namespace {
 
-constexpr std::array<std::string_view, findingCodeCount> names{
-    "no-start-marker",   "no-end-marker", "no-id",          "unknown-id",    "no-structure",        "wrong-length",
-    "header-number",     "trailing-text", "inner-nul",      "too-long",      "body-shape",          "unbalanced-brace",
-    "open-quote",        "unknown-key",   "duplicate-key",  "missing-key",   "key-order",           "line-break",
-    "swallowed-token",   "empty-value",   "stray-value",    "surplus-value", "positional-body",     "keyed-list",
-    "separators",        "quoted-value",  "nested-missing", "no-number",     "trailing-characters", "number-range",
-    "number-spelling",   "unknown-name",  "no-boolean",     "decimal-comma", "count-mismatch",      "beyond-room",
-    "control-character", "leading-quote"};
-
 constexpr std::string_view nothingRead = "a host reads nothing of the body: all values become 0 or empty";
 
 } // namespace
-
-std::string_view findingName(findingCode_t code) {
-    return names[static_cast<std::size_t>(code)];
-}
-
-std::optional<findingCode_t> findingNamed(std::string_view name) {
-    const auto *const found = std::find(names.begin(), names.end(), name);
-    return found != names.end() ? std::optional(static_cast<findingCode_t>(found - names.begin())) : std::nullopt;
-}
 
 std::string finding_t::inWords() const {
     return joined({message, consequence.empty() ? "" : ": ", consequence, suggestion.empty() ? "" : "; did you mean ",
@@ -66,11 +47,11 @@ void checker_t::run() {
 void checker_t::checkEnvelope() {
     const std::string_view text = tree_.text();
     if (envelope_.startMarker.isEmpty())
-        report(noStartMarker, error, {0, std::min<std::uint32_t>(2, envelope_.whole.end)}, nullptr, [] {
+        report(noStartMarker, {0, std::min<std::uint32_t>(2, envelope_.whole.end)}, nullptr, [] {
             return findingWords_t{"the text does not begin with \"@@\"", "a host reads nothing of it", {}};
         });
     if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos)
-        report(innerNul, error, {static_cast<std::uint32_t>(nul), static_cast<std::uint32_t>(nul) + 1}, nullptr, [] {
+        report(innerNul, {static_cast<std::uint32_t>(nul), static_cast<std::uint32_t>(nul) + 1}, nullptr, [] {
             return findingWords_t{"a NUL inside the text", "a host's text ends here", {}};
         });
     checkNumbers();
@@ -82,16 +63,16 @@ void checker_t::checkEnvelope() {
 void checker_t::checkNumbers() {
     const envelopeNumber_t &id = envelope_.id;
     if (!id.isThere)
-        report(noId, error, id.place, nullptr, [] {
+        report(noId, id.place, nullptr, [] {
             return findingWords_t{"no message id stands behind \"@@\"", "a host can't read the message", {}};
         });
     else if (tree_.message() == nullptr)
-        report(unknownId, error, id.place, nullptr, [&] {
+        report(unknownId, id.place, nullptr, [&] {
             return findingWords_t{
                 joined({"no message has the id ", id.place.in(tree_.text()).substr(0, 20)}), "a host refuses it", {}};
         });
     else if (tree_.record() == nullptr)
-        report(noStructure, warning, id.place, nullptr, [&] {
+        report(noStructure, id.place, nullptr, [&] {
             return findingWords_t{
                 joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it", {}};
         });
@@ -102,14 +83,14 @@ void checker_t::checkNumbers() {
     for (const auto &[name, number] : all) {
         const std::string_view digits = number->place.in(tree_.text());
         if (!number->isThere)
-            report(headerNumber, error, number->place, nullptr, [&, called = name] {
+            report(headerNumber, number->place, nullptr, [&, called = name] {
                 return findingWords_t{joined({"the ", called, " is missing"}),
                                       called == "length" ? std::string(nothingRead)
                                                          : "a host keeps its own, and may cut the body wrongly",
                                       {}};
             });
         else if (readReal(digits) != static_cast<double>(number->value))
-            report(headerNumber, error, number->place, nullptr, [&, called = name, value = number->value] {
+            report(headerNumber, number->place, nullptr, [&, called = name, value = number->value] {
                 return findingWords_t{joined({"the ", called, " does not fit 32 bits"}),
                                       joined({"a host reads ", std::to_string(value)}),
                                       {}};
@@ -121,7 +102,7 @@ void checker_t::checkNumbers() {
 void checker_t::checkLength() {
     const std::size_t right = envelope_.rightLength - envelope_.behind.size();
     if (right > largestMessage)
-        report(tooLong, error, envelope_.length.place, nullptr, [&] {
+        report(tooLong, envelope_.length.place, nullptr, [&] {
             return findingWords_t{joined({"the message has ", std::to_string(right), " characters with its NUL, ",
                                           std::to_string(largestMessage), " are the most"}),
                                   std::string(nothingRead),
@@ -130,7 +111,7 @@ void checker_t::checkLength() {
     const envelopeNumber_t &length = envelope_.length;
     if (!length.isThere || (length.value >= 0 && static_cast<std::size_t>(length.value) == right))
         return;
-    report(wrongLength, error, length.place, nullptr, [&] {
+    report(wrongLength, length.place, nullptr, [&] {
         return findingWords_t{joined({"the length says ", std::to_string(length.value), ", the message has ",
                                       std::to_string(right), " characters with its NUL"}),
                               std::string(nothingRead), std::to_string(right)};
@@ -139,11 +120,11 @@ void checker_t::checkLength() {
 
 void checker_t::checkEnd() {
     if (envelope_.endMarker.isEmpty())
-        report(noEndMarker, error, envelope_.endMarker, nullptr, [&] {
+        report(noEndMarker, envelope_.endMarker, nullptr, [&] {
             return findingWords_t{"the text does not end with \"!!\"", "the message may have been cut off", {}};
         });
     else if (!envelope_.behind.isEmpty())
-        report(trailingText, error, envelope_.behind, nullptr, [&] {
+        report(trailingText, envelope_.behind, nullptr, [&] {
             const std::string_view behind = envelope_.behind.in(tree_.text());
             const bool isSpaceOnly = std::all_of(behind.begin(), behind.end(), [](char c) { return isSpace(c); });
             return findingWords_t{isSpaceOnly ? "a line end or blank behind \"!!\""
@@ -161,12 +142,12 @@ void checker_t::checkBodyShape() {
     const bool isBraced = value.size() >= 2 && value.front() == openBrace && value.back() == closeBrace;
     const std::uint32_t front = envelope_.sequenceNumber.place.end;
     if (!value.empty() && !isBraced && !isCutOff())
-        report(bodyShape, error, body, nullptr, [] {
+        report(bodyShape, body, nullptr, [] {
             return findingWords_t{
                 "the body does not stand in braces", "a host takes its first and last characters for them", {}};
         });
     else if (envelope_.isBodyRead && !envelope_.isWholeForHost() && !value.empty())
-        report(bodyShape, error, {front, std::max(front, body.start)}, nullptr, [&] {
+        report(bodyShape, {front, std::max(front, body.start)}, nullptr, [&] {
             return findingWords_t{
                 "other characters than one blank in front of the body, or some behind it",
                 joined({"a host takes ", shownValue(envelope_.hostBody.in(tree_.text())), " for the body"}),

@@ -14,59 +14,72 @@
 
 namespace vek::inspect {
 
-/// What is found. Each has a stable name for people to write, see findingName().
+enum class severity_t : std::uint8_t {
+    warning, ///< unusual, but a host reads what was meant
+    error,   ///< a host reads something else, or nothing
+};
+
+/// What is found. Each has a stable name for people to write, see findingKinds().
 enum class findingCode_t : std::uint8_t {
     // Of the envelope:
     noStartMarker,
     noEndMarker,
     noId,
     unknownId,
-    noStructure, ///< an id of the catalogue that no structure belongs to
+    noStructure,
     wrongLength,
-    headerNumber, ///< length, echo tag or sequence number is not there, or beyond 32 bits
-    trailingText, ///< something behind "!!", such as a line end
+    headerNumber,
+    trailingText,
     innerNul,
-    tooLong,   ///< 100,000 characters and more
-    bodyShape, ///< the body does not stand between one blank and "!!", in braces
+    tooLong,
+    bodyShape,
     // Of the pairs:
     unbalancedBrace,
     openQuote,
     unknownKey,
     duplicateKey,
     missingKey,
-    keyOrder,       ///< a host writes it elsewhere
-    lineBreak,      ///< white space in front of a key, or a line end in a value
-    swallowedToken, ///< a value was empty, so that the next token became the value
+    keyOrder,
+    lineBreak,
+    swallowedToken,
     emptyValue,
-    strayValue,   ///< a value without a key among pairs with keys
-    surplusValue, ///< behind the last field, or beyond the room
+    strayValue,
+    surplusValue,
     positionalBody,
     keyedList,
-    separators, ///< more or other separators than one "=", ";" or ","
+    separators,
     quotedValue,
-    nestedMissing, ///< text where a record or a list should be
+    nestedMissing,
     // Of the values:
     noNumber,
-    trailingCharacters, ///< a number, and then something else
+    trailingCharacters,
     numberRange,
-    numberSpelling, ///< a host reads it and writes it another way: 3.5 becomes 3.500000
+    numberSpelling,
     unknownName,
     noBoolean,
-    decimalComma, ///< "3,5"
+    decimalComma,
     countMismatch,
     beyondRoom,
     controlCharacter,
-    leadingQuote, ///< a text that begins with a double quote
-};
-inline constexpr std::size_t findingCodeCount = static_cast<std::size_t>(findingCode_t::leadingQuote) + 1;
+    leadingQuote,
 
-enum class severity_t : std::uint8_t {
-    warning, ///< unusual, but a host reads what was meant
-    error,   ///< a host reads something else, or nothing
+    endOfCodes, // no finding
+};
+inline constexpr std::size_t findingCodeCount = static_cast<std::size_t>(findingCode_t::endOfCodes);
+
+/// All there is to know of a finding before it is found.
+struct findingKind_t {
+    findingCode_t code{};
+    std::string_view name; ///< stable, in lower case with hyphens: "unknown-key"
+    severity_t severity{}; ///< at worst; in a milder form some are warnings
+    std::string_view about;
 };
 
-/// The stable name, in lower case with hyphens: "unknown-key".
+/// Every kind, in order of the codes.
+std::span<const findingKind_t, findingCodeCount> findingKinds();
+
 std::string_view findingName(findingCode_t code);
+severity_t worstSeverity(findingCode_t code);
 std::optional<findingCode_t> findingNamed(std::string_view name);
 
 constexpr std::string_view severityName(severity_t severity) {

@@ -32,7 +32,7 @@ void checker_t::checkBody(const node_t &body) {
     if (body.parent != node_t::none)
         checkGroup(body);
     if (children.empty() && body.value.size() > 2)
-        report(separators, warning, body.value, &body, [] {
+        report(separators, body.value, &body, [] {
             return findingWords_t{"nothing but separators in a body", "a host reads nothing of it", {}};
         });
     const bodyTarget_t target = targetOf(tree_, body);
@@ -49,7 +49,7 @@ void checker_t::checkBody(const node_t &body) {
     if (target.kind == bodyTarget_t::kind_t::record)
         checkRecord(body, *target.record);
     else if (isKnown && body.isKeyed)
-        report(keyedList, warning, body.value, &body, [] {
+        report(keyedList, body.value, &body, [] {
             return findingWords_t{
                 "a list with keys", "a host reads its elements by their keys, and writes them without", {}};
         });
@@ -59,13 +59,13 @@ void checker_t::checkBody(const node_t &body) {
 void checker_t::checkGroup(const node_t &node) {
     const std::string_view value = tree_.value(node);
     if (value.size() < 2 || value.front() != openBrace || value.back() != closeBrace)
-        report(nestedMissing, error, node.value, &node, [&] {
+        report(nestedMissing, node.value, &node, [&] {
             return findingWords_t{joined({shownValue(value), " stands where a group in braces should be"}),
                                   "a host takes its first and last characters for the braces",
                                   {}};
         });
     else if (value.size() == 2)
-        report(emptyValue, warning, node.value, &node, [] {
+        report(emptyValue, node.value, &node, [] {
             return findingWords_t{"an empty group", "a host reads it as if it were not there", {}};
         });
 }
@@ -78,12 +78,12 @@ bool checker_t::isCutOff() const {
 
 void checker_t::checkBalance(const node_t &node) {
     if (!node.lost.isEmpty())
-        report(unbalancedBrace, error, {node.lost.start, node.lost.start + 1}, &node, [] {
+        report(unbalancedBrace, {node.lost.start, node.lost.start + 1}, &node, [] {
             return findingWords_t{
                 "an opening brace without its closing one", "a host loses all that follows in this body", {}};
         });
     if (node.isQuoteOpen)
-        report(openQuote, error, {node.value.start - 1, node.value.start}, &node, [] {
+        report(openQuote, {node.value.start - 1, node.value.start}, &node, [] {
             return findingWords_t{"a double quote without its closing one",
                                   "a host takes all that follows in this body for the value",
                                   {}};
@@ -94,7 +94,7 @@ void checker_t::checkPair(const node_t &parent, const node_t &node) {
     if (!checkUse(parent, node) || isDone())
         return;
     const bool isLast = tree_.indexOf(node) + 1 == parent.firstChild + parent.childCount;
-    if (!isLast && isDecimalComma(parent, (&node)[1]))
+    if (!isLast && isDecimalComma(parent, tree_.nodes()[tree_.indexOf(node) + 1]))
         return; // which is told there
     const bool isTold = checkSpelling(node);
     if (!node.isBody && node.use == pairUse_t::assigned && (!isTold || !isText(node)))
@@ -109,7 +109,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
     case pairUse_t::empty:
         if (!node.lost.isEmpty())
             return false; // which was told
-        report(emptyValue, warning, node.whole, &node, [&] {
+        report(emptyValue, node.whole, &node, [&] {
             return findingWords_t{
                 node.hasKey ? joined({tree_.key(node), " has no value"}) : "an element without a value",
                 joined({"a host reads ", node.isElement ? "nothing into it" : valueOfAbsent(*node.field)}),
@@ -120,7 +120,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
         checkUnknown(parent, node);
         return false;
     case pairUse_t::duplicate:
-        report(duplicateKey, error, node.key, &node, [&] {
+        report(duplicateKey, node.key, &node, [&] {
             return findingWords_t{joined({"the key ", tree_.key(node), " stands here again"}),
                                   "a host takes the first and ignores this one",
                                   {}};
@@ -128,13 +128,13 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
         return false;
     case pairUse_t::noKey:
         if (!checkDecimalComma(parent, node))
-            report(strayValue, error, node.value, &node, [&] {
+            report(strayValue, node.value, &node, [&] {
                 return findingWords_t{
                     joined({"the value ", shownValue(tree_.value(node)), " has no key"}), "a host ignores it", {}};
             });
         return false;
     case pairUse_t::surplus:
-        report(node.isElement ? beyondRoom : surplusValue, error, node.value, &node, [&] {
+        report(node.isElement ? beyondRoom : surplusValue, node.value, &node, [&] {
             return findingWords_t{node.isElement
                                       ? joined({"there is room for ", std::to_string(node.field->room), " elements"})
                                       : "a value behind that of the last key",
@@ -153,7 +153,7 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     const std::string_view key = tree_.key(node);
     const std::string_view word = withoutBlanks(key);
     if (record != nullptr && word != key && record->find(word) != nullptr) {
-        report(lineBreak, error, node.key, &node, [&] {
+        report(lineBreak, node.key, &node, [&] {
             return findingWords_t{
                 joined({"a line break or blank is part of the key ", shownValue(key)}),
                 joined({"a host ignores it; ", word, " becomes ", valueOfAbsent(*record->find(word))}),
@@ -161,7 +161,7 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
         });
         return;
     }
-    report(unknownKey, error, node.key, &node, [&] {
+    report(unknownKey, node.key, &node, [&] {
         constexpr std::size_t mostSuggestions = 50;
         std::string_view meant;
         if (record != nullptr && suggestions_++ < mostSuggestions)
@@ -177,7 +177,7 @@ bool checker_t::isDecimalComma(const node_t &parent, const node_t &node) const {
     if (node.use != pairUse_t::noKey || tree_.indexOf(node) == parent.firstChild || node.isQuoted ||
         node.value.isEmpty() || !isDigit(tree_.value(node).front()))
         return false;
-    const node_t &before = (&node)[-1];
+    const node_t &before = tree_.nodes()[tree_.indexOf(node) - 1];
     const bool isNumber = before.field != nullptr && before.use == pairUse_t::assigned && !before.isBody &&
                           (before.field->kind == fieldKind_t::float64 || before.field->kind == fieldKind_t::float32 ||
                            before.field->kind == fieldKind_t::pixels || before.field->kind == fieldKind_t::integer32 ||
@@ -189,8 +189,8 @@ bool checker_t::isDecimalComma(const node_t &parent, const node_t &node) const {
 bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     if (!isDecimalComma(parent, node))
         return false;
-    const node_t &before = (&node)[-1];
-    report(decimalComma, error, {before.value.start, node.value.end}, &before, [&] {
+    const node_t &before = tree_.nodes()[tree_.indexOf(node) - 1];
+    report(decimalComma, {before.value.start, node.value.end}, &before, [&] {
         return findingWords_t{joined({tree_.value(before), ",", tree_.value(node), " has a comma for its point"}),
                               joined({"a host reads ", tree_.value(before)}),
                               joined({tree_.value(before), ".", tree_.value(node)})};
@@ -207,22 +207,22 @@ bool checker_t::checkSpelling(const node_t &node) {
     const std::string_view between =
         node.hasKey ? tree_.text().substr(keyEnd, valueStart - keyEnd) : std::string_view("=");
     if (between.find_first_of(";,") != std::string_view::npos) {
-        report(swallowedToken, error, node.value, &node, [&] {
+        report(swallowedToken, node.value, &node, [&] {
             return findingWords_t{joined({tree_.key(node), " has no value"}),
                                   joined({"a host takes the next token for it, ", shownValue(tree_.value(node))}),
                                   {}};
         });
     } else if (node.isQuoted && isText(node)) {
-        report(leadingQuote, warning, {valueStart, node.value.end}, &node, [] {
+        report(leadingQuote, {valueStart, node.value.end}, &node, [] {
             return findingWords_t{
                 "the text begins with a double quote", "a host reads up to the next one, and keeps neither", {}};
         });
     } else if (node.isQuoted || node.isKeyQuoted) {
-        report(quotedValue, warning, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node, [] {
+        report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node, [] {
             return findingWords_t{"double quotes", "a host reads what stands in them", {}};
         });
     } else {
-        report(separators, warning, node.whole, &node, [&] {
+        report(separators, node.whole, &node, [&] {
             return findingWords_t{node.hasKey ? "one \"=\" belongs behind the key and one \";\" behind the value"
                                               : "one \",\" belongs behind the value",
                                   "a host skips any run of \"=\", \";\" and \",\"",

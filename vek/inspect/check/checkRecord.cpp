@@ -36,7 +36,7 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     nodes.assign(record.fields.size(), nullptr);
     std::int32_t last = -1;
     if (!body.isKeyed && body.childCount > 0)
-        report(positionalBody, warning, body.value, &body, [] {
+        report(positionalBody, body.value, &body, [] {
             return findingWords_t{"no \"=\" stands in the body", "a host tells the values apart by their order", {}};
         });
     for (const node_t &child : tree_.children(body)) {
@@ -44,7 +44,7 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
             continue;
         nodes[position(*child.field)] = &child;
         if (child.field->position < last)
-            report(keyOrder, warning, child.hasKey ? child.key : child.value, &child, [&] {
+            report(keyOrder, child.hasKey ? child.key : child.value, &child, [&] {
                 return findingWords_t{
                     joined({child.field->key, " stands behind ", record.fields[static_cast<std::size_t>(last)].key}),
                     "a host reads it, and writes it in front",
@@ -61,7 +61,7 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
                     checkMissing(body, field);
             }
     if (isEverEmpty && body.parent == node_t::none && tree_.value(body) == "{}")
-        report(emptyValue, warning, body.value, &body, [] {
+        report(emptyValue, body.value, &body, [] {
             return findingWords_t{"an empty body in braces", "a host reads it, and writes it without them", {}};
         });
     for (const fieldSchema_t &field : record.fields) {
@@ -76,7 +76,7 @@ void checker_t::checkMissing(const node_t &body, const fieldSchema_t &field) {
     if (isCutOff())
         return;
     const place_t end{std::max(body.value.start, body.value.end - (body.value.isEmpty() ? 0 : 1)), body.value.end};
-    report(missingKey, warning, end, &body, [&] {
+    report(missingKey, end, &body, [&] {
         return findingWords_t{
             joined({"the key ", field.key, " is missing"}), joined({"a host gets ", valueOfAbsent(field)}), {}};
     });

@@ -13,9 +13,15 @@ namespace vek::inspect {
 
 namespace {
 
-valueFinding_t found(findingCode_t code, severity_t severity, std::string message, std::string consequence,
-                     std::string suggestion = {}) {
-    return {code, severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
+valueFinding_t found(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
+    return {code, worstSeverity(code), {std::move(message), std::move(consequence), std::move(suggestion)}, true};
+}
+
+// A finding that is no error here.
+valueFinding_t warned(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
+    valueFinding_t finding = found(code, std::move(message), std::move(consequence), std::move(suggestion));
+    finding.severity = severity_t::warning;
+    return finding;
 }
 
 std::string integerText(std::int32_t value) {
@@ -59,13 +65,12 @@ std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
 // What stands there is no number, or goes on behind one.
 valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view read) {
     using enum findingCode_t;
-    using enum severity_t;
     std::size_t digits = 0;
     const std::size_t end = numberEnd(value, isReal, digits);
     if (digits == 0)
-        return found(noNumber, error, joined({shownValue(value), " is no number"}), reads(read));
+        return found(noNumber, joined({shownValue(value), " is no number"}), reads(read));
     if (end < value.size())
-        return found(trailingCharacters, error,
+        return found(trailingCharacters,
                      joined({shownValue(value.substr(end)), " stands behind the number ", value.substr(0, end)}),
                      reads(read));
     return {};
@@ -73,7 +78,6 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
 
 valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     using enum findingCode_t;
-    using enum severity_t;
     const std::int32_t wide = readInteger(value);
     const std::int32_t read = isShort ? static_cast<std::int16_t>(wide) : wide;
     char digits[integerRoom];
@@ -85,9 +89,9 @@ valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     const double real = readReal(value);
     const double lowest = isShort ? -32768.0 : -2147483648.0, highest = isShort ? 32767.0 : 2147483647.0;
     if (real < lowest || real > highest)
-        return found(numberRange, error,
-                     joined({value.substr(0, 40), " does not fit ", isShort ? "16" : "32", " bits"}), reads(text));
-    return found(numberSpelling, warning, joined({shownValue(value), " is an unusual way to write ", text}),
+        return found(numberRange, joined({value.substr(0, 40), " does not fit ", isShort ? "16" : "32", " bits"}),
+                     reads(text));
+    return found(numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
                  joined({"a host reads it, and writes ", text}), text);
 }
 
@@ -119,7 +123,6 @@ bool isUsualReal(std::string_view value) {
 
 valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
     using enum findingCode_t;
-    using enum severity_t;
     if (kind == fieldKind_t::float64 && isUsualReal(value))
         return {};
     const double exact = readReal(value);
@@ -130,43 +133,39 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
     if (valueFinding_t finding = judgeNumber(value, true, text); finding.isThere)
         return finding;
     if (!std::isfinite(read) || (kind == fieldKind_t::pixels && read == 0.0 && std::abs(exact) >= 1.0))
-        return found(numberRange, error, joined({value.substr(0, 40), " is beyond the range of the number"}),
-                     reads(text));
+        return found(numberRange, joined({value.substr(0, 40), " is beyond the range of the number"}), reads(text));
     if (kind == fieldKind_t::pixels && read != exact)
-        return found(numberRange, warning, joined({value.substr(0, 40), " has a fraction, pixels are whole"}),
-                     reads(text), text);
-    return found(numberSpelling, warning, joined({shownValue(value), " is an unusual way to write ", text}),
+        return warned(numberRange, joined({value.substr(0, 40), " has a fraction, pixels are whole"}), reads(text),
+                      text);
+    return found(numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
                  joined({"a host reads it, and writes ", text}), text);
 }
 
 valueFinding_t judgeBoolean(std::string_view value) {
     using enum findingCode_t;
-    using enum severity_t;
     if (value == "TRUE" || value == "FALSE")
         return {};
     constexpr std::array<std::string_view, 2> both{"TRUE", "FALSE"};
     std::string_view meant = nearest(value, both);
     meant = value == "1" || value == "yes" ? both[0] : value == "0" || value == "no" ? both[1] : meant;
-    return found(noBoolean, error, joined({shownValue(value), " is neither TRUE nor FALSE"}), reads("FALSE"),
+    return found(noBoolean, joined({shownValue(value), " is neither TRUE nor FALSE"}), reads("FALSE"),
                  std::string(meant));
 }
 
 valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
     using enum findingCode_t;
-    using enum severity_t;
     if (field.valueOf(value) >= 0)
         return {};
     const std::vector<std::string_view> names(field.names.begin(), field.names.end());
-    return found(unknownName, error, joined({"no ", field.enumeration, " is called ", shownValue(value)}),
+    return found(unknownName, joined({"no ", field.enumeration, " is called ", shownValue(value)}),
                  reads(field.names.front()), std::string(nearest(value, names)));
 }
 
 valueFinding_t judgeText(std::string_view value, std::int32_t room) {
     using enum findingCode_t;
-    using enum severity_t;
     if (room >= 0 && value.size() >= static_cast<std::size_t>(room)) {
         const std::string most = std::to_string(room - 1);
-        return found(beyondRoom, error,
+        return found(beyondRoom,
                      joined({"a text of ", std::to_string(value.size()), " characters, there is room for ", most}),
                      "a host does not keep what is beyond");
     }
@@ -178,12 +177,12 @@ valueFinding_t judgeText(std::string_view value, std::int32_t room) {
     if (at == value.end())
         return {};
     if (*at == '\n' || *at == '\r')
-        return found(lineBreak, warning, "a line break in a text", "a host keeps it as part of the text");
+        return warned(lineBreak, "a line break in a text", "a host keeps it as part of the text");
     if (escapedCharacters.find(*at) != std::string_view::npos)
-        return found(*at == openBrace || *at == closeBrace ? unbalancedBrace : separators, warning,
-                     joined({shownValue({at, 1}), " stands in a text as it is"}),
-                     "a host reads it, and writes a code for it");
-    return found(controlCharacter, warning, joined({"the control character ", shownValue({at, 1}), " in a text"}),
+        return warned(*at == openBrace || *at == closeBrace ? unbalancedBrace : separators,
+                      joined({shownValue({at, 1}), " stands in a text as it is"}),
+                      "a host reads it, and writes a code for it");
+    return found(controlCharacter, joined({"the control character ", shownValue({at, 1}), " in a text"}),
                  "a host keeps it as part of the text");
 }
 

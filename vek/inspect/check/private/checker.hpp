@@ -49,6 +49,11 @@ private:
 
     bool isDone() const { return stops_ && hasFound_; }
 
+    template <class Words>
+    void report(findingCode_t code, place_t place, const node_t *node, Words words) {
+        report(code, worstSeverity(code), place, node, std::move(words));
+    }
+
     /// Counts a finding, and asks `words` for its words if they are wanted.
     template <class Words>
     void report(findingCode_t code, severity_t severity, place_t place, const node_t *node, Words words) {
