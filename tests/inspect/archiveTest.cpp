@@ -1,5 +1,6 @@
 // The tables of the archive: their names, and that rows of any text fit them.
 #include "inspect/texts.hpp"
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/rows.hpp"
 #include "vek/inspect/archive/sql.hpp"
@@ -26,9 +27,9 @@ TEST(Archive, NamesAreLowerCaseAndMeanOneThing) {
     for (const table_t &table : archiveTables().all()) {
         for (const sqliteTable_t &one : sqliteTablesOf(table))
             EXPECT_TRUE(isName(one.name) && tables.insert(one.name).second) << one.name;
-        std::set<std::string> columns{"source",   "message_id",      "source_id", "byte_offset",
-                                      "log_time", "log_microsecond", "echo_tag",  "sequence_number",
-                                      "damaged",  "element",         "element_2"};
+        std::set<std::string> columns{"element", "element_2"};
+        for (const frontColumn_t &column : frontColumns())
+            EXPECT_TRUE(isName(column.name) && columns.emplace(column.name).second) << column.name;
         for (const column_t &column : table.columns)
             EXPECT_TRUE(isName(column.name) && columns.insert(column.name).second) << table.name << "." << column.name;
     }

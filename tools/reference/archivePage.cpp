@@ -1,6 +1,7 @@
 #include "tools/reference/pages.hpp"
 
 #include "tools/reference/markdown.hpp"
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <ostream>
@@ -30,15 +31,10 @@ The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `ve
 
 | Column | ClickHouse | SQLite | Holds |
 |---|---|---|---|
-| `message_id` |  | INTEGER | the message: `source_id * 1099511627776 + byte_offset` |
-| `source_id` |  | INTEGER | the log; its name, `source`, is in the table `sources` |
-| `source` | String |  | the name of the log, as it was given, or that of `--source` |
-| `byte_offset` | UInt64 | INTEGER | of the message's first byte in the log (unpacked), from 0 |
-| `log_time` | Nullable(DateTime('UTC')) | TEXT | the time that stands on the line, at UTC when it says its zone; SQLite: with its fraction, `2026-03-01 08:00:02.250` |
-| `log_microsecond` | UInt32 |  | the fraction of that second |
-| `echo_tag`, `sequence_number` | Nullable(Int32) | INTEGER | the numbers of the envelope |
-| `damaged` | UInt8 | INTEGER | 1: `check` finds an error |
-| `element`, `element_2` | UInt32 | INTEGER | in the tables of lists: the number of the element, from 0 |
+)";
+
+constexpr std::string_view archiveRest =
+    R"(| `element`, `element_2` | UInt32 | INTEGER | in the tables of lists: the number of the element, from 0 |
 
 In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and the numbers alone; the rest is in
 `messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from
@@ -57,6 +53,12 @@ with the messages themselves: a loader that was killed goes on where it was, and
 - A log that is shorter than what was loaded, or differs where the last message stood, is refused, and nothing changes.
 - One writes at a time; a second loader waits for the end of the first one's transaction. Reading is always possible.
 )";
+
+void writeFront(std::ostream &out) {
+    for (const frontColumn_t &column : frontColumns())
+        out << "| " << code(column.name) << " | " << column.clickhouse.type << " | "
+            << column.sqlite.type.substr(0, column.sqlite.type.find(' ')) << " | " << column.meaning << " |\n";
+}
 
 void writeArchiveTable(std::ostream &out, const table_t &table) {
     out << "\n## " << table.name << "\n\n" << table.about << ".";
@@ -79,6 +81,8 @@ void writeArchiveTable(std::ostream &out, const table_t &table) {
 
 void writeArchivePage(std::ostream &out) {
     out << generatedNotice << archiveIntroduction;
+    writeFront(out);
+    out << archiveRest;
     for (const table_t &table : archiveTables().all())
         writeArchiveTable(out, table);
 }

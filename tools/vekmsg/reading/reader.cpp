@@ -2,6 +2,7 @@
 
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/following.hpp"
+#include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
 
@@ -11,29 +12,21 @@ using inspect::form_t;
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-constexpr std::string_view whiteSpace = " \t\r\n\v\f";
 constexpr std::size_t flushSize = std::size_t{1} << 16;
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(whiteSpace);
-    return start == std::string_view::npos ? std::string_view()
-                                           : text.substr(start, text.find_last_not_of(whiteSpace) + 1 - start);
-}
 
 // Whether a text in which no message was found is meant as one: its start is damaged, or it is a body alone.
 bool isMeantAsMessage(std::string_view text) {
-    text = trimmed(text);
+    text = inspect::trimmed(text);
     return text.size() > 2 && (text.front() == '@' || text.front() == '{' || text.ends_with("!!"));
 }
 
 // Whether a text's start shows in which form it is: a line with something in it, or as much, or a whole message.
 bool showsItsForm(std::string_view text) {
     constexpr std::size_t enough = 64;
-    const std::size_t first =
-        text.find_first_not_of(whiteSpace, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    const std::string_view bare = inspect::withoutByteOrderMark(text);
+    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
     return text.size() >= enough || text.ends_with("!!") ||
-           (first < text.size() && text.find('\n', first) < text.size());
+           (first < bare.size() && bare.find('\n', first) < bare.size());
 }
 
 // Where the last of several messages in a form begins, so that what stands before is complete; 0 when there is one.
@@ -203,7 +196,7 @@ void reader_t::begin(const std::string &name) {
         input.start += piece;
     }
     const bool isWhole = input.source->size() == input.start.size();
-    const std::size_t skipped = input.start.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+    const std::size_t skipped = input.start.size() - inspect::withoutByteOrderMark(input.start).size();
     input.start.erase(0, skipped);
     input.position.file = name;
     input.position.offset = skipped;
@@ -228,7 +221,7 @@ void reader_t::lookForWhole() {
     inspect::logScanner_t scanner;
     scanner.feed(input_->start, alone);
     scanner.finish(alone);
-    if (alone.count != 1 || !trimmed(std::string_view(input_->start).substr(alone.end)).empty())
+    if (alone.count != 1 || !inspect::trimmed(std::string_view(input_->start).substr(alone.end)).empty())
         return;
     input_->sink.form = form_t::message;
     input_->sink.whole = input_->start;
@@ -272,7 +265,7 @@ void reader_t::takeMeant() {
     if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !isMeantAsMessage(input.start))
         return;
     item_t item = input.position;
-    item.text = trimmed(input.start);
+    item.text = inspect::trimmed(input.start);
     item.stretch = item.text.size();
     const auto before = static_cast<std::size_t>(item.text.data() - input.start.data());
     item.offset += before;

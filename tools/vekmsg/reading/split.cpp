@@ -5,6 +5,7 @@
 // from there.
 #include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
 #include <condition_variable>
@@ -117,7 +118,7 @@ private:
         part = part.substr(0, static_cast<std::size_t>(from + pieceSize - before));
         std::size_t first = 0;
         if (from == 0)
-            first = part.starts_with("\xef\xbb\xbf") ? 3 : 0;
+            first = part.size() - inspect::withoutByteOrderMark(part).size();
         else
             first = std::min(part.find('\n'), part.size() - 1) + 1;
         const std::string_view own = part.substr(static_cast<std::size_t>(from - before));

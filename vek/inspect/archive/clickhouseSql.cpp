@@ -1,5 +1,6 @@
 #include "vek/inspect/archive/sql.hpp"
 
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/words/words.hpp"
 
 namespace vek::inspect {
@@ -43,11 +44,10 @@ std::string clickhouseType(const column_t &column) {
 }
 
 std::vector<sqlColumn_t> clickhouseColumns(const table_t &table) {
-    std::vector<sqlColumn_t> columns = {
-        {"source", "String"},          {"byte_offset", "UInt64"},       {"log_time", "Nullable(DateTime('UTC'))"},
-        {"log_microsecond", "UInt32"}, {"echo_tag", "Nullable(Int32)"}, {"sequence_number", "Nullable(Int32)"},
-        {"damaged", "UInt8"},
-    };
+    std::vector<sqlColumn_t> columns;
+    for (const frontColumn_t &column : frontColumns())
+        if (!column.clickhouse.type.empty())
+            columns.push_back({std::string(column.name), std::string(column.clickhouse.type)});
     for (std::size_t i = 0; i < table.depth; ++i)
         columns.push_back({elementColumn(i), "UInt32"});
     for (const column_t &column : table.columns)

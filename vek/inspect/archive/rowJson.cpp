@@ -1,5 +1,6 @@
 #include "vek/inspect/archive/rowJson.hpp"
 
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
 
 #include <cmath>
@@ -8,12 +9,6 @@
 namespace vek::inspect {
 
 namespace {
-
-// The server's times are seconds since 1970 in 32 bits.
-bool isInRange(const logTime_t &time) {
-    constexpr std::int64_t end = std::int64_t{1} << 32;
-    return time.hasDate && time.microseconds >= 0 && time.microseconds / 1'000'000 < end;
-}
 
 class rowWriter_t {
 public:
@@ -34,19 +29,10 @@ public:
 
 private:
     void writeFront() {
-        json_.member("source", row_.front.source);
-        json_.member("byte_offset", row_.front.byteOffset);
-        if (const std::optional<logTime_t> &time = row_.front.time; time && isInRange(*time)) {
-            std::string words;
-            time->appendTo(words, ' ', logTime_t::fraction_t::none);
-            json_.member("log_time", words);
-            json_.member("log_microsecond", time->microsecond());
-        }
-        if (row_.echoTag)
-            json_.member("echo_tag", *row_.echoTag);
-        if (row_.sequenceNumber)
-            json_.member("sequence_number", *row_.sequenceNumber);
-        json_.member("damaged", row_.isDamaged ? 1 : 0);
+        std::string room;
+        for (const frontColumn_t &column : frontColumns())
+            if (column.clickhouse.value != nullptr)
+                writeCell(column.name, column.clickhouse.value(row_, room));
     }
 
     void writeCell(std::string_view column, const cell_t &cell) {

@@ -25,15 +25,15 @@ struct sqliteTable_t {
     const table_t *table = nullptr;
     const column_t *list = nullptr; ///< the column of lists that it holds; null for a table of the archive
     std::size_t depth = 0;          ///< numbers of elements
-    /// Whether a row has time, echo tag, sequence number and damage. Otherwise the message has them.
+    /// Whether a row has the columns of the front that are stored. Otherwise the message has them.
     bool hasFront = false;
 };
 
 /// The tables that stand for one of the archive's: itself, then one for each column of lists.
 std::vector<sqliteTable_t> sqliteTablesOf(const table_t &table);
 
-/// INSERT INTO with a parameter a stored column: the message's number, the numbers of elements, with hasFront time,
-/// echo tag, sequence number and damage, and the columns that are no lists (or the list's element).
+/// INSERT INTO with a parameter a stored column: the message's number, the numbers of elements, with hasFront those of
+/// the front, and the columns that are no lists (or the list's element).
 std::string sqliteInsert(const sqliteTable_t &table);
 
 /// CREATE TABLE for a table, without a semicolon.

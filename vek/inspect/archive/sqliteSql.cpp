@@ -1,31 +1,29 @@
 #include "vek/inspect/archive/sql.hpp"
 
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/words/words.hpp"
 
 namespace vek::inspect {
 
 namespace {
 
-constexpr std::string_view frontNames[] = {"log_time", "echo_tag", "sequence_number", "damaged"};
-
 class tableWriter_t {
 public:
     tableWriter_t(std::string &out, const sqliteTable_t &table) : out_(out), table_(table) {}
 
     void write() {
-        out_ += joined({"CREATE TABLE ", quotedName(table_.name), " (\n    \"message_id\" INTEGER "});
-        out_ += table_.depth == 0 ? "PRIMARY KEY" : "NOT NULL";
-        const std::string bits = std::to_string(sqliteOffsetBits);
-        line("source_id", "INTEGER GENERATED ALWAYS AS (\"message_id\" >> " + bits + ") VIRTUAL");
-        line("byte_offset", "INTEGER GENERATED ALWAYS AS (\"message_id\" & ((1 << " + bits + ") - 1)) VIRTUAL");
+        const frontColumn_t &key = frontColumns().front();
+        out_ += joined({"CREATE TABLE ", quotedName(table_.name), " (\n    ", quotedName(key.name), " ",
+                        key.sqlite.type, table_.depth == 0 ? " PRIMARY KEY" : " NOT NULL"});
+        for (const frontColumn_t &column : frontColumns().subspan(1))
+            if (column.isComputed())
+                line(column.name, column.sqlite.type);
         for (std::size_t i = 0; i < table_.depth; ++i)
             line(elementColumn(i), "INTEGER NOT NULL");
-        if (table_.hasFront) {
-            line("log_time", "TEXT");
-            line("echo_tag", "INTEGER");
-            line("sequence_number", "INTEGER");
-            line("damaged", "INTEGER NOT NULL");
-        }
+        if (table_.hasFront)
+            for (const frontColumn_t &column : frontColumns())
+                if (column.sqlite.value != nullptr)
+                    line(column.name, column.sqlite.type);
         writeColumns();
         writeKey();
     }
@@ -85,8 +83,9 @@ std::string sqliteInsert(const sqliteTable_t &table) {
     for (std::size_t i = 0; i < table.depth; ++i)
         add(elementColumn(i));
     if (table.hasFront)
-        for (const std::string_view name : frontNames)
-            add(name);
+        for (const frontColumn_t &column : frontColumns())
+            if (column.sqlite.value != nullptr)
+                add(column.name);
     if (table.list != nullptr)
         add("value");
     else

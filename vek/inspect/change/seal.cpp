@@ -1,6 +1,7 @@
 #include "vek/inspect/change/seal.hpp"
 
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
 
@@ -44,17 +45,6 @@ std::string withoutLineBreaks(std::string_view body) {
     return text;
 }
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
-    while (!text.empty() && (isSpace(text.front()) || text.front() == '\0'))
-        text.remove_prefix(1);
-    while (!text.empty() && (isSpace(text.back()) || text.back() == '\0'))
-        text.remove_suffix(1);
-    return text;
-}
-
 formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const envelopeParts_t parts = takeEnvelopeApart(text);
     if (!parts.id.isThere && !options.id)
@@ -87,7 +77,8 @@ formResult_t readForm(std::string_view text, form_t form) {
 } // namespace
 
 formResult_t seal(std::string_view text, const sealOptions_t &options) {
-    text = trimmed(text);
+    using namespace std::string_view_literals;
+    text = trimmed(withoutByteOrderMark(text), " \t\n\v\f\r\0"sv);
     if (text.starts_with('{') && text.ends_with('}') && options.id && formOf(text) != form_t::json)
         return {sealed(*options.id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0),
                        withoutLineBreaks(text)),

@@ -1,6 +1,7 @@
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/inspect/message/plain.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -9,14 +10,6 @@
 namespace vek::inspect {
 
 namespace {
-
-std::string_view withoutBlanks(std::string_view text) {
-    while (!text.empty() && isSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 std::vector<std::string_view> keysOf(const recordSchema_t &record) {
     std::vector<std::string_view> keys;
@@ -151,7 +144,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
 void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     const recordSchema_t *record = tree_.recordOf(parent);
     const std::string_view key = tree_.key(node);
-    const std::string_view word = withoutBlanks(key);
+    const std::string_view word = trimmed(key);
     if (record != nullptr && word != key && record->find(word) != nullptr) {
         report(lineBreak, node.key, &node, [&] {
             return findingWords_t{

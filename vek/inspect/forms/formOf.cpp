@@ -1,18 +1,16 @@
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/text/numberText.hpp"
 
 namespace vek::inspect {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 // The text from its first line that is neither empty nor a comment.
 std::string_view fromFirstLine(std::string_view text) {
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
+    text = withoutByteOrderMark(text);
     while (!text.empty()) {
         if (isSpace(text.front())) {
             text.remove_prefix(1);
@@ -92,8 +90,7 @@ form_t formOf(std::string_view text) {
 }
 
 std::vector<std::string_view> splitForms(std::string_view text, form_t form) {
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
+    text = withoutByteOrderMark(text);
     switch (form) {
     case form_t::json:
         return splitObjects(text);

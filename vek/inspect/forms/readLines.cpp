@@ -1,6 +1,7 @@
 #include "vek/inspect/forms/lineForm.hpp"
 #include "vek/inspect/message/bodyBuilder.hpp"
 #include "vek/inspect/words/quoting.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -76,8 +77,8 @@ private:
     }
 
     void readLine() {
-        if (at_ == 0 && text_.starts_with("\xEF\xBB\xBF"))
-            at_ = 3;
+        if (at_ == 0)
+            at_ = text_.size() - withoutByteOrderMark(text_).size();
         const std::size_t indent = skipBlanks();
         const bool isNumbered = isAt('#') && at_ + 1 < text_.size() && isDigit(text_[at_ + 1]); // no comment: "#1 = x"
         if (isAtLineEnd() && !isNumbered)

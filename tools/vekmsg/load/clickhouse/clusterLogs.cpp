@@ -1,12 +1,10 @@
 #include "tools/vekmsg/load/clickhouse/clusterLogs.hpp"
 
+#include "vek/inspect/archive/front.hpp"
+
 namespace vek::tool {
 
 namespace {
-
-constexpr std::int64_t microseconds = 1'000'000;
-// The server's times are numbers of 32 bits.
-constexpr std::int64_t lastSecond = 0xFFFFFFFF;
 
 std::string nameOf(const std::string &log, int number) {
     return number == 1 ? log : log + "#" + std::to_string(number);
@@ -22,10 +20,9 @@ logBeginning_t::logBeginning_t(const inspect::row_t &message) {
             parts[id] = message.cells[at].integer;
     parts[echoTag] = message.echoTag.value_or(0);
     parts[sequenceNumber] = message.sequenceNumber.value_or(0);
-    if (const auto &time = message.front.time; time && time->hasDate) {
-        const std::int64_t whole = time->microseconds / microseconds;
-        parts[second] = whole > 0 && whole < lastSecond ? whole : 0;
-        parts[microsecond] = time->microsecond();
+    if (const std::optional<std::int64_t> kept = inspect::clickhouseSeconds(message.front.time)) {
+        parts[second] = *kept;
+        parts[microsecond] = message.front.time->microsecond();
     }
 }
 

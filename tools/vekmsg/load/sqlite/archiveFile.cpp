@@ -1,6 +1,7 @@
 #include "tools/vekmsg/load/sqlite/archiveFile.hpp"
 
 #include "tools/vekmsg/problem.hpp"
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/forms.hpp"
 
 namespace vek::tool {
@@ -88,9 +89,6 @@ void archiveFile_t::row(const row_t &row) {
     if (&row.table == &archiveTables().messages()) {
         ++counts_.messages;
         counts_.damaged += row.isDamaged ? 1 : 0;
-        time_.clear();
-        if (row.front.time)
-            row.front.time->appendTo(time_, ' ', logTime_t::fraction_t::always);
     }
     writer_t &writer = writerOf(row.table);
     insertRow(*writer.insert, row);
@@ -131,19 +129,11 @@ int archiveFile_t::bindFront(statement_t &insert, const row_t &row) {
         insert.bind(++parameter, std::int64_t{element});
     if (row.table.depth > 0)
         return parameter;
-    const auto bindNumber = [&](const std::optional<std::int32_t> &number) {
-        if (number)
-            insert.bind(++parameter, std::int64_t{*number});
-        else
-            insert.bindNull(++parameter);
-    };
-    if (time_.empty())
-        insert.bindNull(++parameter);
-    else
-        insert.bind(++parameter, std::string_view(time_));
-    bindNumber(row.echoTag);
-    bindNumber(row.sequenceNumber);
-    insert.bind(++parameter, std::int64_t{row.isDamaged ? 1 : 0});
+    frontRooms_.resize(frontColumns().size());
+    auto room = frontRooms_.begin();
+    for (const frontColumn_t &column : frontColumns())
+        if (column.sqlite.value != nullptr)
+            bindCell(insert, ++parameter, column.sqlite.value(row, *room++));
     return parameter;
 }
 

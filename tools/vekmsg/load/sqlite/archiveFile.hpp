@@ -54,14 +54,13 @@ private:
     void insertList(statement_t &insert, const inspect::row_t &row, const inspect::cell_t &list);
     int bindFront(statement_t &insert, const inspect::row_t &row);
     void bindCell(statement_t &insert, int parameter, const inspect::cell_t &cell);
-    std::string_view timeText(const inspect::row_t &row);
 
     database_t database_;
     std::vector<writer_t> writers_; // by the tables' numbers
     std::int64_t source_ = 0, messageId_ = 0;
     counts_t counts_;
-    std::string time_;              // of the row in hand
-    std::deque<std::string> rooms_; // for texts beyond ASCII
+    std::vector<std::string> frontRooms_; // of the row in hand
+    std::deque<std::string> rooms_;       // for texts beyond ASCII
     std::size_t roomCount_ = 0;
 };
 
