@@ -1,6 +1,7 @@
 // Any text converts without a fault, and what comes out is a fixed point of a second conversion, with the next sequence
 // number.
 #include "fuzz/fuzzInput.hpp"
+#include "vek/api/envelope.hpp"
 
 using namespace vek::test;
 
@@ -14,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (structure.address == nullptr)
         return 0;
     std::string once = written(structure.id, structure.address);
-    if (once.size() >= 99999 || once.find("inf") != std::string::npos) // which are not read back
+    if (once.size() >= longestReadableMessage || once.find("inf") != std::string::npos) // which are not read back
         return 0;
     // Of two zeros that are its bounds, a range keeps the first one's sign.
     if (once.find("-0.000000") != std::string::npos) {

@@ -1,7 +1,7 @@
 // The four calls: what they do with every id, with null pointers, and with what stands around them.
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
-#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/status.hpp"
 
 #include <gtest/gtest.h>
@@ -105,7 +105,7 @@ TEST(Calls, WriteEveryIdAsTheCatalogueSays) {
             EXPECT_GE(roomOf(text), 40960U) << id;
             vekParamsDelete(text);
         };
-        headerNumbers = {};
+        headerNumbers = headerNumbers_t();
         expectText(nullptr, false, message(id, "", -1, 1));
         if (row.writes != full)
             expectText(&dummy, row.writes == refused, "");

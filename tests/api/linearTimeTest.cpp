@@ -1,5 +1,6 @@
 // However a text is made, converting it takes time in proportion to its length.
 #include "support/messages.hpp"
+#include "vek/api/envelope.hpp"
 
 #include <gtest/gtest.h>
 
@@ -91,7 +92,7 @@ TEST(Time, IsProportionalToTheLengthOfTheText) {
 TEST(Cost, OfAStructureIsInProportionToItsText) {
     if (isInstrumented)
         GTEST_SKIP() << "the sanitizers have an allocator of their own";
-    constexpr std::size_t longest = 99999, room = 120, written = 200;
+    constexpr std::size_t longest = longestReadableMessage, room = 120, written = 200;
     const auto used = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
     for (const auto &[id, key] : {std::pair(4101, "ARRAY_CASSETTE"), {4114, "MEDIA_GROUP"}, {4193, "SEP_LIST"}})
         for (const std::string element : {"\"\",", "1,", "{},", "{1,},"}) {

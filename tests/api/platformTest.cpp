@@ -1,7 +1,7 @@
 // What the library makes of the process around it: its environment, its locale, its dynamic linker.
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
-#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 #include "vek/api/private/loadTime.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 

@@ -64,15 +64,14 @@ const text_t texts[] = {
 };
 
 std::string plainReading(std::string_view text) {
-    envelopeNumbers_t numbers{0, -8, -9};
-    std::string_view body;
-    const envelopeResult_t result = readEnvelope(text, numbers, body);
-    std::string read = result == envelopeResult_t::correct       ? "correct"
-                       : result == envelopeResult_t::wrongMarker ? "wrongMarker"
-                                                                 : "wrongLength";
+    const envelope_t envelope = readEnvelope(text);
+    const envelopeNumbers_t numbers = envelope.numbersForHost({0, -8, -9});
+    std::string read = envelope.result == envelopeResult_t::correct       ? "correct"
+                       : envelope.result == envelopeResult_t::wrongMarker ? "wrongMarker"
+                                                                          : "wrongLength";
     for (const std::int32_t number : {numbers.id, numbers.echoTag, numbers.sequenceNumber})
         read += ' ' + std::to_string(number);
-    return body.data() == nullptr ? read : read + " [" + std::string(body) + ']';
+    return envelope.isBodyRead() ? read + " [" + std::string(envelope.body) + ']' : read;
 }
 
 std::string shownReport(const problem_t &problem) {

@@ -17,9 +17,9 @@ using namespace vek::inspect;
 TEST(PageRows, OfMessagesThatNoHostReadsCostTheirEnvelope) {
     const std::size_t around = test::message(4112, "{NOTE=;}").size();
     for (const bool isTooLong : {false, true}) {
-        const std::size_t size = largestMessage - (isTooLong ? 0 : 1); // and a NUL
+        const std::size_t size = longestReadableMessage - (isTooLong ? 0 : 1); // and a NUL
         const std::string text = test::message(4112, "{NOTE=" + std::string(size - around, 'x') + ";}");
-        ASSERT_EQ(text.size() >= largestMessage, isTooLong);
+        ASSERT_EQ(text.size() >= longestReadableMessage, isTooLong);
         page::logRows_t rows;
         std::string out;
         rows.take(text, out);

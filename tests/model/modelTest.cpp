@@ -2,7 +2,7 @@
 #include "model/bodyMutator.hpp"
 #include "model/literalModel.hpp"
 #include "support/messages.hpp"
-#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -77,7 +77,7 @@ TEST(Model, AgreesAboutWholeTexts) {
     for (const sample_t &sample : samples())
         corpus.push_back(sample.text);
     model::bodyMutator_t mutator(1, corpus);
-    headerNumbers = {};
+    headerNumbers = headerNumbers_t();
     model::header_t header;
     testing::internal::CaptureStdout(); // the lines about ids that no call takes
     const std::string numbers[] = {"-1", "0", "2147483647", "-2147483648", "99999999999", "+5", "-", "x", "", " 3"};

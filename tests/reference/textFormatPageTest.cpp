@@ -35,18 +35,16 @@ bool isShownAs(const std::string &text, std::string shape) {
 }
 
 std::string envelopeOf(std::string_view text) {
-    envelopeNumbers_t numbers{0, INT32_MIN, INT32_MIN};
-    envelopePlaces_t places;
-    if (const problem_t problem = checkEnvelope(text, numbers, places))
+    const envelope_t envelope = readEnvelope(text);
+    if (const problem_t problem = checkEnvelope(text, envelope))
         return "refused: " + problem.text;
+    const envelopeNumbers_t numbers = envelope.head.numbers({0, INT32_MIN, INT32_MIN});
     const auto number = [](const char *name, std::int32_t value) {
         return value == INT32_MIN ? std::string(", no ") + name
                                   : std::string(", ") + name + ' ' + std::to_string(value);
     };
-    std::string_view body;
-    readEnvelope(text, numbers, body);
     return std::to_string(numbers.id) + number("echo tag", numbers.echoTag) +
-           number("sequence number", numbers.sequenceNumber) + ", body " + std::string(body);
+           number("sequence number", numbers.sequenceNumber) + ", body " + std::string(envelope.body);
 }
 
 TEST(TextFormatPage, ExamplesReadAsItSays) {

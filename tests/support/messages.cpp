@@ -1,5 +1,6 @@
 #include "support/messages.hpp"
 
+#include "vek/api/envelope.hpp"
 #include "vek/api/messageTable.hpp"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ std::string message(std::int32_t id, std::string_view body, std::int32_t echoTag
             std::snprintf(header, sizeof header, "@@%d %5zu %d %d ", id, length, echoTag, sequenceNumber));
     };
     std::size_t length = write(0) + body.size() + 3;
-    length += length > 99999 ? std::to_string(length).size() - 5 : 0;
+    length += length > longestReadableMessage ? std::to_string(length).size() - 5 : 0;
     write(length);
     return std::string(header) + std::string(body) + "!!";
 }

@@ -5,7 +5,7 @@
 // thread's message and then released as a structure that it was not.
 #include "support/messages.hpp"
 
-#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/jobs.hpp"
 #include "vek/vek_std/std_objCltn/obj.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
@@ -13,8 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <barrier>
-#include <charconv>
 #include <string>
 #include <thread>
 #include <vector>
@@ -39,11 +39,7 @@ void together(Work work) {
 }
 
 std::int32_t sequenceNumberOf(const std::string &text) {
-    const std::size_t end = text.find(" {");
-    const std::size_t begin = text.rfind(' ', end - 1) + 1;
-    std::int32_t number = 0;
-    std::from_chars(text.data() + begin, text.data() + end, number);
-    return number;
+    return readEnvelope(text).head.sequenceNumber.value;
 }
 
 TEST(Threads, ConvertTheirOwnMessages) {
@@ -74,6 +70,28 @@ TEST(Threads, GiveEachMessageThatTheyWriteASequenceNumberOfItsOwn) {
         all.insert(all.end(), own.begin(), own.end());
     std::sort(all.begin(), all.end());
     EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
+}
+
+// What broke before: the echo tag of one message read and the sequence number of another.
+TEST(Threads, WriteMessagesWithNumbersOfOneMessageRead) {
+    constexpr std::int32_t step = 100000; // more than are written
+    structure_t state = structureOf(4118, "{DEVICE_STATE=3;}");
+    headerNumbers = {0, 0};
+    std::atomic<int> reading = threadCount - 1;
+    together([&](int number) {
+        for (std::int32_t i = 1; number > 0 && i <= rounds(20000); ++i) {
+            const std::int32_t tag = i % 2000 * number; // of one digit to four
+            const structure_t read(message(4118, "{}", tag, tag * step));
+        }
+        reading -= number > 0 ? 1 : 0;
+        for (int i = 0; number == 0 && (reading > 0 || i == 0); i = (i + 1) % step) {
+            const std::string text = written(4118, state.address);
+            const envelope_t envelope = readEnvelope(text);
+            const std::int32_t tag = envelope.head.echoTag.value, counted = envelope.head.sequenceNumber.value;
+            if (envelope.result != envelopeResult_t::correct || counted / step != tag || counted % step == 0)
+                ADD_FAILURE() << text;
+        }
+    });
 }
 
 TEST(Threads, ThatTakeTurnsShareTheHeaderNumbers) {

@@ -1,6 +1,8 @@
 // The envelope around a body: "@@", message id, length, two header numbers, body, "!!".
 //
-// Header-only, since hosts that want to know what is wrong with a text read envelopes too. Pure functions.
+// There is one reader of it, for all that look at messages, and it takes whatever the calls take: white space and signs
+// in front of numbers, numbers that are missing or beyond 32 bits. Header-only, since hosts that want to know what is
+// wrong with a text read envelopes too. Pure functions; places are bytes of the text that was given.
 #pragma once
 
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
@@ -12,7 +14,16 @@
 
 namespace vek {
 
-/// The numbers of an envelope. Reading leaves those alone that it can't read.
+inline constexpr std::string_view startMarker = "@@", endMarker = "!!";
+
+/// The places that the length has, blanks in front of its digits.
+inline constexpr std::size_t lengthDigits = 5;
+
+/// The characters, its NUL included, of the longest message that can be read back as the library writes it: what the
+/// places of the length can say.
+inline constexpr std::size_t longestReadableMessage = 99999;
+
+/// The numbers of an envelope.
 struct envelopeNumbers_t {
     std::int32_t id = 0;
     std::int32_t echoTag = -1;       ///< that of the last message read; written into every message
@@ -25,103 +36,127 @@ enum class envelopeResult_t : std::int32_t {
     wrongLength = 6, ///< the length is not the text's, its NUL included
 };
 
-/// Where the parts of an envelope stand in its text, as far as reading got: what a report on a damaged text needs.
-struct envelopePlaces_t {
-    std::size_t id = 0;
-    std::size_t length = 0;
-    std::size_t endMarker = 0;     ///< where "!!" should be
-    bool hasId = false;            ///< a number stands behind "@@"
-    std::int32_t statedLength = 0; ///< 0 when it can't be read
-    std::size_t behindLength = 0;
+/// A number as it stands in an envelope.
+struct envelopeField_t {
+    std::size_t start = 0;  ///< of its sign or digits; where they should be when it isn't there
+    std::size_t end = 0;    ///< where reading goes on: of a number that isn't there, behind a sign without digits
+    std::int32_t value = 0; ///< at the limit when it is beyond 32 bits; 0 when it isn't there
+    bool isThere = false;
+
+    std::int32_t valueOr(std::int32_t otherwise) const { return isThere ? value : otherwise; }
+};
+
+/// What stands in front of a body, also where no call reads so far.
+struct envelopeHead_t {
+    bool hasStartMarker = false; ///< without it a call reads nothing; the numbers are then those that people see
+    envelopeField_t id, length, echoTag, sequenceNumber;
+
+    /// The numbers of a message, for an answer to it; those that aren't there are as before.
+    envelopeNumbers_t numbers(const envelopeNumbers_t &before = {}) const {
+        return !hasStartMarker ? before
+                               : envelopeNumbers_t{id.valueOr(before.id), echoTag.valueOr(before.echoTag),
+                                                   sequenceNumber.valueOr(before.sequenceNumber)};
+    }
+};
+
+struct envelope_t {
+    envelopeHead_t head;
+    envelopeResult_t result = envelopeResult_t::wrongMarker;
+    std::string_view body;     ///< a view into the text, by counting from its end: it may contain "!!"
+    std::size_t endMarker = 0; ///< where "!!" should be, of a text whose length is right
+
+    /// Whether a call reads on behind the length.
+    bool isReadOn() const { return head.hasStartMarker && result != envelopeResult_t::wrongLength; }
+    /// Whether a call gets as far as the body, which may be empty.
+    bool isBodyRead() const { return body.data() != nullptr; }
+
+    /// The numbers after a call has read this, which keeps those that it does not get to.
+    envelopeNumbers_t numbersForHost(const envelopeNumbers_t &before) const {
+        const envelopeNumbers_t all = head.numbers(before);
+        return isReadOn() ? all : envelopeNumbers_t{all.id, before.echoTag, before.sequenceNumber};
+    }
 };
 
 namespace detail {
 
 /// Reads over an envelope's text, character by character.
-struct envelopeScan_t {
-    const char *at;
-    const char *end;
-
-    void skipSpace() {
-        while (at != end && isSpace(*at))
-            ++at;
-    }
+class envelopeScan_t {
+public:
+    envelopeScan_t(std::string_view text, std::size_t from)
+        : start_(text.data()), at_(start_ + from), end_(start_ + text.size()) {}
 
     /// Reads a decimal number behind optional white space, at the largest or smallest value when it is beyond 32 bits.
-    /// When there is none, the target keeps its value; white space and a lone sign are skipped all the same. Tells
-    /// whether there was one.
-    bool number(std::int32_t &target) {
-        skipSpace();
+    /// When there is none, white space and a lone sign are skipped all the same.
+    envelopeField_t number() {
+        while (at_ != end_ && *at_ < '0' && isSpace(*at_)) // most often a digit, of which one look tells
+            ++at_;
+        const std::size_t start = place();
         bool isNegative = false;
-        if (at != end && (*at == '-' || *at == '+'))
-            isNegative = *at++ == '-';
-        const char *const digits = at;
+        if (at_ != end_ && *at_ < '0' && (*at_ == '-' || *at_ == '+'))
+            isNegative = *at_++ == '-';
+        const char *const digits = at_;
         std::uint32_t value = 0;
-        for (; at != end && isDigit(*at); ++at)
-            value = value * 10 + static_cast<std::uint32_t>(*at - '0');
-        if (at == digits)
-            return false;
+        for (; at_ != end_ && isDigit(*at_); ++at_)
+            value = value * 10 + static_cast<std::uint32_t>(*at_ - '0');
         constexpr std::ptrdiff_t mostDigits = 9; // no overflow
-        if (at - digits > mostDigits)
+        if (at_ - digits > mostDigits)
             value = saturated(digits, isNegative);
-        target = static_cast<std::int32_t>(isNegative ? 0U - value : value);
-        return true;
+        return {start, place(), static_cast<std::int32_t>(isNegative ? 0U - value : value), at_ != digits};
     }
 
 private:
-    /// The number whose digits go up to `at`, or the limit.
+    std::size_t place() const { return static_cast<std::size_t>(at_ - start_); }
+
+    /// The number whose digits go up to here, or the limit.
     std::uint32_t saturated(const char *digit, bool isNegative) const {
         const std::int64_t limit = std::int64_t{INT32_MAX} + (isNegative ? 1 : 0);
         std::int64_t value = 0;
-        for (; digit != at; ++digit)
+        for (; digit != at_; ++digit)
             value = std::min(value * 10 + (*digit - '0'), limit);
         return static_cast<std::uint32_t>(value);
     }
+
+    const char *start_, *at_, *end_;
 };
 
 } // namespace detail
 
-/// Takes an envelope apart. `text` is the whole text without its NUL; `body` becomes a view into it, and stays as it is
-/// when no body is reached. The body is cut by counting from the end of the text, so it may contain "!!".
-inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body,
-                                     envelopePlaces_t &places) {
-    if (text.substr(0, 2) != "@@")
-        return envelopeResult_t::wrongMarker;
-    detail::envelopeScan_t scan{text.data() + 2, text.data() + text.size()};
-    const auto place = [&] { return static_cast<std::size_t>(scan.at - text.data()); };
-    scan.skipSpace();
-    places.id = place();
-    places.hasId = scan.number(numbers.id);
-    scan.skipSpace();
-    places.length = place();
-    scan.number(places.statedLength);
-    places.behindLength = place();
-    if (places.statedLength < 0 || static_cast<std::size_t>(places.statedLength) != text.size() + 1)
-        return envelopeResult_t::wrongLength;
-    scan.number(numbers.echoTag);
-    scan.number(numbers.sequenceNumber);
-    constexpr std::ptrdiff_t separator = 1;
-    constexpr std::ptrdiff_t endMarker = 2;
-    if (const std::ptrdiff_t unread = scan.end - scan.at; unread >= separator + endMarker) {
-        body = {scan.at + separator, static_cast<std::size_t>(unread - separator - endMarker)};
-        scan.at = scan.end - endMarker;
+/// The text without its terminating NUL, which is part of a message and may be part of the view.
+inline std::string_view withoutNul(std::string_view text) {
+    return text.ends_with('\0') ? text.substr(0, text.size() - 1) : text;
+}
+
+/// Takes the front of an envelope apart, of which the text may be a piece only: it ends there when the last number's
+/// end is the text's.
+inline envelopeHead_t readEnvelopeHead(std::string_view text) {
+    const bool hasStartMarker = text.starts_with(startMarker);
+    const std::size_t halfMarker = text.starts_with(startMarker.front()) ? 1 : 0;
+    detail::envelopeScan_t scan(text, hasStartMarker ? startMarker.size() : halfMarker);
+    return {hasStartMarker, scan.number(), scan.number(), scan.number(), scan.number()};
+}
+
+/// Takes an envelope apart. `text` is the whole text without its NUL.
+inline envelope_t readEnvelope(std::string_view text) {
+    envelope_t envelope{readEnvelopeHead(text), envelopeResult_t::wrongMarker, {}, 0};
+    const envelopeHead_t &head = envelope.head;
+    if (!head.hasStartMarker)
+        return envelope;
+    if (head.length.value < 0 || static_cast<std::size_t>(head.length.value) != text.size() + 1) {
+        envelope.result = envelopeResult_t::wrongLength;
+        return envelope;
     }
-    places.endMarker = place();
-    scan.skipSpace();
-    const std::string_view rest(scan.at, static_cast<std::size_t>(scan.end - scan.at));
-    return rest.substr(0, 2) == "!!" ? envelopeResult_t::correct : envelopeResult_t::wrongMarker;
-}
-
-/// The echo tag and the sequence number of a text whose length is wrong, which readEnvelope leaves unread.
-inline void readHeaderNumbers(std::string_view text, const envelopePlaces_t &places, envelopeNumbers_t &numbers) {
-    detail::envelopeScan_t scan{text.data() + places.behindLength, text.data() + text.size()};
-    scan.number(numbers.echoTag);
-    scan.number(numbers.sequenceNumber);
-}
-
-inline envelopeResult_t readEnvelope(std::string_view text, envelopeNumbers_t &numbers, std::string_view &body) {
-    envelopePlaces_t places;
-    return readEnvelope(text, numbers, body, places);
+    std::size_t at = head.sequenceNumber.end;
+    constexpr std::size_t separator = 1;
+    if (const std::size_t unread = text.size() - at; unread >= separator + endMarker.size()) {
+        envelope.body = {text.data() + at + separator, unread - separator - endMarker.size()};
+        at = text.size() - endMarker.size();
+    }
+    envelope.endMarker = at;
+    while (at != text.size() && isSpace(text[at]))
+        ++at;
+    if (text.substr(at, endMarker.size()) == endMarker)
+        envelope.result = envelopeResult_t::correct;
+    return envelope;
 }
 
 } // namespace vek

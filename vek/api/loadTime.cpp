@@ -1,6 +1,6 @@
 #include "vek/api/private/loadTime.hpp"
 
-#include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +14,7 @@
 namespace vek {
 
 // Defined beside the set-up, so that whoever links the header numbers links the set-up too.
-constinit headerNumbers_t headerNumbers;
+alignas(64) constinit processWide_t<headerNumbers_t> headerNumbers = headerNumbers_t();
 std::int32_t debugSwitch = 0;
 
 // At load and not at the first call: the environment counts as it is when the host starts, and the calls stay free of a

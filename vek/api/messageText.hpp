@@ -4,6 +4,7 @@
 // itself. One thread at a time.
 #pragma once
 
+#include "vek/api/envelope.hpp"
 #include "vek/api/vekParams2ASCII.h"
 
 #include <charconv>
@@ -49,7 +50,7 @@ public:
         std::memmove(oldTag + size, rest, restSize);
         std::memcpy(oldTag, tag, size);
         std::size_t left = static_cast<std::size_t>(oldTag - text_.get()) + size + restSize;
-        for (; left > largestLength; left /= 10) {
+        for (; left > longestReadableMessage; left /= 10) {
         }
         for (char *digit = lengthField() + lengthDigits; digit != lengthField(); left /= 10)
             *--digit = left != 0 ? static_cast<char>('0' + left % 10) : ' ';
@@ -70,9 +71,6 @@ private:
     struct releaser_t {
         void operator()(char *text) const { vekParamsDelete(text); }
     };
-
-    static constexpr std::size_t lengthDigits = 5;
-    static constexpr std::size_t largestLength = 99999;
 
     /// Behind "@@", an id of four digits and a blank.
     char *lengthField() const { return text_.get() + 7; }

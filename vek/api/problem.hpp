@@ -71,52 +71,47 @@ private:
     problem_t problem_;
 };
 
-/// The characters that a message may have, its NUL included: the length has five digits.
-inline constexpr std::size_t largestMessage = 99999;
-
-/// The text without its terminating NUL, which is part of a message and may be part of the view.
-inline std::string_view withoutNul(std::string_view text) {
-    return text.ends_with('\0') ? text.substr(0, text.size() - 1) : text;
-}
-
-/// The first thing that is wrong with a text's envelope, if any. `numbers` receives what could be read.
-inline problem_t checkEnvelope(std::string_view text, envelopeNumbers_t &numbers, envelopePlaces_t &places) {
+/// The first thing that is wrong with a text's envelope, if any. `text` and `envelope`: without its NUL.
+inline problem_t checkEnvelope(std::string_view text, const envelope_t &envelope) {
     using enum problemCode_t;
-    text = withoutNul(text);
-    std::string_view body;
-    const envelopeResult_t result = readEnvelope(text, numbers, body, places);
-    if (result == envelopeResult_t::wrongLength && places.hasId)
-        readHeaderNumbers(text, places, numbers);
-    if (!text.starts_with("@@"))
+    if (!envelope.head.hasStartMarker)
         return {noStartMarker, 0, "the text does not begin with \"@@\""};
     if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos)
         return {innerNul, nul, "a NUL inside the text"};
-    if (!places.hasId)
-        return {noId, places.id, "no message id behind \"@@\""};
-    if (result == envelopeResult_t::wrongLength)
-        return {wrongLength, places.length,
-                "the length is said to be " + std::to_string(places.statedLength) + ", but the text has " +
+    if (!envelope.head.id.isThere)
+        return {noId, envelope.head.id.start, "no message id behind \"@@\""};
+    if (envelope.result == envelopeResult_t::wrongLength)
+        return {wrongLength, envelope.head.length.start,
+                "the length is said to be " + std::to_string(envelope.head.length.value) + ", but the text has " +
                     std::to_string(text.size() + 1) + " characters with its NUL"};
-    if (result == envelopeResult_t::wrongMarker)
-        return {noEndMarker, places.endMarker, "the text does not end with \"!!\""};
+    if (envelope.result == envelopeResult_t::wrongMarker)
+        return {noEndMarker, envelope.endMarker, "the text does not end with \"!!\""};
     return {};
 }
 
-/// As checkEnvelope, and that the text is message `id` and has at most `longest` characters, its NUL included. The
-/// problem has the numbers that could be read.
-inline problem_t checkMessage(std::string_view text, std::int32_t id, std::size_t longest = largestMessage) {
-    envelopeNumbers_t numbers;
-    envelopePlaces_t places;
-    problem_t problem = checkEnvelope(text, numbers, places);
-    if (const std::size_t size = withoutNul(text).size() + 1; size > longest)
+/// Whether checkEnvelope finds something, told without saying what.
+inline bool isEnvelopeDamaged(std::string_view text) {
+    text = withoutNul(text);
+    const envelope_t envelope = readEnvelope(text);
+    return envelope.result != envelopeResult_t::correct || !envelope.head.id.isThere ||
+           text.find('\0') != std::string_view::npos;
+}
+
+/// As checkEnvelope, and that the text, which may have its NUL, is message `id` and has at most `longest` characters,
+/// its NUL included. The problem has the numbers that could be read.
+inline problem_t checkMessage(std::string_view text, std::int32_t id, std::size_t longest = longestReadableMessage) {
+    text = withoutNul(text);
+    const envelope_t envelope = readEnvelope(text);
+    problem_t problem = checkEnvelope(text, envelope);
+    if (const std::size_t size = text.size() + 1; size > longest)
         problem = {problemCode_t::aboveLimit, longest,
                    "the text has " + std::to_string(size) + " characters with its NUL, more than the " +
                        std::to_string(longest) + " that are taken"};
-    if (!problem && numbers.id != id)
-        problem = {problemCode_t::otherId, places.id,
-                   "the text is message " + std::to_string(numbers.id) + ", not " + std::to_string(id)};
+    if (!problem && envelope.head.id.value != id)
+        problem = {problemCode_t::otherId, envelope.head.id.start,
+                   "the text is message " + std::to_string(envelope.head.id.value) + ", not " + std::to_string(id)};
     if (problem)
-        problem.numbers = numbers;
+        problem.numbers = envelope.head.numbers();
     return problem;
 }
 
@@ -151,12 +146,11 @@ inline bool isPadded(std::string_view text, std::size_t number) {
 /// false.
 template <std::int32_t Id>
 bool isOrdinaryMessage(std::string_view text) {
-    constexpr std::size_t lengthDigits = 5;
     const auto &start = detail::ordinaryStart<Id>;
     constexpr std::size_t behindLength = start.size() + lengthDigits;
     // Whatever stands between a blank behind the length and the "!!" at the end, reading meets them both.
     return text.size() >= behindLength + 3 && std::memcmp(text.data(), start.data(), start.size()) == 0 &&
-           text[behindLength] == ' ' && text.ends_with("!!") &&
+           text[behindLength] == ' ' && text.ends_with(endMarker) &&
            detail::isPadded(text.substr(start.size(), lengthDigits), text.size() + 1);
 }
 

@@ -3,6 +3,7 @@
 
 #include "vek/api/private/catalogue.hpp"
 #include "vek/api/private/envelopeWriter.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 #include "vek/text/bodyWriter.hpp"
 #include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
@@ -35,13 +36,12 @@ std::int32_t refuseReading(std::int32_t id) {
 }
 
 // Whatever goes wrong from here on, nothing leaks and the caller's pointer is null.
-std::int32_t readStructure(const conversion_t &conversion, const char *text, std::string_view body, void **msgStruct) {
+void readStructure(const conversion_t &conversion, const char *text, std::string_view body, void **msgStruct) {
     *msgStruct = nullptr;
     std::unique_ptr<void, void (*)(void *)> structure(conversion.create(), conversion.destroy);
     if (text != nullptr)
         conversion.parse(structure.get(), body);
     *msgStruct = structure.release();
-    return 0;
 }
 
 // A text that holds the empty string, in the room that a message without a body has.
@@ -51,20 +51,23 @@ char *emptyText() {
     return buffer.release();
 }
 
-// The sequence number is kept only when the text is whole: a message that there was no memory for has not been sent,
-// and takes none.
+// The sequence number is taken when the text is whole: a message that there was no memory for has not been sent, and
+// takes none. When others have read or written meanwhile, the message comes behind them.
 char *writeMessage(std::int32_t id, const catalogueRow_t *row, const void *msgStruct) {
     bodyBuffer_t buffer(msgStruct == nullptr ? roomWithoutBody : firstRoom);
     bodyWriter_t out(buffer);
-    takenNumber_t sequenceNumber;
-    const std::size_t lengthPosition = beginEnvelope(out, {id, headerNumbers.echoTag, sequenceNumber.value()});
+    headerNumbers_t before = headerNumbers, own = before.countedUp();
+    const std::size_t lengthPosition = beginEnvelope(out, {id, own.echoTag(), own.sequenceNumber()});
     if (msgStruct != nullptr) {
         const std::size_t bodyStart = out.size();
         out = row->conversion->print(msgStruct, out);
         out.room(bodyStart < roomBehindBody ? roomBehindBody - bodyStart : 1);
     }
     endEnvelope(out, lengthPosition);
-    sequenceNumber.keep();
+    while (!headerNumbers.replace(before, own)) {
+        own = before.countedUp();
+        renumberEnvelope(out, lengthPosition, own.echoTag(), own.sequenceNumber());
+    }
     return buffer.release();
 }
 
@@ -78,13 +81,15 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     const floatingPointGuard_t guard;
     if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
         return failure;
-    std::string_view body;
-    if (text != nullptr)
-        readEnvelope(text, *msgId, body);
-    const catalogueRow_t *row = findInCatalogue(*msgId);
-    if (row == nullptr)
-        return refuseReading(*msgId);
-    return row->conversion == nullptr ? 0 : readStructure(*row->conversion, text, body, msgStruct);
+    const envelope_t envelope = readEnvelope(text != nullptr ? std::string_view(text) : std::string_view());
+    const std::int32_t id = envelope.head.hasStartMarker ? envelope.head.id.valueOr(*msgId) : *msgId;
+    const readHeaderNumbers_t read(envelope);
+    const catalogueRow_t *row = findInCatalogue(id);
+    if (row != nullptr && row->conversion != nullptr)
+        readStructure(*row->conversion, text, envelope.body, msgStruct);
+    *msgId = id; // from here on nothing fails
+    read.takeOver();
+    return row != nullptr ? 0 : refuseReading(id);
 } catch (const std::bad_alloc &) {
     return failure;
 }

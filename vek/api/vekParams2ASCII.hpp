@@ -162,7 +162,7 @@ struct tellProblem_t {
 inline problem_t tooLong(const messageText_t &text) {
     return {problemCode_t::tooLong, 0,
             "the message would have " + std::to_string(std::strlen(text.c_str()) + 1) + " characters with its NUL, " +
-                std::to_string(largestMessage) + " are the most"};
+                std::to_string(longestReadableMessage) + " are the most"};
 }
 
 /// Prints what is kept or, when `isLossy`, what is safe to print.
@@ -196,10 +196,7 @@ inline constexpr bool isSaid = false; // once a call of this structure is compil
 
 /// The id of a text message, to choose what to parse it as; 0 when it has none. Nothing else is checked.
 [[nodiscard]] inline std::int32_t messageId(std::string_view text) {
-    envelopeNumbers_t numbers;
-    std::string_view body;
-    readEnvelope(text, numbers, body);
-    return numbers.id;
+    return readEnvelopeHead(text).numbers().id;
 }
 
 /// Reads a text message. The text may be followed by its NUL or not; it is not referred to afterwards. A text that is
@@ -211,7 +208,7 @@ inline constexpr bool isSaid = false; // once a call of this structure is compil
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, problem_t &problem,
-                                               std::size_t longest = largestMessage) {
+                                               std::size_t longest = longestReadableMessage) {
     if (problem)
         problem = {};
     if (!detail::isOrdinary<Id>(text, longest)) {
@@ -224,7 +221,7 @@ requires structuredId<Id>
 
 template <std::int32_t Id>
 requires structuredId<Id>
-[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
+[[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, std::size_t longest = longestReadableMessage) {
     if (!detail::isOrdinary<Id>(text, longest))
         detail::requireRight(text.whole, Id, longest);
     return detail::readMessage<Id>(text);
@@ -232,12 +229,12 @@ requires structuredId<Id>
 
 template <soleStructure Structure>
 [[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, problem_t &problem,
-                                       std::size_t longest = largestMessage) {
+                                       std::size_t longest = longestReadableMessage) {
     return parse<idOf<Structure>>(text, problem, longest);
 }
 
 template <soleStructure Structure>
-[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, std::size_t longest = largestMessage) {
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, std::size_t longest = longestReadableMessage) {
     return parse<idOf<Structure>>(text, longest);
 }
 

@@ -1,8 +1,10 @@
-// Conversions without memory: each allocation of each fails once. A call that gets none returns -1 and a null pointer
-// and leaks nothing; a string that gets none is empty; only a growable list ends the process.
+// Conversions without memory: each allocation of each fails once. A call that gets none returns -1 and a null pointer,
+// leaks nothing, and leaves the header numbers and the caller's id as they were; a string that gets none is empty; only
+// a growable list ends the process.
 #include "foundation/memory/failingMemory.hpp"
 #include "foundation/reports.hpp"
 #include "support/messages.hpp"
+#include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/media.hpp"
 #include "vek/records/punch.hpp"
 #include "vek/records/tables.hpp"
@@ -44,12 +46,16 @@ outcome_t attempt(const attempt_t &one) {
     outcome_t outcome = wrong;
     try {
         memory::failAt(one.isWriting ? 0 : one.n, one.andAllLater);
+        const headerNumbers_t numbers = headerNumbers = {-3, 5};
         bool isRight = vekStrToVal(one.text.c_str(), &id, &structure) == (structure == nullptr ? -1 : 0);
+        isRight &= structure != nullptr || (id == 0 && headerNumbers.get() == numbers);
         std::size_t failures = memory::stopFailing();
         memory::failAt(one.isWriting ? one.n : 0, one.andAllLater);
         if (structure != nullptr) {
             text = reinterpret_cast<char *>(&text);
+            const headerNumbers_t before = headerNumbers;
             isRight &= vekValToStr(id, structure, &text) == (text == nullptr ? -1 : 0);
+            isRight &= headerNumbers.get() == (text == nullptr ? before : before.countedUp());
         }
         failures += memory::stopFailing();
         if (isRight)

@@ -38,7 +38,7 @@ void logRows_t::take(std::string_view block, std::string &out) {
 void logRows_t::message(const foundMessage_t &found) {
     // Of a message that no host reads the envelope alone: a page shall not be kept busy by it.
     constexpr std::size_t envelopeRoom = 64;
-    const bool isTooLong = found.text.size() >= largestMessage;
+    const bool isTooLong = found.text.size() >= longestReadableMessage;
     tree_.read(isTooLong ? found.text.substr(0, envelopeRoom) : found.text);
     const envelopeParts_t &envelope = tree_.envelope();
     row_t row{};

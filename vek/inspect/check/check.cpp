@@ -101,10 +101,10 @@ void checker_t::checkNumbers() {
 // A line end behind the message is told for itself: then the length may be right without it.
 void checker_t::checkLength() {
     const std::size_t right = envelope_.rightLength - envelope_.behind.size();
-    if (right > largestMessage)
+    if (right > longestReadableMessage)
         report(tooLong, envelope_.length.place, nullptr, [&] {
             return findingWords_t{joined({"the message has ", std::to_string(right), " characters with its NUL, ",
-                                          std::to_string(largestMessage), " are the most"}),
+                                          std::to_string(longestReadableMessage), " are the most"}),
                                   std::string(nothingRead),
                                   {}};
         });
@@ -112,9 +112,10 @@ void checker_t::checkLength() {
     if (!length.isThere || (length.value >= 0 && static_cast<std::size_t>(length.value) == right))
         return;
     report(wrongLength, length.place, nullptr, [&] {
-        return findingWords_t{joined({"the length says ", std::to_string(length.value), ", the message has ",
-                                      std::to_string(right), " characters with its NUL"}),
-                              std::string(nothingRead), std::to_string(right)};
+        return findingWords_t{
+            joined({"the length says ", std::to_string(length.value), ", the message has ", std::to_string(right),
+                    " characters with ", envelope_.startMarker.isEmpty() ? "\"@@\" and " : "", "its NUL"}),
+            std::string(nothingRead), std::to_string(right)};
     });
 }
 

@@ -28,7 +28,7 @@ struct envelopeParts_t {
     place_t endMarker; ///< "!!"; empty, where it should be, when it isn't there
     place_t behind;    ///< what stands behind the end marker: a line end that an editor left, say
 
-    std::size_t rightLength = 0; ///< what the length should say: the whole text with its NUL
+    std::size_t rightLength = 0; ///< what the length should say: the whole text with "@@" and its NUL
     problem_t problem;           ///< the first thing that a host's check finds wrong; none when it finds nothing
     bool isBodyRead = false;     ///< whether a host gets as far as the body
     place_t hostBody;            ///< what a host then takes for the body; the same as `body` unless damaged

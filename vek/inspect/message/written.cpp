@@ -48,11 +48,10 @@ std::optional<std::string> asRead(const tree_t &tree) {
     const messageSchema_t *message = tree.message();
     if (message == nullptr || message->conversion == nullptr)
         return {};
-    envelopeNumbers_t numbers;
-    std::string_view body;
-    readEnvelope(tree.text().substr(0, tree.text().find('\0')), numbers, body);
+    const envelope_t envelope = readEnvelope(tree.text().substr(0, tree.text().find('\0')));
+    const envelopeNumbers_t numbers = envelope.numbersForHost({});
     const structure_t structure(message->conversion->create(), message->conversion->destroy);
-    message->conversion->parse(structure.get(), body);
+    message->conversion->parse(structure.get(), envelope.body);
     return written({message->id, numbers.echoTag, numbers.sequenceNumber}, *message->conversion, structure);
 }
 

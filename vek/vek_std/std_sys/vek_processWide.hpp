@@ -29,12 +29,13 @@ public:
     /// Adds to a number, which wraps, and returns it as it was before.
     T fetchAdd(T addend) noexcept { return value_.fetch_add(addend, std::memory_order_relaxed); }
 
-    /// Stores another value if there is this one, and tells.
-    bool replace(T expected, T value) noexcept {
+    /// Stores another value if the expected one is there, and tells; else the expected one becomes what is there.
+    bool replace(T &expected, T value) noexcept {
         return value_.compare_exchange_strong(expected, value, std::memory_order_relaxed);
     }
 
 private:
+    static_assert(std::atomic<T>::is_always_lock_free);
     std::atomic<T> value_;
 };
 
