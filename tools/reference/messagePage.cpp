@@ -2,7 +2,7 @@
 
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
-#include "vek/inspect/schema/private/memberPlace.hpp"
+#include "vek/inspect/schema/memberPlace.hpp"
 
 #include <fstream>
 #include <iterator>

@@ -1,7 +1,7 @@
 // vekmsg: messages for people, on the command line.
 #include "tools/vekmsg/commands/commandLine.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <new>
 

@@ -1,8 +1,8 @@
 #include "tools/vekmsg/commands/commandLine.hpp"
 
 #include "tools/vekmsg/commands/command.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/words/nearest.hpp"
 

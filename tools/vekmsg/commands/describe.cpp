@@ -1,7 +1,7 @@
 // vekmsg describe: the keys of messages, or the messages that have a key.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/nearest.hpp"

@@ -1,7 +1,7 @@
 // vekmsg list: all messages there are.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
 
 namespace vek::tool {

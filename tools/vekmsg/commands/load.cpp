@@ -2,7 +2,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/load/databaseError.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // vekmsg new: a message with the defaults.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/message/written.hpp"
 
 namespace vek::tool {

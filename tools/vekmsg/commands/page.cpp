@@ -1,7 +1,7 @@
 // vekmsg page: the manual page and the shells' completion, from the declarations of all commands.
 #include "tools/vekmsg/commands/command.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/schema/schema.hpp"
 
 #include <CLI/CLI.hpp>

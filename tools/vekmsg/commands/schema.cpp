@@ -1,8 +1,8 @@
 // vekmsg schema: the tables of the archive as SQL, and all JSON as JSON Schema.
 #include "tools/vekmsg/commands/command.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/sql.hpp"
 

@@ -1,6 +1,6 @@
 #include "tools/vekmsg/reading/filter.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/words/nearest.hpp"
 

@@ -4,7 +4,7 @@
 // One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 
 #include <functional>

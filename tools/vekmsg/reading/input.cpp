@@ -1,6 +1,6 @@
 #include "tools/vekmsg/reading/input.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <zlib.h>
 #ifdef VEK_ZSTD

@@ -1,7 +1,7 @@
 #include "tools/vekmsg/reading/reader.hpp"
 
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/following.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 // others while a file is read, each with a task of its own.
 #pragma once
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/task.hpp"

@@ -1,7 +1,7 @@
 #include "tools/vekmsg/reading/rewriter.hpp"
 
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/input.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 namespace vek::tool {
 

@@ -3,8 +3,8 @@
 // A piece is the lines that begin in its part of the file. Its scanner starts at a line; a message that the piece
 // before it carries on into it (one that was wrapped in lines) shows when its turn comes, and it is then read again
 // from there.
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>

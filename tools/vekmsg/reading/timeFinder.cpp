@@ -1,6 +1,6 @@
 #include "tools/vekmsg/reading/timeFinder.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 namespace vek::tool {
 

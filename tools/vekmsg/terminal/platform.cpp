@@ -1,6 +1,6 @@
 #include "tools/vekmsg/terminal/platform.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <cerrno>
 #include <chrono>

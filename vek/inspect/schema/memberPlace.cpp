@@ -1,4 +1,4 @@
-#include "vek/inspect/schema/private/memberPlace.hpp"
+#include "vek/inspect/schema/memberPlace.hpp"
 
 #include <utility>
 

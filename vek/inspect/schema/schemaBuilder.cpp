@@ -1,7 +1,7 @@
 #include "vek/inspect/schema/private/schemaBuilder.hpp"
 
 #include "vek/api/private/catalogue.hpp"
-#include "vek/inspect/schema/private/memberPlace.hpp"
+#include "vek/inspect/schema/memberPlace.hpp"
 #include "vek/text/bodyWriter.hpp"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 // A client owns its connection, which stays open between requests, and what it gives back. One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <memory>
 #include <string>

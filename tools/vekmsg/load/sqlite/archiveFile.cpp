@@ -1,6 +1,6 @@
 #include "tools/vekmsg/load/sqlite/archiveFile.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/forms.hpp"
 

@@ -1,6 +1,6 @@
 #include "tools/vekmsg/load/sqlite/loadedLog.hpp"
 
-#include "tools/vekmsg/problem.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "tools/vekmsg/load/sqlite/logLoad.hpp"
 
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #include "tools/vekmsg/load/loadSummary.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/load/sqlite/logLoad.hpp"
-#include "tools/vekmsg/problem.hpp"
 #include "tools/vekmsg/reading/following.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
 
 #include <algorithm>
