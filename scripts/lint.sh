@@ -18,12 +18,14 @@ clang-format --dry-run -Werror "${files[@]}"
 cmake --preset release -DVEK_TESTS=ON -DVEK_BENCH=ON >/dev/null
 cmake --preset fuzz >/dev/null
 
-# tidy FILE: prints what was found, and nothing else.
+# tidy FILE: prints what was found, and nothing else. The static analyzer follows a tenth of the paths through a function
+# that it would: beyond, it takes three times as long in all.
 tidy() {
     local build=build/release output
     [[ $1 != fuzz/* ]] || build=build/fuzz
     output=$(clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option \
-        --extra-arg=-Wno-ignored-optimization-argument -p "$build" "$1" 2>&1) && return 0
+        --extra-arg=-Wno-ignored-optimization-argument --extra-arg=-Xclang --extra-arg=-analyzer-config \
+        --extra-arg=-Xclang --extra-arg=max-nodes=20000 -p "$build" "$1" 2>&1) && return 0
     echo "$output"
     return 1
 }

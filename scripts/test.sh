@@ -3,7 +3,7 @@
 # already serves again.
 #   test.sh          one optimised build and its tests, with the tool and the page's core
 #   test.sh all      that, unless these very sources have passed it, and then the rest: form and clang-tidy of the sources,
-#                    the sanitizers with both compilers, the fuzzers for 20 seconds each, the packages, the page in a
+#                    the sanitizers with both compilers, the fuzzers for 10 seconds each, the packages, the page in a
 #                    browser, and the Windows DLL under Wine where scripts/windows-setup.sh prepared it
 #   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
@@ -48,7 +48,7 @@ runRest() {
     runPreset clang -DVEK_UNITY=ON
     runPreset thread -DVEK_UNITY=ON
     runPreset memory -DVEK_UNITY=ON
-    runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=20 -DVEK_FUZZ_SEED=1
+    runPreset fuzz -DVEK_UNITY=ON -DVEK_FUZZ_SECONDS=10 -DVEK_FUZZ_SEED=1
     talk "benchmarks: preparing" cmake --preset release -DVEK_TESTS=ON -DVEK_BENCH=ON
     talk "benchmarks: building" cmake --build --preset release
     runTests packages
