@@ -1,5 +1,5 @@
 // string_t beside its model, and hashVtab beside std::unordered_map: the input's bytes say what is done.
-#include "foundation/stringChanges.hpp"
+#include "tests/foundation/stringChanges.hpp"
 #include "vek/vek_std/std_sys/hashVtab.hpp"
 
 #include <array>

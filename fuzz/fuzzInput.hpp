@@ -1,7 +1,7 @@
 // What the fuzzers make of their input, and how they end with a difference.
 #pragma once
 
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any body converts as the literal model says.
 #include "fuzz/fuzzInput.hpp"
-#include "model/literalModel.hpp"
+#include "tests/support/model/literalModel.hpp"
 
 using namespace vek::test;
 

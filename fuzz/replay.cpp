@@ -1,7 +1,7 @@
 // Runs a fuzzer's function where libFuzzer is not: on the sample messages, and on messages made of them.
 //
 //   NAMEReplay COUNT
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // The four calls: what they do with every id, with null pointers, and with what stands around them.
-#include "foundation/reports.hpp"
-#include "support/messages.hpp"
+#include "tests/foundation/reports.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/status.hpp"
 

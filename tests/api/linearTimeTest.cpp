@@ -1,5 +1,5 @@
 // However a text is made, converting it takes time in proportion to its length.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/envelope.hpp"
 
 #include <gtest/gtest.h>

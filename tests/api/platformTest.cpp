@@ -1,6 +1,6 @@
 // What the library makes of the process around it: its environment, its locale, its dynamic linker.
-#include "foundation/reports.hpp"
-#include "support/messages.hpp"
+#include "tests/foundation/reports.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/private/headerNumbers.hpp"
 #include "vek/api/private/loadTime.hpp"
 #include "vek/api/vekParams2ASCII.hpp"

@@ -4,8 +4,8 @@
 // Those tools know nothing of what the C++ library's own file does (streams, trees): here stands only what is compiled
 // with the program, and C.
 //   endToEnd SAMPLE_FILE...
-#include "model/bodyMutator.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 #include "vek/api/messageTable.hpp"
 
 #include <cstdio>

@@ -1,6 +1,6 @@
 // The typed front as a host uses it: every message read, written and released, and what must not compile.
-#include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <cfenv>

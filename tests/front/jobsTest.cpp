@@ -1,6 +1,6 @@
 // The messages that are their own records: their fields as a host sees them.
-#include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <string>

@@ -1,7 +1,7 @@
 // The texts around bodies: what the plain reader makes of an envelope, what the typed front says is wrong with it, and
 // which header numbers and lengths messages are written with.
-#include "support/messages.hpp"
 #include "tests/front/hostTest.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // numbers each is given once.
 //
 //   longRun CONVERSIONS [SECONDS]    all of it once, or again and again for so long
-#include "model/bodyMutator.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 
 #include <algorithm>
 #include <atomic>

@@ -1,7 +1,7 @@
 // The library beside the literal model, on samples and on damaged and hostile texts of every message.
-#include "model/bodyMutator.hpp"
-#include "model/literalModel.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
+#include "tests/support/model/literalModel.hpp"
 #include "vek/api/private/headerNumbers.hpp"
 
 #include <gtest/gtest.h>

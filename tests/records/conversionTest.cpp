@@ -1,5 +1,5 @@
 // Bodies and what they convert to, through a structure and back: how odd, damaged and hostile texts are read.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 //
 // What broke before: a host that unmasks exceptions was ended by a real beyond its float, and another rounding came out
 // in most texts with reals.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/records/device.hpp"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Structures as hosts meet them: their defaults, what a text puts into them, and what they print when a host fills
 // them.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/private/catalogue.hpp"
 #include "vek/records/device.hpp"
 #include "vek/records/exposure.hpp"

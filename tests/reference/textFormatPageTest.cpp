@@ -1,6 +1,6 @@
 // The examples of docs/text-format.md, run: in a block "body ID" each line is a body and what it reads as, in a block
 // "envelope" a whole text and what becomes of it.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/problem.hpp"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include "vek/api/envelope.hpp"
 #include "vek/api/messageTable.hpp"

@@ -1,4 +1,4 @@
-#include "support/structureValues.hpp"
+#include "tests/support/structureValues.hpp"
 
 #include "vek/records/messageBase.hpp"
 #include "vek/text/textField.hpp"

@@ -1,6 +1,6 @@
 // Numbers as text, beside the C library and std::to_chars on millions of numbers of every shape.
 #include "vek/text/numberText.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include <gtest/gtest.h>
 

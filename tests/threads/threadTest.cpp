@@ -3,7 +3,7 @@
 //
 // What broke before: the id of a text went through a variable of the process, so that a text was converted as another
 // thread's message and then released as a structure that it was not.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/jobs.hpp"

@@ -2,8 +2,8 @@
 // must give the same file, byte for byte.
 //
 //   conformance OUTPUT_FILE [TEXTS_OF_EACH_ID]
-#include "model/bodyMutator.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 
 #include <fstream>
 #include <iostream>

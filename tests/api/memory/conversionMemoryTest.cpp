@@ -1,9 +1,9 @@
 // Conversions without memory: each allocation of each fails once. A call that gets none returns -1 and a null pointer,
 // leaks nothing, and leaves the header numbers and the caller's id as they were; a string that gets none is empty; only
 // a growable list ends the process.
-#include "foundation/memory/failingMemory.hpp"
-#include "foundation/reports.hpp"
-#include "support/messages.hpp"
+#include "tests/foundation/memory/failingMemory.hpp"
+#include "tests/foundation/reports.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/api/private/headerNumbers.hpp"
 #include "vek/records/media.hpp"
 #include "vek/records/punch.hpp"

@@ -1,5 +1,5 @@
 // The tables of the archive: their names, and that rows of any text fit them.
-#include "inspect/texts.hpp"
+#include "tests/support/texts.hpp"
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/archive/rows.hpp"

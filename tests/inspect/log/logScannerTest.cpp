@@ -1,6 +1,6 @@
 // The scanner finds the same messages however a log is cut into blocks.
 #include "vek/inspect/log/logScanner.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What check() finds: bad texts with the finding under the place it is at; and that nothing is found only where nothing
 // changes.
 #include "vek/inspect/check/check.hpp"
-#include "inspect/texts.hpp"
+#include "tests/support/texts.hpp"
 #include "vek/inspect/change/seal.hpp"
 
 #include <gtest/gtest.h>

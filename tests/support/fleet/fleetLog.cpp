@@ -4,7 +4,7 @@
 //
 // The second device has a worn focus, the third one's punch jams, the fourth is on a bad line: some of its messages are
 // damaged or missing. All others are sound.
-#include "tests/fleet/fleetDevice.hpp"
+#include "tests/support/fleet/fleetDevice.hpp"
 
 #include <cmath>
 #include <cstdio>

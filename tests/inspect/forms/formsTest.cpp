@@ -1,6 +1,6 @@
 // Every form gives back the very text, whatever the text; and the tree says what the library reads.
 #include "vek/inspect/forms/forms.hpp"
-#include "inspect/texts.hpp"
+#include "tests/support/texts.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/text/characters.hpp"

@@ -1,4 +1,4 @@
-#include "model/literalModel.hpp"
+#include "tests/support/model/literalModel.hpp"
 
 #include "vek/api/private/catalogue.hpp"
 #include "vek/text/textField.hpp"

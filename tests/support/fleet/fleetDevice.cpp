@@ -1,4 +1,4 @@
-#include "tests/fleet/fleetDevice.hpp"
+#include "tests/support/fleet/fleetDevice.hpp"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 // Texts for the tests of the inspection core: the samples, and damaged ones made from them.
 #pragma once
 
-#include "model/bodyMutator.hpp"
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 
 #include <cstdint>
 #include <string>

@@ -2,7 +2,7 @@
 // that drifts, punches that jam.
 #pragma once
 
-#include "tests/fleet/deviceLog.hpp"
+#include "tests/support/fleet/deviceLog.hpp"
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,5 @@
 // Damaged messages with what check() says of each: the code, and a caret under the place.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/inspect/check/check.hpp"
 
 #include <gtest/gtest.h>

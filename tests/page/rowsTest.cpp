@@ -1,5 +1,5 @@
 // What the page keeps of each message: of one that no host reads its envelope is read alone, whatever stands in it.
-#include "support/messages.hpp"
+#include "tests/support/messages.hpp"
 #include "tools/page/core/logRows.hpp"
 #include "vek/api/problem.hpp"
 #include "vek/inspect/check/check.hpp"

@@ -1,8 +1,8 @@
 // What a structure's text would lose: told with a code, the member and why, and nothing else told. The property: a
 // structure without a problem, and no other, comes back from its text as it was.
-#include "support/messages.hpp"
-#include "support/structureValues.hpp"
 #include "tests/front/hostTest.hpp"
+#include "tests/support/messages.hpp"
+#include "tests/support/structureValues.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <functional>

@@ -1,4 +1,4 @@
-#include "model/bodyMutator.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "tests/fleet/deviceLog.hpp"
+#include "tests/support/fleet/deviceLog.hpp"
 
 #include <chrono>
 #include <cstdio>
