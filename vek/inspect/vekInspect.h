@@ -27,9 +27,9 @@
 extern "C" {
 #endif
 
-/* A text message as one JSON object: id, name, header numbers, its problems (code, severity, byte places, key path,
- * message, what a host makes of it, suggestion), its body under the record's name, and "nodes", every pair with its
- * byte places. The text may be damaged in any way.
+/* A text message as one JSON object: id, name, header numbers, its problems (severity, code, path, start, end, message,
+ * consequence, suggestion), its body under the record's name, and "nodes", every pair with its places. Places are start
+ * and end in bytes. The text may be damaged in any way. `vekmsg schema --json` prints the JSON Schema of all JSON here.
  *
  * Returns the size of the JSON, or -1 when memory runs out or the text is larger than 1 GB.
  */
@@ -38,12 +38,13 @@ VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, size
 /* The text message of such an object: the very text when the object was not changed, else a sealed one with the changed
  * body.
  *
- * Returns the size of the text; or -1 when the JSON can't be read: then the buffer holds why, for people, cut to its
- * room.
+ * Returns the size of the text; or -1 when the JSON can't be read: then the buffer holds where and why, for people,
+ * cut to its room: "line 1, column 9 (byte 8): ...", with lines and columns from 1, and bytes from 0.
  */
 VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, size_t size, char *buffer, size_t room);
 
-/* The catalogue as a JSON array: every message with its record, keys, kinds, names, members and defaults.
+/* The catalogue as a JSON object: its version, messages, enumerations, and records with keys, kinds, members and
+ * defaults.
  *
  * Returns the size of the JSON, or -1 when memory runs out.
  */

@@ -51,6 +51,9 @@ void archiveFile_t::makeTables() {
 
 // SQLite keeps the words that a table was made with.
 void archiveFile_t::compareTables() {
+    if (database_.number("PRAGMA user_version") == 1) // which had other names for the places of problems
+        database_.run("ALTER TABLE \"problems\" RENAME COLUMN \"start_byte\" TO \"start\";"
+                      "ALTER TABLE \"problems\" RENAME COLUMN \"end_byte\" TO \"end\"; PRAGMA user_version = 2;");
     const std::int64_t version = database_.number("PRAGMA user_version");
     if (version != sqliteVersion)
         throw usageError_t(database_.file() + " has tables of version " + std::to_string(version) +
