@@ -108,7 +108,7 @@ private:
         writeLine(spot, finding.place.size(), isError);
         std::string behind = finding.path.empty() ? std::string() : "in " + finding.path;
         if (!finding.suggestion.empty())
-            behind += (behind.empty() ? "did you mean " : "; did you mean ") + finding.suggestion + "?";
+            behind += (behind.empty() ? "" : "; ") + inspect::didYouMean(finding.suggestion);
         if (!behind.empty())
             out.append("  ").append(colours_.dim).append(behind).append(colours_.reset).append("\n");
     }
@@ -170,13 +170,10 @@ void checkIgnored(const checkArguments_t &arguments) {
     for (const std::string &name : arguments.ignored) {
         if (inspect::findingNamed(name))
             continue;
-        std::string words = "--ignore " + name + ": no finding has this name; ";
-        if (const std::string_view near = inspect::nearest(name, names); !near.empty())
-            throw usageError_t(words.append("did you mean ").append(near).append("?"));
-        words += "there are";
+        std::string all = "there are";
         for (const std::string_view known : names)
-            words.append(" ").append(known);
-        throw usageError_t(words);
+            all.append(" ").append(known);
+        throw usageError_t("--ignore " + name + ": no finding has this name; " + inspect::didYouMean(name, names, all));
     }
 }
 

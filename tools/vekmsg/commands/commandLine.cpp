@@ -75,16 +75,13 @@ int complainAbout(const CLI::App &app, const CLI::ParseError &error, int argc, c
         complain(std::string(error.what()) + "; vekmsg " + std::string(word) + " --help shows what it takes");
         return exitUsage;
     }
-    const std::string_view near = inspect::nearest(word, names);
     if (word.empty())
         complain("which command? vekmsg --help shows all; vekmsg show FILE is a good first one");
     else if (identityOf(std::string(word)))
         complain(std::string(word) + " is a file; which command? vekmsg show " + std::string(word) +
                  " is a good first one");
-    else if (near.empty())
-        complain(std::string(word) + " is no command; vekmsg --help shows all");
     else
-        complain(std::string(word) + " is no command; did you mean " + std::string(near) + "?");
+        complain(std::string(word) + " is no command; " + inspect::didYouMean(word, names, "vekmsg --help shows all"));
     return exitUsage;
 }
 

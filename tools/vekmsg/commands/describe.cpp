@@ -132,10 +132,8 @@ int runDescribe(const describeArguments_t &arguments) {
         for (const messageSchema_t &message : inspect::schema().messages())
             if (message.record != nullptr)
                 candidates.insert(candidates.end(), {message.record->name, message.record->structure});
-        const std::string_view near = inspect::nearest(word, candidates);
-        throw usageError_t(
-            "neither a message nor a key is called " + word + "; " +
-            (near.empty() ? "vekmsg list shows all messages" : "did you mean " + std::string(near) + "?"));
+        throw usageError_t("neither a message nor a key is called " + word + "; " +
+                           inspect::didYouMean(word, candidates, "vekmsg list shows all messages"));
     }
     writeAll(1, description.out);
     return exitFine;

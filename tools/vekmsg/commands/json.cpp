@@ -80,10 +80,8 @@ const inspect::table_t *tableNamed(const std::string &name) {
     std::vector<std::string_view> names;
     for (const inspect::table_t &table : inspect::archiveTables().all())
         names.push_back(table.name);
-    const std::string_view near = inspect::nearest(name, names);
     throw usageError_t("--table " + name + ": there is no such table; " +
-                       (near.empty() ? std::string("vekmsg schema --sql clickhouse shows all")
-                                     : "did you mean " + std::string(near) + "?"));
+                       inspect::didYouMean(name, names, "vekmsg schema --sql clickhouse shows all"));
 }
 
 int runRows(const jsonArguments_t &arguments) {

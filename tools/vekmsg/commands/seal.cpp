@@ -37,7 +37,7 @@ private:
         inspect::formResult_t result = inspect::seal(item.text, sealing_);
         if (result.isRead())
             return std::move(result.text);
-        complain(item.place() + ": error: " + result.error);
+        complain(item.place() + ": error: " + result.error + (result.needsId ? " (--as)" : ""));
         return std::nullopt;
     }
 

@@ -120,10 +120,8 @@ void checkKeys(const tableArguments_t &arguments) {
             continue;
         std::vector<std::string_view> candidates = keys;
         candidates.insert(candidates.end(), std::begin(tableTask_t::placeNames), std::end(tableTask_t::placeNames));
-        const std::string_view near = inspect::nearest(key, candidates);
-        throw usageError_t(
-            "--keys " + path + ": no message has this key; " +
-            (near.empty() ? "vekmsg describe shows the keys of a message" : "did you mean " + std::string(near) + "?"));
+        throw usageError_t("--keys " + path + ": no message has this key; " +
+                           inspect::didYouMean(key, candidates, "vekmsg describe shows the keys of a message"));
     }
 }
 

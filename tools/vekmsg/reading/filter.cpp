@@ -55,9 +55,8 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words) {
         for (const inspect::messageSchema_t &message : inspect::schema().messages())
             if (message.record != nullptr)
                 names.push_back(message.record->name);
-        const std::string_view near = inspect::nearest(word, names);
-        throw usageError_t("no message is called " + word +
-                           (near.empty() ? "; vekmsg list shows all" : "; did you mean " + std::string(near) + "?"));
+        throw usageError_t("no message is called " + word + "; " +
+                           inspect::didYouMean(word, names, "vekmsg list shows all"));
     }
     return ids;
 }

@@ -58,7 +58,7 @@ constexpr frontColumn_t columns[] = {
      {},
      {"INTEGER GENERATED ALWAYS AS (\"message_id\" >> 40) VIRTUAL"},
      "the log; its name, `source`, is in the table `sources`"},
-    {"source", {"String", source}, {}, "the name of the log, as it was given, or that of `--source`"},
+    {"source", {"String", source}, {}, "the name of the log, as it was given"},
     {"byte_offset",
      {"UInt64", byteOffset},
      {"INTEGER GENERATED ALWAYS AS (\"message_id\" & ((1 << 40) - 1)) VIRTUAL"},

@@ -40,8 +40,7 @@ std::string noSuchPath(const tree_t &tree, std::string_view path) {
         for (const fieldSchema_t &field : tree.record()->fields)
             keys.push_back(field.key);
     const std::string_view meant = nearest(path, keys);
-    return joined(
-        {"the message has no ", path, meant.empty() ? "" : "; did you mean ", meant, meant.empty() ? "" : "?"});
+    return joined({"the message has no ", path, meant.empty() ? "" : "; ", didYouMean(meant)});
 }
 
 // Where the text is changed, and by what.

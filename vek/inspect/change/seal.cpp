@@ -48,7 +48,7 @@ std::string withoutLineBreaks(std::string_view body) {
 formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const envelopeParts_t parts = takeEnvelopeApart(text);
     if (!parts.id.isThere && !options.id)
-        return {{}, "no message id stands behind \"@@\"; say which message it is (--as)", parts.id.place.start};
+        return {{}, "no message id stands behind \"@@\"; say which message it is", parts.id.place.start, true};
     const auto number = [](const envelopeNumber_t &own, std::int32_t otherwise) {
         return own.isThere ? own.value : otherwise;
     };

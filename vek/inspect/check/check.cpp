@@ -1,6 +1,7 @@
 #include "vek/inspect/check/check.hpp"
 
 #include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/words/nearest.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -15,8 +16,8 @@ constexpr std::string_view nothingRead = "a host reads nothing of the body: all 
 } // namespace
 
 std::string finding_t::inWords() const {
-    return joined({message, consequence.empty() ? "" : ": ", consequence, suggestion.empty() ? "" : "; did you mean ",
-                   suggestion, suggestion.empty() ? "" : "?"});
+    return joined({message, consequence.empty() ? "" : ": ", consequence, suggestion.empty() ? "" : "; ",
+                   didYouMean(suggestion)});
 }
 
 std::vector<finding_t> check(const tree_t &tree) {

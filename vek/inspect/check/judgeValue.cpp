@@ -247,7 +247,7 @@ std::string valueProblem(const fieldSchema_t &field, std::string_view value, boo
     if (!finding.isThere || finding.severity != severity_t::error)
         return {};
     const std::string &meant = finding.words.suggestion;
-    return meant.empty() ? finding.words.message : joined({finding.words.message, "; did you mean ", meant, "?"});
+    return meant.empty() ? finding.words.message : joined({finding.words.message, "; ", didYouMean(meant)});
 }
 
 } // namespace vek::inspect

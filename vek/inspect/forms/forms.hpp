@@ -69,6 +69,7 @@ struct formResult_t {
     std::string text;       ///< the message, without a NUL; empty when the form can't be read
     std::string error;      ///< why it can't be read, for people; empty when it can
     std::size_t offset = 0; ///< where, in bytes
+    bool needsId = false;   ///< what is missing is the message's id, which sealOptions_t can give
 
     bool isRead() const { return error.empty(); }
     /// The error with its place in the form: "line 3, column 7 (byte 41): ...". Bytes count from 0.

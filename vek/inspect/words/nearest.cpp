@@ -1,5 +1,6 @@
 #include "vek/inspect/words/nearest.hpp"
 
+#include "vek/inspect/words/words.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 
 #include <algorithm>
@@ -54,6 +55,16 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
         }
     }
     return best;
+}
+
+std::string didYouMean(std::string_view meant) {
+    return meant.empty() ? std::string() : joined({"did you mean ", meant, "?"});
+}
+
+std::string didYouMean(std::string_view word, std::span<const std::string_view> candidates,
+                       std::string_view otherwise) {
+    const std::string_view meant = nearest(word, candidates);
+    return meant.empty() ? std::string(otherwise) : didYouMean(meant);
 }
 
 } // namespace vek::inspect

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace vek::inspect {
@@ -11,5 +12,11 @@ namespace vek::inspect {
 /// The word of `candidates` that is nearest to `word`, for "did you mean": at most a third of its letters differ (an
 /// exchange of two neighbours counts once, letter case nothing). Empty when none is near.
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates);
+
+/// "did you mean X?"; nothing for an empty word.
+std::string didYouMean(std::string_view meant);
+
+/// The same of the nearest word; when none is near, what helps otherwise.
+std::string didYouMean(std::string_view word, std::span<const std::string_view> candidates, std::string_view otherwise);
 
 } // namespace vek::inspect
