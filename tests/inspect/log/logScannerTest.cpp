@@ -16,21 +16,21 @@ using namespace vek::test;
 struct found_t {
     std::string text, before, lineHead;
     std::uint64_t offset = 0, line = 0, column = 0;
-    bool isLengthRight = false;
+    bool isDamaged = false;
     bool operator==(const found_t &) const = default;
 };
 
 std::ostream &operator<<(std::ostream &out, const found_t &found) {
     return out << "\n  " << shown(found.text) << " at " << found.offset << " = " << found.line << ":" << found.column
-               << (found.isLengthRight ? "" : " damaged") << ", behind '" << found.before << "', head '"
-               << found.lineHead << "'";
+               << (found.isDamaged ? " damaged" : "") << ", behind '" << found.before << "', head '" << found.lineHead
+               << "'";
 }
 
 class collector_t : public messageSink_t {
 public:
     void message(const foundMessage_t &found) override {
         all.push_back({std::string(found.text), std::string(found.before), std::string(found.lineHead), found.offset,
-                       found.line, found.column, found.isLengthRight});
+                       found.line, found.column, found.isDamaged});
     }
     std::vector<found_t> all;
 };
@@ -62,6 +62,11 @@ const scan_t cases[] = {
     {"@@" + focus, {focus}},
     {"x @@41x2 {A=1;}!! y\n@@ {A=1;} nothing\n", {"~@@41x2 {A=1;}!!"}},
     {"@@x {A=1;}!!", {"~@@x {A=1;}!!"}},
+    // However its numbers are spelt, and over line ends.
+    {"@@ -1 @@\t+4118\n00044   +7 -42 {DEVICE_STATE=3;}!!\n", {"@@\t+4118\n00044   +7 -42 {DEVICE_STATE=3;}!!"}},
+    {"@@\n\n" + state, {state}},
+    {"@@-4118 99 7 42 {DEVICE_STATE=3;}!!\n", {"~@@-4118 99 7 42 {DEVICE_STATE=3;}!!"}},
+    {std::string("@@4118 35 7 42 {DEVICE_\0TATE=3;}!!", 34), {std::string("~@@4118 35 7 42 {DEVICE_\0TATE=3;}!!", 35)}},
     // The wrong length: up to "!!".
     {"a @@4118    39 7 42 {DEVICE_STATE=3;}!! b\n" + state, {"~@@4118    39 7 42 {DEVICE_STATE=3;}!!", state}},
     {"@@4118    39 7 42 {DEVICE_STATE=3;}!! " + state, {"~@@4118    39 7 42 {DEVICE_STATE=3;}!!", state}},
@@ -83,7 +88,7 @@ TEST(LogScanner, FindsTheSameMessagesHoweverTheLogIsCut) {
         const std::vector<found_t> whole = scanned(one.log, one.log.size());
         std::vector<std::string> texts;
         for (const found_t &found : whole) {
-            texts.push_back((found.isLengthRight ? "" : "~") + found.text);
+            texts.push_back((found.isDamaged ? "~" : "") + found.text);
             EXPECT_EQ(one.log.substr(found.offset, found.text.size()), found.text);
             const auto start = one.log.begin(), at = start + static_cast<std::ptrdiff_t>(found.offset);
             EXPECT_EQ(found.line, 1 + static_cast<std::uint64_t>(std::count(start, at, '\n'))) << one.log;
@@ -111,12 +116,12 @@ TEST(LogScanner, TellsWhatStandsInFront) {
 
 // Whatever a log has in it: what is kept of it stays small, and the next message is found.
 TEST(LogScanner, GivesAMessageWithoutAnEndUp) {
-    std::string endless = "@@4112    62 7 41 {" + std::string(3 * logScanner_t::largestMessage, 'x');
-    endless[logScanner_t::largestMessage - 1] = '@'; // half a mark, at the end of what is given up
+    std::string endless = "@@4112    62 7 41 {" + std::string(3 * logScanner_t::memoryBound, 'x');
+    endless[logScanner_t::memoryBound - 1] = '@'; // half a mark, at the end of what is given up
     for (const std::size_t block : {std::size_t{1} << 16, endless.size()}) {
         const std::vector<found_t> found = scanned(endless + state, block);
         ASSERT_EQ(found.size(), 2U);
-        EXPECT_EQ(found[0].text.size(), logScanner_t::largestMessage);
+        EXPECT_EQ(found[0].text.size(), logScanner_t::memoryBound);
         EXPECT_EQ(found[1].text, state);
     }
 }

@@ -36,11 +36,10 @@ void logRows_t::take(std::string_view block, std::string &out) {
 }
 
 void logRows_t::message(const foundMessage_t &found) {
-    // Of a message that no host reads the envelope alone: a page shall not be kept busy by it.
-    constexpr std::size_t envelopeRoom = 64;
+    // Of a message that no host reads the front alone: a page shall not be kept busy by it.
+    const envelopeHead_t head = readEnvelopeHead(found.text);
     const bool isTooLong = found.text.size() >= longestReadableMessage;
-    tree_.read(isTooLong ? found.text.substr(0, envelopeRoom) : found.text);
-    const envelopeParts_t &envelope = tree_.envelope();
+    tree_.read(isTooLong ? std::string_view() : found.text);
     row_t row{};
     row.offset = static_cast<double>(found.offset);
     row.microseconds = nothing;
@@ -50,11 +49,11 @@ void logRows_t::message(const foundMessage_t &found) {
     }
     row.size = static_cast<std::uint32_t>(found.text.size());
     row.line = static_cast<std::uint32_t>(std::min<std::uint64_t>(found.line, UINT32_MAX));
-    row.id = envelope.id.isThere ? envelope.id.value : -1;
-    row.isDamaged = found.isLengthRight ? 0 : 1;
-    row.hasSequence = envelope.sequenceNumber.isThere ? 1 : 0;
-    row.sequence = envelope.sequenceNumber.value;
-    if (found.isLengthRight && envelope.sequenceNumber.isThere)
+    row.id = head.id.valueOr(-1);
+    row.isDamaged = found.isDamaged ? 1 : 0;
+    row.hasSequence = head.sequenceNumber.isThere ? 1 : 0;
+    row.sequence = head.sequenceNumber.value;
+    if (!found.isDamaged && head.sequenceNumber.isThere)
         row.missing = sequences_.take(row.sequence);
     const auto tell = [&row](findingCode_t code, severity_t severity) {
         const auto bit = static_cast<std::size_t>(code);

@@ -3,11 +3,11 @@
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
+#include "vek/api/envelope.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/log/sequences.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 
 namespace vek::tool {
@@ -60,51 +60,30 @@ public:
     }
 
     void take(const item_t &item) override {
-        const numbers_t numbers = numbersOf(item.text);
-        if (latest_ == nullptr || latestId_ != numbers.id) {
-            latest_ = &kinds[numbers.id];
-            latestId_ = numbers.id;
+        const envelopeHead_t head = readEnvelopeHead(item.text);
+        const std::int32_t id = head.id.valueOr(-1);
+        if (latest_ == nullptr || latestId_ != id) {
+            latest_ = &kinds[id];
+            latestId_ = id;
         }
         kind_t &kind = *latest_;
         if (kind.count++ == 0)
             kind.first.set(item);
         kind.last.set(item);
-        const bool isWhole = numbers.isWhole && (item.isLengthRight || item.form != inspect::form_t::none);
-        if (!isWhole || (isChecked_ && !inspect::isClean(item.tree(), true)))
+        if (item.isDamaged || (isChecked_ && !inspect::isClean(item.tree(), true)))
             ++kind.damaged;
-        if (!numbers.isWhole)
+        if (!head.sequenceNumber.isThere)
             return;
         if (isPiece_)
-            numbers_.push_back(numbers.sequence);
+            numbers_.push_back(head.sequenceNumber.value);
         else
-            sequences.take(numbers.sequence);
+            sequences.take(head.sequenceNumber.value);
     }
 
     std::map<std::int32_t, kind_t> kinds;
     inspect::sequences_t sequences;
 
 private:
-    struct numbers_t {
-        std::int32_t id = -1, length = 0, echo = 0, sequence = 0;
-        bool isWhole = false;
-    };
-
-    // The envelope's numbers, without taking the message apart.
-    static numbers_t numbersOf(std::string_view text) {
-        numbers_t numbers;
-        const char *at = text.data() + (text.starts_with("@@") ? 2 : 0), *end = text.data() + text.size();
-        for (std::int32_t *number : {&numbers.id, &numbers.length, &numbers.echo, &numbers.sequence}) {
-            while (at < end && *at == ' ')
-                ++at;
-            const auto [behind, error] = std::from_chars(at, end, *number);
-            if (error != std::errc())
-                return numbers;
-            at = behind;
-        }
-        numbers.isWhole = true;
-        return numbers;
-    }
-
     const bool isChecked_, isPiece_;
     std::vector<std::int32_t> numbers_; // of a piece, whose sequences begin in the piece before
     kind_t *latest_ = nullptr;

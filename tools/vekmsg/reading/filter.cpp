@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/filter.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/api/envelope.hpp"
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
@@ -11,13 +12,8 @@ namespace vek::tool {
 
 namespace {
 
-// The id behind "@@", without taking the rest apart.
-std::int32_t idIn(std::string_view text) {
-    std::size_t at = text.starts_with("@@") ? 2 : text.size();
-    while (at < text.size() && text[at] == ' ')
-        ++at;
-    std::int32_t id = 0;
-    return std::from_chars(text.data() + at, text.data() + text.size(), id).ec == std::errc() ? id : -1;
+bool isOneOf(const std::vector<std::int32_t> &ids, const envelopeField_t &id) {
+    return id.isThere && std::find(ids.begin(), ids.end(), id.value) != ids.end();
 }
 
 std::optional<double> asNumber(std::string_view text) {
@@ -116,7 +112,7 @@ bool filter_t::holds(const condition_t &condition, const inspect::tree_t &tree) 
 }
 
 bool filter_t::passes(const item_t &item) const {
-    if (!ids_.empty() && std::find(ids_.begin(), ids_.end(), idIn(item.text)) == ids_.end())
+    if (!ids_.empty() && !isOneOf(ids_, readEnvelopeHead(item.text).id))
         return false;
     if (since_ || until_) {
         const std::optional<logTime_t> time = times_.in(item.lineHead);

@@ -65,7 +65,7 @@ void itemSink_t::message(const inspect::foundMessage_t &found) {
     item.stretch = found.text.size();
     item.before = found.before;
     item.lineHead = found.lineHead;
-    item.isLengthRight = found.isLengthRight;
+    item.isDamaged = found.isDamaged;
     message(item);
 }
 
@@ -271,6 +271,7 @@ void reader_t::takeMeant() {
     item.offset += before;
     item.line += static_cast<std::uint64_t>(
         std::count(input.start.begin(), input.start.begin() + static_cast<std::ptrdiff_t>(before), '\n'));
+    item.isDamaged = true;
     input.sink.form = form_t::message;
     input.sink.message(item);
 }
@@ -304,6 +305,7 @@ void reader_t::takePiece(std::string_view piece) {
                                                                 : inspect::readShow(piece);
     if (result.isRead()) {
         item.text = result.text;
+        item.isDamaged = isEnvelopeDamaged(item.text);
         item.stretch = piece.size();
         input_->sink.message(item);
         return;

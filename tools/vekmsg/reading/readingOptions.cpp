@@ -38,7 +38,7 @@ void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSpli
                        "that hosts read",
               .type = "N",
               .least = 1,
-              .most = inspect::logScanner_t::largestMessage});
+              .most = inspect::logScanner_t::memoryBound});
     if (isStream)
         declareFollowing(list);
     if (canSplit)

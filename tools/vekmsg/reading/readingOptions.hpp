@@ -19,7 +19,7 @@ struct readingOptions_t {
     std::string at; ///< instead of `until`, of who wants the state at a time
     std::optional<std::uint64_t> head;
     bool follows = false;
-    int jobs = 1;                         ///< 0: as many as there are processors
+    int jobs = 1;                                 ///< 0: as many as there are processors
     std::size_t longest = longestReadableMessage; ///< characters of a message that is read, its NUL included
 
     /// The files, in front of a command's own options, and what is said of messages, behind these.

@@ -45,8 +45,8 @@ struct item_t {
     std::string_view whole;    ///< with what follows in a file that holds it alone, such as a line end
     std::string_view before;   ///< what stands in front of it on its line
     std::string_view lineHead; ///< the beginning of its line, where a log has the time
-    bool isLengthRight = false;
-    bool mayGrow = false; ///< the last one in a file of a log, whose end is not certain unless it stands there
+    bool isDamaged = false;    ///< the envelope
+    bool mayGrow = false;      ///< the last one in a file of a log, whose end is not certain unless it stands there
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
     lazyTree_t *lazy = nullptr;
 

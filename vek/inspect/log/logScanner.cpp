@@ -1,5 +1,6 @@
 #include "vek/inspect/log/logScanner.hpp"
 
+#include "vek/api/envelope.hpp"
 #include "vek/inspect/log/private/lineCount.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -10,17 +11,17 @@ namespace vek::inspect {
 
 namespace {
 
-constexpr std::string_view marker = "@@", endMarker = "!!", bodyEnd = "}!!";
+constexpr std::string_view bodyEnd = "}!!";
 constexpr std::size_t nowhere = std::string_view::npos;
 
 // Where "@@" stands next; a lone "@" at the end may be its first half.
 std::size_t findMarker(std::string_view text, std::size_t from) {
     while (from + 1 < text.size()) {
-        const void *found = std::memchr(text.data() + from, marker[0], text.size() - from - 1);
+        const void *found = std::memchr(text.data() + from, startMarker[0], text.size() - from - 1);
         if (found == nullptr)
             return nowhere;
         from = static_cast<std::size_t>(static_cast<const char *>(found) - text.data());
-        if (text[from + 1] == marker[1])
+        if (text[from + 1] == startMarker[1])
             return from;
         ++from;
     }
@@ -37,25 +38,18 @@ std::size_t skipBlanks(std::string_view text, std::size_t at) {
     return at;
 }
 
-bool hasId(std::string_view text, std::size_t at) {
-    at = skipBlanks(text.substr(0, at + 32), at + marker.size());
+// A sign makes no id here: so the marks of diff are passed over.
+bool hasIdOnLine(std::string_view text, std::size_t at) {
+    at = skipBlanks(text, at + startMarker.size());
     return at < text.size() && isDigit(text[at]);
 }
 
 // Where the next message may begin: the next "@@" with a number behind it.
 std::size_t findNextMessage(std::string_view text, std::size_t from) {
     for (std::size_t at = from; (at = findMarker(text, at)) != nowhere; ++at)
-        if (hasId(text, at))
+        if (hasIdOnLine(text, at))
             return at;
     return nowhere;
-}
-
-// Reads digits up to a number that no message has; false when there are none.
-bool readDigits(std::string_view text, std::size_t &at, std::size_t &number) {
-    const std::size_t start = at;
-    for (number = 0; at < text.size() && isDigit(text[at]); ++at)
-        number = std::min(number * 10 + static_cast<std::size_t>(text[at] - '0'), std::size_t{1} << 30);
-    return at > start;
 }
 
 std::size_t behindFirst(std::string_view text, std::string_view word) {
@@ -106,45 +100,43 @@ std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t
         if (candidate.kind == undecided)
             return passed;
         const std::string_view message = text.substr(at, candidate.end - at);
-        sink.message({message, offset_, line_, column_, before_, head_, candidate.isLengthRight});
+        sink.message({message, offset_, line_, column_, before_, head_, candidate.isDamaged});
         passMessage(message);
         passed = at = candidate.end;
     }
-    const bool isHalf = !isLast && text.ends_with(marker[0]) && passed < text.size();
+    const bool isHalf = !isLast && text.ends_with(startMarker[0]) && passed < text.size();
     const std::size_t end = text.size() - (isHalf ? 1 : 0);
     pass(text.substr(passed, end - passed));
     return end;
 }
 
+// What the calls read as a message is one, wherever its numbers stand; anything else must begin on one line.
 logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size_t at, bool isLast) {
     using enum candidate_t::kind_t;
-    constexpr std::size_t longestHead = 64;
-    std::size_t place = skipBlanks(text, at + marker.size());
-    const auto mayGoOn = [&] { return place == text.size() && !isLast && place - at < longestHead; };
-    if (mayGoOn())
-        return {undecided};
-    std::size_t id = 0, length = 0;
-    if (!readDigits(text, place, id))
-        return place < text.size() && text[place] == marker[0] ? candidate_t{} : findEndWithoutId(text, at, isLast);
-    place = skipBlanks(text, place);
-    const bool hasLength = readDigits(text, place, length);
-    if (mayGoOn())
+    const std::string_view window = text.substr(at, memoryBound);
+    const bool mayGoOn = !isLast && window.size() < memoryBound;
+    const envelopeHead_t head = readEnvelopeHead(window);
+    if (mayGoOn && (head.id.end == window.size() || (head.id.isThere && head.length.end == window.size())))
         return {undecided};
     constexpr std::size_t shortest = 8;
-    if (hasLength && length >= shortest && length <= largestMessage) {
-        const std::size_t end = at + length - 1; // the length counts a NUL too
-        if (end > text.size() && !isLast)
+    const auto length = static_cast<std::size_t>(std::max(head.length.value, 0));
+    if (head.id.isThere && length >= shortest && length <= memoryBound) {
+        const std::string_view message = window.substr(0, length - 1); // the length counts a NUL too
+        if (message.size() < length - 1 && !isLast)
             return {undecided};
-        if (end <= text.size() && text.substr(end - endMarker.size(), endMarker.size()) == endMarker)
-            return {message, end, true};
+        if (message.size() == length - 1 && message.ends_with(endMarker))
+            return {candidate_t::kind_t::message, at + message.size(), message.find('\0') != nowhere};
     }
-    return findDamagedEnd(text, at, isLast);
+    if (hasIdOnLine(text, at))
+        return findDamagedEnd(text, at, isLast);
+    const std::size_t front = skipBlanks(text, at + startMarker.size());
+    return front < text.size() && text[front] == startMarker[0] ? candidate_t{} : findEndWithoutId(text, at, isLast);
 }
 
 logScanner_t::candidate_t logScanner_t::findDamagedEnd(std::string_view text, std::size_t at, bool isLast) {
     using enum candidate_t::kind_t;
-    const std::string_view window = text.substr(0, std::min(text.size(), at + largestMessage));
-    const std::size_t next = findNextMessage(window, at + marker.size());
+    const std::string_view window = text.substr(0, std::min(text.size(), at + memoryBound));
+    const std::size_t next = findNextMessage(window, at + startMarker.size());
     const std::size_t limit = std::min(next, window.size());
     const std::size_t line = window.substr(0, limit).find('\n', at);
     const std::string_view onLine = window.substr(at, std::min(line, limit) - at);
@@ -155,17 +147,17 @@ logScanner_t::candidate_t logScanner_t::findDamagedEnd(std::string_view text, st
     if (line != nowhere) // a message that was wrapped ends on a line below
         if (const std::size_t end = behindFirst(window.substr(line, limit - line), bodyEnd); end != nowhere)
             return {message, line + end};
-    if (next == nowhere && !isLast && window.size() == text.size() && text.size() - at < largestMessage)
+    if (next == nowhere && !isLast && window.size() == text.size() && text.size() - at < memoryBound)
         return {undecided};
-    return {message, withoutBlanks(window, at + marker.size(), std::min(line, limit))};
+    return {message, withoutBlanks(window, at + startMarker.size(), std::min(line, limit))};
 }
 
 // Other programs write "@@" too; here it must at least look like a message up to the next one.
 logScanner_t::candidate_t logScanner_t::findEndWithoutId(std::string_view text, std::size_t at, bool isLast) {
     using enum candidate_t::kind_t;
-    constexpr std::size_t longest = 99999;
-    const std::string_view window = text.substr(0, std::min(text.size(), at + longest));
-    const std::size_t limit = std::min({findMarker(window, at + marker.size()), window.find('\n', at), window.size()});
+    const std::string_view window = text.substr(0, std::min(text.size(), at + longestReadableMessage));
+    const std::size_t limit =
+        std::min({findMarker(window, at + startMarker.size()), window.find('\n', at), window.size()});
     const std::string_view line = window.substr(at, limit - at);
     const std::size_t brace = line.find('{');
     if (brace != nowhere)
@@ -173,7 +165,7 @@ logScanner_t::candidate_t logScanner_t::findEndWithoutId(std::string_view text, 
             if (const std::size_t end = behindFirst(line.substr(brace), word); end != nowhere)
                 if (word == bodyEnd || limit < window.size() || isLast || window.size() < text.size())
                     return {message, at + brace + end};
-    const bool mayGoOn = limit == text.size() && !isLast && text.size() - at < longest;
+    const bool mayGoOn = limit == text.size() && !isLast && text.size() - at < longestReadableMessage;
     return {mayGoOn ? undecided : other};
 }
 

@@ -1,10 +1,11 @@
 // logScanner_t: finds the messages in a log, which comes in blocks of any size.
 //
-// A message begins at "@@" with a number behind it, or with a "{" and a "!!" further on; the "@@" of other programs
-// (of diff, say) is passed over. It ends where its length says, if "!!" stands there. Otherwise it is damaged, and ends
-// with the first "}!!", else the first "!!", of its line before the next message; without one, with a "}!!" on a line
-// below that comes before the next message (a message that was wrapped); else with its line. Memory is bounded: a
-// message that has no end within `largestMessage` bytes is cut with its line. Not safe for concurrent use.
+// Whatever the four calls read is a message, from "@@" to the "!!" where its length says, however its numbers are
+// spelt. Else one begins at "@@" with digits behind it on its line, or with a "{" and a "!!" further on; the "@@" of
+// other programs (of diff, say) is passed over. Then it is damaged, and ends with the first "}!!", else the first "!!",
+// of its line before the next message; without one, with a "}!!" on a line below that comes before the next message (a
+// message that was wrapped); else with its line. Memory is bounded: a message that has no end within `memoryBound`
+// bytes is cut with its line. Not safe for concurrent use.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +22,8 @@ struct foundMessage_t {
     std::uint64_t column = 0; ///< the byte in that line, from 1
     std::string_view before;  ///< what stands in front of it on its line, from the message before on; its last bytes
     std::string_view
-        lineHead; ///< the first bytes of its line, up to the line's first message: where a log has the time
-    bool isLengthRight = false; ///< its end is where its length says
+        lineHead;           ///< the first bytes of its line, up to the line's first message: where a log has the time
+    bool isDamaged = false; ///< a host's check of its envelope finds something wrong
 };
 
 /// A place in a log from which a scanner can go on.
@@ -46,7 +47,8 @@ class logScanner_t {
 public:
     /// How much of a line in front of a message is kept.
     static constexpr std::size_t headRoom = 512;
-    static constexpr std::size_t largestMessage = std::size_t{1} << 20;
+    /// The bytes of a message in which its end is looked for.
+    static constexpr std::size_t memoryBound = std::size_t{1} << 20;
 
     /// Where the log's first byte stands: not at 0 and line 1 when it is read from the middle.
     explicit logScanner_t(std::uint64_t offset = 0, std::uint64_t line = 1);
@@ -78,7 +80,7 @@ private:
         enum class kind_t : std::uint8_t { other, undecided, message };
         kind_t kind = kind_t::other;
         std::size_t end = 0;
-        bool isLengthRight = false;
+        bool isDamaged = true;
     };
 
     std::size_t scan(std::string_view text, bool isLast, messageSink_t &sink);
