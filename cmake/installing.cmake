@@ -27,7 +27,7 @@ if(VEK_INSPECT)
 endif()
 
 install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "vek/inspect/.*\\.hpp$" EXCLUDE)
+        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "/vek/inspect/[a-z]+$" EXCLUDE)
 if(WIN32)
     install(FILES vek/api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()

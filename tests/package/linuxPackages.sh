@@ -44,25 +44,25 @@ runHosts() {
 
 # buildByPkgConfig PREFIX OUT: the objects are of the first prefix, whose headers are those of the others.
 buildByPkgConfig() {
-    local prefix=$1 out=$2 config flags libraries
+    local prefix=$1 out=$2 config flags=() libraries=()
     config=$(find "$prefix" -name vekParams2ASCII.pc -printf '%h')
     mkdir -p "$out"
-    flags=$(PKG_CONFIG_PATH=$config pkg-config --cflags vekParams2ASCII)
-    libraries=$(PKG_CONFIG_PATH=$config pkg-config --libs vekParams2ASCII)
+    # Quoted for a shell: a folder may have a blank in its name.
+    eval "flags=($(PKG_CONFIG_PATH=$config pkg-config --cflags vekParams2ASCII))"
+    eval "libraries=($(PKG_CONFIG_PATH=$config pkg-config --libs vekParams2ASCII))"
     if [ ! -e "$work/hostInC.o" ]; then
-        # shellcheck disable=SC2086  # several words each
-        cc -std=c99 -Wall -Wextra -Wpedantic -Werror -I"$hostile" $flags -c "$source/examples/host.c" -o "$work/hostInC.o"
-        # shellcheck disable=SC2086
-        c++ -std=c++20 -Wall -Wextra -Werror -I"$hostile" $flags -c "$source/examples/host.cpp" -o "$work/hostInCpp.o"
+        cc -std=c99 -Wall -Wextra -Wpedantic -Werror -I"$hostile" "${flags[@]}" -c "$source/examples/host.c" \
+            -o "$work/hostInC.o"
+        c++ -std=c++20 -Wall -Wextra -Werror -I"$hostile" "${flags[@]}" -c "$source/examples/host.cpp" \
+            -o "$work/hostInCpp.o"
     fi
-    # shellcheck disable=SC2086
-    cc "$work/hostInC.o" -o "$out/hostInC" $libraries
-    # shellcheck disable=SC2086
-    c++ "$work/hostInCpp.o" -o "$out/hostInCpp" $libraries
+    cc "$work/hostInC.o" -o "$out/hostInC" "${libraries[@]}"
+    c++ "$work/hostInCpp.o" -o "$out/hostInCpp" "${libraries[@]}"
     LD_LIBRARY_PATH=$(dirname "$config") runHosts "$out"
 }
 
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.txt"
+"$source/tests/package/installedTree.sh" "$work/prefix"
 hostile=$work/hostile
 makeHostile "$work/prefix/include" "$hostile"
 buildByCMake "$work/byCMake" -DCMAKE_PREFIX_PATH="$work/prefix"
@@ -80,6 +80,7 @@ for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.
     doc/libvekparams2ascii1/{copyright,changelog.Debian.gz}; do
     [ -f "$work/debian/usr/share/$file" ] || fail "no $file in the Debian packages"
 done
+"$source/tests/package/installedTree.sh" "$work/debian"
 [ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 4 ] || fail "not four Debian packages"
 control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
 [[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"

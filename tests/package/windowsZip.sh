@@ -16,6 +16,8 @@ for file in bin/vekParams2ASCII.dll bin/vekInspect.dll bin/vekmsg.exe lib/libvek
     [ -f "$root/$file" ] || { echo "FAILED: $file is not in the zip" >&2; exit 1; }
 done
 
+"$source/tests/package/installedTree.sh" "$root"
+
 # Hosts find the DLL in their own folder.
 flags=(-Wall -Wextra -Wpedantic -Werror -I"$root/include")
 libraries=("$root/lib/libvekTypes.a" "$root/lib/libvekParams2ASCII.dll.a" -static -fstack-protector-strong)

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -67,6 +68,39 @@ TEST(Pages, LinksLeadSomewhere) {
         const fs::path target = hash == 0 ? page : page.parent_path() / link.substr(0, hash);
         EXPECT_TRUE(fs::exists(target) && hasHeading(target, link.substr(hash))) << page << " links to " << link;
     }
+}
+
+// The folders of the README's map, by their names in front, and how far these are indented.
+std::set<std::string> mappedFolders() {
+    std::set<std::string> folders;
+    std::vector<std::string> above;
+    bool isMap = false;
+    forLines(root / "README.md", true, [&](const std::string &line) {
+        isMap |= line.starts_with("vek/ ");
+        if (!isMap)
+            return;
+        const std::size_t depth = line.find_first_not_of(' ') / 2;
+        above.resize(std::min(above.size(), depth));
+        const std::string parent = above.empty() ? "" : above.back();
+        std::istringstream words(line);
+        for (std::string word; words >> word && word.ends_with('/');) {
+            folders.insert(parent + word);
+            above.resize(depth);
+            above.push_back(parent + word);
+        }
+    });
+    return folders;
+}
+
+TEST(Pages, MapShowsTheFoldersThatThereAre) {
+    std::set<std::string> folders;
+    for (const char *above : {"", "vek/", "vek/inspect/", "tools/"})
+        for (const fs::directory_entry &entry : fs::directory_iterator(root / above)) {
+            const std::string name = entry.path().filename().string();
+            if (entry.is_directory() && !name.starts_with('.') && !name.starts_with("build") && name != "private")
+                folders.insert(above + name + '/');
+        }
+    EXPECT_EQ(mappedFolders(), folders);
 }
 
 // The words that stand behind `mark`.

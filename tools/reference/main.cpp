@@ -1,4 +1,4 @@
-// Writes the reference pages, layouts.md, messages.md and archive-tables.md, into a folder.
+// Writes the reference pages, layouts.md, messages.md, archive-tables.md and findings.md, into a folder.
 //   vekReference PROJECT-FOLDER FOLDER
 #include "tools/reference/pages.hpp"
 
@@ -20,7 +20,9 @@ int main(int count, char **arguments) {
         vek::writeMessagePage(messages, root);
         std::ofstream tables(folder / "archive-tables.md", std::ios::binary);
         vek::writeArchivePage(tables);
-        if (layouts.flush() && messages.flush() && tables.flush())
+        std::ofstream findings(folder / "findings.md", std::ios::binary);
+        vek::writeFindingPage(findings);
+        if (layouts.flush() && messages.flush() && tables.flush() && findings.flush())
             return 0;
         std::cerr << "vekReference: can't write into " << folder << "\n";
     } catch (const std::exception &error) {

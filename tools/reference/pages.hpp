@@ -21,4 +21,7 @@ void writeMessagePage(std::ostream &out, const std::filesystem::path &root);
 /// docs/archive-tables.md: the tables that messages are kept in for queries.
 void writeArchivePage(std::ostream &out);
 
+/// docs/findings.md: what check() finds, each with an example and the remedy.
+void writeFindingPage(std::ostream &out);
+
 } // namespace vek
