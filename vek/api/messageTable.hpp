@@ -159,10 +159,6 @@ using structureOf_t = typename messageOf_t<Id>::structure_t;
 template <class T>
 concept messageStructure = (detail::idsOfStructure<T>.count > 0);
 
-/// The structure of several messages (IdRecord): which of them is meant is to be said.
-template <class T>
-concept sharedStructure = (detail::idsOfStructure<T>.count > 1);
-
 /// The structure of one message alone, whose id therefore need not be said. IdRecord, which three messages share, is
 /// not.
 template <class T>

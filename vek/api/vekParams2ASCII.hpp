@@ -146,7 +146,7 @@ bool isSafe(const Structure &structure) {
 /// What a message is written with.
 enum class echo_t { ofLastMessageRead, given };
 
-/// What is done with a problem: the two forms of the printing functions. It is made only when there is one.
+/// What is done with a problem, which is made only when there is one: the two forms of the printing functions.
 struct throwProblem_t {
     [[noreturn]] void operator()(problem_t problem) const { throw messageError_t(std::move(problem)); }
 };
@@ -158,6 +158,12 @@ struct tellProblem_t {
     }
     void operator()(problem_t problem) const { told = std::move(problem); }
 };
+inline throwProblem_t withProblem() {
+    return {};
+}
+inline tellProblem_t withProblem(problem_t &problem) {
+    return tellProblem_t(problem);
+}
 
 inline problem_t tooLong(const messageText_t &text) {
     return {problemCode_t::tooLong, 0,
@@ -189,10 +195,15 @@ messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &ref
     return text;
 }
 
+/// The id of a structure; the first one, if several messages share it, of which the compiler then says to choose one.
 template <class Structure>
-inline constexpr bool isSaid = false; // once a call of this structure is compiled
+inline constexpr std::int32_t firstId = idsOfStructure<Structure>.first;
 
 } // namespace detail
+
+/// The last argument of the printing functions: where a problem goes, or nothing.
+template <class... Problem>
+concept problemOrNone = sizeof...(Problem) <= 1 && (std::is_same_v<Problem, problem_t> && ...);
 
 /// The id of a text message, to choose what to parse it as; 0 when it has none. Nothing else is checked.
 [[nodiscard]] inline std::int32_t messageId(std::string_view text) {
@@ -227,15 +238,14 @@ requires structuredId<Id>
     return detail::readMessage<Id>(text);
 }
 
-template <soleStructure Structure>
-[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, problem_t &problem,
-                                       std::size_t longest = longestReadableMessage) {
-    return parse<idOf<Structure>>(text, problem, longest);
+template <messageStructure Structure, class... More>
+requires requires(const textToRead_t &text, More &...more) {
+    parse<detail::firstId<Structure>>(text, more...);
 }
-
-template <soleStructure Structure>
-[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, std::size_t longest = longestReadableMessage) {
-    return parse<idOf<Structure>>(text, longest);
+[[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, More &&...more) {
+    static_assert(soleStructure<Structure>,
+                  "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
+    return parse<detail::firstId<Structure>>(text, more...);
 }
 
 /// A structure with its message's declared defaults.
@@ -245,9 +255,11 @@ requires structuredId<Id>
     return detail::makeStructure<structureOf_t<Id>>(Id, nullptr);
 }
 
-template <soleStructure Structure>
+template <messageStructure Structure>
 [[nodiscard]] owned_t<Structure> defaults() {
-    return defaults<idOf<Structure>>();
+    static_assert(soleStructure<Structure>,
+                  "several messages share this structure: say which, defaults<VEK_MSG_ID_RECORD_4189>()");
+    return defaults<detail::firstId<Structure>>();
 }
 
 /// All of a structure that would not come back from its text, in the order of the text; empty when everything would.
@@ -260,141 +272,66 @@ template <messageStructure Structure>
 
 /// Writes a structure as a text message, unless something in it would not come back. The sequence number counts up also
 /// when the message is refused as too long.
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem));
+template <std::int32_t Id, class... Problem>
+requires structuredId<Id> && problemOrNone<Problem...>
+[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, Problem &...problem) {
+    return detail::printMessage<Id>(structure, detail::withProblem(problem...));
 }
 
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure) {
-    return detail::printMessage<Id>(structure, detail::throwProblem_t());
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t print(const Structure &structure, problem_t &problem) {
-    return print<idOf<Structure>>(structure, problem);
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t print(const Structure &structure) {
-    return print<idOf<Structure>>(structure);
+template <messageStructure Structure, class... Problem>
+requires problemOrNone<Problem...>
+[[nodiscard]] messageText_t print(const Structure &structure, Problem &...problem) {
+    static_assert(soleStructure<Structure>,
+                  "several messages share this structure: say which, print<VEK_MSG_ID_RECORD_4189>(record)");
+    return print<detail::firstId<Structure>>(structure, problem...);
 }
 
 /// As print, with an echo tag of your own instead of that of the last message read, which stays the library's: the
 /// answer to a message that was refused.
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem), false, detail::echo_t::given, echoTag);
+template <std::int32_t Id, class... Problem>
+requires structuredId<Id> && problemOrNone<Problem...>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure, Problem &...problem) {
+    return detail::printMessage<Id>(structure, detail::withProblem(problem...), false, detail::echo_t::given, echoTag);
 }
 
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure) {
-    return detail::printMessage<Id>(structure, detail::throwProblem_t(), false, detail::echo_t::given, echoTag);
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure, problem_t &problem) {
-    return reply<idOf<Structure>>(echoTag, structure, problem);
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure) {
-    return reply<idOf<Structure>>(echoTag, structure);
+template <messageStructure Structure, class... Problem>
+requires problemOrNone<Problem...>
+[[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure, Problem &...problem) {
+    static_assert(soleStructure<Structure>,
+                  "several messages share this structure: say which, reply<VEK_MSG_ID_RECORD_4189>(echoTag, record)");
+    return reply<detail::firstId<Structure>>(echoTag, structure, problem...);
 }
 
 /// As print, whatever would be lost. Still refused are a count that would make writing look behind the structure, and a
 /// message that is too long.
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, problem_t &problem) {
-    return detail::printMessage<Id>(structure, detail::tellProblem_t(problem), true);
+template <std::int32_t Id, class... Problem>
+requires structuredId<Id> && problemOrNone<Problem...>
+[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, Problem &...problem) {
+    return detail::printMessage<Id>(structure, detail::withProblem(problem...), true);
 }
 
-template <std::int32_t Id>
-requires structuredId<Id>
-[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure) {
-    return detail::printMessage<Id>(structure, detail::throwProblem_t(), true);
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t printLossy(const Structure &structure, problem_t &problem) {
-    return printLossy<idOf<Structure>>(structure, problem);
-}
-
-template <soleStructure Structure>
-[[nodiscard]] messageText_t printLossy(const Structure &structure) {
-    return printLossy<idOf<Structure>>(structure);
-}
-
-/// As print, appended to a text of your own, which stays as it is when the structure is refused.
-template <std::int32_t Id>
-requires structuredId<Id>
-bool printTo(std::string &out, const structureOf_t<Id> &structure, problem_t &problem) {
-    out += print<Id>(structure, problem).view();
-    return !problem;
-}
-
-template <std::int32_t Id>
-requires structuredId<Id>
-void printTo(std::string &out, const structureOf_t<Id> &structure) {
-    out += print<Id>(structure).view();
-}
-
-template <soleStructure Structure>
-bool printTo(std::string &out, const Structure &structure, problem_t &problem) {
-    return printTo<idOf<Structure>>(out, structure, problem);
-}
-
-template <soleStructure Structure>
-void printTo(std::string &out, const Structure &structure) {
-    printTo<idOf<Structure>>(out, structure);
-}
-
-// What several messages share: a line of the compiler says what to write instead.
-template <sharedStructure Structure>
-owned_t<Structure> parse(const textToRead_t &, auto &&...) {
-    static_assert(detail::isSaid<Structure>,
-                  "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
-    return {};
-}
-
-template <sharedStructure Structure>
-owned_t<Structure> defaults() {
-    static_assert(detail::isSaid<Structure>,
-                  "several messages share this structure: say which, defaults<VEK_MSG_ID_RECORD_4189>()");
-    return {};
-}
-
-template <sharedStructure Structure>
-messageText_t print(const Structure &, auto &...) {
-    static_assert(detail::isSaid<Structure>,
-                  "several messages share this structure: say which, print<VEK_MSG_ID_RECORD_4189>(record)");
-    return {};
-}
-
-template <sharedStructure Structure>
-messageText_t printLossy(const Structure &, auto &...) {
-    static_assert(detail::isSaid<Structure>,
+template <messageStructure Structure, class... Problem>
+requires problemOrNone<Problem...>
+[[nodiscard]] messageText_t printLossy(const Structure &structure, Problem &...problem) {
+    static_assert(soleStructure<Structure>,
                   "several messages share this structure: say which, printLossy<VEK_MSG_ID_RECORD_4189>(record)");
-    return {};
+    return printLossy<detail::firstId<Structure>>(structure, problem...);
 }
 
-template <sharedStructure Structure>
-bool printTo(std::string &, const Structure &, auto &...) {
-    static_assert(detail::isSaid<Structure>,
+/// As print, appended to a text of your own, which stays as it is when the structure is refused. Whether it was not.
+template <std::int32_t Id, class... Problem>
+requires structuredId<Id> && problemOrNone<Problem...>
+bool printTo(std::string &out, const structureOf_t<Id> &structure, Problem &...problem) {
+    out += print<Id>(structure, problem...).view();
+    return (!problem && ...);
+}
+
+template <messageStructure Structure, class... Problem>
+requires problemOrNone<Problem...>
+bool printTo(std::string &out, const Structure &structure, Problem &...problem) {
+    static_assert(soleStructure<Structure>,
                   "several messages share this structure: say which, printTo<VEK_MSG_ID_RECORD_4189>(out, record)");
-    return {};
-}
-
-template <sharedStructure Structure>
-messageText_t reply(std::int32_t, const Structure &, auto &...) {
-    static_assert(detail::isSaid<Structure>,
-                  "several messages share this structure: say which, reply<VEK_MSG_ID_RECORD_4189>(echoTag, record)");
-    return {};
+    return printTo<detail::firstId<Structure>>(out, structure, problem...);
 }
 
 /// The text in a character array of a structure: up to its NUL, or to the array's end. Valid while the array is.
