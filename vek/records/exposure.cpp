@@ -169,8 +169,8 @@ struct imageTopLeft_t : record_t<ImageTopLeft> {
 
     /// Hosts rely on a long name running on into the separation, and on the separation then being written over it;
     /// so both are placed after the parse, in this order, whatever order the text has them in.
-    void assignPairs(bodyScanner_t &pairs) override;
-    bodyCursor_t readAt(bodyCursor_t) override { return {}; } // by assignPairs alone
+    void assignPairs(tolerantScanner_t &pairs) override;
+    canonicalCursor_t readAt(canonicalCursor_t) override { return {}; } // by assignPairs alone
 };
 
 void placedTextField_t::describe(fieldDescription_t &description) const {
@@ -188,7 +188,7 @@ void placedTextField_t::place() {
     start_[length] = '\0';
 }
 
-void imageTopLeft_t::assignPairs(bodyScanner_t &pairs) {
+void imageTopLeft_t::assignPairs(tolerantScanner_t &pairs) {
     std::fill(std::begin(structure.name), std::end(structure.name), '\0');
     std::fill(std::begin(structure.separation), std::end(structure.separation), '\0');
     record_t::assignPairs(pairs);

@@ -19,7 +19,7 @@ std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::i
     return isExact ? index : -1;
 }
 
-std::int32_t countPairs(bodyScanner_t pairs) {
+std::int32_t countPairs(tolerantScanner_t pairs) {
     textPair_t pair;
     std::int32_t count = 0;
     while (pairs.next(pair))
@@ -28,7 +28,7 @@ std::int32_t countPairs(bodyScanner_t pairs) {
 }
 
 // Looks only as far as the first "=" behind a token, and at no token when there is no "=" at all.
-bool isPositional(bodyScanner_t pairs) {
+bool isPositional(tolerantScanner_t pairs) {
     if (!pairs.hasEquals())
         return true;
     textPair_t pair;
@@ -37,7 +37,7 @@ bool isPositional(bodyScanner_t pairs) {
     return !pairs.isKeyed();
 }
 
-elementPairs_t::elementPairs_t(const bodyScanner_t &pairs, const listKey_t &list, std::int32_t count)
+elementPairs_t::elementPairs_t(const tolerantScanner_t &pairs, const listKey_t &list, std::int32_t count)
     : pairs_(pairs), listKey_(list.key), matched_(static_cast<std::size_t>(count)) {
     if (list.ordinal >= 0)
         listKey_ += std::to_string(list.ordinal);

@@ -2,7 +2,7 @@
 // written, but a body may spell them.
 #pragma once
 
-#include "vek/text/bodyScanner.hpp"
+#include "vek/text/tolerantScanner.hpp"
 
 #include <cstdint>
 #include <string>
@@ -22,10 +22,10 @@ struct listKey_t {
 std::int32_t elementIndex(std::string_view key, std::string_view listKey, std::int32_t count);
 
 /// How many pairs are left in a body.
-std::int32_t countPairs(bodyScanner_t pairs);
+std::int32_t countPairs(tolerantScanner_t pairs);
 
 /// Whether no "=" follows any token of the rest of a body.
-bool isPositional(bodyScanner_t pairs);
+bool isPositional(tolerantScanner_t pairs);
 
 struct elementPair_t {
     std::int32_t index = 0;
@@ -36,13 +36,13 @@ struct elementPair_t {
 /// with one key the first counts. Throws std::bad_alloc.
 class elementPairs_t {
 public:
-    elementPairs_t(const bodyScanner_t &pairs, const listKey_t &list, std::int32_t count);
+    elementPairs_t(const tolerantScanner_t &pairs, const listKey_t &list, std::int32_t count);
 
     /// Reads the next of them; false when there is none left.
     bool next(elementPair_t &element);
 
 private:
-    bodyScanner_t pairs_;
+    tolerantScanner_t pairs_;
     std::string listKey_;
     std::vector<bool> matched_; // the elements that had a pair
 };

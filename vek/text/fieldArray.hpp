@@ -57,7 +57,7 @@ public:
     /// Element i takes the i-th value; when a "=" stands anywhere in the body, the value whose key is the list's key
     /// and i. As many elements as values are made; unless elements existed before, or room is limited: then surplus
     /// values are dropped.
-    void assignPairs(bodyScanner_t &pairs) override {
+    void assignPairs(tolerantScanner_t &pairs) override {
         // A "=" behind any value makes the whole body keyed, also the values before it.
         if (!isPositional(pairs))
             return assignByKey(pairs);
@@ -80,7 +80,7 @@ public:
     }
 
     // With the element's record made inline, where the compiler knows the pass.
-    [[gnu::flatten]] bodyCursor_t readAt(bodyCursor_t at) override {
+    [[gnu::flatten]] canonicalCursor_t readAt(canonicalCursor_t at) override {
         if (!at.skip(openBrace))
             return {};
         for (found_ = 0; !at.skip(closeBrace); ++found_) {
@@ -116,7 +116,7 @@ private:
     // Whether a record would read nothing from a value. A hostile text has many of these, and few characters for each,
     // so no record is made for them.
     static bool isBlank(std::string_view value) {
-        return isMadeForEach && value.size() <= bodyScanner_t::largestEmptyBody;
+        return isMadeForEach && value.size() <= tolerantScanner_t::largestEmptyBody;
     }
 
     [[gnu::noinline]] void appendBlank() {
@@ -134,7 +134,7 @@ private:
     }
 
     // Elements by key may come in any order, so all are made at once, before the first is bound.
-    void assignByKey(const bodyScanner_t &start) {
+    void assignByKey(const tolerantScanner_t &start) {
         found_ = countPairs(start);
         if (elements_.allocated() == 0) {
             elements_.reserve(found_);

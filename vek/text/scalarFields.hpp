@@ -39,7 +39,7 @@ struct longCodec_t : numberCodec_t<std::int32_t, fieldKind_t::integer32> {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
-    static bool readAt(bodyCursor_t &at, value_t &value) { return at.integer(value); }
+    static bool readAt(canonicalCursor_t &at, value_t &value) { return at.integer(value); }
 };
 
 struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
@@ -48,7 +48,7 @@ struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
-    static bool readAt(bodyCursor_t &at, value_t &value) { return at.real(value); }
+    static bool readAt(canonicalCursor_t &at, value_t &value) { return at.real(value); }
 };
 
 /// Stands in the text as the numbers of another codec, `Text`, do; Narrowing::narrow makes the value of what that
@@ -63,7 +63,7 @@ struct narrowedCodec_t : numberCodec_t<Value, Kind> {
         Text::read(text, wide);
         value = Narrowing::narrow(wide);
     }
-    static bool readAt(bodyCursor_t &at, Value &value) {
+    static bool readAt(canonicalCursor_t &at, Value &value) {
         wide_t wide = 0;
         const bool isRead = Text::readAt(at, wide);
         value = Narrowing::narrow(wide);
@@ -102,7 +102,7 @@ struct boolCodec_t : numberCodec_t<std::uint8_t, fieldKind_t::boolean> {
         return out;
     }
     static void read(std::string_view text, value_t &value) { value = text == "TRUE" ? 1 : 0; }
-    static bool readAt(bodyCursor_t &at, value_t &value) {
+    static bool readAt(canonicalCursor_t &at, value_t &value) {
         value = at.skip("TRUE") ? 1 : 0;
         return value != 0 || at.skip("FALSE");
     }
@@ -157,7 +157,7 @@ public:
         isSet = 1;
     }
 
-    bodyCursor_t readAt(bodyCursor_t at) override {
+    canonicalCursor_t readAt(canonicalCursor_t at) override {
         if constexpr (requires { Codec::readAt(at, value_); })
             if (Codec::readAt(at, value_)) [[likely]] {
                 isSet = 1;

@@ -5,7 +5,7 @@
 
 namespace vek {
 
-bodyCursor_t textField_t::readAt(bodyCursor_t at) {
+canonicalCursor_t textField_t::readAt(canonicalCursor_t at) {
     const std::string_view value = at.value();
     if (value.empty())
         return {};
@@ -55,13 +55,13 @@ void textGroup_t::fromText(std::string_view text) {
         for (textField_t *member = first_; member != nullptr; member = member->next_)
             member->matched_ = false;
     parsed_ = 1;
-    bodyScanner_t pairs(text);
+    tolerantScanner_t pairs(text);
     assignPairs(pairs);
     isSet = 1;
 }
 
 // Each member is due once, so whatever comes out of order, or again, ends the reading.
-bodyCursor_t textGroup_t::readAt(bodyCursor_t at) {
+canonicalCursor_t textGroup_t::readAt(canonicalCursor_t at) {
     if (!at.skip(openBrace))
         return {};
     for (textField_t *member = first_; member != nullptr; member = member->next_) {
@@ -72,7 +72,7 @@ bodyCursor_t textGroup_t::readAt(bodyCursor_t at) {
             return {};
     }
     isSet = 1;
-    return at.skip(closeBrace) ? at : bodyCursor_t();
+    return at.skip(closeBrace) ? at : canonicalCursor_t();
 }
 
 // Finds members by their keys, for one body whose keys are not in member order. The first few are looked for among the
@@ -139,8 +139,8 @@ private:
 // As long as the keys come in member order, which is how the library writes them, each pair goes straight to the member
 // that is due, without a search. A member that an earlier pair matched is never due: the first pair with a key counts.
 // A key out of order is searched for, and the order goes on behind its member.
-void textGroup_t::assignPairs(bodyScanner_t &pairs) {
-    const bodyScanner_t start = pairs;
+void textGroup_t::assignPairs(tolerantScanner_t &pairs) {
+    const tolerantScanner_t start = pairs;
     memberSearch_t search(first_);
     textField_t *due = first_;
     std::string_view value;
@@ -179,7 +179,7 @@ void textGroup_t::assign(textField_t &member, std::string_view value) {
 }
 
 // Surplus values are dropped. A missing value in the middle can't be told from none, since separators run together.
-void textGroup_t::assignByPosition(bodyScanner_t &pairs) {
+void textGroup_t::assignByPosition(tolerantScanner_t &pairs) {
     textPair_t pair;
     for (textField_t *member = first_; member != nullptr && pairs.next(pair); member = member->next_)
         assign(*member, pair.value);

@@ -6,10 +6,10 @@
 // Not safe for concurrent use.
 #pragma once
 
-#include "vek/text/bodyCursor.hpp"
-#include "vek/text/bodyScanner.hpp"
 #include "vek/text/bodyWriter.hpp"
+#include "vek/text/canonicalCursor.hpp"
 #include "vek/text/description.hpp"
+#include "vek/text/tolerantScanner.hpp"
 
 #include <cstdint>
 #include <string_view>
@@ -34,7 +34,7 @@ public:
 
     /// Takes the value from the text that stands at the cursor and returns the place behind it. Nowhere when the text
     /// is to be read by fromText(), then with the field made anew, as it must be here.
-    virtual bodyCursor_t readAt(bodyCursor_t at);
+    virtual canonicalCursor_t readAt(canonicalCursor_t at);
 
     /// Says what the field is and which member it is bound to.
     virtual void describe(fieldDescription_t &description) const = 0;
@@ -82,7 +82,7 @@ public:
     /// The parse pass: hands each pair of a body to the member it belongs to. An empty text changes nothing.
     void fromText(std::string_view text) override;
 
-    bodyCursor_t readAt(bodyCursor_t at) override;
+    canonicalCursor_t readAt(canonicalCursor_t at) override;
 
     void describe(fieldDescription_t &description) const override;
 
@@ -91,7 +91,7 @@ public:
 
     /// Assigns pairs to members: by key when a "=" stands anywhere in the body, else by position. The first pair of a
     /// key counts, unknown keys are ignored, and an empty value assigns nothing.
-    virtual void assignPairs(bodyScanner_t &pairs);
+    virtual void assignPairs(tolerantScanner_t &pairs);
 
     pass_t pass() const { return pass_; }
     const textField_t *firstMember() const { return first_; }
@@ -99,7 +99,7 @@ public:
 private:
     friend class textField_t;
 
-    void assignByPosition(bodyScanner_t &pairs);
+    void assignByPosition(tolerantScanner_t &pairs);
     static void assign(textField_t &member, std::string_view value);
     class memberSearch_t;
 

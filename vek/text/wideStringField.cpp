@@ -18,7 +18,7 @@ void wideCharacter_t::fromText(std::string_view text) {
     isSet = 1;
 }
 
-bodyCursor_t wideCharacter_t::readAt(bodyCursor_t at) {
+canonicalCursor_t wideCharacter_t::readAt(canonicalCursor_t at) {
     std::int32_t number = 0;
     if (!at.integer(number))
         return {};
@@ -102,7 +102,7 @@ void wideStringField_t::fromText(std::string_view text) {
     fieldArray_t::fromText(text);
 }
 
-bodyCursor_t wideStringField_t::readAt(bodyCursor_t at) {
+canonicalCursor_t wideStringField_t::readAt(canonicalCursor_t at) {
     if (!at.skip(openBrace))
         return {};
     found_ = at.countCommas();

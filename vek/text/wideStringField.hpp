@@ -26,7 +26,7 @@ struct wideCharacter_t {
 
     bodyWriter_t toText(bodyWriter_t out) const;
     void fromText(std::string_view text);
-    bodyCursor_t readAt(bodyCursor_t at);
+    canonicalCursor_t readAt(canonicalCursor_t at);
 };
 
 /// The characters of one 16-bit text.
@@ -109,7 +109,7 @@ public:
     /// The parse pass. Characters beyond those of a text that the field held before are dropped, but counted.
     void fromText(std::string_view text) override;
 
-    bodyCursor_t readAt(bodyCursor_t at) override;
+    canonicalCursor_t readAt(canonicalCursor_t at) override;
     bodyWriter_t collectPairs(bodyWriter_t out) const override;
 
     void describe(fieldDescription_t &description) const override {

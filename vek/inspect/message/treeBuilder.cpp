@@ -78,7 +78,7 @@ void treeBuilder_t::addPairs(std::uint32_t parent) {
     nodes_[parent].firstChild = static_cast<std::uint32_t>(nodes_.size());
     if (!body.empty()) {
         const char *const innerEnd = body.data() + body.size();
-        bodyScanner_t pairs{bodyTokenizer_t(body)};
+        tolerantScanner_t pairs{tolerantTokenizer_t(body)};
         textPair_t pair;
         const char *start = pairs.position();
         for (; pairs.next(pair); start = pairs.position())

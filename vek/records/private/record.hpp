@@ -78,7 +78,7 @@ template <class Record, class Structure>
 bool readBody(Structure &structure, std::string_view body, reading_t reading) {
     const auto read = [body, reading](Record &record) {
         if (reading == reading_t::inOneGo)
-            return record.Record::readAt(bodyCursor_t(body)).isAtEnd();
+            return record.Record::readAt(canonicalCursor_t(body)).isAtEnd();
         record.Record::fromText(body);
         return true;
     };

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vek/inspect/message/tree.hpp"
-#include "vek/text/bodyScanner.hpp"
+#include "vek/text/tolerantScanner.hpp"
 
 #include <string>
 #include <string_view>

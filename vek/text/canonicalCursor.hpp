@@ -1,9 +1,9 @@
-// bodyCursor_t: a place in a body that is read in one go, as long as the body looks as this library writes it: keys in
-// member order, no quotes, braces only around groups and lists, each value followed by one separator.
+// canonicalCursor_t: a place in a body that is read in one go, as long as the body looks as this library writes it:
+// keys in member order, no quotes, braces only around groups and lists, each value followed by one separator.
 //
 // A body that looks otherwise is no error. The reading is given up (the cursor is nowhere), and the body is read again
-// with a bodyScanner_t, which knows every rule. So what a cursor takes, it must take as the scanner would; and what is
-// rare it need not take. The body must outlive it.
+// with a tolerantScanner_t, which knows every rule. So what a cursor takes, it must take as the scanner would; and what
+// is rare it need not take. The body must outlive it.
 #pragma once
 
 #include "vek/text/characterBlock.hpp"
@@ -20,12 +20,12 @@
 namespace vek {
 
 /// Two pointers, passed by value: in registers.
-class bodyCursor_t {
+class canonicalCursor_t {
 public:
     /// Nowhere: the reading is given up.
-    bodyCursor_t() = default;
+    canonicalCursor_t() = default;
     /// At the start of a body; nowhere when it is shorter than a block of characters.
-    explicit bodyCursor_t(std::string_view body) {
+    explicit canonicalCursor_t(std::string_view body) {
         if (body.size() >= blockSize) {
             at_ = body.data();
             end_ = at_ + body.size();

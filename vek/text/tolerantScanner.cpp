@@ -1,4 +1,4 @@
-#include "vek/text/bodyScanner.hpp"
+#include "vek/text/tolerantScanner.hpp"
 
 namespace vek {
 
@@ -6,7 +6,7 @@ namespace vek {
 // In "A=b=c" the second "=" just ends b, and c is a pair of its own. Separators in front of a token belong to no pair,
 // but for a "=" among them: then the token is a value without a key. Each turn consumes a token or a separator, so the
 // walk ends on any text.
-bool bodyScanner_t::next(textPair_t &pair) {
+bool tolerantScanner_t::next(textPair_t &pair) {
     if (keyed_ && tokenizer_.shortPair(pair.key, pair.value))
         return true;
     while (!tokenizer_.atEnd()) {

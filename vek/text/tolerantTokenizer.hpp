@@ -1,4 +1,4 @@
-// bodyTokenizer_t: cuts a body (without its outer braces) into tokens and the separators between them.
+// tolerantTokenizer_t: cuts a body (without its outer braces) into tokens and the separators between them.
 //
 // A token is a braced text with its braces, a quoted text without its quotes, or the characters up to the next
 // separator; white space is part of a token like any other character. Tokens are views into the body, nothing is
@@ -18,9 +18,9 @@ namespace vek {
 /// A token that isn't there (its data() is null), as opposed to an empty quoted one.
 inline constexpr std::string_view noToken{};
 
-class bodyTokenizer_t {
+class tolerantTokenizer_t {
 public:
-    explicit bodyTokenizer_t(std::string_view text) : at_(text.data()), end_(text.data() + text.size()) {}
+    explicit tolerantTokenizer_t(std::string_view text) : at_(text.data()), end_(text.data() + text.size()) {}
 
     bool atEnd() const { return at_ == end_; }
 

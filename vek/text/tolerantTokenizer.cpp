@@ -1,4 +1,4 @@
-#include "vek/text/bodyTokenizer.hpp"
+#include "vek/text/tolerantTokenizer.hpp"
 
 #include <bit>
 #include <cstring>
@@ -36,7 +36,7 @@ const char *findBracedEnd(const char *at, const char *end) {
 } // namespace
 
 // Without its closing brace a nested body could end anywhere, so none of it counts, nor of what follows.
-std::string_view bodyTokenizer_t::bracedToken() {
+std::string_view tolerantTokenizer_t::bracedToken() {
     const char *const start = at_;
     const char *const behind = findBracedEnd(at_, end_);
     at_ = behind != nullptr ? behind : end_;
@@ -45,7 +45,7 @@ std::string_view bodyTokenizer_t::bracedToken() {
 
 // There is no way to write a quote inside quotes. An open quoted text is taken as far as it goes, and an empty one is a
 // token all the same: its view is empty, but not null as noToken is.
-std::string_view bodyTokenizer_t::quotedToken() {
+std::string_view tolerantTokenizer_t::quotedToken() {
     const char *const start = at_ + 1;
     const auto *quote = static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
     const char *const behind = quote != nullptr ? quote : end_;
@@ -54,7 +54,8 @@ std::string_view bodyTokenizer_t::quotedToken() {
 }
 
 // Texts may have little but short pairs, which token() and delimiter() take four times as long for.
-bool bodyTokenizer_t::shortPair([[maybe_unused]] std::string_view &first, [[maybe_unused]] std::string_view &second) {
+bool tolerantTokenizer_t::shortPair([[maybe_unused]] std::string_view &first,
+                                    [[maybe_unused]] std::string_view &second) {
 #ifdef __SSE2__
     if (end_ - at_ < characterBlock_t::size)
         return false;

@@ -1,9 +1,9 @@
-// bodyScanner_t: the key and value pairs of one body, in text order, found while they are asked for.
+// tolerantScanner_t: the key and value pairs of one body, in text order, found while they are asked for.
 //
 // The pairs are views into the body. A copy of a scanner goes on from the same place on its own.
 #pragma once
 
-#include "vek/text/bodyTokenizer.hpp"
+#include "vek/text/tolerantTokenizer.hpp"
 
 #include <string_view>
 
@@ -15,18 +15,18 @@ struct textPair_t {
     std::string_view value;
 };
 
-class bodyScanner_t {
+class tolerantScanner_t {
 public:
     /// A body of so many characters has no pair.
     static constexpr std::size_t largestEmptyBody = 2;
 
     /// `body` is a whole body. Its first and last characters are taken for its braces, whatever they are; a body of
     /// one character is empty.
-    explicit bodyScanner_t(std::string_view body)
+    explicit tolerantScanner_t(std::string_view body)
         : tokenizer_(body.size() > largestEmptyBody ? body.substr(1, body.size() - 2) : std::string_view{}) {}
 
     /// `pairs` are what stands between the braces.
-    explicit bodyScanner_t(const bodyTokenizer_t &pairs) : tokenizer_(pairs) {}
+    explicit tolerantScanner_t(const tolerantTokenizer_t &pairs) : tokenizer_(pairs) {}
 
     /// Reads the next pair; false when there is none left.
     bool next(textPair_t &pair);
@@ -51,7 +51,7 @@ public:
     const char *position() const { return tokenizer_.position(); }
 
 private:
-    bodyTokenizer_t tokenizer_;
+    tolerantTokenizer_t tokenizer_;
     bool keyed_ = false;
 };
 
