@@ -45,7 +45,14 @@ std::string shownRange(const valueRange_t &range) {
     return all;
 }
 
-std::string shownValue(const fieldDescription_t &field, const void *value, std::int32_t room) {
+// The characters of a text in an array; -1 of any other.
+std::int32_t roomOf(const fieldDescription_t &field) {
+    const auto *text = field.as<arrayText_t>();
+    return text != nullptr ? text->room : -1;
+}
+
+std::string shownValue(const fieldDescription_t &field, const void *value) {
+    const std::int32_t room = roomOf(field);
     const auto as = [value]<class T>(const T &) -> const T & { return *static_cast<const T *>(value); };
     switch (field.kind) {
     case fieldKind_t::float64:
@@ -67,11 +74,11 @@ std::string shownValue(const fieldDescription_t &field, const void *value, std::
         if (room >= 0)
             return std::string(static_cast<const char *>(value),
                                strnlen(static_cast<const char *>(value), static_cast<std::size_t>(room)));
-        if (field.isTextPointer)
+        if (field.as<pointerText_t>() != nullptr)
             return as(static_cast<char *>(nullptr)) != nullptr ? as(static_cast<char *>(nullptr)) : "";
         return std::string(as(string_t()).c_str(), as(string_t()).length());
     case fieldKind_t::enumeration:
-        if (field.enumeration == "range type")
+        if (field.as<enumWords_t>()->title == "range type")
             return {}; // shown with the values
         break;
     default:
@@ -81,33 +88,35 @@ std::string shownValue(const fieldDescription_t &field, const void *value, std::
 }
 
 void *elementOf(const fieldDescription_t &field, const elementRun_t &run, std::int32_t i) {
-    if (field.elementSize == 0)
+    if (field.list->elementSize == 0)
         return static_cast<void *const *>(run.first)[i];
-    return const_cast<char *>(static_cast<const char *>(run.first)) + static_cast<std::size_t>(i) * field.elementSize;
+    return const_cast<char *>(static_cast<const char *>(run.first)) +
+           static_cast<std::size_t>(i) * field.list->elementSize;
 }
 
 std::string shownField(const fieldDescription_t &field) {
-    if (field.list == listKind_t::range)
+    if (field.isList(listKind_t::range))
         return shownRange(*static_cast<const valueRange_t *>(field.value));
-    if (field.list == listKind_t::none)
-        return field.isSet != nullptr && *field.isSet == 0 ? "not set" : shownValue(field, field.value, field.room);
+    if (!field.list)
+        return field.isSet != nullptr && *field.isSet == 0 ? "not set" : shownValue(field, field.value);
     std::string all;
-    const elementRun_t run = field.elements(field.value);
-    const std::int32_t count = field.list == listKind_t::array && field.countMember != nullptr
-                                   ? std::min(run.count, *static_cast<const std::int32_t *>(field.countMember))
+    const elementRun_t run = field.list->elements(field.value);
+    const std::int32_t count = field.isList(listKind_t::array) && field.list->countMember != nullptr
+                                   ? std::min(run.count, *static_cast<const std::int32_t *>(field.list->countMember))
                                    : run.count;
+    const auto *const elementRecord = field.as<elementRecord_t>();
     std::optional<structureValues_t> record; // described once
     for (std::int32_t i = 0; i < count; ++i) {
         void *element = elementOf(field, run, i);
         if (element == nullptr) {
             all += "null";
-        } else if (field.visitElement == nullptr) {
-            all += shownValue(field, element, field.elementRoom);
+        } else if (elementRecord == nullptr) {
+            all += shownValue(field, element);
         } else {
             if (record)
                 record->moveTo(element);
             else
-                record.emplace(field.visitElement, element);
+                record.emplace(elementRecord->visit, element);
             all += record->shown();
         }
         all += ',';
@@ -115,7 +124,8 @@ std::string shownField(const fieldDescription_t &field) {
     return all;
 }
 
-void changeValue(const fieldDescription_t &field, void *value, std::int32_t room, std::minstd_rand &random) {
+void changeValue(const fieldDescription_t &field, void *value, std::minstd_rand &random) {
+    const std::int32_t room = roomOf(field);
     static const double reals[] = {0.0, -0.0, -1.0, -2.5, 7.0, 1e-9, 1e300, infinity, -infinity, notANumber};
     static const std::string texts[] = {"",
                                         "\"",
@@ -153,7 +163,7 @@ void changeValue(const fieldDescription_t &field, void *value, std::int32_t room
     case fieldKind_t::text:
         if (room >= 0)
             std::snprintf(static_cast<char *>(value), static_cast<std::size_t>(room), "%s", text.c_str());
-        else if (!field.isTextPointer)
+        else if (field.as<pointerText_t>() == nullptr)
             static_cast<string_t *>(value)->replace(0, 400, text.data(), text.size());
         if (room >= 0 && text.size() > 200)
             std::fill_n(static_cast<char *>(value), room, text[0]);
@@ -174,35 +184,38 @@ void changeValue(const fieldDescription_t &field, void *value, std::int32_t room
 
 void changeField(const fieldDescription_t &field, std::minstd_rand &random) {
     auto *const value = const_cast<void *>(field.value);
-    if (field.list == listKind_t::none)
-        return changeValue(field, value, field.room, random);
-    if (field.list == listKind_t::range)
+    if (!field.list)
+        return changeValue(field, value, random);
+    if (field.isList(listKind_t::range))
         static_cast<valueRange_t *>(value)->values().resize(static_cast<std::int32_t>(random() % 4));
-    else if (field.list == listKind_t::growable && field.kind == fieldKind_t::text)
+    else if (field.isList(listKind_t::growable) && field.kind == fieldKind_t::text)
         static_cast<growableList_t<string_t> *>(value)->resize(static_cast<std::int32_t>(random() % 4));
-    const elementRun_t run = field.elements(value);
+    const elementRun_t run = field.list->elements(value);
     if (run.count == 0)
         return;
     const auto index = static_cast<std::int32_t>(random() % static_cast<unsigned>(run.count));
     void *element = elementOf(field, run, index);
-    if (field.list == listKind_t::container && field.visitElement != nullptr &&
-        random() % 4 == 0) { // hosts may have null items
+    const auto *const record = field.as<elementRecord_t>();
+    if (field.isList(listKind_t::container) && record != nullptr && random() % 4 == 0) { // hosts may have null items
         delete static_cast<MessageBase *>(element);
         const_cast<void **>(static_cast<void *const *>(run.first))[index] = nullptr;
     } else if (element == nullptr) {
         return;
-    } else if (field.visitElement != nullptr) {
-        structureValues_t(field.visitElement, element).changeOne(random);
+    } else if (record != nullptr) {
+        structureValues_t(record->visit, element).changeOne(random);
     } else {
-        changeValue(field, element, field.elementRoom, random);
+        changeValue(field, element, random);
     }
 }
 
 // To where the field is in another structure.
 void move(fieldDescription_t &field, const char *from, const char *to) {
-    for (const void **address : {&field.value, &field.countMember})
-        if (*address != nullptr)
-            *address = to + (static_cast<const char *>(*address) - from);
+    const auto moved = [from, to](const void *at) -> const void * {
+        return to + (static_cast<const char *>(at) - from);
+    };
+    field.value = moved(field.value);
+    if (field.list && field.list->countMember != nullptr)
+        field.list->countMember = moved(field.list->countMember);
     if (field.isSet != nullptr)
         field.isSet = reinterpret_cast<const std::uint8_t *>(to) + (reinterpret_cast<const char *>(field.isSet) - from);
 }
@@ -226,8 +239,8 @@ void structureValues_t::addMembers(const textGroup_t &group) {
     for (const textField_t *member = group.firstMember(); member != nullptr; member = member->nextMember()) {
         fieldDescription_t field;
         member->describe(field);
-        if (field.group != nullptr) {
-            addMembers(*field.group);
+        if (const auto *nested = field.as<nestedRecord_t>()) {
+            addMembers(*nested->group);
             continue;
         }
         move(field, declared_, base_);

@@ -178,8 +178,7 @@ void placedTextField_t::describe(fieldDescription_t &description) const {
     description.member = start_;
     description.memberSize = size_;
     description.value = start_;
-    description.room = static_cast<std::int32_t>(size_);
-    description.reach = static_cast<std::int32_t>(room_);
+    description.details = arrayText_t{static_cast<std::int32_t>(size_), static_cast<std::int32_t>(room_)};
 }
 
 void placedTextField_t::place() {

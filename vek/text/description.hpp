@@ -6,7 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string_view>
+#include <variant>
 
 namespace vek {
 
@@ -29,7 +32,6 @@ enum class fieldKind_t : std::uint8_t {
 
 /// How a list is held in its structure.
 enum class listKind_t : std::uint8_t {
-    none,      ///< no list
     growable,  ///< growableList_t
     container, ///< a Container, which is the structure itself
     array,     ///< an array of fixed room
@@ -42,28 +44,58 @@ struct elementRun_t {
     std::int32_t count = 0;
 };
 
+/// A list: what its elements hold is what the field says of itself.
+struct listDescription_t {
+    listKind_t kind = listKind_t::growable;
+    elementRun_t (*elements)(const void *value) = nullptr; ///< finds the elements
+    std::size_t elementSize = 0;                           ///< from an element to the next; 0: pointers to them
+    std::optional<std::int32_t> room = {};                 ///< the elements that a list of fixed room holds
+    const void *countMember = nullptr; ///< the member that limits how many elements are printed; null: all are
+    bool isCountChecked = true;        ///< false: that many are printed, be there as many or not
+};
+
+/// An enumeration: in words, for example "media type", and its names in order of their values.
+struct enumWords_t {
+    std::string_view title;
+    std::span<const char *const> names;
+};
+
+/// A text in a character array of so many characters, which may run on as far as `reach` behind its start.
+struct arrayText_t {
+    std::int32_t room = 0;
+    std::int32_t reach = 0;
+};
+
+/// A text that is a pointer to its characters, which may be null.
+struct pointerText_t {};
+
+/// A nested record, and the name of its structure, for example "Media".
+struct nestedRecord_t {
+    const textGroup_t *group = nullptr;
+    std::string_view structure;
+};
+
+/// The record class of a list's elements, which it shows.
+struct elementRecord_t {
+    void (*visit)(recordVisitor_t &) = nullptr;
+};
+
 struct fieldDescription_t {
     fieldKind_t kind = fieldKind_t::record;
-    listKind_t list = listKind_t::none;
+    /// What more there is to say of the kind: nothing of numbers, flags, 16-bit texts and string_t.
+    std::variant<std::monostate, enumWords_t, arrayText_t, pointerText_t, nestedRecord_t, elementRecord_t> details;
+    std::optional<listDescription_t> list;
     const void *member = nullptr;        ///< the member that the field is bound to
     std::size_t memberSize = 0;          ///< its size in bytes
     const void *value = nullptr;         ///< where the value is: the member, or inside it
     const std::uint8_t *isSet = nullptr; ///< the flag that tells whether the value counts; null when it always does
-    std::string_view enumeration;        ///< an enumeration in words, for example "media type"
-    const char *const *names = nullptr;  ///< an enumeration's names, in order of their values
-    std::int32_t nameCount = 0;          ///< how many there are
-    const textGroup_t *group = nullptr;  ///< a nested record
-    std::string_view structure;          ///< the name of a nested record's structure, for example "Media"
-    std::int32_t room = -1;              ///< the elements a list of fixed room holds, or a character array's size
-    std::int32_t elementRoom = -1;       ///< the size of the character arrays that are a list's elements
-    std::int32_t reach = -1;             ///< how far a text may run on behind its array's start; -1: not behind its end
-    bool isTextPointer = false;          ///< a text is a pointer to its characters, which may be null; else a string_t
-    const void *countMember = nullptr;   ///< the member that limits how many elements of a list are printed
-    bool isCountChecked = true;          ///< false: that many are printed, be there as many or not
-    void (*visitElement)(recordVisitor_t &) = nullptr; ///< shows the record class of a list's elements
 
-    elementRun_t (*elements)(const void *value) = nullptr; ///< finds a list's elements
-    std::size_t elementSize = 0;                           ///< from an element to the next; 0: pointers to them
+    /// The details of this sort; null when there are others or none.
+    template <class Details>
+    const Details *as() const {
+        return std::get_if<Details>(&details);
+    }
+    bool isList(listKind_t which) const { return list && list->kind == which; }
 
     template <class Member>
     void bindTo(const Member &bound) {

@@ -35,12 +35,7 @@ public:
         return -1;
     }
 
-    void describe(fieldDescription_t &description) const {
-        description.kind = fieldKind_t::enumeration;
-        description.enumeration = title_;
-        description.names = names_;
-        description.nameCount = count_;
-    }
+    enumWords_t words() const { return {title_, {names_, static_cast<std::size_t>(count_)}}; }
 
 private:
     static constexpr std::size_t mostNames = 16;
@@ -74,7 +69,8 @@ public:
     }
 
     void describe(fieldDescription_t &description) const override {
-        names_->describe(description);
+        description.kind = fieldKind_t::enumeration;
+        description.details = names_->words();
         description.bindTo(value_);
     }
 

@@ -170,8 +170,9 @@ public:
         description.kind = Codec::kind;
         description.bindTo(value_);
         if constexpr (requires { Codec::room; })
-            description.room = Codec::room;
-        description.isTextPointer = std::is_pointer_v<value_t>;
+            description.details = arrayText_t{Codec::room, Codec::room};
+        else if constexpr (std::is_pointer_v<value_t>)
+            description.details = pointerText_t();
     }
 
 protected:

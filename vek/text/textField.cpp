@@ -187,7 +187,7 @@ void textGroup_t::assignByPosition(tolerantScanner_t &pairs) {
 
 void textGroup_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::record;
-    description.group = this;
+    description.details = nestedRecord_t{this, {}};
 }
 
 } // namespace vek

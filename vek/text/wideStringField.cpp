@@ -174,12 +174,11 @@ void wideStringElements_t::append() {
 
 void wideStringElements_t::describe(fieldDescription_t &description) const {
     description.kind = fieldKind_t::text16;
-    description.list = listKind_t::growable;
-    description.elementSize = 0;
-    description.elements = [](const void *list) -> elementRun_t {
+    const auto elements = [](const void *list) -> elementRun_t {
         const auto &texts = *static_cast<const wideStringListField_t *>(list);
         return {texts.begin().at, texts.count()};
     };
+    description.list = {.elements = elements};
 }
 
 void wideStringListField_t::clear() {

@@ -50,35 +50,35 @@ private:
         node_t element;
         if (field.kind == vek::fieldKind_t::text16) {
             element.kind = kind_t::shortInteger;
-            return field.list == vek::listKind_t::none ? element : listOf(element);
+            return field.list ? listOf(element) : element;
         }
-        if (field.visitElement != nullptr) {
+        if (const auto *record = field.as<vek::elementRecord_t>()) {
             builder_t builder;
-            field.visitElement(builder);
+            record->visit(builder);
             return builder.node;
         }
         element.kind = kindOf(field);
-        element.room = field.elementRoom;
+        if (const auto *text = field.as<vek::arrayText_t>())
+            element.room = text->room;
         return element;
     }
 
     static node_t nodeOf(const vek::fieldDescription_t &field, const std::vector<const void *> &addresses) {
-        if (field.list != vek::listKind_t::none || field.kind == vek::fieldKind_t::text16) {
+        if (field.list || field.kind == vek::fieldKind_t::text16) {
             node_t list = listOf(elementOf(field));
-            list.room = field.room;
-            list.isRange = field.list == vek::listKind_t::range;
-            const auto counter = std::find(addresses.begin(), addresses.end(), field.countMember);
-            if (field.countMember != nullptr)
+            const vek::listDescription_t described = field.list.value_or(vek::listDescription_t());
+            list.room = described.room.value_or(-1);
+            list.isRange = described.kind == vek::listKind_t::range;
+            const auto counter = std::find(addresses.begin(), addresses.end(), described.countMember);
+            if (described.countMember != nullptr)
                 list.countMember = static_cast<int>(counter - addresses.begin());
             return list;
         }
-        node_t node;
-        node.kind = kindOf(field);
-        node.room = field.room;
-        for (int i = 0; i < field.nameCount; ++i)
-            node.names.push_back(field.names[i]);
-        if (field.group != nullptr)
-            node.members = membersOf(*field.group);
+        node_t node = elementOf(field);
+        if (const auto *words = field.as<vek::enumWords_t>())
+            node.names.assign(words->names.begin(), words->names.end());
+        if (const auto *nested = field.as<vek::nestedRecord_t>())
+            node.members = membersOf(*nested->group);
         return node;
     }
 

@@ -26,13 +26,11 @@ std::size_t distance(const void *from, const void *to) {
 
 // The type of a range has no rule of its own: it is written only with values, so it is checked with them.
 bool isRangeType(const fieldDescription_t &field) {
-    fieldDescription_t rangeType;
-    rangeTypeNames.describe(rangeType);
-    return field.names == rangeType.names;
+    return field.as<enumWords_t>()->names.data() == rangeTypeNames.words().names.data();
 }
 
 // Nothing: any value comes back.
-std::optional<checkRuleKind_t> kindOf(const fieldDescription_t &field, std::int32_t room) {
+std::optional<checkRuleKind_t> kindOf(const fieldDescription_t &field) {
     switch (field.kind) {
     case fieldKind_t::float64:
         return checkRuleKind_t::reals;
@@ -43,9 +41,9 @@ std::optional<checkRuleKind_t> kindOf(const fieldDescription_t &field, std::int3
     case fieldKind_t::enumeration:
         return isRangeType(field) ? std::nullopt : std::optional(checkRuleKind_t::name);
     case fieldKind_t::text:
-        return room >= 0             ? checkRuleKind_t::arrayText
-               : field.isTextPointer ? checkRuleKind_t::pointerText
-                                     : checkRuleKind_t::text;
+        return field.as<arrayText_t>() != nullptr     ? checkRuleKind_t::arrayText
+               : field.as<pointerText_t>() != nullptr ? checkRuleKind_t::pointerText
+                                                      : checkRuleKind_t::text;
     case fieldKind_t::text16:
         return checkRuleKind_t::text16;
     case fieldKind_t::record:
@@ -65,8 +63,8 @@ public:
         for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
             fieldDescription_t description;
             field->describe(description);
-            if (description.group != nullptr)
-                addMembers(*description.group);
+            if (const auto *nested = description.as<nestedRecord_t>())
+                addMembers(*nested->group);
             else
                 add(description);
         }
@@ -77,20 +75,29 @@ private:
         checkRule_t rule;
         rule.value = distance(address_, field.value);
         rule.member = {distance(address_, field.member), field.memberSize};
-        if (field.list == listKind_t::range) {
+        if (field.isList(listKind_t::range)) {
             rule.kind = checkRuleKind_t::range;
-        } else if (field.list != listKind_t::none) {
+        } else if (field.list) {
             makeList(rule, field);
-        } else if (const auto kind = kindOf(field, field.room)) {
+        } else if (const auto kind = kindOf(field)) {
             rule.kind = *kind;
-            rule.limit = rule.kind == checkRuleKind_t::name ? field.nameCount : field.room;
-            rule.runsOn = field.reach > field.room;
-            rule.isSet = field.isSet != nullptr ? distance(address_, field.isSet) : checkRule_t::nowhere;
+            limit(rule, field);
+            if (field.isSet != nullptr)
+                rule.isSet = distance(address_, field.isSet);
         } else {
             return;
         }
         if (!joinsLast(rule))
             plan_.rules.push_back(std::move(rule));
+    }
+
+    static void limit(checkRule_t &rule, const fieldDescription_t &field) {
+        if (const auto *words = field.as<enumWords_t>())
+            rule.limit = static_cast<std::int32_t>(words->names.size());
+        if (const auto *text = field.as<arrayText_t>()) {
+            rule.limit = text->room;
+            rule.runsOn = text->reach > text->room;
+        }
     }
 
     // Reals that lie behind one another have one rule.
@@ -108,22 +115,20 @@ private:
         rule.kind = checkRuleKind_t::list;
         rule.list = std::make_unique<checkedList_t>();
         checkedList_t &list = *rule.list;
-        list.kind = field.list;
-        list.room = field.room;
-        list.elements = field.elements;
-        list.elementSize = field.elementSize;
-        list.isCountChecked = field.isCountChecked;
-        if (field.countMember != nullptr)
-            list.countMember = distance(address_, field.countMember);
-        if (field.visitElement != nullptr) {
-            list.element = makeCheckPlan(field.visitElement);
+        list.kind = field.list->kind;
+        list.elements = field.list->elements;
+        list.elementSize = field.list->elementSize;
+        if (field.list->countMember != nullptr)
+            list.countMember = distance(address_, field.list->countMember);
+        if (const auto *record = field.as<elementRecord_t>()) {
+            list.element = makeCheckPlan(record->visit);
             return;
         }
         list.element = std::make_unique<structureCheck_t::plan_t>();
-        if (const auto kind = kindOf(field, field.elementRoom)) {
+        if (const auto kind = kindOf(field)) {
             checkRule_t element;
             element.kind = *kind;
-            element.limit = field.elementRoom;
+            limit(element, field);
             list.element->rules.push_back(std::move(element));
         }
     }

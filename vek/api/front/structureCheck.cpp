@@ -161,7 +161,7 @@ private:
     }
 
     bool checkName(const where_t &where, const char *structure) {
-        if (where.rule.isSet != checkRule_t::nowhere && valueAt<std::uint8_t>(structure, where.rule.isSet) == 0)
+        if (where.rule.isSet && valueAt<std::uint8_t>(structure, *where.rule.isSet) == 0)
             return true;
         const std::int32_t value = valueAt<std::int32_t>(structure, where.rule.value);
         return (value >= 0 && value < where.rule.limit) || tellName(where, "", value, where.rule.limit);
@@ -228,8 +228,8 @@ private:
         const checkedList_t &list = *where.rule.list;
         const elementRun_t run = list.elements(structure + where.rule.value);
         std::int32_t count = run.count;
-        if (list.countMember != checkedList_t::noMember) {
-            const std::int32_t said = valueAt<std::int32_t>(structure, list.countMember);
+        if (list.countMember) {
+            const std::int32_t said = valueAt<std::int32_t>(structure, *list.countMember);
             if (!checkCount(where, said, run.count))
                 return false;
             count = std::min(count, said);
@@ -309,7 +309,8 @@ private:
                       nameOf(where.plan, where.rule.member.offset + ordinal * sizeof(double), where.rule.member.size));
     }
     static std::string countIn(const where_t &where) {
-        return joined(pathOf(where.outer), nameOf(where.plan, where.rule.list->countMember, sizeof(std::int32_t)));
+        return joined(pathOf(where.outer),
+                      nameOf(where.plan, where.rule.list->countMember.value(), sizeof(std::int32_t)));
     }
 
     bool tellReal(const where_t &where, double value, std::size_t ordinal = 0, std::int32_t index = -1) {

@@ -76,7 +76,7 @@ private:
         json_.member("words", kindInWords(field));
         json_.member("list", field.isList());
         if (field.isList())
-            json_.member("listKind", listName(field.list));
+            json_.member("listKind", listName(*field.list));
         if (const enumeration_t *enumeration = schema().enumerationOf(field))
             json_.member("enumeration", enumeration->name);
         if (field.record != nullptr && field.isList())

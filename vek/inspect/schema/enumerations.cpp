@@ -31,12 +31,8 @@ std::string inLowerCamelCase(std::string_view words) {
 }
 
 enumeration_t enumerationOf(const enumNames_t &names, std::span<const char *const> constants) {
-    fieldDescription_t description;
-    names.describe(description);
-    return {description.enumeration,
-            inLowerCamelCase(description.enumeration),
-            {description.names, static_cast<std::size_t>(description.nameCount)},
-            constants};
+    const enumWords_t words = names.words();
+    return {words.title, inLowerCamelCase(words.title), words.names, constants};
 }
 
 } // namespace

@@ -5,8 +5,6 @@ namespace vek::inspect {
 
 std::string_view listName(listKind_t list) {
     switch (list) {
-    case listKind_t::none:
-        return "";
     case listKind_t::growable:
         return "list";
     case listKind_t::container:
@@ -53,7 +51,7 @@ std::string kindInWords(const fieldSchema_t &field) {
     const std::string room = field.room >= 0 ? joined({std::to_string(field.room), " "}) : std::string();
     const std::string elements =
         field.record != nullptr ? std::string(field.record->name) : joined({kindName(field.kind), "s"});
-    std::string words = joined({listName(field.list), " of ", room, elements});
+    std::string words = joined({listName(*field.list), " of ", room, elements});
     if (field.countField == nullptr)
         return words;
     return field.isCountChecked ? joined({words, "; at most ", field.countField->key, " of them are written"})

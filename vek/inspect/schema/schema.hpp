@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -61,7 +62,7 @@ struct fieldSchema_t {
     std::string_view key;
     std::int32_t position = 0; ///< in its record, which is its place in a positional body
     fieldKind_t kind = fieldKind_t::record;
-    listKind_t list = listKind_t::none;
+    std::optional<listKind_t> list;            ///< none: no list
     std::string_view enumeration;              ///< an enumeration in words, for example "media type"
     std::span<const char *const> names;        ///< an enumeration's names, in order of their values
     std::string_view structure;                ///< of a nested record: its structure's name
@@ -75,7 +76,7 @@ struct fieldSchema_t {
     defaultKind_t defaultKind = defaultKind_t::empty;
     std::string defaultText; ///< as it is written in a body
 
-    bool isList() const { return list != listKind_t::none; }
+    bool isList() const { return list.has_value(); }
     /// A group in a body: a nested record, a list, or a 16-bit text, which is a list of codes.
     bool isGroup() const { return isList() || kind == fieldKind_t::record || kind == fieldKind_t::text16; }
     /// The value of an enumeration's name, -1 when there is none.

@@ -45,7 +45,7 @@ const fieldSchema_t *findBound(const recordSchema_t &record, const textGroup_t &
     for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
         const fieldDescription_t description = describe(*field);
         const auto *at = static_cast<const char *>(description.member);
-        if (description.list == listKind_t::none && at >= start && at < static_cast<const char *>(start) + size)
+        if (!description.list && at >= start && at < static_cast<const char *>(start) + size)
             return &record.fields[position];
         ++position;
     }
@@ -56,20 +56,20 @@ void setDefault(fieldSchema_t &field, const textField_t &described, const fieldD
                 bool keepsItsValues) {
     const auto *bytes = static_cast<const char *>(description.member);
     const bool isZero = std::all_of(bytes, bytes + description.memberSize, [](char byte) { return byte == 0; });
-    if (description.group != nullptr) {
+    if (description.as<nestedRecord_t>() != nullptr) {
         field.defaultKind = defaultKind_t::record;
     } else if (keepsItsValues && described.isSet == 0) {
         field.defaultKind = defaultKind_t::notSet;
-    } else if (description.names != nullptr) {
+    } else if (const auto *words = description.as<enumWords_t>()) {
         // Also of a range without values, whose type is not written.
         std::int32_t value = 0;
         std::memcpy(&value, bytes, sizeof value);
-        const bool hasName = value >= 0 && value < description.nameCount;
+        const bool hasName = value >= 0 && static_cast<std::size_t>(value) < words->names.size();
         field.defaultKind = defaultKind_t::value;
-        field.defaultText = hasName ? description.names[value] : std::to_string(value);
+        field.defaultText = hasName ? words->names[static_cast<std::size_t>(value)] : std::to_string(value);
     } else if (isZero && field.member.type.ends_with('*')) {
         field.defaultKind = defaultKind_t::null;
-    } else if (isZero && description.list == listKind_t::array) {
+    } else if (isZero && description.isList(listKind_t::array)) {
         field.defaultKind = defaultKind_t::zero;
     } else {
         bodyBuffer_t buffer(64);
@@ -126,9 +126,9 @@ void schemaBuilder_t::addFields(recordSchema_t &record, const textGroup_t &group
     for (const textField_t *field = group.firstMember(); field != nullptr; field = field->nextMember()) {
         const fieldDescription_t description = describe(*field);
         fieldSchema_t &schema = record.fields[position++];
-        if (description.countMember != nullptr)
-            schema.countField = findBound(record, group, description.countMember, 1);
-        if (description.list == listKind_t::range)
+        if (description.list && description.list->countMember != nullptr)
+            schema.countField = findBound(record, group, description.list->countMember, 1);
+        if (description.isList(listKind_t::range))
             schema.rangeType = findBound(record, group, description.member, description.memberSize);
     }
 }
@@ -139,24 +139,30 @@ void schemaBuilder_t::addField(recordSchema_t &record, const textField_t &descri
     field.key = described.key();
     field.position = static_cast<std::int32_t>(record.fields.size());
     field.kind = description.kind;
-    field.list = description.list;
-    field.enumeration = description.enumeration;
-    field.names = {description.names, static_cast<std::size_t>(description.nameCount)};
-    field.structure = description.structure;
-    field.room = description.room;
-    field.elementRoom = description.elementRoom;
-    field.isCountChecked = description.isCountChecked;
+    if (description.list) {
+        field.list = description.list->kind;
+        field.room = description.list->room.value_or(-1);
+        field.isCountChecked = description.list->isCountChecked;
+    }
+    if (const auto *words = description.as<enumWords_t>()) {
+        field.enumeration = words->title;
+        field.names = words->names;
+    }
+    if (const auto *text = description.as<arrayText_t>())
+        (description.list ? field.elementRoom : field.room) = text->room;
     field.member =
         memberAt(layoutNamed(top.structure), distance(top.address, description.member), description.memberSize);
     setDefault(field, described, description, top.kind == structureKind_t::ownRecord);
-    if (description.group != nullptr)
-        field.record = nestedRecord(description, top);
-    else if (description.visitElement != nullptr)
-        field.record = recordOf(description.visitElement);
+    if (const auto *nested = description.as<nestedRecord_t>()) {
+        field.structure = nested->structure;
+        field.record = nestedRecord(*nested, top);
+    } else if (const auto *element = description.as<elementRecord_t>()) {
+        field.record = recordOf(element->visit);
+    }
     record.fields.push_back(std::move(field));
 }
 
-const recordSchema_t *schemaBuilder_t::nestedRecord(const fieldDescription_t &field, const recordDescription_t &top) {
+const recordSchema_t *schemaBuilder_t::nestedRecord(const nestedRecord_t &field, const recordDescription_t &top) {
     recordSchema_t &nested = schema_.records_.emplace_back();
     nested.name = nested.structure = field.structure;
     nested.isNested = true;

@@ -30,13 +30,12 @@ public:
     void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Item>(description);
-        description.list = listKind_t::container;
         description.bindTo(items_);
-        description.elementSize = 0;
-        description.elements = [](const void *items) -> elementRun_t {
+        const auto elements = [](const void *items) -> elementRun_t {
             return {static_cast<const Container<Item> *>(items)->begin(),
                     static_cast<const Container<Item> *>(items)->count()};
         };
+        description.list = {.kind = listKind_t::container, .elements = elements};
     }
 
 private:

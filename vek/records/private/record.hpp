@@ -32,7 +32,7 @@ public:
 
     void describe(fieldDescription_t &description) const override {
         textGroup_t::describe(description);
-        description.structure = typeName<Structure>();
+        description.details = nestedRecord_t{this, typeName<Structure>()};
         description.bindTo(structure);
     }
 

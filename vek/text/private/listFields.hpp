@@ -18,7 +18,7 @@ namespace vek {
 template <class Element, class Value>
 void describeElement(fieldDescription_t &description) {
     if constexpr (std::is_base_of_v<textGroup_t, Element>) {
-        description.visitElement = &visitRecord<Element>;
+        description.details = elementRecord_t{&visitRecord<Element>};
     } else {
         Value value{};
         Element(pass_t::print, value).describe(description);
@@ -63,13 +63,11 @@ public:
     void reserve(std::int32_t count) { list_.reserve(count); }
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
-        description.list = listKind_t::growable;
         description.bindTo(list_);
-        description.countMember = count_;
-        description.elementSize = sizeof(Value);
-        description.elements = [](const void *list) -> elementRun_t {
+        const auto elements = [](const void *list) -> elementRun_t {
             return {static_cast<const list_t *>(list)->begin(), static_cast<const list_t *>(list)->count()};
         };
+        description.list = {.elements = elements, .elementSize = sizeof(Value), .countMember = count_};
     }
 
 private:
@@ -115,14 +113,15 @@ public:
     void reserve(std::int32_t) {}
     void describe(fieldDescription_t &description) const {
         describeElement<Element, Value>(description);
-        description.list = listKind_t::array;
         description.bindTo(values_);
-        description.elementSize = sizeof(Value);
-        description.elements = [](const void *values) -> elementRun_t { return {values, roomSize}; };
-        description.countMember = Counting == counting_t::all ? nullptr : &count_;
-        description.isCountChecked = Counting != counting_t::byMemberUnchecked;
-        description.elementRoom = description.room;
-        description.room = roomSize;
+        description.list = {.kind = listKind_t::array,
+                            .elements = [](const void *values) -> elementRun_t {
+                                return {values, roomSize};
+                            },
+                            .elementSize = sizeof(Value),
+                            .room = roomSize,
+                            .countMember = Counting == counting_t::all ? nullptr : &count_,
+                            .isCountChecked = Counting != counting_t::byMemberUnchecked};
     }
 
 private:

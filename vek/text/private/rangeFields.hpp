@@ -45,13 +45,12 @@ public:
     void reserve(std::int32_t count) { range_.values().reserve(count); }
     void describe(fieldDescription_t &description) const {
         description.kind = doubleCodec_t::kind;
-        description.list = listKind_t::range;
         description.bindTo(range_);
-        description.elementSize = sizeof(double);
-        description.elements = [](const void *range) -> elementRun_t {
+        const auto elements = [](const void *range) -> elementRun_t {
             return {static_cast<const valueRange_t *>(range)->begin(),
                     static_cast<const valueRange_t *>(range)->count()};
         };
+        description.list = {.kind = listKind_t::range, .elements = elements, .elementSize = sizeof(double)};
     }
 
 private:

@@ -9,8 +9,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace vek {
@@ -29,14 +29,10 @@ enum class checkRuleKind_t : std::uint8_t {
 };
 
 struct checkedList_t {
-    static constexpr std::size_t noMember = std::numeric_limits<std::size_t>::max();
-
     listKind_t kind = listKind_t::growable;
-    std::int32_t room = -1;
     elementRun_t (*elements)(const void *value) = nullptr;
-    std::size_t elementSize = 0;        ///< 0: pointers to elements
-    std::size_t countMember = noMember; ///< where the member is that limits how many are written
-    bool isCountChecked = true;         ///< false: that many are written, be there as many or not
+    std::size_t elementSize = 0;            ///< 0: pointers to elements
+    std::optional<std::size_t> countMember; ///< where the member is that limits how many are written
     std::unique_ptr<structureCheck_t::plan_t> element;
 };
 
@@ -47,14 +43,12 @@ struct memberSpan_t {
 };
 
 struct checkRule_t {
-    static constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
-
     checkRuleKind_t kind{};
-    bool runsOn = false;         ///< a text may go on behind its array
-    std::int32_t limit = -1;     ///< the names of an enumeration, or the size of a character array
-    std::size_t count = 1;       ///< of reals
-    std::size_t value = 0;       ///< where it is in the structure
-    std::size_t isSet = nowhere; ///< the flag that tells whether the value counts
+    bool runsOn = false;              ///< a text may go on behind its array
+    std::int32_t limit = 0;           ///< the names of an enumeration, or the size of a character array
+    std::size_t count = 1;            ///< of reals
+    std::size_t value = 0;            ///< where it is in the structure
+    std::optional<std::size_t> isSet; ///< the flag that tells whether the value counts
     memberSpan_t member;
     std::unique_ptr<checkedList_t> list;
 };

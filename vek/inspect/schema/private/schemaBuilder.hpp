@@ -24,7 +24,7 @@ private:
     const recordSchema_t *recordOf(visit_t visit);
     void addFields(recordSchema_t &record, const textGroup_t &group, const recordDescription_t &top);
     void addField(recordSchema_t &record, const textField_t &field, const recordDescription_t &top);
-    const recordSchema_t *nestedRecord(const fieldDescription_t &field, const recordDescription_t &top);
+    const recordSchema_t *nestedRecord(const nestedRecord_t &field, const recordDescription_t &top);
 
     schema_t &schema_;
     std::map<visit_t, const recordSchema_t *> records_; // three messages share a record, lists share elements
