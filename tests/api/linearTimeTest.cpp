@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <string>
 
 namespace {
@@ -72,10 +73,10 @@ seconds_t timeOf(std::int32_t id, const std::string &body) {
     const std::string text = message(id, body);
     seconds_t best(1e9);
     for (int i = 0; i < 3 && (i == 0 || best < seconds_t(5)); ++i) {
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock(); // of the processor: other programs may run beside the tests
         const structure_t structure(text);
         written(id, structure.address);
-        best = std::min(best, seconds_t(std::chrono::steady_clock::now() - start));
+        best = std::min(best, seconds_t(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC));
     }
     return best;
 }
