@@ -24,10 +24,6 @@ std::int32_t handOut(const formResult_t &read) {
     return read.isRead() ? 1 : 0;
 }
 
-formResult_t readForm(std::string_view piece, form_t form) {
-    return form == form_t::show ? readShow(piece) : form == form_t::json ? readJson(piece) : readFlat(piece);
-}
-
 // A change of a damaged message is one of the message that sealing it gives.
 change_t changedOrSealed(std::string_view text, std::string_view path, std::string_view value) {
     const tree_t tree(text);
@@ -107,8 +103,7 @@ std::int32_t pageFindingNames() {
 
 /// Whether a text, of which this is the beginning, is made of messages in a form that a log has not.
 std::int32_t pageIsForm(std::size_t size) {
-    const form_t form = formOf(exchange.take(size));
-    return form == form_t::show || form == form_t::json || form == form_t::flat ? 1 : 0;
+    return isForm(formOf(exchange.take(size))) ? 1 : 0;
 }
 
 /// The messages of such a text, one a line; 0 with the reason when one can't be read.

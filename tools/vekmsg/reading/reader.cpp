@@ -202,7 +202,7 @@ void reader_t::begin(const std::string &name) {
     input.position.offset = skipped;
     input.scanner = inspect::logScanner_t(skipped);
     const form_t form = inspect::formOf(input.start);
-    input.isForm = form == form_t::show || form == form_t::json || form == form_t::flat;
+    input.isForm = inspect::isForm(form);
     if (input.isForm)
         input.sink.form = form;
     else if (isWhole && input.start.starts_with("@@"))
@@ -299,10 +299,7 @@ void reader_t::takeForms(bool isLast) {
 
 void reader_t::takePiece(std::string_view piece) {
     item_t item = input_->position;
-    const form_t form = input_->sink.form;
-    const inspect::formResult_t result = form == form_t::json   ? inspect::readJson(piece)
-                                         : form == form_t::flat ? inspect::readFlat(piece)
-                                                                : inspect::readShow(piece);
+    const inspect::formResult_t result = inspect::readForm(piece, input_->sink.form);
     if (result.isRead()) {
         item.text = result.text;
         item.isDamaged = isEnvelopeDamaged(item.text);

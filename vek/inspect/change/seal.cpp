@@ -61,19 +61,6 @@ formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
             0};
 }
 
-formResult_t readForm(std::string_view text, form_t form) {
-    switch (form) {
-    case form_t::show:
-        return readShow(text);
-    case form_t::json:
-        return readJson(text);
-    case form_t::flat:
-        return readFlat(text);
-    default:
-        return {std::string(text), {}, 0};
-    }
-}
-
 } // namespace
 
 formResult_t seal(std::string_view text, const sealOptions_t &options) {

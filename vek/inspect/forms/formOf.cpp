@@ -103,4 +103,17 @@ std::vector<std::string_view> splitForms(std::string_view text, form_t form) {
     }
 }
 
+formResult_t readForm(std::string_view text, form_t form) {
+    switch (form) {
+    case form_t::show:
+        return readShow(text);
+    case form_t::json:
+        return readJson(text);
+    case form_t::flat:
+        return readFlat(text);
+    default:
+        return {std::string(text), {}, 0};
+    }
+}
+
 } // namespace vek::inspect

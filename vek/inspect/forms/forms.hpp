@@ -84,6 +84,14 @@ formResult_t readFlat(std::string_view form);
 /// What a text looks like.
 enum class form_t : std::uint8_t { message, show, json, flat, none };
 
+/// Whether it is one of the forms for people and programs, so that messages are read from it by readForm().
+constexpr bool isForm(form_t form) {
+    return form == form_t::show || form == form_t::json || form == form_t::flat;
+}
+
+/// Reads a message from a form; any other text is taken as it stands.
+formResult_t readForm(std::string_view text, form_t form);
+
 /// Judges by the first characters that are no white space, comment or byte order mark; a log is `none`.
 form_t formOf(std::string_view text);
 
