@@ -1,5 +1,6 @@
 #include "vek/inspect/message/envelopeParts.hpp"
 
+#include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
