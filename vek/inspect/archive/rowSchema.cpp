@@ -1,5 +1,10 @@
+#include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
+#include "vek/inspect/words/words.hpp"
+
+#include <algorithm>
+#include <iterator>
 
 namespace vek::inspect {
 
@@ -24,43 +29,69 @@ std::string_view schemaOf(columnType_t type) {
     return R"({"type": "string"})";
 }
 
-void appendRowSchema(std::string &out, const table_t &table) {
-    jsonAppender_t json(out);
-    json.open('{');
-    json.member("description", table.about);
-    json.member("type", "object");
-    json.object("properties", [&] {
-        json.object("table", [&] { json.member("const", table.name); });
-        json.ready(R"("source": {"type": "string"},
-    "byte_offset": {"type": "integer", "minimum": 0},
-    "log_time": {"type": "string", "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}$"},
-    "log_microsecond": {"type": "integer", "minimum": 0, "maximum": 999999},
-    "echo_tag": {"$ref": "#/definitions/integer"},
-    "sequence_number": {"$ref": "#/definitions/integer"},
-    "damaged": {"enum": [0, 1]})");
-        for (std::size_t i = 0; i < table.depth; ++i) {
-            json.name(elementColumn(i));
-            json.ready(R"({"type": "integer", "minimum": 0})");
-        }
-        for (const column_t &column : table.columns) {
+struct frontSchema_t {
+    std::string_view type; // in ClickHouse
+    std::string_view schema;
+    bool isAlwaysThere;
+};
+
+// Of the columns in front; without a time there is no fraction of it.
+constexpr frontSchema_t frontSchemas[] = {
+    {"String", R"({"type": "string"})", true},
+    {"UInt64", R"({"type": "integer", "minimum": 0})", true},
+    {"UInt32", R"({"type": "integer", "minimum": 0})", false},
+    {"UInt8", R"({"enum": [0, 1]})", true},
+    {"Nullable(Int32)", R"({"$ref": "#/definitions/integer"})", false},
+    {"Nullable(DateTime('UTC'))",
+     R"({"type": "string", "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}$"})", false},
+};
+
+const frontSchema_t *schemaOf(const frontColumn_t &column) {
+    const auto *const found = std::ranges::find(frontSchemas, column.clickhouse.type, &frontSchema_t::type);
+    return found != std::end(frontSchemas) ? found : nullptr;
+}
+
+void appendProperties(jsonAppender_t &json, const table_t &table) {
+    json.object("table", [&] { json.member("const", table.name); });
+    for (const frontColumn_t &column : frontColumns())
+        if (const frontSchema_t *schema = schemaOf(column)) {
             json.name(column.name);
-            if (column.isList)
-                json.ready(std::string(R"({"type": "array", "minItems": 1, "items": )").append(schemaOf(column.type)) +
-                           '}');
-            else
-                json.ready(schemaOf(column.type));
+            json.ready(schema->schema);
         }
-    });
+    for (std::size_t i = 0; i < table.depth; ++i) {
+        json.name(elementColumn(i));
+        json.ready(R"({"type": "integer", "minimum": 0})");
+    }
+    for (const column_t &column : table.columns) {
+        json.name(column.name);
+        if (column.isList)
+            json.ready(joined({R"({"type": "array", "minItems": 1, "items": )", schemaOf(column.type), "}"}));
+        else
+            json.ready(schemaOf(column.type));
+    }
+}
+
+void appendRequired(jsonAppender_t &json, const table_t &table) {
     json.name("required");
     json.open('[');
-    for (const std::string_view name : {"source", "byte_offset", "damaged"})
-        json.value(name);
+    for (const frontColumn_t &column : frontColumns())
+        if (const frontSchema_t *schema = schemaOf(column); schema != nullptr && schema->isAlwaysThere)
+            json.value(column.name);
     for (std::size_t i = 0; i < table.depth; ++i)
         json.value(elementColumn(i));
     for (const column_t &column : table.columns)
         if (column.isAlwaysThere)
             json.value(column.name);
     json.close(']');
+}
+
+void appendRowSchema(std::string &out, const table_t &table) {
+    jsonAppender_t json(out);
+    json.open('{');
+    json.member("description", table.about);
+    json.member("type", "object");
+    json.object("properties", [&] { appendProperties(json, table); });
+    appendRequired(json, table);
     json.member("additionalProperties", false);
     json.close('}');
 }
