@@ -20,6 +20,16 @@ inline constexpr int jsonVersion = 2;
 /// of these characters themselves; readers that undo it get the very bytes.
 void appendJsonString(std::string &out, std::string_view bytes);
 
+/// Three pieces at once: one by one they take twice the time.
+inline void appendPieces(std::string &out, std::string_view front, std::string_view middle, std::string_view back) {
+    const std::size_t size = out.size();
+    out.resize(size + front.size() + middle.size() + back.size());
+    char *to = out.data() + size;
+    to += front.copy(to, front.size());
+    to += middle.copy(to, middle.size());
+    back.copy(to, back.size());
+}
+
 class jsonAppender_t {
 public:
     explicit jsonAppender_t(std::string &out) : out_(out), start_(out.size()) {}
@@ -32,12 +42,7 @@ public:
     void close(char bracket) { out_ += bracket; }
 
     /// The name of a member, whose value comes next. It needs no escapes.
-    void name(std::string_view plain) {
-        next();
-        out_ += '"';
-        out_ += plain;
-        out_ += "\":";
-    }
+    void name(std::string_view plain) { appendPieces(out_, needsComma() ? ",\"" : "\"", plain, "\":"); }
     /// The same for a name of any bytes.
     void anyName(std::string_view bytes) {
         next();
@@ -92,8 +97,11 @@ public:
 
 private:
     // Strings end with their quotes, so a bracket or a colon at the end is one of these pieces.
+    bool needsComma() const {
+        return out_.size() > start_ && out_.back() != '{' && out_.back() != '[' && out_.back() != ':';
+    }
     void next() {
-        if (out_.size() > start_ && out_.back() != '{' && out_.back() != '[' && out_.back() != ':')
+        if (needsComma())
             out_ += ',';
     }
     template <class Number>

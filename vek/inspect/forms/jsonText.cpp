@@ -44,10 +44,12 @@ void appendSpecial(std::string &out, std::string_view character) {
 } // namespace
 
 void appendJsonString(std::string &out, std::string_view bytes) {
+    const auto isSpecial = [](char c) { return !isSimple[static_cast<unsigned char>(c)]; };
+    auto special = std::find_if(bytes.begin(), bytes.end(), isSpecial);
+    if (special == bytes.end())
+        return appendPieces(out, "\"", bytes, "\"");
     out += '"';
     while (!bytes.empty()) {
-        const auto special =
-            std::find_if(bytes.begin(), bytes.end(), [](char c) { return !isSimple[static_cast<unsigned char>(c)]; });
         const auto simple = static_cast<std::size_t>(special - bytes.begin());
         out += bytes.substr(0, simple);
         bytes.remove_prefix(simple);
@@ -61,6 +63,7 @@ void appendJsonString(std::string &out, std::string_view bytes) {
         else
             appendSpecial(out, character);
         bytes.remove_prefix(character.size());
+        special = std::find_if(bytes.begin(), bytes.end(), isSpecial);
     }
     out += '"';
 }
