@@ -1,3 +1,5 @@
+// One line on standard error, drawn over itself ten times a second at most, and not within the first second: what is
+// soon done needs none.
 #include "tools/vekmsg/terminal/progress.hpp"
 
 #include "tools/vekmsg/terminal/platform.hpp"

@@ -1,3 +1,5 @@
+// Both messages are taken apart into leaves, the values that stand at a path of their own, and the leaves are compared
+// path by path: so the order of keys does not matter.
 #include "vek/inspect/change/diff.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"
@@ -33,7 +35,7 @@ std::string shown(const tree_t &tree, const node_t &node) {
     return node.isBody ? wideText(tree, node).value_or(std::string(tree.value(node))) : scalarText(tree, node);
 }
 
-// "A[3].B" with "A[].B" in mind.
+// "A[].B" for "A[3].B": the path of a key in every element of its list.
 std::string withoutNumbers(std::string_view path) {
     std::string general;
     bool isInside = false;

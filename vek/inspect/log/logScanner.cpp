@@ -1,3 +1,5 @@
+// Finds "@@" with a number behind it, and then looks for the end of that message before anything else is believed. What
+// might go on in the next block is kept until it is there.
 #include "vek/inspect/log/logScanner.hpp"
 
 #include "vek/api/envelope.hpp"

@@ -1,3 +1,5 @@
+// Each form of a time is read piece by piece, without a copy, a locale or a regular expression: it is done for every
+// message of a log.
 #include "vek/inspect/log/logTime.hpp"
 
 #include "vek/text/numberText.hpp"

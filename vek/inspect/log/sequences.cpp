@@ -26,6 +26,7 @@ std::uint32_t sequences_t::take(std::int32_t number) {
         latest_[known_++] = number;
         return 0;
     }
+    // More senders than are told apart: the new one takes the place of the one that was replaced longest ago.
     latest_[oldest_] = number;
     oldest_ = (oldest_ + 1) % senders;
     return 0;

@@ -1,3 +1,5 @@
+// Cuts a body into pairs by the library's own scanner, level by level, and then says of each pair what the reader makes
+// of it.
 #include "vek/inspect/message/private/treeBuilder.hpp"
 
 #include "vek/inspect/words/words.hpp"

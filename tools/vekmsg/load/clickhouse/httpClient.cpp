@@ -1,3 +1,4 @@
+// All that is said to libcurl. Each of its objects has an owner here that releases it.
 #include "tools/vekmsg/load/clickhouse/httpClient.hpp"
 
 #include <curl/curl.h>

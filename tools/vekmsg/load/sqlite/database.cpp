@@ -1,3 +1,4 @@
+// All that is said to SQLite. Each of its errors becomes a sentence that says what to do.
 #include "tools/vekmsg/load/sqlite/database.hpp"
 
 #include <new>
