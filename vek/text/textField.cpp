@@ -88,7 +88,7 @@ public:
         if (key.data() == nullptr)
             return nullptr;
         if (hasTable_)
-            return table_[placeOf(key)];
+            return table_[slotOf(key)];
         if (++walks_ == mostWalks)
             makeTable();
         textField_t *const found = walk(key, hint, nullptr);
@@ -115,19 +115,19 @@ private:
             return;
         table_.fill(nullptr);
         for (textField_t *member = first_; member != nullptr; member = member->next_)
-            table_[placeOf(member->key())] = member;
+            table_[slotOf(member->key())] = member;
         hasTable_ = true;
     }
 
     // By open addressing: where the member with this key is, or would be.
-    std::size_t placeOf(std::string_view key) const {
+    std::size_t slotOf(std::string_view key) const {
         const auto at = [key](std::size_t i) -> std::size_t { return static_cast<unsigned char>(key[i]); };
-        std::size_t place = key.size();
+        std::size_t slot = key.size();
         if (!key.empty())
-            place += 7 * at(0) + 11 * at(key.size() / 2) + 3 * at(key.size() - 1);
-        for (place %= tableSize; table_[place] != nullptr && table_[place]->key() != key;)
-            place = (place + 1) % tableSize;
-        return place;
+            slot += 7 * at(0) + 11 * at(key.size() / 2) + 3 * at(key.size() - 1);
+        for (slot %= tableSize; table_[slot] != nullptr && table_[slot]->key() != key;)
+            slot = (slot + 1) % tableSize;
+        return slot;
     }
 
     textField_t *first_;

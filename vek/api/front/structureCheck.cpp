@@ -86,15 +86,15 @@ public:
     explicit checkRun_t(bool onlyFirst) : onlyFirst_(onlyFirst) {}
 
     /// An element that is gone over, and the list that it is in.
-    struct place_t {
+    struct inList_t {
         const plan_t *plan = nullptr;
         const checkRule_t *list = nullptr;
         std::int32_t index = 0;
-        const place_t *outer = nullptr;
+        const inList_t *outer = nullptr;
     };
 
     /// False when no more is to be found.
-    bool goOver(const plan_t &plan, const char *structure, const place_t *outer, std::size_t firstRule = 0) {
+    bool goOver(const plan_t &plan, const char *structure, const inList_t *outer, std::size_t firstRule = 0) {
         for (std::size_t i = firstRule; i < plan.rules.size(); ++i) {
             const checkRule_t &rule = plan.rules[i];
             if (!isFine(rule, structure + rule.value) && !goOver({plan, rule, outer}, structure))
@@ -109,7 +109,7 @@ private:
     struct where_t {
         const plan_t &plan;
         const checkRule_t &rule;
-        const place_t *outer;
+        const inList_t *outer;
     };
 
     bool goOver(const where_t &where, const char *structure) {
@@ -269,9 +269,9 @@ private:
     bool checkElement(const where_t &where, const elementRun_t &run, std::int32_t index, std::int32_t count) {
         const checkedList_t &list = *where.rule.list;
         const char *const element = elementAt(list, run, index);
-        const place_t place{&where.plan, &where.rule, index, where.outer};
+        const inList_t at{&where.plan, &where.rule, index, where.outer};
         if (element == nullptr)
-            return tell(pathOf(&place), problemCode_t::nullItem,
+            return tell(pathOf(&at), problemCode_t::nullItem,
                         " is a null pointer and would be read as an item of its own: add an item or none");
         if (isEmptyElement(*list.element, element)) {
             // Behind the last text of an array there is nothing that could move up.
@@ -280,10 +280,10 @@ private:
                     return true;
                 else if (!isEmptyElement(*list.element, elementAt(list, run, later)))
                     break;
-            return tell(pathOf(&place), problemCode_t::emptyElement,
+            return tell(pathOf(&at), problemCode_t::emptyElement,
                         " is empty, which has no place in a list: the later ones would move up; remove it");
         }
-        return goOver(*list.element, element, &place);
+        return goOver(*list.element, element, &at);
     }
 
     static std::string nameOf(const plan_t &plan, std::size_t offset, std::size_t size) {
@@ -293,13 +293,12 @@ private:
         return found.path;
     }
 
-    // The elements that lead to a place, up to its list's index: "punchSysName[2]".
-    static std::string pathOf(const place_t *place) {
-        if (place == nullptr)
+    // The elements that lead to a value, up to its list's index: "punchSysName[2]".
+    static std::string pathOf(const inList_t *at) {
+        if (at == nullptr)
             return {};
-        return joined(pathOf(place->outer),
-                      nameOf(*place->plan, place->list->member.offset, place->list->member.size)) +
-               '[' + std::to_string(place->index) + ']';
+        return joined(pathOf(at->outer), nameOf(*at->plan, at->list->member.offset, at->list->member.size)) + '[' +
+               std::to_string(at->index) + ']';
     }
     static std::string joined(const std::string &path, const std::string &name) {
         return path.empty() || name.empty() ? path + name : path + '.' + name;
