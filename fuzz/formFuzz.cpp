@@ -8,11 +8,9 @@ using namespace vek::test;
 using namespace vek::inspect;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    constexpr formResult_t (*readers[])(std::string_view form) = {&readShow, &readJson, &readFlat};
     const std::string text = textOf(data, size);
     const form_t form = formOf(text);
-    const auto known = static_cast<std::size_t>(form) - static_cast<std::size_t>(form_t::show);
-    const formResult_t result = (known < std::size(readers) ? readers[known] : readers[size % 3])(text);
+    const formResult_t result = readForm(text, form);
     if (result.isRead() == result.text.empty() || result.offset > size)
         expectSame(text, "a text or a reason", result.error);
     if (result.isRead()) {

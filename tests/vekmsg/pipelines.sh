@@ -10,9 +10,9 @@ cd "$work"
 sed -E '/\(none\)/d; s/^-?[0-9]+ -?[0-9]+ @@/@@/; s/!!( -?[0-9]+)+$/!!/' log.txt >messages.txt
 count=$(grep -c -a '^@@' messages.txt)
 [ "$count" -ge 4000 ] || { echo "FAILED: only $count messages" >&2; exit 1; }
-"$vekmsg" seal log.txt | cmp - messages.txt
+"$vekmsg" seal --raw log.txt | cmp - messages.txt
 for form in show json flat; do
-    "$vekmsg" "$form" log.txt | "$vekmsg" seal | cmp - messages.txt
+    "$vekmsg" "$form" log.txt | "$vekmsg" seal --raw | cmp - messages.txt
 done
 # A pipe that gives its first characters one by one.
 {
@@ -21,4 +21,4 @@ done
     printf '\xbf#'
     sleep 0.1
     "$vekmsg" flat log.txt | tail -c +2
-} | "$vekmsg" seal | cmp - messages.txt
+} | "$vekmsg" seal --raw | cmp - messages.txt

@@ -50,7 +50,7 @@ TEST(Change, KeepsEveryOtherByte) {
     }
     const std::string text = message(4112, "{FOCUS_VALUE=1.000000;}");
     EXPECT_EQ(changed(tree_t(text), "@seq", "100000").text, message(4112, "{FOCUS_VALUE=1.000000;}", 7, 100000));
-    EXPECT_EQ(changed(tree_t(text), "@id", "-12345678").text, message(-12345678, "{FOCUS_VALUE=1.000000;}"));
+    EXPECT_EQ(changed(tree_t(text), "@id", "-12345678", true).text, message(-12345678, "{FOCUS_VALUE=1.000000;}"));
 }
 
 TEST(Change, RefusesWhatWouldNotBeReadAsItWasMeant) {
@@ -59,7 +59,8 @@ TEST(Change, RefusesWhatWouldNotBeReadAsItWasMeant) {
         std::string text, path, value, error;
     } cases[] = {
         {focus, "MEDIA_NAME", "\"x", "double quote"},
-        {focus, "MEDIA_NAME", "", "empty"},
+        {focus, "@seq", "", "empty"},
+        {focus, "@id", "4111", "unknown key"},
         {focus, "@seq", "x", "number"},
         {focus, "@length", "40", "the length follows from the text"},
         {"@@4112 1 7 {}!!", "@seq", "1", "seal it first"},
@@ -73,7 +74,7 @@ TEST(Change, RefusesWhatWouldNotBeReadAsItWasMeant) {
         EXPECT_NE(change.error.find(one.error), std::string::npos) << one.path << ": " << change.error;
     }
     const std::string info = message(4096, "{DEVICE_INFO={DEVICE_NAME=b;};}");
-    EXPECT_EQ(changed(tree_t(cases[6].text), "DEVICE_INFO", "{DEVICE_NAME=b;}").text, info);
+    EXPECT_EQ(changed(tree_t(cases[7].text), "DEVICE_INFO", "{DEVICE_NAME=b;}").text, info);
 }
 
 TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {
@@ -85,7 +86,7 @@ TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {
         std::string("@@4112 62 7 41\n  {MEDIA_NAME=Violet;\r\n   FOCUS_VALUE=3.250000;\n}!!\n"),
         std::string(
             "# mine\nfocusValue_t 4112, echo 7, sequence 41\n  MEDIA_NAME = Violet\n  FOCUS_VALUE = 3.250000\n"),
-        std::string("@id = 4112\n@echo = 7\n@seq = 41\nMEDIA_NAME = Violet # of 3\nFOCUS_VALUE = 3.250000\n"),
+        std::string("@id = 4112\n@echo = 7\n@seq = 41\nMEDIA_NAME = Violet  # of 3\nFOCUS_VALUE = 3.250000\n"),
         std::string("{\"id\": 4112, \"echo\": 7, \"seq\": 41,\n \"focusValue_t\": {\"MEDIA_NAME\": \"Violet\", "
                     "\"FOCUS_VALUE\": 3.250000}}")};
     for (const std::string &edited : edits) {

@@ -17,11 +17,10 @@ struct formCase_t {
     const char *name;
     form_t form;
     void (*write)(std::string &out, const tree_t &tree);
-    formResult_t (*read)(std::string_view form);
 };
 
 const formCase_t forms[] = {
-    {"show", form_t::show, [](std::string &out, const tree_t &tree) { appendShow(out, tree); }, &readShow},
+    {"show", form_t::show, [](std::string &out, const tree_t &tree) { appendShow(out, tree); }},
     {"show with findings", form_t::show,
      [](std::string &out, const tree_t &tree) {
          const std::vector<finding_t> findings = check(tree);
@@ -30,8 +29,7 @@ const formCase_t forms[] = {
          options.other = &tree;
          options.noteChanges = true;
          appendShow(out, tree, options);
-     },
-     &readShow},
+     }},
     {"json", form_t::json,
      [](std::string &out, const tree_t &tree) {
          const std::vector<finding_t> findings = check(tree);
@@ -41,9 +39,8 @@ const formCase_t forms[] = {
          json.member("line", 3);
          appendJsonMembers(json, tree, {.findings = findings});
          json.close('}');
-     },
-     &readJson},
-    {"flat", form_t::flat, [](std::string &out, const tree_t &tree) { appendFlat(out, tree); }, &readFlat},
+     }},
+    {"flat", form_t::flat, [](std::string &out, const tree_t &tree) { appendFlat(out, tree); }},
 };
 
 TEST(Forms, GiveBackTheVeryText) {
@@ -57,7 +54,7 @@ TEST(Forms, GiveBackTheVeryText) {
             EXPECT_EQ(formOf(form), one.form) << form;
             const std::vector<std::string_view> split = splitForms(form, one.form);
             ASSERT_EQ(split.size(), 1U) << one.name << "\n" << form;
-            const formResult_t read = one.read(split.front());
+            const formResult_t read = readForm(split.front(), one.form);
             EXPECT_EQ(shown(read.text), shown(std::string(withoutNul(text)))) << one.name << ": " << read.error << "\n"
                                                                               << form;
         }
@@ -127,7 +124,7 @@ TEST(Tree, StandsHostileNesting) {
         for (const formCase_t &one : forms) {
             std::string form;
             one.write(form, tree);
-            EXPECT_EQ(one.read(form).text, text) << one.name;
+            EXPECT_EQ(readForm(form, one.form).text, text) << one.name;
         }
     }
 }

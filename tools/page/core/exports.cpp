@@ -30,7 +30,9 @@ change_t changedOrSealed(std::string_view text, std::string_view path, std::stri
     change_t change = changed(tree, path, value);
     if (change.isDone() || tree.envelope().isWholeForHost())
         return change;
-    const formResult_t whole = seal(text);
+    sealOptions_t options;
+    options.strictness = strictness_t::certain; // the rest is for the next change
+    const formResult_t whole = seal(text, options);
     return whole.isRead() ? changed(tree_t(whole.text), path, value) : change;
 }
 

@@ -105,16 +105,18 @@ std::string readable(const std::string &text) {
 
 // What is wrong with what the user saved, a line each; `sealed` receives the message when nothing is.
 std::vector<std::string> problemsOf(const std::string &form, std::string &sealed) {
-    const inspect::formResult_t result = inspect::seal(form);
-    if (!result.isRead()) {
-        const std::string_view before = std::string_view(form).substr(0, result.offset);
-        return {"line " + std::to_string(std::count(before.begin(), before.end(), '\n') + 1) + ": " + result.error};
+    inspect::formResult_t result = inspect::seal(form);
+    if (result.isRead()) {
+        sealed = std::move(result.text);
+        return {};
     }
     std::vector<std::string> problems;
-    for (const inspect::finding_t &finding : inspect::check(inspect::tree_t(result.text)))
-        if (finding.severity == inspect::severity_t::error)
-            problems.push_back((finding.path.empty() ? "" : finding.path + ": ") + finding.inWords());
-    sealed = result.text;
+    result.further.insert(result.further.begin(), {result.error, result.offset});
+    for (const inspect::refusal_t &refusal : result.further) {
+        const std::string_view before = std::string_view(form).substr(0, refusal.offset);
+        problems.push_back("line " + std::to_string(std::count(before.begin(), before.end(), '\n') + 1) + ": " +
+                           refusal.words);
+    }
     return problems;
 }
 

@@ -13,40 +13,57 @@ struct sealArguments_t {
     headerOptions_t header;
     inPlaceOption_t inPlace;
     std::optional<std::string> id; ///< or name
+    bool isForced = false;
 
     void declare(argumentList_t &list) {
         reading.declareFiles(list);
         header.declare(list);
         list.add(id, {"--as", "The message that it is, when it does not say so itself", "ID|NAME"});
         inPlace.declare(list);
+        list.addFlag(isForced, "--force,--raw",
+                     "Write what check would call an error, or what can only be guessed, too");
         reading.declare(list, true, false);
     }
 };
 
 class sealTask_t final : public messageTask_t {
 public:
-    explicit sealTask_t(const sealArguments_t &arguments) {
+    explicit sealTask_t(const sealArguments_t &arguments) : isInPlace_(arguments.inPlace.isInPlace) {
+        sealing_.strictness = arguments.isForced ? inspect::strictness_t::forced : inspect::strictness_t::judged;
         sealing_.echoTag = arguments.header.echoTag;
         sealing_.sequenceNumber = arguments.header.sequenceNumber;
         if (arguments.id)
             sealing_.id = idsNamed({*arguments.id}).front();
     }
 
+    std::optional<std::int32_t> id() const { return sealing_.id; }
+
 private:
     std::optional<std::string> made(const item_t &item) override {
-        inspect::formResult_t result = inspect::seal(item.text, sealing_);
-        if (result.isRead())
-            return std::move(result.text);
-        complain(item.place() + ": error: " + result.error + (result.needsId ? " (--as)" : ""));
-        return std::nullopt;
+        inspect::sealOptions_t sealing = sealing_;
+        sealing.strictness = item.isRaw ? inspect::strictness_t::forced : sealing.strictness;
+        inspect::formResult_t result = inspect::seal(item.text, sealing);
+        if (!result.isRead()) {
+            complain(item.place() + ": error: " + result.error);
+            for (const inspect::refusal_t &refusal : result.further)
+                complain(item.place() + ": error: " + refusal.words);
+            return std::nullopt;
+        }
+        const std::string changes = isInPlace_ ? inspect::changesOf(item.text, result.text) : std::string();
+        if (!changes.empty())
+            complain(item.place() + ": " + changes);
+        return std::move(result.text);
     }
 
     inspect::sealOptions_t sealing_;
+    bool isInPlace_;
 };
 
 int runSeal(const sealArguments_t &arguments) {
     sealTask_t task(arguments);
-    return writeMessages(arguments.reading, arguments.inPlace.isInPlace, task);
+    readingOptions_t reading = arguments.reading;
+    reading.forms = {task.id(), arguments.isForced};
+    return writeMessages(reading, arguments.inPlace.isInPlace, task);
 }
 
 const commandOf_t<sealArguments_t>

@@ -1,4 +1,4 @@
-// vekmsg set: values changed, every other byte as it was.
+// vekmsg set and unset: values changed and taken away, every other byte as it was.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/messageOutput.hpp"
@@ -12,33 +12,57 @@ struct setArguments_t {
     readingOptions_t reading;
     inPlaceOption_t inPlace;
     std::vector<std::string> words; ///< what to change, then the files
-    bool isQuiet = false;
+    bool isForced = false, isQuiet = false;
 
     void declare(argumentList_t &list) {
         list.add(words, {.names = "PATH=VALUE",
                          .about = "What to change; then the files, - or none for standard input",
                          .isRequired = true});
         inPlace.declare(list);
+        declareFlags(list, isForced, isQuiet);
+        reading.declare(list, true, false);
+    }
+    static void declareFlags(argumentList_t &list, bool &isForced, bool &isQuiet) {
+        list.addFlag(isForced, "--force", "Write what a host would read as something else, too");
         list.addFlag(isQuiet, "-q,--quiet", "Don't say what changed");
+    }
+};
+
+struct unsetArguments_t {
+    readingOptions_t reading;
+    inPlaceOption_t inPlace;
+    std::string path;
+    bool isForced = false, isQuiet = false;
+
+    void declare(argumentList_t &list) {
+        list.add(path,
+                 {.names = "PATH", .about = "The key, or the element of a list, to take away", .isRequired = true});
+        reading.declareFiles(list);
+        inPlace.declare(list);
+        setArguments_t::declareFlags(list, isForced, isQuiet);
         reading.declare(list, true, false);
     }
 };
 
 struct assignment_t {
-    std::string path, value;
+    std::string path;
+    std::optional<std::string> value; ///< none: it is taken away
 };
 
 class setTask_t final : public messageTask_t {
 public:
-    setTask_t(std::vector<assignment_t> assignments, bool isQuiet)
-        : assignments_(std::move(assignments)), isQuiet_(isQuiet) {}
+    setTask_t(std::vector<assignment_t> assignments, bool isForced, bool isQuiet)
+        : assignments_(std::move(assignments)), isForced_(isForced), isQuiet_(isQuiet) {}
 
 private:
     std::optional<std::string> made(const item_t &item) override {
         std::string text(item.text), words;
         std::size_t oldLength = 0, newLength = 0;
         for (const assignment_t &assignment : assignments_) {
-            inspect::change_t change = inspect::changed(inspect::tree_t(text), assignment.path, assignment.value);
+            const inspect::tree_t tree(text);
+            inspect::change_t change = assignment.value
+                                           ? inspect::changed(tree, assignment.path, *assignment.value, isForced_)
+                                           : inspect::removed(tree, assignment.path, isForced_);
             if (!change.isDone()) {
                 complain(item.place() + ": error: " + change.error);
                 return std::nullopt;
@@ -57,7 +81,7 @@ private:
     }
 
     const std::vector<assignment_t> assignments_;
-    const bool isQuiet_;
+    const bool isForced_, isQuiet_;
 };
 
 int runSet(const setArguments_t &arguments) {
@@ -73,8 +97,13 @@ int runSet(const setArguments_t &arguments) {
         throw usageError_t("what is to be set? Write PATH=VALUE in front of the file, for example FOCUS_VALUE=3.5");
     if (!files.empty())
         reading.files = std::move(files);
-    setTask_t task(std::move(assignments), arguments.isQuiet);
+    setTask_t task(std::move(assignments), arguments.isForced, arguments.isQuiet);
     return writeMessages(reading, arguments.inPlace.isInPlace, task);
+}
+
+int runUnset(const unsetArguments_t &arguments) {
+    setTask_t task({{arguments.path, std::nullopt}}, arguments.isForced, arguments.isQuiet);
+    return writeMessages(arguments.reading, arguments.inPlace.isInPlace, task);
 }
 
 const commandOf_t<setArguments_t>
@@ -84,6 +113,13 @@ const commandOf_t<setArguments_t>
                 .examples = "  vekmsg set FOCUS_VALUE=3.5 focus.txt > new.txt\n"
                             "  vekmsg set --in-place 'ARRAY_CASSETTE[0].NAME=Plates' @seq=12 cassettes.txt"},
                runSet);
+
+const commandOf_t<unsetArguments_t> unsetCommand({.order = 55,
+                                                  .name = "unset",
+                                                  .about = "Take values away and seal; every other byte stays",
+                                                  .examples = "  vekmsg unset MEDIA_NAME focus.txt > new.txt\n"
+                                                              "  vekmsg unset --in-place 'MSGS[1]' status.txt"},
+                                                 runUnset);
 
 } // namespace
 

@@ -29,17 +29,11 @@ bool showsItsForm(std::string_view text) {
            (first < bare.size() && bare.find('\n', first) < bare.size());
 }
 
-// Where the last of several messages in a form begins, so that what stands before is complete; 0 when there is one.
-std::size_t lastStart(std::string_view text, form_t form) {
-    for (std::size_t at = text.rfind('\n'); at != std::string_view::npos && at > 0; at = text.rfind('\n', at - 1)) {
-        const std::string_view rest = text.substr(at + 1);
-        const bool isStart = form == form_t::json   ? rest.starts_with('{')
-                             : form == form_t::flat ? rest.starts_with("@id")
-                                                    : !rest.empty() && rest.find_first_of(" \t\r\n#") != 0;
-        if (isStart)
-            return at + 1;
-    }
-    return 0;
+void complainOf(item_t item, std::string_view form, const inspect::refusal_t &refusal) {
+    const std::string_view before = form.substr(0, refusal.offset);
+    item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
+    item.column = before.size() - (before.rfind('\n') + 1) + 1;
+    complain(item.place() + ": error: " + refusal.words);
 }
 
 } // namespace
@@ -276,42 +270,47 @@ void reader_t::takeMeant() {
     input.sink.message(item);
 }
 
-// Takes the messages in a form that are complete.
+// Takes the messages in a form that are complete: the last one may go on.
 void reader_t::takeForms(bool isLast) {
     input_t &input = *input_;
-    const std::size_t size = isLast ? input.pending.size() : lastStart(input.pending, input.sink.form);
-    const std::string_view text = std::string_view(input.pending).substr(0, size);
-    const char *done = text.data();
+    std::vector<std::string_view> pieces = inspect::splitForms(input.pending, input.sink.form);
+    std::string_view text = input.pending;
+    if (!isLast) {
+        text = pieces.empty() ? std::string_view()
+                              : text.substr(0, static_cast<std::size_t>(pieces.back().data() - text.data()));
+        pieces.resize(std::max<std::size_t>(pieces.size(), 1) - 1);
+    }
+    const char *done = input.pending.data();
     const auto moveTo = [&](const char *place) {
         input.position.line += static_cast<std::uint64_t>(std::count(done, place, '\n'));
         input.position.offset += static_cast<std::uint64_t>(place - done);
         done = place;
     };
-    for (const std::string_view piece : inspect::splitForms(text, input.sink.form)) {
+    for (const std::string_view piece : pieces) {
         if (input.sink.isFull())
             break;
         moveTo(piece.data());
         takePiece(piece);
     }
-    moveTo(text.data() + text.size());
-    input.pending.erase(0, size);
+    moveTo(input.pending.data() + text.size());
+    input.pending.erase(0, text.size());
 }
 
 void reader_t::takePiece(std::string_view piece) {
     item_t item = input_->position;
-    const inspect::formResult_t result = inspect::readForm(piece, input_->sink.form);
+    const inspect::formResult_t result = inspect::readForm(piece, input_->sink.form, options_.forms);
     if (result.isRead()) {
         item.text = result.text;
         item.isDamaged = isEnvelopeDamaged(item.text);
+        item.isRaw = result.isRaw;
         item.stretch = piece.size();
         input_->sink.message(item);
         return;
     }
-    const std::string_view before = piece.substr(0, result.offset);
-    item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
-    item.column = before.size() - (before.rfind('\n') + 1) + 1;
     flush();
-    complain(item.place() + ": error: " + result.error);
+    complainOf(item, piece, {result.error, result.offset});
+    for (const inspect::refusal_t &refusal : result.further)
+        complainOf(item, piece, refusal);
     status_ = std::max(status_, exitDifferences);
 }
 

@@ -3,6 +3,7 @@
 
 #include "tools/vekmsg/terminal/argumentList.hpp"
 #include "vek/api/problem.hpp"
+#include "vek/inspect/forms/forms.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +22,7 @@ struct readingOptions_t {
     bool follows = false;
     int jobs = 1;                                 ///< 0: as many as there are processors
     std::size_t longest = longestReadableMessage; ///< characters of a message that is read, its NUL included
+    inspect::readOptions_t forms;
 
     /// The files, in front of a command's own options, and what is said of messages, behind these.
     void declareFiles(argumentList_t &list);

@@ -46,6 +46,7 @@ struct item_t {
     std::string_view before;   ///< what stands in front of it on its line
     std::string_view lineHead; ///< the beginning of its line, where a log has the time
     bool isDamaged = false;    ///< the envelope
+    bool isRaw = false;        ///< the form that it was read from wants it as it is
     bool mayGrow = false;      ///< the last one in a file of a log, whose end is not certain unless it stands there
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
     lazyTree_t *lazy = nullptr;

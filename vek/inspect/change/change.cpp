@@ -1,14 +1,16 @@
 #include "vek/inspect/change/change.hpp"
 
-#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/change/diff.hpp"
+#include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/check/judge.hpp"
-#include "vek/inspect/forms/lineForm.hpp"
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
+#include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
+#include <set>
 
 namespace vek::inspect {
 
@@ -28,7 +30,7 @@ std::string valueOf(const tree_t &tree, const node_t &node) {
     return wideText(tree, node).value_or(std::string(tree.value(node)));
 }
 
-change_t refused(std::string why) {
+change_t refusedChange(std::string why) {
     change_t change;
     change.error = std::move(why);
     return change;
@@ -39,8 +41,7 @@ std::string noSuchPath(const tree_t &tree, std::string_view path) {
     if (tree.record() != nullptr)
         for (const fieldSchema_t &field : tree.record()->fields)
             keys.push_back(field.key);
-    const std::string_view meant = nearest(path, keys);
-    return joined({"the message has no ", path, meant.empty() ? "" : "; ", didYouMean(meant)});
+    return withSuggestion(joined({"the message has no ", path}), nearest(path, keys));
 }
 
 // Where the text is changed, and by what.
@@ -76,39 +77,271 @@ change_t withReplacement(const tree_t &tree, const replacement_t &replacement) {
     return change;
 }
 
-// The pair of a key that the message lacks goes in front of the first that the record has behind it.
-std::optional<replacement_t> addition(const tree_t &tree, std::string_view path, const fieldSchema_t *&field) {
-    const std::size_t point = path.rfind('.');
-    const std::string_view key = point == std::string_view::npos ? path : path.substr(point + 1);
-    const node_t *parent = point == std::string_view::npos ? &tree.body() : tree.find(path.substr(0, point));
-    const recordSchema_t *record = parent != nullptr ? tree.recordOf(*parent) : nullptr;
-    field = record != nullptr ? record->find(key) : nullptr;
-    if (field == nullptr || (parent->childCount > 0 && !parent->isKeyed))
-        return {};
-    std::uint32_t at = parent->value.end - (tree.value(*parent).ends_with('}') ? 1 : 0);
-    const std::span<const node_t> children = tree.children(*parent);
-    for (auto child = children.rbegin(); child != children.rend(); ++child)
-        if (child->field != nullptr && child->field->position > field->position)
-            at = child->whole.start;
-    return replacement_t{{at, at}, joined({key, "="})};
-}
-
 change_t changedNumber(const tree_t &tree, std::string_view path, const envelopeNumber_t &number,
                        std::string_view value) {
     std::string error;
     fieldSchema_t integer;
     integer.kind = fieldKind_t::integer32;
-    const std::optional<std::string> text = spelt(integer, value, false, error);
+    const std::optional<std::string> text = spelt(integer, value, part_t::whole, error);
     if (!text)
-        return refused(std::move(error));
+        return refusedChange(std::move(error));
     if (path == "@length")
-        return refused("the length follows from the text and is put right with every change");
+        return refusedChange("the length follows from the text and is put right with every change");
     if (!number.isThere || !tree.envelope().length.isThere)
-        return refused("this number is missing in the message: seal it first");
+        return refusedChange("this number is missing in the message: seal it first");
     change_t change = withReplacement(tree, {number.place, *text});
     change.oldValue = number.place.in(tree.text());
     change.newValue = *text;
     return change;
+}
+
+// The first step of a path: "KEY" or "[3]", without the point in front of what follows.
+std::string_view firstStep(std::string_view path) {
+    const std::size_t end = path.find_first_of(".[", 1);
+    return path.substr(0, path.starts_with('[') ? path.find(']') + 1 : end);
+}
+
+std::string_view behind(std::string_view path, std::string_view step) {
+    path.remove_prefix(step.size());
+    return path.starts_with('.') ? path.substr(1) : path;
+}
+
+// Writes the pair or element, and the groups on the way to it, that a path names in a place where nothing of it is.
+class newPair_t {
+public:
+    newPair_t(std::string_view value, bool isForced) : value_(value), isForced_(isForced) {}
+
+    std::string text, error;
+
+    /// In a record.
+    bool addMember(const recordSchema_t &record, std::string_view path) {
+        const std::string_view key = firstStep(path);
+        const fieldSchema_t *field = record.find(key);
+        if (field == nullptr)
+            return false;
+        text += joined({key, "="});
+        const bool isWritten = addValue(*field, part_t::whole, behind(path, key));
+        text += semicolon;
+        return isWritten;
+    }
+
+    /// In a list, or a 16-bit text, of so many elements.
+    bool addElement(const fieldSchema_t &field, bool isCode, std::uint32_t count, std::string_view path) {
+        const std::string_view step = firstStep(path);
+        const std::string next = joined({"[", std::to_string(count), "]"});
+        if (step != next) {
+            error = step.starts_with('[') ? joined({"the next element is ", next}) : "";
+            return false;
+        }
+        const bool isWritten = addValue(field, isCode ? part_t::code : part_t::element, behind(path, step));
+        text += comma;
+        return isWritten;
+    }
+
+    /// The value at the path's end, or the group that it goes into.
+    bool addValue(const fieldSchema_t &field, part_t part, std::string_view path) {
+        if (path.empty()) {
+            const bool isText = field.kind == fieldKind_t::text;
+            const std::optional<std::string> value = spelt(field, value_, part, error);
+            text += value ? *value : isText ? escapedText(value_) : std::string(value_);
+            error = isForced_ ? "" : error;
+            return error.empty();
+        }
+        text += openBrace;
+        const bool isList = part == part_t::whole && field.isList();
+        const bool isWritten = isList || (field.kind == fieldKind_t::text16 && part != part_t::code)
+                                   ? addElement(field, !isList, 0, path)
+                                   : field.record != nullptr && addMember(*field.record, path);
+        text += closeBrace;
+        return isWritten;
+    }
+
+private:
+    std::string_view value_;
+    bool isForced_;
+};
+
+// Where in a record the pair of a field belongs: in front of the first that the record has behind it.
+std::uint32_t placeOf(const tree_t &tree, const node_t &parent, const fieldSchema_t *field) {
+    std::uint32_t at = parent.value.end - (tree.value(parent).ends_with(closeBrace) ? 1 : 0);
+    const std::span<const node_t> children = tree.children(parent);
+    for (auto child = children.rbegin(); field != nullptr && child != children.rend(); ++child)
+        if (child->field != nullptr && child->field->position > field->position)
+            at = child->whole.start;
+    return at;
+}
+
+change_t added(const tree_t &tree, std::string_view path, std::string_view value, bool isForced) {
+    const node_t *parent = &tree.body();
+    std::string_view rest = path;
+    for (std::size_t end = 0; end < path.size(); rest = behind(path.substr(end), {})) {
+        const std::size_t next = static_cast<std::size_t>(rest.data() - path.data()) + firstStep(rest).size();
+        const node_t *node = tree.find(path.substr(0, next));
+        if (node == nullptr)
+            break;
+        parent = node;
+        end = next;
+    }
+    const bool isUsed = parent->isBody && (parent->use == pairUse_t::assigned || parent->value.isEmpty());
+    const bool isRecord = tree.recordOf(*parent) != nullptr;
+    newPair_t pair(value, isForced);
+    const bool isLikeIt = parent->childCount == 0 || parent->isKeyed == isRecord;
+    const bool isWritten =
+        isUsed && isLikeIt && !rest.empty() &&
+        (isRecord ? pair.addMember(*tree.recordOf(*parent), rest)
+                  : parent->field != nullptr &&
+                        pair.addElement(*parent->field, targetOf(tree, *parent).kind == bodyTarget_t::kind_t::codes,
+                                        parent->childCount, rest));
+    if (!isWritten)
+        return refusedChange(pair.error.empty() ? noSuchPath(tree, path) : joined({path, ": ", pair.error}));
+    const std::uint32_t at = placeOf(tree, *parent, isRecord ? tree.recordOf(*parent)->find(firstStep(rest)) : nullptr);
+    const char before = at > parent->value.start + 1 ? tree.text()[at - 1] : semicolon;
+    const bool isSeparated = isSeparator(before);
+    if (!isSeparated) // the separator of the last pair may be missing
+        pair.text.insert(0, 1, isRecord ? semicolon : comma);
+    if (parent->value.isEmpty())
+        pair.text = joined({"{", pair.text, "}"});
+    return withReplacement(tree, {{at, at}, std::move(pair.text)});
+}
+
+change_t replaced(const tree_t &tree, const node_t &node, std::string_view path, std::string_view value,
+                  bool isForced) {
+    newPair_t pair(value, isForced);
+    if (!pair.addValue(*node.field, node.isCode ? part_t::code : node.isElement ? part_t::element : part_t::whole, {}))
+        return refusedChange(joined({path, ": ", pair.error}));
+    const place_t place{node.value.start - (node.isQuoted ? 1 : 0),
+                        node.value.end + (node.isQuoted && !node.isQuoteOpen ? 1 : 0)};
+    return withReplacement(tree, {place, std::move(pair.text)});
+}
+
+// With the groups around it that have nothing else.
+change_t withoutNode(const tree_t &tree, const node_t *node) {
+    for (const node_t *parent = &tree.nodes()[node->parent]; parent->childCount == 1 && !node->isElement;
+         parent = &tree.nodes()[node->parent]) {
+        node = parent;
+        if (node->parent == node_t::none)
+            break;
+    }
+    return withReplacement(tree, {node->whole, {}});
+}
+
+std::uint32_t elementsOf(const tree_t &tree, std::string_view path) {
+    const node_t *node = tree.find(path);
+    return node != nullptr ? node->childCount : 0;
+}
+
+// A list on the way of a path and the key that counts it; empty when there is none.
+struct countedList_t {
+    std::string_view list;
+    std::string count;
+};
+
+countedList_t countedListOn(const tree_t &before, const tree_t &after, std::string_view path) {
+    for (std::size_t end = path.size(); end != std::string_view::npos && end > 0;
+         end = path.find_last_of(".[", end - 1)) {
+        const std::string_view list = path.substr(0, end);
+        const node_t *node = before.find(list);
+        node = node != nullptr ? node : after.find(list);
+        if (node == nullptr || node->field == nullptr || node->isElement || node->field->countField == nullptr)
+            continue;
+        const std::size_t point = list.rfind('.');
+        return {list, joined({list.substr(0, point == std::string_view::npos ? 0 : point + 1),
+                              node->field->countField->key})};
+    }
+    return {};
+}
+
+// Puts the count of a list right when its elements became more or less, if it was right before.
+void putCountRight(const tree_t &before, std::string_view path, change_t &change, std::string &countPath) {
+    const tree_t after(change.text);
+    const countedList_t counted = countedListOn(before, after, path);
+    const std::uint32_t was = elementsOf(before, counted.list), is = elementsOf(after, counted.list);
+    const std::optional<std::string> said = valueAt(before, counted.count);
+    if (counted.list.empty() || was == is || (said && *said != std::to_string(was)))
+        return;
+    countPath = counted.count;
+    const node_t *count = after.find(countPath);
+    const std::string digits = std::to_string(is);
+    change_t more = count != nullptr && count->field != nullptr ? replaced(after, *count, countPath, digits, false)
+                                                                : added(after, countPath, digits, false);
+    if (more.isDone()) {
+        change.text = std::move(more.text);
+        change.newLength = more.newLength;
+    }
+}
+
+// One of two paths leads to the other.
+bool isOnTheWay(std::string_view one, std::string_view other) {
+    const std::string_view shorter = one.size() < other.size() ? one : other;
+    const std::string_view longer = one.size() < other.size() ? other : one;
+    return !shorter.empty() && longer.starts_with(shorter) &&
+           (longer.size() == shorter.size() || longer[shorter.size()] == '.' || longer[shorter.size()] == '[');
+}
+
+// What a host reads of all but the changed values, in order, a line each. Of a list of which an element was taken away,
+// the later ones go by other numbers.
+std::vector<std::string> othersOf(const tree_t &tree, std::string_view path, std::string_view countPath,
+                                  std::string_view list) {
+    std::vector<std::string> all;
+    for (const leaf_t &leaf : leaves(tree)) {
+        if (isOnTheWay(leaf.path, path) || isOnTheWay(leaf.path, countPath))
+            continue;
+        const bool isInList = !list.empty() && isOnTheWay(leaf.path, list);
+        all.push_back(
+            joined({isInList ? list : leaf.path, "=", leaf.value, leaf.node->use == pairUse_t::assigned ? "" : "!"}));
+    }
+    return all;
+}
+
+std::string newRefusal(const tree_t &before, const tree_t &after) {
+    std::multiset<std::string> known;
+    for (refusal_t &refusal : refusalsOf(before, true))
+        known.insert(std::move(refusal.words));
+    for (refusal_t &refusal : refusalsOf(after, true)) {
+        const auto old = known.find(refusal.words);
+        if (old == known.end())
+            return std::move(refusal.words);
+        known.erase(old);
+    }
+    return {};
+}
+
+// The change, when it did what it should and nothing else.
+change_t verified(const tree_t &before, std::string_view path, std::string_view countPath, change_t change,
+                  bool isRemoval) {
+    const tree_t after(change.text);
+    if (std::string words = newRefusal(before, after); !words.empty())
+        return refusedChange(std::move(words));
+    const node_t *old = before.find(path), *node = after.find(path);
+    const bool isElement = isRemoval && old != nullptr && old->isElement;
+    const bool isNumber = path.starts_with('@');
+    const std::string list = isElement ? before.path(before.nodes()[old->parent]) : std::string();
+    const bool isThere = isNumber || isRemoval || (node != nullptr && node->use == pairUse_t::assigned);
+    std::vector<std::string> one = othersOf(before, path, countPath, list),
+                             other = othersOf(after, isElement ? "" : path, countPath, list);
+    if (!isThere || one != other)
+        return refusedChange(joined({path, ": it can't be changed without changing what a host reads of the rest: put "
+                                           "the message right first (vekmsg check tells)"}));
+    return change;
+}
+
+change_t finished(const tree_t &tree, std::string_view path, change_t change, bool isForced, bool isRemoval) {
+    if (!change.isDone())
+        return change;
+    std::string countPath;
+    const node_t *node = tree.find(path);
+    change.oldValue = node != nullptr ? valueOf(tree, *node) : change.oldValue;
+    if (!path.starts_with('@'))
+        putCountRight(tree, path, change, countPath);
+    if (!isRemoval && !path.starts_with('@'))
+        change.newValue = valueAt(tree_t(change.text), path).value_or("");
+    return isForced ? change : verified(tree, path, countPath, std::move(change), isRemoval);
+}
+
+constexpr const char *sealFirst = "the message is damaged: seal it first";
+
+bool isDamaged(const envelopeParts_t &envelope) {
+    return !envelope.length.isThere || envelope.endMarker.isEmpty() || !envelope.behind.isEmpty();
 }
 
 } // namespace
@@ -120,67 +353,30 @@ std::optional<std::string> valueAt(const tree_t &tree, std::string_view path) {
     return node != nullptr && node->hasValue ? std::optional(valueOf(tree, *node)) : std::nullopt;
 }
 
-std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, bool isElement,
-                                 std::string &error) {
-    const bool isGroup = !isElement && field.isGroup();
-    if (field.kind == fieldKind_t::text16 && (isElement || !field.isList()) && !value.starts_with('{')) {
-        std::optional<std::string> codes = wideCodes(value);
-        error = codes ? "" : "the text is no UTF-8";
-        return codes;
-    }
-    if (isGroup || (isElement && field.record != nullptr)) {
-        const bool isBraced = value.size() >= 2 && value.front() == '{' && value.back() == '}';
-        error = isBraced ? "" : "a group stands in braces, as in a message: {1,2,}";
-        return isBraced ? std::optional(std::string(value)) : std::nullopt;
-    }
-    std::string text = field.kind == fieldKind_t::text ? escapedText(value) : std::string(value);
-    if (text.starts_with('"')) {
-        error = "a text can't begin with a double quote: a host would take it for a quoted one";
-        return {};
-    }
-    if (text.empty()) {
-        error = "a value can't be empty in a message: a host would take the next key for it";
-        return {};
-    }
-    const valueFinding_t finding = judgeValue(field, text, isElement);
-    error = valueProblem(field, text, isElement);
-    if (!error.empty())
-        return {};
-    if (finding.isThere && finding.code == findingCode_t::numberSpelling)
-        return finding.words.suggestion;
-    return text;
+change_t changed(const tree_t &tree, std::string_view path, std::string_view value, bool isForced) {
+    if (const envelopeNumber_t *number = headerNumberAt(tree.envelope(), path))
+        return finished(tree, path, changedNumber(tree, path, *number, value), isForced, false);
+    if (value.empty())
+        return removed(tree, path, isForced);
+    if (isDamaged(tree.envelope()))
+        return refusedChange(sealFirst);
+    const node_t *node = tree.find(path);
+    if (node == nullptr || (node->use == pairUse_t::empty && !node->hasValue))
+        return finished(tree, path, added(tree, path, value, isForced), isForced, false);
+    if (node->use != pairUse_t::assigned || node->field == nullptr)
+        return refusedChange(noSuchPath(tree, path));
+    return finished(tree, path, replaced(tree, *node, path, value, isForced), isForced, false);
 }
 
-change_t changed(const tree_t &tree, std::string_view path, std::string_view value) {
-    const envelopeParts_t &envelope = tree.envelope();
-    if (const envelopeNumber_t *number = headerNumberAt(envelope, path))
-        return changedNumber(tree, path, *number, value);
-    if (!envelope.length.isThere || envelope.endMarker.isEmpty() || !envelope.behind.isEmpty())
-        return refused("the message is damaged: seal it first");
+change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
+    if (headerNumberAt(tree.envelope(), path) != nullptr)
+        return refusedChange(joined({path, " is a number that every message has"}));
+    if (isDamaged(tree.envelope()))
+        return refusedChange(sealFirst);
     const node_t *node = tree.find(path);
-    const fieldSchema_t *field = node != nullptr ? node->field : nullptr;
-    std::optional<replacement_t> place;
-    if (node != nullptr && node->use == pairUse_t::assigned)
-        place = replacement_t{{node->value.start - (node->isQuoted ? 1 : 0),
-                               node->value.end + (node->isQuoted && !node->isQuoteOpen ? 1 : 0)},
-                              {}};
-    else if (node == nullptr)
-        place = addition(tree, path, field);
-    if (!place || field == nullptr)
-        return refused(noSuchPath(tree, path));
-    std::string error;
-    const std::optional<std::string> text = spelt(*field, value, node != nullptr && node->isElement, error);
-    if (!text)
-        return refused(joined({path, ": ", error}));
-    place->text += *text;
-    place->text += node == nullptr ? ";" : "";
-    if (envelope.body.isEmpty())
-        place->text = joined({"{", place->text, "}"});
-    change_t change = withReplacement(tree, *place);
-    change.oldValue = node != nullptr ? valueOf(tree, *node) : std::string();
-    const tree_t after(change.text);
-    change.newValue = valueAt(after, path).value_or(*text);
-    return change;
+    if (node == nullptr || node->parent == node_t::none)
+        return refusedChange(noSuchPath(tree, path));
+    return finished(tree, path, withoutNode(tree, node), isForced, true);
 }
 
 } // namespace vek::inspect

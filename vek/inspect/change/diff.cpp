@@ -3,7 +3,7 @@
 #include "vek/inspect/change/diff.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>

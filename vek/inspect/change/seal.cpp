@@ -1,9 +1,13 @@
 #include "vek/inspect/change/seal.hpp"
 
+#include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/trimming.hpp"
+#include "vek/inspect/words/words.hpp"
+#include "vek/text/characters.hpp"
 
 #include <algorithm>
+#include <tuple>
 
 namespace vek::inspect {
 
@@ -45,6 +49,45 @@ std::string withoutLineBreaks(std::string_view body) {
     return text;
 }
 
+// What stands around a message in a file, with its NUL.
+constexpr std::string_view around("\0 \t\n\v\f\r", 7);
+
+// Where the body ends of a message whose "!!" may be cut off, or half there.
+std::string_view bodyOf(std::string_view text, const envelopeParts_t &parts) {
+    if (!parts.endMarker.isEmpty())
+        return parts.body.in(text);
+    std::string_view body = trimmed(text.substr(parts.body.start), around);
+    while (body.ends_with('!'))
+        body.remove_suffix(1);
+    return body;
+}
+
+// What nobody but the sender knows; empty when all is certain.
+std::string guessIn(std::string_view text, const envelopeParts_t &parts, std::string_view body,
+                    const sealOptions_t &options) {
+    const bool isGiven = options.echoTag && options.sequenceNumber;
+    if (!isGiven && parts.length.isThere && !parts.sequenceNumber.isThere)
+        return "of length, echo tag and sequence number not all are there: say the two others (--echo, --seq)";
+    if (!body.empty() && !body.starts_with(openBrace))
+        return joined({shownValue(body.substr(0, body.find(openBrace))),
+                       " stands in front of the body, where a number or \"{\" should be"});
+    if (!body.empty() && (body.size() < 2 || !body.ends_with(closeBrace)))
+        return "the body does not end with \"}\": the message may have been cut off";
+    if (!trimmed(parts.behind.in(text)).empty() && !parts.endMarker.isEmpty())
+        return joined({shownValue(trimmed(parts.behind.in(text))), " stands behind \"!!\""});
+    for (std::size_t at = 0; (at = body.find('\n', at)) != std::string_view::npos; ++at)
+        if (body.substr(at + 1).starts_with('>'))
+            return "its lines are quoted with \">\": take these marks away first";
+    return {};
+}
+
+formResult_t judged(std::string text, const sealOptions_t &options) {
+    if (options.strictness == strictness_t::judged)
+        if (std::vector<refusal_t> refusals = refusalsOf(tree_t(text)); !refusals.empty())
+            return refused(std::move(refusals));
+    return {std::move(text)};
+}
+
 formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const envelopeParts_t parts = takeEnvelopeApart(text);
     if (!parts.id.isThere && !options.id)
@@ -52,30 +95,54 @@ formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const auto number = [](const envelopeNumber_t &own, std::int32_t otherwise) {
         return own.isThere ? own.value : otherwise;
     };
-    const std::string_view body = parts.body.in(text);
+    const std::string_view body = bodyOf(text, parts);
+    if (options.strictness != strictness_t::forced)
+        if (std::string guess = guessIn(text, parts, body, options); !guess.empty())
+            return {{}, std::move(guess), parts.body.start};
     const bool isWrapped = !parts.isWholeForHost() && body.find('\n') != std::string_view::npos;
-    return {sealed(options.id.value_or(parts.id.value), options.echoTag.value_or(number(parts.echoTag, -1)),
-                   options.sequenceNumber.value_or(number(parts.sequenceNumber, 0)),
-                   isWrapped ? withoutLineBreaks(body) : std::string(body)),
-            {},
-            0};
+    return judged(sealed(options.id.value_or(parts.id.value), options.echoTag.value_or(number(parts.echoTag, -1)),
+                         options.sequenceNumber.value_or(number(parts.sequenceNumber, 0)),
+                         isWrapped ? withoutLineBreaks(body) : std::string(body)),
+                  options);
 }
 
 } // namespace
 
 formResult_t seal(std::string_view text, const sealOptions_t &options) {
-    using namespace std::string_view_literals;
-    text = trimmed(withoutByteOrderMark(text), " \t\n\v\f\r\0"sv);
-    if (text.starts_with('{') && text.ends_with('}') && options.id && formOf(text) != form_t::json)
-        return {sealed(*options.id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0),
-                       withoutLineBreaks(text)),
-                {},
-                0};
+    text = trimmed(withoutByteOrderMark(text), around);
     const form_t form = formOf(text);
+    if (text.starts_with(openBrace) && text.ends_with(closeBrace) && options.id && form != form_t::json)
+        return judged(sealed(*options.id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0),
+                             withoutLineBreaks(text)),
+                      options);
     if (form == form_t::none)
-        return {{}, "this is no message, nor one of its forms: a message begins with \"@@\"", 0};
-    formResult_t read = readForm(text, form);
+        return {{}, "this is no message, nor one of its forms: a message begins with \"@@\""};
+    formResult_t read = readForm(text, form, {options.id, options.strictness == strictness_t::forced});
     return read.isRead() ? sealMessage(read.text, options) : read;
+}
+
+std::string changesOf(std::string_view before, std::string_view sealed) {
+    const envelopeParts_t old = takeEnvelopeApart(before), now = takeEnvelopeApart(sealed);
+    std::string words;
+    const auto say = [&](std::string_view what) { words += joined({words.empty() ? "" : ", ", what}); };
+    const std::tuple<const char *, const envelopeNumber_t *, const envelopeNumber_t *> numbers[] = {
+        {"id", &old.id, &now.id},
+        {"length", &old.length, &now.length},
+        {"echo tag", &old.echoTag, &now.echoTag},
+        {"sequence number", &old.sequenceNumber, &now.sequenceNumber}};
+    for (const auto &[name, was, is] : numbers)
+        if (!was->isThere || was->value != is->value)
+            say(joined({name, " ", was->isThere ? std::to_string(was->value) : "(nothing)", " -> ",
+                        std::to_string(is->value)}));
+    if (old.startMarker.isEmpty())
+        say("\"@@\" added");
+    if (old.endMarker.isEmpty())
+        say("\"!!\" added");
+    if (bodyOf(before, old) != now.body.in(sealed))
+        say("line breaks taken out");
+    if (words.empty() && before != sealed)
+        say("blanks put right");
+    return words;
 }
 
 } // namespace vek::inspect

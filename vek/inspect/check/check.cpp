@@ -16,8 +16,11 @@ constexpr std::string_view nothingRead = "a host reads nothing of the body: all 
 } // namespace
 
 std::string finding_t::inWords() const {
-    return joined({message, consequence.empty() ? "" : ": ", consequence, suggestion.empty() ? "" : "; ",
-                   didYouMean(suggestion)});
+    return withSuggestion(joined({message, consequence.empty() ? "" : ": ", consequence}), suggestion);
+}
+
+std::string finding_t::inShort() const {
+    return withSuggestion(message, suggestion);
 }
 
 std::vector<finding_t> check(const tree_t &tree) {
@@ -29,10 +32,23 @@ std::vector<finding_t> check(const tree_t &tree) {
     return findings;
 }
 
-bool isClean(const tree_t &tree, bool onlyErrors) {
-    checker_t checker(tree, true, onlyErrors);
+bool isClean(const tree_t &tree, tolerance_t tolerance) {
+    checker_t checker(tree, true, tolerance);
     checker.run();
     return checker.isClean();
+}
+
+bool checker_t::isTolerated(findingCode_t code, severity_t severity) const {
+    switch (tolerance_) {
+    case tolerance_t::nothing:
+        return false;
+    case tolerance_t::warnings:
+        return severity == warning;
+    case tolerance_t::whatIsBuilt:
+        break;
+    }
+    return severity == warning &&
+           (code == noStructure || code == missingKey || code == controlCharacter || code == lineBreak);
 }
 
 void checker_t::run() {

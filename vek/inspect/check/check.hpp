@@ -97,17 +97,22 @@ struct finding_t {
 
     /// message, and behind it what a host makes of it and "did you mean X?", in one line.
     std::string inWords() const;
+    /// The same without what a host makes of it: for what is not written.
+    std::string inShort() const;
 };
 
 /// All departures, in order of their places. Where nothing is found, reading the message and writing it gives the same
 /// body again, byte for byte.
 std::vector<finding_t> check(const tree_t &tree);
 
-/// Whether check() would find anything; much faster, for what is only counted. `onlyErrors`: warnings don't count.
-bool isClean(const tree_t &tree, bool onlyErrors = false);
+/// What doesn't count.
+enum class tolerance_t : std::uint8_t {
+    nothing,
+    warnings,
+    whatIsBuilt, ///< what the words of a form say as well: keys that are not there, odd characters in texts
+};
 
-/// What is wrong with a value that is to be put into a field, in a few words; empty when nothing is. `value` is as it
-/// stands in a body; of a list's element when `isElement`.
-std::string valueProblem(const fieldSchema_t &field, std::string_view value, bool isElement = false);
+/// Whether check() would find anything; much faster, for what is only counted.
+bool isClean(const tree_t &tree, tolerance_t tolerance = tolerance_t::nothing);
 
 } // namespace vek::inspect

@@ -1,6 +1,5 @@
 #include "vek/inspect/check/private/checker.hpp"
-#include "vek/inspect/message/plain.hpp"
-#include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
@@ -8,17 +7,6 @@
 #include <algorithm>
 
 namespace vek::inspect {
-
-namespace {
-
-std::vector<std::string_view> keysOf(const recordSchema_t &record) {
-    std::vector<std::string_view> keys;
-    for (const fieldSchema_t &field : record.fields)
-        keys.push_back(field.key);
-    return keys;
-}
-
-} // namespace
 
 void checker_t::checkBody(const node_t &body) {
     const std::span<const node_t> children = tree_.children(body);
@@ -113,11 +101,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
         checkUnknown(parent, node);
         return false;
     case pairUse_t::duplicate:
-        report(duplicateKey, node.key, &node, [&] {
-            return findingWords_t{joined({"the key ", tree_.key(node), " stands here again"}),
-                                  "a host takes the first and ignores this one",
-                                  {}};
-        });
+        report(duplicateKey, node.key, &node, [&] { return wordsOfDuplicate(tree_.key(node)); });
         return false;
     case pairUse_t::noKey:
         if (!checkDecimalComma(parent, node))
@@ -154,15 +138,8 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
         });
         return;
     }
-    report(unknownKey, node.key, &node, [&] {
-        constexpr std::size_t mostSuggestions = 50;
-        std::string_view meant;
-        if (record != nullptr && suggestions_++ < mostSuggestions)
-            meant = nearest(word, keysOf(*record));
-        return findingWords_t{
-            joined({record != nullptr ? "unknown key " : "no element of the list has the key ", shownValue(key)}),
-            "a host ignores it", std::string(meant)};
-    });
+    constexpr std::size_t mostSuggestions = 50;
+    report(unknownKey, node.key, &node, [&] { return wordsOfUnknown(record, key, suggestions_++ < mostSuggestions); });
 }
 
 // "3,5": the comma ends the value, and the rest is a value of its own.

@@ -1,10 +1,12 @@
-// What is wrong with the text of a single value, in the words of a finding.
+// What is wrong with the text of a single value, in the words of a finding; and what is to be written for one.
 //
 // Pure functions.
 #pragma once
 
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,9 @@ namespace vek::inspect {
 /// The words of a finding.
 struct findingWords_t {
     std::string message, consequence, suggestion;
+
+    /// Without what a host makes of it: for what is not written.
+    std::string inShort() const { return withSuggestion(message, suggestion); }
 };
 
 /// What is wrong with a value, before it has a place.
@@ -25,6 +30,17 @@ struct valueFinding_t {
 
 /// Judges the text of a scalar. `isElement`: of a list's element; of a 16-bit text, one code.
 valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value, bool isElement);
+
+/// Which value of a field.
+enum class part_t : std::uint8_t { whole, element, code };
+
+/// A value as people write it, as the library would write it in a body: 3.5 becomes 3.500000, a separator in a text its
+/// code. Nothing, and why, when a host would read something else.
+std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, part_t part, std::string &error);
+
+/// What is said of a key that a record, or a list when it is null, has not; and of one that stands there again.
+findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion = true);
+findingWords_t wordsOfDuplicate(std::string_view key);
 
 /// What a host's structure has for a key that isn't there, as it would write it: "0", "FALSE", "an empty text".
 std::string valueOfAbsent(const fieldSchema_t &field);

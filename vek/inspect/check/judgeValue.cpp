@@ -1,4 +1,5 @@
 #include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/text/characters.hpp"
@@ -242,12 +243,79 @@ std::string valueOfAbsent(const fieldSchema_t &field) {
     return "an empty text";
 }
 
-std::string valueProblem(const fieldSchema_t &field, std::string_view value, bool isElement) {
-    const valueFinding_t finding = judgeValue(field, value, isElement);
-    if (!finding.isThere || finding.severity != severity_t::error)
+namespace {
+
+// Whether a host has the very number that was given when it reads how the library would spell it.
+bool keepsItsDigits(fieldKind_t kind, std::string_view value, std::string_view spelling) {
+    const bool isReal = kind == fieldKind_t::float64 || kind == fieldKind_t::float32 || kind == fieldKind_t::pixels;
+    return !isReal || readAs(kind, readReal(value)) == readAs(kind, readReal(spelling));
+}
+
+std::optional<std::string> speltGroup(std::string_view value, std::string &error) {
+    if (value.size() >= 2 && value.front() == openBrace && value.back() == closeBrace)
+        return std::string(value);
+    error = "a group stands in braces, as in a message: {1,2,}";
+    return {};
+}
+
+} // namespace
+
+std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, part_t part, std::string &error) {
+    const bool isScalar = part == part_t::code || (part == part_t::element ? !field.record : !field.isList());
+    if (!isScalar || (field.kind == fieldKind_t::record))
+        return speltGroup(value, error);
+    if (field.kind == fieldKind_t::text16 && part != part_t::code && !value.starts_with(openBrace)) {
+        std::optional<std::string> codes = wideCodes(value);
+        error = codes ? "" : "the text is no UTF-8";
+        return codes;
+    }
+    if (field.kind == fieldKind_t::text16 && part != part_t::code)
+        return speltGroup(value, error);
+    const bool isText = field.kind == fieldKind_t::text;
+    if (value.empty()) {
+        error = "a value can't be empty in a message: a host would take the next key for it";
         return {};
-    const std::string &meant = finding.words.suggestion;
-    return meant.empty() ? finding.words.message : joined({finding.words.message, "; ", didYouMean(meant)});
+    }
+    if (isText && value.front() == '"') {
+        error = "a text can't begin with a double quote: a host would take it for a quoted one";
+        return {};
+    }
+    const auto *const code =
+        std::find_if(value.begin(), value.end(), [](char c) { return c == '\0' || isEscapeCode(c); });
+    if (isText && code != value.end()) {
+        error = joined(
+            {"the control character ", shownValue({code, 1}), " can't stand in a text: a host",
+             *code == '\0' ? "'s text ends there" : joined({" reads ", shownValue(std::string(1, unescaped(*code)))})});
+        return {};
+    }
+    std::string text = isText ? escapedText(value) : std::string(value);
+    const valueFinding_t finding = judgeValue(field, text, part != part_t::whole);
+    if (!finding.isThere)
+        return text;
+    const std::string &spelling = finding.words.suggestion;
+    if (finding.severity == severity_t::error || finding.code == findingCode_t::numberRange) {
+        error = finding.words.inShort();
+        return {};
+    }
+    if (finding.code != findingCode_t::numberSpelling)
+        return text;
+    if (keepsItsDigits(field.kind, value, spelling))
+        return spelling;
+    error = joined({shownValue(value), " has digits behind the six decimals of a message: it would become ", spelling});
+    return {};
+}
+
+findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion) {
+    std::vector<std::string_view> keys;
+    if (record != nullptr && hasSuggestion)
+        for (const fieldSchema_t &field : record->fields)
+            keys.push_back(field.key);
+    return {joined({record != nullptr ? "unknown key " : "no element of the list has the key ", shownValue(key)}),
+            "a host ignores it", std::string(nearest(key, keys))};
+}
+
+findingWords_t wordsOfDuplicate(std::string_view key) {
+    return {joined({"the key ", key, " stands here again"}), "a host takes the first and ignores this one", {}};
 }
 
 } // namespace vek::inspect

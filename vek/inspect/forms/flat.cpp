@@ -2,7 +2,7 @@
 
 #include "vek/inspect/forms/lineForm.hpp"
 #include "vek/inspect/forms/private/formText.hpp"
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/quoting.hpp"
 
 namespace vek::inspect {
@@ -19,7 +19,7 @@ public:
         writeNumber("length", envelope.length, false);
         writeNumber("echo", envelope.echoTag, false);
         writeNumber("seq", envelope.sequenceNumber, false);
-        if (!isPlain(tree_)) {
+        if (!isSaidByItsWords(tree_)) {
             out_ += "@text = ";
             appendQuoted(out_, tree_.text());
             out_ += '\n';
@@ -74,13 +74,13 @@ void appendFlat(std::string &out, const tree_t &tree) {
     flatWriter_t(out, tree).write();
 }
 
-formResult_t readFlat(std::string_view form) {
-    return messageOf(readLines(form), &appendFlat, &readLines);
+formResult_t readFlat(std::string_view form, const readOptions_t &options) {
+    return messageOf(readLines(form), options, &appendFlat, &readLines);
 }
 
-formResult_t readShow(std::string_view form) {
+formResult_t readShow(std::string_view form, const readOptions_t &options) {
     return messageOf(
-        readLines(form), [](std::string &out, const tree_t &tree) { appendShow(out, tree); }, &readLines);
+        readLines(form), options, [](std::string &out, const tree_t &tree) { appendShow(out, tree); }, &readLines);
 }
 
 } // namespace vek::inspect

@@ -103,16 +103,16 @@ std::vector<std::string_view> splitForms(std::string_view text, form_t form) {
     }
 }
 
-formResult_t readForm(std::string_view text, form_t form) {
+formResult_t readForm(std::string_view text, form_t form, const readOptions_t &options) {
     switch (form) {
     case form_t::show:
-        return readShow(text);
+        return readShow(text, options);
     case form_t::json:
-        return readJson(text);
+        return readJson(text, options);
     case form_t::flat:
-        return readFlat(text);
+        return readFlat(text, options);
     default:
-        return {std::string(text), {}, 0};
+        return {std::string(text)};
     }
 }
 

@@ -1,6 +1,5 @@
 #include "vek/inspect/forms/private/formText.hpp"
 
-#include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
@@ -8,30 +7,30 @@
 
 namespace vek::inspect {
 
-std::string formResult_t::errorIn(std::string_view form) const {
-    const std::string_view before = form.substr(0, offset);
-    const auto isCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; };
-    const auto lines = std::count(before.begin(), before.end(), '\n');
-    const std::string_view line = before.substr(before.rfind('\n') + 1);
-    const auto column = std::count_if(line.begin(), line.end(), isCharacter);
-    return joined({"line ", std::to_string(lines + 1), ", column ", std::to_string(column + 1), " (byte ",
-                   std::to_string(before.size()), "): ", error});
-}
-
-formResult_t messageOf(const formText_t &form, void (*write)(std::string &out, const tree_t &tree),
-                       formText_t (*read)(std::string_view form)) {
+formResult_t messageOf(const formText_t &form, const readOptions_t &options,
+                       void (*write)(std::string &out, const tree_t &tree), formText_t (*read)(std::string_view form)) {
     if (!form.error.empty())
         return {{}, form.error, form.offset};
     if (form.text && !form.text->empty()) {
         std::string again;
         const std::string whole = *form.text + '\0'; // a tree leaves one NUL out
         write(again, tree_t(whole));
-        if (read(again) == form)
-            return {*form.text, {}, 0};
+        formText_t own = read(again);
+        own.isRaw = form.isRaw;
+        if (own == form)
+            return {*form.text, {}, 0, {}, form.isRaw || options.isRaw};
     }
-    if (!form.id)
-        return {{}, "the message has no id", 0};
-    return {sealed(*form.id, form.echoTag.value_or(-1), form.sequenceNumber.value_or(0), form.body), {}, 0};
+    if (!form.id && !options.id)
+        return {{}, "the message has no id; say which message it is", 0, {}, false, missing_t::id};
+    const std::int32_t id = options.id.value_or(form.id.value_or(0));
+    const messageSchema_t *message = schema().find(id);
+    const recordSchema_t *record = message != nullptr ? message->record : nullptr;
+    const bool isRaw = form.isRaw || options.isRaw;
+    if (!isRaw && !form.record.empty() && (record == nullptr || record->name != form.record))
+        return {{},
+                joined({"the id ", std::to_string(id), " is that of ", record != nullptr ? record->name : "no record",
+                        ", not of ", form.record})};
+    return messageSaid({id, form.echoTag.value_or(-1), form.sequenceNumber.value_or(0)}, form.body, isRaw);
 }
 
 } // namespace vek::inspect

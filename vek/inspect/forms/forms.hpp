@@ -2,15 +2,18 @@
 //
 // A form shows what stands in the text, by kind. Where its own words don't give the text again byte for byte (a damaged
 // envelope, quotes, pairs twice, values without keys), it holds the text as well; reading the form gives that text as
-// long as the rest of the form was not changed, and else a sealed message made from the rest. Bytes that are no UTF-8
-// are kept in all forms. Pure functions; what is appended to a string throws std::bad_alloc at most.
+// long as the rest of the form was not changed, and else a message made from the rest, when a host would read just
+// that. Bytes that are no UTF-8 are kept in all forms. Pure functions; what is appended to a string throws
+// std::bad_alloc at most.
 #pragma once
 
+#include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -64,23 +67,6 @@ void appendFlat(std::string &out, const tree_t &tree);
 /// when they aren't.
 std::string_view wellFormed(std::string_view bytes, std::string &room);
 
-/// What reading a form gives.
-struct formResult_t {
-    std::string text;       ///< the message, without a NUL; empty when the form can't be read
-    std::string error;      ///< why it can't be read, for people; empty when it can
-    std::size_t offset = 0; ///< where, in bytes
-    bool needsId = false;   ///< what is missing is the message's id, which sealOptions_t can give
-
-    bool isRead() const { return error.empty(); }
-    /// The error with its place in the form: "line 3, column 7 (byte 41): ...". Bytes count from 0.
-    std::string errorIn(std::string_view form) const;
-};
-
-/// One message in each form. Colours must not be in it. Comments are skipped.
-formResult_t readShow(std::string_view form);
-formResult_t readJson(std::string_view form);
-formResult_t readFlat(std::string_view form);
-
 /// What a text looks like.
 enum class form_t : std::uint8_t { message, show, json, flat, none };
 
@@ -89,8 +75,19 @@ constexpr bool isForm(form_t form) {
     return form == form_t::show || form == form_t::json || form == form_t::flat;
 }
 
-/// Reads a message from a form; any other text is taken as it stands.
-formResult_t readForm(std::string_view text, form_t form);
+struct readOptions_t {
+    std::optional<std::int32_t> id; ///< the message's, instead of the form's own
+    bool isRaw = false;             ///< the words as they are, whatever a host will read
+};
+
+/// One message in each form: as it was put into the form, when nothing of it was changed; else one that is made of its
+/// words, see messageSaid(). A key that is not there is absent in the message too: a host reads 0 or an empty text.
+/// Colours must not be in it. Comments are skipped.
+formResult_t readShow(std::string_view form, const readOptions_t &options = {});
+formResult_t readJson(std::string_view form, const readOptions_t &options = {});
+formResult_t readFlat(std::string_view form, const readOptions_t &options = {});
+/// Of a message in no form, the text itself.
+formResult_t readForm(std::string_view text, form_t form, const readOptions_t &options = {});
 
 /// Judges by the first characters that are no white space, comment or byte order mark; a log is `none`.
 form_t formOf(std::string_view text);

@@ -1,6 +1,6 @@
 #include "vek/inspect/forms/forms.hpp"
 
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
@@ -48,7 +48,7 @@ public:
                 appendFinding(json_, finding);
                 json_.close('}');
             });
-        if (!isPlain(tree_))
+        if (!isSaidByItsWords(tree_))
             json_.member("text", tree_.text());
         if (options.hasTree)
             json_.list("nodes", tree_.nodes(), [this](const node_t &node) { writeNode(node); });

@@ -1,6 +1,6 @@
 #include "vek/inspect/forms/lineForm.hpp"
 
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/quoting.hpp"
 
 namespace vek::inspect {

@@ -1,15 +1,14 @@
 #include "vek/inspect/forms/forms.hpp"
 
+#include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/forms/private/formText.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
-#include "vek/inspect/message/bodyBuilder.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace vek::inspect {
@@ -56,8 +55,14 @@ public:
 
     formText_t form;
 
-    bool null() override { return leave(); }
-    bool boolean(bool value) override { return scalar(value ? "TRUE" : "FALSE"); }
+    bool null() override { return scalar(kind_t::nothing, {}); }
+    bool boolean(bool value) override {
+        if (depth_ == 1 && name_ == "raw") {
+            form.isRaw = value;
+            return true;
+        }
+        return scalar(kind_t::words, value ? "TRUE" : "FALSE");
+    }
     bool number_integer(number_integer_t value) override { return integer(value, std::to_string(value)); }
     bool number_unsigned(number_unsigned_t value) override {
         return integer(static_cast<std::int64_t>(std::min<std::uint64_t>(value, INT64_MAX)), std::to_string(value));
@@ -67,14 +72,14 @@ public:
         std::replace_if(
             text.begin(), text.end(),
             [](char c) { return !isDigit(c) && std::string_view("+-eE").find(c) == std::string_view::npos; }, '.');
-        return scalar(text);
+        return scalar(kind_t::words, text);
     }
     bool string(string_t &value) override {
         if (depth_ == 1 && name_ == "text") {
             form.text = jsonBytes(value);
             return true;
         }
-        return scalar(jsonBytes(value));
+        return scalar(kind_t::words, jsonBytes(value));
     }
     bool binary(binary_t &) override { return false; }
     bool key(string_t &name) override {
@@ -94,54 +99,72 @@ public:
         return refuse(joined({"this is no well-formed JSON: ", words}), std::min(start, size_));
     }
 
-    /// Whether the one message is complete.
-    bool isComplete() const { return hasBody_; }
+    void finish() {
+        if (!hasBody_)
+            refuse("the JSON has no message in it: no member has a record's name, nor \"body\"", 0);
+        form.body = said_.take();
+    }
 
 private:
-    bool refuse(std::string why, std::size_t position) {
+    using kind_t = said_t::kind_t;
+
+    bool refuse(std::string why, std::size_t position = 0) {
         form.error = std::move(why);
         form.offset = position;
         return false;
     }
 
-    bool leave() {
-        name_.clear();
-        return depth_ > 0 || refuse("a message is a JSON object", 0);
+    // The header number that a member outside of the body is; null for what others have put there.
+    std::optional<std::int32_t> *headerNumber() {
+        return depth_ != 1       ? nullptr
+               : name_ == "id"   ? &form.id
+               : name_ == "echo" ? &form.echoTag
+               : name_ == "seq"  ? &form.sequenceNumber
+                                 : nullptr;
     }
 
-    // Values outside of the body are the header numbers, or for others.
-    bool scalar(std::string_view text) {
-        if (body_ != nullptr)
-            body_->value(name_, text);
-        return leave();
+    bool isBodyName() const { return name_ == "body" || recordNamed(name_) != nullptr; }
+
+    bool scalar(kind_t kind, std::string_view text) {
+        if (depth_ == 0)
+            return refuse("a message is a JSON object");
+        if (isInBody_) {
+            said_.value({kind, std::exchange(name_, {}), -1, std::string(text)});
+            return true;
+        }
+        const bool isNeeded = headerNumber() != nullptr || (depth_ == 1 && (name_ == "text" || name_ == "raw"));
+        if (isNeeded && kind != kind_t::nothing)
+            return refuse(joined({"\"", name_, "\" can't be ", shownValue(text)}));
+        if (depth_ == 1 && isBodyName())
+            return refuse(joined({"\"", name_, "\" is the body, which is an object"}));
+        return true;
     }
 
     bool integer(std::int64_t value, std::string_view digits) {
-        if (body_ == nullptr && depth_ == 1) {
-            const auto number = static_cast<std::int32_t>(std::clamp<std::int64_t>(value, INT32_MIN, INT32_MAX));
-            if (name_ == "id")
-                form.id = number;
-            else if (name_ == "echo")
-                form.echoTag = number;
-            else if (name_ == "seq")
-                form.sequenceNumber = number;
-        }
-        return scalar(digits);
+        std::optional<std::int32_t> *number = isInBody_ ? nullptr : headerNumber();
+        if (number == nullptr)
+            return scalar(kind_t::words, digits);
+        if (number->has_value())
+            return refuse(joined({"\"", name_, "\" stands here again"}));
+        if (value != static_cast<std::int32_t>(value))
+            return refuse(joined({"\"", name_, "\" does not fit 32 bits: ", digits}));
+        *number = static_cast<std::int32_t>(value);
+        return true;
     }
 
     bool begin(bool isObject) {
         if (depth_ == 0 && !isObject)
-            return refuse("a message is a JSON object", 0);
-        if (++depth_ > bodyBuilder_t::deepest)
-            return refuse(joined({"more than ", std::to_string(bodyBuilder_t::deepest), " levels"}), 0);
-        if (body_ != nullptr) {
-            body_->begin(name_);
-        } else if (depth_ == 2 && isObject && !hasBody_) {
-            const recordSchema_t *record = recordNamed(name_);
-            if (record != nullptr || name_ == "body") {
-                body_ = std::make_unique<bodyBuilder_t>(record);
-                hasBody_ = true;
-            }
+            return refuse("a message is a JSON object");
+        if (++depth_ > saidReader_t::deepest)
+            return refuse(joined({"more than ", std::to_string(saidReader_t::deepest), " levels"}));
+        if (isInBody_) {
+            said_.begin({kind_t::group, std::exchange(name_, {})});
+        } else if (depth_ == 2 && isBodyName()) {
+            if (hasBody_ || !isObject)
+                return refuse(
+                    joined({"\"", name_, hasBody_ ? "\" is a second body" : "\" is the body, which is an object"}));
+            form.record = name_ == "body" ? "" : name_;
+            hasBody_ = isInBody_ = true;
         }
         name_.clear();
         return true;
@@ -150,37 +173,32 @@ private:
     bool end() {
         name_.clear();
         --depth_;
-        if (body_ == nullptr)
-            return true;
-        if (depth_ > 1) {
-            body_->end();
-            return true;
-        }
-        form.body = body_->body();
-        body_.reset();
+        if (isInBody_ && depth_ > 1)
+            said_.end();
+        isInBody_ = isInBody_ && depth_ > 1;
         return true;
     }
 
     const std::size_t size_; // of the form
     std::size_t depth_ = 0;
     std::string name_;
-    std::unique_ptr<bodyBuilder_t> body_;
-    bool hasBody_ = false;
+    saidReader_t said_;
+    bool isInBody_ = false, hasBody_ = false;
 };
 
 formText_t readJsonForm(std::string_view text) {
     jsonReader_t reader(text.size());
-    const bool isRead = json_t::sax_parse(text.begin(), text.end(), &reader);
-    if (isRead && !reader.isComplete())
-        reader.form.error = "the JSON has no message in it: no member has a record's name, nor \"body\"";
+    if (json_t::sax_parse(text.begin(), text.end(), &reader))
+        reader.finish();
     return std::move(reader.form);
 }
 
 } // namespace
 
-formResult_t readJson(std::string_view form) {
+formResult_t readJson(std::string_view form, const readOptions_t &options) {
     return messageOf(
-        readJsonForm(form), [](std::string &out, const tree_t &tree) { appendJson(out, tree); }, &readJsonForm);
+        readJsonForm(form), options, [](std::string &out, const tree_t &tree) { appendJson(out, tree); },
+        &readJsonForm);
 }
 
 } // namespace vek::inspect

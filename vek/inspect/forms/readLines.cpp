@@ -1,12 +1,10 @@
 #include "vek/inspect/forms/lineForm.hpp"
-#include "vek/inspect/message/bodyBuilder.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 namespace vek::inspect {
@@ -16,18 +14,19 @@ namespace {
 // A step of a path: a key, which may look like anything when it stands in quotes, or an element's number in brackets.
 struct step_t {
     std::string words{};
-    bool isElement = false;
+    std::int32_t index = -1;
 
-    /// As the builder takes it: an element has none.
-    std::string_view name() const { return isElement ? std::string_view() : words; }
     bool operator==(const step_t &) const = default;
 };
+
+constexpr std::size_t unknownIndent = SIZE_MAX;
 
 // A group that is open: from a line of its own, or since the paths of lines go through it.
 struct openGroup_t {
     step_t step;
     std::size_t indent;
     bool hasLine;
+    std::size_t innerIndent = unknownIndent; ///< of the lines in it
 };
 
 class lineReader_t {
@@ -39,7 +38,7 @@ public:
             readLine();
         while (!groups_.empty())
             closeGroup();
-        form_.body = builder().body();
+        form_.body = said_.take();
         return std::move(form_);
     }
 
@@ -62,18 +61,10 @@ private:
     }
 
     void refuse(std::string_view why) {
-        if (form_.error.empty())
-            form_.error = why;
+        if (!form_.error.empty())
+            return;
+        form_.error = why;
         form_.offset = at_;
-    }
-
-    // The record follows from the id, which comes first.
-    bodyBuilder_t &builder() {
-        if (builder_ == nullptr) {
-            const messageSchema_t *message = form_.id ? schema().find(*form_.id) : nullptr;
-            builder_ = std::make_unique<bodyBuilder_t>(message != nullptr ? message->record : nullptr);
-        }
-        return *builder_;
     }
 
     void readLine() {
@@ -106,24 +97,32 @@ private:
         return text_.substr(start, at_ - start);
     }
 
+    // A header number; "none" is one that the message has not.
     std::optional<std::int32_t> readNumber() {
         const std::size_t start = at_;
-        at_ += isAt('-') ? 1 : 0;
-        const std::string_view digits = readWord();
-        if (digits.empty() || !isDigit(digits[0]))
+        at_ += isAt('-') || isAt('+') ? 1 : 0;
+        const std::string_view digits = readWord(), word = text_.substr(start, at_ - start);
+        if (word == "none")
             return {};
-        return readInteger(text_.substr(start, at_ - start));
+        const bool isNumber = !digits.empty() && std::all_of(digits.begin(), digits.end(), isDigit);
+        const std::int32_t number = isNumber ? readInteger(word) : 0;
+        if (!isNumber || readReal(word) != static_cast<double>(number))
+            refuse(isNumber ? "this number does not fit 32 bits" : "a number is missing");
+        return number;
     }
 
-    void setNumber(std::string_view name, std::optional<std::int32_t> number) {
-        if (name == "id")
-            form_.id = number;
-        else if (name == "echo")
-            form_.echoTag = number;
-        else if (name == "seq" || name == "sequence")
-            form_.sequenceNumber = number;
-        else if (name != "length")
-            refuse("this name is not known here");
+    void readNumberOf(std::string_view name) {
+        std::optional<std::int32_t> length;
+        std::optional<std::int32_t> *const number = name == "id"                          ? &form_.id
+                                                    : name == "echo"                      ? &form_.echoTag
+                                                    : name == "seq" || name == "sequence" ? &form_.sequenceNumber
+                                                    : name == "length"                    ? &length
+                                                                                          : nullptr;
+        if (number == nullptr)
+            return refuse("this name is not known here");
+        if (number->has_value())
+            return refuse("this number stands here again");
+        *number = readNumber();
     }
 
     void readHeaderValue(std::string_view name) {
@@ -133,7 +132,7 @@ private:
         ++at_;
         skipBlanks();
         if (name != "text")
-            return setNumber(name, readNumber());
+            return readNumberOf(name);
         form_.text.emplace();
         if (!readQuoted(text_, at_, *form_.text))
             refuse("a text in double quotes is missing");
@@ -141,44 +140,59 @@ private:
 
     // focusValue_t 4112, length 80, echo 7, sequence 41
     void readTitle() {
-        readWord();
+        form_.record = readWord();
+        if (form_.record == unknownName)
+            form_.record.clear();
         skipBlanks();
-        form_.id = readNumber();
+        if (!isAtLineEnd() && !isAt(','))
+            readNumberOf("id");
         while (form_.error.empty() && isAt(',')) {
             ++at_;
             skipBlanks();
             const std::string_view name = readWord();
             skipBlanks();
-            setNumber(name, readNumber());
+            readNumberOf(name);
         }
     }
 
+    said_t said(const step_t &step, said_t::kind_t kind = said_t::kind_t::group) const {
+        said_t one{kind, step.words, step.index};
+        one.offset = lineStart_;
+        return one;
+    }
+
     void closeGroup() {
-        builder().end();
+        said_.end();
         groups_.pop_back();
     }
 
     void openGroup(step_t step, std::size_t indent, bool hasLine) {
-        if (groups_.size() >= bodyBuilder_t::deepest)
+        if (groups_.size() >= saidReader_t::deepest)
             return refuse("too many levels");
-        builder().begin(step.name());
+        said_.begin(said(step));
         groups_.push_back({std::move(step), indent, hasLine});
     }
 
     void readPair(std::size_t indent) {
-        std::vector<step_t> steps;
-        if (!readPath(steps))
-            return refuse("a key is missing, or a \"]\"");
+        lineStart_ = at_;
         const auto isOver = [&](const openGroup_t &group) { return group.hasLine && group.indent >= indent; };
         while (std::any_of(groups_.begin(), groups_.end(), isOver))
             closeGroup();
+        const auto around = std::find_if(groups_.rbegin(), groups_.rend(), [](const auto &one) { return one.hasLine; });
+        std::size_t &own = around == groups_.rend() ? topIndent_ : around->innerIndent;
+        if (own != unknownIndent && own != indent)
+            return refuse("the indentation is not that of the lines around, so the group is not certain");
+        own = indent;
+        std::vector<step_t> steps;
+        if (!readPath(steps))
+            return refuse("a key is missing, or a \"]\"");
         enter(steps, indent);
         skipBlanks();
         if (!isAt('='))
             return openGroup(std::move(steps.back()), indent, true);
         ++at_;
         skipBlanks();
-        readValue(steps.back().name());
+        readValue(steps.back());
     }
 
     // Closes the groups that the path doesn't go through, and opens those that it goes through.
@@ -200,12 +214,12 @@ private:
         do {
             step_t step;
             if (isAt('[')) {
-                step.isElement = true;
-                const std::size_t end = text_.find(']', at_);
-                if (end == std::string_view::npos)
+                ++at_;
+                const std::string_view digits = readWord();
+                step.index = readInteger(digits);
+                if (!isAt(']') || std::to_string(step.index) != digits)
                     return false;
-                step.words = text_.substr(at_, end + 1 - at_);
-                at_ = end + 1;
+                ++at_;
             } else {
                 at_ += isAt('.') ? 1 : 0;
                 const std::size_t start = at_;
@@ -225,11 +239,11 @@ private:
         return true;
     }
 
-    void readValue(std::string_view name) {
+    void readValue(const step_t &step) {
         if (!isAt('['))
-            return readScalar(name, false);
+            return readScalar(step, false);
         ++at_;
-        builder().begin(name);
+        said_.begin(said(step));
         while (form_.error.empty()) {
             while (at_ < text_.size() && (isSpace(text_[at_]) || text_[at_] == ','))
                 ++at_;
@@ -244,13 +258,13 @@ private:
             else
                 readScalar({}, true);
         }
-        builder().end();
+        said_.end();
     }
 
     // A list inside of a list: the codes of a 16-bit text that could not be shown as one.
     void readCodes() {
         ++at_;
-        builder().begin({});
+        said_.begin(said({}));
         while (form_.error.empty() && !isAt(']')) {
             while (isAt(',') || isAt(' '))
                 ++at_;
@@ -260,34 +274,49 @@ private:
                 readScalar({}, true);
         }
         at_ += isAt(']') ? 1 : 0;
-        builder().end();
+        said_.end();
     }
 
-    void readScalar(std::string_view name, bool isInList) {
-        std::string text;
-        const bool isWide = text_.substr(at_).starts_with("u\"");
-        if (isWide || isAt('"')) {
-            at_ += isWide ? 1 : 0;
-            if (!readQuoted(text_, at_, text))
-                return refuse("the closing double quote is missing");
-            return builder().value(name, text, isWide ? spelling_t::wide : spelling_t::words);
+    void readScalar(const step_t &step, bool isInList) {
+        said_t one = said(step, text_.substr(at_).starts_with("u\"") ? said_t::kind_t::wide : said_t::kind_t::words);
+        one.offset = at_;
+        if (one.kind == said_t::kind_t::wide || isAt('"')) {
+            at_ += one.kind == said_t::kind_t::wide ? 1 : 0;
+            if (!readQuoted(text_, at_, one.text))
+                return refuse("the closing double quote is missing, or a backslash is not written twice");
+            return said_.value(std::move(one));
         }
-        const std::size_t end = std::min(text_.find_first_of(isInList ? ",]\r\n#" : "\r\n#", at_), text_.size());
+        std::size_t end = std::min(text_.find_first_of(isInList ? ",]\r\n" : "\r\n", at_), text_.size());
+        for (std::size_t mark = at_; (mark = text_.substr(0, end).find('#', mark)) != std::string_view::npos; ++mark) {
+            if (isInList || !isComment(mark)) {
+                at_ = mark;
+                return refuse("a \"#\" in a value: put the value into double quotes; two blanks stand in front of "
+                              "the \"# \" of a comment");
+            }
+            end = mark;
+        }
         std::size_t behind = end;
         while (behind > at_ && isSpace(text_[behind - 1]))
             --behind;
-        text = text_.substr(at_, behind - at_);
         if (isInList && end == at_)
             return refuse("a value is missing");
+        one.text = text_.substr(at_, behind - at_);
         at_ = end;
-        builder().value(name, text);
+        said_.value(std::move(one));
+    }
+
+    // As they are written behind a value.
+    bool isComment(std::size_t mark) const {
+        const std::string_view front = text_.substr(0, mark), rest = text_.substr(mark + 1);
+        return (front.ends_with("  ") || front.ends_with('\t')) && (rest.empty() || isSpace(rest.front()));
     }
 
     std::string_view text_;
     std::size_t at_ = 0;
     formText_t form_;
-    std::unique_ptr<bodyBuilder_t> builder_;
+    saidReader_t said_;
     std::vector<openGroup_t> groups_;
+    std::size_t topIndent_ = unknownIndent, lineStart_ = 0;
     bool hasBegun_ = false;
 };
 

@@ -2,7 +2,7 @@
 
 #include "vek/inspect/forms/lineForm.hpp"
 #include "vek/inspect/forms/private/showLines.hpp"
-#include "vek/inspect/message/plain.hpp"
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/quoting.hpp"
 
 #include <algorithm>
@@ -69,7 +69,7 @@ private:
 
     // Left out where the form is not to be read back.
     void writeOwnText() {
-        if (isPlain(tree_) || options_.onlyChanges)
+        if (isSaidByItsWords(tree_) || options_.onlyChanges)
             return;
         out_ += "  @text = ";
         std::string text;

@@ -67,4 +67,8 @@ std::string didYouMean(std::string_view word, std::span<const std::string_view> 
     return meant.empty() ? std::string(otherwise) : didYouMean(meant);
 }
 
+std::string withSuggestion(std::string_view words, std::string_view meant) {
+    return joined({words, meant.empty() ? "" : "; ", didYouMean(meant)});
+}
+
 } // namespace vek::inspect

@@ -19,4 +19,7 @@ std::string didYouMean(std::string_view meant);
 /// The same of the nearest word; when none is near, what helps otherwise.
 std::string didYouMean(std::string_view word, std::span<const std::string_view> candidates, std::string_view otherwise);
 
+/// Words with what was meant behind them, when that is known.
+std::string withSuggestion(std::string_view words, std::string_view meant);
+
 } // namespace vek::inspect

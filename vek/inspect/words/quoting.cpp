@@ -137,8 +137,12 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
             bytes += byte;
             at += 2;
             break;
-        default:
+        case '"':
+        case '\\':
             bytes += text[at];
+            break;
+        default:
+            return false;
         }
     }
     if (at == text.size())

@@ -12,9 +12,9 @@ namespace vek::inspect {
 
 class checker_t {
 public:
-    /// `stops`: only whether there is a finding, or an error, is wanted.
-    explicit checker_t(const tree_t &tree, bool stops = false, bool onlyErrors = false)
-        : tree_(tree), envelope_(tree.envelope()), stops_(stops), onlyErrors_(onlyErrors) {}
+    /// `stops`: only whether there is a finding that counts is wanted.
+    explicit checker_t(const tree_t &tree, bool stops = false, tolerance_t tolerance = tolerance_t::nothing)
+        : tree_(tree), envelope_(tree.envelope()), stops_(stops), tolerance_(tolerance) {}
 
     void run();
 
@@ -47,6 +47,7 @@ private:
     void checkGroup(const node_t &node);
     void checkScalar(const node_t &node);
 
+    bool isTolerated(findingCode_t code, severity_t severity) const;
     bool isDone() const { return stops_ && hasFound_; }
 
     template <class Words>
@@ -57,7 +58,7 @@ private:
     /// Counts a finding, and asks `words` for its words if they are wanted.
     template <class Words>
     void report(findingCode_t code, severity_t severity, place_t place, const node_t *node, Words words) {
-        if (onlyErrors_ && severity != severity_t::error)
+        if (isTolerated(code, severity))
             return;
         hasFound_ = true;
         if (stops_)
@@ -69,7 +70,8 @@ private:
 
     const tree_t &tree_;
     const envelopeParts_t &envelope_;
-    bool stops_, onlyErrors_;
+    bool stops_;
+    tolerance_t tolerance_;
     bool hasFound_ = false;
     std::size_t suggestions_ = 0; // looked for: a hostile text gets no more than a few
     std::vector<finding_t> findings_;

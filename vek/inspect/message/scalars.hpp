@@ -1,4 +1,4 @@
-// Whether the words of a form say all of a message, so that the text needn't stand beside them.
+// Scalars: their text for people, and how it stands in a body.
 #pragma once
 
 #include "vek/inspect/message/tree.hpp"
@@ -7,10 +7,6 @@
 #include <string_view>
 
 namespace vek::inspect {
-
-/// Whether a message is spelt throughout as the library spells messages: then it follows from its pairs. Its keys and
-/// values may be anything.
-bool isPlain(const tree_t &tree);
 
 /// Whether a node's value is a text that stands in the body with codes for its separators.
 bool isText(const node_t &node);

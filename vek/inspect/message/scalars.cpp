@@ -1,0 +1,29 @@
+#include "vek/inspect/message/scalars.hpp"
+
+#include "vek/text/characters.hpp"
+
+#include <algorithm>
+
+namespace vek::inspect {
+
+bool isText(const node_t &node) {
+    return node.field != nullptr && node.field->kind == fieldKind_t::text && (node.isElement || !node.field->isList());
+}
+
+std::string unescapedText(std::string_view value) {
+    std::string text(value);
+    std::transform(text.begin(), text.end(), text.begin(), unescaped);
+    return text;
+}
+
+std::string escapedText(std::string_view text) {
+    std::string value(text);
+    std::transform(value.begin(), value.end(), value.begin(), escaped);
+    return value;
+}
+
+std::string scalarText(const tree_t &tree, const node_t &node) {
+    return isText(node) ? unescapedText(tree.value(node)) : std::string(tree.value(node));
+}
+
+} // namespace vek::inspect
