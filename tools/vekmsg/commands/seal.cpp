@@ -44,7 +44,10 @@ private:
         sealing.strictness = item.isRaw ? inspect::strictness_t::forced : sealing.strictness;
         inspect::formResult_t result = inspect::seal(item.text, sealing);
         if (!result.isRead()) {
-            complain(item.place() + ": error: " + result.error);
+            const bool needsId = result.missing == inspect::missing_t::id;
+            const bool needsNumbers = result.missing == inspect::missing_t::numbers;
+            complain(item.place() + ": error: " + result.error + (needsId ? " (--as)" : "") +
+                     (needsNumbers ? " (--echo, --seq)" : ""));
             for (const inspect::refusal_t &refusal : result.further)
                 complain(item.place() + ": error: " + refusal.words);
             return std::nullopt;

@@ -67,7 +67,7 @@ std::string guessIn(std::string_view text, const envelopeParts_t &parts, std::st
                     const sealOptions_t &options) {
     const bool isGiven = options.echoTag && options.sequenceNumber;
     if (!isGiven && parts.length.isThere && !parts.sequenceNumber.isThere)
-        return "of length, echo tag and sequence number not all are there: say the two others (--echo, --seq)";
+        return "of length, echo tag and sequence number not all are there: say the two others";
     if (!body.empty() && !body.starts_with(openBrace))
         return joined({shownValue(body.substr(0, body.find(openBrace))),
                        " stands in front of the body, where a number or \"{\" should be"});
@@ -91,14 +91,24 @@ formResult_t judged(std::string text, const sealOptions_t &options) {
 formResult_t sealMessage(std::string_view text, const sealOptions_t &options) {
     const envelopeParts_t parts = takeEnvelopeApart(text);
     if (!parts.id.isThere && !options.id)
-        return {{}, "no message id stands behind \"@@\"; say which message it is", parts.id.place.start, true};
+        return {{},
+                "no message id stands behind \"@@\"; say which message it is",
+                parts.id.place.start,
+                {},
+                false,
+                missing_t::id};
     const auto number = [](const envelopeNumber_t &own, std::int32_t otherwise) {
         return own.isThere ? own.value : otherwise;
     };
     const std::string_view body = bodyOf(text, parts);
     if (options.strictness != strictness_t::forced)
         if (std::string guess = guessIn(text, parts, body, options); !guess.empty())
-            return {{}, std::move(guess), parts.body.start};
+            return {{},
+                    std::move(guess),
+                    parts.body.start,
+                    {},
+                    false,
+                    parts.length.isThere && !parts.sequenceNumber.isThere ? missing_t::numbers : missing_t::nothing};
     const bool isWrapped = !parts.isWholeForHost() && body.find('\n') != std::string_view::npos;
     return judged(sealed(options.id.value_or(parts.id.value), options.echoTag.value_or(number(parts.echoTag, -1)),
                          options.sequenceNumber.value_or(number(parts.sequenceNumber, 0)),

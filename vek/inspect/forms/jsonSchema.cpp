@@ -297,12 +297,12 @@ private:
     void writeScalar(const fieldSchema_t &field) {
         switch (field.kind) {
         case fieldKind_t::integer32:
+        case fieldKind_t::pixels: // with decimals, which are zeros
             return reference("integer");
         case fieldKind_t::integer16:
             return reference("short");
         case fieldKind_t::float64:
         case fieldKind_t::float32:
-        case fieldKind_t::pixels:
             return reference("real");
         case fieldKind_t::boolean:
             return typed("boolean");
