@@ -163,6 +163,7 @@ def scalar(key):
         "boolean": lambda: chance.random() < 0.5,
         "string": lambda: chance.choice(["Nord", "a b", "Grün", "3.5", "a;b=c"]),
         "16-bit character string": lambda: chance.choice(["Spring", "Grün", "x"]),
+        "pixels": lambda: chance.randint(-1000, 1000),
     }.get(key["kind"], lambda: round(chance.uniform(-1000, 1000), 3))()
 
 
