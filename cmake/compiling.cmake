@@ -116,9 +116,13 @@ function(vekExporting target map def)
 endfunction()
 
 # Libraries that are headers alone are those of this machine; a cross compiler sees no others of its folder.
-function(vekUsingHeaders target library)
-    find_path(VEK_HEADERS_${library} ${library} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+function(vekFindingHeaders library)
+    find_path(VEK_HEADERS_${library} ${library} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH ${ARGN})
     mark_as_advanced(VEK_HEADERS_${library})
+endfunction()
+
+function(vekUsingHeaders target library)
+    vekFindingHeaders(${library} REQUIRED)
     set(folder ${PROJECT_BINARY_DIR}/headers/${library})
     file(MAKE_DIRECTORY ${folder})
     file(CREATE_LINK ${VEK_HEADERS_${library}}/${library} ${folder}/${library} SYMBOLIC)

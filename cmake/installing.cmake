@@ -1,5 +1,5 @@
-# What an installation holds: the shared library, the headers hosts include, the static library behind the C++
-# structures, a CMake package, a pkg-config file, manual pages, documentation and examples. The packages made of them
+# What an installation holds: the shared libraries, the headers hosts include, the static library behind the C++
+# structures, a CMake package, pkg-config files, manual pages, documentation and examples. The packages made of them
 # are in packaging.cmake.
 
 # As Debian's own tools do, for any prefix: lib/x86_64-linux-gnu.
@@ -18,26 +18,55 @@ install(TARGETS vekParams2ASCII vekTypes vekCpp EXPORT vekParams2ASCIITargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
+# What belongs to vekInspect is a component of its own for those who run it, and one for those who build with it.
 if(VEK_INSPECT)
     target_include_directories(vekInspect INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-    install(TARGETS vekInspect EXPORT vekParams2ASCIITargets
+    install(TARGETS vekInspect EXPORT vekInspectTargets
             RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT inspect
-            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT inspect NAMELINK_COMPONENT development
-            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT inspect NAMELINK_COMPONENT inspectDevelopment
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT inspectDevelopment)
 endif()
 
-install(DIRECTORY vek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-        FILES_MATCHING PATTERN *.h PATTERN *.hpp PATTERN private EXCLUDE REGEX "/vek/inspect/[a-z]+$" EXCLUDE)
+foreach(header IN LISTS VEK_PUBLIC_HEADERS)
+    get_filename_component(folder ${header} DIRECTORY)
+    set(component development)
+    if(header MATCHES "^vek/inspect/")
+        if(NOT VEK_INSPECT)
+            continue()
+        endif()
+        set(component inspectDevelopment)
+    endif()
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} COMPONENT ${component})
+endforeach()
+
 if(WIN32)
     install(FILES vek/api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endif()
 
+# Where a component's documents are: on Linux as Debian names the folder, by its package.
+set(debianNameOf_library libvekparams2ascii${PROJECT_VERSION_MAJOR})
+set(debianNameOf_development libvekparams2ascii-dev)
+set(debianNameOf_inspectDevelopment libvekinspect-dev)
+set(debianNameOf_inspect libvekinspect${PROJECT_VERSION_MAJOR})
+set(debianNameOf_vekmsg vekmsg)
+function(vekDocumentFolder component result)
+    set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${debianNameOf_${component}})
+    if(WIN32)
+        set(folder doc)
+    endif()
+    set(${result} ${folder} PARENT_SCOPE)
+endfunction()
+
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/vekParams2ASCII)
-install(EXPORT vekParams2ASCIITargets NAMESPACE vekParams2ASCII:: DESTINATION ${packageFolder} COMPONENT development
-        FILE vekParams2ASCIIConfig.cmake)
+configure_file(packaging/vekParams2ASCIIConfig.cmake.in vekParams2ASCIIConfig.cmake @ONLY)
 write_basic_package_version_file(vekParams2ASCIIConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCIIConfigVersion.cmake DESTINATION ${packageFolder}
-        COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/vekParams2ASCIIConfig.cmake ${PROJECT_BINARY_DIR}/vekParams2ASCIIConfigVersion.cmake
+        DESTINATION ${packageFolder} COMPONENT development)
+install(EXPORT vekParams2ASCIITargets NAMESPACE vekParams2ASCII:: DESTINATION ${packageFolder} COMPONENT development)
+if(VEK_INSPECT)
+    install(EXPORT vekInspectTargets NAMESPACE vekParams2ASCII:: DESTINATION ${packageFolder}
+            COMPONENT inspectDevelopment)
+endif()
 
 # Found from where the file lies, so that an installation can be moved. Static libraries need the C++ library named,
 # and on Windows the one that looks after stacks.
@@ -50,22 +79,16 @@ endif()
 if(WIN32)
     string(APPEND pcCppLibrary " -fstack-protector-strong")
 endif()
-configure_file(packaging/vekParams2ASCII.pc.in vekParams2ASCII.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vekParams2ASCII.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-        COMPONENT development)
 
-# Where a component's documents are: on Linux as Debian names the folder, by its package.
-set(debianNameOf_library libvekparams2ascii${PROJECT_VERSION_MAJOR})
-set(debianNameOf_development libvekparams2ascii-dev)
-set(debianNameOf_inspect libvekinspect${PROJECT_VERSION_MAJOR})
-set(debianNameOf_vekmsg vekmsg)
-function(vekDocumentFolder component result)
-    set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${debianNameOf_${component}})
-    if(WIN32)
-        set(folder doc)
-    endif()
-    set(${result} ${folder} PARENT_SCOPE)
+# vekPkgConfig(COMPONENT NAME)
+function(vekPkgConfig component name)
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${component})
 endfunction()
+vekPkgConfig(development vekParams2ASCII)
+if(VEK_INSPECT)
+    vekPkgConfig(inspectDevelopment vekInspect)
+endif()
 
 # vekCompressed(FILE NAME): FILE as NAME.gz in the build folder, the same bytes each time.
 function(vekCompressed file name)
@@ -94,6 +117,9 @@ function(vekManualPage component page)
 endfunction()
 
 vekManualPage(development vekParams2ASCII.3 vekStrToVal.3 vekValToStr.3 vekParamsDelete.3 vekParamsDeleteStruct.3)
+if(VEK_INSPECT)
+    vekManualPage(inspectDevelopment vekInspect.3 vekInspectToJson.3 vekInspectFromJson.3 vekInspectCatalogue.3)
+endif()
 vekDocumentFolder(development documents)
 install(FILES README.md SECURITY.md DESTINATION ${documents} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${documents} COMPONENT development

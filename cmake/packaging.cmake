@@ -22,15 +22,25 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
                                                 WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL)
 
-# vekDebianPackage(COMPONENT SECTION section DESCRIPTION text [DEPENDS packages] [CONTROL files])
-# The first line of the description is what lists of packages show.
+# vekDebianPackage(COMPONENT SECTION section MULTIARCH same|foreign DESCRIPTION text [NEEDS components] [CONTROL files])
+# What is the same for all architectures may be installed beside that of another; a program serves those of others, too.
+# The first line of the description is what lists of packages show. Components that are needed are of this very version.
 macro(vekDebianPackage component)
-    cmake_parse_arguments(package "" "SECTION;DESCRIPTION;DEPENDS" "CONTROL" ${ARGN})
+    cmake_parse_arguments(package "" "SECTION;MULTIARCH;DESCRIPTION" "NEEDS;CONTROL" ${ARGN})
     string(TOUPPER ${component} upper)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${debianNameOf_${component}})
     set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${package_SECTION})
-    set(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS "${package_DEPENDS}")
+    if(CMAKE_VERSION VERSION_LESS 3.31) # CPack has no field for it, and writes what it is given as it is
+        string(APPEND CPACK_DEBIAN_${upper}_PACKAGE_SECTION "\nMulti-Arch: ${package_MULTIARCH}")
+    else()
+        set(CPACK_DEBIAN_${upper}_PACKAGE_MULTIARCH ${package_MULTIARCH})
+    endif()
+    set(needed)
+    foreach(other IN LISTS package_NEEDS)
+        list(APPEND needed "${debianNameOf_${other}} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+    endforeach()
+    list(JOIN needed ", " CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS)
     set(CPACK_DEBIAN_${upper}_PACKAGE_CONTROL_EXTRA ${package_CONTROL})
     set(CPACK_DEBIAN_${upper}_DESCRIPTION "${package_DESCRIPTION}")
     if(NOT WIN32)
@@ -40,6 +50,22 @@ macro(vekDebianPackage component)
                 DESTINATION ${documents} COMPONENT ${component} EXCLUDE_FROM_ALL)
     endif()
 endmacro()
+
+# Packages made twice of the same sources are the same: their files are as old as the version.
+file(STRINGS CHANGELOG.md versionLine REGEX "^## ${PROJECT_VERSION}, ")
+if(NOT versionLine MATCHES ", ([0-9-]+)$")
+    message(FATAL_ERROR "CHANGELOG.md has no line '## ${PROJECT_VERSION}, YEAR-MONTH-DAY'")
+endif()
+execute_process(COMMAND env LC_ALL=C date -u -d ${CMAKE_MATCH_1} "+%s;%a, %d %b %Y %T %z" OUTPUT_VARIABLE date
+                OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+list(GET date 0 epoch)
+list(GET date 1 packageDate)
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packagingDate.cmake @ONLY CONTENT [[
+if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
+    set(ENV{SOURCE_DATE_EPOCH} @epoch@)
+endif()
+]])
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/packagingDate.cmake)
 
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
@@ -54,21 +80,30 @@ else()
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
     set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
     vekCompressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
-    file(STRINGS CHANGELOG.md versionLine REGEX "^## ${PROJECT_VERSION}, ")
-    if(NOT versionLine MATCHES ", ([0-9-]+)$")
-        message(FATAL_ERROR "CHANGELOG.md has no line '## ${PROJECT_VERSION}, YEAR-MONTH-DAY'")
-    endif()
-    execute_process(COMMAND date -u -R -d ${CMAKE_MATCH_1} OUTPUT_VARIABLE packageDate OUTPUT_STRIP_TRAILING_WHITESPACE
-                    COMMAND_ERROR_IS_FATAL ANY)
     configure_file(packaging/changelog.Debian.in changelog.Debian @ONLY)
     vekCompressed(${PROJECT_BINARY_DIR}/changelog.Debian changelog.Debian)
 endif()
 
+# What a package of a shared library tells others: to run ldconfig, and which version of it their programs need by what
+# they call. Calls stay the same from version to version while messages are added: who was built with a version needs it.
+# vekLibraryControl(COMPONENT TARGET EXPORTS), into libraryControl
+function(vekLibraryControl component target exports)
+    file(STRINGS ${exports} calls REGEX "^ +[A-Za-z0-9]+;$")
+    list(TRANSFORM calls REPLACE "^ +(.*);$" " \\1@Base ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.0\n")
+    list(SORT calls)
+    string(CONCAT symbols "lib${target}.so.${PROJECT_VERSION_MAJOR} ${debianNameOf_${component}} #MINVER#\n" ${calls})
+    set(file ${PROJECT_BINARY_DIR}/control/${component}/symbols)
+    file(CONFIGURE OUTPUT ${file} CONTENT "${symbols}")
+    set(libraryControl ${PROJECT_SOURCE_DIR}/packaging/triggers ${file} ${withoutScripts} PARENT_SCOPE)
+endfunction()
+
 # CPack adds scripts that call ldconfig, where the trigger is Debian's way, unless it hears of others. It says that these
 # two do not exist, and goes on.
 set(withoutScripts packaging/none/postinst packaging/none/postrm)
+
+vekLibraryControl(library vekParams2ASCII vek/api/exports.map)
 vekDebianPackage(
-    library SECTION libs CONTROL ${PROJECT_SOURCE_DIR}/packaging/triggers ${withoutScripts}
+    library SECTION libs MULTIARCH same CONTROL ${libraryControl}
     DESCRIPTION "messages of laser exposure devices as structures and text
 Converts the parameter and status messages of a laser exposure device between
 fixed-layout structures and self-describing text that can be sent, logged,
@@ -76,8 +111,7 @@ read and edited by hand.
 .
 This package contains the shared library with its four C functions.")
 vekDebianPackage(
-    development SECTION libdevel
-    DEPENDS "libvekparams2ascii${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})"
+    development SECTION libdevel MULTIARCH same NEEDS library
     DESCRIPTION "messages of laser exposure devices (development files)
 Converts the parameter and status messages of a laser exposure device between
 fixed-layout structures and self-describing text that can be sent, logged,
@@ -86,15 +120,24 @@ read and edited by hand.
 This package contains the headers for C and C++, the library of the C++
 structures, the reference of every message, and examples.")
 if(VEK_INSPECT)
+    vekLibraryControl(inspect vekInspect vek/inspect/exports/exports.map)
     vekDebianPackage(
-        inspect SECTION libs CONTROL ${PROJECT_SOURCE_DIR}/packaging/triggers ${withoutScripts}
+        inspect SECTION libs MULTIARCH same CONTROL ${libraryControl}
         DESCRIPTION "messages of laser exposure devices as JSON
 Tells what stands in a text message of a laser exposure device and what is
 wrong with it, for hosts in any language.
 .
 This package contains the shared library with its three C functions.")
     vekDebianPackage(
-        vekmsg SECTION utils
+        inspectDevelopment SECTION libdevel MULTIARCH same NEEDS inspect development
+        DESCRIPTION "messages of laser exposure devices as JSON (development files)
+Tells what stands in a text message of a laser exposure device and what is
+wrong with it, for hosts in any language.
+.
+This package contains the header for C and C++, and what CMake and pkg-config
+need to find the library.")
+    vekDebianPackage(
+        vekmsg SECTION utils MULTIARCH foreign
         DESCRIPTION "messages of laser exposure devices on the command line
 Shows, checks, mends, changes and compares text messages of laser exposure
 devices, alone or amid the lines of a log, and turns them into JSON, tables

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds and runs the two outside hosts against an installation, by CMake; against what the Debian packages hold, by
-# pkg-config, and asks lintian about these; and with the library's sources added to the hosts' own project, where the four
-# calls are shared, then static. The hosts have folders of their own named as the library's, first on the include path.
+# Builds and runs the outside hosts against an installation; against each Debian package with nothing but what it depends
+# on, by CMake and by pkg-config, and asks lintian about these; and with the library's sources added to the hosts' own
+# project, where the four calls are shared, then static. The hosts have folders of their own named as the library's, first
+# on the include path. Packages that are made twice are the same.
 #   linuxPackages.sh SOURCE_FOLDER BUILD_FOLDER
 set -euo pipefail
 source=$1
@@ -37,68 +38,139 @@ buildByCMake() {
 }
 
 runHosts() {
-    "$1/hostInC" >"$work/c.txt" || fail "$1/hostInC"
-    "$1/hostInCpp" >"$work/cpp.txt" || fail "$1/hostInCpp"
-    grep -q '@@' "$work/c.txt" && grep -q '@@' "$work/cpp.txt" || fail "the hosts of $1 print no message"
+    local host
+    for host in "$1"/host*; do
+        "$host" >"$work/host.txt" || fail "$host"
+        grep -q '@@\|"id":4112' "$work/host.txt" || fail "$host prints no message"
+    done
 }
 
-# buildByPkgConfig PREFIX OUT: the objects are of the first prefix, whose headers are those of the others.
-buildByPkgConfig() {
-    local prefix=$1 out=$2 config flags=() libraries=()
-    config=$(find "$prefix" -name vekParams2ASCII.pc -printf '%h')
-    mkdir -p "$out"
+# buildHost PREFIX OUT MODULE COMPILER SOURCE OPTIONS...: one host by pkg-config.
+buildHost() {
+    local config out=$2 module=$3 compiler=$4 file=$5 words flags=() libraries=()
+    config=$(find "$1" -name pkgconfig)
+    shift 5
     # Quoted for a shell: a folder may have a blank in its name.
-    eval "flags=($(PKG_CONFIG_PATH=$config pkg-config --cflags vekParams2ASCII))"
-    eval "libraries=($(PKG_CONFIG_PATH=$config pkg-config --libs vekParams2ASCII))"
-    if [ ! -e "$work/hostInC.o" ]; then
-        cc -std=c99 -Wall -Wextra -Wpedantic -Werror -I"$hostile" "${flags[@]}" -c "$source/examples/host.c" \
-            -o "$work/hostInC.o"
-        c++ -std=c++20 -Wall -Wextra -Werror -I"$hostile" "${flags[@]}" -c "$source/examples/host.cpp" \
-            -o "$work/hostInCpp.o"
-    fi
-    cc "$work/hostInC.o" -o "$out/hostInC" "${libraries[@]}"
-    c++ "$work/hostInCpp.o" -o "$out/hostInCpp" "${libraries[@]}"
-    LD_LIBRARY_PATH=$(dirname "$config") runHosts "$out"
+    words=$(PKG_CONFIG_LIBDIR=$config pkg-config --cflags "$module") && eval "flags=($words)"
+    words=$(PKG_CONFIG_LIBDIR=$config pkg-config --libs "$module") && eval "libraries=($words)"
+    "$compiler" "$@" -Wall -Wextra -Wpedantic -Werror -I"$hostile" "${flags[@]}" "$source/examples/$file" \
+        -o "$out/host_${file/./_}" "${libraries[@]}" || fail "can't build $file by pkg-config"
+}
+
+# buildByPkgConfig PREFIX OUT: the hosts of the modules that the prefix has.
+buildByPkgConfig() {
+    mkdir -p "$2"
+    buildHost "$1" "$2" vekParams2ASCII cc host.c -std=c99
+    buildHost "$1" "$2" vekParams2ASCII c++ host.cpp -std=c++20
+    [ -z "$(find "$1" -name vekInspect.pc)" ] || buildHost "$1" "$2" vekInspect cc inspect.c -std=c99
+    LD_LIBRARY_PATH=$(dirname "$(find "$1" -name pkgconfig)") runHosts "$2"
+}
+
+# bareRoot PACKAGE ROOT: unpacks the package, and those of this project that it says it needs.
+bareRoot() {
+    local file needed
+    file=$(echo "$work"/packages/"$1"_*.deb)
+    mkdir -p "$2"
+    dpkg-deb -x "$file" "$2"
+    for needed in $(dpkg-deb -f "$file" Depends | tr , '\n' | sed -n 's/ *\([a-z0-9-]*\).*/\1/p'); do
+        [ ! -e "$(echo "$work"/packages/"$needed"_*.deb)" ] || bareRoot "$needed" "$2"
+    done
+}
+
+# pack BUILD OUT
+pack() {
+    (cd "$1" && cpack -B "$2" >"$2.txt" 2>&1) || fail "cpack, see $2.txt"
+    rm -r "$2/_CPack_Packages"
 }
 
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.txt"
-"$source/tests/package/installedTree.sh" "$work/prefix"
+"$source/tests/package/installedTree.sh" "$work/prefix" 50
 hostile=$work/hostile
 makeHostile "$work/prefix/include" "$hostile"
 buildByCMake "$work/byCMake" -DCMAKE_PREFIX_PATH="$work/prefix"
+[ -x "$work/byCMake/hostInspecting" ] || fail "the installation has no vekInspect for CMake"
 
 # The soname is what a host asks for at run time.
 dynamic=$(readelf -d "$(find "$work/prefix" -name libvekParams2ASCII.so)")
 [[ $dynamic == *'soname: [libvekParams2ASCII.so.1]'* ]] || fail soname
 
-(cd "$build" && cpack -B "$work/packages" >"$work/cpack.txt" 2>&1) || fail "cpack, see $work/cpack.txt"
-for package in "$work"/packages/*.deb; do
-    dpkg-deb -x "$package" "$work/debian"
+pack "$build" "$work/packages"
+names=$(cd "$work/packages" && printf '%s ' * | sed 's/_[^ ]*//g')
+[ "$names" = 'libvekinspect-dev libvekinspect1 libvekparams2ascii-dev libvekparams2ascii1 vekmsg ' ] || fail "packages: $names"
+for name in $names; do
+    root=$work/root/$name
+    bareRoot "$name" "$root"
+    "$source/tests/package/installedTree.sh" "$root"
+    for file in copyright changelog.Debian.gz; do
+        [ -f "$root/usr/share/doc/$name/$file" ] || fail "no $file in $name"
+    done
 done
-[[ $(find "$work/debian" -name libvekParams2ASCII.so) == */usr/lib/*-linux-gnu*/* ]] || fail "the libraries are not in lib/TRIPLET"
-for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.md,examples/host.cpp} \
-    doc/libvekparams2ascii1/{copyright,changelog.Debian.gz}; do
-    [ -f "$work/debian/usr/share/$file" ] || fail "no $file in the Debian packages"
+
+# What builds programs has all they need, and says what it has not.
+for name in libvekparams2ascii-dev libvekinspect-dev; do
+    root=$work/root/$name
+    buildByCMake "$work/byCMake/$name" -DCMAKE_PREFIX_PATH="$root/usr"
+    buildByPkgConfig "$root/usr" "$work/byPkgConfig/$name"
 done
-"$source/tests/package/installedTree.sh" "$work/debian"
-[ "$(find "$work/packages" -maxdepth 1 -name '*.deb' | wc -l)" -eq 4 ] || fail "not four Debian packages"
-control=$(dpkg-deb -I "$work"/packages/libvekparams2ascii1_*.deb)
-[[ $control == *'Depends: '*libc6* ]] || fail "no dependencies in $control"
+for host in byCMake/libvekinspect-dev/hostInspecting byPkgConfig/libvekinspect-dev/host_inspect_c; do
+    [ -x "$work/$host" ] || fail "no $host"
+done
+root=$work/root/libvekparams2ascii-dev
+[[ $(find "$root" -name libvekParams2ASCII.so) == */usr/lib/*-linux-gnu*/* ]] || fail "the libraries are not in lib/TRIPLET"
+for file in man/man3/vekStrToVal.3.gz doc/libvekparams2ascii-dev/{docs/messages.md,examples/host.cpp}; do
+    [ -f "$root/usr/share/$file" ] || fail "no $file in the Debian packages"
+done
+[ -f "$work/root/libvekinspect-dev/usr/share/man/man3/vekInspectToJson.3.gz" ] || fail "no manual page of vekInspect"
+mkdir "$work/asking"
+echo 'cmake_minimum_required(VERSION 3.20)
+project(asking LANGUAGES CXX)
+find_package(vekParams2ASCII 1 REQUIRED COMPONENTS vekInspect)' >"$work/asking/CMakeLists.txt"
+cmake -S "$work/asking" -B "$work/asking/out" -DCMAKE_PREFIX_PATH="$root/usr" >"$work/asking.txt" 2>&1 &&
+    fail "CMake finds a vekInspect that is not there"
+tr -s ' \n' ' ' <"$work/asking.txt" | grep -q 'Debian package libvekinspect-dev' || fail "CMake does not say where vekInspect is"
+
+# The libraries say what they export, and since when.
+for name in libvekparams2ascii1 libvekinspect1; do
+    package=$(echo "$work"/packages/${name}_*.deb)
+    [[ $(dpkg-deb -f "$package" Depends) == *libc6* ]] || fail "$name depends on nothing"
+    [ "$(dpkg-deb -f "$package" Multi-Arch)" = same ] || fail "$name is not for several architectures"
+    mkdir -p "$work/control"
+    dpkg-deb -e "$package" "$work/control/$name"
+    differences=$(cd "$work/control" && dpkg-gensymbols -p$name -v"$(dpkg-deb -f "$package" Version)" \
+        -P"$work/root/$name" -I$name/symbols -O/dev/null -c4 2>&1) && [ -z "$differences" ] ||
+        fail "$name exports something else than its symbols file says: $differences"
+done
+
+# Other folders, files that are older or newer, another time.
+mkdir -p "$work/a copy/of it"
+(cd "$source" && tar c --exclude=./build --exclude=./.git .) | tar xm -C "$work/a copy/of it"
+for folder in "$source" "$work/a copy/of it"; do
+    out=$folder/build packed=$work/packed2
+    [ "$folder" != "$source" ] || out=$work/again packed=$work/packed1
+    CCACHE_DISABLE=1 cmake -S "$folder" -B "$out" -G Ninja -DCMAKE_BUILD_TYPE=Release -DVEK_UNITY=ON -DVEK_INSPECT=OFF \
+        >>"$work/cmake.txt"
+    CCACHE_DISABLE=1 cmake --build "$out" >>"$work/cmake.txt" || fail "can't build in $out"
+    pack "$out" "$packed"
+done
+pack "$build" "$work/packages2"
+diff -r "$work/packages" "$work/packages2" && diff -r "$work/packed1" "$work/packed2" || fail "packages made twice differ"
+
 lintian --allow-root --fail-on error,warning "$work"/packages/*.deb || fail "lintian objects to the Debian packages"
-buildByPkgConfig "$work/debian/usr" "$work/byDebian"
 
 # The tool needs nothing but its own package, and brings its pages.
-[ "$("$work/debian/usr/bin/vekmsg" get FOCUS_VALUE "$source/examples/messages/4112-focus-value.txt")" = 1024.500000 ] ||
+tool=$work/root/vekmsg/usr
+[ "$("$tool/bin/vekmsg" get FOCUS_VALUE "$source/examples/messages/4112-focus-value.txt")" = 1024.500000 ] ||
     fail "vekmsg of the Debian package"
 for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-completions/_vekmsg \
     vekmsg/vekmsg.lnav.json; do
-    [ -s "$work/debian/usr/share/$file" ] || [ -s "$work/debian/usr/share/$file.gz" ] || fail "no $file in the package"
+    [ -s "$tool/share/$file" ] || [ -s "$tool/share/$file.gz" ] || fail "no $file in the package"
 done
 
 # As part of the hosts' project, which gets the libraries and nothing else of this project. The same build folder serves
 # both ways, so that the library's sources are compiled once.
 crowded=-DCMAKE_PROJECT_hosts_INCLUDE=$source/tests/package/crowdedProject.cmake
 buildByCMake "$work/fromSources" "$crowded" -DVEK_UNITY=ON -DVEK_FROM=folder -DVEK_SOURCE="$source"
+[ -x "$work/fromSources/hostInspecting" ] || fail "the sources have no vekInspect for CMake"
 [ ! -e "$work/fromSources/CPackConfig.cmake" ] || fail "the hosts' project makes packages of the library"
 cmake --install "$work/fromSources" --prefix "$work/nothing" >>"$work/cmake.txt"
 [ ! -e "$work/nothing" ] || fail "the hosts' project installs the library"
