@@ -16,7 +16,7 @@ for file in bin/vekParams2ASCII.dll bin/vekInspect.dll bin/vekmsg.exe lib/libvek
     [ -f "$root/$file" ] || { echo "FAILED: $file is not in the zip" >&2; exit 1; }
 done
 
-"$source/tests/package/installedTree.sh" "$root"
+"$source/tests/package/installedTree.sh" "$root" 50
 
 # Hosts find the DLL in their own folder.
 flags=(-Wall -Wextra -Wpedantic -Werror -I"$root/include")
