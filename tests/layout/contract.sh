@@ -9,13 +9,13 @@ contract=vek/api/layouts.sum
 version=$(sed -n 's/^#define VEK_VERSION "\(.*\)"/\1/p' vek/api/version.h)
 held=$(sed -n 's/^version //p' $contract)
 
-# A file for each structure with its sizes, then its members with their types and places: not the words around them.
+# A file for each structure with its sizes, and its members with their types and places.
 work=$(mktemp -d)
 trap 'rm -r "$work"' EXIT
-sed 's/^\([0-9]*\) .*, \([0-9]*\) .*/| \1 | \2 |/' docs/layouts.md | awk -v work="$work" '
+awk -v work="$work" '
     /^#/ { file = "" }
     /^### `/ { file = work "/" substr($2, 2, length($2) - 2) }
-    file != "" && /^\| [`*0-9]/ { print > file }'
+    file != "" && /^(\| [`*]|Bytes: )/ { print > file }' docs/layouts.md
 now=$(cd "$work" && sha256sum -- * | awk '{ print $2, substr($1, 1, 32) }')
 count=$(wc -l <<<"$now")
 [ "$count" -gt 50 ] || { echo "FAILED: docs/layouts.md has only $count structures" >&2; exit 1; }

@@ -1,23 +1,18 @@
 #!/usr/bin/env bash
-# Checks the layout tables for 32-bit Windows: with MinGW's compiler, and with clang++ and the Microsoft C++ ABI. The
-# tables are static assertions, so compiling them is the test.
+# Checks the layout tables for Windows of both widths: with MinGW's compilers, and with clang++ and the Microsoft C++ ABI.
+# The tables are static assertions, so compiling them is the test.
 #   windowsLayout.sh FOLDER-FOR-SCRATCH-FILES
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 scratch=$1
 mkdir -p "$scratch/vek/records/private/layouts"
 
-mingw=i686-w64-mingw32-g++
-for tool in $mingw clang++; do
+for tool in i686-w64-mingw32-g++ x86_64-w64-mingw32-g++ clang++; do
     if ! command -v $tool >/dev/null; then
         echo "$tool is missing, the layouts were NOT checked (scripts/packages.sh test installs it)"
         exit 1
     fi
 done
-
-# MinGW's headers serve clang too, all but those that belong to its compiler.
-headers=$($mingw -xc++ -E -v /dev/null 2>&1 | sed -n '/^#include </,/^End of/s/^ //p' | xargs realpath |
-    grep -v '/gcc/.*/include\(-fixed\)\?$' | sed 's/^/-isystem /')
 
 # check NAME TAKES-PADDING COMPILER...: compiles the tables, and a class that shows which ABI is in effect: whether a
 # member may take the padding of its base.
@@ -32,8 +27,8 @@ static_assert((sizeof(derived) == sizeof(base)) == $takesPadding);
 EOF
     "${compile[@]}" "$scratch/abi.cpp"
     "${compile[@]}" -I. vek/records/layouts.cpp
-    # With one offset changed it must not compile.
-    sed 's/double, thick, /&4 + /' vek/records/private/layouts/media.hpp >"$scratch/vek/records/private/layouts/media.hpp"
+    # With one member elsewhere it must not compile.
+    sed 's/double, thick, \([0-9]*\), /double, thick, \1 + 4, 4 + /' vek/records/private/layouts/media.hpp >"$scratch/vek/records/private/layouts/media.hpp"
     if "${compile[@]}" -I"$scratch" -I. vek/records/layouts.cpp 2>"$scratch/errors" ||
         ! grep -q 'the member lies elsewhere' "$scratch/errors"; then
         echo "$name: a wrong table was not noticed"
@@ -41,9 +36,18 @@ EOF
     fi
     echo "$name: every member lies where the tables say"
 }
-check MinGW true $mingw
 # What MinGW's headers define for their own compiler only.
 printf '%s\n' '#include <_mingw.h>' '#define __MINGW_IMPORT extern __declspec(dllimport)' >"$scratch/import.h"
-# shellcheck disable=SC2086 # one word a header folder
-check Microsoft false clang++ --target=i686-pc-windows-msvc -fgnuc-version=12.2 -D_X86_ $headers \
-    -include "$scratch/import.h"
+
+# checkWidth PROCESSOR MACRO: MinGW's headers serve clang too, all but those that belong to its compiler.
+checkWidth() {
+    local headers
+    headers=$("$1-w64-mingw32-g++" -xc++ -E -v /dev/null 2>&1 | sed -n '/^#include </,/^End of/s/^ //p' | xargs realpath |
+        grep -v '/gcc/.*/include\(-fixed\)\?$' | sed 's/^/-isystem /')
+    check "MinGW, $1" true "$1-w64-mingw32-g++"
+    # shellcheck disable=SC2086 # one word a header folder
+    check "Microsoft, $1" false clang++ --target="$1-pc-windows-msvc" -fgnuc-version=12.2 "-D$2" -D__STRICT_ANSI__ $headers \
+        -include "$scratch/import.h"
+}
+checkWidth i686 _X86_
+checkWidth x86_64 _AMD64_

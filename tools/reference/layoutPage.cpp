@@ -11,9 +11,10 @@ namespace {
 
 constexpr std::string_view layoutIntroduction = R"(# Layouts of the message structures
 
-Where each member of each structure lies, in bytes, for hosts in any language. Windows stands for 32-bit x86 Windows,
-by MinGW's and by Microsoft's compiler alike; Linux for 64-bit Linux. The same tables are static assertions in the
-library (`vek/records/private/layouts`), so a build in which a member has moved fails.
+Where each member of each structure lies, in bytes, for hosts in any language: on Windows with 32 and with 64 bits, by
+MinGW's and by Microsoft's compiler alike, and on 64-bit Linux. The same tables are static assertions in the library
+(`vek/records/private/layouts`), so a build in which a member has moved fails. Within a major version they stay as they are
+([versions.md](versions.md)).
 
 - `int32_t` and its like are signed numbers of as many bits, `uint8_t` and its like unsigned ones, `double` and `float`
   IEEE 754 reals of 64 and 32 bits; `char[n]` holds a text that ends at its NUL or with the array. Everything is
@@ -31,7 +32,7 @@ library (`vek/records/private/layouts`), so a build in which a member has moved 
 
 void writeRow(std::ostream &out, std::string_view name, std::string_view type, bytes_t offset, bytes_t size) {
     out << "| " << name << " | `" << type << "` | " << offset.windows32 << " | " << size.windows32 << " | "
-        << offset.linux64 << " | " << size.linux64 << " |\n";
+        << offset.windows64 << " | " << size.windows64 << " | " << offset.linux64 << " | " << size.linux64 << " |\n";
 }
 
 void writeMembers(std::ostream &out, const structureLayout_t &layout) {
@@ -53,8 +54,10 @@ void writeLayoutPage(std::ostream &out) {
         out << "\n## " << code(family->header) << "\n";
         for (const structureLayout_t *layout : family->structures) {
             out << "\n### " << code(layout->name) << "\n\n"
-                << layout->size.windows32 << " bytes on Windows, " << layout->size.linux64 << " on Linux.\n\n"
-                << "| Member | C type | Windows offset | size | Linux offset | size |\n|---|---|--:|--:|--:|--:|\n";
+                << "Bytes: " << layout->size.windows32 << " on 32-bit Windows, " << layout->size.windows64
+                << " on 64-bit Windows, " << layout->size.linux64 << " on Linux.\n\n"
+                << "| Member | C type | Windows, 32 | size | Windows, 64 | size | Linux | size |\n"
+                << "|---|---|--:|--:|--:|--:|--:|--:|\n";
             writeMembers(out, *layout);
         }
     }

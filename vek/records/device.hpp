@@ -24,6 +24,9 @@ public:
     string_t deviceSerialNum;
     valueRange_t resolution;
     std::int32_t extra = 0; ///< has no key, no conversion changes it
+#if defined(_WIN64)
+    std::int32_t filling_ = 0; ///< as in MessageBase
+#endif
 
     bool operator==(const DeviceId &) const = default;
 

@@ -24,6 +24,9 @@ public:
 
     /// The message id less 4096; -1 in a structure that is no message of its own.
     std::int32_t kind = -1;
+#if defined(_WIN64)
+    std::int32_t filling_ = 0; ///< else MinGW would begin the next structure here, and Microsoft's compiler behind it
+#endif
 
 protected:
     explicit MessageBase(vekMessageId id) : kind(static_cast<std::int32_t>(id) - VEK_MSG_DEVICE_INFO) {}

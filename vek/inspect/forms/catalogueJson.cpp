@@ -106,6 +106,7 @@ private:
     void writeBytes(std::string_view name, const targetBytes_t &bytes) {
         json_.object(name, [&] {
             json_.member("windows32", bytes.windows32);
+            json_.member("windows64", bytes.windows64);
             json_.member("linux64", bytes.linux64);
         });
     }

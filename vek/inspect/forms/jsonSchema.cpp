@@ -57,10 +57,14 @@ constexpr std::string_view fixedDefinitions = R"(
   "additionalProperties": false
 },
 "bytes": {
-  "description": "A number of bytes on 32-bit Windows and on 64-bit Linux",
+  "description": "A number of bytes on 32-bit Windows, 64-bit Windows and 64-bit Linux",
   "type": "object",
-  "properties": {"windows32": {"$ref": "#/definitions/byte"}, "linux64": {"$ref": "#/definitions/byte"}},
-  "required": ["windows32", "linux64"],
+  "properties": {
+    "windows32": {"$ref": "#/definitions/byte"},
+    "windows64": {"$ref": "#/definitions/byte"},
+    "linux64": {"$ref": "#/definitions/byte"}
+  },
+  "required": ["windows32", "windows64", "linux64"],
   "additionalProperties": false
 },
 "catalogueEnumeration": {

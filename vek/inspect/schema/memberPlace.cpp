@@ -7,7 +7,7 @@ namespace vek::inspect {
 namespace {
 
 targetBytes_t targetBytes(bytes_t bytes) {
-    return {bytes.windows32, bytes.linux64};
+    return {bytes.windows32, bytes.windows64, bytes.linux64};
 }
 
 } // namespace

@@ -35,9 +35,10 @@ enum class defaultKind_t : std::uint8_t {
     record, ///< a nested record: see its fields
 };
 
-/// A number of bytes on 32-bit Windows and on 64-bit Linux.
+/// A number of bytes on 32-bit Windows, 64-bit Windows and 64-bit Linux.
 struct targetBytes_t {
     std::size_t windows32 = 0;
+    std::size_t windows64 = 0;
     std::size_t linux64 = 0;
 };
 

@@ -23,19 +23,19 @@ struct layoutOf<DeviceId> : pinned_t<DeviceId, MessageBase, 36, 64> {
 };
 
 template <>
-struct layoutOf<DeviceInfo> : pinned_t<DeviceInfo, DeviceId, 192, 256> {
+struct layoutOf<DeviceInfo> : pinned_t<DeviceInfo, DeviceId, 192, 256, 264> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, unloadMediaType, 36, 60), VEK_MEMBER(int32_t, numOfCassette, 40, 64),
-        VEK_MEMBER(int32_t, numLaserBeams, 44, 68),   VEK_MEMBER(vekSize, maxDrumSize, 48, 72),
-        VEK_MEMBER(vekSize, maxExposeSize, 64, 88),   VEK_MEMBER(vekSize, align, 80, 104),
-        VEK_MEMBER(vekSize, addition, 96, 120),       VEK_MEMBER(valueRange_t, spinnerSpeed, 112, 136),
-        VEK_MEMBER(valueRange_t, laserInt, 128, 160), VEK_MEMBER(valueRange_t, focusValue, 144, 184),
-        VEK_MEMBER(valueRange_t, resMotor, 160, 208), VEK_MEMBER(valueRange_t, ddbDelay, 176, 232),
+        VEK_MEMBER(int32_t, unloadMediaType, 36, 60, 64), VEK_MEMBER(int32_t, numOfCassette, 40, 64, 68),
+        VEK_MEMBER(int32_t, numLaserBeams, 44, 68, 72),   VEK_MEMBER(vekSize, maxDrumSize, 48, 72, 80),
+        VEK_MEMBER(vekSize, maxExposeSize, 64, 88, 96),   VEK_MEMBER(vekSize, align, 80, 104, 112),
+        VEK_MEMBER(vekSize, addition, 96, 120, 128),       VEK_MEMBER(valueRange_t, spinnerSpeed, 112, 136, 144),
+        VEK_MEMBER(valueRange_t, laserInt, 128, 160, 168), VEK_MEMBER(valueRange_t, focusValue, 144, 184, 192),
+        VEK_MEMBER(valueRange_t, resMotor, 160, 208, 216), VEK_MEMBER(valueRange_t, ddbDelay, 176, 232, 240),
     };
 };
 
 template <>
-struct layoutOf<DeviceInfo2> : pinned_t<DeviceInfo2, DeviceInfo, 192, 256> {};
+struct layoutOf<DeviceInfo2> : pinned_t<DeviceInfo2, DeviceInfo, 192, 256, 264> {};
 
 template <>
 struct layoutOf<Version> : pinned_t<Version, MessageBase, 24, 32> {
@@ -46,16 +46,16 @@ struct layoutOf<Version> : pinned_t<Version, MessageBase, 24, 32> {
 };
 
 template <>
-struct layoutOf<ByteId> : pinned_t<ByteId, MessageBase, 12, 16> {
+struct layoutOf<ByteId> : pinned_t<ByteId, MessageBase, 12, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(uint8_t, id, 8, 12),
+        VEK_MEMBER(uint8_t, id, 8, 12, 16),
     };
 };
 
 template <>
-struct layoutOf<DeviceState> : pinned_t<DeviceState, MessageBase, 12, 16> {
+struct layoutOf<DeviceState> : pinned_t<DeviceState, MessageBase, 12, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, deviceState, 8, 12),
+        VEK_MEMBER(int32_t, deviceState, 8, 12, 16),
     };
 };
 
@@ -69,15 +69,15 @@ struct layoutOf<DataPathPort> : pinned_t<DataPathPort, MessageBase, 20, 32> {
 template <>
 struct layoutOf<NarrowMode> : pinned_t<NarrowMode, MessageBase, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(uint8_t, narrowMode, 8, 12),
-        VEK_MEMBER(int32_t, jobId, 12, 16),
+        VEK_MEMBER(uint8_t, narrowMode, 8, 12, 16),
+        VEK_MEMBER(int32_t, jobId, 12, 16, 20),
     };
 };
 
 template <>
-struct layoutOf<SupportDataPorts> : pinned_t<SupportDataPorts, MessageBase, 12, 16> {
+struct layoutOf<SupportDataPorts> : pinned_t<SupportDataPorts, MessageBase, 12, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, supportDataPortsId, 8, 12),
+        VEK_MEMBER(int32_t, supportDataPortsId, 8, 12, 16),
     };
 };
 

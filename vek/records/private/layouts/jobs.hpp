@@ -31,12 +31,12 @@ template <>
 struct layoutOf<ownEnumField_t> : opaque_t<ownEnumField_t, 28, 48> {};
 
 template <>
-struct layoutOf<CylinderJob> : pinned_t<CylinderJob, MessageBase, 276, 280> {
+struct layoutOf<CylinderJob> : pinned_t<CylinderJob, MessageBase, 276, 280, 288> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, cylinderId, 8, 12),
-        VEK_MEMBER(uint8_t, isEndlessScreen, 12, 16),
-        VEK_MEMBER(int32_t, jobId, 16, 20),
-        VEK_MEMBER(char[256], deviceMediaNameId, 20, 24),
+        VEK_MEMBER(int32_t, cylinderId, 8, 12, 16),
+        VEK_MEMBER(uint8_t, isEndlessScreen, 12, 16, 20),
+        VEK_MEMBER(int32_t, jobId, 16, 20, 24),
+        VEK_MEMBER(char[256], deviceMediaNameId, 20, 24, 28),
     };
 };
 

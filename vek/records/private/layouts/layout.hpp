@@ -1,5 +1,6 @@
-// How the layout of a structure is pinned: one table a structure, with the place of every member on 32-bit Windows and
-// on 64-bit Linux.
+// How the layout of a structure is pinned: one table a structure, with the place of every member on 32-bit Windows, on
+// 64-bit Linux, and on 64-bit Windows where that is another. There MinGW would put a member into what a base leaves
+// over at its end, as on Linux, and Microsoft's compiler would not: so their bases leave nothing over.
 //
 // A table is a specialisation of layoutOf. Its lines are checked against the compiler at hand wherever they are
 // compiled, so a member that moves stops the build; documentation reads the same lines at run time. Everything is
@@ -17,18 +18,26 @@
 
 namespace vek {
 
-#if (defined(_WIN32) && !defined(_WIN64)) || (defined(__linux__) && defined(__LP64__))
+#if defined(_WIN32) || (defined(__linux__) && defined(__LP64__))
 inline constexpr bool isPinnedTarget = true;
 #else
 inline constexpr bool isPinnedTarget = false;
+#endif
+#if defined(_WIN64)
+inline constexpr bool isWindows64 = true;
+#else
+inline constexpr bool isWindows64 = false;
 #endif
 
 /// A number of bytes on each target.
 struct bytes_t {
     std::size_t windows32;
     std::size_t linux64;
-    constexpr std::size_t here() const { return sizeof(void *) == 4 ? windows32 : linux64; }
-    constexpr bytes_t operator+(bytes_t other) const { return {windows32 + other.windows32, linux64 + other.linux64}; }
+    std::size_t windows64 = linux64;
+    constexpr std::size_t here() const { return sizeof(void *) == 4 ? windows32 : isWindows64 ? windows64 : linux64; }
+    constexpr bytes_t operator+(bytes_t other) const {
+        return {windows32 + other.windows32, linux64 + other.linux64, windows64 + other.windows64};
+    }
 };
 
 struct structureLayout_t;
@@ -55,20 +64,20 @@ struct structureLayout_t {
 template <class Structure>
 struct layoutOf;
 
-/// What every table states: the structure, its base or void, and its size on both targets.
-template <class Structure, class Base, std::size_t Windows32, std::size_t Linux64>
+/// What every table states: the structure, its base or void, and its size on each target.
+template <class Structure, class Base, std::size_t Windows32, std::size_t Linux64, std::size_t Windows64 = Linux64>
 struct pinned_t {
     using structure_t = Structure;
     using base_t = Base;
     static constexpr std::string_view name = typeName<Structure>();
-    static constexpr bytes_t size{Windows32, Linux64};
+    static constexpr bytes_t size{Windows32, Linux64, Windows64};
     static constexpr std::array<memberLayout_t, 0> members{};
     static_assert(!isPinnedTarget || sizeof(Structure) == size.here(), "the structure has another size");
 };
 
 /// For a type of which hosts need the size and the place alone: nothing inside it is pinned or shown.
-template <class Structure, std::size_t Windows32, std::size_t Linux64>
-struct opaque_t : pinned_t<Structure, void, Windows32, Linux64> {
+template <class Structure, std::size_t Windows32, std::size_t Linux64, std::size_t Windows64 = Linux64>
+struct opaque_t : pinned_t<Structure, void, Windows32, Linux64, Windows64> {
     static constexpr bool isOpaque = true;
 };
 
@@ -86,7 +95,8 @@ template <class T>
 consteval bytes_t sizeOnTargets() {
     if constexpr (std::is_array_v<T>) {
         const bytes_t element = sizeOnTargets<std::remove_extent_t<T>>();
-        return {std::extent_v<T> * element.windows32, std::extent_v<T> * element.linux64};
+        constexpr std::size_t count = std::extent_v<T>;
+        return {count * element.windows32, count * element.linux64, count * element.windows64};
     } else if constexpr (std::is_pointer_v<T> || std::is_same_v<T, std::size_t>) {
         return {4, 8};
     } else if constexpr (hasLayout<T>) {
@@ -104,9 +114,9 @@ template <class T>
 inline constexpr structureLayout_t structureLayout = layoutWithoutGaps<T>();
 
 /// One line of a table, see VEK_MEMBER. Here is where a table that is wrong stops the build.
-template <class Declared, class Stated, std::size_t Offset, std::size_t Windows32, std::size_t Linux64>
+template <class Declared, class Stated, std::size_t Offset, std::size_t... Places>
 consteval memberLayout_t pinnedMember(std::string_view name, std::string_view type) {
-    constexpr bytes_t offset{Windows32, Linux64};
+    constexpr bytes_t offset{Places...};
     constexpr bytes_t size = sizeOnTargets<Stated>();
     static_assert(std::is_same_v<Declared, Stated>, "the member has another type");
     static_assert(!isPinnedTarget || Offset == offset.here(), "the member lies elsewhere");
@@ -117,10 +127,11 @@ consteval memberLayout_t pinnedMember(std::string_view name, std::string_view ty
     return {name, type, offset, size, alignof(Stated), structure};
 }
 
-/// A member of the structure: its type, its name, and its offset on 32-bit Windows and on 64-bit Linux. A macro,
-/// because only offsetof tells where a member lies, and the name is wanted as a text too.
-#define VEK_MEMBER(type, name, windows32, linux64)                                                                     \
-    pinnedMember<decltype(structure_t::name), type, offsetof(structure_t, name), windows32, linux64>(#name, #type)
+/// A member of the structure: its type, its name, and its offsets on 32-bit Windows, on 64-bit Linux, and on 64-bit
+/// Windows where that is another. A macro, because only offsetof tells where a member lies, and the name is wanted as a
+/// text too.
+#define VEK_MEMBER(type, name, ...)                                                                                    \
+    pinnedMember<decltype(structure_t::name), type, offsetof(structure_t, name), __VA_ARGS__>(#name, #type)
 
 /// Where the last member ends, as compiled here; 0 when there is room between members where an unnamed one could be.
 template <class T>
@@ -130,7 +141,7 @@ consteval std::size_t endOfMembers() {
         return sizeof(T);
     std::size_t end = std::is_polymorphic_v<T> ? sizeof(void *) : 0;
     if constexpr (!std::is_void_v<base_t>)
-        end = endOfMembers<base_t>();
+        end = isWindows64 ? sizeof(base_t) : endOfMembers<base_t>();
     for (const memberLayout_t &member : layoutOf<T>::members) {
         if (member.offset.here() < end || member.offset.here() - end >= member.alignment)
             return 0;

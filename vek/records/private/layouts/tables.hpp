@@ -15,8 +15,9 @@ namespace vek {
 template <>
 struct layoutOf<ResIntEntry> : pinned_t<ResIntEntry, MessageBase, 32, 40> {
     static constexpr std::array members{
-        VEK_MEMBER(float, res, 8, 12),     VEK_MEMBER(float, intensity, 12, 16), VEK_MEMBER(float, speed, 16, 20),
-        VEK_MEMBER(float, defInt, 20, 24), VEK_MEMBER(float, defSpeed, 24, 28),  VEK_MEMBER(uint8_t, deletable, 28, 32),
+        VEK_MEMBER(float, res, 8, 12, 16),        VEK_MEMBER(float, intensity, 12, 16, 20),
+        VEK_MEMBER(float, speed, 16, 20, 24),     VEK_MEMBER(float, defInt, 20, 24, 28),
+        VEK_MEMBER(float, defSpeed, 24, 28, 32),  VEK_MEMBER(uint8_t, deletable, 28, 32, 36),
     };
 };
 
@@ -37,10 +38,10 @@ struct layoutOf<ResIntTable> : pinned_t<ResIntTable, MessageBase, 56, 96> {
 };
 
 template <>
-struct layoutOf<TableRef> : pinned_t<TableRef, MessageBase, 16, 24> {
+struct layoutOf<TableRef> : pinned_t<TableRef, MessageBase, 16, 24, 32> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, num, 8, 12),
-        VEK_MEMBER(string_t, name, 12, 16),
+        VEK_MEMBER(int32_t, num, 8, 12, 16),
+        VEK_MEMBER(string_t, name, 12, 16, 24),
     };
 };
 
@@ -50,8 +51,8 @@ struct layoutOf<ResIntArray> : pinned_t<ResIntArray, Container<TableRef>, 12, 24
 template <>
 struct layoutOf<DelayValue> : pinned_t<DelayValue, MessageBase, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(float, resolution, 8, 12),
-        VEK_MEMBER(float, delayValMic, 12, 16),
+        VEK_MEMBER(float, resolution, 8, 12, 16),
+        VEK_MEMBER(float, delayValMic, 12, 16, 20),
     };
 };
 
@@ -61,8 +62,8 @@ struct layoutOf<DelayValueTable> : pinned_t<DelayValueTable, Container<DelayValu
 template <>
 struct layoutOf<ResMotorEntry> : pinned_t<ResMotorEntry, MessageBase, 16, 24> {
     static constexpr std::array members{
-        VEK_MEMBER(float, res, 8, 12),
-        VEK_MEMBER(float, resMotor, 12, 16),
+        VEK_MEMBER(float, res, 8, 12, 16),
+        VEK_MEMBER(float, resMotor, 12, 16, 20),
     };
 };
 
