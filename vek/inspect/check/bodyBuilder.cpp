@@ -75,7 +75,6 @@ bool isPlainPair(const tree_t &tree, const node_t &parent, const node_t &node) {
 } // namespace
 
 bodyBuilder_t::bodyBuilder_t(const said_t &said, const recordSchema_t *record, bool isRaw) : isRaw_(isRaw) {
-    text_ = "{";
     putMembers(said,
                {record != nullptr ? bodyTarget_t::kind_t::record : bodyTarget_t::kind_t::unknown, record, nullptr});
     text_ += '}';

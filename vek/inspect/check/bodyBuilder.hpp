@@ -54,7 +54,7 @@ private:
     bool refuse(const said_t &said, std::string_view why);
 
     bool isRaw_;
-    std::string text_;
+    std::string text_ = "{";
     std::string path_;
     std::vector<piece_t> pieces_;
     std::vector<refusal_t> refusals_;
