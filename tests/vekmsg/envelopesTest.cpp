@@ -128,8 +128,9 @@ void expectCallsAgree(const std::string &text, const std::string &numbers, bool 
     };
     const std::string all = words({id, ifRead(read.echoTag(), -12345), ifRead(read.sequenceNumber(), -12346)});
     EXPECT_TRUE(all == numbers || (isDamaged && numbers.starts_with(words({id})))) << all;
-    if (!isDamaged && id == 4112)
+    if (!isDamaged && id == 4112) {
         EXPECT_EQ(static_cast<FocusValue *>(structure)->focusValue, 3.25);
+    }
 }
 
 void expectToolAgrees(const std::string &file, const std::string &numbers, bool isDamaged) {
@@ -141,8 +142,9 @@ void expectToolAgrees(const std::string &file, const std::string &numbers, bool 
     const std::string title = output("show " + file);
     const std::array<const char *, 3> inTitle{"\n\\w+ (-?\\d+)", ", echo (-?\\d+)", ", sequence (-?\\d+)"};
     EXPECT_EQ(numbersIn(title, inTitle), numbers) << title;
-    if (id.size() < 10) // which an id that is asked for may have
+    if (id.size() < 10) { // which an id that is asked for may have
         EXPECT_EQ(output("show --id " + id + " " + file), title);
+    }
     EXPECT_EQ(output("show --id 4113 " + file), "");
     const std::string summary = output("summary " + file);
     EXPECT_EQ(numberIn(summary, "\n *(-?\\d+) "), std::stoi(id)) << summary;
