@@ -125,7 +125,11 @@ TEST(Archive, ValuesAreWhatAHostReads) {
          R"("status":0,"low_status":12,"msgs":["a","c"])"},
         {4161, "{1,2,3,1,{b\002\003,},}",
          R"("status":1,"low_status":2,"severity":3,"num_of_messages":1,"msgs":["b;,"])"},
-        {4112, "{MEDIA_NAME=\"\xff\x7f\";FOCUS_VALUE=1e999;NO=1;}", R"("media_name":"\uefff\u007f")"},
+        {4112, "{MEDIA_NAME=\"\xff\x7f\";FOCUS_VALUE=-1e999;NO=1;}",
+         R"("media_name":"\uefff\u007f","focus_value":"-inf")"},
+        {4161, "{STATUS=1;MSGS={MSGS1=b;MSGS9=x;MSGS1=c;d};}", R"("status":1,"msgs":["","b","",""])"},
+        {4194, "{JOB_NAME={72,105,};JOB_ID=1;}", R"("job_name":"Hi","job_id":1)"},
+        {4194, "{JOB_NAME={72,55357,55357,56832,0,33,};}", "\"job_name\":\"H\uFFFD\U0001F600\""},
         {4132, "{NARROW_MODE=true;JOB_ID=4294967297;}", R"("narrow_mode":0,"job_id":1)"},
         {4119, "{DATA_PATH_PORT={65537,,-1,};}", R"("data_path_port":[1,-1])"},
     };
@@ -133,6 +137,24 @@ TEST(Archive, ValuesAreWhatAHostReads) {
         const std::string text = message(id, body), lines = rowsOf(tree_t(text)).lines;
         EXPECT_NE(lines.find(std::string(",") + values + "}"), std::string::npos) << lines;
     }
+}
+
+// What the rows do not say again, byte for byte, stands beside them.
+TEST(Archive, TheTextIsKeptUnlessTheRowsSayAllOfIt) {
+    const auto isKept = [](const tree_t &tree) {
+        const std::string lines = rowsOf(tree).lines;
+        return lines.substr(0, lines.find('\n')).find("\"text\":") != std::string::npos;
+    };
+    for (const sample_t &sample : samples())
+        EXPECT_FALSE(isKept(tree_t(sample.text))) << sample.file;
+    for (const char *text : {
+             "@@ 4112    80 7 43 {MEDIA_NAME=Northlight violet 0.3;FOCUS_VALUE=1024.500000;}!!",
+             "@@4112\t   80 7 43 {MEDIA_NAME=Northlight violet 0.3;FOCUS_VALUE=1024.500000;}!!",
+             "@@4112    49 7 43 {MEDIA_NAME=A;FOCUS_VALUE=1024.5;}!!",
+             "@@4112    49 7 43 {MEDIA_NAME=A;FOCUS_VALUE=-0.000000;}!!",
+             "@@4194    44 7 41 {JOB_NAME={72,105,};JOB_ID=1;}!!",
+         })
+        EXPECT_TRUE(isKept(tree_t(text))) << text;
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "vek/inspect/forms/jsonAppender.hpp"
 
 #include <cmath>
-#include <limits>
 
 namespace vek::inspect {
 
@@ -36,10 +35,7 @@ private:
     }
 
     void writeCell(std::string_view column, const cell_t &cell) {
-        const bool isLeftOut = cell.kind == cell_t::kind_t::null ||
-                               (cell.kind == cell_t::kind_t::list && cell.count == 0) ||
-                               (cell.kind == cell_t::kind_t::real && !std::isfinite(cell.real));
-        if (isLeftOut)
+        if (cell.kind == cell_t::kind_t::null || (cell.kind == cell_t::kind_t::list && cell.count == 0))
             return;
         if (cell.kind == cell_t::kind_t::list)
             return json_.list(column, row_.list(cell), [this](const cell_t &element) { writeScalar(element); });
@@ -47,14 +43,15 @@ private:
         writeScalar(cell);
     }
 
-    // Elements must be there: an infinite one is the largest number.
+    // Infinity, which JSON lacks, is the text that the library writes.
     void writeScalar(const cell_t &cell) {
         switch (cell.kind) {
         case cell_t::kind_t::integer:
             return json_.value(cell.integer);
         case cell_t::kind_t::real:
-            return json_.value(std::isfinite(cell.real) ? cell.real
-                                                        : std::copysign(std::numeric_limits<double>::max(), cell.real));
+            if (!std::isfinite(cell.real))
+                return json_.value(std::string_view(cell.real < 0 ? "-inf" : "inf"));
+            return json_.value(cell.real);
         case cell_t::kind_t::text:
             return json_.value(cell.text);
         default:

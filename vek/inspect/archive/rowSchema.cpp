@@ -20,7 +20,7 @@ std::string_view schemaOf(columnType_t type) {
         return R"({"$ref": "#/definitions/short"})";
     case columnType_t::real64:
     case columnType_t::real32:
-        return R"({"type": "number"})";
+        return R"({"anyOf": [{"type": "number"}, {"enum": ["inf", "-inf"]}]})";
     case columnType_t::boolean:
         return R"({"enum": [0, 1]})";
     case columnType_t::text:

@@ -6,13 +6,63 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace vek::inspect {
 
 namespace {
 
-bool isRead(const node_t &node) {
-    return node.use == pairUse_t::assigned || node.use == pairUse_t::empty;
+// How many elements a host reads of a list: one a pair, as far as there is room.
+std::size_t elementCount(const tree_t &tree, const node_t &list) {
+    const std::span<const node_t> pairs = tree.children(list);
+    const auto count = static_cast<std::size_t>(std::count_if(
+        pairs.begin(), pairs.end(), [](const node_t &pair) { return pair.hasKey || pair.hasValue; }));
+    return list.field->room < 0 ? count : std::min(count, static_cast<std::size_t>(list.field->room));
+}
+
+// Whether a number, written as the library writes it, is what stands there.
+bool isSpelt(double value, std::string_view text) {
+    char room[realRoom];
+    const bool isNegativeZero = value == 0.0 && std::signbit(value); // which not every database keeps
+    return !isNegativeZero && text == std::string_view(room, writeReal(value, room));
+}
+
+bool isSpelt(std::int32_t value, std::string_view text) {
+    char room[integerRoom];
+    return text == std::string_view(room, writeInteger(value, room));
+}
+
+// Whether the value that a column holds gives the pair again.
+bool isInItsColumn(const tree_t &tree, const node_t &node) {
+    if (node.isCode)
+        return true; // of a text of them
+    if (node.field == nullptr || node.use != pairUse_t::assigned)
+        return false;
+    const bool isText16 = node.field->kind == fieldKind_t::text16 && (node.isElement || !node.field->isList());
+    if (node.isBody)
+        return node.childCount > 0 && (!isText16 || wideText(tree, node));
+    const std::string_view value = tree.value(node);
+    switch (node.field->kind) {
+    case fieldKind_t::integer32:
+        return isSpelt(readInteger(value), value);
+    case fieldKind_t::integer16:
+        return isSpelt(static_cast<std::int16_t>(readInteger(value)), value);
+    case fieldKind_t::float64:
+    case fieldKind_t::pixels:
+        return isSpelt(readReal(value), value);
+    case fieldKind_t::float32:
+        return isSpelt(static_cast<double>(static_cast<float>(readReal(value))), value);
+    case fieldKind_t::boolean:
+        return value == "TRUE" || value == "FALSE";
+    default:
+        return !isText16;
+    }
+}
+
+// Whether the rows say all of a message in which nothing was found.
+bool isAllInColumns(const tree_t &tree) {
+    return isPlain(tree) && std::all_of(tree.nodes().begin() + 1, tree.nodes().end(),
+                                        [&](const node_t &node) { return isInItsColumn(tree, node); });
 }
 
 } // namespace
@@ -51,7 +101,7 @@ void rowMaker_t::makeMessage() {
         cell_t::ofInteger(static_cast<std::int64_t>(front_->line)),
         id.isThere ? cell_t::ofInteger(id.value) : cell_t{},
         cell_t::ofText(table != nullptr ? std::string_view(table->name) : std::string_view()),
-        findings_.empty() ? cell_t{} : cell_t::ofText(tree_->text()),
+        findings_.empty() && isAllInColumns(*tree_) ? cell_t{} : cell_t::ofText(tree_->text()),
     };
     emit(archiveTables().messages(), cells);
 }
@@ -110,28 +160,26 @@ void rowMaker_t::makeChildren(const recordColumns_t &columns, const node_t &body
             makeChildren(*place.nested, node);
         if (place.child == nullptr)
             continue;
-        for (const node_t &element : tree_->children(node)) {
-            if (element.index < 0 || !isRead(element))
-                continue;
-            elements_.push_back(static_cast<std::uint32_t>(element.index));
-            makeRecord(*place.child, element.isBody ? &element : nullptr);
+        std::vector<const node_t *> bodies(elementCount(*tree_, node), nullptr);
+        for (const node_t &element : tree_->children(node))
+            if (element.index >= 0 && element.use == pairUse_t::assigned && element.isBody)
+                bodies[static_cast<std::size_t>(element.index)] = &element;
+        for (std::size_t index = 0; index < bodies.size(); ++index) {
+            elements_.push_back(static_cast<std::uint32_t>(index));
+            makeRecord(*place.child, bodies[index]);
             elements_.pop_back();
         }
     }
 }
 
-// Every pair counts, one without a value as 0 or an empty text; keyed ones in the order of their numbers.
+// As many elements as a host reads: one a pair, also of those that assign nothing, as 0 or an empty text; keyed ones in
+// the order of their numbers.
 cell_t rowMaker_t::listOf(const node_t &node) {
     const std::size_t first = listCells_.size();
-    for (const node_t &element : tree_->children(node)) {
-        if (element.index < 0 || !isRead(element))
-            continue;
-        const std::size_t place = first + static_cast<std::size_t>(element.index);
-        if (listCells_.size() <= place)
-            listCells_.resize(place + 1, defaultOf(*node.field));
-        if (element.use == pairUse_t::assigned)
-            listCells_[place] = valueOf(element);
-    }
+    listCells_.resize(first + elementCount(*tree_, node), defaultOf(*node.field));
+    for (const node_t &element : tree_->children(node))
+        if (element.index >= 0 && element.use == pairUse_t::assigned)
+            listCells_[first + static_cast<std::size_t>(element.index)] = valueOf(element);
     return {cell_t::kind_t::list, static_cast<std::int64_t>(first), 0.0, {}, listCells_.size() - first};
 }
 
@@ -165,9 +213,7 @@ cell_t rowMaker_t::valueOf(const node_t &node) {
     case fieldKind_t::boolean:
         return cell_t::ofInteger(value == "TRUE" ? 1 : 0);
     case fieldKind_t::text16:
-        if (const std::optional<std::string> text = wideText(*tree_, node))
-            return kept(*text);
-        return cell_t::ofText(value);
+        return kept(wideTextRead(*tree_, node));
     case fieldKind_t::text:
         return std::any_of(value.begin(), value.end(), isEscapeCode) ? kept(unescapedText(value))
                                                                      : cell_t::ofText(value);

@@ -78,7 +78,7 @@ private:
             fixed("line", integer64, true, "the line that it begins in, from 1"),
             fixed("id", integer32, false, "its id"),
             fixed("record", text, true, "the table of its record; empty for an unknown id"),
-            fixed("text", text, false, "the message itself, when anything was found wrong with it"),
+            fixed("text", text, false, "the message itself, unless its rows say all of it"),
         };
     }
 

@@ -117,6 +117,39 @@ std::optional<std::string> wideText(const tree_t &tree, const node_t &node) {
     return again && *again == tree.value(node) ? std::optional(std::move(text)) : std::nullopt;
 }
 
+std::string wideTextRead(const tree_t &tree, const node_t &node) {
+    constexpr std::uint32_t replacement = 0xFFFD;
+    std::string text;
+    std::uint32_t high = 0;
+    const auto putHigh = [&] {
+        if (high != 0)
+            appendUtf8(text, replacement);
+        high = 0;
+    };
+    std::vector<std::uint16_t> codes(std::size_t{node.childCount} + 1, 0);
+    for (const node_t &child : tree.children(node))
+        if (child.index >= 0 && child.use == pairUse_t::assigned)
+            codes[static_cast<std::size_t>(child.index)] =
+                static_cast<std::uint16_t>(readInteger(tree.value(child)));
+    for (const std::uint32_t code : codes) {
+        if (code == 0)
+            break;
+        const bool isLow = code >= 0xDC00 && code <= 0xDFFF;
+        if (isLow && high != 0) {
+            appendUtf8(text, 0x10000 + ((high - 0xD800) << 10) + (code - 0xDC00U));
+            high = 0;
+            continue;
+        }
+        putHigh();
+        if (code >= 0xD800 && code <= 0xDBFF)
+            high = code;
+        else
+            appendUtf8(text, isLow ? replacement : code);
+    }
+    putHigh();
+    return text;
+}
+
 std::optional<std::string> wideCodes(std::string_view utf8) {
     std::string codes = "{";
     while (!utf8.empty()) {

@@ -125,6 +125,9 @@ void appendName(std::string &out, const tree_t &tree, const node_t &node);
 /// that text with its terminating 0, so that nothing would be lost.
 std::optional<std::string> wideText(const tree_t &tree, const node_t &node);
 
+/// What stands in a 16-bit text up to its first 0 or its end, as UTF-8 for people; halves of characters become U+FFFD.
+std::string wideTextRead(const tree_t &tree, const node_t &node);
+
 /// The list of codes of a UTF-8 text as a body has it, "{72,105,0,}"; nothing when the text is not UTF-8.
 std::optional<std::string> wideCodes(std::string_view utf8);
 
