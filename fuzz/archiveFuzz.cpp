@@ -14,15 +14,13 @@ class loading_t : public messageSink_t {
 public:
     void message(const foundMessage_t &found) override {
         tree_.read(found.text);
-        rows_.make(tree_, {"log", found.offset, found.line, timeIn(found.lineHead)}, archive_);
+        rows_.make(tree_, {"log", found.offset, found.line, timeIn(found.lineHead), 1}, archive_);
         ++messages_;
-        damaged_ += isClean(tree_) ? 0 : 1;
     }
 
     void load(const std::string &log, bool isRemoved) {
         const tool::transaction_t transaction(archive_.database()); // never committed
         messages_ = damaged_ = 0;
-        archive_.setSource(1);
         logScanner_t scanner;
         scanner.feed(log, *this);
         scanner.finish(*this);

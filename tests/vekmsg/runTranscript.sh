@@ -12,8 +12,9 @@
 #   [exit 1]
 #   ```
 # A block that begins with ```console skip is not run. All blocks share a new folder, in which the sample
-# messages lie as samples/*.txt, a sample log as device.log, and with --fleet the logs that this program makes as
-# fleet/*.log. --update writes what came out into the file instead of comparing it.
+# messages lie as samples/*.txt, a sample log as device.log, and with --fleet the examples as they are, and the logs
+# that this program makes as fleet/*.log; $archives has what older versions made. --update writes what came out into the
+# file instead of comparing it.
 set -euo pipefail
 isUpdate=false fleetLog=
 if [ "$1" = --update ]; then
@@ -31,7 +32,7 @@ trap 'rm -rf "$work"' EXIT
 mkdir "$work/bin"
 printf '#!/bin/bash\nexec %s "$@"\n' "${program[*]@Q}" >"$work/bin/vekmsg"
 chmod +x "$work/bin/vekmsg"
-export PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
+export archives=$(dirname "$(realpath "$0")")/archives PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
 unset NO_COLOR VISUAL EDITOR
 
 # runCommand COMMAND: its output, with a line end, and its exit code.
@@ -71,6 +72,7 @@ folder=$work/folder
 mkdir "$folder"
 cp -r "$examples/messages" "$folder/samples"
 cp "$examples/device.log" "$folder"
+[ -z "$fleetLog" ] || ln -s "$examples" "$folder/examples"
 [ -z "$fleetLog" ] || "$fleetLog" "$folder/fleet"
 runTranscript >"$work/actual"
 if $isUpdate; then

@@ -2,6 +2,7 @@
 
 #include "tools/reference/markdown.hpp"
 #include "vek/inspect/archive/front.hpp"
+#include "vek/inspect/archive/sources.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <ostream>
@@ -24,8 +25,12 @@ The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `ve
   UTF-8 become the characters U+EF80 to U+EFFF. NULL: the message has no such key, or no value for it.
 - **Lists of scalars** are arrays in ClickHouse. SQLite has a table for each, named in the list below, with the number
   of the element and its `value`; every element of the list is there, one without a value as 0 or an empty text.
-- **Damaged** messages are in the tables as far as they can be read, with all that was found in `problems` and the message
-  itself in `messages.text`. Where nothing was found, the rows say all of a message.
+- **Damaged** messages are in the tables as far as they can be read, with all that was found in `problems`.
+- **Every message comes back byte for byte**: from its rows when they say all of it, spelt as hosts spell messages; else its
+  text stands in `messages.text`. That is so when anything was found, and for a header, a number or a list that is spelt
+  otherwise (`@@ 4112`, `1.5` for `1.500000`), for a 16-bit text without its NUL, and for `-0.0`, which is 0.0 in SQLite.
+- **Reals** are there to their last bit, infinite ones as `inf`: in ClickHouse `inf`, in SQLite `Inf`, in rows as JSON the
+  text `"inf"`.
 
 ## In front of each row
 
@@ -42,22 +47,36 @@ In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and 
 
 ## Logs
 
-In SQLite, `sources` has a row a log: its number `source_id`, its name `source`, and how far it is loaded, which is written
-with the messages themselves: a loader that was killed goes on where it was, and nothing is lost or twice there.
+The table `sources` has a row for each log and what is known of it. How far it is loaded stands there, apart from the
+messages: what is deleted from the other tables is not loaded again.
 
-- A log is known again by its first 4096 bytes, as they are when unpacked. One that has a new name because another has its
-  old one now (or none has) goes on under its old name. One that has taken over a name, as in rotation, is a log beside
-  the older one, with the same `source`.
-- With `--source` the logs of a device have one name, whatever their files are called. Standard input is called `-`.
-- A message that is cut off at the log's end is taken as it stands, and anew when the log has grown.
+- A log is known again by its first 4096 bytes, as they are when unpacked, whatever its file is called: packed, renamed,
+  rotated, copied or named by another path it goes on as the log that it is. Of shorter logs 256 bytes have to be alike, or
+  the name. Found by index, the last of many logs as fast as the first.
+- Two logs that only have their name in common, as of two machines or after a rotation, are two.
+- With `--source` the logs of a device have one name, whatever their files are called, and are known by it. With `--device`
+  and `--site` equal logs of two devices are two. Standard input is called `-`.
 - A log that is shorter than what was loaded, or differs where the last message stood, is refused, and nothing changes.
-- One writes at a time; a second loader waits for the end of the first one's transaction. Reading is always possible.
+- In SQLite a message that is cut off at the log's end is taken as it stands, and anew when the log has grown; how far a log
+  is loaded is written with the messages themselves. One writes at a time; a second loader waits for the end of the first
+  one's transaction. Reading is always possible.
+- In ClickHouse `sources` has a row a `claim` of a loader; the highest one of a log counts, and a row whose `is_settled` is 1
+  was written when all was there.
+
+| Column | ClickHouse | SQLite | Holds |
+|---|---|---|---|
 )";
 
 void writeFront(std::ostream &out) {
     for (const frontColumn_t &column : frontColumns())
         out << "| " << code(column.name) << " | " << column.clickhouse.type << " | "
             << column.sqlite.type.substr(0, column.sqlite.type.find(' ')) << " | " << column.meaning << " |\n";
+}
+
+void writeSources(std::ostream &out) {
+    for (const sourceColumn_t &column : sourceColumns())
+        out << "| " << code(column.name) << " | " << column.clickhouse << " | "
+            << column.sqlite.substr(0, column.sqlite.find(' ')) << " | " << column.meaning << " |\n";
 }
 
 void writeArchiveTable(std::ostream &out, const table_t &table) {
@@ -83,6 +102,7 @@ void writeArchivePage(std::ostream &out) {
     out << generatedNotice << archiveIntroduction;
     writeFront(out);
     out << archiveRest;
+    writeSources(out);
     for (const table_t &table : archiveTables().all())
         writeArchiveTable(out, table);
 }

@@ -1,6 +1,6 @@
 // vekmsg load: messages into a database; which one, its name tells.
 #include "tools/vekmsg/commands/command.hpp"
-#include "tools/vekmsg/load/databaseError.hpp"
+#include "tools/vekmsg/load/archive.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 
@@ -24,6 +24,9 @@ struct loadArguments_t {
                   .type = "FILE.sqlite|URL",
                   .isRequired = true});
         load.source.declare(list);
+        list.add(load.device,
+                 {"--device", "The device whose logs these are; a log of another one is another log", "NAME"});
+        list.add(load.site, {"--site", "Where it stands; told apart as devices are", "NAME"});
         load.reading.declareTime(list);
         load.reading.declareFollowing(list);
         list.addFlag(load.isQuiet, "-q,--quiet", "Don't say how much was loaded");
@@ -34,7 +37,8 @@ int runLoad(const loadArguments_t &arguments) {
     const loadOptions_t &load = arguments.load;
 #ifdef VEK_DATABASES
     try {
-        return load.target.find("://") != std::string::npos ? loadIntoCluster(load) : loadIntoSqlite(load);
+        const bool isServer = load.target.find("://") != std::string::npos;
+        return loadInto(isServer ? *openCluster(load.target, load.reading.follows) : *openSqlite(load.target), load);
     } catch (const databaseError_t &error) {
         complain(error.what());
         return exitUsage;

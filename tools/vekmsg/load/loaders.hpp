@@ -1,18 +1,21 @@
-// The databases that vekmsg load knows. Each runs to its end and gives the exit code; they throw usageError_t.
+// What vekmsg load is asked for, and the loader, which knows no database.
 #pragma once
 
 #include "tools/vekmsg/reading/readingOptions.hpp"
 
 namespace vek::tool {
 
+class archive_t;
+
 struct loadOptions_t {
     readingOptions_t reading;
     sourceOption_t source;
     std::string target; ///< the database
+    std::string device, site;
     bool isQuiet = false;
 };
 
-int loadIntoSqlite(const loadOptions_t &options);
-int loadIntoCluster(const loadOptions_t &options);
+/// Loads the logs one behind the other, or all at once when they are followed. Gives the exit code.
+int loadInto(archive_t &archive, const loadOptions_t &options);
 
 } // namespace vek::tool

@@ -92,7 +92,7 @@ protected:
 
     [[noreturn]] void fail(const std::string &why) const {
         throw usageError_t(packed_->name() + ": " + why + " near byte " + std::to_string(taken()) +
-                           "; what stands before was read");
+                           "; nothing behind that can be read");
     }
 
 private:

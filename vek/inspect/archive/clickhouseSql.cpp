@@ -1,6 +1,7 @@
 #include "vek/inspect/archive/sql.hpp"
 
 #include "vek/inspect/archive/front.hpp"
+#include "vek/inspect/archive/sources.hpp"
 #include "vek/inspect/words/words.hpp"
 
 namespace vek::inspect {
@@ -34,6 +35,11 @@ std::string listed(const std::vector<std::string> &words, std::string_view betwe
     return out;
 }
 
+std::string created(std::string_view name, const std::vector<std::string> &columns, std::string_view engine) {
+    return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(columns, ",\n    "),
+                   "\n) ENGINE = ", engine});
+}
+
 } // namespace
 
 std::string clickhouseType(const column_t &column) {
@@ -56,17 +62,35 @@ std::vector<sqlColumn_t> clickhouseColumns(const table_t &table) {
 }
 
 std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine) {
-    std::vector<std::string> key = {quotedName("source"), quotedName("byte_offset")}, columns;
+    std::vector<std::string> key = {quotedName("source_id"), quotedName("source"), quotedName("byte_offset")}, columns;
     for (std::size_t i = 0; i < table.depth; ++i)
         key.push_back(quotedName(elementColumn(i)));
     for (const sqlColumn_t &column : clickhouseColumns(table))
         columns.push_back(quotedName(column.name) + " " + column.type);
     const std::string usual = joined({"ReplacingMergeTree() ORDER BY (", listed(key, ", "), ")"});
-    return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(columns, ",\n    "),
-                   "\n) ENGINE = ", engine.empty() ? std::string_view(usual) : engine});
+    return created(name, columns, engine.empty() ? std::string_view(usual) : engine);
+}
+
+std::vector<sqlColumn_t> clickhouseSourceColumns() {
+    std::vector<sqlColumn_t> columns;
+    for (const sourceColumn_t &column : sourceColumns())
+        columns.push_back({std::string(column.name), std::string(column.clickhouse)});
+    columns.push_back({"claim", "UInt64"});
+    columns.push_back({"is_settled", "UInt8"});
+    return columns;
+}
+
+std::string clickhouseCreateSources(std::string_view name, std::string_view engine) {
+    std::vector<std::string> columns;
+    for (const sqlColumn_t &column : clickhouseSourceColumns())
+        columns.push_back(quotedName(column.name) + " " + column.type);
+    return created(name, columns,
+                   engine.empty() ? "ReplacingMergeTree(\"loaded_bytes\") ORDER BY (\"source_id\", \"claim\")"
+                                  : engine);
 }
 
 void appendClickhouseSchema(std::string &out, std::span<const table_t *const> tables) {
+    out += joined({clickhouseCreateSources("sources"), ";\n"});
     for (const table_t *table : tables)
         out += joined({clickhouseCreate(*table, table->name), ";\n"});
 }

@@ -10,6 +10,10 @@ cell_t ofNumber(const std::optional<std::int32_t> &number) {
     return number ? cell_t::ofInteger(*number) : cell_t{};
 }
 
+cell_t sourceNumber(const row_t &row, std::string &) {
+    return row.front.number != 0 ? cell_t::ofInteger(static_cast<std::int64_t>(row.front.number)) : cell_t{};
+}
+
 cell_t source(const row_t &row, std::string &) {
     return cell_t::ofText(row.front.source);
 }
@@ -55,9 +59,9 @@ static_assert(sqliteOffsetBits == 40, "as the columns say that are computed");
 constexpr frontColumn_t columns[] = {
     {"message_id", {}, {"INTEGER"}, "the message: `source_id * 1099511627776 + byte_offset`"},
     {"source_id",
-     {},
+     {"UInt64", sourceNumber},
      {"INTEGER GENERATED ALWAYS AS (\"message_id\" >> 40) VIRTUAL"},
-     "the log; its name, `source`, is in the table `sources`"},
+     "the log's number in the table `sources`"},
     {"source", {"String", source}, {}, "the name of the log, as it was given"},
     {"byte_offset",
      {"UInt64", byteOffset},

@@ -10,8 +10,8 @@
 namespace vek::inspect {
 
 /// One object without a line end: the columns in front, the numbers of elements, then the table's columns; what is null
-/// or an empty list is left out. Booleans are 0 and 1, an infinite number is the text "inf" or "-inf". `namesTable`: the
-/// table's name comes first, as "table".
+/// or an empty list is left out. Booleans are 0 and 1, an infinite number is the text "inf" or "-inf". `namesTable`:
+/// the table's name comes first, as "table".
 void appendRowJson(std::string &out, const row_t &row, bool namesTable);
 
 /// The schemas of such rows: "row_messages" and so on, and "row" for any of them.

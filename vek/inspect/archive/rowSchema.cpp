@@ -46,7 +46,10 @@ constexpr frontSchema_t frontSchemas[] = {
      R"({"type": "string", "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}$"})", false},
 };
 
+// Rows as JSON are for no archive: they have no number of their log.
 const frontSchema_t *schemaOf(const frontColumn_t &column) {
+    if (column.name == "source_id")
+        return nullptr;
     const auto *const found = std::ranges::find(frontSchemas, column.clickhouse.type, &frontSchema_t::type);
     return found != std::end(frontSchemas) ? found : nullptr;
 }

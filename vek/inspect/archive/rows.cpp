@@ -15,8 +15,8 @@ namespace {
 // How many elements a host reads of a list: one a pair, as far as there is room.
 std::size_t elementCount(const tree_t &tree, const node_t &list) {
     const std::span<const node_t> pairs = tree.children(list);
-    const auto count = static_cast<std::size_t>(std::count_if(
-        pairs.begin(), pairs.end(), [](const node_t &pair) { return pair.hasKey || pair.hasValue; }));
+    const auto count = static_cast<std::size_t>(
+        std::count_if(pairs.begin(), pairs.end(), [](const node_t &pair) { return pair.hasKey || pair.hasValue; }));
     return list.field->room < 0 ? count : std::min(count, static_cast<std::size_t>(list.field->room));
 }
 

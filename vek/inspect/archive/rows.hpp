@@ -26,6 +26,7 @@ struct rowFront_t {
     std::uint64_t byteOffset = 0;  ///< of its first byte in the log
     std::uint64_t line = 0;        ///< from 1
     std::optional<logTime_t> time; ///< that stands on the line
+    std::uint64_t number = 0;      ///< of the log in an archive; 0: the rows are for none
 };
 
 /// A value of a row.

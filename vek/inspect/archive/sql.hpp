@@ -13,7 +13,7 @@
 namespace vek::inspect {
 
 /// What a database of this layout has for PRAGMA user_version and application_id.
-inline constexpr int sqliteVersion = 2;
+inline constexpr int sqliteVersion = 3;
 inline constexpr int sqliteApplication = 0x76656B6D; // "vekm"
 
 /// Bits of a message's number in SQLite that are its offset; in front of them stands its source's number.
@@ -36,12 +36,22 @@ std::vector<sqliteTable_t> sqliteTablesOf(const table_t &table);
 /// the front, and the columns that are no lists (or the list's element).
 std::string sqliteInsert(const sqliteTable_t &table);
 
+struct sqlColumn_t {
+    std::string name, type;
+};
+
+/// All columns of a table in SQLite, with what CREATE TABLE says of them.
+std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table);
+
 /// CREATE TABLE for a table, without a semicolon.
 std::string sqliteCreate(const sqliteTable_t &table);
-/// The same for the logs that were loaded.
+/// The same for the logs that were loaded, and how they are found; tables that are there stay.
+std::vector<sqlColumn_t> sqliteSourceColumns();
 std::string sqliteCreateSources();
+std::string sqliteCreateSourceIndexes();
 
-/// All that for the sources and for these tables, a semicolon behind each. Tables that are there stay.
+/// All that for the sources and for these tables, a semicolon behind each, and what tells that the database is an
+/// archive. Tables that are there stay.
 void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables);
 
 /// The same for ClickHouse: a row is there once for its source, offset and elements.
@@ -54,12 +64,12 @@ std::string clickhouseType(const column_t &column);
 /// One of these statements, without a semicolon, for a table of any name, and of another engine when one is given.
 std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine = {});
 
-struct sqlColumn_t {
-    std::string name, type;
-};
-
 /// All columns of a table in ClickHouse, in their order.
 std::vector<sqlColumn_t> clickhouseColumns(const table_t &table);
+
+/// The table of logs in ClickHouse: a row a claim of a loader, the latest of which tells how far a log is loaded.
+std::vector<sqlColumn_t> clickhouseSourceColumns();
+std::string clickhouseCreateSources(std::string_view name, std::string_view engine = {});
 
 /// A name in double quotes.
 std::string quotedName(std::string_view name);

@@ -1,61 +1,19 @@
 #include "vek/inspect/archive/sql.hpp"
 
 #include "vek/inspect/archive/front.hpp"
+#include "vek/inspect/archive/sources.hpp"
 #include "vek/inspect/words/words.hpp"
 
 namespace vek::inspect {
 
 namespace {
 
-class tableWriter_t {
-public:
-    tableWriter_t(std::string &out, const sqliteTable_t &table) : out_(out), table_(table) {}
-
-    void write() {
-        const frontColumn_t &key = frontColumns().front();
-        out_ += joined({"CREATE TABLE ", quotedName(table_.name), " (\n    ", quotedName(key.name), " ",
-                        key.sqlite.type, table_.depth == 0 ? " PRIMARY KEY" : " NOT NULL"});
-        for (const frontColumn_t &column : frontColumns().subspan(1))
-            if (column.isComputed())
-                line(column.name, column.sqlite.type);
-        for (std::size_t i = 0; i < table_.depth; ++i)
-            line(elementColumn(i), "INTEGER NOT NULL");
-        if (table_.hasFront)
-            for (const frontColumn_t &column : frontColumns())
-                if (column.sqlite.value != nullptr)
-                    line(column.name, column.sqlite.type);
-        writeColumns();
-        writeKey();
-    }
-
-private:
-    void line(std::string_view name, std::string_view words) {
-        out_ += joined({",\n    ", quotedName(name), " ", words});
-    }
-
-    void writeColumns() {
-        if (table_.list != nullptr)
-            return line("value", joined({sqliteType(*table_.list), " NOT NULL"}));
-        for (const column_t &column : table_.table->columns)
-            if (!column.isList)
-                line(column.name, joined({sqliteType(column), column.isAlwaysThere ? " NOT NULL" : ""}));
-    }
-
-    // The rows of a message's lists lie side by side, in the order of the messages.
-    void writeKey() {
-        if (table_.depth > 0) {
-            out_ += ",\n    PRIMARY KEY (\"message_id\"";
-            for (std::size_t i = 0; i < table_.depth; ++i)
-                out_ += ", " + quotedName(elementColumn(i));
-            out_ += ")\n) WITHOUT ROWID";
-        } else {
-            out_ += "\n)";
-        }
-    }
-
-    std::string &out_;
-    const sqliteTable_t &table_;
-};
+std::string created(std::string_view name, const std::vector<sqlColumn_t> &columns) {
+    std::string text = joined({"CREATE TABLE ", quotedName(name), " ("});
+    for (const sqlColumn_t &column : columns)
+        text += joined({&column == columns.data() ? "" : ",", "\n    ", quotedName(column.name), " ", column.type});
+    return text;
+}
 
 } // namespace
 
@@ -107,26 +65,59 @@ std::string sqliteType(const column_t &column) {
     }
 }
 
+std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table) {
+    std::vector<sqlColumn_t> columns;
+    const auto add = [&](std::string_view name, std::string type) {
+        columns.push_back({std::string(name), std::move(type)});
+    };
+    const frontColumn_t &key = frontColumns().front();
+    add(key.name, joined({key.sqlite.type, table.depth == 0 ? " PRIMARY KEY" : " NOT NULL"}));
+    for (const frontColumn_t &column : frontColumns().subspan(1))
+        if (column.isComputed())
+            add(column.name, std::string(column.sqlite.type));
+    for (std::size_t i = 0; i < table.depth; ++i)
+        add(elementColumn(i), "INTEGER NOT NULL");
+    if (table.hasFront)
+        for (const frontColumn_t &column : frontColumns())
+            if (column.sqlite.value != nullptr)
+                add(column.name, std::string(column.sqlite.type));
+    if (table.list != nullptr)
+        add("value", sqliteType(*table.list) + " NOT NULL");
+    else
+        for (const column_t &column : table.table->columns)
+            if (!column.isList)
+                add(column.name, sqliteType(column) + (column.isAlwaysThere ? " NOT NULL" : ""));
+    return columns;
+}
+
+// The rows of a message's lists lie side by side, in the order of the messages.
 std::string sqliteCreate(const sqliteTable_t &table) {
-    std::string text;
-    tableWriter_t(text, table).write();
-    return text;
+    std::string text = created(table.name, sqliteColumns(table));
+    if (table.depth == 0)
+        return text + "\n)";
+    text += ",\n    PRIMARY KEY (\"message_id\"";
+    for (std::size_t i = 0; i < table.depth; ++i)
+        text += ", " + quotedName(elementColumn(i));
+    return text + ")\n) WITHOUT ROWID";
+}
+
+std::vector<sqlColumn_t> sqliteSourceColumns() {
+    std::vector<sqlColumn_t> columns;
+    for (const sourceColumn_t &column : sourceColumns())
+        columns.push_back({std::string(column.name), std::string(column.sqlite)});
+    return columns;
 }
 
 std::string sqliteCreateSources() {
-    return R"(CREATE TABLE "sources" (
-    "source_id" INTEGER PRIMARY KEY,
-    "source" TEXT NOT NULL,
-    "first_bytes" BLOB NOT NULL,
-    "loaded_bytes" INTEGER NOT NULL,
-    "has_tail" INTEGER NOT NULL,
-    "next_line" INTEGER NOT NULL,
-    "line_head" BLOB NOT NULL,
-    "is_line_head_complete" INTEGER NOT NULL,
-    "last_message_offset" INTEGER NOT NULL,
-    "last_message_bytes" INTEGER NOT NULL,
-    "last_message_hash" INTEGER NOT NULL
-))";
+    return created("sources", sqliteSourceColumns()) + "\n)";
+}
+
+std::string sqliteCreateSourceIndexes() {
+    std::string text;
+    for (const std::string_view column : {"source", "first_hash", "head_hash"})
+        text += joined(
+            {"CREATE INDEX IF NOT EXISTS \"sources_by_", column, "\" ON \"sources\" (", quotedName(column), ");\n"});
+    return text;
 }
 
 void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables) {
@@ -134,7 +125,10 @@ void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables
         constexpr std::string_view create = "CREATE TABLE ";
         out += text.insert(create.size(), "IF NOT EXISTS ") + ";\n";
     };
+    out += joined({"PRAGMA application_id = ", std::to_string(sqliteApplication),
+                   ";\nPRAGMA user_version = ", std::to_string(sqliteVersion), ";\n"});
     append(sqliteCreateSources());
+    out += sqliteCreateSourceIndexes();
     for (const table_t *table : tables)
         for (const sqliteTable_t &one : sqliteTablesOf(*table))
             append(sqliteCreate(one));

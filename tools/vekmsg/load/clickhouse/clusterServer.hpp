@@ -27,20 +27,25 @@ class clusterServer_t {
 public:
     /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster. Throws
     /// usageError_t when it is not, and databaseError_t when nobody answers there or without such a database.
-    explicit clusterServer_t(const std::string &url);
+    /// `isPatient`: it never gives up a server that was there.
+    clusterServer_t(const std::string &url, bool isPatient);
 
     const std::string &database() const { return database_; }
     const std::string &cluster() const { return cluster_; } ///< "" when one server has it all
     const std::string &name() const { return name_; }       ///< for people
 
-    /// The answer to a statement. Asks again for a minute while the server is away; then, and when it refuses, throws
-    /// databaseError_t.
+    /// The answer to a statement. Asks again for a minute while the server is away, or for ever; then, and when it
+    /// refuses, throws databaseError_t.
     std::string ask(const std::string &statement);
     /// The same, as the fields of its lines. Texts with tabs and the like in them are to be asked for with hex().
     std::vector<std::vector<std::string>> table(const std::string &statement);
-    /// Sends rows, a JSON object a line, to a table. False when it is not known whether they have arrived, or they have
-    /// in part: then look which have, and send the others. Throws like ask().
-    bool insert(std::string_view table, std::string_view rows);
+    /// Runs an INSERT that selects from rows sent with it in RowBinary, which are "_data" there and have this
+    /// structure, under a name of its own. False when it is not known whether it was run, or is running still, or it
+    /// was in part. Throws like ask().
+    bool insert(const std::string &statement, const std::string &structure, std::string_view rows,
+                const std::string &queryName);
+    /// The names of all queries that are running on the server, or on those of the cluster.
+    std::vector<std::string> running();
 
     /// Calls `use` with some of the texts and with the same as constants between commas, of which a statement has room
     /// for `copies`, until all had their turn.
@@ -50,8 +55,9 @@ public:
 private:
     enum class outcome_t : std::uint8_t { done, tryAgain };
 
-    explicit clusterServer_t(const httpAddress_t &address);
-    outcome_t send(const std::string &statement, std::string_view rows, std::string &answer);
+    clusterServer_t(const httpAddress_t &address, bool isPatient);
+    outcome_t send(const httpClient_t::parameters_t &parameters, const httpClient_t::parts_t &parts,
+                   std::string &answer);
     void judge(const httpClient_t::answer_t &answer);
     void waitAfter(const std::string &why);
     [[noreturn]] void refuse(const std::string &why) const;
@@ -60,6 +66,7 @@ private:
     httpClient_t client_;
     std::uint64_t waited_ = 0; // milliseconds, since it last worked
     std::uint64_t patience_;
+    bool isPatient_;
 };
 
 } // namespace vek::tool

@@ -1,175 +1,213 @@
 #include "tools/vekmsg/load/clickhouse/clusterStore.hpp"
 
-#include "tools/vekmsg/load/databaseError.hpp"
-#include "vek/inspect/archive/rowJson.hpp"
+#include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <algorithm>
 
 namespace vek::tool {
 
+using inspect::archivedLog_t;
+
 namespace {
 
-// Bytes that are sent at once, of all tables: large batches are what such a server likes, and the memory is bounded.
-constexpr std::size_t batchSize = std::size_t{16} << 20;
+std::string conditionOf(const std::map<std::uint64_t, std::uint64_t> &offsets) {
+    std::string condition;
+    for (const auto &[log, offset] : offsets)
+        condition.append(condition.empty() ? "(" : " OR (")
+            .append("source_id = " + std::to_string(log) + " AND byte_offset >= " + std::to_string(offset) + ")");
+    return condition;
+}
 
 } // namespace
 
-void rowBatch_t::begin(std::size_t source, std::uint64_t offset) {
-    if (pieces_.empty() || pieces_.back().source != source || pieces_.back().offset != offset)
-        pieces_.push_back({source, offset, lines_.size()});
+std::unique_ptr<archive_t> openCluster(const std::string &url, bool isPatient) {
+    return std::make_unique<clusterStore_t>(url, isPatient);
 }
 
-void rowBatch_t::dropBelow(const std::vector<std::uint64_t> &offsets) {
+void rowBatch_t::begin(std::uint64_t log, std::uint64_t offset) {
+    if (pieces_.empty() || pieces_.back().log != log || pieces_.back().offset != offset)
+        pieces_.push_back({log, offset, bytes_.size()});
+}
+
+std::map<std::uint64_t, std::uint64_t> rowBatch_t::logs() const {
+    std::map<std::uint64_t, std::uint64_t> logs;
+    for (const piece_t &piece : pieces_)
+        logs.try_emplace(piece.log, piece.offset);
+    return logs;
+}
+
+void rowBatch_t::dropBelow(const std::map<std::uint64_t, std::uint64_t> &offsets) {
     rowBatch_t kept;
     for (std::size_t at = 0; at < pieces_.size(); ++at) {
         const piece_t &piece = pieces_[at];
-        if (piece.offset < offsets[piece.source])
+        if (const auto wanted = offsets.find(piece.log); wanted != offsets.end() && piece.offset < wanted->second)
             continue;
-        kept.begin(piece.source, piece.offset);
-        const std::size_t end = at + 1 < pieces_.size() ? pieces_[at + 1].begin : lines_.size();
-        kept.lines_.append(lines_, piece.begin, end - piece.begin);
+        kept.begin(piece.log, piece.offset);
+        const std::size_t end = at + 1 < pieces_.size() ? pieces_[at + 1].begin : bytes_.size();
+        kept.bytes_.append(bytes_, piece.begin, end - piece.begin);
     }
     *this = std::move(kept);
 }
 
-void rowBatch_t::moveBehind(std::vector<std::uint64_t> &offsets) const {
-    for (const piece_t &piece : pieces_)
-        offsets[piece.source] = std::max(offsets[piece.source], piece.offset + 1);
-}
-
-void rowBatch_t::clear() {
-    lines_.clear();
-    pieces_.clear();
-}
-
-clusterStore_t::clusterStore_t(const std::string &url) : server_(url) {
-    for (const inspect::table_t &table : inspect::archiveTables().all())
-        tables_.push_back({&table, {}, {}});
+clusterStore_t::clusterStore_t(const std::string &url, bool isPatient) : server_(url, isPatient) {
+    for (const inspect::table_t &table : inspect::archiveTables().all()) {
+        table_t &own = tables_.emplace_back();
+        own.declared = &table;
+        for (const auto &[name, type] : inspect::clickhouseColumns(table)) {
+            own.names.append(own.names.empty() ? "" : ", ").append(sqlName(name));
+            own.structure.append(own.structure.empty() ? "" : ", ").append(name).append(" ").append(type);
+        }
+    }
     makeTables();
-    compareColumns();
 }
 
 void clusterStore_t::makeTables() {
-    std::unordered_map<std::string, std::string> engines;
-    for (const auto &line :
-         server_.table("SELECT name, engine FROM system.tables WHERE database = " + sqlText(server_.database())))
-        engines[line[0]] = line[1];
-    for (const table_t &table : tables_) {
-        const std::string &name = table.declared->name, local = name + "_local";
-        if (const auto there = engines.find(name); there != engines.end()) {
-            if (!server_.cluster().empty() && there->second != "Distributed")
-                throw databaseError_t(server_.name() +
-                                      ": the tables there belong to this server alone; for the cluster " +
-                                      server_.cluster() + " load into another database");
+    const std::string where = " WHERE database = " + sqlText(server_.database());
+    for (const auto &line : server_.table("SELECT name, engine FROM system.tables" + where))
+        engines_[line[0]] = line[1];
+    for (const auto &line : server_.table("SELECT table, name FROM system.columns" + where))
+        columns_[line[0]] += "," + line[1] + ",";
+    const std::string local = server_.cluster().empty() ? "" : "_local";
+    makeTable("sources", inspect::clickhouseCreateSources("sources" + local), local,
+              inspect::clickhouseSourceColumns());
+    for (const table_t &table : tables_)
+        makeTable(table.declared->name, inspect::clickhouseCreate(*table.declared, table.declared->name + local), local,
+                  inspect::clickhouseColumns(*table.declared));
+}
+
+// All rows of a log are on one server. What others made or changed is taken as it is, and columns that are new are
+// added: the one that tells the logs apart belongs to the order of the rows, and can't be.
+void clusterStore_t::makeTable(const std::string &name, const std::string &create, const std::string &local,
+                               const std::vector<inspect::sqlColumn_t> &columns) {
+    const auto there = engines_.find(name);
+    if (there != engines_.end() && !local.empty() && there->second != "Distributed")
+        throw databaseError_t(server_.name() + ": the tables there belong to this server alone; for the cluster " +
+                              server_.cluster() + " load into another database");
+    for (const std::string &table : {name + local, name}) {
+        if (!engines_.contains(table)) {
+            const std::string distributed = "CREATE TABLE IF NOT EXISTS " + sqlName(name) + " AS " +
+                                            sqlName(name + local) + " ENGINE = Distributed(" +
+                                            sqlName(server_.cluster()) + ", " + sqlName(server_.database()) + ", " +
+                                            sqlName(name + local) + ", source_id)";
+            server_.ask(table == name && !local.empty() ? distributed : create);
+            engines_[table] = "";
             continue;
         }
-        if (server_.cluster().empty()) {
-            makeTable(*table.declared, name, "");
-            continue;
+        for (const auto &[column, type] : columns) {
+            if (columns_[table].find("," + column + ",") != std::string::npos || engines_[table].empty())
+                continue;
+            if (column == "source_id")
+                throw databaseError_t(server_.name() + ": the tables there are of version 1, which told logs apart by "
+                                                       "their names; load the logs into another database");
+            server_.ask("ALTER TABLE " + sqlName(table) + " ADD COLUMN " + sqlName(column) + " " + type);
         }
-        makeTable(*table.declared, local, "");
-        // All rows of a log are on one server, where a second copy of one would be found.
-        makeTable(*table.declared, name,
-                  "Distributed(" + sqlName(server_.cluster()) + ", " + sqlName(server_.database()) + ", " +
-                      sqlName(local) + ", cityHash64(source))");
     }
 }
 
-void clusterStore_t::makeTable(const inspect::table_t &table, const std::string &name, const std::string &engine) {
-    server_.ask(inspect::clickhouseCreate(table, name, engine));
-}
-
-void clusterStore_t::compareColumns() {
-    std::unordered_map<std::string, std::string> there;
-    // Quotation marks in types would come escaped.
-    for (const auto &line : server_.table("SELECT table, name, replaceAll(type, " + sqlText("'") +
-                                          ", '') FROM system.columns WHERE database = " + sqlText(server_.database())))
-        there[line[0]].append(line[1]).append(" ").append(line[2]).append("\n");
-    for (const table_t &table : tables_) {
-        std::string wanted;
-        for (const auto &[name, type] : inspect::clickhouseColumns(*table.declared))
-            wanted.append(name).append(" ").append(type).append("\n");
-        std::erase(wanted, '\'');
-        if (there[table.declared->name] != wanted)
-            throw databaseError_t(server_.name() + ": the table " + table.declared->name +
-                                  " has other columns than this vekmsg's; load into another database");
+std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
+    const std::string first = std::to_string(log.firstHash()), head = std::to_string(log.headHash());
+    const std::string named = "source = " + sqlText(log.name);
+    std::vector<archivedLog_t> found;
+    for (claims_t::known_t &known : claims_.find("first_hash = " + first + " OR (head_hash = " + head + " AND " + head +
+                                                 " != 0 AND length(first_bytes) < 4096) OR " + named)) {
+        found.push_back(known.log);
+        entered_[known.log.number] = {std::move(known.log), true, known.isSettled};
     }
-}
-
-void clusterStore_t::expect(std::span<const std::string> logs) {
-    const std::vector<std::string> there = logs_.expect(logs);
-    for (const std::string &source : there)
-        sourceNumber(source);
-    askWanted(tables_, there);
-}
-
-std::string clusterStore_t::sourceOf(const std::string &log, const inspect::row_t &first) {
-    const clusterLogs_t::found_t found = logs_.find(log, logBeginning_t(first));
-    if (!found.isNew)
-        commit(); // what is wanted of it counts what has been sent
-    if (!found.isNew && !sourceNumbers_.contains(found.source)) {
-        sourceNumber(found.source);
-        askWanted(tables_, {&found.source, 1});
-    }
-    return found.source;
-}
-
-std::size_t clusterStore_t::sourceNumber(std::string_view name) {
-    if (lastSource_ < sources_.size() && sources_[lastSource_] == name)
-        return lastSource_;
-    const auto [place, isNew] = sourceNumbers_.try_emplace(std::string(name), sources_.size());
-    if (isNew) {
-        sources_.emplace_back(name);
-        for (table_t &table : tables_)
-            table.wanted.push_back(0);
-    }
-    return lastSource_ = place->second;
-}
-
-void clusterStore_t::askWanted(std::span<table_t> tables, std::span<const std::string> sources) {
-    server_.inPieces(sources, tables.size(), [&](std::span<const std::string> some, const std::string &constants) {
-        std::string statement;
-        for (std::size_t at = 0; at < tables.size(); ++at)
-            statement.append(at == 0 ? "" : " UNION ALL ")
-                .append("SELECT " + std::to_string(at) + ", hex(source), max(byte_offset) FROM ")
-                .append(sqlName(tables[at].declared->name))
-                .append(" WHERE source IN (" + constants + ") GROUP BY source");
-        std::unordered_map<std::string, std::size_t> byHex;
-        for (const std::string &source : some)
-            byHex[sqlHex(source)] = sourceNumber(source);
-        for (const auto &line : server_.table(statement))
-            tables[std::stoul(line[0])].wanted[byHex.at(line[1])] = std::stoull(line[2]) + 1;
+    std::stable_sort(found.begin(), found.end(), [&](const archivedLog_t &one, const archivedLog_t &other) {
+        return one.loadedAt > other.loadedAt;
     });
+    std::stable_partition(found.begin(), found.end(), [&](const archivedLog_t &one) { return one.name == log.name; });
+    return found;
+}
+
+// The number follows from what is known of the log, so that two loaders give the same log the same.
+void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
+    if (log.number != 0)
+        return;
+    constexpr unsigned bits = 52; // which every language's numbers hold
+    std::string text = log.first + '\0' + log.device + '\0' + log.site + '\0' + log.name;
+    log.number = inspect::hashOf(text) >> (64 - bits) | 1;
+    while (true) {
+        const std::vector<claims_t::known_t> known = claims_.find("source_id = " + std::to_string(log.number));
+        if (known.empty() && (!entered_.contains(log.number)))
+            break;
+        if (!isNew && !known.empty() && known.front().log.first == log.first)
+            throw databaseError_t(name() + ": another vekmsg has begun to load " + log.name + "; let it");
+        log.number += 2;
+    }
+    entered_[log.number] = {log, false, true};
+}
+
+// Its rows may be there behind what the table of sources says, when a loader was interrupted.
+void clusterStore_t::claim(entered_t &entered) {
+    claims_.claim(entered.log);
+    const std::vector<claims_t::known_t> now = claims_.find("source_id = " + std::to_string(entered.log.number));
+    if (now.empty() || now.front().log.position.offset != entered.log.position.offset)
+        throw usageError_t("another vekmsg loads " + entered.log.name + " into " + name() +
+                           " at the same time; let it");
+    if (entered.isKnown && !entered.isSettled)
+        askWanted(tables_, entered.log);
+    entered.isKnown = true;
+}
+
+void clusterStore_t::askWanted(std::span<table_t> tables, const archivedLog_t &log) {
+    std::string statement;
+    for (std::size_t at = 0; at < tables.size(); ++at)
+        statement.append(at == 0 ? "" : " UNION ALL ")
+            .append("SELECT " + std::to_string(at) + ", count(), max(byte_offset) FROM ")
+            .append(sqlName(tables[at].declared->name))
+            .append(" WHERE " + conditionOf({{log.number, log.position.offset}}));
+    for (const auto &line : server_.table(statement))
+        if (line[1] != "0")
+            tables[std::stoul(line[0])].wanted[log.number] = std::stoull(line[2]) + 1;
 }
 
 void clusterStore_t::row(const inspect::row_t &row) {
-    const std::size_t source = sourceNumber(row.front.source);
+    const std::uint64_t number = row.front.number;
+    if (!claims_.holds(number))
+        claim(entered_.at(number));
     table_t &table = tables_[row.table.number];
-    if (row.front.byteOffset < table.wanted[source])
+    if (const auto wanted = table.wanted.find(number);
+        wanted != table.wanted.end() && row.front.byteOffset < wanted->second)
         return;
     if (row.table.number == 0) {
-        ++messages_;
-        damaged_ += row.isDamaged ? 1 : 0;
+        ++counts_.messages;
+        counts_.damaged += row.isDamaged ? 1 : 0;
     }
-    table.batch.begin(source, row.front.byteOffset);
-    std::string &lines = table.batch.lines();
-    const std::size_t before = lines.size();
-    inspect::appendRowJson(lines, row, false);
-    lines += '\n';
-    size_ += lines.size() - before;
+    table.batch.begin(number, row.front.byteOffset);
+    std::string &bytes = table.batch.bytes();
+    const std::size_t before = bytes.size();
+    inspect::appendRowBinary(bytes, row);
+    size_ += bytes.size() - before;
 }
 
-void clusterStore_t::endMessage() {
-    if (size_ >= batchSize)
-        commit();
+// Bytes of all tables: large batches are what such a server likes, and the memory is bounded.
+bool clusterStore_t::isFull() const {
+    constexpr std::size_t batchSize = std::size_t{16} << 20;
+    return size_ >= batchSize;
 }
 
-// `messages` goes first: a source of which any table has rows is then known by its first message.
-void clusterStore_t::commit() {
+void clusterStore_t::save(const archivedLog_t &log) {
+    if (claims_.holds(log.number))
+        saved_.push_back(log);
+}
+
+// A claim that counts behind all the batches has counted for each of them.
+void clusterStore_t::commit(bool isLast) {
+    hasBegun_ = false;
     for (table_t &table : tables_)
         send(table);
     size_ = 0;
+    if (saved_.empty())
+        return;
+    claims_.verify();
+    claims_.save(saved_, isLast);
+    for (const archivedLog_t &log : saved_)
+        entered_[log.number] = {log, true, isLast};
+    saved_.clear();
+    if (isLast)
+        claims_.clear();
 }
 
 std::int64_t clusterStore_t::all() {
@@ -177,12 +215,24 @@ std::int64_t clusterStore_t::all() {
 }
 
 void clusterStore_t::send(table_t &table) {
-    while (!table.batch.isEmpty() && !server_.insert(table.declared->name, table.batch.lines())) {
-        askWanted({&table, 1}, sources_);
+    const std::string name = sqlName(table.declared->name);
+    while (!table.batch.isEmpty()) {
+        const offsets_t logs = table.batch.logs();
+        std::vector<std::uint64_t> numbers;
+        for (const auto &[log, offset] : logs)
+            numbers.push_back(log);
+        const std::string statement = "INSERT INTO " + name + " (" + table.names + ") SELECT " + table.names +
+                                      " FROM _data WHERE " + claims_.condition(numbers) +
+                                      " AND (source_id, byte_offset) NOT IN (SELECT source_id, byte_offset FROM " +
+                                      name + " WHERE " + conditionOf(logs) + ")";
+        if (server_.insert(statement, table.structure, table.batch.bytes(), claims_.nextQueryName()))
+            break;
+        claims_.renew();
+        for (const auto &[log, offset] : logs)
+            askWanted({&table, 1}, entered_.at(log).log);
         table.batch.dropBelow(table.wanted);
     }
-    table.batch.moveBehind(table.wanted);
-    table.batch.clear();
+    table.batch = {};
 }
 
 } // namespace vek::tool

@@ -1,24 +1,21 @@
-// clusterStore_t: the archive's tables on a ClickHouse server, on it alone or distributed over a cluster.
+// clusterStore_t: the archive on a ClickHouse server, on it alone or distributed over a cluster.
 //
-// Each row arrives once. The rows of a table are sent in the order of their source in batches that end between
-// messages, and the server takes a batch as a whole or not at all; so the largest offset that a table has of a source
-// says up to where its rows are there. It is asked for before a source is read, and again when it is not known what
-// became of a batch. Should two programs load the same source at the same time all the same, the tables' engine removes
-// the second copies some time later.
+// Each row is there once, at every moment. The rows of a table go out in the order of their log, in batches that end
+// between messages. A server takes a batch as a whole or not at all, only while the loader's claim of the log counts,
+// and of it only rows that are not there. When it is not known what became of a batch, the claim is renewed: then
+// nothing of it can come any more, the largest offset of the log says what has come, and the rest is sent again. How
+// far a log is loaded stands in the table of sources, apart from the rows: these may be deleted at any time.
 //
 // Owns its connection and what has not been sent. One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/load/clickhouse/clusterLogs.hpp"
-#include "tools/vekmsg/load/clickhouse/clusterServer.hpp"
-#include "vek/inspect/archive/rows.hpp"
+#include "tools/vekmsg/load/archive.hpp"
+#include "tools/vekmsg/load/clickhouse/claims.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <map>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace vek::tool {
@@ -26,74 +23,74 @@ namespace vek::tool {
 /// Rows of one table that go out together.
 class rowBatch_t {
 public:
-    /// Begins a row, whose JSON is to be appended to lines().
-    void begin(std::size_t source, std::uint64_t offset);
-    std::string &lines() { return lines_; }
+    /// Begins a row, whose bytes are to be appended to bytes().
+    void begin(std::uint64_t log, std::uint64_t offset);
+    std::string &bytes() { return bytes_; }
     bool isEmpty() const { return pieces_.empty(); }
-    /// Leaves out the rows in front of each source's offset.
-    void dropBelow(const std::vector<std::uint64_t> &offsets);
-    /// Moves the offsets behind all the rows.
-    void moveBehind(std::vector<std::uint64_t> &offsets) const;
-    void clear();
+    /// The first offset that there is of each log.
+    std::map<std::uint64_t, std::uint64_t> logs() const;
+    /// Leaves out the rows in front of each log's offset.
+    void dropBelow(const std::map<std::uint64_t, std::uint64_t> &offsets);
 
 private:
     struct piece_t { // the rows of one message
-        std::size_t source;
-        std::uint64_t offset;
-        std::size_t begin; // in lines_
+        std::uint64_t log, offset;
+        std::size_t begin; // in bytes_
     };
-    std::string lines_;
+    std::string bytes_;
     std::vector<piece_t> pieces_;
 };
 
-class clusterStore_t final : public inspect::rowSink_t {
+class clusterStore_t final : public archive_t {
 public:
-    /// Makes the tables that are missing. Throws usageError_t when the server can't be had, or when a table there is
-    /// another one.
-    explicit clusterStore_t(const std::string &url);
+    /// Makes the tables and columns that are missing. Throws usageError_t when the server can't be had, or when a table
+    /// there is another one.
+    clusterStore_t(const std::string &url, bool isPatient);
 
-    const std::string &name() const { return server_.name(); }
-
-    /// Logs that will be read: asks at once how far they are there.
-    void expect(std::span<const std::string> logs);
-    /// The source of a log whose first message this row of `messages` is.
-    std::string sourceOf(const std::string &log, const inspect::row_t &first);
-
-    /// The row's source is one that sourceOf() gave.
+    const std::string &name() const override { return server_.name(); }
+    std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
+    void enter(inspect::archivedLog_t &log, bool isNew) override;
+    void begin() override { hasBegun_ = true; }
+    bool hasBegun() const override { return hasBegun_; }
+    void check(const inspect::archivedLog_t &) override {}
     void row(const inspect::row_t &row) override;
-    /// All rows of a message were given; it may send them. Throws databaseError_t when the server stays away.
-    void endMessage();
-    /// Sends all there is.
-    void commit();
-    /// Messages that were not there before.
-    std::int64_t messages() const { return messages_; }
-    std::int64_t damaged() const { return damaged_; }
-    /// Messages on the server, of all sources.
-    std::int64_t all();
-    bool hasUnsent() const { return size_ > 0; }
+    void save(const inspect::archivedLog_t &log) override;
+    void commit(bool isLast) override;
+    bool isFull() const override;
+    unsigned patience() const override { return 1000; }
+    bool canRemove() const override { return false; }
+    void removeFrom(std::uint64_t, std::uint64_t) override {}
+    std::int64_t all() override;
 
 private:
+    using offsets_t = std::map<std::uint64_t, std::uint64_t>; // by log
+
     struct table_t {
         const inspect::table_t *declared;
+        std::string names, structure; // of its columns
         rowBatch_t batch;
-        std::vector<std::uint64_t> wanted; // by source: from which offset on rows are missing
+        offsets_t wanted; // from which offset on rows are missing; of a log that is not in it, all
+    };
+    struct entered_t {
+        inspect::archivedLog_t log;
+        bool isKnown = false, isSettled = false;
     };
 
     void makeTables();
-    void makeTable(const inspect::table_t &table, const std::string &name, const std::string &engine);
-    void compareColumns();
-    std::size_t sourceNumber(std::string_view name);
-    void askWanted(std::span<table_t> tables, std::span<const std::string> sources);
+    void makeTable(const std::string &name, const std::string &create, const std::string &local,
+                   const std::vector<inspect::sqlColumn_t> &columns);
+    void claim(entered_t &entered);
+    void askWanted(std::span<table_t> tables, const inspect::archivedLog_t &log);
     void send(table_t &table);
 
     clusterServer_t server_;
-    clusterLogs_t logs_{server_};
-    std::vector<table_t> tables_; // by their numbers
-    std::vector<std::string> sources_;
-    std::unordered_map<std::string, std::size_t> sourceNumbers_;
-    std::size_t lastSource_ = 0;
+    claims_t claims_{server_};
+    std::map<std::string, std::string> engines_, columns_; // of the tables that are there
+    std::vector<table_t> tables_;                          // by their numbers
+    std::map<std::uint64_t, entered_t> entered_;           // by number
+    std::vector<inspect::archivedLog_t> saved_;
     std::size_t size_ = 0; // of all batches
-    std::int64_t messages_ = 0, damaged_ = 0;
+    bool hasBegun_ = false;
 };
 
 } // namespace vek::tool

@@ -4,6 +4,8 @@
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/forms.hpp"
 
+#include <set>
+
 namespace vek::tool {
 
 using namespace inspect;
@@ -18,58 +20,162 @@ std::vector<sqliteTable_t> allTables() {
     return tables;
 }
 
-constexpr const char *startAnew = "; load the logs into a new file: vekmsg load --into NEW.sqlite LOG...";
+// "SELECT a, b FROM sources ", and the like.
+std::string sourceNames() {
+    std::string names;
+    for (const sourceColumn_t &column : sourceColumns())
+        names.append(names.empty() ? "" : ", ").append(column.name);
+    return names;
+}
+
+archivedLog_t logIn(const statement_t &row) {
+    archivedLog_t log;
+    int at = 0;
+    for (const sourceColumn_t &column : sourceColumns()) {
+        if (column.set != nullptr)
+            column.set(log, row.text(at));
+        ++at;
+    }
+    return log;
+}
 
 } // namespace
+
+std::unique_ptr<archive_t> openSqlite(const std::string &file) {
+    return std::make_unique<archiveFile_t>(file);
+}
 
 archiveFile_t::archiveFile_t(const std::string &file) : database_(file), writers_(archiveTables().all().size()) {
     prepareFile();
     transaction_t transaction(database_);
-    if (database_.number("SELECT count(*) FROM sqlite_schema") == 0)
-        makeTables();
-    else
-        compareTables();
+    renameColumns();
+    completeSources();
+    for (const sqliteTable_t &table : allTables())
+        complete(table.name, sqliteCreate(table), sqliteColumns(table));
+    if (database_.number("PRAGMA user_version") != sqliteVersion)
+        database_.run("PRAGMA user_version = " + std::to_string(sqliteVersion));
     transaction.commit();
 }
 
 // Others may read while a transaction is written; what is committed outlives this process at any moment.
 void archiveFile_t::prepareFile() {
-    const std::int64_t application = database_.number("PRAGMA application_id");
-    if (application != sqliteApplication && database_.number("SELECT count(*) FROM sqlite_schema") > 0)
+    const bool isEmpty = database_.number("SELECT count(*) FROM sqlite_schema") == 0;
+    if (!isEmpty && database_.number("PRAGMA application_id") != sqliteApplication)
         throw usageError_t(database_.file() + " is a database of something else; name a new file");
+    const std::int64_t version = database_.number("PRAGMA user_version");
+    if (version > sqliteVersion)
+        throw usageError_t(database_.file() + " has tables of version " + std::to_string(version) +
+                           ", and this vekmsg writes version " + std::to_string(sqliteVersion) +
+                           "; load with the newer vekmsg that made it");
     database_.run("PRAGMA page_size = 8192; PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;"
                   "PRAGMA cache_size = -12288; PRAGMA wal_autocheckpoint = 2000;");
+    if (isEmpty)
+        database_.run("PRAGMA application_id = " + std::to_string(sqliteApplication));
 }
 
-void archiveFile_t::makeTables() {
-    database_.run(sqliteCreateSources());
-    for (const sqliteTable_t &table : allTables())
-        database_.run(sqliteCreate(table));
-    database_.run("PRAGMA user_version = " + std::to_string(sqliteVersion));
-    database_.run("PRAGMA application_id = " + std::to_string(sqliteApplication));
+// Version 1 had other names for the places of problems.
+void archiveFile_t::renameColumns() {
+    for (const std::string name : {"start", "end"})
+        if (database_.number("SELECT count(*) FROM pragma_table_xinfo('problems') WHERE name = '" + name + "_byte'") >
+            0)
+            database_.run("ALTER TABLE \"problems\" RENAME COLUMN \"" + name + "_byte\" TO " + quotedName(name));
 }
 
-// SQLite keeps the words that a table was made with.
-void archiveFile_t::compareTables() {
-    if (database_.number("PRAGMA user_version") == 1) // which had other names for the places of problems
-        database_.run("ALTER TABLE \"problems\" RENAME COLUMN \"start_byte\" TO \"start\";"
-                      "ALTER TABLE \"problems\" RENAME COLUMN \"end_byte\" TO \"end\"; PRAGMA user_version = 2;");
-    const std::int64_t version = database_.number("PRAGMA user_version");
-    if (version != sqliteVersion)
-        throw usageError_t(database_.file() + " has tables of version " + std::to_string(version) +
-                           ", and this vekmsg writes version " + std::to_string(sqliteVersion) + startAnew);
-    const auto compare = [&](const std::string &name, const std::string &wanted) {
-        statement_t found(database_, "SELECT sql FROM sqlite_schema WHERE type = 'table' AND name = ?");
-        found.bind(1, std::string_view(name));
-        if (!found.next())
-            database_.run(wanted); // of a message that is new
-        else if (found.text(0) != wanted)
-            throw usageError_t(database_.file() + ": the table " + name +
-                               " has other columns than this version of vekmsg writes" + startAnew);
-    };
-    compare("sources", sqliteCreateSources());
-    for (const sqliteTable_t &table : allTables())
-        compare(table.name, sqliteCreate(table));
+// Makes a table, or adds the columns that it lacks. Its own further ones, and its types, are the owner's.
+void archiveFile_t::complete(const std::string &table, const std::string &create,
+                             const std::vector<sqlColumn_t> &columns) {
+    std::set<std::string> there;
+    statement_t names(database_, "SELECT name FROM pragma_table_xinfo(?)");
+    names.bind(1, std::string_view(table));
+    while (names.next())
+        there.insert(names.text(0));
+    if (there.empty())
+        return database_.run(create);
+    for (const auto &[name, type] : columns)
+        if (!there.contains(name)) {
+            if (type.find("PRIMARY KEY") != std::string::npos)
+                throw usageError_t(database_.file() + ": the table " + table + " has no column " + name +
+                                   "; give the table another name, and load again");
+            const bool isBare = type.ends_with(" NOT NULL"); // rows that are there have no value for it
+            database_.run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + quotedName(name) + " " +
+                          (isBare ? type.substr(0, type.size() - 9) : type));
+        }
+}
+
+void archiveFile_t::completeSources() {
+    complete("sources", sqliteCreateSources(), sqliteSourceColumns());
+    database_.run(sqliteCreateSourceIndexes());
+    statement_t rows(database_, "SELECT " + sourceNames() + " FROM sources WHERE first_hash = 0");
+    while (rows.next())
+        save(logIn(rows)); // of a version that had no hashes
+}
+
+std::vector<archivedLog_t> archiveFile_t::find(const archivedLog_t &log) {
+    std::vector<archivedLog_t> found;
+    statement_t rows(
+        database_,
+        "SELECT " + sourceNames() +
+            " FROM sources WHERE source_id IN ("
+            "SELECT source_id FROM sources WHERE first_hash = ?1 UNION "
+            "SELECT source_id FROM sources WHERE head_hash = ?2 AND ?2 <> 0 AND length(first_bytes) < 4096 UNION "
+            "SELECT * FROM (SELECT source_id FROM sources WHERE source = ?3 ORDER BY source_id DESC LIMIT 20)"
+            ") ORDER BY (source = ?3) DESC, source_id DESC");
+    rows.bind(1, log.firstHash());
+    rows.bind(2, log.headHash());
+    rows.bind(3, std::string_view(log.name));
+    while (rows.next())
+        found.push_back(logIn(rows));
+    return found;
+}
+
+void archiveFile_t::enter(archivedLog_t &log, bool) {
+    if (log.number != 0)
+        return;
+    log.number = static_cast<std::uint64_t>(database_.number("SELECT coalesce(max(source_id), 0) + 1 FROM sources"));
+    save(log);
+}
+
+void archiveFile_t::begin() {
+    transaction_.emplace(database_);
+    atBegin_ = counts_.messages;
+}
+
+void archiveFile_t::check(const archivedLog_t &log) {
+    statement_t row(database_, "SELECT loaded_bytes FROM sources WHERE source_id = ?");
+    row.bind(1, static_cast<std::int64_t>(log.number));
+    if (!row.next() || static_cast<std::uint64_t>(row.integer(0)) != log.position.offset)
+        throw usageError_t("another vekmsg loads " + log.name + " into " + database_.file() +
+                           " at the same time; let it");
+}
+
+void archiveFile_t::save(const archivedLog_t &log) {
+    std::string parameters, updates;
+    for (const sourceColumn_t &column : sourceColumns()) {
+        parameters.append(parameters.empty() ? "?" : ", ?");
+        updates.append(updates.empty() ? "" : ", ").append(column.name).append(" = excluded.").append(column.name);
+    }
+    statement_t insert(database_, "INSERT INTO sources (" + sourceNames() + ") VALUES (" + parameters +
+                                      ") ON CONFLICT (source_id) DO UPDATE SET " + updates);
+    int parameter = 0;
+    for (const sourceColumn_t &column : sourceColumns()) {
+        const cell_t cell = column.get(log);
+        if (column.sqlite.starts_with("BLOB"))
+            insert.bindBytes(++parameter, cell.text);
+        else
+            bindCell(insert, ++parameter, cell);
+    }
+    insert.run();
+}
+
+void archiveFile_t::commit(bool) {
+    transaction_->commit();
+    transaction_.reset();
+}
+
+// Few enough that others soon see them, and enough that their cost is spread.
+bool archiveFile_t::isFull() const {
+    constexpr std::int64_t messagesAtOnce = 5'000;
+    return counts_.messages - atBegin_ >= messagesAtOnce;
 }
 
 archiveFile_t::writer_t &archiveFile_t::writerOf(const table_t &table) {
@@ -88,7 +194,7 @@ void archiveFile_t::row(const row_t &row) {
     if (row.front.byteOffset >> sqliteOffsetBits != 0)
         throw usageError_t(std::string(row.front.source) + " has more than a terabyte; split it, and load the pieces");
     roomCount_ = 0;
-    messageId_ = messageId(source_, row.front.byteOffset);
+    messageId_ = messageId(row.front.number, row.front.byteOffset);
     if (&row.table == &archiveTables().messages()) {
         ++counts_.messages;
         counts_.damaged += row.isDamaged ? 1 : 0;
@@ -159,7 +265,7 @@ void archiveFile_t::bindCell(statement_t &insert, int parameter, const cell_t &c
     }
 }
 
-void archiveFile_t::removeFrom(std::int64_t source, std::uint64_t offset) {
+void archiveFile_t::removeFrom(std::uint64_t source, std::uint64_t offset) {
     constexpr const char *where = " WHERE \"message_id\" >= ? AND \"message_id\" < ?";
     const auto bound = [&](const std::string &sql) {
         statement_t statement(database_, sql + where);

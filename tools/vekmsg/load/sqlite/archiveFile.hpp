@@ -3,8 +3,8 @@
 // Everything throws usageError_t. One thread at a time.
 #pragma once
 
+#include "tools/vekmsg/load/archive.hpp"
 #include "tools/vekmsg/load/sqlite/database.hpp"
-#include "vek/inspect/archive/rows.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <cstdint>
@@ -15,28 +15,31 @@
 
 namespace vek::tool {
 
-class archiveFile_t final : public inspect::rowSink_t {
+class archiveFile_t final : public archive_t {
 public:
-    /// Opens a database of these tables, or makes one. Throws when the file is something else.
+    /// Opens a database of these tables, or makes one; what an older version or somebody else made lacks is added.
+    /// Throws when the file is something else.
     explicit archiveFile_t(const std::string &file);
 
     database_t &database() { return database_; }
 
-    /// The rows that follow are of this log.
-    void setSource(std::int64_t source) { source_ = source; }
+    const std::string &name() const override { return database_.file(); }
+    std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
+    void enter(inspect::archivedLog_t &log, bool isNew) override;
+    void begin() override;
+    bool hasBegun() const override { return transaction_.has_value(); }
+    void check(const inspect::archivedLog_t &log) override;
     void row(const inspect::row_t &row) override;
+    void save(const inspect::archivedLog_t &log) override;
+    void commit(bool isLast) override;
+    bool isFull() const override;
+    unsigned patience() const override { return 0; }
+    bool canRemove() const override { return true; }
+    void removeFrom(std::uint64_t source, std::uint64_t offset) override;
+    std::int64_t all() override { return database_.number("SELECT count(*) FROM messages"); }
 
-    /// Takes away the messages of a log from an offset on.
-    void removeFrom(std::int64_t source, std::uint64_t offset);
-
-    struct counts_t {
-        std::int64_t messages = 0, damaged = 0;
-    };
-    /// Messages that came, less those that were taken away.
-    const counts_t &counts() const { return counts_; }
-
-    static std::int64_t messageId(std::int64_t source, std::uint64_t offset) {
-        return (source << inspect::sqliteOffsetBits) + static_cast<std::int64_t>(offset);
+    static std::int64_t messageId(std::uint64_t source, std::uint64_t offset) {
+        return (static_cast<std::int64_t>(source) << inspect::sqliteOffsetBits) + static_cast<std::int64_t>(offset);
     }
 
 private:
@@ -47,8 +50,10 @@ private:
     };
 
     void prepareFile();
-    void makeTables();
-    void compareTables();
+    void renameColumns();
+    void complete(const std::string &table, const std::string &create,
+                  const std::vector<inspect::sqlColumn_t> &columns);
+    void completeSources();
     writer_t &writerOf(const inspect::table_t &table);
     void insertRow(statement_t &insert, const inspect::row_t &row);
     void insertList(statement_t &insert, const inspect::row_t &row, const inspect::cell_t &list);
@@ -57,8 +62,8 @@ private:
 
     database_t database_;
     std::vector<writer_t> writers_; // by the tables' numbers
-    std::int64_t source_ = 0, messageId_ = 0;
-    counts_t counts_;
+    std::optional<transaction_t> transaction_;
+    std::int64_t messageId_ = 0, atBegin_ = 0;
     std::vector<std::string> frontRooms_; // of the row in hand
     std::deque<std::string> rooms_;       // for texts beyond ASCII
     std::size_t roomCount_ = 0;

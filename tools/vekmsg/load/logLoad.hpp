@@ -4,14 +4,13 @@
 // Its calls that write run in a transaction of the caller's. One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/load/sqlite/archiveFile.hpp"
-#include "tools/vekmsg/load/sqlite/loadedLog.hpp"
+#include "tools/vekmsg/load/archive.hpp"
+#include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,15 +21,13 @@ std::string readBeginning(source_t &source);
 
 class logLoad_t final : private inspect::messageSink_t {
 public:
-    logLoad_t(archiveFile_t &archive, const timeFinder_t &times, std::string name)
-        : archive_(archive), times_(times), name_(std::move(name)) {}
+    logLoad_t(archive_t &archive, const timeFinder_t &times, const loadOptions_t &options, const std::string &file);
 
-    bool hasBegun() const { return log_.has_value(); }
-    const std::string &name() const { return name_; }
+    bool hasBegun() const { return hasBegun_; }
 
-    /// Enters the log by its first bytes. `isNew`: it is known to be another one than before. `isRenamable`: it may be
-    /// one that was loaded under another name.
-    void begin(std::string_view first, bool isNew, bool isRenamable);
+    /// Enters the log by its first bytes: as the one in the archive that begins so, whatever its file is called now.
+    /// `isNew`: it is known to be another one than before.
+    void begin(std::string_view first, bool isNew);
 
     /// The offset of the next byte that matters; those in front may be left out with skipTo().
     std::uint64_t needed() const;
@@ -45,30 +42,32 @@ public:
     void finish();
 
     /// Nothing more was there than is loaded, and not even that.
-    bool isCutShort() const { return hasBegun() && at_ < log_->position().offset; }
+    bool isCutShort() const { return hasBegun_ && at_ < log_.position.offset; }
     /// No message was ever found in it.
-    bool isWithoutMessages() const { return last_.size == 0 && !(log_ && log_->hasTail()); }
-    /// In a transaction, in front of the first call that writes, and behind the last one.
-    void check() const;
+    bool isWithoutMessages() const { return log_.last.size == 0 && !log_.hasTail && !hasCutOff_; }
+    /// Behind archive_t::begin(), and in front of archive_t::commit().
+    void check();
     void save();
 
 private:
     void message(const inspect::foundMessage_t &found) override;
+    bool find(const std::string &name);
+    bool isSame(const inspect::archivedLog_t &known, bool isNamedSo) const;
     std::string_view verify(std::string_view block);
     void dropTail();
 
-    archiveFile_t &archive_;
+    archive_t &archive_;
     const timeFinder_t &times_;
-    std::string name_;
-    std::optional<loadedLog_t> log_;
+    const std::string file_; // for people
+    const bool isNamed_;     // by the user: a log of another name is another one
+    inspect::archivedLog_t log_;
     inspect::logScanner_t scanner_;
     inspect::tree_t tree_;
     inspect::rowMaker_t rows_;
-    loadedLog_t::message_t last_;
-    std::string first_;    // bytes of the log
     std::string lastText_; // of the last message, or what stands in its place now
     std::uint64_t at_ = 0;
-    bool isTail_ = false, isTouched_ = false;
+    bool hasBegun_ = false, isTail_ = false, isTouched_ = false;
+    bool hasCutOff_ = false; // a message at the end waits for its rest
 };
 
 } // namespace vek::tool

@@ -1,22 +1,20 @@
-// vekmsg load into an SQLite database: the logs one behind the other, or all at once when they are followed.
+// The loader: the logs one behind the other, or all at once when they are followed.
 #include "tools/vekmsg/load/loadSummary.hpp"
-#include "tools/vekmsg/load/loaders.hpp"
-#include "tools/vekmsg/load/sqlite/logLoad.hpp"
+#include "tools/vekmsg/load/logLoad.hpp"
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace vek::tool {
 
 namespace {
 
-class sqliteLoader_t {
+class loader_t {
 public:
-    explicit sqliteLoader_t(const loadOptions_t &options)
-        : options_(options), times_(options.reading.timeExpression), archive_(options.target) {}
+    loader_t(archive_t &archive, const loadOptions_t &options)
+        : options_(options), times_(options.reading.timeExpression), archive_(archive) {}
 
     int run() {
         const std::uint64_t begun = milliseconds();
@@ -28,44 +26,34 @@ public:
         progress_.clear();
         if (!options_.isQuiet) {
             sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
-            sayHolds(options_.target, archive_.database().number("SELECT count(*) FROM messages"));
+            sayHolds(archive_.name(), archive_.all());
         }
         return status_;
     }
 
 private:
-    // Few enough that others soon see them, and enough that their cost is spread.
-    static constexpr std::int64_t messagesAtOnce = 5'000;
-
-    std::string sourceName(const std::string &file) const {
-        return options_.source.source.empty() ? file : options_.source.source;
-    }
-    bool isRenamable() const { return options_.source.source.empty(); }
-
     void begin(logLoad_t &log) {
-        if (!transaction_) {
-            transaction_.emplace(archive_.database());
-            atBegin_ = archive_.counts().messages;
-        }
+        if (!archive_.hasBegun())
+            archive_.begin();
         log.check();
     }
 
-    void commit() {
-        if (!transaction_)
+    void commit(bool isLast) {
+        committed_ = milliseconds();
+        if (!archive_.hasBegun())
             return;
         for (logLoad_t *log : logs_)
             log->save();
-        transaction_->commit();
-        transaction_.reset();
+        archive_.commit(isLast);
     }
 
     void takeBlock(logLoad_t &log, std::string_view block) {
         begin(log);
         if (!log.hasBegun())
-            log.begin(block, false, isRenamable());
+            log.begin(block, false);
         log.take(block);
-        if (archive_.counts().messages - atBegin_ >= messagesAtOnce)
-            commit();
+        if (archive_.isFull())
+            commit(false);
     }
 
     void complainAbout(const std::string &words, exitCode_t status) {
@@ -81,9 +69,10 @@ private:
     }
 
     void loadAll(const std::string &file) {
-        logLoad_t log(archive_, times_, sourceName(file));
+        logLoad_t log(archive_, times_, options_, file);
         logs_ = {&log};
         try {
+            tryPacked(file);
             const std::unique_ptr<source_t> source = openSource(file);
             progress_.start(file, source->size());
             while (readBlock(*source, log))
@@ -92,15 +81,27 @@ private:
                 failOnCutShort(file);
             if (log.hasBegun()) {
                 begin(log);
-                log.takeTail();
+                if (archive_.canRemove() || (source->isPlain() && source->size() > 0))
+                    log.takeTail();
+                else
+                    log.finish(); // which can't grow
             }
             if (log.at() > 0 && log.isWithoutMessages())
                 complainAbout("no message in " + file + "; a message begins with @@ and its number", exitDifferences);
         } catch (const usageError_t &error) {
             complainAbout(error.what(), exitUsage);
         }
-        commit();
+        commit(true);
         logs_.clear();
+    }
+
+    // Nothing of a packed file counts unless all of it is sound.
+    static void tryPacked(const std::string &file) {
+        if (file == "-")
+            return;
+        const std::unique_ptr<source_t> source = openSource(file);
+        while (!source->isPlain() && source->size() > 0 && !source->next().empty()) {
+        }
     }
 
     bool readBlock(source_t &source, logLoad_t &log) {
@@ -118,16 +119,14 @@ private:
     // A followed log. What stands at its end is loaded when it stands still.
     class followed_t final : public followedLog_t {
     public:
-        followed_t(const std::string &file, sqliteLoader_t &loader) : followedLog_t(file), loader_(loader) {
-            restart();
-        }
+        followed_t(const std::string &file, loader_t &loader) : followedLog_t(file), loader_(loader) { restart(); }
         ~followed_t() override { std::erase(loader_.logs_, log_.get()); }
 
     private:
         void take(std::string_view block) override {
             loader_.begin(*log_);
             if (!log_->hasBegun())
-                log_->begin(block, isRotated_, loader_.isRenamable() && !isRotated_);
+                log_->begin(block, isRotated_);
             loader_.takeBlock(*log_, block);
         }
         void end(bool isRotated) override {
@@ -137,7 +136,7 @@ private:
             }
             if (!isRotated)
                 return;
-            loader_.commit();
+            loader_.commit(true);
             isRotated_ = true;
             restart();
         }
@@ -153,11 +152,11 @@ private:
 
         void restart() {
             std::erase(loader_.logs_, log_.get());
-            log_ = std::make_unique<logLoad_t>(loader_.archive_, loader_.times_, loader_.sourceName(name()));
+            log_ = std::make_unique<logLoad_t>(loader_.archive_, loader_.times_, loader_.options_, name());
             loader_.logs_.push_back(log_.get());
         }
 
-        sqliteLoader_t &loader_;
+        loader_t &loader_;
         std::unique_ptr<logLoad_t> log_;
         bool isRotated_ = false;
     };
@@ -167,25 +166,26 @@ private:
         for (const std::string &name : options_.reading.files)
             logs.push_back(std::make_unique<followed_t>(name, *this));
         tool::follow(std::move(logs), [this](bool) {
-            commit();
+            if (milliseconds() - committed_ >= archive_.patience())
+                commit(false);
             return true;
         });
+        commit(true);
     }
 
     const loadOptions_t &options_;
     timeFinder_t times_;
-    archiveFile_t archive_;
-    std::optional<transaction_t> transaction_;
+    archive_t &archive_;
     std::vector<logLoad_t *> logs_; // that may have to be saved
+    std::uint64_t committed_ = 0;
     progress_t progress_;
-    std::int64_t atBegin_ = 0;
     exitCode_t status_ = exitFine;
 };
 
 } // namespace
 
-int loadIntoSqlite(const loadOptions_t &options) {
-    return sqliteLoader_t(options).run();
+int loadInto(archive_t &archive, const loadOptions_t &options) {
+    return loader_t(archive, options).run();
 }
 
 } // namespace vek::tool

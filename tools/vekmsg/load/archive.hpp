@@ -1,0 +1,64 @@
+// archive_t: a database of messages, whichever it is: the logs it holds, and rows going into it.
+//
+// What comes between two commits is there as a whole or not at all; how far a log is loaded is written with it. What it
+// does throws databaseError_t, and usageError_t when it is about one log. One thread at a time.
+#pragma once
+
+#include "tools/vekmsg/load/databaseError.hpp"
+#include "vek/inspect/archive/rows.hpp"
+#include "vek/inspect/archive/sources.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek::tool {
+
+class archive_t : public inspect::rowSink_t {
+public:
+    struct counts_t {
+        std::int64_t messages = 0, damaged = 0;
+    };
+
+    virtual ~archive_t() = default;
+
+    virtual const std::string &name() const = 0; ///< for people
+
+    /// Logs that may be this one: those that begin with the same bytes, and the latest of its name.
+    virtual std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) = 0;
+    /// Gives a new log its number, or prepares one that was found for more of its rows. `isNew`: it is another one even
+    /// when one begins the same.
+    virtual void enter(inspect::archivedLog_t &log, bool isNew) = 0;
+
+    virtual void begin() = 0;
+    virtual bool hasBegun() const = 0;
+    /// In front of what comes of a log behind begin(): throws when another loader has gone on with it.
+    virtual void check(const inspect::archivedLog_t &log) = 0;
+    virtual void save(const inspect::archivedLog_t &log) = 0;
+    /// `isLast`: nothing more comes for now.
+    virtual void commit(bool isLast) = 0;
+    /// There is so much that it should be committed.
+    virtual bool isFull() const = 0;
+    /// Milliseconds that a followed log's rows may wait for others.
+    virtual unsigned patience() const = 0;
+
+    /// Whether rows can be taken away again, as those of a message that was cut off.
+    virtual bool canRemove() const = 0;
+    /// Takes away the messages of a log from an offset on.
+    virtual void removeFrom(std::uint64_t log, std::uint64_t offset) = 0;
+
+    /// Messages that came, less those that were taken away; and all that are there.
+    const counts_t &counts() const { return counts_; }
+    virtual std::int64_t all() = 0;
+
+protected:
+    counts_t counts_;
+};
+
+std::unique_ptr<archive_t> openSqlite(const std::string &file);
+/// `isPatient`: it waits for ever for a server that is away.
+std::unique_ptr<archive_t> openCluster(const std::string &url, bool isPatient);
+
+} // namespace vek::tool

@@ -1,0 +1,68 @@
+// claims_t: which loader may send rows of which logs. Claims are rows of the table of sources, numbered; the highest
+// one of a log counts, and a server takes rows only under it. So what arrives late, or comes from a loader that another
+// one has followed, changes nothing.
+//
+// One thread at a time.
+#pragma once
+
+#include "tools/vekmsg/load/clickhouse/clusterServer.hpp"
+#include "vek/inspect/archive/sources.hpp"
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vek::tool {
+
+class claims_t {
+public:
+    explicit claims_t(clusterServer_t &server) : server_(server) {}
+
+    /// A log as the server has it.
+    struct known_t {
+        inspect::archivedLog_t log;
+        bool isSettled = false; ///< all rows in front of its position are there, and none behind
+    };
+    /// Those for which a condition on the table of sources is true.
+    std::vector<known_t> find(const std::string &condition);
+
+    /// Claims a log, and waits until nothing that was sent under another claim of it is on its way into the tables.
+    void claim(const inspect::archivedLog_t &log);
+    /// The same anew for all logs, when it is not known what became of rows that were sent. Throws databaseError_t when
+    /// another loader has claimed one of them since.
+    void renew(std::uint64_t above = 0);
+    /// Throws databaseError_t when another loader has claimed one of the logs.
+    void verify();
+    /// Says how far logs are loaded.
+    void save(std::span<const inspect::archivedLog_t> logs, bool isSettled);
+
+    bool holds(std::uint64_t number) const { return logs_.contains(number); }
+    /// Lets go what was settled.
+    void clear() { logs_.clear(); }
+
+    /// The logs of a row, as a condition that is true as long as their claims count.
+    std::string condition(std::span<const std::uint64_t> numbers) const;
+    /// A name for the next query that sends rows.
+    std::string nextQueryName();
+
+private:
+    void insert(std::span<const inspect::archivedLog_t> logs, bool isSettled);
+    std::set<std::uint64_t> claimsOf(std::span<const std::uint64_t> numbers);
+    void raise(std::uint64_t above);
+    void waitForOthers(const std::set<std::uint64_t> &others);
+    std::vector<std::uint64_t> numbers() const;
+    [[noreturn]] void refuse() const;
+
+    clusterServer_t &server_;
+    std::map<std::uint64_t, inspect::archivedLog_t> logs_; // by number
+    std::set<std::uint64_t> own_;                          // all claims that were made
+    std::uint64_t claim_ = 0, queries_ = 0;
+};
+
+/// "1, 2, 3"
+std::string listed(std::span<const std::uint64_t> numbers);
+
+} // namespace vek::tool

@@ -1,0 +1,213 @@
+#include "tools/vekmsg/load/logLoad.hpp"
+
+#include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/forms/forms.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <unistd.h>
+
+namespace vek::tool {
+
+namespace {
+
+using inspect::archivedLog_t;
+
+// As names stand in an archive.
+std::string kept(std::string_view name) {
+    std::string room;
+    return std::string(inspect::wellFormed(name, room));
+}
+
+// The one spelling of a file's name, packed or not.
+std::string plainPath(const std::string &name) {
+    std::error_code error;
+    std::filesystem::path path = std::filesystem::weakly_canonical(name, error);
+    if (error)
+        path = name;
+    if (path.extension() == ".gz" || path.extension() == ".zst")
+        path.replace_extension();
+    return path.string();
+}
+
+// How much two logs have in common at their beginnings when one of them is the other's beginning; else 0.
+std::size_t commonBeginning(std::string_view one, std::string_view other) {
+    const std::size_t size = std::min(one.size(), other.size());
+    return one.substr(0, size) == other.substr(0, size) ? size : 0;
+}
+
+std::string nowInWords() {
+    using namespace std::chrono;
+    inspect::logTime_t now{duration_cast<microseconds>(system_clock::now().time_since_epoch()).count(), true, true};
+    now.microseconds -= now.microsecond();
+    return now.inWords();
+}
+
+std::string userAndMachine() {
+    char machine[256] = "";
+    gethostname(machine, sizeof machine - 1);
+    return environment("USER").value_or(environment("LOGNAME").value_or("")) + "@" + machine;
+}
+
+} // namespace
+
+logLoad_t::logLoad_t(archive_t &archive, const timeFinder_t &times, const loadOptions_t &options,
+                     const std::string &file)
+    : archive_(archive), times_(times), file_(file), isNamed_(!options.source.source.empty()) {
+    log_.name = kept(isNamed_ ? options.source.source : file);
+    log_.device = kept(options.device);
+    log_.site = kept(options.site);
+}
+
+std::string readBeginning(source_t &source) {
+    std::string beginning;
+    while (beginning.size() < archivedLog_t::firstBytes) {
+        const std::string_view block = source.next();
+        if (block.empty())
+            break;
+        beginning += block;
+    }
+    return beginning;
+}
+
+void logLoad_t::begin(std::string_view first, bool isNew) {
+    const std::string name = log_.name;
+    log_.first = first.substr(0, archivedLog_t::firstBytes);
+    const bool isBesideOthers = !isNew && !find(name) && log_.number != 0;
+    if (isBesideOthers)
+        log_.number = 0;
+    archive_.enter(log_, isNew);
+    hasBegun_ = true;
+    if (log_.name != name && plainPath(log_.name) != plainPath(name))
+        complain(file_ + " is the log that was loaded as " + log_.name + "; it goes on there");
+    else if (isBesideOthers && !isNamed_)
+        complain(file_ + " is another log than the one that was loaded under this name; it is loaded beside it");
+    scanner_ = inspect::logScanner_t(log_.position);
+    lastText_.clear();
+}
+
+// Whether one of the archive's logs is this one, which then is taken for it. If not, the number of one that has the
+// name is left.
+bool logLoad_t::find(const std::string &name) {
+    const std::string path = plainPath(name);
+    const archivedLog_t own = log_;
+    for (archivedLog_t &known : archive_.find(own)) {
+        const bool isNamedSo = known.name == name || (!isNamed_ && plainPath(known.name) == path);
+        if (isSame(known, isNamedSo)) {
+            if (known.first.size() < own.first.size() && known.position.offset <= own.first.size())
+                known.first = own.first;
+            log_ = std::move(known);
+            return true;
+        }
+        if (isNamedSo)
+            log_.number = known.number;
+    }
+    return false;
+}
+
+bool logLoad_t::isSame(const archivedLog_t &known, bool isNamedSo) const {
+    const bool isElsewhere = (!log_.device.empty() && log_.device != known.device) ||
+                             (!log_.site.empty() && log_.site != known.site) || (isNamed_ && !isNamedSo);
+    const std::size_t common = commonBeginning(log_.first, known.first);
+    return !isElsewhere &&
+           (isNamedSo ? common > 0 : common >= archivedLog_t::tellingBytes && common == known.first.size());
+}
+
+std::uint64_t logLoad_t::needed() const {
+    if (!hasBegun_ || at_ >= log_.position.offset || log_.last.size == 0)
+        return at_;
+    const archivedLog_t::message_t &last = log_.last;
+    return at_ < last.offset + last.size ? std::max(at_, last.offset) : log_.position.offset;
+}
+
+// Goes over what was loaded before, whose last message must be there still. Returns what is new.
+std::string_view logLoad_t::verify(std::string_view block) {
+    const archivedLog_t::message_t &last = log_.last;
+    const std::uint64_t loaded = log_.position.offset;
+    const std::uint64_t start = std::max(at_, last.offset), end = std::min(at_ + block.size(), last.offset + last.size);
+    if (start < end) {
+        lastText_ += block.substr(static_cast<std::size_t>(start - at_), static_cast<std::size_t>(end - start));
+        isTouched_ = lastText_.size() < last.size || inspect::hashOf(lastText_) == last.hash;
+        if (!isTouched_)
+            throw usageError_t(file_ + " begins like a log that was loaded, but is another: byte " +
+                               std::to_string(last.offset) +
+                               " and what follows differ; load it under a name of its "
+                               "own: --source NAME");
+    }
+    const auto old = static_cast<std::size_t>(std::min<std::uint64_t>(loaded - std::min(at_, loaded), block.size()));
+    at_ += block.size();
+    return block.substr(old);
+}
+
+void logLoad_t::take(std::string_view block) {
+    isTouched_ = true;
+    if (log_.first.size() < archivedLog_t::firstBytes && at_ == log_.first.size())
+        log_.first += block.substr(0, archivedLog_t::firstBytes - log_.first.size());
+    const std::string_view news = verify(block);
+    if (news.empty())
+        return;
+    dropTail();
+    scanner_.feed(news, *this);
+}
+
+void logLoad_t::dropTail() {
+    if (log_.hasTail)
+        archive_.removeFrom(log_.number, scanner_.decided());
+    log_.hasTail = false;
+}
+
+void logLoad_t::takeTail() {
+    if (!hasBegun_ || log_.hasTail || isCutShort())
+        return;
+    isTail_ = isTouched_ = true;
+    inspect::logScanner_t ahead = scanner_;
+    const std::int64_t messages = archive_.counts().messages;
+    hasCutOff_ = false;
+    ahead.finish(*this);
+    log_.hasTail = archive_.counts().messages > messages;
+    isTail_ = false;
+    if (hasCutOff_)
+        complain(file_ + ": the log ends within a message, which is loaded when it goes on");
+}
+
+void logLoad_t::finish() {
+    if (!hasBegun_)
+        return;
+    dropTail();
+    scanner_.finish(*this);
+    isTouched_ = true;
+}
+
+void logLoad_t::message(const inspect::foundMessage_t &found) {
+    if (isTail_ && !archive_.canRemove()) {
+        hasCutOff_ = true;
+        return;
+    }
+    tree_.read(found.text);
+    rows_.make(tree_, {log_.name, found.offset, found.line, times_.in(found.lineHead), log_.number}, archive_);
+    if (isTail_)
+        return;
+    log_.last = {found.offset, found.text.size(), 0};
+    lastText_ = found.text;
+}
+
+void logLoad_t::check() {
+    if (hasBegun_ && !isTouched_)
+        archive_.check(log_);
+}
+
+void logLoad_t::save() {
+    if (!hasBegun_ || !isTouched_ || isCutShort())
+        return;
+    if (log_.last.size > 0 && log_.last.hash == 0)
+        log_.last.hash = inspect::hashOf(lastText_);
+    log_.position = scanner_.position();
+    log_.loadedAt = nowInWords();
+    log_.loadedBy = kept(userAndMachine());
+    archive_.save(log_);
+    isTouched_ = false;
+}
+
+} // namespace vek::tool

@@ -1,0 +1,16 @@
+// Rows as ClickHouse's RowBinary takes them: every number as it is in memory, so that none changes on its way.
+#pragma once
+
+#include "vek/inspect/archive/sources.hpp"
+
+#include <string>
+
+namespace vek::inspect {
+
+/// The columns in the order of clickhouseColumns().
+void appendRowBinary(std::string &out, const row_t &row);
+
+/// The columns in the order of sourceColumns().
+void appendRowBinary(std::string &out, const archivedLog_t &log);
+
+} // namespace vek::inspect
