@@ -1,5 +1,6 @@
 #include "vek/inspect/archive/rows.hpp"
 
+#include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"

@@ -292,13 +292,16 @@ formResult_t messageSaid(const envelopeNumbers_t &numbers, const said_t &said, b
     return refusals.empty() ? formResult_t{std::move(text)} : refused(std::move(refusals));
 }
 
-bool isSaidByItsWords(const tree_t &tree) {
+bool isPlain(const tree_t &tree) {
     if (!tree.envelope().isCanonical || !isPlainBody(tree, tree.body()))
         return false;
     const std::vector<node_t> &nodes = tree.nodes();
     return std::all_of(nodes.begin() + 1, nodes.end(),
-                       [&](const node_t &node) { return isPlainPair(tree, nodes[node.parent], node); }) &&
-           isClean(tree, tolerance_t::whatIsBuilt);
+                       [&](const node_t &node) { return isPlainPair(tree, nodes[node.parent], node); });
+}
+
+bool isSaidByItsWords(const tree_t &tree) {
+    return isPlain(tree) && isClean(tree, tolerance_t::whatIsBuilt);
 }
 
 } // namespace vek::inspect

@@ -88,6 +88,9 @@ formResult_t messageSaid(const envelopeNumbers_t &numbers, const said_t &said, b
 /// host reads it as it is; places are in its text. `isAnew`: a count that is not its list's is refused too.
 std::vector<refusal_t> refusalsOf(const tree_t &tree, bool isAnew = false);
 
+/// Whether a message is spelt throughout as the library spells messages. Its keys and values may be anything.
+bool isPlain(const tree_t &tree);
+
 /// Whether the words of a form say all of a message: then messageSaid() makes the very text of them.
 bool isSaidByItsWords(const tree_t &tree);
 
