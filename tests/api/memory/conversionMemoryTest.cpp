@@ -53,9 +53,9 @@ outcome_t attempt(const attempt_t &one) {
         memory::failAt(one.isWriting ? one.n : 0, one.andAllLater);
         if (structure != nullptr) {
             text = reinterpret_cast<char *>(&text);
-            const headerNumbers_t before = headerNumbers;
+            const headerNumbers_t last = headerNumbers;
             isRight &= vekValToStr(id, structure, &text) == (text == nullptr ? -1 : 0);
-            isRight &= headerNumbers.get() == (text == nullptr ? before : before.countedUp());
+            isRight &= headerNumbers.get() == (text == nullptr ? last : last.countedUp());
         }
         failures += memory::stopFailing();
         if (isRight)
