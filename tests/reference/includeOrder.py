@@ -19,7 +19,7 @@ vek/inspect/schema
 vek/inspect/message
 vek/inspect/log
 vek/inspect/check
-vek/inspect/forms
+vek/inspect/forms vek/inspect/filter
 vek/inspect/change
 vek/inspect/archive vek/inspect/exports
 tools/vekmsg/terminal

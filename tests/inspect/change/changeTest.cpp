@@ -1,5 +1,6 @@
 // Single values got and set, messages sealed from what people edit, and their differences.
 #include "vek/inspect/change/change.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "tests/support/messages.hpp"
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/change/seal.hpp"

@@ -1,6 +1,6 @@
 #include "tools/page/core/messageView.hpp"
 
-#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/forms/forms.hpp"

@@ -1,7 +1,7 @@
 // vekmsg get: one value of each message.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 
 namespace vek::tool {
 

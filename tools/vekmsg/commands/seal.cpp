@@ -33,7 +33,7 @@ public:
         sealing_.echoTag = arguments.header.echoTag;
         sealing_.sequenceNumber = arguments.header.sequenceNumber;
         if (arguments.id)
-            sealing_.id = idsNamed({*arguments.id}).front();
+            sealing_.id = idsNamed({*arguments.id}, "--as").front();
     }
 
     std::optional<std::int32_t> id() const { return sealing_.id; }

@@ -1,7 +1,7 @@
 // vekmsg table: values as CSV or TSV.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>

@@ -6,6 +6,7 @@
 #include "tools/vekmsg/reading/readingOptions.hpp"
 #include "tools/vekmsg/reading/task.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
+#include "vek/inspect/filter/expression.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -14,8 +15,8 @@
 
 namespace vek::tool {
 
-/// The ids that words of a user mean. Throws usageError_t with a suggestion.
-std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words);
+/// The ids that words of a user mean, who gave them to an option. Throws usageError_t with a suggestion.
+std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words, const std::string &option = {});
 
 class filter_t {
 public:
@@ -30,18 +31,9 @@ public:
     std::size_t longest() const { return longest_; }
 
 private:
-    enum class comparison_t : std::uint8_t { equal, different, less, greater, contains };
-    struct condition_t {
-        std::string path;
-        comparison_t comparison;
-        std::string value;
-    };
-    static condition_t conditionOf(const std::string &words);
-    static bool holds(const condition_t &condition, const inspect::tree_t &tree);
-
     std::vector<std::int32_t> ids_;
-    std::vector<condition_t> conditions_;
-    std::optional<logTime_t> since_, until_;
+    std::vector<inspect::expression_t> conditions_; // all must hold
+    std::optional<givenTime_t> since_, until_;
     timeFinder_t times_;
     std::size_t longest_;
 };

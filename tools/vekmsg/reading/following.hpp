@@ -4,8 +4,8 @@
 // One thread at a time.
 #pragma once
 
-#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <functional>
 #include <memory>

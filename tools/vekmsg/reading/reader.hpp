@@ -4,10 +4,10 @@
 // others while a file is read, each with a task of its own.
 #pragma once
 
-#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/reading/filter.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/task.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 

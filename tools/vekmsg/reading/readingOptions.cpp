@@ -25,10 +25,13 @@ void readingOptions_t::declareFollowing(argumentList_t &list) {
 
 void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSplit) {
     list.add(ids, {"--id", "Only messages of this id or name; several times for several", "ID|NAME"});
-    list.add(conditions,
-             {"--where", "Only messages in which a value is so: PATH=VALUE, !=, <, >, or ~ (contains); quote it",
-              "PATH=VALUE"});
-    list.add(since, {"--since", "Only messages of log lines of this time and later", "TIME"});
+    list.add(conditions, {"--where",
+                          "Only messages whose values are so: PATH=VALUE, !=, <, <=, >, >=, ~ (contains), =~ (regular "
+                          "expression), PATH (it is there), LIST[*] (any element), with and, or, not, ( ); quote it",
+                          "CONDITION"});
+    list.add(since,
+             {"--since", "Only messages of log lines of this time and later: a time, a date, -2h, today, yesterday",
+              "TIME"});
     list.add(until, {"--until", "Only messages of log lines of this time and earlier", "TIME"});
     declareTime(list);
     list.add(head, {"-n,--head", "Only the first N messages", "N"});

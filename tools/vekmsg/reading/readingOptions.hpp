@@ -16,8 +16,9 @@ namespace vek::tool {
 struct readingOptions_t {
     std::vector<std::string> files{"-"}; ///< standard input when none was named
     std::vector<std::string> ids, conditions;
-    std::string since, until, timeExpression;
-    std::string at; ///< instead of `until`, of who wants the state at a time
+    std::optional<std::string> since, until;
+    std::string timeExpression;
+    std::optional<std::string> at; ///< instead of `until`, of who wants the state at a time
     std::optional<std::uint64_t> head;
     bool follows = false;
     int jobs = 1;                                 ///< 0: as many as there are processors

@@ -14,8 +14,18 @@ namespace vek::tool {
 
 using inspect::logTime_t;
 
-/// What a person gives for --since: a time in one of the usual spellings, or a date alone.
-std::optional<logTime_t> timeOfArgument(std::string_view text);
+/// A time that a person gives. One that counts from now differs between logs that say their zone and others, which have
+/// the time of the place.
+struct givenTime_t {
+    logTime_t local, zoned;
+
+    /// To be compared with a time of a log.
+    const logTime_t &as(const logTime_t &time) const { return time.hasZone ? zoned : local; }
+};
+
+/// What a person gives for --since: a time in one of the usual spellings, a date alone, "-2h", "now", "today" or
+/// "yesterday".
+std::optional<givenTime_t> timeOfArgument(std::string_view text);
 
 class timeFinder_t {
 public:

@@ -2,10 +2,37 @@
 
 #include <CLI/CLI.hpp>
 
-#include <limits>
+#include <charconv>
 #include <type_traits>
 
 namespace vek::tool {
+
+namespace {
+
+// The type of a number, also of one that may be missing; void of texts.
+template <typename value_t>
+struct plain_t {
+    using type = std::conditional_t<std::is_arithmetic_v<value_t>, value_t, void>;
+};
+template <typename value_t>
+struct plain_t<std::optional<value_t>> : plain_t<value_t> {};
+
+// The library of arguments takes "-1" for the largest number, and what is too large for the largest.
+template <typename number_t>
+std::string whyNoNumber(const std::string &value, std::optional<std::uint64_t> least,
+                        std::optional<std::uint64_t> most) {
+    number_t number{};
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    const bool isRead = error == std::errc() && end == value.data() + value.size();
+    if (isRead && (!least || number >= static_cast<number_t>(*least)) &&
+        (!most || number <= static_cast<number_t>(*most)))
+        return {};
+    const std::string from = least ? " from " + std::to_string(*least) : "",
+                      to = most ? " to " + std::to_string(*most) : "";
+    return value + " is no number" + from + (to.empty() && least ? " on" : to);
+}
+
+} // namespace
 
 template <typename value_t>
 void argumentList_t::add(value_t &value, const argumentWords_t &words) {
@@ -16,13 +43,18 @@ void argumentList_t::add(value_t &value, const argumentWords_t &words) {
         option->expected(1);
     if (words.separator != '\0')
         option->delimiter(words.separator);
+    // A variable that the shell does not know is no value.
+    option->check(CLI::Validator(
+        [](const std::string &given) { return given.empty() ? std::string("the value is empty") : std::string(); },
+        std::string()));
     if (!words.oneOf.empty())
         option->check(CLI::IsMember(words.oneOf));
-    if constexpr (std::is_arithmetic_v<value_t>)
-        if (words.least) {
-            const auto most = words.most ? static_cast<value_t>(*words.most) : std::numeric_limits<value_t>::max();
-            option->check(CLI::Range(static_cast<value_t>(*words.least), most, words.most ? "" : "NONNEGATIVE"));
-        }
+    if constexpr (!std::is_same_v<typename plain_t<value_t>::type, void>)
+        option->check(CLI::Validator(
+            [least = words.least, most = words.most](const std::string &given) {
+                return whyNoNumber<typename plain_t<value_t>::type>(given, least, most);
+            },
+            std::string()));
     if (std::is_same_v<value_t, std::vector<std::string>> && words.names[0] == '-')
         option->allow_extra_args(false); // what follows its value is the next argument
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <thread>
@@ -113,6 +114,22 @@ std::optional<std::string> environment(const char *name) {
 
 void sleepMilliseconds(unsigned milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+std::int64_t secondsSinceEpoch() {
+    return std::time(nullptr);
+}
+
+std::int64_t localSeconds(std::int64_t secondsAtUtc) {
+    const auto time = static_cast<std::time_t>(secondsAtUtc);
+    std::tm here{};
+#ifdef _WIN32
+    localtime_s(&here, &time);
+    return _mkgmtime(&here);
+#else
+    localtime_r(&time, &here);
+    return timegm(&here);
+#endif
 }
 
 std::uint64_t milliseconds() {

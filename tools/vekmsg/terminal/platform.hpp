@@ -25,6 +25,9 @@ inline constexpr const char *endOfTyping = "Ctrl-D ends it";
 std::size_t terminalWidth();
 std::optional<std::string> environment(const char *name);
 void sleepMilliseconds(unsigned milliseconds);
+/// The time of day: seconds since 1970 at UTC, and the same moment on the clocks of this place.
+std::int64_t secondsSinceEpoch();
+std::int64_t localSeconds(std::int64_t secondsAtUtc);
 /// Milliseconds of a clock that never goes back.
 std::uint64_t milliseconds();
 

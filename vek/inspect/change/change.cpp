@@ -4,6 +4,7 @@
 #include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
@@ -15,20 +16,6 @@
 namespace vek::inspect {
 
 namespace {
-
-const envelopeNumber_t *headerNumberAt(const envelopeParts_t &envelope, std::string_view path) {
-    return path == "@id"       ? &envelope.id
-           : path == "@length" ? &envelope.length
-           : path == "@echo"   ? &envelope.echoTag
-           : path == "@seq"    ? &envelope.sequenceNumber
-                               : nullptr;
-}
-
-std::string valueOf(const tree_t &tree, const node_t &node) {
-    if (!node.isBody)
-        return scalarText(tree, node);
-    return wideText(tree, node).value_or(std::string(tree.value(node)));
-}
 
 change_t refusedChange(std::string why) {
     change_t change;
@@ -345,13 +332,6 @@ bool isDamaged(const envelopeParts_t &envelope) {
 }
 
 } // namespace
-
-std::optional<std::string> valueAt(const tree_t &tree, std::string_view path) {
-    if (const envelopeNumber_t *number = headerNumberAt(tree.envelope(), path))
-        return number->isThere ? std::optional(std::to_string(number->value)) : std::nullopt;
-    const node_t *node = tree.find(path);
-    return node != nullptr && node->hasValue ? std::optional(valueOf(tree, *node)) : std::nullopt;
-}
 
 change_t changed(const tree_t &tree, std::string_view path, std::string_view value, bool isForced) {
     if (const envelopeNumber_t *number = headerNumberAt(tree.envelope(), path))

@@ -14,10 +14,6 @@
 
 namespace vek::inspect {
 
-/// A value for people: texts with their separators and braces as such, 16-bit texts as UTF-8, groups as they stand.
-/// Nothing when the message has no such path.
-std::optional<std::string> valueAt(const tree_t &tree, std::string_view path);
-
 struct change_t {
     std::string text;                         ///< the changed and sealed message; empty when there is an error
     std::string error;                        ///< why not, for people, with what to do; empty when done
