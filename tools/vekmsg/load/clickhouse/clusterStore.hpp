@@ -11,6 +11,7 @@
 
 #include "tools/vekmsg/load/archive.hpp"
 #include "tools/vekmsg/load/clickhouse/claims.hpp"
+#include "vek/inspect/archive/sql.hpp"
 
 #include <cstddef>
 #include <cstdint>
