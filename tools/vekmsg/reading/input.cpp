@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/input.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/words/utf16.hpp"
 
 #include <zlib.h>
 #ifdef VEK_ZSTD
@@ -98,7 +99,7 @@ protected:
 private:
     std::string_view atEnd() const {
         if (!isComplete())
-            fail("the packed file is cut off");
+            fail("the file is cut off");
         return {};
     }
 
@@ -137,6 +138,27 @@ private:
 
     z_stream stream_{};
     bool isComplete_ = false;
+};
+
+// UTF-16, handed on as UTF-8.
+class utf16Source_t final : public packedSource_t {
+public:
+    utf16Source_t(std::unique_ptr<plainSource_t> packed, inspect::utf16_t::order_t order)
+        : packedSource_t(std::move(packed)), text_(order) {}
+
+private:
+    std::size_t unpack(std::string_view &input, std::string &room) override {
+        const std::string_view piece = input.substr(0, room.size() / 2); // two bytes become three at most
+        input.remove_prefix(piece.size());
+        utf8_.clear();
+        text_.feed(piece, utf8_);
+        utf8_.copy(room.data(), room.size());
+        return utf8_.size();
+    }
+    bool isComplete() const override { return text_.isComplete(); }
+
+    inspect::utf16_t text_;
+    std::string utf8_;
 };
 
 #ifdef VEK_ZSTD
@@ -188,6 +210,10 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
         throw usageError_t(name + " is packed with zstd, which this build can't read; unpack it first: zstd -d " +
                            name);
 #endif
+    }
+    if (const auto order = inspect::utf16_t::orderOf(start); order != inspect::utf16_t::order_t::none) {
+        complain(name + " is UTF-16, and read as UTF-8");
+        return std::make_unique<utf16Source_t>(std::move(plain), order);
     }
     return plain;
 }

@@ -1,4 +1,5 @@
-// source_t: the bytes of an input, whatever it is: a file, standard input, gzip or zstd (told by their first bytes).
+// source_t: the bytes of an input, whatever it is: a file, standard input, gzip, zstd or UTF-16 (told by their first
+// bytes).
 //
 // A source owns its file and its one block of memory. One thread at a time.
 #pragma once

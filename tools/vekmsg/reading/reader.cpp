@@ -14,12 +14,6 @@ namespace {
 
 constexpr std::size_t flushSize = std::size_t{1} << 16;
 
-// Whether a text in which no message was found is meant as one: its start is damaged, or it is a body alone.
-bool isMeantAsMessage(std::string_view text) {
-    text = inspect::trimmed(text);
-    return text.size() > 2 && (text.front() == '@' || text.front() == '{' || text.ends_with("!!"));
-}
-
 // Whether a text's start shows in which form it is: a line with something in it, or as much, or a whole message.
 bool showsItsForm(std::string_view text) {
     constexpr std::size_t enough = 64;
@@ -256,7 +250,7 @@ void reader_t::end() {
 // A small input in which no message was found may be one whose start is damaged.
 void reader_t::takeMeant() {
     input_t &input = *input_;
-    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !isMeantAsMessage(input.start))
+    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !inspect::isMeantAsMessage(input.start))
         return;
     item_t item = input.position;
     item.text = inspect::trimmed(input.start);

@@ -4,6 +4,7 @@
 
 #include "vek/api/envelope.hpp"
 #include "vek/inspect/log/private/lineCount.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -66,6 +67,12 @@ std::size_t withoutBlanks(std::string_view text, std::size_t start, std::size_t 
 }
 
 } // namespace
+
+bool isMeantAsMessage(std::string_view text) {
+    text = trimmed(text);
+    return text.size() > endMarker.size() &&
+           (text.front() == startMarker[0] || text.front() == '{' || text.ends_with(endMarker));
+}
 
 logScanner_t::logScanner_t(std::uint64_t offset, std::uint64_t line) : offset_(offset), line_(line) {}
 

@@ -43,6 +43,10 @@ protected:
     ~messageSink_t() = default;
 };
 
+/// Whether a small text in which no message was found is meant as one: its start is damaged ("@4112 ..."), or it is a
+/// body alone.
+bool isMeantAsMessage(std::string_view text);
+
 class logScanner_t {
 public:
     /// How much of a line in front of a message is kept.

@@ -1,6 +1,7 @@
 #include "vek/inspect/words/quoting.hpp"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vek::inspect {
 
@@ -16,12 +17,14 @@ bool isWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// Also not the control characters from 0x80 on, nor those that turn the direction of writing.
+constexpr characterRange_t unprintable[] = {{0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},
+                                            {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
+
 bool isPrintableCharacter(std::string_view bytes) {
     const std::uint32_t character = utf8Character(bytes);
-    return character >= 0x20 && (character < 0x7F || character >= 0xA0) &&
-           !(character >= 0x200B && character <= 0x200F) && !(character >= 0x2028 && character <= 0x202E) &&
-           !(character >= 0x2066 && character <= 0x2069) && character != 0xFEFF;
+    return std::none_of(std::begin(unprintable), std::end(unprintable), [character](const characterRange_t &range) {
+        return character >= range.first && character <= range.last;
+    });
 }
 
 void appendHex(std::string &out, char byte) {
@@ -149,6 +152,10 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
         return false;
     ++at;
     return true;
+}
+
+std::span<const characterRange_t> unprintableCharacters() {
+    return unprintable;
 }
 
 bool isPrintable(std::string_view text) {

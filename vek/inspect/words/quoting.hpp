@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,13 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes);
 
 /// Whether a text is made of printable UTF-8.
 bool isPrintable(std::string_view text);
+
+/// Characters from one to another that are not printable: control characters, and those that turn the direction of
+/// writing or have no shape. Escaped by appendQuoted(), and to be shown as marks by whoever shows texts.
+struct characterRange_t {
+    std::uint32_t first, last;
+};
+std::span<const characterRange_t> unprintableCharacters();
 
 /// A key as it stands in paths: as it is when it is a word of letters, digits and "_", else quoted.
 void appendPathKey(std::string &out, std::string_view key);
