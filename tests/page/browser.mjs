@@ -51,19 +51,33 @@ export async function says(page, selector, words) {
 
 /** Pastes a text as people do, without a clipboard of the machine. Waits until it is read. */
 export async function paste(page, text) {
+  await settled(page);
   await page.evaluate((words) => {
     document.activeElement?.blur();
     const data = new DataTransfer();
     data.setData('text/plain', words);
     document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true }));
   }, text);
+  await leaving(page);
   await reading(page);
 }
 
 /** Opens files' bytes through the page's file choice. Waits until they are read. */
 export async function openFile(page, file) {
+  await settled(page);
   await page.setInputFiles('#file', file);
+  await leaving(page);
   await reading(page);
+}
+
+// What was changed may go.
+async function leaving(page) {
+  if (await page.isVisible('#leaveDialog')) await page.click('#leaveLose');
+}
+
+/** Waits until the page has done what it was asked for. */
+export async function settled(page) {
+  await page.waitForSelector('#work:not([aria-busy])', { state: 'attached' });
 }
 
 /** Waits until what was opened is read, and a message is shown when there is one. */
@@ -73,11 +87,13 @@ export async function reading(page, timeout = 30_000) {
     return !isHidden('work') && isHidden('progress') && (!isHidden('noMessages') || !isHidden('messagePanelBody'));
   };
   await page.waitForFunction(isRead, undefined, { timeout });
+  await settled(page);
 }
 
 /** Makes a message of the list the active one, by its place in the list. */
 export async function chooseMessage(page, index) {
   await page.click(`#messages-${index}`);
+  await settled(page);
   await page.waitForSelector('#messagePanelBody:not([hidden])', { state: 'attached' });
 }
 
@@ -101,6 +117,7 @@ export async function saved(page, selector) {
  * characters.
  */
 export async function wouldSave(page, selector) {
+  await settled(page);
   return page.$eval(selector, async (button) => {
     const { createObjectURL } = URL;
     let taken;

@@ -13,7 +13,7 @@ char *pageInput(std::size_t size);
 const char *pageResult();
 std::size_t pageResultSize();
 std::int32_t pageView(std::size_t size);
-std::int32_t pageSet(std::size_t textSize, std::size_t pathSize, std::size_t valueSize);
+std::int32_t pageSet(std::size_t textSize, std::size_t pathSize, std::size_t valueSize, std::int32_t isQuoted);
 std::int32_t pageSeal(std::size_t size);
 std::int32_t pageForm(std::size_t size, std::int32_t form);
 std::int32_t pageReadForms(std::size_t size);
@@ -56,7 +56,7 @@ TEST(PageCore, SealsWhatItShowsAsDamaged) {
     // A value is set in what sealing gives.
     const std::string path = "FOCUS_VALUE", value = "2.5";
     given(damaged + path + value);
-    ASSERT_EQ(pageSet(damaged.size(), path.size(), value.size()), 1) << result();
+    ASSERT_EQ(pageSet(damaged.size(), path.size(), value.size(), 0), 1) << result();
     const std::string changed = result();
     EXPECT_TRUE(inspect::check(inspect::tree_t(changed)).empty()) << changed;
     EXPECT_NE(changed.find("{MEDIA_NAME=Vioxxlet;FOCUS_VALUE=2.500000;}"), std::string::npos) << changed;

@@ -11,9 +11,11 @@ const hostile = [
   '</pre></textarea><iframe srcdoc="<script>parent.wasHere=1</script>">',
   'javascript:window.wasHere=1',
   '{{core}}${window.wasHere=1}&lt;b&gt;&#x3c;b&#x3e;',
-  '\u202e\u0000\u0007\u2028',
+  '\u202e\u0000\u0007\u2028\u0085',
   '__proto__',
 ];
+
+const marked = (character) => [...Buffer.from(character)].map((byte) => `\\x${byte.toString(16).padStart(2, '0')}`).join('');
 
 const kindsOfElements = (page) =>
   page.$$eval('main *, header *', (all) => [...new Set(all.map((one) => one.localName))].sort().join(' '));
@@ -28,7 +30,14 @@ test('messages full of tags and quotes are shown as they are', async () => {
       const log = `${words} ${text}\n${words} ${message(4112, 43, `{MEDIA_NAME="${words}";}`)}\n`;
       await openFile(page, { name: `${words.replaceAll(/[\0/]/g, '')}.log`, mimeType: 'text/plain', buffer: Buffer.from(log) });
       await page.waitForSelector('#messagePanelBody:not([hidden])');
-      assert.equal(await page.textContent('#messageText'), text);
+      assert.equal(await page.textContent('#messageText'), text.replaceAll(/[\u0000-\u001f\u0080-\u009f\u2028\u202e]/g, marked));
+      // What would be obeyed stands nowhere, be it in a title.
+      const obeyed = await page.evaluate(() => {
+        const all = [...document.querySelectorAll('body *')].filter(({ localName }) => localName !== 'script');
+        const titles = all.map(({ title }) => title ?? '');
+        return [document.body.innerText, ...titles].filter((one) => /[\u0000-\u0008\u0080-\u009f\u2028\u202e]/.test(one));
+      });
+      assert.deepEqual(obeyed, []);
       for (const form of ['show', 'json', 'flat', 'message']) await page.selectOption('#formChoice', form);
       await page.keyboard.press('ArrowDown');
       await page.click('#differenceTab');

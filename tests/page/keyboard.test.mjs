@@ -1,7 +1,7 @@
 // Everything once without a pointer: only keys are pressed, and what has the focus has a name.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { reading, says, withPage } from './browser.mjs';
+import { reading, says, settled, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 // The id of what has the focus, else its class; nothing when the browser itself has it.
@@ -52,12 +52,20 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     assert.equal((await nameOfFocused(page)).role, 'tree');
     await page.keyboard.press('End');
     await page.keyboard.press('Enter');
+    await settled(page);
     assert.deepEqual(await nameOfFocused(page), { role: 'textbox', name: 'FOCUS_VALUE' });
     await page.keyboard.press('Control+A');
     await page.keyboard.insertText('7');
     await page.keyboard.press('Enter');
+    await settled(page);
     assert.equal(await focused(page), 'tree');
     await says(page, '#messageText', 'FOCUS_VALUE=7.000000;');
+    for (const [keys, value] of [['Control+Z', '3.500000'], ['Control+Shift+Z', '7.000000'], ['Control+Z', '3.500000'], ['Control+Y', '7.000000']]) {
+      await page.keyboard.press(keys);
+      await says(page, '#messageText', `FOCUS_VALUE=${value};`);
+    }
+    await settled(page);
+    assert.equal(await focused(page), 'tree');
 
     await tabTo(page, 'messageTab', 'Shift+Tab');
     await page.keyboard.press('ArrowRight');
@@ -79,6 +87,7 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
     await tabTo(page, 'filterWords', 'Shift+Tab');
     await page.keyboard.insertText('violet');
     await says(page, '#listCount', '4 of 5 messages');
+    assert.ok(await page.isVisible('#leftOut'), 'the status that is shown is not listed');
 
     // No stop without a name.
     const stops = new Set();

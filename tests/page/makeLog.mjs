@@ -61,8 +61,6 @@ export function* logLines(count, facts = {}) {
     if (isCut) {
       text = text.slice(0, -3);
       ++facts.damaged;
-      ++facts.gaps; // the number of a damaged message counts as missing
-      ++facts.missing;
     } else if (id === 4112) {
       facts.focus.push(Number(/FOCUS_VALUE=([\d.]+)/.exec(text)[1]));
     }

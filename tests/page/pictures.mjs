@@ -1,6 +1,6 @@
 // Makes the pictures of docs/inspector.md: pictures.mjs FOLDER
 import { mkdirSync } from 'node:fs';
-import { openFile, paste, withPage } from './browser.mjs';
+import { openFile, paste, settled, withPage } from './browser.mjs';
 import { logLines, samples } from './makeLog.mjs';
 
 const folder = process.argv[2];
@@ -8,9 +8,16 @@ mkdirSync(folder, { recursive: true });
 const log = { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from([...logLines(3000)].join('')) };
 const frames = (page) => page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
 
+// When all is shown and said.
+async function settle(page) {
+  await settled(page);
+  await page.waitForSelector('#announcer:empty', { state: 'attached' });
+  await frames(page);
+}
+
 async function picture(page, name) {
   await page.evaluate(() => document.activeElement?.blur());
-  await frames(page);
+  await settle(page);
   await page.screenshot({ path: `${folder}/${name}.png`, animations: 'disabled' });
 }
 
@@ -52,7 +59,7 @@ async function mend(page, name) {
   const row = page.locator('#tree .row', { has: page.locator('.kind-enumeration, .kind-boolean') }).first();
   await row.dblclick();
   await page.waitForSelector('#editorValue');
-  await frames(page);
+  await settle(page);
   await page.screenshot({ path: `${folder}/${name}.png`, animations: 'disabled' });
 }
 

@@ -13,6 +13,8 @@ function tool(input, ...parameters) {
   return stdout;
 }
 
+// The comment that says where the message was; behind it, an empty line.
+const withoutFirstLine = (bytes) => bytes.toString('latin1').replace(/^# -:.*\n/, '').replace(/\n$/, '');
 const withoutLineEnd = (bytes) => bytes.toString('latin1').replace(/\n$/, '');
 // The tool says where it found a message; the page has that in its list.
 const withoutPlace = (json) => json.replace(/^\{.*?(?="(id|name|echo|seq|length|problems|text|body)":)/, '{');
@@ -45,7 +47,7 @@ const toolFlat = (bytes) => withoutLineEnd(tool(bytes, 'flat')).replace(/^# -:.*
 async function compareTree(page, bytes) {
   await page.press('#tree', '*');
   await page.evaluate(async () => {
-    document.getElementById('tree').style.maxHeight = 'none'; // so that every row is in sight
+    document.getElementById('tree').style.height = '26000px'; // so that every row is in sight
     for (let frame = 0; frame < 3; ++frame) await new Promise(requestAnimationFrame);
   });
   const rows = await page.$$eval('#tree .row:not([hidden])', (all) =>
@@ -66,8 +68,10 @@ async function compare(page, bytes, isWhole) {
   assert.deepEqual(await shownProblems(page), toolProblems(bytes));
   assert.equal(await savedAs(page, 'json'), withoutPlace(withoutLineEnd(tool(bytes, 'json'))));
   assert.equal((await savedAs(page, 'flat')).trimEnd(), toolFlat(bytes));
+  assert.equal(await savedAs(page, 'show'), withoutFirstLine(tool(bytes, 'show')));
   if (await page.isVisible('#sealMessage')) await page.click('#sealMessage');
-  assert.equal(await savedAs(page, 'message'), withoutLineEnd(tool(bytes, 'seal')));
+  // What can't be sealed without losing something stays as it is.
+  assert.equal(await savedAs(page, 'message'), withoutLineEnd(tool(bytes, 'seal')) || bytes.toString('latin1'));
 }
 
 // What happens to messages on their way.
@@ -89,13 +93,13 @@ test('every sample, as it is', { timeout: 300_000 }, async () => {
   });
 });
 
-test('every sample, damaged in many ways', { timeout: 600_000 }, async () => {
+test('every sample, damaged in one of many ways', { timeout: 600_000 }, async () => {
   await withPage(async (page) => {
-    for (const [way, damage] of Object.entries(damages))
-      for (const { name, text } of samples) {
-        const damaged = damage(text);
-        if (damaged === text) continue;
-        await compare(page, Buffer.from(damaged, 'latin1'), false).catch((error) => assert.fail(`${name} with ${way}: ${error.stack}`));
-      }
+    const ways = Object.entries(damages);
+    for (const [at, { name, text }] of samples.entries()) {
+      const turned = [...ways.slice(at % ways.length), ...ways.slice(0, at % ways.length)];
+      const [way, damage] = turned.find(([, one]) => one(text) !== text);
+      await compare(page, Buffer.from(damage(text), 'latin1'), false).catch((error) => assert.fail(`${name} with ${way}: ${error.stack}`));
+    }
   });
 });

@@ -5,9 +5,14 @@
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/words/quoting.hpp"
+#include "vek/inspect/words/utf16.hpp"
+#include "vek/text/numberText.hpp"
 
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -16,6 +21,7 @@ using namespace vek::inspect;
 
 page::exchange_t exchange;
 std::unique_ptr<page::logRows_t> rows;
+std::unique_ptr<utf16_t> utf16;
 page::series_t series;
 
 // 1 with the result, or 0 with the reason in its place.
@@ -25,15 +31,42 @@ std::int32_t handOut(const formResult_t &read) {
 }
 
 // A change of a damaged message is one of the message that sealing it gives.
-change_t changedOrSealed(std::string_view text, std::string_view path, std::string_view value) {
+std::int32_t change(std::string_view text, std::string_view path, std::string_view value) {
     const tree_t tree(text);
     change_t change = changed(tree, path, value);
-    if (change.isDone() || tree.envelope().isWholeForHost())
-        return change;
     sealOptions_t options;
     options.strictness = strictness_t::certain; // the rest is for the next change
-    const formResult_t whole = seal(text, options);
-    return whole.isRead() ? changed(tree_t(whole.text), path, value) : change;
+    if (!change.isDone() && !tree.envelope().isWholeForHost())
+        if (const formResult_t whole = seal(text, options); whole.isRead())
+            change = changed(tree_t(whole.text), path, value);
+    exchange.result = change.isDone() ? change.text : change.error;
+    return change.isDone() ? 1 : 0;
+}
+
+std::int32_t refuse(std::string why) {
+    exchange.result = std::move(why);
+    return 0;
+}
+
+// A list's text, of items that end with a NUL each: "@" and the number of an element that stays as it stands, or "="
+// and a value. Nothing, and why, when one can't be an element.
+std::optional<std::string> listOf(const tree_t &tree, const node_t &list, std::string_view items, std::string &error) {
+    std::string text = "{";
+    for (std::size_t end; (end = items.find('\0')) != std::string_view::npos; items.remove_prefix(end + 1)) {
+        const std::string_view item = items.substr(1, end - 1);
+        if (items[0] == '@') {
+            const node_t &element = tree.children(list)[static_cast<std::size_t>(readInteger(item))];
+            const place_t place{element.value.start - (element.isQuoted ? 1 : 0),
+                                element.value.end + (element.isQuoted && !element.isQuoteOpen ? 1 : 0)};
+            text += place.in(tree.text());
+        } else if (const std::optional<std::string> value = spelt(*list.field, item, part_t::element, error)) {
+            text += *value;
+        } else {
+            return {};
+        }
+        text += ',';
+    }
+    return text + '}';
 }
 
 } // namespace
@@ -61,11 +94,41 @@ std::int32_t pageView(std::size_t size) {
     return 1;
 }
 
-std::int32_t pageSet(std::size_t textSize, std::size_t pathSize, std::size_t valueSize) {
+/// `isQuoted`: the value stands in quotes, with escapes, as pageQuote() gives it.
+std::int32_t pageSet(std::size_t textSize, std::size_t pathSize, std::size_t valueSize, std::int32_t isQuoted) {
     const std::string_view text = exchange.take(textSize), path = exchange.take(pathSize);
-    const change_t change = changedOrSealed(text, path, exchange.take(valueSize));
-    exchange.result = change.isDone() ? change.text : change.error;
-    return change.isDone() ? 1 : 0;
+    const std::string_view value = exchange.take(valueSize);
+    if (isQuoted == 0)
+        return change(text, path, value);
+    std::size_t at = 0;
+    std::string bytes;
+    if (!readQuoted(value, at, bytes) || at != value.size())
+        return refuse("the value stands in double quotes, with \\x and two digits for a byte that is no character");
+    return change(text, path, bytes);
+}
+
+/// Puts a list's elements: see listOf().
+std::int32_t pageSetList(std::size_t textSize, std::size_t pathSize, std::size_t itemsSize) {
+    const std::string_view text = exchange.take(textSize), path = exchange.take(pathSize);
+    const tree_t tree(text);
+    const node_t *list = tree.find(path);
+    if (list == nullptr || list->field == nullptr)
+        return refuse(std::string("the message has no ").append(path));
+    std::string error;
+    const std::optional<std::string> value = listOf(tree, *list, exchange.take(itemsSize), error);
+    return value ? change(text, path, *value) : refuse(std::move(error));
+}
+
+std::int32_t pageQuote(std::size_t size) {
+    appendQuoted(exchange.result, exchange.take(size));
+    return 1;
+}
+
+/// What is to be shown as marks: first and last character of each range, as 32-bit numbers.
+std::int32_t pageUnprintable() {
+    for (const characterRange_t &range : unprintableCharacters())
+        exchange.result.append(reinterpret_cast<const char *>(&range), sizeof range);
+    return 1;
 }
 
 std::int32_t pageSeal(std::size_t size) {
@@ -77,7 +140,7 @@ std::int32_t pageForm(std::size_t size, std::int32_t form) {
     const tree_t tree(exchange.take(size));
     const std::vector<finding_t> findings = check(tree);
     if (form == 0)
-        appendShow(exchange.result, tree);
+        appendShow(exchange.result, tree, {.styles = {}, .findings = findings});
     else if (form == 1)
         appendJson(exchange.result, tree, {.findings = findings});
     else
@@ -137,6 +200,33 @@ std::int32_t pageLogTake(std::size_t size) {
     rows->take(exchange.take(size), exchange.result);
     if (size == 0)
         rows.reset();
+    return 1;
+}
+
+/// The row of a message alone.
+std::int32_t pageRow(std::size_t size) {
+    const std::string_view text = exchange.take(size);
+    page::logRows_t alone;
+    alone.take(text, exchange.result);
+    alone.take({}, exchange.result);
+    return 1;
+}
+
+/// How many numbers are missing in front of each of these sequence numbers.
+std::int32_t pageMissing(std::size_t size) {
+    page::appendMissing(exchange.take(size), exchange.result);
+    return 1;
+}
+
+/// Whether a text with this beginning is UTF-16; the blocks that pageUtf16Take() gives as UTF-8 are then its own.
+std::int32_t pageUtf16Begin(std::size_t size) {
+    const utf16_t::order_t order = utf16_t::orderOf(exchange.take(size));
+    utf16 = std::make_unique<utf16_t>(order);
+    return order == utf16_t::order_t::none ? 0 : 1;
+}
+
+std::int32_t pageUtf16Take(std::size_t size) {
+    utf16->feed(exchange.take(size), exchange.result);
     return 1;
 }
 

@@ -3,11 +3,13 @@
 #include "vek/api/problem.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/log/logTime.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace vek::page {
 
@@ -29,13 +31,23 @@ void appendBytes(std::string &out, const Value &value) {
 
 void logRows_t::take(std::string_view block, std::string &out) {
     out_ = &out;
-    if (block.empty())
-        scanner_.finish(*this);
-    else
-        scanner_.feed(block, *this);
+    isSmall_ = isSmall_ && start_.size() + block.size() < largestMeant;
+    start_ = isSmall_ ? start_.append(block) : std::string();
+    if (!block.empty())
+        return scanner_.feed(block, *this);
+    scanner_.finish(*this);
+    if (isFound_ || !isSmall_ || !isMeantAsMessage(start_))
+        return;
+    foundMessage_t meant;
+    meant.text = trimmed(start_);
+    meant.isDamaged = true;
+    meant.offset = static_cast<std::uint64_t>(meant.text.data() - start_.data());
+    meant.line = 1 + static_cast<std::uint64_t>(std::count(std::as_const(start_).data(), meant.text.data(), '\n'));
+    message(meant);
 }
 
 void logRows_t::message(const foundMessage_t &found) {
+    isFound_ = true;
     // Of a message that no host reads the front alone: a page shall not be kept busy by it.
     const envelopeHead_t head = readEnvelopeHead(found.text);
     const bool isTooLong = found.text.size() >= longestReadableMessage;
@@ -53,7 +65,7 @@ void logRows_t::message(const foundMessage_t &found) {
     row.isDamaged = found.isDamaged ? 1 : 0;
     row.hasSequence = head.sequenceNumber.isThere ? 1 : 0;
     row.sequence = head.sequenceNumber.value;
-    if (!found.isDamaged && head.sequenceNumber.isThere)
+    if (head.sequenceNumber.isThere) // a damaged message is there too
         row.missing = sequences_.take(row.sequence);
     const auto tell = [&row](findingCode_t code, severity_t severity) {
         const auto bit = static_cast<std::size_t>(code);
@@ -66,6 +78,15 @@ void logRows_t::message(const foundMessage_t &found) {
         for (const finding_t &finding : check(tree_))
             tell(finding.code, finding.severity);
     appendBytes(*out_, row);
+}
+
+void appendMissing(std::string_view sequences, std::string &out) {
+    sequences_t gaps;
+    for (; sequences.size() >= sizeof(std::int32_t); sequences.remove_prefix(sizeof(std::int32_t))) {
+        std::int32_t sequence = 0;
+        std::memcpy(&sequence, sequences.data(), sizeof sequence);
+        appendBytes(out, gaps.take(sequence));
+    }
 }
 
 void series_t::choose(std::string_view paths) {

@@ -39,11 +39,18 @@ public:
     void message(const inspect::foundMessage_t &found) override;
 
 private:
+    static constexpr std::size_t largestMeant = std::size_t{1} << 18;
+
     inspect::logScanner_t scanner_;
+    std::string start_; // all of a log that is small
+    bool isSmall_ = true, isFound_ = false;
     inspect::sequences_t sequences_;
     inspect::tree_t tree_;
     std::string *out_ = nullptr;
 };
+
+/// Appends how many numbers are missing in front of each of `sequences`, all 32-bit numbers.
+void appendMissing(std::string_view sequences, std::string &out);
 
 /// The numbers that stand at some paths of messages: of an enumeration its value, of a boolean 0 or 1.
 class series_t {

@@ -88,6 +88,7 @@ private:
             json_.memberIfAny("member", field->member.path);
             json_.memberIfAny("type", field->member.type);
             json_.member("group", field->isGroup());
+            json_.member("list", field->isList());
             if (field->defaultKind == defaultKind_t::value)
                 json_.member("default", field->defaultText);
             if (!field->names.empty())

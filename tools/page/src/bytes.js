@@ -3,7 +3,7 @@
 const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
 const encoder = new TextEncoder();
 
-/** Bytes for people. */
+/** Bytes that are UTF-8, as text. */
 export const shownText = (bytes) => decoder.decode(bytes);
 
 export const bytesOf = (text) => encoder.encode(text);
@@ -12,6 +12,41 @@ export const bytesOf = (text) => encoder.encode(text);
 const firstByteCharacter = 0xef80;
 
 const isByteCharacter = (code) => code >= firstByteCharacter && code < firstByteCharacter + 0x80;
+
+const strict = new TextDecoder('utf-8', { ignoreBOM: true, fatal: true });
+
+function decoded(bytes) {
+  try {
+    return strict.decode(bytes);
+  } catch {
+    return undefined;
+  }
+}
+
+const byteCharacter = (byte) => String.fromCharCode(firstByteCharacter + (byte & 0x7f));
+const byByte = (text) => text.replaceAll(/[\uef80-\uefff]/g, (character) => Array.from(encoder.encode(character), byteCharacter).join(''));
+
+/** Bytes as the core's JSON has them: those that are no UTF-8 are characters of their own, as are those of these. */
+export function coreText(bytes) {
+  const whole = decoded(bytes);
+  if (whole !== undefined) return byByte(whole);
+  let text = '';
+  for (let at = 0; at < bytes.length; ) {
+    const lead = bytes[at];
+    const size = lead < 0x80 ? 1 : lead < 0xe0 ? 2 : lead < 0xf0 ? 3 : 4;
+    const character = decoded(bytes.subarray(at, at + size));
+    text += character === undefined ? byteCharacter(lead) : byByte(character);
+    at += character === undefined ? 1 : size;
+  }
+  return text;
+}
+
+/** Where the character begins that a byte belongs to. */
+export function characterStart(bytes, at) {
+  let start = at;
+  while (start > 0 && at - start < 3 && (bytes[start] & 0xc0) === 0x80) --start;
+  return start;
+}
 
 /** The bytes that a string of the core's JSON stands for. */
 export function bytesOfCoreText(text) {
@@ -37,10 +72,5 @@ export function isSame(left, right) {
 
 /** Whether bytes are UTF-8, so that a clipboard can hold them. */
 export function isUtf8(bytes) {
-  try {
-    new TextDecoder('utf-8', { fatal: true }).decode(bytes);
-    return true;
-  } catch {
-    return false;
-  }
+  return decoded(bytes) !== undefined;
 }

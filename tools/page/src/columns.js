@@ -18,6 +18,9 @@ const layout = {
   hasSequence: [Uint8Array, 47],
 };
 
+// Beside what the core says of a message: the file that it stands in.
+const types = { ...Object.fromEntries(Object.entries(layout).map(([name, [type]]) => [name, type])), file: Uint16Array };
+
 export class Columns {
   count = 0;
   #room = 0;
@@ -27,7 +30,7 @@ export class Columns {
   }
 
   #grow(room) {
-    for (const [name, [type]] of Object.entries(layout)) {
+    for (const [name, type] of Object.entries(types)) {
       const column = new type(room);
       if (this[name]) column.set(this[name].subarray(0, this.count));
       this[name] = column;
@@ -35,8 +38,8 @@ export class Columns {
     this.#room = room;
   }
 
-  /** Takes rows as the core gives them. */
-  append(bytes) {
+  /** Takes rows as the core gives them, of a file that begins at `start`. */
+  append(bytes, file = 0, start = 0) {
     const added = bytes.byteLength / rowSize;
     if (this.count + added > this.#room) this.#grow(Math.max(this.#room * 2, this.count + added));
     for (const [name, [type, start]] of Object.entries(layout)) {
@@ -45,7 +48,24 @@ export class Columns {
       const words = new type(bytes.buffer, 0, bytes.byteLength / type.BYTES_PER_ELEMENT);
       for (let i = 0, at = start / type.BYTES_PER_ELEMENT; i < added; ++i, at += step) column[this.count + i] = words[at];
     }
+    for (let row = this.count; row < this.count + added; ++row) {
+      this.offset[row] += start;
+      this.file[row] = file;
+    }
     this.count += added;
+  }
+
+  /** Takes what the core says of a message that was changed: all but where and when it stands. */
+  change(row, bytes) {
+    for (const name of ['id', 'sequence', 'findingsLow', 'findingsHigh', 'severity', 'isDamaged', 'hasSequence']) {
+      const [type, start] = layout[name];
+      this[name][row] = new type(bytes.buffer, start, 1)[0];
+    }
+  }
+
+  /** Puts the rows into another order: `rows` has them as they shall stand. */
+  order(rows) {
+    for (const name of Object.keys(types)) this[name].set(this[name].slice(0, this.count).map((_value, at, column) => column[rows[at]]));
   }
 
   hasFinding(row, code) {

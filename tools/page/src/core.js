@@ -50,19 +50,33 @@ export class Core {
   }
 
   // A message, or why there is none.
-  #message(name, ...pieces) {
-    const { isGood, bytes } = this.#call(name, pieces);
+  #message(name, pieces, ...numbers) {
+    const { isGood, bytes } = this.#call(name, pieces, ...numbers);
     return isGood ? { bytes } : { error: shownText(bytes) };
   }
 
   view(message) {
     return this.#json('pageView', message);
   }
-  set(message, path, value) {
-    return this.#message('pageSet', message, path, value);
+  /** isQuoted: the value is as quote() gives it. */
+  set(message, path, value, isQuoted = false) {
+    return this.#message('pageSet', [message, path, value], isQuoted ? 1 : 0);
+  }
+  /** items: numbers of elements that stay as they stand, or bytes of values. */
+  setList(message, path, items) {
+    const pieces = items.flatMap((item) => [typeof item === 'number' ? bytesOf(`@${item}`) : [0x3d, ...item], [0]]);
+    return this.#message('pageSetList', [message, path, Uint8Array.from(pieces.flatMap((piece) => [...piece]))]);
+  }
+  /** Bytes in double quotes, those that are no characters to be seen as escapes. */
+  quote(bytes) {
+    return shownText(this.#call('pageQuote', [bytes]).bytes);
+  }
+  /** First and last of each range of characters that are to be shown as marks. */
+  unprintable() {
+    return new Uint32Array(this.#call('pageUnprintable', []).bytes.buffer);
   }
   seal(message) {
-    return this.#message('pageSeal', message);
+    return this.#message('pageSeal', [message]);
   }
   form(message, form) {
     return this.#call('pageForm', [message], { show: 0, json: 1, flat: 2 }[form]).bytes;
@@ -80,7 +94,7 @@ export class Core {
     return this.#call('pageIsForm', [beginning]).isGood;
   }
   readForms(text) {
-    return this.#message('pageReadForms', text);
+    return this.#message('pageReadForms', [text]);
   }
   beginLog() {
     this.#exports.pageLogBegin();
@@ -88,6 +102,21 @@ export class Core {
   /** The rows of the messages in the next block; without a block, the last ones. */
   takeLog(block = new Uint8Array()) {
     return this.#call('pageLogTake', [block]).bytes;
+  }
+  /** The row of a message alone. */
+  row(message) {
+    return this.#call('pageRow', [message]).bytes;
+  }
+  /** How many numbers are missing in front of each of these sequence numbers. */
+  missing(sequences) {
+    return new Uint32Array(this.#call('pageMissing', [new Uint8Array(sequences.buffer)]).bytes.buffer);
+  }
+  /** Whether a text with this beginning is UTF-16; takeUtf16() then gives its blocks as UTF-8. */
+  beginUtf16(beginning) {
+    return this.#call('pageUtf16Begin', [beginning]).isGood;
+  }
+  takeUtf16(block) {
+    return this.#call('pageUtf16Take', [block]).bytes;
   }
   chooseSeries(paths) {
     this.#call('pageSeriesChoose', [bytesOf(paths.join('\n'))]);

@@ -1,10 +1,12 @@
 // One message: its tree, its text in every form, its problems; changing, sealing, copying and saving it.
-import { announce, byId, element, option } from './elements.js';
-import { isSame, isUtf8, shownText } from './bytes.js';
+import { announce, busy, byId, element, option } from './elements.js';
+import { bytesOf, coreText, isSame, isUtf8, shownText } from './bytes.js';
 import { isNumeric } from './catalogue.js';
 import { Editor } from './editor.js';
+import { ListEditor } from './listEditor.js';
 import { MessageModel } from './messageModel.js';
-import { showProblems } from './problemList.js';
+import { ProblemList } from './problemList.js';
+import { show, showLines, shownWords } from './signs.js';
 import { TextView } from './textView.js';
 import { TreeView } from './treeView.js';
 import { counted, timeInWords } from './words.js';
@@ -13,18 +15,21 @@ const extensions = { message: 'txt', show: 'show.txt', json: 'json', flat: 'flat
 
 export class Detail {
   #form = 'message';
+  #formBytes; // of the form that is shown
+  #round = 0;
 
-  /** onEdit(row, bytes or undefined): the message of a row was changed, or is again what it was. */
+  /** onEdit(row, bytes): a message is to be changed; its promise is done when the page shows it. */
   constructor(core, catalogue, onEdit) {
     Object.assign(this, { core, catalogue, onEdit });
     this.tree = new TreeView({ onNode: (node) => this.#lightNode(node), onEdit: (node) => this.#edit(node) });
     this.text = new TextView((at) => this.tree.choose(this.model.nodeAt(at)));
-    this.editor = new Editor(this.tree, (path, value) => this.#set(path, value));
-    byId('formChoice').addEventListener('change', (event) => this.#showForm(event.target.value));
+    this.problems = new ProblemList((problem) => this.#goTo(problem));
+    this.editor = new Editor(this.tree, (...value) => this.#take(this.core.set(this.bytes, ...value)));
+    this.listEditor = new ListEditor((...list) => this.#take(this.#setList(...list)));
+    byId('formChoice').addEventListener('change', (event) => busy(this.#showForm(event.target.value)));
     byId('copyText').addEventListener('click', () => this.#copy());
     byId('saveText').addEventListener('click', () => this.#save());
-    byId('sealMessage').addEventListener('click', () => this.#seal());
-    byId('undoEdits').addEventListener('click', () => this.#replace(this.original));
+    byId('sealMessage').addEventListener('click', () => busy(this.#seal()));
     byId('editValue').addEventListener('click', () => this.#edit(this.tree.active));
     byId('addKeyForm').addEventListener('submit', (event) => {
       event.preventDefault();
@@ -32,30 +37,26 @@ export class Detail {
     });
   }
 
-  /** Shows the message of a log's row; `original` is what was read. */
-  show(log, row, original) {
-    Object.assign(this, { log, row, original });
-    this.#take(log.edits.get(row) ?? original);
-  }
-
-  get bytes() {
-    return this.model.bytes;
-  }
-
-  #take(bytes) {
+  /** Shows the message of a log's row. */
+  async show(log, row, bytes) {
+    const round = ++this.#round;
+    const model = await MessageModel.of(this.core, bytes);
+    if (round !== this.#round) return;
+    Object.assign(this, { log, row, model });
     this.editor.close();
-    this.model = new MessageModel(this.core, bytes);
-    const { model } = this;
+    byId('messagePanelBody').hidden = false;
     this.#showTitle();
     this.text.show(model);
     this.tree.show(model);
     this.#lightNode(this.tree.active);
-    showProblems(model, (problem) => this.#goTo(problem));
+    this.problems.show(model);
     this.#showAddable();
-    this.#showForm(this.#form);
-    byId('undoEdits').hidden = !this.log.edits.has(this.row);
-    const { error, bytes: sealed } = this.core.seal(bytes);
-    byId('sealMessage').hidden = error !== undefined || isSame(sealed, bytes);
+    const [{ error, bytes: sealed }] = await Promise.all([this.core.seal(bytes), this.#showForm(this.#form)]);
+    if (round === this.#round) byId('sealMessage').hidden = error === undefined && isSame(sealed, bytes);
+  }
+
+  get bytes() {
+    return this.model?.bytes;
   }
 
   #showTitle() {
@@ -65,8 +66,8 @@ export class Detail {
     const known = this.catalogue.find(id);
     byId('messageName').textContent = view.name ?? this.catalogue.name(id);
     const time = timeInWords(columns.microseconds[this.row], columns.hasDate[this.row] === 1);
-    const facts = [known?.constant, time, `line ${columns.line[this.row]}`, counted(this.bytes.length, 'byte')];
-    byId('messageFacts').textContent = facts.filter(Boolean).join(' · ');
+    const facts = [known?.constant, time, this.log.placeOf(this.row), counted(this.bytes.length, 'byte')];
+    show(byId('messageFacts'), facts.filter(Boolean).join(' · '));
     byId('messageAbout').textContent = known?.about ?? '';
   }
 
@@ -74,8 +75,7 @@ export class Detail {
     if (!node) return;
     this.text.light(node.whole.start < node.whole.end ? node.whole : undefined);
     const { field } = node;
-    const isEditable = this.model.editorOf(node) !== undefined;
-    byId('editValue').disabled = !isEditable;
+    byId('editValue').disabled = this.model.editorOf(node) === undefined;
     byId('plotKey').disabled = !this.#isNumber(node);
     const facts = [
       field?.words ?? 'unknown key',
@@ -83,8 +83,8 @@ export class Detail {
       field?.default !== undefined ? `default ${field.default}` : undefined,
       field?.names ? `one of ${field.names.join(', ')}` : undefined,
     ];
-    byId('pairPath').textContent = node.path;
-    byId('pairFacts').textContent = facts.filter(Boolean).join(' · ');
+    show(byId('pairPath'), node.path);
+    show(byId('pairFacts'), facts.filter(Boolean).join(' · '));
   }
 
   #isNumber(node) {
@@ -103,62 +103,70 @@ export class Detail {
   }
 
   #edit(node) {
-    if (node) this.editor.open(this.model, node);
+    const kind = node && this.model.editorOf(node);
+    if (kind === 'list') this.listEditor.open(this.model, node);
+    else if (kind) busy(this.editor.open(node, kind, (bytes) => this.core.quote(bytes)));
+    else if (node?.count !== undefined) this.tree.openKeys(node);
   }
 
-  // The error, or nothing when it is done.
-  #set(path, value) {
-    const { bytes, error } = this.core.set(this.bytes, path, value);
+  // A list that the message has not is made element by element.
+  async #setList(path, items, isNew) {
+    if (!isNew) return this.core.setList(this.bytes, path, items);
+    let made = { bytes: this.bytes };
+    for (let at = 0; at < items.length && !made.error; ++at)
+      made = await this.core.set(made.bytes, bytesOf(`${coreText(path)}[${at}]`), items[at]);
+    return made;
+  }
+
+  // Takes what a change gives: the error, or nothing when it is done.
+  async #take(change) {
+    const { row } = this;
+    const { bytes, error } = await change;
     if (error) return error;
-    this.#replace(bytes);
+    await this.onEdit(row, bytes);
     announce('Changed, and sealed again.');
     return undefined;
   }
 
-  #replace(bytes) {
-    const isOriginal = isSame(bytes, this.original);
-    this.onEdit(this.row, isOriginal ? undefined : bytes);
-    this.#take(bytes);
-  }
-
-  #seal() {
-    const { bytes, error } = this.core.seal(this.bytes);
-    if (error) return announce(error);
-    this.#replace(bytes);
-    announce('Sealed.');
-    return this.tree.focus();
+  async #seal() {
+    const error = await this.#take(this.core.seal(this.bytes));
+    announce(error === undefined ? 'Sealed.' : `Not sealed: ${shownWords(error)}`, error !== undefined);
+    this.tree.focus();
   }
 
   #showAddable() {
     const { addable } = this.model.view;
     byId('addKeyForm').hidden = addable.length === 0;
-    byId('addKey').replaceChildren(...addable.map(({ path }, at) => option(at, path)));
+    byId('addKey').replaceChildren(...addable.map(({ path }, at) => option(at, shownWords(path))));
   }
 
   #addKey() {
     const { path, field: number } = this.model.view.addable[byId('addKey').value];
     const field = this.model.view.fields[number];
     const kind = this.model.editorOf({ path, field, use: 'assigned', parent: 0, value: '' });
-    this.editor.openNew(path, path, kind, field);
+    if (kind === 'list') this.listEditor.open(this.model, { path, field });
+    else if (kind) this.editor.openNew(path, kind, field);
+    else announce(`${path} is a group: add one of its keys, as ${path}.…, once there is one.`);
   }
 
-  #formBytes() {
-    return this.#form === 'message' ? this.bytes : this.core.form(this.bytes, this.#form);
-  }
-
-  #showForm(form) {
+  async #showForm(form) {
     this.#form = form;
+    const { bytes } = this;
+    const formBytes = form === 'message' ? bytes : await this.core.form(bytes, form);
+    if (this.#form !== form || this.bytes !== bytes) return; // another was chosen meanwhile
+    this.#formBytes = formBytes;
     byId('messageText').hidden = form !== 'message';
     const other = byId('formText');
     other.hidden = form === 'message';
-    let text = form === 'message' ? '' : shownText(this.#formBytes());
+    let text = form === 'message' ? '' : coreText(formBytes);
     if (form === 'json') text = JSON.stringify(JSON.parse(text), null, 2);
-    other.textContent = text;
+    showLines(other, text);
+    byId('textSide').dataset.form = form;
   }
 
   async #copy() {
-    const bytes = this.#formBytes();
-    if (!isUtf8(bytes)) return announce('It has bytes that are no text: save it instead.');
+    const bytes = this.#formBytes;
+    if (!isUtf8(bytes)) return announce('Not copied: it has bytes that are no text. Save it instead.', true);
     const text = shownText(bytes);
     try {
       await navigator.clipboard.writeText(text);
@@ -170,7 +178,7 @@ export class Detail {
 
   #save() {
     const name = `${this.model.view.name ?? 'message'}-${this.model.view.seq ?? this.row}.${extensions[this.#form]}`;
-    saveBlob(new Blob([this.#formBytes()]), name);
+    saveBlob(new Blob([this.#formBytes]), name);
   }
 }
 

@@ -1,14 +1,15 @@
 // The difference of two messages, side by side.
-import { announce, byId, element, option, setOptions } from './elements.js';
-import { shownText } from './bytes.js';
-import { counted, number } from './words.js';
+import { announce, busy, byId, element, option, setOptions } from './elements.js';
+import { coreText } from './bytes.js';
+import { show, shown, shownWords } from './signs.js';
+import { counted } from './words.js';
 
 export class Differences {
   #marked; // a message to compare with: its bytes and what it is called
 
   constructor(core, catalogue) {
     Object.assign(this, { core, catalogue });
-    byId('compareWith').addEventListener('change', () => this.draw());
+    byId('compareWith').addEventListener('change', () => busy(this.draw()));
     byId('markMessage').addEventListener('click', () => this.#mark());
   }
 
@@ -21,16 +22,16 @@ export class Differences {
     Object.assign(this, { log, row, bytes });
     this.previous = log.previousOfKind(row);
     const choices = [];
-    if (log.edits.has(row)) choices.push(option('original', 'as it was read'));
+    if (log.originals.has(row)) choices.push(option('original', 'as it was read'));
     if (this.previous >= 0) choices.push(option('previous', `the ${this.#called(this.previous)}, the one before of its kind`));
     if (this.#marked) choices.push(option('marked', `the ${this.#marked.name}, marked`));
     setOptions(byId('compareWith'), choices);
     byId('compareForm').hidden = choices.length === 0;
-    if (!byId('differencePanel').hidden) this.draw();
+    if (!byId('differencePanel').hidden) busy(this.draw());
   }
 
   #called(row) {
-    return `${this.catalogue.name(this.log.columns.id[row])} of line ${number(this.log.columns.line[row])}`;
+    return shownWords(`${this.catalogue.name(this.log.columns.id[row])} of ${this.log.placeOf(row)}`);
   }
 
   #mark() {
@@ -53,13 +54,15 @@ export class Differences {
       byId('differenceCount').textContent = 'It is the first of its kind: mark another message to compare it with.';
       return;
     }
+    const { bytes } = this;
     const left = await this.#other(choice);
-    const found = this.core.differences(left, this.bytes);
+    const found = await this.core.differences(left, bytes);
+    if (bytes !== this.bytes || choice !== byId('compareWith').value) return;
     byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
     table.hidden = found.length === 0;
     byId('differenceRows').replaceChildren(...found.map(differenceRow));
-    byId('leftText').textContent = shownText(left);
-    byId('rightText').textContent = shownText(this.bytes);
+    show(byId('leftText'), coreText(left), true);
+    show(byId('rightText'), coreText(bytes), true);
   }
 }
 
@@ -67,6 +70,6 @@ function differenceRow({ path, left, right }) {
   const side = (value, name) =>
     value === undefined
       ? element('td', { class: 'absent', 'data-side': name }, 'not there')
-      : element('td', { class: name, 'data-side': name }, value);
-  return element('tr', {}, element('th', { scope: 'row' }, path), side(left, 'left'), side(right, 'right'));
+      : element('td', { class: name, 'data-side': name }, ...shown(value));
+  return element('tr', {}, element('th', { scope: 'row' }, ...shown(path)), side(left, 'left'), side(right, 'right'));
 }

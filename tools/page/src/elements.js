@@ -29,14 +29,31 @@ export function setOptions(select, options) {
   if (options.some((one) => one.value === chosen)) select.value = chosen;
 }
 
+let running = 0;
+
+/** Marks the page as busy until a promise is done. */
+export async function busy(promise) {
+  ++running;
+  byId('work').setAttribute('aria-busy', 'true');
+  try {
+    return await promise;
+  } finally {
+    if (--running === 0) byId('work').removeAttribute('aria-busy');
+  }
+}
+
 let announcing = 0;
 
-/** Says something to those who listen. */
-export function announce(words) {
+/** Says what was done, or, when it was refused, why: to be seen for a while, and heard by screen readers. */
+export function announce(words, isRefused = false) {
   const region = byId('announcer');
   clearTimeout(announcing);
   region.textContent = '';
-  announcing = setTimeout(() => (region.textContent = words), 50);
+  announcing = setTimeout(() => {
+    region.textContent = words;
+    region.classList.toggle('refused', isRefused);
+    announcing = setTimeout(() => (region.textContent = ''), 3000 + 60 * words.length);
+  }, 50);
 }
 
 /** Calls once in a while at most, the last time after all calls; less often when a call takes long. */

@@ -1,15 +1,63 @@
 // The filters above the list: by kind, by words, by what was found, and by the stretch that the time line shows.
-import { byId, option, seldom, setOptions } from './elements.js';
+import { busy, byId, option, seldom, setOptions } from './elements.js';
 import { Cancelled } from './reader.js';
 import { number } from './words.js';
+
+const atOnce = 200_000; // messages
+
+// Which messages hold some words: known for the first rows, and looked for in the others as they come.
+class Search {
+  isFound = new Uint8Array();
+  count = 0; // rows that were looked at
+  #stop = new AbortController();
+
+  constructor(log, words) {
+    Object.assign(this, { log, words });
+  }
+
+  end() {
+    this.#stop.abort();
+  }
+
+  /** Looks at the rows that are not known yet; onMore is called with each stretch. */
+  async run(onMore) {
+    if (this.isRunning) return;
+    this.isRunning = true;
+    try {
+      while (this.count < this.log.count) await this.#take(Math.min(this.log.count, this.count + atOnce), onMore);
+    } catch (error) {
+      if (!(error instanceof Cancelled)) throw error;
+    } finally {
+      this.isRunning = false;
+    }
+  }
+
+  async #take(end, onMore) {
+    const rows = new Uint32Array(end - this.count);
+    for (let at = 0; at < rows.length; ++at) rows[at] = this.count + at;
+    const isFound = await this.log.search(rows, this.words, this.#stop.signal);
+    const all = new Uint8Array(end);
+    all.set(this.isFound.subarray(0, this.count));
+    all.set(isFound, this.count);
+    this.isFound = all;
+    this.count = end;
+    onMore();
+  }
+
+  /** A message was changed. */
+  async update(row) {
+    if (row < this.count) this.isFound[row] = (await this.log.search([row], this.words))[0];
+  }
+}
 
 export class Filters {
   #kind = byId('filterKind');
   #words = byId('filterWords');
   #problem = byId('filterProblem');
   #range; // of the time line
-  #round = 0;
+  #search;
 
+  /** onResult(rows, whether more may come) */
   constructor(catalogue, findingNames, onResult) {
     Object.assign(this, { catalogue, findingNames, onResult });
     this.#kind.addEventListener('change', () => this.apply());
@@ -19,21 +67,39 @@ export class Filters {
     byId('clearFilters').addEventListener('click', () => this.clear());
   }
 
+  get controls() {
+    return [this.#kind, this.#words, this.#problem];
+  }
+
   reset(log) {
     this.log = log;
     this.#range = undefined;
-    for (const control of [this.#kind, this.#words, this.#problem]) control.value = '';
+    this.forget();
+    for (const control of this.controls) control.value = '';
     this.refresh();
   }
 
+  /** The rows are others now. */
+  forget() {
+    this.#search?.end();
+    this.#search = undefined;
+  }
+
   clear() {
-    for (const control of [this.#kind, this.#words, this.#problem]) control.value = '';
+    for (const control of this.controls) control.value = '';
     this.apply();
     this.#words.focus();
   }
 
   setRange(range) {
     this.#range = range;
+    this.apply();
+  }
+
+  /** A message was changed. */
+  async update(row) {
+    await this.#search?.update(row);
+    this.refresh();
     this.apply();
   }
 
@@ -58,7 +124,7 @@ export class Filters {
     ]);
   }
 
-  #test() {
+  #tests() {
     const { columns } = this.log;
     const tests = [];
     const id = this.#kind.value === '' ? undefined : Number(this.#kind.value);
@@ -73,32 +139,38 @@ export class Filters {
       const [from, to] = this.#range;
       tests.push((row) => this.log.positionOf(row) >= from && this.log.positionOf(row) <= to);
     }
+    const search = this.#searchFor(this.#words.value);
+    if (search) tests.push((row) => search.isFound[row] === 1);
     return tests;
+  }
+
+  #searchFor(words) {
+    if (this.#search?.words !== words) this.forget();
+    if (words !== '') this.#search ??= new Search(this.log, words);
+    return this.#search;
   }
 
   #passing(tests) {
     const rows = new Uint32Array(this.log.count);
     let count = 0;
-    for (let row = 0; row < rows.length; ++row) if (tests.every((test) => test(row))) rows[count++] = row;
+    for (let row = 0; row < rows.length; ++row) {
+      let passes = true;
+      for (let at = 0; passes && at < tests.length; ++at) passes = tests[at](row);
+      if (passes) rows[count++] = row;
+    }
     return rows.subarray(0, count);
   }
 
-  /** Calls onResult with the rows that pass. */
-  async apply() {
-    const round = ++this.#round;
-    const { log } = this;
-    const tests = this.#test();
-    const words = this.#words.value;
-    byId('clearFilters').hidden = this.#kind.value === '' && words === '' && this.#problem.value === '';
-    let rows = this.#passing(tests);
-    if (words !== '' && log.isComplete) {
-      try {
-        rows = await log.search(rows, words);
-      } catch (error) {
-        if (error instanceof Cancelled) return;
-        throw error;
-      }
-    }
-    if (round === this.#round) this.onResult(rows);
+  #show() {
+    const search = this.#search;
+    this.onResult(this.#passing(this.#tests()), search !== undefined && search.count < this.log.count);
+  }
+
+  /** Calls onResult with the rows that pass, again when the search has found more. */
+  apply() {
+    byId('clearFilters').hidden = this.controls.every(({ value }) => value === '');
+    this.#show();
+    const search = this.#search;
+    if (search) busy(search.run(() => this.#search === search && this.#show()));
   }
 }

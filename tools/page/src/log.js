@@ -1,19 +1,25 @@
-// The log in hand: where its messages are, what was found in them, and what people changed.
+// The log in hand: where its messages are, what was found in them, and what people changed. A change is one of the log's
+// bytes, so that searches, plots and comparisons see it as what there is.
 import { Columns } from './columns.js';
 import { Cancelled } from './reader.js';
 
+const pieceSize = 50_000; // messages
+
+const noCounts = () => ({ damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 });
+
 export class Log {
   columns = new Columns();
-  kinds = new Map(); // messages of each id
-  findings = new Map(); // messages of each finding code
-  counts = { damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 };
-  times = { first: Infinity, last: -Infinity };
-  edits = new Map(); // row to bytes
+  originals = new Map(); // of changed messages: row to the bytes that were read
+  notes = []; // what was done to read it
   done = 0;
   isComplete = false;
+  #stop = new AbortController();
 
-  constructor(name, blob, reader) {
-    Object.assign(this, { name, blob, reader });
+  /** files: [{ name, blob }]; `asking` is the worker for what is asked while another reads. */
+  constructor(name, files, reader, asking) {
+    Object.assign(this, { name, files, reader, asking });
+    this.size = files.reduce((sum, { blob }) => sum + blob.size, 0);
+    this.#forget();
   }
 
   get count() {
@@ -22,27 +28,47 @@ export class Log {
 
   /** Reads it all; onChange is called with every block. */
   async read(onChange) {
+    const onProgress = (part) => {
+      if (part.note) this.notes.push(part.note);
+      if (part.blob) {
+        this.blob = part.blob;
+        this.size = part.blob.size;
+      }
+      if (part.rows) this.#append(part);
+      this.done = part.done ?? part.unpacked ?? this.done;
+      onChange();
+    };
     try {
-      await this.reader.run('open', { blob: this.blob }, (part) => {
-        if (part.blob) this.blob = part.blob;
-        if (part.rows) this.#append(part.rows);
-        this.done = part.done ?? this.done;
-        onChange();
-      });
+      await this.reader.run('open', { files: this.files }, { onProgress, signal: this.#stop.signal });
     } catch (error) {
+      this.isCut = true;
       if (!(error instanceof Cancelled)) throw error;
-      this.isCancelled = true;
     } finally {
       this.isComplete = true;
     }
   }
 
-  #append(rows) {
-    const { columns, counts } = this;
-    let row = columns.count;
-    columns.append(rows);
-    for (; row < columns.count; ++row) {
-      this.kinds.set(columns.id[row], (this.kinds.get(columns.id[row]) ?? 0) + 1);
+  cancel() {
+    this.#stop.abort();
+  }
+
+  #append({ rows, file, start }) {
+    const first = this.columns.count;
+    this.columns.append(rows, file, start);
+    this.#countFrom(first);
+  }
+
+  #forget() {
+    this.kinds = new Map(); // messages of each id
+    this.findings = new Map(); // messages of each finding code
+    this.counts = noCounts();
+    this.times = { first: Infinity, last: -Infinity };
+  }
+
+  #countFrom(first) {
+    const { columns, counts, kinds } = this;
+    for (let row = first; row < columns.count; ++row) {
+      kinds.set(columns.id[row], (kinds.get(columns.id[row]) ?? 0) + 1);
       counts.damaged += columns.isDamaged[row];
       counts.missing += columns.missing[row];
       if (columns.missing[row] > 0) ++counts.gaps;
@@ -65,6 +91,27 @@ export class Log {
       if (this.columns.hasFinding(row, code)) this.findings.set(code, (this.findings.get(code) ?? 0) + 1);
   }
 
+  /**
+   * Puts the messages of several files in order of time; those without a time stay behind the one before in their
+   * file. Gives where each row went, or nothing when all stand as they were.
+   */
+  orderByTime() {
+    const { columns, count } = this;
+    if (this.files.length === 1) return undefined;
+    const keys = new Float64Array(count);
+    const latest = this.files.map(() => -Infinity);
+    for (let row = 0; row < count; ++row) {
+      const file = columns.file[row];
+      if (columns.microseconds[row] > latest[file]) latest[file] = columns.microseconds[row];
+      keys[row] = latest[file];
+    }
+    const rows = Uint32Array.from(keys, (_key, row) => row).sort((left, right) => (keys[left] === keys[right] ? left - right : keys[left] - keys[right]));
+    columns.order(rows);
+    const places = new Uint32Array(count);
+    rows.forEach((row, place) => (places[row] = place));
+    return places;
+  }
+
   /** Whether most messages have a time, so that time is what they are drawn over. */
   get isTimed() {
     return this.counts.timed * 2 > this.count;
@@ -75,15 +122,22 @@ export class Log {
     return this.isTimed ? this.columns.microseconds[row] : row;
   }
 
-  /** A message as it was read. */
-  async original(row) {
-    const start = this.columns.offset[row];
-    return new Uint8Array(await this.blob.slice(start, start + this.columns.size[row]).arrayBuffer());
+  /** "line 5", with the file's name when there are several. */
+  placeOf(row) {
+    const { columns, files } = this;
+    const line = `line ${columns.line[row].toLocaleString('en')}`;
+    return files.length > 1 ? `${line} of ${files[columns.file[row]].name}` : line;
   }
 
   /** A message as it is now. */
   async message(row) {
-    return this.edits.get(row) ?? this.original(row);
+    const start = this.columns.offset[row];
+    return new Uint8Array(await this.blob.slice(start, start + this.columns.size[row]).arrayBuffer());
+  }
+
+  /** A message as it was read. */
+  async original(row) {
+    return this.originals.get(row) ?? this.message(row);
   }
 
   /** The latest message of the same kind in front of this one; -1 when there is none. */
@@ -93,35 +147,72 @@ export class Log {
     return -1;
   }
 
+  // Where some messages stand.
   #places(rows) {
-    return {
-      blob: this.blob,
-      offsets: Float64Array.from(rows, (row) => this.columns.offset[row]),
-      sizes: Uint32Array.from(rows, (row) => this.columns.size[row]),
-    };
-  }
-
-  /** Of some rows, in order, those whose message holds some words. */
-  async search(rows, words) {
-    const { isFound } = await this.reader.run('search', { ...this.#places(rows), words });
-    return rows.filter((_row, at) => isFound[at] === 1);
-  }
-
-  /** The numbers at some paths of some rows, row by row. */
-  async series(rows, paths, onProgress) {
-    const { numbers } = await this.reader.run('series', { ...this.#places(rows), paths }, onProgress);
-    return numbers;
-  }
-
-  /** The log with what was changed in it. */
-  withEdits() {
-    const parts = [];
-    let at = 0;
-    for (const row of [...this.edits.keys()].sort((left, right) => left - right)) {
-      const start = this.columns.offset[row];
-      parts.push(this.blob.slice(at, start), this.edits.get(row));
-      at = start + this.columns.size[row];
+    const { offset, size } = this.columns;
+    const offsets = new Float64Array(rows.length);
+    const sizes = new Uint32Array(rows.length);
+    for (let at = 0; at < rows.length; ++at) {
+      offsets[at] = offset[rows[at]];
+      sizes[at] = size[rows[at]];
     }
-    return new Blob([...parts, this.blob.slice(at)]);
+    return { blob: this.blob, offsets, sizes };
+  }
+
+  // A job over some rows, a piece of them after the other, so that the page answers meanwhile. Results come in the order
+  // of the rows; they are read in the order of their bytes.
+  async #ask(kind, rows, parts, result, { onProgress, signal } = {}) {
+    const { offset } = this.columns;
+    const answers = kind === 'search' ? 'isFound' : 'numbers';
+    for (let from = 0; from < rows.length; from += pieceSize) {
+      const piece = rows.slice(from, from + pieceSize);
+      const order = this.files.length > 1 ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]]) : undefined;
+      const places = this.#places(order ? order.map((at) => piece[at]) : piece);
+      const some = (await this.asking.run(kind, { ...places, ...parts }, { signal }))[answers];
+      if (order) order.forEach((at, i) => (result[from + at] = some[i]));
+      else result.set(some, from);
+      onProgress?.(Math.min(1, (from + pieceSize) / rows.length));
+    }
+    return result;
+  }
+
+  /** Of some rows, in order, whether their message holds some words: 0 or 1. */
+  search(rows, words, signal) {
+    return this.#ask('search', rows, { words }, new Uint8Array(rows.length), { signal });
+  }
+
+  /** The numbers at a path of some rows. */
+  series(rows, path, options) {
+    return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), options);
+  }
+
+  /** Puts another message in a row's place. `described` is the core's row of it. */
+  async change(row, bytes, described, core) {
+    const { columns } = this;
+    const start = columns.offset[row];
+    const end = start + columns.size[row];
+    const before = await this.message(row);
+    if (!this.originals.has(row)) this.originals.set(row, before);
+    const original = this.originals.get(row);
+    if (original.length === bytes.length && original.every((byte, at) => byte === bytes[at])) this.originals.delete(row);
+    this.blob = new Blob([this.blob.slice(0, start), bytes, this.blob.slice(end)]);
+    const more = bytes.length - (end - start);
+    for (let at = 0; at < columns.count; ++at) if (columns.offset[at] > start) columns.offset[at] += more;
+    columns.size[row] = bytes.length;
+    const old = [columns.sequence[row], columns.hasSequence[row]];
+    columns.change(row, described);
+    if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) await this.#countMissing(core, columns.file[row]);
+    this.#forget();
+    this.#countFrom(0);
+  }
+
+  // Which numbers are missing in a file, from its start on.
+  async #countMissing(core, file) {
+    const { columns } = this;
+    const rows = [];
+    for (let row = 0; row < columns.count; ++row) if (columns.file[row] === file && columns.hasSequence[row]) rows.push(row);
+    const missing = await core.missing(Int32Array.from(rows, (row) => columns.sequence[row]));
+    for (let row = 0; row < columns.count; ++row) if (columns.file[row] === file) columns.missing[row] = 0;
+    rows.forEach((row, at) => (columns.missing[row] = missing[at]));
   }
 }

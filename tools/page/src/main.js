@@ -1,25 +1,37 @@
 // The page: brings the core to life and connects the parts with the log in hand.
-import { announce, byId, seldom } from './elements.js';
+import { announce, busy, byId, seldom } from './elements.js';
 import { Catalogue } from './catalogue.js';
-import { Core } from './core.js';
 import { Detail, saveBlob } from './detail.js';
 import { Differences } from './differences.js';
 import { Filters } from './filters.js';
+import { History } from './history.js';
+import { makeLeaving } from './leaving.js';
 import { Log } from './log.js';
 import { MessageList } from './messageList.js';
 import { makeOpening } from './opening.js';
 import { Plot } from './plot.js';
-import { Reader } from './reader.js';
+import { Reader, coreIn } from './reader.js';
+import { setUnprintable, shownWords } from './signs.js';
 import { makeTabs } from './tabs.js';
 import { TimeLine } from './timeLine.js';
 import { counted, number, sizeInWords } from './words.js';
 
 class Page {
-  constructor(core, wasm) {
-    this.reader = new Reader(wasm);
-    const catalogue = new Catalogue(core.catalogue());
-    this.list = new MessageList(catalogue, (row) => this.#showRow(row));
-    this.filters = new Filters(catalogue, core.findingNames(), (rows) => this.list.setRows(rows));
+  history = new History();
+
+  static async start(wasm) {
+    const asking = new Reader(wasm);
+    const core = coreIn(asking);
+    const [catalogue, findingNames, unprintable] = await Promise.all([core.catalogue(), core.findingNames(), core.unprintable()]);
+    setUnprintable(unprintable);
+    return new Page({ core, asking, reader: new Reader(wasm), catalogue: new Catalogue(catalogue), findingNames });
+  }
+
+  constructor(parts) {
+    Object.assign(this, parts);
+    const { core, catalogue } = this;
+    this.list = new MessageList(catalogue, (row) => busy(this.#showRow(row)));
+    this.filters = new Filters(catalogue, this.findingNames, (rows, hasMore) => this.list.setRows(rows, hasMore));
     this.timeLine = new TimeLine(catalogue, {
       onRow: (row) => this.#choose(row),
       onRange: (range) => this.filters.setRange(range),
@@ -28,34 +40,54 @@ class Page {
     this.differences = new Differences(core, catalogue);
     this.plot = new Plot(catalogue);
     this.chooseTab = makeTabs(byId('tabs'), (id) => this.#onTab(id));
-    makeOpening((blob, name) => this.#open(blob, name));
-    byId('cancelReading').addEventListener('click', () => this.reader.cancel());
-    byId('saveLog').addEventListener('click', () => saveBlob(this.log.withEdits(), this.log.name));
+    const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved, save: () => this.#saveLog() });
+    makeOpening(async (files) => (await mayLeave()) && busy(this.#open(files)));
+    byId('cancelReading').addEventListener('click', () => this.log.cancel());
+    byId('saveLog').addEventListener('click', () => this.#saveLog());
+    byId('undoEdit').addEventListener('click', () => busy(this.#undo()));
+    byId('redoEdit').addEventListener('click', () => busy(this.#redo()));
+    document.addEventListener('keydown', (event) => this.#key(event));
     byId('plotKey').addEventListener('click', () => this.#plotActive());
     byId('backToList').addEventListener('click', () => this.#showPane('list'));
   }
 
-  async #open(blob, name) {
-    const log = new Log(name, blob, this.reader);
+  async #open(files) {
+    this.log?.cancel();
+    const name = files.length === 1 ? files[0].name : `${counted(files.length, 'file')}`;
+    const log = new Log(name, files, this.reader, this.asking);
     this.log = log;
     this.row = undefined;
+    this.history = new History();
     this.#prepare(log);
     const refresh = () => this.log === log && this.#refresh();
     const seldomRefresh = seldom(refresh, 300);
     try {
       await log.read(seldomRefresh);
     } catch (error) {
-      byId('readingProblem').textContent = error.message;
-      announce(error.message);
+      byId('readingProblem').textContent = shownWords(error.message);
+      announce(error.message, true);
     }
     if (this.log !== log) return;
+    this.#order(log);
     refresh();
-    this.plot.reset(log);
-    announce(`${log.isCancelled ? 'Stopped: ' : ''}${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`);
+    busy(this.plot.noteComplete());
+    announce(`${log.isCut ? 'Stopped: ' : ''}${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`);
     if (log.count > 0 && this.row === undefined) this.list.choose(0);
     if (log.count === 1) this.detail.tree.focus();
-    else this.list.focus();
+    else if (document.activeElement === document.body || byId('pasteDialog').contains(document.activeElement)) this.list.focus();
     if (log.count === 1) this.#showPane('detail');
+  }
+
+  // Several files become one log; the message in sight stays.
+  #order(log) {
+    const places = log.orderByTime();
+    if (!places) return;
+    this.filters.forget();
+    this.list.reset(log);
+    const { row } = this;
+    this.row = undefined;
+    this.filters.apply();
+    if (row !== undefined) this.list.choose(places[row]);
   }
 
   #prepare(log) {
@@ -64,8 +96,7 @@ class Page {
     byId('progress').hidden = false;
     byId('messagePanelBody').hidden = true;
     byId('readingProblem').textContent = '';
-    byId('saveLog').hidden = true;
-    byId('fileName').textContent = `${log.name}, ${sizeInWords(log.blob.size)}`;
+    this.#showHistory();
     this.filters.reset(log);
     this.list.reset(log);
     this.timeLine.reset(log);
@@ -73,38 +104,51 @@ class Page {
     this.plot.reset(log);
     this.chooseTab('messageTab');
     this.#showPane('list');
+    this.#showName();
+    this.list.focus();
+  }
+
+  #showName() {
+    const { log } = this;
+    byId('fileName').textContent = shownWords([`${log.name}, ${sizeInWords(log.size)}`, ...log.notes].join(' · '));
   }
 
   #refresh() {
     const { log } = this;
     byId('progress').hidden = log.isComplete;
-    byId('progressBar').value = log.blob.size > 0 ? log.done / log.blob.size : 1;
-    byId('progressWords').textContent = `${sizeInWords(log.done)} of ${sizeInWords(log.blob.size)}, ${counted(log.count, 'message')}`;
+    byId('progressBar').value = log.size > 0 ? Math.min(1, log.done / log.size) : 1;
+    byId('progressWords').textContent = log.blob
+      ? `${sizeInWords(log.done)} of ${sizeInWords(log.size)}, ${counted(log.count, 'message')}`
+      : `${sizeInWords(log.done)} unpacked`;
+    this.#showName();
     this.#showSummary();
     this.filters.refresh();
     this.filters.apply();
+    this.plot.refresh();
     this.timeLine.draw();
     byId('overview').hidden = log.count < 2;
     byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
   }
 
   #showSummary() {
-    const { count, counts, kinds } = this.log;
+    const { log } = this;
+    const { count, counts, kinds } = log;
     const facts = [counted(count, 'message'), counted(kinds.size, 'kind')];
     if (counts.withErrors > 0) facts.push(`${number(counts.withErrors)} with errors`);
     if (counts.damaged > 0) facts.push(`${number(counts.damaged)} damaged`);
     if (counts.gaps > 0) facts.push(`${counted(counts.gaps, 'gap')} with ${number(counts.missing)} missing`);
+    if (!log.isComplete) facts.push('still reading');
+    else if (log.isCut) facts.push(`only the first ${sizeInWords(log.done)} of ${sizeInWords(log.size)} were read`);
     byId('summary').textContent = facts.join(' · ');
   }
 
   async #showRow(row) {
     const { log } = this;
     this.row = row;
-    const original = await log.original(row);
+    const bytes = await log.message(row);
     if (this.log !== log || this.row !== row) return;
-    byId('messagePanelBody').hidden = false;
-    this.detail.show(log, row, original);
-    this.differences.show(log, row, this.detail.bytes);
+    await this.detail.show(log, row, bytes);
+    if (this.log === log && this.row === row) this.differences.show(log, row, bytes);
   }
 
   #choose(row) {
@@ -112,17 +156,64 @@ class Page {
     this.list.focus();
   }
 
-  #edit(row, bytes) {
-    if (bytes) this.log.edits.set(row, bytes);
-    else this.log.edits.delete(row);
-    byId('saveLog').hidden = this.log.edits.size === 0;
+  async #edit(row, bytes) {
+    const before = await this.log.message(row);
+    this.history.add({ row, before, after: bytes });
+    await this.#put(row, bytes);
+  }
+
+  // A message becomes another, everywhere.
+  async #put(row, bytes) {
+    const { log } = this;
+    await log.change(row, bytes, await this.core.row(bytes), this.core);
+    this.#showHistory();
+    await this.filters.update(row);
     this.list.draw();
-    if (bytes) this.differences.show(this.log, row, bytes);
+    this.#showSummary();
+    this.timeLine.draw();
+    await Promise.all([this.plot.update(row), this.row === row ? this.#showRow(row) : this.#choose(row)]);
+  }
+
+  #showHistory() {
+    const { canUndo, canRedo, isSaved } = this.history;
+    byId('undoEdit').hidden = byId('redoEdit').hidden = !canUndo && !canRedo;
+    byId('undoEdit').disabled = !canUndo;
+    byId('redoEdit').disabled = !canRedo;
+    byId('saveLog').hidden = isSaved && !canUndo;
+  }
+
+  async #undo() {
+    if (!this.history.canUndo) return;
+    const { row, before } = this.history.undo();
+    await this.#put(row, before);
+    announce('Taken back.');
+  }
+
+  async #redo() {
+    if (!this.history.canRedo) return;
+    const { row, after } = this.history.redo();
+    await this.#put(row, after);
+    announce('Done again.');
+  }
+
+  #key(event) {
+    if (!(event.ctrlKey || event.metaKey) || event.altKey || event.target.closest('input, textarea, select, dialog')) return;
+    const key = event.key.toLowerCase();
+    const isRedo = key === 'y' || (key === 'z' && event.shiftKey);
+    if (!isRedo && key !== 'z') return;
+    event.preventDefault();
+    busy(isRedo ? this.#redo() : this.#undo());
+  }
+
+  #saveLog() {
+    saveBlob(this.log.blob, this.log.files.length === 1 ? this.log.name : 'log.txt');
+    this.history.noteSaved();
+    this.#showHistory();
   }
 
   #onTab(id) {
     if (!this.log) return;
-    if (id === 'differenceTab') this.differences.draw();
+    if (id === 'differenceTab' && this.differences.bytes) busy(this.differences.draw());
     if (id === 'plotTab') this.plot.draw();
   }
 
@@ -131,7 +222,7 @@ class Page {
     if (!path) return;
     this.chooseTab('plotTab');
     byId('plotTab').focus();
-    this.plot.add(this.log.columns.id[this.row], path);
+    busy(this.plot.add(this.log.columns.id[this.row], path));
   }
 
   // On a narrow page one pane is shown at a time.
@@ -148,8 +239,7 @@ class Page {
 async function start() {
   const packed = Uint8Array.from(atob(byId('core').textContent), (character) => character.charCodeAt(0));
   const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream('gzip'));
-  const wasm = new Uint8Array(await new Response(stream).arrayBuffer());
-  const page = new Page(await Core.load(wasm), wasm);
+  const page = await Page.start(new Uint8Array(await new Response(stream).arrayBuffer()));
   byId('messages').addEventListener('click', () => page.showPane('detail'));
   byId('messages').addEventListener('keydown', ({ key }) => {
     if (key !== 'Enter') return;

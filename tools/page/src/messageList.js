@@ -1,12 +1,20 @@
 // The list of a log's messages: kind, time, sequence number, problems.
 import { byId, element } from './elements.js';
+import { lowerBound } from './search.js';
 import { VirtualList } from './virtualList.js';
+import { shownWords } from './signs.js';
 import { counted, number, timeInWords } from './words.js';
 
 const severityWords = ['', 'warnings', 'errors'];
 
+function placeIn(rows, row) {
+  const at = lowerBound(rows, row);
+  return rows[at] === row ? at : -1;
+}
+
 export class MessageList {
   #list;
+  #shown; // the row whose message is shown, be it listed or not
   rows = new Uint32Array();
 
   constructor(catalogue, onRow) {
@@ -15,7 +23,11 @@ export class MessageList {
       rowHeight: 40,
       rowRole: 'option',
       fill: (row, index) => this.#fill(row, index),
-      onActive: (index) => onRow(this.rows[index]),
+      onActive: (index) => {
+        this.#shown = this.rows[index];
+        byId('leftOut').hidden = true;
+        onRow(this.#shown);
+      },
       onKey: (event) => this.#key(event),
     });
   }
@@ -23,20 +35,26 @@ export class MessageList {
   reset(log) {
     this.log = log;
     this.#list.active = -1;
+    this.#shown = undefined;
     this.#list.root.scrollTop = 0;
     this.setRows(new Uint32Array());
   }
 
-  /** Shows these rows; the active message stays the active one while it is among them. */
-  setRows(rows) {
-    const current = this.rows[this.#list.active];
+  /** Shows these rows; the active message stays the active one while it is among them. hasMore: not all are known. */
+  setRows(rows, hasMore = false) {
     this.rows = rows;
-    this.#list.active = current === undefined ? -1 : rows.indexOf(current);
+    this.#list.active = this.#shown === undefined ? -1 : placeIn(rows, this.#shown);
     this.#list.setCount(rows.length);
     const { count } = this.log;
-    byId('listCount').textContent =
-      rows.length === count ? counted(count, 'message') : `${number(rows.length)} of ${counted(count, 'message')}`;
-    byId('noMessages').hidden = rows.length > 0 || !this.log.isComplete;
+    const words = rows.length === count ? counted(count, 'message') : `${number(rows.length)} of ${counted(count, 'message')}`;
+    const isPartial = hasMore || !this.log.isComplete;
+    byId('leftOut').hidden = this.#shown === undefined || this.#list.active >= 0;
+    byId('listCount').textContent = `${words}${hasMore ? ', searching…' : isPartial ? ' so far' : ''}`;
+    byId('noMessages').hidden = rows.length > 0 || isPartial;
+    byId('noMessages').textContent =
+      count === 0
+        ? 'There is no message in it. A message begins with @@ and its number.'
+        : 'No message passes the filters: clear them, or choose others.';
   }
 
   /** Shows the rows again. */
@@ -46,13 +64,11 @@ export class MessageList {
 
   /** Makes the message of a row the active one; the next one that is listed when it is not. */
   choose(row) {
-    let index = this.rows.findIndex((listed) => listed >= row);
-    if (index < 0) index = this.rows.length - 1;
-    this.#list.activate(index);
+    this.#list.activate(Math.min(lowerBound(this.rows, row), this.rows.length - 1));
   }
 
   focus() {
-    this.#list.root.focus();
+    this.#list.focus();
   }
 
   // "n" and "p" go to the next and the previous message that something is the matter with.
@@ -78,19 +94,20 @@ export class MessageList {
     const missing = columns.missing[row];
     element_.setAttribute('aria-setsize', this.rows.length);
     element_.setAttribute('aria-posinset', index + 1);
+    element_.title = log.files.length > 1 ? shownWords(log.placeOf(row)) : '';
     element_.replaceChildren(
       element('span', { class: `dot severity${severity}`, title: severityWords[severity] }),
       element(
         'span',
         { class: 'rowMain' },
         element('span', { class: 'rowKind' }, this.catalogue.name(columns.id[row])),
-        element('span', { class: 'rowTime' }, time || `line ${number(columns.line[row])}`),
+        element('span', { class: 'rowTime' }, time || log.placeOf(row)),
       ),
       element(
         'span',
         { class: 'rowBadges' },
         severity > 0 ? element('span', { class: 'visuallyHidden' }, `, ${severityWords[severity]}`) : null,
-        log.edits.has(row) ? element('span', { class: 'badge edited' }, 'edited') : null,
+        log.originals.has(row) ? element('span', { class: 'badge edited' }, 'edited') : null,
         missing > 0 ? element('span', { class: 'badge gap' }, `${number(missing)} missing`) : null,
         columns.isDamaged[row] ? element('span', { class: 'badge damaged' }, 'damaged') : null,
       ),

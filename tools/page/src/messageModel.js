@@ -1,4 +1,5 @@
 // One message as the page shows it: the core's view of its bytes, made into rows of a tree.
+import { lowerBound } from './search.js';
 import { labelOf } from './words.js';
 
 const headerPaths = ['@id', '@length', '@echo', '@seq'];
@@ -7,9 +8,13 @@ const headerPaths = ['@id', '@length', '@echo', '@seq'];
 const holds = (place, start, end) => place.start <= start && end <= place.end && place.start < place.end;
 
 export class MessageModel {
-  constructor(core, bytes) {
+  static async of(core, bytes) {
+    return new MessageModel(bytes, await core.view(bytes));
+  }
+
+  constructor(bytes, view) {
     this.bytes = bytes;
-    this.view = core.view(bytes);
+    this.view = view;
     this.nodes = this.view.nodes.map((node, at) => this.#node(node, at));
     this.header = headerPaths.map((path) => this.#headerNode(path));
     for (const node of this.nodes) if (node.parent !== undefined) this.nodes[node.parent].children.push(node);
@@ -24,6 +29,7 @@ export class MessageModel {
       ...node,
       ...more,
       at,
+      place: node.value, // of its value
       field: this.view.fields[more.field],
       label: labelOf(node.path, parentPath),
       children: [],
@@ -50,8 +56,7 @@ export class MessageModel {
   // A problem belongs to the innermost pair around its place.
   #giveProblems() {
     for (const problem of this.problems) {
-      const header = this.header.find(({ whole }) => holds(whole, problem.start, problem.end));
-      const node = header ?? this.nodeAt(problem.start, problem.end) ?? this.nodes[0];
+      const node = this.nodeAt(problem.start, problem.end) ?? this.nodes[0];
       problem.node = node;
       node.problems.push(problem);
     }
@@ -59,36 +64,32 @@ export class MessageModel {
 
   /** The innermost pair that holds a stretch of bytes; header numbers too. */
   nodeAt(start, end = start) {
-    const isAround = ({ whole }) => holds(whole, start, end);
-    const header = this.header.find(isAround);
+    const header = this.header.find(({ whole }) => holds(whole, start, end));
     if (header) return header;
     let found;
     for (let nodes = this.nodes[0].children; nodes; ) {
-      const next = nodes.find(isAround);
-      if (!next) break;
+      // They lie one behind the other. What begins behind the stretch can't hold it, nor can what ends in front of it.
+      let at = lowerBound(nodes, start, (node) => node.whole.end);
+      while (at < nodes.length && nodes[at].whole.start <= start && !holds(nodes[at].whole, start, end)) ++at;
+      const next = nodes[at];
+      if (!next || !holds(next.whole, start, end)) break;
       found = next;
       nodes = next.count === undefined ? undefined : next.children;
     }
     return found;
   }
 
-  /** The kind of value that people edit here; undefined when they can't. */
+  /** How people edit the value here: 'names', 'boolean', 'text', 'number' or 'list'; undefined when they can't. */
   editorOf(node) {
     const isPair = node.use === 'assigned' && node.parent !== undefined;
     if (!isPair && !(node.path.startsWith('@') && node.use === 'assigned')) return undefined;
-    const { kind } = node.field ?? {};
-    if (node.count !== undefined || kind === 'nested record') return 'group';
-    if (node.field?.group && !node.element && kind !== '16-bit character string') return 'group';
-    if (kind === 'enumeration' && node.field.names) return 'names';
+    const { kind, list, names } = node.field ?? {};
+    if (list && !node.element) return 'list';
+    if (node.count !== undefined || kind === 'nested record') return undefined; // its keys are edited
+    if (kind === 'enumeration' && names) return 'names';
     if (kind === 'boolean') return 'boolean';
     if (kind === 'string' || kind === '16-bit character string') return 'text';
     return 'number';
-  }
-
-  /** A group's value as it stands. */
-  rawValue(node) {
-    const place = this.view.nodes[node.at].value;
-    return node.value === undefined ? this.bytes.subarray(place.start, place.end) : undefined;
   }
 
   find(path) {

@@ -1,16 +1,39 @@
-// The ways in: a file, what is dropped on the page, what is pasted, and the example.
+// The ways in: files, what is dropped on the page, what is pasted, and the example.
 import exampleLog from 'page:example';
 import { byId } from './elements.js';
 
-/** onBlob(blob, name) */
-export function makeOpening(onBlob) {
+// The files of what was dropped, those in folders too, in order of their names.
+async function filesOf(items) {
+  const entries = [...items].map((item) => item.webkitGetAsEntry?.() ?? item.getAsFile()).filter(Boolean);
+  const files = [];
+  const visit = async (entry) => {
+    if (entry instanceof File) files.push(entry);
+    else if (entry.isFile) files.push(await new Promise((resolve, reject) => entry.file(resolve, reject)));
+    else {
+      const reader = entry.createReader();
+      for (;;) {
+        // A folder is read in pieces.
+        const some = await new Promise((resolve, reject) => reader.readEntries(resolve, reject));
+        if (some.length === 0) break;
+        for (const one of some) await visit(one);
+      }
+    }
+  };
+  for (const entry of entries) await visit(entry);
+  return files.sort((left, right) => (left.webkitRelativePath + left.name).localeCompare(right.webkitRelativePath + right.name));
+}
+
+const named = (files) => [...files].map((blob) => ({ blob, name: blob.name }));
+
+/** onFiles([{ blob, name }]) */
+export function makeOpening(onFiles) {
   const file = byId('file');
   const dialog = byId('pasteDialog');
   const text = byId('pasteText');
 
-  const openText = (words, name) => onBlob(new Blob([words]), name);
+  const openText = (words, name) => onFiles([{ blob: new Blob([words]), name }]);
   file.addEventListener('change', () => {
-    if (file.files.length > 0) onBlob(file.files[0], file.files[0].name);
+    if (file.files.length > 0) onFiles(named(file.files));
     file.value = '';
   });
   for (const button of document.querySelectorAll('.openFile')) button.addEventListener('click', () => file.click());
@@ -31,8 +54,8 @@ export function makeOpening(onBlob) {
   document.addEventListener('paste', (event) => {
     if (event.target.closest?.('input, textarea, select')) return;
     const words = event.clipboardData.getData('text/plain');
-    const [pasted] = event.clipboardData.files;
-    if (pasted) onBlob(pasted, pasted.name);
+    const { files } = event.clipboardData;
+    if (files.length > 0) onFiles(named(files));
     else if (words) openText(words, 'pasted text');
   });
   document.addEventListener('dragover', (event) => {
@@ -45,9 +68,9 @@ export function makeOpening(onBlob) {
   document.addEventListener('drop', (event) => {
     event.preventDefault();
     document.body.classList.remove('isDropping');
-    const [dropped] = event.dataTransfer.files;
     const words = event.dataTransfer.getData('text/plain');
-    if (dropped) onBlob(dropped, dropped.name);
+    const items = [...event.dataTransfer.items].filter(({ kind }) => kind === 'file');
+    if (items.length > 0) filesOf(items).then((files) => files.length > 0 && onFiles(named(files)));
     else if (words) openText(words, 'dropped text');
   });
 }

@@ -1,12 +1,13 @@
 // Numbers of a log's messages drawn over time or sequence, several together, with a status as bands behind them.
 import uPlot from 'uplot';
-import { announce, byId, element, option, setOptions } from './elements.js';
+import { announce, busy, byId, element, option, setOptions } from './elements.js';
 import { colour, onColourChange, seriesColour } from './colours.js';
 import { Cancelled } from './reader.js';
+import { lowerBound } from './search.js';
 import { counted, number, timeInWords } from './words.js';
 
 const mostCurves = 8;
-const plotHeight = 300;
+const leastHeight = 260;
 
 // Ticks of a clock of 24 hours, by the step from tick to tick: what is written, and where the day is new.
 const ticks = (step, clock, hasDate) => [step, clock, hasDate ? '\n{YYYY}-{MM}-{DD}' : null, null, hasDate ? '\n{MM}-{DD}' : null, null, null, null, 1];
@@ -18,9 +19,13 @@ const timeTicks = (hasDate) => [
 ];
 
 export class Plot {
-  #curves = []; // { id, path, rows, numbers }
+  #curves = []; // { id, path, rows, numbers, end }: the rows in front of `end` are known
   #bands; // { id, path, names, rows, numbers }
   #chart;
+  #isOverChosen = false; // by people
+  #kinds; // how many the keys are of
+  #stretches = []; // of the bands
+  #latest = []; // of each curve, its latest value at each place
 
   constructor(catalogue) {
     this.catalogue = catalogue;
@@ -28,8 +33,11 @@ export class Plot {
       event.preventDefault();
       this.#addNamed(byId('plotKeyName').value);
     });
-    byId('plotOver').addEventListener('change', () => this.draw());
-    byId('plotBands').addEventListener('change', () => this.#chooseBands());
+    byId('plotOver').addEventListener('change', () => {
+      this.#isOverChosen = true;
+      this.draw();
+    });
+    byId('plotBands').addEventListener('change', () => busy(this.#chooseBands()));
     byId('plotWhole').addEventListener('click', () => this.#showWhole());
     byId('plot').addEventListener('keydown', (event) => this.#key(event));
     new ResizeObserver(() => this.#resize()).observe(byId('plot'));
@@ -40,13 +48,18 @@ export class Plot {
     this.log = log;
     this.#curves = [];
     this.#bands = undefined;
+    this.#kinds = undefined;
     byId('plotBands').value = '';
+    this.#isOverChosen = false;
     this.refresh();
     this.draw();
   }
 
   /** The keys that the kinds of the log have. */
   refresh() {
+    if (!this.#isOverChosen) byId('plotOver').value = this.log.isTimed || this.log.count === 0 ? 'time' : 'sequence';
+    if (this.#kinds === this.log.kinds.size && this.keys) return;
+    this.#kinds = this.log.kinds.size;
     const keys = [...this.log.kinds.keys()].flatMap((id) =>
       this.catalogue.numbers(id).map(({ path, field }) => ({ id, path, field, label: `${this.catalogue.name(id)} ${path}` })),
     );
@@ -55,7 +68,6 @@ export class Plot {
     const isState = ({ path, field }) => field.kind !== 'double' && field.kind !== 'float' && /STATUS|STATE|SEVERITY/.test(path);
     const states = keys.filter(isState);
     setOptions(byId('plotBands'), [option('', 'no bands'), ...states.map(({ label }) => option(label, label))]);
-    byId('plotOver').value = this.log.isTimed ? 'time' : 'sequence';
   }
 
   #addNamed(label) {
@@ -65,7 +77,7 @@ export class Plot {
       return;
     }
     byId('plotKeyName').value = '';
-    this.add(key.id, key.path);
+    busy(this.add(key.id, key.path));
   }
 
   /** Draws a key of a kind with what is drawn already. */
@@ -80,20 +92,67 @@ export class Plot {
     if (!curve) return;
     this.#curves.push(curve);
     this.draw();
-    announce(`${path}: ${counted(curve.rows.length, 'value')} drawn.`);
+    announce(`${path}: ${counted(curve.rows.length, 'value')} drawn${this.log.isComplete ? '' : ' so far: the log is still being read'}.`);
   }
 
   async #read(id, path) {
     const { log } = this;
-    const rows = [];
-    for (let row = 0; row < log.count; ++row) if (log.columns.id[row] === id) rows.push(row);
+    const curve = { id, path, rows: [], numbers: [] };
     try {
-      const numbers = await log.series(rows, [path]);
-      return { id, path, rows, numbers };
+      await this.#readOn(log, curve);
+      return this.log === log ? curve : undefined;
     } catch (error) {
       if (!(error instanceof Cancelled)) byId('plotProblem').textContent = error.message;
       return undefined;
     }
+  }
+
+  // Takes the numbers of the messages that a curve has not yet.
+  async #readOn(log, curve) {
+    const rows = [];
+    const { columns, count } = log;
+    for (let row = curve.end ?? 0; row < count; ++row) if (columns.id[row] === curve.id) rows.push(row);
+    const onProgress = (share) => (byId('plotReading').textContent = `Reading ${curve.path}: ${Math.round(100 * share)} %`);
+    const numbers = await log.series(rows, curve.path, { onProgress });
+    byId('plotReading').textContent = '';
+    curve.end = count;
+    for (const [at, row] of rows.entries()) {
+      curve.rows.push(row);
+      curve.numbers.push(numbers[at]);
+    }
+  }
+
+  #all() {
+    return this.#bands ? [...this.#curves, this.#bands] : this.#curves;
+  }
+
+  /** The log is read to its end: the curves go on to it. */
+  async noteComplete() {
+    const { log } = this;
+    this.refresh();
+    if (this.#all().length === 0) return;
+    for (const curve of this.#all()) {
+      if (log.files.length > 1) Object.assign(curve, { rows: [], numbers: [], end: 0 }); // they stand in another order now
+      await this.#readOn(log, curve);
+      if (this.log !== log) return;
+    }
+    this.draw();
+  }
+
+  /** A message was changed. */
+  async update(row) {
+    const { log } = this;
+    for (const curve of this.#all()) {
+      const at = lowerBound(curve.rows, row);
+      const isOfKind = log.columns.id[row] === curve.id;
+      if (curve.rows[at] !== row && isOfKind) {
+        curve.rows.splice(at, 0, row);
+        curve.numbers.splice(at, 0, NaN);
+      }
+      if (curve.rows[at] === row) curve.numbers[at] = isOfKind ? (await log.series([row], curve.path))[0] : NaN;
+    }
+    this.refresh();
+    if (this.log === log && this.#all().length > 0) this.draw();
   }
 
   async #chooseBands() {
@@ -103,34 +162,49 @@ export class Plot {
     this.draw();
   }
 
-  #x(row) {
-    const { columns } = this.log;
-    return byId('plotOver').value === 'time' ? columns.microseconds[row] / 1e6 : columns.sequence[row];
-  }
-
   // A curve's points in order of their places; those without a place or a value are left out.
   #points({ rows, numbers }) {
-    const points = rows
-      .map((row, at) => at)
-      .filter((at) => Number.isFinite(numbers[at]) && Number.isFinite(this.#x(rows[at])));
-    const xs = Float64Array.from(points, (at) => this.#x(rows[at]));
-    const ys = Float64Array.from(points, (at) => numbers[at]);
-    if (xs.every((x, at) => at === 0 || xs[at - 1] <= x)) return { xs, ys };
+    const { columns } = this.log;
+    const isTime = byId('plotOver').value === 'time';
+    let xs = new Float64Array(rows.length);
+    let ys = new Float64Array(rows.length);
+    let count = 0;
+    let isOrdered = true;
+    for (let at = 0; at < rows.length; ++at) {
+      const x = isTime ? columns.microseconds[rows[at]] / 1e6 : columns.sequence[rows[at]];
+      if (!Number.isFinite(numbers[at]) || !Number.isFinite(x)) continue;
+      isOrdered &&= count === 0 || xs[count - 1] <= x;
+      xs[count] = x;
+      ys[count++] = numbers[at];
+    }
+    xs = xs.subarray(0, count);
+    ys = ys.subarray(0, count);
+    if (isOrdered) return { xs, ys };
     const order = Uint32Array.from(xs, (_x, at) => at).sort((left, right) => xs[left] - xs[right]);
     return { xs: xs.map((_x, at) => xs[order[at]]), ys: ys.map((_y, at) => ys[order[at]]) };
   }
 
-  // All curves over one row of places; null where a curve has no value.
+  // All curves over one row of places; null where a curve has no value. Also, of each place, each curve's latest value.
   #data() {
     const curves = this.#curves.map((curve) => this.#points(curve));
+    if (curves.length === 1) {
+      this.#latest = [curves[0].ys];
+      return [curves[0].xs, curves[0].ys];
+    }
     const next = curves.map(() => 0);
     const places = [];
     const values = curves.map(() => []);
+    this.#latest = curves.map(() => []);
     for (;;) {
-      const x = curves.reduce((least, { xs }, at) => (next[at] < xs.length ? Math.min(least, xs[next[at]]) : least), Infinity);
+      let x = Infinity;
+      for (let at = 0; at < curves.length; ++at) if (next[at] < curves[at].xs.length) x = Math.min(x, curves[at].xs[next[at]]);
       if (x === Infinity) return [places, ...values];
       places.push(x);
-      curves.forEach(({ xs, ys }, at) => values[at].push(xs[next[at]] === x ? ys[next[at]++] : null));
+      for (let at = 0; at < curves.length; ++at) {
+        const value = curves[at].xs[next[at]] === x ? curves[at].ys[next[at]++] : null;
+        values[at].push(value);
+        this.#latest[at].push(value ?? this.#latest[at].at(-1));
+      }
     }
   }
 
@@ -141,6 +215,7 @@ export class Plot {
     byId('plotWhole').hidden = true;
     this.#listCurves();
     if (!this.log || this.#curves.length === 0 || byId('plotPanel').hidden) return;
+    this.#findStretches();
     this.#chart = new uPlot(this.#options(), this.#data(), byId('plot'));
     const bands = this.#bands ? `, with bands of ${this.#bands.path}` : '';
     byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}${bands}`);
@@ -166,7 +241,7 @@ export class Plot {
     }));
     return {
       width: byId('plot').clientWidth,
-      height: plotHeight,
+      height: this.#height(),
       legend: { show: false },
       tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1e3), 'Etc/UTC'),
       cursor: { drag: { x: true, y: false } },
@@ -181,19 +256,18 @@ export class Plot {
     };
   }
 
-  // The stretches in which a status stayed the same.
-  #stretches() {
-    const { rows, numbers, names } = this.#bands;
-    const stretches = [];
-    rows.forEach((row, at) => {
-      const x = this.#x(row);
-      if (!Number.isFinite(x) || !Number.isFinite(numbers[at])) return;
-      const latest = stretches.at(-1);
-      if (latest?.value === numbers[at]) return;
-      if (latest) latest.end = x;
-      stretches.push({ value: numbers[at], name: names?.[numbers[at]] ?? String(numbers[at]), start: x, end: Infinity });
-    });
-    return stretches;
+  // The stretches in which a status stayed the same, in order.
+  #findStretches() {
+    this.#stretches = [];
+    if (!this.#bands) return;
+    const { names } = this.#bands;
+    const { xs, ys } = this.#points(this.#bands);
+    for (let at = 0; at < xs.length; ++at) {
+      const latest = this.#stretches.at(-1);
+      if (latest?.value === ys[at]) continue;
+      if (latest) latest.end = xs[at];
+      this.#stretches.push({ value: ys[at], name: names?.[ys[at]] ?? String(ys[at]), start: xs[at], end: Infinity });
+    }
   }
 
   #drawBands(plot) {
@@ -204,7 +278,7 @@ export class Plot {
     context.save();
     context.font = `${11 * ratio}px ${getComputedStyle(document.body).fontFamily}`;
     context.textBaseline = 'top';
-    for (const { value, name, start, end } of this.#stretches()) {
+    for (const { value, name, start, end } of this.#stretches) {
       const left = Math.max(bbox.left, plot.valToPos(start, 'x', true));
       const right = Math.min(bbox.left + bbox.width, end === Infinity ? Infinity : plot.valToPos(end, 'x', true));
       if (right <= left) continue;
@@ -227,10 +301,10 @@ export class Plot {
   #noteCursor(plot) {
     const at = plot.cursor.idx;
     if (at === null || at === undefined) return;
-    const values = this.#curves.map(({ path }, curve) => [path, latest(plot.data[curve + 1], at)]);
+    const values = this.#curves.map(({ path }, curve) => [path, this.#latest[curve][at]]);
     const x = plot.data[0][at];
     const when = byId('plotOver').value === 'time' ? timeInWords(x * 1e6, this.log.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
-    const band = this.#bands && this.#stretches().findLast(({ start }) => start <= x);
+    const band = this.#stretches[lowerBound(this.#stretches, x + 1e-9, ({ start }) => start) - 1];
     if (band) values.push([this.#bands.path, band.name]);
     byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value ?? 'not yet known'}`).join(', ')}`;
   }
@@ -260,9 +334,16 @@ export class Plot {
     byId('plotKeyName').focus();
   }
 
+  // What the pane has left below the form.
+  #height() {
+    const pane = byId('detailPane').getBoundingClientRect();
+    const room = pane.bottom - byId('plot').getBoundingClientRect().top - byId('plotReading').offsetHeight - 30;
+    return matchMedia('(max-width: 800px)').matches ? leastHeight : Math.max(leastHeight, room);
+  }
+
   #resize() {
     const width = byId('plot').clientWidth;
-    if (this.#chart && width > 0 && width !== this.#chart.width) this.#chart.setSize({ width, height: plotHeight });
+    if (this.#chart && width > 0 && width !== this.#chart.width) this.#chart.setSize({ width, height: this.#height() });
   }
 
   // Reads off and zooms without a pointer.
@@ -299,10 +380,3 @@ export class Plot {
 }
 
 const curveStyle = (path, stroke) => ({ label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 } });
-
-// A value stays until there is the next one.
-function latest(values, at) {
-  let from = at;
-  while (from > 0 && values[from] === null) --from;
-  return values[from];
-}

@@ -1,4 +1,4 @@
-// The page's side of the worker: one job at a time, each a promise.
+// The page's side of a worker: jobs side by side, each a promise.
 import workerSource from 'page:worker';
 
 export class Cancelled extends Error {}
@@ -8,8 +8,8 @@ const policy = globalThis.trustedTypes?.createPolicy('page', { createScriptURL: 
 
 export class Reader {
   #worker;
-  #job = 0;
-  #running;
+  #latest = 0;
+  #jobs = new Map();
 
   constructor(wasm) {
     const url = URL.createObjectURL(new Blob([workerSource], { type: 'text/javascript' }));
@@ -19,29 +19,37 @@ export class Reader {
   }
 
   #take(data) {
-    const running = this.#running;
-    if (!running || data.job !== running.job) return;
-    if (data.error) running.reject(new Error(data.error));
-    else if (data.isCancelled) running.reject(new Cancelled());
-    else running.onProgress?.(data);
-    if (data.isLast) running.resolve(data);
+    const job = this.#jobs.get(data.job);
+    if (!job) return;
+    if (data.error !== undefined) job.reject(new Error(data.error));
+    else if (data.isCancelled) job.reject(new Cancelled());
+    else if (data.isLast) job.resolve(data);
+    else return void job.onProgress?.(data);
+    this.#jobs.delete(data.job);
   }
 
-  /** Ends the running job; its promise fails with Cancelled. */
-  cancel() {
-    if (!this.#running) return;
-    this.#worker.postMessage({ kind: 'cancel', job: ++this.#job });
-    this.#running.reject(new Cancelled());
-    this.#running = undefined;
-  }
-
-  /** kind: 'open', 'search' or 'series'; gives the job's last message. */
-  run(kind, parts, onProgress) {
-    this.cancel();
-    const job = ++this.#job;
+  /**
+   * kind: 'open', 'search', 'series' or 'call'; gives the job's last message. When the signal says stop, it fails with
+   * Cancelled.
+   */
+  run(kind, parts, { onProgress, signal } = {}) {
+    const job = ++this.#latest;
     return new Promise((resolve, reject) => {
-      this.#running = { job, resolve, reject, onProgress };
-      this.#worker.postMessage({ kind, job, ...parts });
+      if (signal?.aborted) return reject(new Cancelled());
+      this.#jobs.set(job, { resolve, reject, onProgress });
+      signal?.addEventListener('abort', () => {
+        this.#worker.postMessage({ kind: 'cancel', job });
+        if (this.#jobs.delete(job)) reject(new Cancelled());
+      });
+      return this.#worker.postMessage({ kind, job, ...parts });
     });
   }
+}
+
+const calls = ['view', 'set', 'setList', 'quote', 'unprintable', 'seal', 'form', 'differences', 'catalogue', 'findingNames', 'row', 'missing'];
+
+/** The core's calls, each a promise, made in a worker: see core.js. */
+export function coreIn(reader) {
+  const call = (name) => (...parameters) => reader.run('call', { name, parameters }).then(({ result }) => result);
+  return Object.fromEntries(calls.map((name) => [name, call(name)]));
 }

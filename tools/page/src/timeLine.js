@@ -5,8 +5,12 @@ import { counted, number, timeInWords } from './words.js';
 
 const mostLanes = 6;
 const laneHeight = 18;
-const markHeight = 14;
-const edge = 6; // so that marks at the ends are whole
+const markHeight = 14; // of a lane of marks
+const marks = [
+  { name: 'errors', colour: 'error', of: (bin) => bin.errors },
+  { name: 'missing', colour: 'warning', of: (bin) => bin.missing },
+];
+const edge = 6; // so that bars at the end are whole
 
 export class TimeLine {
   #canvas = byId('timeLine');
@@ -67,7 +71,7 @@ export class TimeLine {
     const lanes = this.#lanes();
     const width = this.#canvas.parentElement.clientWidth;
     this.#left = width > 700 ? 150 : 110;
-    const height = lanes.count * laneHeight + markHeight;
+    const height = lanes.count * laneHeight + marks.length * markHeight;
     const ratio = window.devicePixelRatio || 1;
     Object.assign(this.#canvas, { width: width * ratio, height: height * ratio });
     this.#canvas.style.height = `${height}px`;
@@ -77,7 +81,8 @@ export class TimeLine {
     context.scale(ratio, ratio);
     this.#drawNames(context, lanes);
     context.translate(this.#left, 0);
-    this.#drawBins(context, lanes, height);
+    this.#drawBins(context, lanes);
+    this.#drawMarks(context, lanes);
     if (this.#cursor >= 0) {
       context.fillStyle = colour('ink');
       context.fillRect(this.#cursor, 0, 1, height);
@@ -95,17 +100,32 @@ export class TimeLine {
     for (let row = 0; row < log.count; ++row) {
       const at = Math.floor(((isTimed ? columns.microseconds[row] : row) - from) * scale);
       if (!(at >= 0 && at < width)) continue;
-      const bin = (bins[at] ??= { first: row, count: 0, lanes: new Uint32Array(lanes.count), problems: 0, damaged: 0, missing: 0 });
+      const bin = (bins[at] ??= { first: row, count: 0, lanes: new Uint32Array(lanes.count), errors: 0, problems: 0, damaged: 0, missing: 0 });
       ++bin.count;
       ++bin.lanes[lanes.own.get(columns.id[row]) ?? lanes.count - 1];
       bin.damaged += columns.isDamaged[row];
       bin.missing += columns.missing[row];
       if (columns.severity[row] === 2) ++bin.problems;
+      if (columns.severity[row] === 2 || columns.isDamaged[row]) ++bin.errors;
     }
     return bins;
   }
 
-  #drawBins(context, lanes, height) {
+  // How many errors and missing numbers there are when: a density, on a scale of its own.
+  #drawMarks(context, lanes) {
+    for (const [at, { colour: name, of }] of marks.entries()) {
+      const bottom = lanes.count * laneHeight + (at + 1) * markHeight - 1;
+      const most = this.#bins.reduce((sum, bin) => Math.max(sum, bin ? of(bin) : 0), 1);
+      context.fillStyle = colour(name);
+      this.#bins.forEach((bin, x) => {
+        if (!bin || of(bin) === 0) return;
+        const tall = 3 + (Math.log1p(of(bin)) / Math.log1p(most)) * (markHeight - 5);
+        context.fillRect(x, bottom - tall, 2, tall);
+      });
+    }
+  }
+
+  #drawBins(context, lanes) {
     const most = this.#bins.reduce((sum, bin) => Math.max(sum, ...(bin?.lanes ?? [])), 1);
     for (let lane = 0; lane < lanes.count; ++lane) {
       context.fillStyle = colour('track');
@@ -118,11 +138,6 @@ export class TimeLine {
         context.fillRect(x, (lane + 1) * laneHeight - 2 - tall, 2, tall);
       });
     }
-    this.#bins.forEach((bin, x) => {
-      if (!bin) return;
-      if (bin.missing > 0) drawMark(context, x, height, 'missing');
-      if (bin.damaged + bin.problems > 0) drawMark(context, x, height, 'errors');
-    });
   }
 
   #drawNames(context, lanes) {
@@ -134,12 +149,10 @@ export class TimeLine {
       context.fillStyle = colour('muted');
       context.fillText(name, 0, lane * laneHeight + laneHeight / 2, this.#left - 10);
     });
-    const height = lanes.count * laneHeight + markHeight;
-    drawMark(context, 4, height, 'errors');
-    drawMark(context, 54, height, 'missing');
-    context.fillStyle = colour('muted');
-    context.fillText('errors', 12, height - markHeight / 2 + 1);
-    context.fillText('missing', 62, height - markHeight / 2 + 1);
+    marks.forEach(({ name, colour: its }, at) => {
+      context.fillStyle = colour(its);
+      context.fillText(name, 0, lanes.count * laneHeight + at * markHeight + markHeight / 2 + 1);
+    });
   }
 
   #whenInWords(x) {
@@ -232,19 +245,4 @@ export class TimeLine {
     if (Math.abs(step) === 1) while (!this.#bins[at] && at > 0 && at < last) at += step;
     return at;
   }
-}
-
-// Errors point up and are full, missing numbers point down and are hollow.
-function drawMark(context, x, height, kind) {
-  const [tip, base] = kind === 'errors' ? [height - 11, height - 3] : [height - 3, height - 11];
-  context.beginPath();
-  context.moveTo(x, tip);
-  context.lineTo(x + 4, base);
-  context.lineTo(x - 4, base);
-  context.closePath();
-  context.fillStyle = colour('error');
-  context.strokeStyle = colour('warning');
-  context.lineWidth = 1.5;
-  if (kind === 'errors') context.fill();
-  else context.stroke();
 }

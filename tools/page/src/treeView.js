@@ -1,6 +1,7 @@
 // The tree of a message: its keys with their values, kinds and defaults; values are edited where they stand.
 import { byId, element } from './elements.js';
 import { VirtualList } from './virtualList.js';
+import { shown, shownWords } from './signs.js';
 import { counted } from './words.js';
 
 const manyNodes = 400; // from here on, deeper groups begin closed
@@ -44,6 +45,7 @@ export class TreeView {
     const path = this.active?.path;
     this.model = model;
     this.#list.active = -1;
+    this.#list.root.scrollTop = 0;
     this.#layOut();
     this.choose(this.model.find(path ?? '') ?? this.rows[Math.min(4, this.rows.length - 1)], true);
   }
@@ -76,8 +78,14 @@ export class TreeView {
     if (!isQuiet) this.onNode(node);
   }
 
+  /** Opens a group and goes to its first key. */
+  openKeys(node) {
+    this.#toggle(node, true);
+    this.choose(node.children[0]);
+  }
+
   focus() {
-    this.#list.root.focus();
+    this.#list.focus();
   }
 
   /** Where the active row stands in the pane, for the editor. */
@@ -129,11 +137,11 @@ export class TreeView {
     row.dataset.path = node.path;
     row.replaceChildren(
       element('span', { class: isGroup ? 'twisty' : 'twisty empty', 'aria-hidden': 'true' }, isGroup ? '▸' : ''),
-      element('span', { class: 'treeKey' }, node.label),
-      element('span', { class: valueClass(node) }, valueWords(node)),
+      element('span', { class: 'treeKey' }, ...shown(node.label)),
+      element('span', { class: valueClass(node) }, ...shown(valueWords(node))),
       element('span', { class: 'treeKind' }, useWords[node.use] ?? node.field?.words ?? 'unknown'),
     );
-    const words = node.problems.map(({ message }) => message).join('; ');
+    const words = node.problems.slice(0, 5).map(({ message }) => shownWords(message)).join('; ');
     row.title = words;
     if (words) row.append(element('span', { class: 'visuallyHidden' }, `, ${worst}: ${words}`));
   }

@@ -125,13 +125,24 @@ export class VirtualList {
     if (row) this.activate(Number(row.dataset.index));
   }
 
+  /** Takes the keyboard, and leaves what is in sight as it is. */
+  focus() {
+    this.root.focus({ preventScroll: true });
+  }
+
+  // The pane around it may be lower than the list.
+  #bringInSight() {
+    this.#rows.find(({ made }) => made.id === `${this.#prefix}-${this.active}`)?.made.scrollIntoView({ block: 'nearest' });
+  }
+
   #key(event) {
     if (event.target !== this.root || event.ctrlKey || event.metaKey || event.altKey) return;
     const page = Math.max(1, Math.floor(this.root.clientHeight / this.#rowHeight) - 1);
     const steps = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page, Home: -Infinity, End: Infinity };
     if (this.onKey?.(event)) return event.preventDefault();
-    if (!(event.key in steps) || this.#count === 0) return;
+    if (!(event.key in steps) || this.#count === 0) return undefined;
     event.preventDefault();
     this.activate(Math.min(this.#count - 1, Math.max(0, this.active + steps[event.key])));
+    return this.#bringInSight();
   }
 }

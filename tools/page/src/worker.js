@@ -1,37 +1,72 @@
-// The worker: reads logs block by block, searches them, and takes the numbers of plots from them. It never holds more
-// of a log than a block and what the core keeps of a message that has no end yet.
+// The worker: reads logs block by block, searches them, takes the numbers of plots from them, and answers the calls of
+// the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
+// block and what the core keeps of a message that has no end yet.
 import { Core } from './core.js';
+import { plainBlob } from './unpacking.js';
 
 const blockSize = 2 << 20;
 const largestForms = 64 << 20;
 
 let core;
-let latestJob = 0;
+const cancelled = new Set(); // jobs
 
 const bytesIn = async (blob, start, end) => new Uint8Array(await blob.slice(start, end).arrayBuffer());
 
+class Stopped extends Error {}
+
+function goOn(job) {
+  if (cancelled.has(job)) throw new Stopped();
+}
+
 // Messages in another form become a log of messages, one a line.
 async function asLog(blob) {
-  if (!core.isForm(await bytesIn(blob, 0, 65536))) return { blob };
-  if (blob.size > largestForms) return { error: 'A file of messages as JSON or in words can have 64 MB at most.' };
+  if (!core.isForm(await bytesIn(blob, 0, 65536))) return blob;
+  if (blob.size > largestForms) throw new Error('A file of messages as JSON or in words can have 64 MB at most.');
   const { bytes, error } = core.readForms(await bytesIn(blob, 0, blob.size));
-  return error ? { error } : { blob: new Blob([bytes]) };
+  if (error) throw new Error(error);
+  return new Blob([bytes]);
+}
+
+// The files one behind the other, and where each begins.
+async function joined(job, files) {
+  const parts = [];
+  const starts = [];
+  let size = 0;
+  for (const { blob, name } of files) {
+    const tell = (note) => postMessage({ job, note: files.length > 1 ? `${name}: ${note}` : note });
+    const onBytes = (bytes) => {
+      goOn(job);
+      postMessage({ job, unpacked: bytes });
+    };
+    const plain = await asLog(await plainBlob(core, blob, name, tell, onBytes));
+    goOn(job);
+    starts.push(size);
+    parts.push(plain);
+    size += plain.size;
+    if (files.length === 1) return { blob: plain, starts, ends: [size] };
+    parts.push('\n');
+    ++size;
+  }
+  return { blob: new Blob(parts), starts, ends: [...starts.slice(1).map((start) => start - 1), size - 1] };
 }
 
 const jobs = {
-  async open({ job, blob: given }) {
-    const { blob, error } = await asLog(given);
-    if (error) return postMessage({ job, error });
-    if (blob !== given) postMessage({ job, blob });
-    core.beginLog();
-    for (let at = 0; at < blob.size && job === latestJob; at += blockSize) {
-      const block = await bytesIn(blob, at, at + blockSize);
-      const rows = core.takeLog(block);
-      postMessage({ job, rows, done: Math.min(blob.size, at + blockSize) }, [rows.buffer]);
+  async open({ job, files }) {
+    const { blob, starts, ends } = await joined(job, files);
+    postMessage({ job, blob });
+    for (const [file, start] of starts.entries()) {
+      core.beginLog();
+      for (let at = start; at < ends[file]; at += blockSize) {
+        const end = Math.min(ends[file], at + blockSize);
+        const block = await bytesIn(blob, at, end);
+        goOn(job); // the core reads one log at a time: a newer one may have begun
+        const rows = core.takeLog(block);
+        postMessage({ job, rows, file, start, done: end }, [rows.buffer]);
+      }
+      const rows = core.takeLog();
+      postMessage({ job, rows, file, start, done: ends[file] }, [rows.buffer]);
     }
-    if (job !== latestJob) return postMessage({ job, isCancelled: true });
-    const rows = core.takeLog();
-    postMessage({ job, rows, done: blob.size, isLast: true }, [rows.buffer]);
+    return {};
   },
 
   // Which messages hold some bytes, letter case not counting. Bytes are compared as the characters of one-byte text.
@@ -49,49 +84,62 @@ const jobs = {
         if (at >= from && at + wanted.length <= from + sizes[row]) isFound[row] = 1;
       }
     });
-    if (job === latestJob) postMessage({ job, isFound, isLast: true }, [isFound.buffer]);
+    return { isFound };
   },
 
   // The numbers at some paths of messages.
   async series({ job, blob, offsets, sizes, paths }) {
-    core.chooseSeries(paths);
     const numbers = new Float64Array(offsets.length * paths.length);
     await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
       const places = new Uint32Array(2 * (last - first));
       for (let row = first; row < last; ++row) places.set([offsets[row] - start, sizes[row]], 2 * (row - first));
+      core.chooseSeries(paths);
       numbers.set(core.takeSeries(places, block), first * paths.length);
     });
-    if (job === latestJob) postMessage({ job, numbers, isLast: true }, [numbers.buffer]);
+    return { numbers };
+  },
+
+  async call({ name, parameters }) {
+    return { result: core[name](...parameters) };
   },
 };
 
 // Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages.
 async function eachBlock(job, blob, offsets, sizes, take) {
-  for (let first = 0; first < offsets.length && job === latestJob; ) {
+  for (let first = 0; first < offsets.length; ) {
     const start = offsets[first];
     let last = first + 1;
     while (last < offsets.length && offsets[last] + sizes[last] - start <= blockSize) ++last;
-    take(await bytesIn(blob, start, offsets[last - 1] + sizes[last - 1]), start, first, last);
+    const block = await bytesIn(blob, start, offsets[last - 1] + sizes[last - 1]);
+    goOn(job);
+    take(block, start, first, last);
     postMessage({ job, share: last / offsets.length });
     first = last;
   }
 }
 
 async function run(message) {
+  const { job, kind } = message;
   try {
-    await jobs[message.kind](message);
+    await started;
+    goOn(job);
+    postMessage({ job, ...(await jobs[kind](message)), isLast: true });
   } catch (error) {
-    postMessage({ job: message.job, error: `The log can't be read: ${error.message}. Open it again.` });
+    if (error instanceof Stopped) postMessage({ job, isCancelled: true });
+    else postMessage({ job, error: error.message });
   }
+  cancelled.delete(job);
 }
 
-// One job at a time; a newer one, or a cancellation, ends the one before.
-let queue = Promise.resolve();
-onmessage = ({ data }) => {
+let isStarted;
+const started = new Promise((resolve) => (isStarted = resolve));
+onmessage = async ({ data }) => {
   if (data.kind === 'start') {
-    queue = queue.then(async () => (core = await Core.load(data.wasm)));
-    return;
+    core = await Core.load(data.wasm);
+    isStarted();
+  } else if (data.kind === 'cancel') {
+    cancelled.add(data.job);
+  } else {
+    run(data);
   }
-  latestJob = data.job;
-  if (data.kind !== 'cancel') queue = queue.then(() => run(data));
 };

@@ -250,7 +250,8 @@ void reader_t::end() {
 // A small input in which no message was found may be one whose start is damaged.
 void reader_t::takeMeant() {
     input_t &input = *input_;
-    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() || !inspect::isMeantAsMessage(input.start))
+    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() ||
+        !inspect::isMeantAsMessage(input.start))
         return;
     item_t item = input.position;
     item.text = inspect::trimmed(input.start);
