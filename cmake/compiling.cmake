@@ -55,9 +55,13 @@ function(vekCompiling target)
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
                                                VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
                                                UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 8)
-    if(VEK_DEVELOPER)
+    if(MSVC) # Microsoft's compiler, or clang in its place
+        target_compile_options(${target} PRIVATE /utf-8 $<$<BOOL:${VEK_DEVELOPER}>:/W4>)
+    elseif(VEK_DEVELOPER)
         target_compile_options(${target} PRIVATE # and not for the resource compiler
-                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Werror>")
+                               "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Werror>"
+                               # GCC 12 takes "text" + std::to_string(number) for overlapping copies, which it is not.
+                               $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>)
         if(NOT VEK_UNITY) # there a file's own names may hide those of another
             target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:C,CXX>:-Wshadow>")
         endif()
@@ -73,7 +77,7 @@ endfunction()
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fstack-clash-protection VEK_HAS_STACK_CLASH_PROTECTION)
 function(vekLoadedByHosts)
-    if(VEK_INSTRUMENT OR EMSCRIPTEN)
+    if(VEK_INSTRUMENT OR EMSCRIPTEN OR MSVC) # which guards stacks unasked
         return()
     endif()
     foreach(target IN LISTS ARGN)
@@ -94,17 +98,29 @@ if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endif()
 
+# vekVersionResource(TARGET FILE DESCRIPTION): on Windows the file tells its version and what it is.
+function(vekVersionResource target file description)
+    if(NOT WIN32)
+        return()
+    endif()
+    enable_language(RC)
+    set(type VFT_DLL)
+    if(file MATCHES "exe$")
+        set(type VFT_APP)
+    endif()
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc @ONLY)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+endfunction()
+
 # The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
-# file is named as hosts load it, and tells its version when a resource file says it.
+# file is named as hosts load it.
 function(vekExporting target map def)
     if(WIN32)
-        enable_language(RC)
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
-        foreach(resource IN LISTS ARGN)
-            target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${resource})
-        endforeach()
         set_target_properties(${target} PROPERTIES PREFIX "")
-        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat)
+        if(NOT MSVC) # whose linker does so unasked
+            target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat)
+        endif()
         return()
     endif()
     target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL

@@ -39,8 +39,36 @@ foreach(header IN LISTS VEK_PUBLIC_HEADERS)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} COMPONENT ${component})
 endforeach()
 
-if(WIN32)
-    install(FILES vek/api/vekParams2ASCII.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+# Microsoft's linker takes MinGW's import libraries, but not with /SAFESEH, which it sets itself for 32 bits.
+# vekImportLibrary(COMPONENT NAME DEF): NAME.lib for it, and the file that it is made from.
+function(vekImportLibrary component name def)
+    set(machine i386:x86-64)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+        set(machine i386)
+    endif()
+    set(library ${PROJECT_BINARY_DIR}/${name}.lib)
+    add_custom_command(OUTPUT ${library} DEPENDS ${PROJECT_SOURCE_DIR}/${def} VERBATIM
+                       COMMAND ${VEK_DLLTOOL} -m ${machine} -D ${name}.dll -d ${PROJECT_SOURCE_DIR}/${def} -l ${library})
+    add_custom_target(${name}Import ALL DEPENDS ${library})
+    install(FILES ${library} ${PROJECT_SOURCE_DIR}/${def} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${component})
+endfunction()
+if(WIN32 AND BUILD_SHARED_LIBS)
+    find_program(VEK_DLLTOOL llvm-dlltool REQUIRED)
+    mark_as_advanced(VEK_DLLTOOL)
+    vekImportLibrary(development vekParams2ASCII vek/api/vekParams2ASCII.def)
+    if(VEK_INSPECT)
+        vekImportLibrary(inspectDevelopment vekInspect vek/inspect/exports/vekInspect.def)
+    endif()
+
+    # What of vekTypes is no public header, for compilers of another C++ ABI.
+    install(FILES packaging/vekTypes/CMakeLists.txt DESTINATION src/vekTypes COMPONENT development)
+    file(GLOB_RECURSE privateHeaders RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS vek/vek_std/*.hpp vek/text/*.hpp
+         vek/records/*.hpp vek/api/*.hpp)
+    list(REMOVE_ITEM privateHeaders ${VEK_PUBLIC_HEADERS})
+    foreach(file IN LISTS typeSources privateHeaders)
+        get_filename_component(folder ${file} DIRECTORY)
+        install(FILES ${file} DESTINATION src/vekTypes/${folder} COMPONENT development)
+    endforeach()
 endif()
 
 # Where a component's documents are: on Linux as Debian names the folder, by its package.

@@ -68,7 +68,12 @@ endif()
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/packagingDate.cmake)
 
 if(WIN32)
-    set(CPACK_GENERATOR ZIP)
+    set(CPACK_GENERATOR ZIP) # which knows no date but that of the files
+    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/dateFiles.cmake @ONLY CONTENT [[
+execute_process(COMMAND find ${CPACK_TEMPORARY_DIRECTORY} -exec touch -h -d @$ENV{SOURCE_DATE_EPOCH} {} +
+                COMMAND_ERROR_IS_FATAL ANY)
+]])
+    set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/dateFiles.cmake)
 else()
     set(CPACK_GENERATOR DEB)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

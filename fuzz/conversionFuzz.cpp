@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (structure.address == nullptr)
         return 0;
     std::string once = written(structure.id, structure.address);
-    if (once.size() >= longestReadableMessage || once.find("inf") != std::string::npos) // which are not read back
+    if (once.size() >= vek::longestReadableMessage || once.find("inf") != std::string::npos) // which are not read back
         return 0;
     // Of two zeros that are its bounds, a range keeps the first one's sign.
     if (once.find("-0.000000") != std::string::npos) {

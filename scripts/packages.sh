@@ -21,7 +21,7 @@ build) ;;
 test) packages+=("${testing[@]}") ;;
 all)
     packages+=("${testing[@]}" clang clang-format clang-tidy libclang-rt-dev libbenchmark-dev rapidjson-dev pkg-config
-               dpkg-dev file lintian g++-mingw-w64-i686-posix libz-mingw-w64-dev)
+               dpkg-dev file lintian g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev llvm lld)
     ;;
 bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
@@ -33,7 +33,10 @@ page)
     packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
     command -v npm >/dev/null || packages+=(npm) # Debian's nodejs has none; others bring their own
     ;;
-windows) packages+=(g++-mingw-w64-i686-posix libz-mingw-w64-dev googletest debootstrap) ;;
+windows)
+    packages+=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev clang llvm lld googletest
+               debootstrap)
+    ;;
 *)
     echo "packages: '$1' is not build, test, all, bench, coverage, cluster, page or windows" >&2
     exit 2

@@ -4,7 +4,7 @@
 #   test.sh          one optimised build and its tests, with the tool and the page's core
 #   test.sh all      that, unless these very sources have passed it, and then the rest: form and clang-tidy of the sources,
 #                    the sanitizers with both compilers, the fuzzers for 10 seconds each, the packages, the page in a
-#                    browser, and the Windows DLL under Wine where scripts/windows-setup.sh prepared it
+#                    browser, and the Windows DLLs under Wine where scripts/windows-setup.sh prepared it
 #   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -53,9 +53,10 @@ runRest() {
     talk "benchmarks: building" cmake --build --preset release
     runTests packages
     scripts/test-page.sh
-    scripts/wine-run.sh cmd.exe /c exit || status=$?
+    { scripts/wine-run.sh --32 cmd.exe /c exit && scripts/wine-run.sh --64 cmd.exe /c exit; } || status=$?
     if [ "$status" -eq 0 ]; then
         runPreset mingw32
+        runPreset mingw64 -DVEK_UNITY=ON
     elif [ "$status" -ne 77 ] || [ -n "${CI:-}" ]; then
         echo "**** The Windows tests did not run: Wine is not there or does not work. ****" >&2
         exit 1

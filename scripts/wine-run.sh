@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Runs 32-bit Windows console programs under the Wine that windows-setup.sh made.
-#   wine-run.sh PROGRAM.exe [ARGUMENT...]   standard streams and the low eight bits of the exit code pass through,
-#                                           line ends stay as the program wrote them
-#   wine-run.sh --end                       ends the user's Wine session now (else 30 s after its last program)
+# Runs Windows console programs under the Wine that windows-setup.sh made for their width.
+#   wine-run.sh [--32|--64] PROGRAM.exe [ARGUMENT...]   standard streams and the low eight bits of the exit code pass
+#                                                       through, line ends stay as the program wrote them
+#   wine-run.sh [--32|--64] --end                       ends the user's Wine session now (else 30 s after its last program)
+# Which width a program has its file says; for those of Windows itself, such as cmd.exe, it is 32 unless said.
 # Exit code 77 when Wine is not there; ctest knows it as "skipped" (SKIP_RETURN_CODE).
 #
 # The program sees this machine's folders under their own names, with the i386 tree's /usr in the place of /usr; so it
@@ -10,9 +11,22 @@
 # may run at once: they share one session (Wine's server and services), which the first of them starts.
 set -euo pipefail
 dir=${VEK_WINE_DIR:-/var/cache/vek-wine}
-export WINEPREFIX=${VEK_WINE_PREFIX:-$dir/prefix-$(id -u)}
 
-if [ ! -d "$dir/tree" ] || [ ! -d "$WINEPREFIX" ]; then
+# hasWidth64 FILE: what the header behind the one for DOS says, which begins where the number at byte 60 says.
+hasWidth64() {
+    local place
+    [ -f "$1" ] && place=$(od -An -tu4 -j60 -N4 "$1") && [ "$(od -An -tx2 -j$((place + 4)) -N2 "$1")" = ' 8664' ]
+}
+suffix=
+case ${1:?which program?} in
+--32) shift ;;
+--64) suffix=64 && shift ;;
+*) ! hasWidth64 "$1" || suffix=64 ;;
+esac
+tree=$dir/tree$suffix
+export WINEPREFIX=${VEK_WINE_PREFIX:-$dir/prefix$suffix-$(id -u)}
+
+if [ ! -d "$tree" ] || [ ! -d "$WINEPREFIX" ]; then
     echo "**** NOT RUN: ${1:-} needs Wine, and there is none in $dir: run scripts/windows-setup.sh ****" >&2
     exit 77
 fi
@@ -24,8 +38,8 @@ case $PWD/:$(realpath -m -- "${1:?which program?}") in
 esac
 
 # No debugger on a crash, no desktop entries, no downloads for .NET and HTML, none of this machine's fonts.
-export WINEARCH=win32 WINEDEBUG=-all WINEDLLOVERRIDES='winedbg.exe,winemenubuilder.exe=d;mscoree,mshtml='
-export LC_ALL=C.UTF-8 FONTCONFIG_FILE=$dir/tree/fonts.conf
+export WINEARCH=win${suffix:-32} WINEDEBUG=-all WINEDLLOVERRIDES='winedbg.exe,winemenubuilder.exe=d;mscoree,mshtml='
+export LC_ALL=C.UTF-8 FONTCONFIG_FILE=$tree/fonts.conf
 unset DISPLAY WAYLAND_DISPLAY
 
 # In the namespace. The session is started apart from the program's streams: its services outlive the program, and a
@@ -56,4 +70,4 @@ unshare "${namespace[@]}" true 2>/dev/null || {
         "CAP_SYS_ADMIN; for users other than root: user namespaces)" >&2
     exit 1
 }
-exec unshare "${namespace[@]}" /bin/bash -c "$inside" "$dir/tree" "$@"
+exec unshare "${namespace[@]}" /bin/bash -c "$inside" "$tree" "$@"
