@@ -84,7 +84,10 @@ void clusterStore_t::makeTable(const std::string &name, const std::string &creat
     if (there != engines_.end() && !local.empty() && there->second != "Distributed")
         throw databaseError_t(server_.name() + ": the tables there belong to this server alone; for the cluster " +
                               server_.cluster() + " load into another database");
-    for (const std::string &table : {name + local, name}) {
+    std::vector<std::string> tables = {name + local};
+    if (!local.empty())
+        tables.push_back(name);
+    for (const std::string &table : tables) {
         if (!engines_.contains(table)) {
             const std::string distributed = "CREATE TABLE IF NOT EXISTS " + sqlName(name) + " AS " +
                                             sqlName(name + local) + " ENGINE = Distributed(" +

@@ -1,0 +1,342 @@
+#!/usr/bin/env python3
+"""Loads logs into a ClickHouse server through a proxy that delays, drops, doubles and cuts, with loaders and the server
+killed, two loaders at once, rotated, renamed, packed and damaged logs: after each of these every table has the rows of an
+undisturbed run, each once, without a merge.
+   clusterFaults.py VEKMSG FLEETLOG [SEED]      without a server it ends with 77
+"""
+import gzip
+import os
+import pathlib
+import random
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import urllib.error
+import urllib.request
+
+vekmsg, fleet_log = map(os.path.abspath, sys.argv[1:3])
+seed = int(sys.argv[3]) if len(sys.argv) > 3 else os.getpid()
+random.seed(seed)
+server_program = shutil.which("clickhouse-server", path=os.environ["PATH"] + ":/usr/sbin")
+if server_program is None:
+    print("clickhouse-server is not there; scripts/packages.sh cluster installs it")
+    sys.exit(1 if os.environ.get("CI") else 77)
+
+
+def free_port():
+    with socket.socket() as one:
+        one.bind(("127.0.0.1", 0))
+        return one.getsockname()[1]
+
+
+class Server:
+    CONFIG = """<yandex>
+    <listen_host>127.0.0.1</listen_host> <http_port>{0.port}</http_port> <tcp_port>{0.tcp}</tcp_port>
+    <path>{0.folder}/data/</path> <tmp_path>{0.folder}/tmp/</tmp_path> <mark_cache_size>50000000</mark_cache_size>
+    <logger> <level>warning</level> <log>{0.folder}/log</log> <errorlog>{0.folder}/errors.log</errorlog> </logger>
+    <users_config>users.xml</users_config> <default_profile>default</default_profile>
+</yandex>"""
+    USERS = """<yandex> <profiles> <default/> </profiles> <quotas> <default/> </quotas> <users> <default>
+    <password/> <networks> <ip>127.0.0.1</ip> </networks> <profile>default</profile> <quota>default</quota>
+</default> </users> </yandex>"""
+
+    def __init__(self, folder):
+        self.folder, self.port, self.tcp = folder, free_port(), free_port()
+        pathlib.Path(folder).mkdir()
+        pathlib.Path(folder, "config.xml").write_text(self.CONFIG.format(self))
+        pathlib.Path(folder, "users.xml").write_text(self.USERS)
+        self.start()
+
+    def start(self):
+        with open(f"{self.folder}/out", "ab") as out:
+            self.process = subprocess.Popen([server_program, "--config-file=config.xml"], cwd=self.folder, stdout=out,
+                                            stderr=out)
+        for _ in range(300):
+            try:
+                return self.ask("SELECT 1", "default")
+            except OSError:
+                time.sleep(0.1)
+        raise SystemExit("the server does not start")
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def ask(self, statement, database):
+        url = f"http://127.0.0.1:{self.port}/?database={database}"
+        try:
+            with urllib.request.urlopen(url, statement.encode(), timeout=60) as answer:
+                return answer.read().decode()
+        except urllib.error.HTTPError as error:
+            raise SystemExit(error.read().decode()) from error
+
+
+class Proxy:
+    """Passes requests on; of a request that inserts, `fault` says what becomes of it."""
+
+    def __init__(self, port):
+        self.to, self.fault, self.hits = port, None, 0
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.port = self.listener.getsockname()[1]
+        threading.Thread(target=self.accept, daemon=True).start()
+
+    def accept(self):
+        while True:
+            client, _ = self.listener.accept()
+            threading.Thread(target=self.serve, args=(client,), daemon=True).start()
+
+    @staticmethod
+    def request(client):
+        data = b""
+        while b"\r\n\r\n" not in data:
+            some = client.recv(65536)
+            if not some:
+                return None
+            data += some
+        head, body = data.split(b"\r\n\r\n", 1)
+        if b"100-continue" in head.lower():
+            client.sendall(b"HTTP/1.1 100 Continue\r\n\r\n")
+        size = next(int(line.split(b":")[1]) for line in head.split(b"\r\n") if line.lower().startswith(b"content-length"))
+        while len(body) < size:
+            some = client.recv(1 << 20)
+            if not some:
+                return None
+            body += some
+        lines = [line for line in head.split(b"\r\n") if not line.lower().startswith((b"expect", b"connection"))]
+        return b"\r\n".join([*lines, b"Connection: close"]) + b"\r\n\r\n" + body
+
+    def send(self, request, is_cut=False):
+        try:
+            with socket.create_connection(("127.0.0.1", self.to)) as server:
+                server.sendall(request)
+                answer = b""
+                while not is_cut and (some := server.recv(65536)):
+                    answer += some
+                return answer
+        except OSError:
+            return b""
+
+    def later(self, seconds, request):
+        timer = threading.Timer(seconds, self.send, [request])
+        timer.start()
+        timers.append(timer)
+
+    def serve(self, client):
+        try:
+            with client:
+                request = self.request(client)
+                if request is None:
+                    return
+                fault = self.fault if b"_data_format" in request and random.random() < 0.3 else None
+                self.hits += fault is not None
+                if fault == "late":  # the connection is lost, and the request comes after all
+                    return self.later(random.random() * 2, request)
+                if fault == "doubled":
+                    self.later(random.random(), request)
+                if fault == "doubled at once":
+                    self.later(0, request)
+                if fault == "cut":
+                    return self.send(request[: random.randrange(len(request))], is_cut=True)
+                answer = self.send(request)
+                if fault != "answer lost":
+                    client.sendall(answer)
+        except OSError:
+            pass
+
+
+timers = []
+failures = 0
+folder = tempfile.mkdtemp()
+server = Server(f"{folder}/server")
+databases = 0
+
+
+def load(database, *logs, proxy=None, options=(), cwd=None):
+    port = proxy.port if proxy else server.port
+    return subprocess.Popen([vekmsg, "load", "--into", f"http://127.0.0.1:{port}/{database}", *options, *logs],
+                            cwd=cwd or folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+
+
+def finish(process, wanted=0):
+    said = process.communicate(timeout=200)[0]
+    if process.returncode != wanted:
+        raise SystemExit(f"a loader ended with {process.returncode}, not {wanted} (seed {seed}):\n{said}")
+    return said
+
+
+def make():
+    global databases
+    databases += 1
+    server.ask(f"CREATE DATABASE d{databases}", "default")
+    return f"d{databases}"
+
+
+def content(database):
+    """Of each table: how many rows, how many keys among them, and the sum of the rows' hashes."""
+    tables = server.ask("SELECT table, arrayStringConcat(groupArray(name), ', ') FROM system.columns WHERE database = "
+                        f"'{database}' AND table != 'sources' AND name NOT IN ('source', 'source_id') GROUP BY table "
+                        "ORDER BY table", database)
+    parts = []
+    for line in tables.splitlines():
+        table, names = line.split("\t")
+        key = ", ".join(["source_id", "byte_offset", *(name for name in names.split(", ") if name.startswith("element"))])
+        hashed = ", ".join(f"toString({name})" for name in names.split(", "))
+        parts.append(f"SELECT '{table}', count() AS rows, uniqExact({key}) AS keys, sum(cityHash64({hashed})) FROM {table}")
+    return [line for line in sorted(server.ask(" UNION ALL ".join(parts), database).splitlines())
+            if line.split("\t")[1] != "0"]
+
+
+def expect(what, database, wanted):
+    global failures
+    for timer in timers:
+        timer.join()
+    timers.clear()
+    time.sleep(0.3)
+    there = content(database)
+    twice = [line for line in there if line.split("\t")[1] != line.split("\t")[2]]
+    is_right = there == wanted and not twice
+    print(f"{'right' if is_right else 'WRONG'}: {what}", flush=True)
+    if not is_right:
+        failures += 1
+        print("  wanted", *wanted, "there", *there, sep="\n    ")
+
+
+def undisturbed(*logs):
+    database = make()
+    finish(load(database, *logs))
+    return content(database)
+
+
+try:
+    subprocess.run([fleet_log, f"{folder}/logs", "6000", "3"], check=True)
+    logs = sorted(str(path) for path in pathlib.Path(folder, "logs").iterdir())
+    wanted, first = undisturbed(*logs), undisturbed(logs[0])
+    proxy = Proxy(server.port)
+
+    for fault in ("late", "answer lost", "doubled", "doubled at once", "cut"):
+        database, proxy.fault = make(), fault
+        while proxy.hits < 3:
+            finish(load(database, *logs, proxy=proxy))
+        expect(f"a proxy: {fault}, {proxy.hits} times", database, wanted)
+        finish(load(database, *logs, proxy=proxy))
+        expect("  and loaded again", database, wanted)
+        proxy.fault, proxy.hits = None, 0
+
+    database = make()
+    for _ in range(8):
+        one = load(database, *logs)
+        time.sleep(random.random() * 0.8)
+        one.kill()
+        one.communicate()
+    finish(load(database, *logs))
+    expect("killed loaders", database, wanted)
+
+    database = make()
+    one = load(database, *logs)
+    for _ in range(2):
+        time.sleep(random.random() * 0.5)
+        server.kill()
+        time.sleep(0.5)
+        server.start()
+    finish(one)
+    expect("a killed server", database, wanted)
+
+    database = make()
+    both = [load(database, *logs), load(database, *logs), load(database, *reversed(logs))]
+    for one in both:
+        one.communicate(timeout=200)  # the earlier one may say that it leaves the log to the later one
+    finish(load(database, *logs))
+    expect("three loaders of the same logs", database, wanted)
+
+    database = make()
+    packed = f"{folder}/{os.path.basename(logs[0])}.gz"
+    with gzip.open(packed, "wb") as file:
+        file.write(pathlib.Path(logs[0]).read_bytes())
+    shutil.copy(logs[0], f"{folder}/renamed.1")
+    for name in (logs[0], os.path.relpath(logs[0], folder), "./logs/../" + os.path.relpath(logs[0], folder), packed,
+                 "renamed.1", b"name\xff.log"):
+        if isinstance(name, bytes):
+            shutil.copy(logs[0], os.path.join(folder.encode(), name))
+        finish(load(database, name))
+    expect("one log under many names", database, first)
+
+    database = make()
+    damaged = bytearray(pathlib.Path(packed).read_bytes())
+    damaged[-6] ^= 1
+    pathlib.Path(folder, "bad.gz").write_bytes(damaged)
+    finish(load(database, "bad.gz"), 2)
+    expect("a damaged packed log", database, [])
+    finish(load(database, packed))
+    expect("  and the sound one", database, first)
+
+    database = make()
+    hosts, rest = [f"{folder}/host{host}" for host in (0, 1)], pathlib.Path(logs[0]).read_text().splitlines(True)
+    for host, path in enumerate(hosts):
+        os.mkdir(path)
+        pathlib.Path(path, "device.log").write_text(rest[0] + "".join(rest[1 + host :: 2]))
+    equal = undisturbed(f"{hosts[0]}/device.log", f"{hosts[1]}/device.log")
+    for path in hosts:
+        finish(load(database, "device.log", cwd=path))
+    server.ask("OPTIMIZE TABLE messages FINAL", database)
+    expect("two machines, or a rotation, with equal names and first lines", database, equal)
+
+    finish(load(database, logs[1]))
+    for table in ("messages", "device_status"):
+        server.ask(f"ALTER TABLE {table} DELETE WHERE byte_offset < 100000", database)
+    time.sleep(1)
+    kept = content(database)
+    finish(load(database, logs[1], f"{hosts[0]}/device.log"))
+    expect("what is deleted stays deleted", database, kept)
+
+    database = make()
+    reals = [random.uniform(-1e6, 1e6) for _ in range(3000)]
+    pathlib.Path(folder, "reals.log").write_text("".join(
+        f"@@4112 {len(body) + 6:5d} 7 1 {body}!!\n" for body in
+        (f"{{MEDIA_NAME=x;FOCUS_VALUE={real:.6f};}}" for real in [*reals, 1e999, -0.0])).replace("=inf", "=1e999"))
+    finish(load(database, "reals.log"))
+    there = [float(line) for line in
+             server.ask("SELECT focus_value FROM focus_value ORDER BY byte_offset", database).split()]
+    exact = [float(f"{real:.6f}") for real in reals] + [float("inf"), -0.0]
+    same = sum(repr(one) == repr(other) for one, other in zip(there, exact))
+    print(f"{'right' if same == len(exact) == len(there) else 'WRONG'}: {same} of {len(exact)} reals", flush=True)
+    failures += same != len(exact)
+
+    server.ask("ALTER TABLE focus_value DROP COLUMN media_name", database)
+    server.ask("ALTER TABLE messages ADD COLUMN own String", database)
+    server.ask("DROP TABLE layout", database)
+    finish(load(database, logs[0]))
+    has = server.ask("SELECT count() FROM focus_value WHERE media_name != ''", database).strip()
+    print(f"{'right' if has != '0' else 'WRONG'}: columns and tables that were missing are added", flush=True)
+    failures += has == "0"
+
+    database = make()
+    shutil.copy(logs[0], f"{folder}/followed.log")
+    one = load(database, "followed.log", options=["--follow"])
+    time.sleep(2)
+    server.kill()
+    with open(f"{folder}/followed.log", "a", encoding="utf-8") as file:
+        file.write(pathlib.Path(logs[1]).read_text())
+    time.sleep(1.5)
+    server.start()
+    whole = undisturbed("followed.log")
+    for _ in range(300):
+        if content(database) == whole:
+            break
+        time.sleep(0.1)
+    one.send_signal(signal.SIGKILL)
+    said = one.communicate()[0]
+    expect("a server that was away while a log was followed", database, whole)
+    if "trying again until it is there" not in said:
+        print("WRONG: it did not say so:", said)
+        failures += 1
+finally:
+    server.kill()
+    shutil.rmtree(folder, ignore_errors=True)
+if failures:
+    print(f"{failures} failures, seed {seed}")
+sys.exit(1 if failures else 0)
