@@ -21,6 +21,18 @@ std::size_t elementCount(const tree_t &tree, const node_t &list) {
     return list.field->room < 0 ? count : std::min(count, static_cast<std::size_t>(list.field->room));
 }
 
+// Whether digits stand there as the library writes them, so few that every number of them is written so again. The
+// point has six decimals behind it.
+bool areFewDigits(std::string_view text, bool hasPoint) {
+    const std::size_t behind = hasPoint ? 7 : 0;
+    if (text.size() <= behind || text.size() > 9 + behind || (hasPoint && text[text.size() - behind] != '.'))
+        return false;
+    const std::string_view whole = text.substr(0, text.size() - behind);
+    const std::string_view decimals = text.substr(text.size() - (hasPoint ? 6 : 0));
+    return (whole.front() != '0' || whole.size() == 1) && std::all_of(whole.begin(), whole.end(), isDigit) &&
+           std::all_of(decimals.begin(), decimals.end(), isDigit);
+}
+
 // Whether a number, written as the library writes it, is what stands there.
 bool isSpelt(double value, std::string_view text) {
     char room[realRoom];
@@ -45,12 +57,12 @@ bool isInItsColumn(const tree_t &tree, const node_t &node) {
     const std::string_view value = tree.value(node);
     switch (node.field->kind) {
     case fieldKind_t::integer32:
-        return isSpelt(readInteger(value), value);
+        return areFewDigits(value, false) || isSpelt(readInteger(value), value);
     case fieldKind_t::integer16:
         return isSpelt(static_cast<std::int16_t>(readInteger(value)), value);
     case fieldKind_t::float64:
     case fieldKind_t::pixels:
-        return isSpelt(readReal(value), value);
+        return areFewDigits(value, true) || isSpelt(readReal(value), value);
     case fieldKind_t::float32:
         return isSpelt(static_cast<double>(static_cast<float>(readReal(value))), value);
     case fieldKind_t::boolean:
