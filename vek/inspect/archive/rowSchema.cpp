@@ -50,7 +50,9 @@ constexpr frontSchema_t frontSchemas[] = {
 const frontSchema_t *schemaOf(const frontColumn_t &column) {
     if (column.name == "source_id")
         return nullptr;
-    const auto *const found = std::ranges::find(frontSchemas, column.clickhouse.type, &frontSchema_t::type);
+    const auto *const found =
+        std::find_if(std::begin(frontSchemas), std::end(frontSchemas),
+                     [&column](const frontSchema_t &one) { return one.type == column.clickhouse.type; });
     return found != std::end(frontSchemas) ? found : nullptr;
 }
 

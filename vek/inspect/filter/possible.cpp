@@ -74,10 +74,9 @@ std::string whyNever(const condition_t &condition, const target_t &target) {
 
 std::string unknownPath(const condition_t &condition, std::span<const std::int32_t> ids) {
     std::vector<std::string_view> keys = schema().keys();
-    const std::string &last =
-        std::ranges::find_if(condition.steps.rbegin(), condition.steps.rend(), [](const auto &step) {
-            return !step.name.empty();
-        })->name;
+    const std::string &last = std::find_if(condition.steps.rbegin(), condition.steps.rend(), [](const auto &step) {
+                                  return !step.name.empty();
+                              })->name;
     const std::vector<keyUse_t> uses = schema().usesOf(last);
     const std::string words =
         joined({ids.empty() ? "no message has " : "no message of the chosen ids has ", condition.path});
@@ -85,7 +84,7 @@ std::string unknownPath(const condition_t &condition, std::span<const std::int32
         return joined({words, "; ", didYouMean(last, keys, "vekmsg describe shows the keys of a message")});
     const keyUse_t *use = &uses.front();
     for (const keyUse_t &other : uses)
-        if (std::ranges::find(ids, other.message->id) != ids.end())
+        if (std::find(ids.begin(), ids.end(), other.message->id) != ids.end())
             use = &other;
     std::string path = use->path;
     for (std::size_t at = 0; (at = path.find("[]", at)) != std::string::npos; at += 3)
@@ -110,13 +109,13 @@ std::optional<expressionError_t> whyImpossible(const condition_t &condition, std
         return std::nullopt;
     }
     // What is no key of a record but stands in a message has a number; and nothing is known of an id without a record.
-    if (std::ranges::any_of(condition.steps,
-                            [](const auto &step) { return step.name.find_first_of("#\"") != std::string::npos; }))
+    if (std::any_of(condition.steps.begin(), condition.steps.end(),
+                    [](const auto &step) { return step.name.find_first_of("#\"") != std::string::npos; }))
         return std::nullopt;
     std::string why;
     bool isAnywhere = false, isValuesOwn = false; // the reason is the value's, not that it stands in a group
     for (const messageSchema_t &message : schema().messages()) {
-        if (message.record == nullptr || (!ids.empty() && std::ranges::find(ids, message.id) == ids.end()))
+        if (message.record == nullptr || (!ids.empty() && std::find(ids.begin(), ids.end(), message.id) == ids.end()))
             continue;
         const std::optional<target_t> target = targetIn(*message.record, condition.steps);
         if (!target)
@@ -133,7 +132,7 @@ std::optional<expressionError_t> whyImpossible(const condition_t &condition, std
         const messageSchema_t *message = schema().find(id);
         return message == nullptr || message->record == nullptr;
     };
-    if (std::ranges::any_of(ids, hasNoRecord))
+    if (std::any_of(ids.begin(), ids.end(), hasNoRecord))
         return std::nullopt;
     return isAnywhere ? errorAt(condition.valuePlace, why) : errorAt(condition.pathPlace, unknownPath(condition, ids));
 }

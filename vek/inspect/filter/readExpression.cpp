@@ -72,8 +72,9 @@ private:
         if (text_.substr(at, sign.size()) == sign)
             return sign.size();
         const std::string_view there = text_.substr(at, word.size());
-        const bool isSame = std::ranges::equal(
-            there, word, {}, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+        const bool isSame = std::equal(there.begin(), there.end(), word.begin(), word.end(), [](char c, char wanted) {
+            return (c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c) == wanted;
+        });
         const bool isWhole = (at == 0 || !isWordCharacter(text_[at - 1])) &&
                              (at + word.size() >= text_.size() || !isWordCharacter(text_[at + word.size()]));
         return isSame && isWhole ? word.size() : 0;
@@ -170,7 +171,8 @@ private:
                     return false;
                 const std::string_view inside = path.substr(at + 1, end - at - 1);
                 constexpr std::size_t mostDigits = 9;
-                if (inside != "*" && (inside.size() > mostDigits || !std::ranges::all_of(inside, &isDigit)))
+                if (inside != "*" &&
+                    (inside.size() > mostDigits || !std::all_of(inside.begin(), inside.end(), &isDigit)))
                     return false;
                 steps.push_back({{}, inside == "*", inside == "*" ? 0 : readInteger(inside)});
                 at = end + 1;
@@ -262,8 +264,8 @@ std::optional<expressionError_t> expression_t::read(std::string_view text, std::
 std::string expressionError_t::inText(std::string_view expression) const {
     std::string line, under;
     const auto columns = [](std::string_view bytes) {
-        return static_cast<std::size_t>(
-            std::ranges::count_if(bytes, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+        return static_cast<std::size_t>(std::count_if(
+            bytes.begin(), bytes.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
     };
     for (const char c : expression)
         line += static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? ' ' : c;
