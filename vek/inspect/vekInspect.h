@@ -36,10 +36,11 @@ extern "C" {
 VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, size_t size, char *buffer, size_t room);
 
 /* The text message of such an object: the very text when the object was not changed, else a sealed one with the changed
- * body.
+ * body. A key that is absent, or an empty text, is absent in the message too: a host reads 0 or an empty text; a count
+ * that is absent follows its list. What a host would read as something else is refused, unless a member "raw" is true.
  *
- * Returns the size of the text; or -1 when the JSON can't be read: then the buffer holds where and why, for people,
- * cut to its room: "line 1, column 9 (byte 8): ...", with lines and columns from 1, and bytes from 0.
+ * Returns the size of the text; or -1 when the JSON can't be read or is refused: then the buffer holds where and why,
+ * for people, cut to its room: "line 1, column 9 (byte 8): ...", with lines and columns from 1, and bytes from 0.
  */
 VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, size_t size, char *buffer, size_t room);
 

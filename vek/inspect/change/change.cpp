@@ -44,20 +44,21 @@ change_t withReplacement(const tree_t &tree, const replacement_t &replacement) {
     text.replace(replacement.place.start, replacement.place.size(), replacement.text);
     change_t change;
     change.oldLength = static_cast<std::size_t>(std::max(envelope.length.value, 0));
-    // The length keeps its five places, so it does not change the length itself.
+    // The length keeps its five places, so it does not change the length itself; of more only five are left.
     constexpr std::size_t places = 5;
     const bool isInFront = replacement.place.end < envelope.length.place.start;
     const std::size_t shift = isInFront ? replacement.text.size() - replacement.place.size() : 0;
-    const std::size_t end = envelope.length.place.end + shift;
-    const std::size_t start = std::max(envelope.id.place.end + 1 + shift, end - std::min(end, places));
-    const std::size_t room = end - start;
-    std::size_t length = text.size() + 1;
+    const place_t old = envelope.length.place;
+    const std::size_t end = old.end + shift, lowest = envelope.id.place.end + 1 + shift;
+    const std::size_t start = std::max(lowest, std::min(old.start + shift, end - std::min(end, places)));
+    const std::size_t room = end - start, kept = std::min(room, places);
+    std::size_t length = text.size() + 1 - (room - kept);
     std::string digits = std::to_string(length);
-    if (digits.size() > room) {
-        length += digits.size() - room;
+    if (digits.size() > kept) {
+        length += digits.size() - kept;
         digits = std::to_string(length);
     }
-    digits.insert(0, room > digits.size() ? room - digits.size() : 0, ' ');
+    digits.insert(0, kept > digits.size() ? kept - digits.size() : 0, ' ');
     text.replace(start, room, digits);
     change.newLength = length;
     change.text = std::move(text);
@@ -191,10 +192,14 @@ change_t added(const tree_t &tree, std::string_view path, std::string_view value
     return withReplacement(tree, {{at, at}, std::move(pair.text)});
 }
 
+part_t partOf(const node_t &node) {
+    return node.isCode ? part_t::code : node.isElement ? part_t::element : part_t::whole;
+}
+
 change_t replaced(const tree_t &tree, const node_t &node, std::string_view path, std::string_view value,
                   bool isForced) {
     newPair_t pair(value, isForced);
-    if (!pair.addValue(*node.field, node.isCode ? part_t::code : node.isElement ? part_t::element : part_t::whole, {}))
+    if (!pair.addValue(*node.field, partOf(node), {}))
         return refusedChange(joined({path, ": ", pair.error}));
     const place_t place{node.value.start - (node.isQuoted ? 1 : 0),
                         node.value.end + (node.isQuoted && !node.isQuoteOpen ? 1 : 0)};
@@ -203,12 +208,8 @@ change_t replaced(const tree_t &tree, const node_t &node, std::string_view path,
 
 // With the groups around it that have nothing else.
 change_t withoutNode(const tree_t &tree, const node_t *node) {
-    for (const node_t *parent = &tree.nodes()[node->parent]; parent->childCount == 1 && !node->isElement;
-         parent = &tree.nodes()[node->parent]) {
-        node = parent;
-        if (node->parent == node_t::none)
-            break;
-    }
+    while (node->parent != node_t::none && tree.nodes()[node->parent].childCount == 1)
+        node = &tree.nodes()[node->parent];
     return withReplacement(tree, {node->whole, {}});
 }
 
@@ -293,17 +294,29 @@ std::string newRefusal(const tree_t &before, const tree_t &after) {
     return {};
 }
 
+constexpr const char *sealFirst = "the message is damaged: seal it first";
+
+// Whether a host reads a value, as people write it, at its place.
+bool isValueAt(const tree_t &tree, const node_t &node, std::string_view value) {
+    std::string error;
+    return node.use == pairUse_t::assigned && node.field != nullptr &&
+           spelt(*node.field, value, partOf(node), error) == tree.value(node);
+}
+
 // The change, when it did what it should and nothing else.
 change_t verified(const tree_t &before, std::string_view path, std::string_view countPath, change_t change,
-                  bool isRemoval) {
+                  std::optional<std::string_view> value) {
     const tree_t after(change.text);
+    const bool isRemoval = !value;
+    if (!after.envelope().isWholeForHost())
+        return refusedChange(sealFirst);
     if (std::string words = newRefusal(before, after); !words.empty())
         return refusedChange(std::move(words));
     const node_t *old = before.find(path), *node = after.find(path);
     const bool isElement = isRemoval && old != nullptr && old->isElement;
     const bool isNumber = path.starts_with('@');
     const std::string list = isElement ? before.path(before.nodes()[old->parent]) : std::string();
-    const bool isThere = isNumber || isRemoval || (node != nullptr && node->use == pairUse_t::assigned);
+    const bool isThere = isNumber || isRemoval || (node != nullptr && isValueAt(after, *node, *value));
     std::vector<std::string> one = othersOf(before, path, countPath, list),
                              other = othersOf(after, isElement ? "" : path, countPath, list);
     if (!isThere || one != other)
@@ -312,7 +325,9 @@ change_t verified(const tree_t &before, std::string_view path, std::string_view 
     return change;
 }
 
-change_t finished(const tree_t &tree, std::string_view path, change_t change, bool isForced, bool isRemoval) {
+// `value`: none of a removal.
+change_t finished(const tree_t &tree, std::string_view path, change_t change, bool isForced,
+                  std::optional<std::string_view> value) {
     if (!change.isDone())
         return change;
     std::string countPath;
@@ -320,12 +335,10 @@ change_t finished(const tree_t &tree, std::string_view path, change_t change, bo
     change.oldValue = node != nullptr ? valueOf(tree, *node) : change.oldValue;
     if (!path.starts_with('@'))
         putCountRight(tree, path, change, countPath);
-    if (!isRemoval && !path.starts_with('@'))
+    if (value && !path.starts_with('@'))
         change.newValue = valueAt(tree_t(change.text), path).value_or("");
-    return isForced ? change : verified(tree, path, countPath, std::move(change), isRemoval);
+    return isForced ? change : verified(tree, path, countPath, std::move(change), value);
 }
-
-constexpr const char *sealFirst = "the message is damaged: seal it first";
 
 bool isDamaged(const envelopeParts_t &envelope) {
     return !envelope.length.isThere || envelope.endMarker.isEmpty() || !envelope.behind.isEmpty();
@@ -334,18 +347,19 @@ bool isDamaged(const envelopeParts_t &envelope) {
 } // namespace
 
 change_t changed(const tree_t &tree, std::string_view path, std::string_view value, bool isForced) {
-    if (const envelopeNumber_t *number = headerNumberAt(tree.envelope(), path))
-        return finished(tree, path, changedNumber(tree, path, *number, value), isForced, false);
-    if (value.empty())
+    const envelopeNumber_t *number = headerNumberAt(tree.envelope(), path);
+    if (number == nullptr && value.empty())
         return removed(tree, path, isForced);
     if (isDamaged(tree.envelope()))
         return refusedChange(sealFirst);
+    if (number != nullptr)
+        return finished(tree, path, changedNumber(tree, path, *number, value), isForced, value);
     const node_t *node = tree.find(path);
     if (node == nullptr || (node->use == pairUse_t::empty && !node->hasValue))
-        return finished(tree, path, added(tree, path, value, isForced), isForced, false);
+        return finished(tree, path, added(tree, path, value, isForced), isForced, value);
     if (node->use != pairUse_t::assigned || node->field == nullptr)
         return refusedChange(noSuchPath(tree, path));
-    return finished(tree, path, replaced(tree, *node, path, value, isForced), isForced, false);
+    return finished(tree, path, replaced(tree, *node, path, value, isForced), isForced, value);
 }
 
 change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
@@ -356,7 +370,7 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     const node_t *node = tree.find(path);
     if (node == nullptr || node->parent == node_t::none)
         return refusedChange(noSuchPath(tree, path));
-    return finished(tree, path, withoutNode(tree, node), isForced, true);
+    return finished(tree, path, withoutNode(tree, node), isForced, {});
 }
 
 } // namespace vek::inspect

@@ -30,6 +30,12 @@ bool isOfElements(const bodyTarget_t &target) {
     return target.kind == bodyTarget_t::kind_t::list || target.kind == bodyTarget_t::kind_t::codes;
 }
 
+// A key without a value is as good as left out; but the library writes an empty 16-bit text, as its terminating 0.
+bool isThere(const said_t &said, bool isText16) {
+    return said.kind == saidKind_t::group ? !said.members.empty()
+                                          : said.kind != saidKind_t::nothing && (isText16 || !said.text.empty());
+}
+
 // A number behind "#" tells the pairs of one key apart; it is no part of the key.
 std::string_view keyOf(const said_t &said) {
     return std::string_view(said.name).substr(0, said.name.find('#'));
@@ -101,14 +107,15 @@ void bodyBuilder_t::putMembers(const said_t &group, const bodyTarget_t &around) 
 void bodyBuilder_t::putRecord(const said_t &group, const recordSchema_t &record) {
     const bodyTarget_t around{bodyTarget_t::kind_t::record, &record, nullptr};
     for (const said_t &member : group.members) {
-        const bool isThere = record.find(member.name) != nullptr;
+        const bool isKnown = record.find(member.name) != nullptr;
         const bool isFirst = memberNamed(group, member.name) == &member;
-        if (!isThere || !isFirst)
+        if (!isKnown || !isFirst)
             put(member, around, nullptr, 0);
     }
     for (const fieldSchema_t &field : record.fields) {
         const said_t *said = memberNamed(group, field.key);
-        if (said != nullptr && said->isGiven()) {
+        const bool isText16 = field.kind == fieldKind_t::text16 && !field.isList();
+        if (said != nullptr && isThere(*said, isText16)) {
             put(*said, around, &field, 0);
             continue;
         }
@@ -178,7 +185,7 @@ bool bodyBuilder_t::putValue(const said_t &said, const bodyTarget_t &around, con
                                     "]: the elements of a list come in their order, and none is left out"}));
     const bodyTarget_t target = isCode ? bodyTarget_t() : groupOf(*field, isElement);
     const bool isText16 = target.kind == bodyTarget_t::kind_t::codes;
-    if (!said.isGiven() && !(isText16 && said.kind == saidKind_t::words))
+    if (!isThere(said, isText16))
         return isElement && refuse(said, "an element can't be empty: a host writes the list without it");
     if (said.kind == saidKind_t::group) {
         const std::size_t start = text_.size(), refusals = refusals_.size();
@@ -215,9 +222,10 @@ bool bodyBuilder_t::putGroup(const said_t &said, const bodyTarget_t &target) {
 }
 
 bool bodyBuilder_t::putWide(const said_t &said) {
-    const std::optional<std::string> codes = wideCodes(said.text);
+    std::string error;
+    const std::optional<std::string> codes = isRaw_ ? wideCodes(said.text) : speltWide(said.text, error);
     if (!codes && !isRaw_)
-        return refuse(said, "the text is no UTF-8");
+        return refuse(said, error);
     text_ += codes.value_or("{0,}");
     return true;
 }

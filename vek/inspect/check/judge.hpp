@@ -38,6 +38,9 @@ enum class part_t : std::uint8_t { whole, element, code };
 /// code. Nothing, and why, when a host would read something else.
 std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, part_t part, std::string &error);
 
+/// The same for a 16-bit text: its list of codes.
+std::optional<std::string> speltWide(std::string_view text, std::string &error);
+
 /// What is said of a key that a record, or a list when it is null, has not; and of one that stands there again.
 findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion = true);
 findingWords_t wordsOfDuplicate(std::string_view key);

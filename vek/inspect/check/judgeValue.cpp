@@ -260,15 +260,22 @@ std::optional<std::string> speltGroup(std::string_view value, std::string &error
 
 } // namespace
 
+std::optional<std::string> speltWide(std::string_view text, std::string &error) {
+    if (text.find('\0') != std::string_view::npos) {
+        error = "a NUL can't stand in a text: a host's text ends there";
+        return {};
+    }
+    std::optional<std::string> codes = wideCodes(text);
+    error = codes ? "" : "the text is no UTF-8";
+    return codes;
+}
+
 std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, part_t part, std::string &error) {
     const bool isScalar = part == part_t::code || (part == part_t::element ? !field.record : !field.isList());
     if (!isScalar || (field.kind == fieldKind_t::record))
         return speltGroup(value, error);
-    if (field.kind == fieldKind_t::text16 && part != part_t::code && !value.starts_with(openBrace)) {
-        std::optional<std::string> codes = wideCodes(value);
-        error = codes ? "" : "the text is no UTF-8";
-        return codes;
-    }
+    if (field.kind == fieldKind_t::text16 && part != part_t::code && !value.starts_with(openBrace))
+        return speltWide(value, error);
     if (field.kind == fieldKind_t::text16 && part != part_t::code)
         return speltGroup(value, error);
     const bool isText = field.kind == fieldKind_t::text;

@@ -29,7 +29,8 @@ formResult_t messageOf(const formText_t &form, const readOptions_t &options,
     if (!isRaw && !form.record.empty() && (record == nullptr || record->name != form.record))
         return {{},
                 joined({"the id ", std::to_string(id), " is that of ", record != nullptr ? record->name : "no record",
-                        ", not of ", form.record})};
+                        ", not of ", form.record}),
+                form.body.offset};
     return messageSaid({id, form.echoTag.value_or(-1), form.sequenceNumber.value_or(0)}, form.body, isRaw);
 }
 

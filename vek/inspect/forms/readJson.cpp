@@ -3,6 +3,7 @@
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/forms/private/formText.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -48,26 +49,36 @@ std::string whatIsWrong(std::string_view said) {
     return words;
 }
 
-// Hears of the values one by one, in their order and with all that are there twice.
+// Hears of the values one by one, in their order and with all that are there twice. Where they stand the parser does
+// not tell: the reader goes through the text with it, token by token.
 class jsonReader_t : public nlohmann::json_sax<json_t> {
 public:
-    explicit jsonReader_t(std::size_t size) : size_(size) {}
+    explicit jsonReader_t(std::string_view text) : text_(text), end_(text.size() - withoutByteOrderMark(text).size()) {}
 
     formText_t form;
 
-    bool null() override { return scalar(kind_t::nothing, {}); }
+    bool null() override {
+        step();
+        return scalar(kind_t::nothing, {});
+    }
     bool boolean(bool value) override {
+        step();
         if (depth_ == 1 && name_ == "raw") {
             form.isRaw = value;
             return true;
         }
         return scalar(kind_t::words, value ? "TRUE" : "FALSE");
     }
-    bool number_integer(number_integer_t value) override { return integer(value, std::to_string(value)); }
+    bool number_integer(number_integer_t value) override {
+        step();
+        return integer(value, std::to_string(value));
+    }
     bool number_unsigned(number_unsigned_t value) override {
+        step();
         return integer(static_cast<std::int64_t>(std::min<std::uint64_t>(value, INT64_MAX)), std::to_string(value));
     }
     bool number_float(number_float_t, const string_t &digits) override {
+        step();
         std::string text = digits; // with the point of the host's locale
         std::replace_if(
             text.begin(), text.end(),
@@ -75,6 +86,7 @@ public:
         return scalar(kind_t::words, text);
     }
     bool string(string_t &value) override {
+        step();
         if (depth_ == 1 && name_ == "text") {
             form.text = jsonBytes(value);
             return true;
@@ -83,6 +95,8 @@ public:
     }
     bool binary(binary_t &) override { return false; }
     bool key(string_t &name) override {
+        step();
+        nameStart_ = start_;
         name_ = jsonBytes(name);
         return true;
     }
@@ -96,22 +110,44 @@ public:
         const std::string words = whatIsWrong(error.what());
         const bool isKnown = words.starts_with("unexpected string") || words.starts_with("unexpected number");
         const std::size_t start = position - (isKnown && token.size() <= position ? token.size() : 1);
-        return refuse(joined({"this is no well-formed JSON: ", words}), std::min(start, size_));
+        start_ = std::min(start, text_.size());
+        return refuse(joined({"this is no well-formed JSON: ", words}));
     }
 
     void finish() {
         if (!hasBody_)
-            refuse("the JSON has no message in it: no member has a record's name, nor \"body\"", 0);
+            refuse("the JSON has no message in it: no member has a record's name, nor \"body\"");
         form.body = said_.take();
+        form.body.offset = bodyStart_;
     }
 
 private:
     using kind_t = said_t::kind_t;
 
-    bool refuse(std::string why, std::size_t position = 0) {
+    bool refuse(std::string why) {
         form.error = std::move(why);
-        form.offset = position;
+        form.offset = start_;
         return false;
+    }
+
+    // To the token that is told of now.
+    void step() {
+        start_ = std::min(text_.find_first_not_of(" \t\r\n,:", end_), text_.size());
+        if (start_ == text_.size()) {
+            end_ = start_;
+        } else if (text_[start_] == '"') {
+            for (end_ = start_ + 1; end_ < text_.size() && text_[end_] != '"'; ++end_)
+                end_ += text_[end_] == '\\' ? 1 : 0;
+            end_ = std::min(end_ + 1, text_.size());
+        } else {
+            const bool isBracket = std::string_view("{}[]").find(text_[start_]) != std::string_view::npos;
+            end_ = isBracket ? start_ + 1 : std::min(text_.find_first_of(" \t\r\n,:{}[]", start_), text_.size());
+        }
+    }
+    said_t said(kind_t kind, std::string_view text = {}) {
+        said_t one{kind, std::exchange(name_, {}), -1, std::string(text)};
+        one.offset = std::exchange(nameStart_, std::nullopt).value_or(start_);
+        return one;
     }
 
     // The header number that a member outside of the body is; null for what others have put there.
@@ -123,17 +159,18 @@ private:
                                  : nullptr;
     }
 
+    // Of what stands outside of the body, what is of use.
+    bool isOurs() { return headerNumber() != nullptr || (depth_ == 1 && (name_ == "text" || name_ == "raw")); }
     bool isBodyName() const { return name_ == "body" || recordNamed(name_) != nullptr; }
 
     bool scalar(kind_t kind, std::string_view text) {
         if (depth_ == 0)
             return refuse("a message is a JSON object");
         if (isInBody_) {
-            said_.value({kind, std::exchange(name_, {}), -1, std::string(text)});
+            said_.value(said(kind, text));
             return true;
         }
-        const bool isNeeded = headerNumber() != nullptr || (depth_ == 1 && (name_ == "text" || name_ == "raw"));
-        if (isNeeded && kind != kind_t::nothing)
+        if (isOurs() && kind != kind_t::nothing)
             return refuse(joined({"\"", name_, "\" can't be ", shownValue(text)}));
         if (depth_ == 1 && isBodyName())
             return refuse(joined({"\"", name_, "\" is the body, which is an object"}));
@@ -153,24 +190,30 @@ private:
     }
 
     bool begin(bool isObject) {
+        step();
         if (depth_ == 0 && !isObject)
             return refuse("a message is a JSON object");
+        if (isOurs())
+            return refuse(joined({"\"", name_, isObject ? "\" can't be an object" : "\" can't be a list"}));
         if (++depth_ > saidReader_t::deepest)
             return refuse(joined({"more than ", std::to_string(saidReader_t::deepest), " levels"}));
         if (isInBody_) {
-            said_.begin({kind_t::group, std::exchange(name_, {})});
+            said_.begin(said(kind_t::group));
         } else if (depth_ == 2 && isBodyName()) {
             if (hasBody_ || !isObject)
                 return refuse(
                     joined({"\"", name_, hasBody_ ? "\" is a second body" : "\" is the body, which is an object"}));
             form.record = name_ == "body" ? "" : name_;
             hasBody_ = isInBody_ = true;
+            bodyStart_ = nameStart_.value_or(start_);
         }
         name_.clear();
+        nameStart_.reset();
         return true;
     }
 
     bool end() {
+        step();
         name_.clear();
         --depth_;
         if (isInBody_ && depth_ > 1)
@@ -179,15 +222,17 @@ private:
         return true;
     }
 
-    const std::size_t size_; // of the form
-    std::size_t depth_ = 0;
+    const std::string_view text_;
+    std::size_t start_ = 0, end_;          // of the token
+    std::optional<std::size_t> nameStart_; // of the value that follows
+    std::size_t bodyStart_ = 0, depth_ = 0;
     std::string name_;
     saidReader_t said_;
     bool isInBody_ = false, hasBody_ = false;
 };
 
 formText_t readJsonForm(std::string_view text) {
-    jsonReader_t reader(text.size());
+    jsonReader_t reader(text);
     if (json_t::sax_parse(text.begin(), text.end(), &reader))
         reader.finish();
     return std::move(reader.form);

@@ -284,7 +284,7 @@ private:
             at_ += one.kind == said_t::kind_t::wide ? 1 : 0;
             if (!readQuoted(text_, at_, one.text))
                 return refuse("the closing double quote is missing, or a backslash is not written twice");
-            return said_.value(std::move(one));
+            return add(std::move(one));
         }
         std::size_t end = std::min(text_.find_first_of(isInList ? ",]\r\n" : "\r\n", at_), text_.size());
         for (std::size_t mark = at_; (mark = text_.substr(0, end).find('#', mark)) != std::string_view::npos; ++mark) {
@@ -302,6 +302,13 @@ private:
             return refuse("a value is missing");
         one.text = text_.substr(at_, behind - at_);
         at_ = end;
+        add(std::move(one));
+    }
+
+    // No characters are no value: an empty 16-bit text is u"".
+    void add(said_t one) {
+        if (one.kind == said_t::kind_t::words && one.text.empty())
+            one.kind = said_t::kind_t::nothing;
         said_.value(std::move(one));
     }
 

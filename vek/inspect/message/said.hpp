@@ -30,8 +30,6 @@ struct said_t {
         return kind == other.kind && name == other.name && index == other.index && text == other.text &&
                members == other.members;
     }
-    /// Whether there is something: a key without a value is as good as left out.
-    bool isGiven() const { return kind == kind_t::group ? !members.empty() : kind == kind_t::wide || !text.empty(); }
 };
 
 class saidReader_t {

@@ -143,8 +143,12 @@ void treeBuilder_t::assignPairs(std::uint32_t parentIndex) {
     case bodyTarget_t::kind_t::unknown:
         countUnknown(parent);
     }
-    for (std::uint32_t i = 0; i < parent.childCount; ++i)
-        decideBody(parent, nodes_[parent.firstChild + i]);
+    for (std::uint32_t i = 0; i < parent.childCount; ++i) {
+        node_t &node = nodes_[parent.firstChild + i];
+        if (isLostRest(node)) // the last one
+            node.ordinal = ++withoutKey_;
+        decideBody(parent, node);
+    }
 }
 
 std::uint32_t treeBuilder_t::countOf(const node_t &node) {
