@@ -6,6 +6,7 @@
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
 #include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/quoting.hpp"
 

@@ -50,6 +50,7 @@ public:
             ignored_[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
     }
 
+    bool hasColours() const override { return true; }
     std::unique_ptr<task_t> fork() const override { return std::make_unique<checkTask_t>(arguments_, colours_); }
     void join(task_t &later) override {
         const auto &other = static_cast<checkTask_t &>(later);

@@ -190,14 +190,14 @@ int runDiff(const diffArguments_t &arguments) {
     while (isLeftOpen || isRightOpen) {
         isLeftOpen = isLeftOpen && leftReader.step();
         isRightOpen = isRightOpen && rightReader.step();
-        writeAll(1, comparison.out);
+        writeText(1, comparison.out, true);
         comparison.out.clear();
     }
     const exitCode_t status = std::max(leftReader.statusWithMessages(), rightReader.statusWithMessages());
     if (status != exitFine)
         return exitUsage; // nothing was compared
     comparison.finish();
-    writeAll(1, comparison.out);
+    writeText(1, comparison.out, true);
     return comparison.isDifferent ? exitDifferences : exitFine;
 }
 

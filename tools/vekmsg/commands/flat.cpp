@@ -30,7 +30,7 @@ int runFlat(const flatArguments_t &arguments) {
     flatTask_t task;
     reader_t reader(arguments.reading, task);
     reader.run();
-    return reader.status();
+    return reader.statusWithMessages();
 }
 
 const commandOf_t<flatArguments_t> flatCommand({.order = 80,

@@ -89,7 +89,7 @@ int runRows(const jsonArguments_t &arguments) {
     rowsTask_t task(arguments.source.source, times, tableNamed(arguments.table));
     reader_t reader(arguments.reading, task);
     reader.run();
-    return reader.status();
+    return reader.statusWithMessages();
 }
 
 int runJson(const jsonArguments_t &arguments) {
@@ -101,7 +101,7 @@ int runJson(const jsonArguments_t &arguments) {
     jsonTask_t task(times);
     reader_t reader(arguments.reading, task);
     reader.run();
-    return reader.status();
+    return reader.statusWithMessages();
 }
 
 const commandOf_t<jsonArguments_t>

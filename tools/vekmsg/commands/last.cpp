@@ -32,6 +32,7 @@ public:
         std::uint64_t line = 0, column = 0, offset = 0;
     };
 
+    bool hasColours() const override { return true; }
     std::unique_ptr<task_t> fork() const override { return std::make_unique<lastTask_t>(); }
     void join(task_t &later) override {
         for (auto &[id, kept] : static_cast<lastTask_t &>(later).latest)

@@ -27,11 +27,24 @@ int runList(const listArguments_t &arguments) {
         return exitFine;
     }
     const colours_t colours = arguments.color.colours();
+    constexpr std::size_t column = 31; // of the purposes
+    const std::size_t width = isTerminal(1) ? pageWidth() : SIZE_MAX;
     for (const inspect::messageSchema_t &message : inspect::schema().messages()) {
         const bool hasRecord = message.record != nullptr;
+        const std::string_view name = hasRecord ? message.record->name : "-";
+        const std::string_view purpose = hasRecord ? message.record->purpose() : "No structure.";
         out.append(colours.bold).append(std::to_string(message.id)).append(colours.reset).append("  ");
-        out.append(colours.cyan).append(padded(hasRecord ? message.record->name : "-", 24)).append(colours.reset);
-        out.append(" ").append(hasRecord ? message.record->purpose() : "No structure.").append("\n");
+        if (column + purpose.size() <= width || width >= 2 * column) {
+            const std::string line = wrapped(std::string(column, ' ') + std::string(purpose), width, column);
+            out.append(colours.cyan)
+                .append(padded(name, column - 7))
+                .append(colours.reset)
+                .append(line, column - 1)
+                .append("\n");
+        } else { // below the name
+            out.append(colours.cyan).append(name).append(colours.reset).append("\n");
+            out.append(wrapped("    " + std::string(purpose), width, 4)).append("\n");
+        }
     }
     writeAll(1, out);
     return exitFine;

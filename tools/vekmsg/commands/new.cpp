@@ -26,7 +26,7 @@ int runNew(const newArguments_t &arguments) {
         inspect::newMessage(id, arguments.header.echoTag.value_or(-1), arguments.header.sequenceNumber.value_or(0));
     if (!text)
         throw usageError_t(arguments.id + " has no structure, so no defaults; vekmsg list shows what has one");
-    writeAll(1, isTerminal(1) ? *text + "\n" : *text);
+    writeText(1, isTerminal(1) ? *text + "\n" : *text);
     return exitFine;
 }
 

@@ -2,6 +2,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/check/check.hpp"
 #include "vek/inspect/schema/schema.hpp"
 
 #include <CLI/CLI.hpp>
@@ -127,6 +128,7 @@ std::string bashCompletion(const CLI::App &app) {
            "    --color) options='auto always never' ;;\n"
            "    --id | --as | new) options=$(vekmsg page names) ;;\n"
            "    describe) options=$(vekmsg page names; vekmsg page keys) ;;\n"
+           "    --ignore) [ \"${COMP_WORDS[1]}\" != check ] || options=$(vekmsg page findings) ;;\n"
            "    --keys | --where | get | set) options=$(vekmsg page keys) ;;\n"
            "    esac\n"
            "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$word\"; compgen -f -- \"$word\")\n"
@@ -148,7 +150,9 @@ std::string zshText(const std::string &text) {
     return out;
 }
 
-std::string zshValues(const std::string &name) {
+std::string zshValues(const std::string &name, const std::string &command) {
+    if (name == "ignore")
+        return command == "check" ? "($(vekmsg page findings))" : "($(vekmsg page keys))";
     if (name == "color")
         return "(auto always never)";
     if (name == "id" || name == "as")
@@ -165,7 +169,9 @@ std::string zshCompletion(const CLI::App &app) {
             for (const std::string &name : option->get_lnames())
                 cases += " \\\n            '--" + name + (takesValue(option) ? "=" : "") + "[" +
                          zshText(option->get_description()) + "]" +
-                         (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(name) : "") +
+                         (takesValue(option)
+                              ? ":" + zshText(option->get_type_name()) + ":" + zshValues(name, command->get_name())
+                              : "") +
                          "'";
         const std::string &name = command->get_name();
         cases += name == "new" || name == "describe" ? " \\\n            '*:name:($(vekmsg page names))'"
@@ -206,8 +212,11 @@ int runPage(const pageArguments_t &arguments) {
     else if (arguments.kind == "keys")
         for (const std::string_view key : inspect::schema().keys())
             page.append(key).append("\n");
+    else if (arguments.kind == "findings")
+        for (const inspect::findingKind_t &kind : inspect::findingKinds())
+            page.append(kind.name).append("\n");
     else
-        throw usageError_t("there are the pages man, bash, zsh, names and keys");
+        throw usageError_t("there are the pages man, bash, zsh, names, keys and findings");
     writeAll(1, page);
     return exitFine;
 }

@@ -31,6 +31,7 @@ public:
     showTask_t(const showArguments_t &arguments, const colours_t &colours)
         : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {}
 
+    bool hasColours() const override { return true; }
     std::unique_ptr<task_t> fork() const override {
         return arguments_.onlyChanges ? nullptr : std::make_unique<showTask_t>(arguments_, colours_);
     }

@@ -44,6 +44,7 @@ public:
 
     summaryTask_t(bool isChecked, bool isPiece) : isChecked_(isChecked), isPiece_(isPiece) {}
 
+    bool hasColours() const override { return true; }
     std::unique_ptr<task_t> fork() const override { return std::make_unique<summaryTask_t>(isChecked_, true); }
     void join(task_t &task) override {
         auto &later = static_cast<summaryTask_t &>(task);
@@ -98,8 +99,10 @@ std::string momentInWords(const summaryTask_t::moment_t &moment, const timeFinde
 void write(const summaryTask_t &task, std::string &out, const readingOptions_t &reading, const colours_t &colours) {
     const timeFinder_t times(reading.timeExpression);
     std::uint64_t count = 0, damaged = 0;
-    out.append(colours.bold).append("   id  name                     messages  damaged  first and last\n");
-    out.append(colours.reset);
+    constexpr std::size_t narrow = 50;
+    const std::size_t nameWidth = pageWidth() < narrow ? 15 : 24;
+    out.append(colours.bold).append("   id  ").append(padded("name", nameWidth)).append(" messages  damaged");
+    out.append(pageWidth() < narrow ? "\n  first and last\n" : "  first and last\n").append(colours.reset);
     for (const auto &[id, kind] : task.kinds) {
         const inspect::messageSchema_t *message = inspect::schema().find(id);
         const std::string_view name = message == nullptr           ? "(unknown id)"
@@ -107,14 +110,18 @@ void write(const summaryTask_t &task, std::string &out, const readingOptions_t &
                                                                    : message->record->name;
         count += kind.count;
         damaged += kind.damaged;
-        out += padded(id < 0 ? "-" : std::to_string(id), 5, true) + "  " + padded(name, 24) +
-               padded(std::to_string(kind.count), 9, true) + "  ";
+        out += padded(id < 0 ? "-" : std::to_string(id), 5, true) + "  " +
+               padded(name.substr(0, nameWidth), nameWidth) + padded(std::to_string(kind.count), 9, true) + "  ";
         out.append(kind.damaged > 0 ? colours.red : "").append(padded(std::to_string(kind.damaged), 7, true));
         out.append(kind.damaged > 0 ? colours.reset : "").append("  ");
         const std::string first = momentInWords(kind.first, times), last = momentInWords(kind.last, times);
-        out += first;
+        constexpr std::size_t columns = 49; // in front of the times
+        const std::string gap = "\n" + std::string(2, ' ');
+        const std::size_t width = pageWidth();
+        const bool fits = columns + first.size() + 2 + last.size() <= width;
+        out.append(fits ? "" : gap).append(first);
         if (first != last)
-            out.append("  ").append(last);
+            out.append(fits || 4 + first.size() + last.size() <= width ? "  " : gap).append(last);
         out += '\n';
     }
     out +=

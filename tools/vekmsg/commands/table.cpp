@@ -35,6 +35,10 @@ public:
 
     std::unique_ptr<task_t> fork() const override { return std::make_unique<tableTask_t>(arguments_, times_); }
 
+    void join(task_t &later) override { rows += static_cast<tableTask_t &>(later).rows; }
+
+    std::uint64_t rows = 0;
+
     void header() {
         for (const std::string &key : arguments_.keys)
             cell(key, &key == &arguments_.keys.front());
@@ -58,6 +62,7 @@ public:
         }
         if (hasPath && !hasValue)
             return; // a message of another kind
+        ++rows;
         for (const std::string &value : values_)
             cell(value, &value == &values_.front());
         out += lineEnd();
@@ -132,7 +137,11 @@ int runTable(const tableArguments_t &arguments) {
     task.header();
     reader_t reader(arguments.reading, task);
     reader.run();
-    return reader.status();
+    const exitCode_t status = reader.statusWithMessages();
+    if (status != exitFine || task.rows > 0)
+        return status;
+    complain("none of these keys in what was read; vekmsg flat shows the paths of all values");
+    return exitDifferences;
 }
 
 const commandOf_t<tableArguments_t>

@@ -1,6 +1,8 @@
 #include "tools/vekmsg/reading/input.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/log/unwrapping.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/utf16.hpp"
 
 #include <zlib.h>
@@ -194,9 +196,54 @@ private:
 };
 #endif
 
-} // namespace
+// A source whose bytes are the log in the wrapping of another one's.
+class wrappedSource_t final : public source_t {
+public:
+    wrappedSource_t(std::unique_ptr<source_t> wrapped, std::string start, inspect::wrapping_t wrapping)
+        : wrapped_(std::move(wrapped)), start_(std::move(start)), wrapping_(wrapping), unwrapper_(wrapping) {}
 
-std::unique_ptr<source_t> openSource(const std::string &name) {
+    std::string_view next() override {
+        while (!isEnded_) {
+            const std::string_view block = isBegun_ ? wrapped_->next() : std::string_view(start_);
+            isBegun_ = true;
+            isEnded_ = block.empty();
+            const std::string_view text = isEnded_ ? unwrapper_.finish() : unwrapper_.take(block);
+            if (!text.empty())
+                return text;
+        }
+        return {};
+    }
+    bool isShort() const override { return wrapped_->isShort(); }
+    std::uint64_t taken() const override { return wrapped_->taken(); }
+    std::uint64_t size() const override { return wrapped_->size(); }
+    bool isPlain() const override { return wrapping_ == inspect::wrapping_t::none && wrapped_->isPlain(); }
+    bool skip(std::uint64_t bytes) override {
+        return isBegun_ && wrapping_ == inspect::wrapping_t::none && wrapped_->skip(bytes);
+    }
+
+private:
+    std::unique_ptr<source_t> wrapped_;
+    std::string start_;
+    inspect::wrapping_t wrapping_;
+    inspect::unwrapper_t unwrapper_;
+    bool isBegun_ = false, isEnded_ = false;
+};
+
+// Whether an input's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
+// first object.
+bool showsWhatItIs(std::string_view text) {
+    constexpr std::size_t enough = 64;
+    const std::string_view bare = inspect::withoutByteOrderMark(text);
+    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
+    if (first < bare.size() && (bare[first] == '{' || bare[first] == '['))
+        return text.size() >= source_t::blockSize ||
+               inspect::endOfJson(bare.substr(std::min(bare.find('{', first), bare.size() - 1))) !=
+                   std::string_view::npos;
+    return text.size() >= enough || text.ends_with("!!") ||
+           (first < bare.size() && bare.find('\n', first) < bare.size());
+}
+
+std::unique_ptr<source_t> openPlainOrPacked(const std::string &name) {
     if (name == "-" && isTerminal(0))
         complain(std::string("reading what is typed or pasted here; ") + endOfTyping);
     auto plain = std::make_unique<plainSource_t>(name);
@@ -216,6 +263,25 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
         return std::make_unique<utf16Source_t>(std::move(plain), order);
     }
     return plain;
+}
+
+} // namespace
+
+std::unique_ptr<source_t> openSource(const std::string &name) {
+    std::unique_ptr<source_t> source = openPlainOrPacked(name);
+    // A pipe may give its first line in pieces.
+    std::string start;
+    for (std::string_view piece = source->next(); !piece.empty(); piece = source->next()) {
+        start += piece;
+        if (showsWhatItIs(start))
+            break;
+    }
+    inspect::wrapping_t wrapping = inspect::wrappingOf(start);
+    // One message alone in its file is what a host gets of it, escapes and all.
+    const bool isAlone = inspect::withoutByteOrderMark(start).starts_with("@@") && source->size() == source->taken();
+    if (wrapping == inspect::wrapping_t::escapes && isAlone)
+        wrapping = inspect::wrapping_t::none;
+    return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping);
 }
 
 } // namespace vek::tool

@@ -33,7 +33,7 @@ public:
     virtual bool isPlain() const { return true; }
 };
 
-/// Opens a file, or standard input for "-". Throws usageError_t.
+/// Opens a file, or standard input for "-"; a log in a wrapping is unwrapped. Throws usageError_t.
 std::unique_ptr<source_t> openSource(const std::string &name);
 
 } // namespace vek::tool

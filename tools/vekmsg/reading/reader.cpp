@@ -2,6 +2,7 @@
 
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
@@ -13,15 +14,6 @@ using inspect::form_t;
 namespace {
 
 constexpr std::size_t flushSize = std::size_t{1} << 16;
-
-// Whether a text's start shows in which form it is: a line with something in it, or as much, or a whole message.
-bool showsItsForm(std::string_view text) {
-    constexpr std::size_t enough = 64;
-    const std::string_view bare = inspect::withoutByteOrderMark(text);
-    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
-    return text.size() >= enough || text.ends_with("!!") ||
-           (first < bare.size() && bare.find('\n', first) < bare.size());
-}
 
 void complainOf(item_t item, std::string_view form, const inspect::refusal_t &refusal) {
     const std::string_view before = form.substr(0, refusal.offset);
@@ -84,7 +76,7 @@ void reader_t::flush() {
         return;
     if (isTerminal(1))
         progress_.clear();
-    writeAll(1, task_.out);
+    writeText(1, task_.out, task_.hasColours());
     task_.out.clear();
 }
 
@@ -172,17 +164,12 @@ bool reader_t::step() {
     return false;
 }
 
-// Opens an input and looks at its first block, which a pipe may give in pieces.
+// Opens an input and looks at its first block.
 void reader_t::begin(const std::string &name) {
     input_ = std::make_unique<input_t>(name, filter_, task_, most());
     input_t &input = *input_;
     progress_.start(name, input.source->size());
-    std::string_view piece = input.source->next();
-    input.start = piece;
-    while (!piece.empty() && !showsItsForm(input.start)) {
-        piece = input.source->next();
-        input.start += piece;
-    }
+    input.start = input.source->next();
     const bool isWhole = input.source->size() == input.start.size();
     const std::size_t skipped = input.start.size() - inspect::withoutByteOrderMark(input.start).size();
     input.start.erase(0, skipped);
@@ -331,12 +318,16 @@ public:
 
 private:
     void take(std::string_view block) override {
-        count([&] { scanner_.feed(block, sink_); });
+        if (!unwrapper_)
+            unwrapper_.emplace(inspect::wrappingOf(block));
+        count([&] { scanner_.feed(unwrapper_->take(block), sink_); });
     }
     void end(bool isRotated) override {
-        count([&] { scanner_.finish(sink_); });
-        if (isRotated)
-            scanner_ = inspect::logScanner_t();
+        standStill();
+        if (!isRotated)
+            return;
+        scanner_ = inspect::logScanner_t();
+        unwrapper_.reset();
     }
     void standStill() override {
         count([&] { scanner_.finish(sink_); });
@@ -356,6 +347,7 @@ private:
 
     reader_t &reader_;
     itemSink_t sink_;
+    std::optional<inspect::unwrapper_t> unwrapper_; // as the first bytes of the file want it
     inspect::logScanner_t scanner_;
 };
 

@@ -11,7 +11,7 @@ const std::string &changeable(const std::string &name) {
     if (name == "-")
         throw usageError_t("--in-place needs a file; without it the result goes to standard output");
     if (!openSource(name)->isPlain())
-        throw usageError_t(name + " is packed or UTF-16, so it can't be changed in place; unpack it first");
+        throw usageError_t(name + " is packed or wrapped, so it can't be changed in place; unpack it first");
     return name;
 }
 

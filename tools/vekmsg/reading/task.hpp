@@ -65,6 +65,10 @@ public:
     /// Of a followed log nothing more has come for now.
     virtual void pause() {}
 
+    /// Whether the output has colours of its own; messages' bytes in it are then quoted where they could be taken for
+    /// some.
+    virtual bool hasColours() const { return false; }
+
     /// A task for another piece of the input; null when pieces can't be done apart.
     virtual std::unique_ptr<task_t> fork() const { return nullptr; }
     /// Takes over what the task of the following piece has gathered, but its output.

@@ -1,6 +1,7 @@
 #include "tools/vekmsg/terminal/platform.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/words/quoting.hpp"
 
 #include <cerrno>
 #include <chrono>
@@ -66,7 +67,7 @@ fileIdentity_t identityFrom(const struct stat &status) {
 } // namespace
 
 void complain(const std::string &words) {
-    std::fprintf(stderr, "vekmsg: %s\n", words.c_str());
+    writeText(2, "vekmsg: " + words + "\n");
 }
 
 void failOnFile(const std::string &doing, const std::string &file) {
@@ -99,8 +100,9 @@ std::size_t terminalWidth() {
         return static_cast<std::size_t>(info.dwSize.X);
 #else
     struct winsize size;
-    if (ioctl(2, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
+    for (const int descriptor : {1, 2})
+        if (ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+            return size.ws_col;
 #endif
     return 80;
 }
@@ -221,6 +223,13 @@ void writeAll(int descriptor, std::string_view bytes) {
             throw usageError_t(std::string("cannot write the output: ") + std::strerror(errno));
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
+}
+
+void writeText(int descriptor, std::string_view text, bool hasColours) {
+    if (isTerminal(descriptor))
+        writeAll(descriptor, inspect::visible(text, hasColours));
+    else
+        writeAll(descriptor, text);
 }
 
 replacement_t::replacement_t(const std::string &name) : target_(name) {

@@ -21,7 +21,7 @@ inline constexpr const char *endOfTyping = "Ctrl-Z and Enter end it";
 #else
 inline constexpr const char *endOfTyping = "Ctrl-D ends it";
 #endif
-/// Columns of the terminal at standard error; 80 when there is none.
+/// Columns of the terminal at standard output, or at standard error; 80 when there is none.
 std::size_t terminalWidth();
 std::optional<std::string> environment(const char *name);
 void sleepMilliseconds(unsigned milliseconds);
@@ -63,6 +63,10 @@ std::optional<fileIdentity_t> identityOf(const std::string &name);
 
 /// Writes all to a descriptor. A pipe without a reader ends the program quietly.
 void writeAll(int descriptor, std::string_view bytes);
+
+/// The same of what people read: on a terminal, what no terminal shows as it is is made visible. Colours stay when they
+/// are the program's own.
+void writeText(int descriptor, std::string_view text, bool hasColours = false);
 
 /// A new file beside another one that takes its place, with its owner and mode, when commit() is called. Until then,
 /// and whenever commit() was not reached, the other file is as it was.

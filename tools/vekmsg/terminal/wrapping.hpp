@@ -11,7 +11,7 @@ namespace vek::tool {
 
 /// Columns that output for people may take.
 inline std::size_t pageWidth() {
-    return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 60) : 100;
+    return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 40) : 100;
 }
 
 /// A text with blanks behind it, or in front of it, up to a width.

@@ -4,6 +4,8 @@
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/numberText.hpp"
 
+#include <algorithm>
+
 namespace vek::inspect {
 
 namespace {
@@ -76,17 +78,56 @@ std::vector<std::string_view> splitLines(std::string_view text, bool (*isFirst)(
 
 } // namespace
 
-form_t formOf(std::string_view text) {
-    text = fromFirstLine(text);
+namespace {
+
+form_t formOfStart(std::string_view text) {
     if (text.starts_with("@@"))
         return form_t::message;
     if (text.starts_with("@id"))
         return form_t::flat;
+    if (text.starts_with('['))
+        text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n", 1), text.size()));
     if (text.starts_with('{')) {
         const std::size_t first = text.find_first_not_of(" \t\r\n", 1);
         return first != std::string_view::npos && text[first] == '"' ? form_t::json : form_t::none;
     }
     return isTitle(text) ? form_t::show : form_t::none;
+}
+
+// A line of the form, or of anything that is no log's.
+bool isLineOf(std::string_view line, form_t form) {
+    if (line.find("@@") == std::string_view::npos || line.starts_with('#'))
+        return true;
+    return form == form_t::flat ? line.find(" = ") < line.find("@@") : isSpace(line.front());
+}
+
+// Whether messages stand in a text beside what is in the form, so that it is a log after all.
+bool hasOthers(std::string_view text, form_t form) {
+    if (form == form_t::json) {
+        const char *at = text.data();
+        for (const std::string_view object : splitObjects(text)) {
+            if (std::string_view(at, static_cast<std::size_t>(object.data() - at)).find("@@") != std::string_view::npos)
+                return true;
+            at = object.data() + object.size();
+        }
+        return std::string_view(at, static_cast<std::size_t>(text.data() + text.size() - at)).find("@@") !=
+               std::string_view::npos;
+    }
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+        if (!isLineOf(text.substr(0, end), form))
+            return true;
+        text.remove_prefix(end);
+    }
+    return false;
+}
+
+} // namespace
+
+form_t formOf(std::string_view text) {
+    text = fromFirstLine(text);
+    const form_t form = formOfStart(text);
+    return isForm(form) && hasOthers(text, form) ? form_t::none : form;
 }
 
 std::vector<std::string_view> splitForms(std::string_view text, form_t form) {

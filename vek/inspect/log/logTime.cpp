@@ -169,29 +169,58 @@ std::optional<logTime_t> webServer(pieces_t &pieces) {
     return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
 }
 
-int thisYear() {
-    static const int year = [] {
-        const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-        return static_cast<int>(std::chrono::year_month_day(today).year());
-    }();
-    return year;
+std::int64_t now() {
+    static const std::int64_t time =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::system_clock::now().time_since_epoch())
+            .count();
+    return time;
 }
 
+// Without a year: of the latest year in which it is not yet to come (in any zone), so that December is the last one's
+// in January.
 std::optional<logTime_t> systemLog(pieces_t &pieces) {
     const int month = pieces.month();
     pieces.oneOf(" ");
     const int dayOfMonth = pieces.optionally(" ") ? pieces.number(1) : pieces.number(2);
     pieces.oneOf(" ");
     const std::int64_t timeOfDay = clock(pieces, true);
-    return made(pieces, dayOf(thisYear(), month, dayOfMonth), timeOfDay);
+    constexpr int betweenLeapYears = 8;
+    static const auto thisYear =
+        static_cast<int>(std::chrono::year_month_day(std::chrono::sys_days(std::chrono::days(now() / day))).year());
+    for (int year = thisYear + 1; pieces.isGood() && year >= thisYear - betweenLeapYears; --year)
+        if (const std::optional<std::int64_t> date = dayOf(year, month, dayOfMonth);
+            date && *date + timeOfDay <= now() + day)
+            return made(pieces, date, timeOfDay);
+    return std::nullopt;
 }
 
+// Date and time without marks: 20260301T120000.250Z.
+std::optional<logTime_t> compactIso(pieces_t &pieces) {
+    const int year = pieces.number(4), month = pieces.number(2), dayOfMonth = pieces.number(2);
+    pieces.oneOf("T");
+    const int hour = pieces.number(2), minute = pieces.number(2),
+              seconds = isDigit(pieces.next()) ? pieces.number(2) : 0;
+    if (!pieces.isGood() || hour > 24 || minute > 59 || seconds > 60)
+        return std::nullopt;
+    std::int64_t timeOfDay = ((std::int64_t{hour} * 60 + minute) * 60 + seconds) * second;
+    if (pieces.optionally(".,"))
+        timeOfDay += pieces.fraction();
+    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
+}
+
+// Ten digits of seconds, with milliseconds thirteen, with microseconds sixteen, with nanoseconds nineteen.
 std::optional<logTime_t> sinceEpoch(pieces_t &pieces) {
     const int high = pieces.number(5), low = pieces.number(5);
-    if (!pieces.isGood() || high < 10000 || isDigit(pieces.next()))
+    if (!pieces.isGood() || high < 10000)
         return std::nullopt;
     logTime_t time{(static_cast<std::int64_t>(high) * 100000 + low) * second, true, true};
-    if (pieces.optionally("."))
+    for (std::int64_t unit = second / 1000; isDigit(pieces.next()); unit /= 1000) {
+        const int thousandths = pieces.number(3);
+        if (!pieces.isGood() || (unit == 0 && isDigit(pieces.next())))
+            return std::nullopt;
+        time.microseconds += thousandths * unit;
+    }
+    if (time.microseconds % second == 0 && pieces.optionally("."))
         time.microseconds += pieces.fraction();
     return time;
 }
@@ -203,7 +232,7 @@ std::optional<logTime_t> timeAlone(pieces_t &pieces) {
     return logTime_t{timeOfDay, false, false};
 }
 
-constexpr std::array<reader_t, 5> readersByDigit{iso, dotted, webServer, sinceEpoch, timeAlone};
+constexpr std::array<reader_t, 6> readersByDigit{iso, compactIso, dotted, webServer, sinceEpoch, timeAlone};
 
 std::int64_t timeOfDay(std::int64_t microseconds) {
     return ((microseconds % day) + day) % day;

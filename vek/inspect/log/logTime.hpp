@@ -29,7 +29,8 @@ struct logTime_t {
 
 /// A time that begins at the start of a text, in one of the usual spellings; `size` receives how much it takes.
 /// ISO 8601 (also with a blank, slashes or a comma), 01.03.2026 12:00:00, 01/Mar/2026:12:00:00 +0100,
-/// Mar  1 12:00:00 (of this year), seconds since 1970 in ten digits, 12:00:00.
+/// 20260301T120000Z, Mar  1 12:00:00 (the latest one that is not to come), seconds since 1970 in ten digits, milli-,
+/// micro- and nanoseconds in more, 12:00:00.
 std::optional<logTime_t> readTime(std::string_view text, std::size_t &size);
 
 /// The first time in the first bytes of a line.

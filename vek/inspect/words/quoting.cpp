@@ -1,6 +1,7 @@
 #include "vek/inspect/words/quoting.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 
 namespace vek::inspect {
@@ -17,14 +18,33 @@ bool isWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-constexpr characterRange_t unprintable[] = {{0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},
-                                            {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x2069}, {0xFEFF, 0xFEFF}};
+constexpr characterRange_t unprintable[] = {{0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},
+                                            {0x61C, 0x61C},   {0x200B, 0x200F}, {0x180E, 0x180E},
+                                            {0x2028, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}};
 
 bool isPrintableCharacter(std::string_view bytes) {
     const std::uint32_t character = utf8Character(bytes);
     return std::none_of(std::begin(unprintable), std::end(unprintable), [character](const characterRange_t &range) {
         return character >= range.first && character <= range.last;
     });
+}
+
+// Greek, Cyrillic and wide letters, of which many look like Latin ones.
+bool isLookAlike(std::uint32_t character) {
+    return (character >= 0x370 && character <= 0x52F) || (character >= 0xFF21 && character <= 0xFF5A);
+}
+
+bool isForeignBlank(std::uint32_t character) {
+    return character == 0xA0 || character == 0x1680 || (character >= 0x2000 && character <= 0x200A) ||
+           character == 0x202F || character == 0x205F || character == 0x3000;
+}
+
+// The size of a colour sequence at the front of a text, "ESC [ 1 ; 3 1 m"; 0 when there is none.
+std::size_t colourSize(std::string_view text) {
+    if (!text.starts_with("\x1b["))
+        return 0;
+    const std::size_t end = text.find_first_not_of("0123456789;", 2);
+    return end < text.size() && text[end] == 'm' ? end + 1 : 0;
 }
 
 void appendHex(std::string &out, char byte) {
@@ -156,6 +176,39 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
 
 std::span<const characterRange_t> unprintableCharacters() {
     return unprintable;
+}
+
+std::string visible(std::string_view text, bool keepsColours) {
+    std::string out;
+    char code[16];
+    const auto startsLatinWord = [text](std::size_t start) {
+        const std::size_t end = std::min(text.find_first_of(" \t\n;=,{}", start), text.size());
+        return std::ranges::any_of(text.substr(start, end - start),
+                                   [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); });
+    };
+    bool isLatin = startsLatinWord(0); // the word
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string_view rest = text.substr(at);
+        const std::size_t size = std::max<std::size_t>(utf8Size(rest), 1), colour = keepsColours ? colourSize(rest) : 0;
+        const std::string_view bytes = rest.substr(0, colour > 0 ? colour : size);
+        at += bytes.size();
+        const bool isCharacter = colour == 0 && utf8Size(rest) > 0;
+        const std::uint32_t character = isCharacter ? utf8Character(bytes) : 0;
+        if (!isCharacter || (character < 0x80 && !isWordCharacter(rest.front())))
+            isLatin = startsLatinWord(at);
+        if (colour > 0 || rest.front() == '\n' || rest.front() == '\t') {
+            out += bytes;
+        } else if (!isCharacter || (character < 0x80 && !isPrintableCharacter(bytes))) {
+            appendHex(out, bytes.front());
+        } else if (!isPrintableCharacter(bytes) || isForeignBlank(character) || (isLatin && isLookAlike(character))) {
+            std::snprintf(code, sizeof code, character > 0xFFFF ? "\\U%08x" : "\\u%04x",
+                          static_cast<unsigned>(character));
+            out += code;
+        } else {
+            out += bytes;
+        }
+    }
+    return out;
 }
 
 bool isPrintable(std::string_view text) {

@@ -27,6 +27,11 @@ void appendQuoted(std::string &out, std::string_view bytes);
 /// it is not well-formed.
 bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes);
 
+/// For a terminal: with \x and \u for whatever is not printable there, blanks of other kinds, and letters of other
+/// scripts in words of Latin letters, which look like these. Line ends and tabs stay, and colours where they are the
+/// program's own.
+std::string visible(std::string_view text, bool keepsColours = false);
+
 /// Whether a text is made of printable UTF-8.
 bool isPrintable(std::string_view text);
 
