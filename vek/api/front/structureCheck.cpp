@@ -83,7 +83,8 @@ std::string shown(double value) {
 
 class checkRun_t {
 public:
-    explicit checkRun_t(bool onlyFirst) : onlyFirst_(onlyFirst) {}
+    checkRun_t(bool onlyFirst, structureCheck_t::take_t take, void *taker)
+        : onlyFirst_(onlyFirst), take_(take), taker_(taker) {}
 
     /// An element that is gone over, and the list that it is in.
     struct inList_t {
@@ -102,8 +103,6 @@ public:
         }
         return true;
     }
-
-    std::vector<problem_t> found;
 
 private:
     struct where_t {
@@ -325,27 +324,29 @@ private:
         return tell(pathOf(where), code, why);
     }
     bool tell(const std::string &path, problemCode_t code, const std::string &why) {
-        problem_t &problem = found.emplace_back();
-        problem.code = code;
-        problem.text = path + why;
-        problem.member = path;
+        take_(taker_, code, (path + why).c_str(), path.c_str());
         return !onlyFirst_;
     }
 
     bool onlyFirst_;
+    structureCheck_t::take_t take_;
+    void *taker_;
 };
 
 [[gnu::noinline]] bool isKeptFrom(const plan_t &plan, std::size_t firstRule, const char *structure) {
     const floatingPointGuard_t guard; // comparing reals sets flags, too
-    checkRun_t run(true);
+    checkRun_t run(
+        true, [](void *, problemCode_t, const char *, const char *) {}, nullptr);
     return run.goOver(plan, structure, nullptr, firstRule);
 }
 
 } // namespace
 
-structureCheck_t::structureCheck_t(void (*show)(recordVisitor_t &)) : plan_(makeCheckPlan(show)) {}
+structureCheck_t::structureCheck_t(void (*show)(recordVisitor_t &)) : plan_(makeCheckPlan(show).release()) {}
 
-structureCheck_t::~structureCheck_t() = default;
+structureCheck_t::~structureCheck_t() {
+    delete plan_;
+}
 
 // A run is begun only at the first value that takes more to tell.
 bool structureCheck_t::isKept(const void *structure) const {
@@ -356,18 +357,9 @@ bool structureCheck_t::isKept(const void *structure) const {
     return true;
 }
 
-problem_t structureCheck_t::first(const void *structure) const {
+void structureCheck_t::tell(const void *structure, bool onlyFirst, take_t take, void *taker) const {
     const floatingPointGuard_t guard;
-    checkRun_t run(true);
-    run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
-    return std::move(run.found.front());
-}
-
-std::vector<problem_t> structureCheck_t::all(const void *structure) const {
-    const floatingPointGuard_t guard;
-    checkRun_t run(false);
-    run.goOver(*plan_, static_cast<const char *>(structure), nullptr);
-    return std::move(run.found);
+    checkRun_t(onlyFirst, take, taker).goOver(*plan_, static_cast<const char *>(structure), nullptr);
 }
 
 } // namespace vek

@@ -211,8 +211,8 @@ int string_t::compareTo(const string_t &other) const {
     return compareTexts(c_str(), other.c_str()); // up to the terminators
 }
 
-int string_t::compareWhole(std::string_view other) const {
-    return compareTexts(textOf(*this), other);
+int string_t::compareWhole(const char *text, std::size_t length) const {
+    return compareTexts(textOf(*this), {text, length});
 }
 
 bool string_t::operator==(const char *text) const {

@@ -239,8 +239,9 @@ private:
     string_t &append(const char *text, std::size_t n, bool hasNul);
     /// append, whatever it takes.
     string_t &appendGrowing(const char *text, std::size_t n);
-    /// -1, 0 or 1.
-    int compareWhole(std::string_view other) const;
+    /// -1, 0 or 1. Takes no std::string_view, which the host may have from another standard library.
+    int compareWhole(const char *text, std::size_t length) const;
+    int compareWhole(std::string_view other) const { return compareWhole(other.data(), other.size()); }
     /// Makes the body private; false without memory, with a null body.
     bool makePrivate();
     /// Keeps the body after a change that went well, else leaves a null body.
