@@ -39,7 +39,8 @@ concept printsAs = requires(const T &structure) {
 static_assert(parses<FocusValue> && prints<FocusValue> && prints<const JobPort>);
 static_assert(!parses<Size> && !parses<MessageBase> && !parses<DeviceMedia> && !parses<const FocusValue>);
 static_assert(!prints<DeviceId> && !prints<string_t> && !prints<owned_t<FocusValue>> && !prints<FocusValue *>);
-// An id takes no other structure. (That a structure of several messages needs the id says refusals.sh.)
+// An id takes no other structure, and a structure of several messages needs the id.
+static_assert(!parses<IdRecord> && !prints<IdRecord>);
 static_assert(parsesById<4160> && printsAs<4160, IdRecord> && printsAs<4189, IdRecord> && printsAs<4192, IdRecord>);
 static_assert(!printsAs<VEK_MSG_FOCUS_VALUE, Cassette> && !printsAs<VEK_MSG_INFO, IdRecord>);
 static_assert(printsAs<VEK_MSG_DEVICE_INFO, DeviceInfo2> && !printsAs<VEK_MSG_DEVICE_INFO_2, DeviceInfo>);
@@ -212,6 +213,50 @@ TEST_F(FrontTest, LeavesFloatingPointToTheHost) {
     EXPECT_EQ(problem.code, problemCode_t::notFinite);
     EXPECT_EQ(problem.text, "spinnerSpeed[0] is nan and would be read as 0: give it a number");
     EXPECT_TRUE(text.empty() && problems == 1 && happened == 0);
+}
+
+TEST_F(FrontTest, ALineHasNumbersOfItsOwn) {
+    line_t line, other{100, INT32_MAX};
+    const auto focus = line.parse<FocusValue>(message(4112, "{FOCUS_VALUE=3.000000;}", 7, 41));
+    EXPECT_EQ(line.echoTag, 7);
+    EXPECT_EQ(messageNumbers(line.print(*focus)).echoTag, 7);
+    (void)parse<FocusValue>(message(4112, "{}", 9, 99)); // the process's
+    const envelopeNumbers_t second = messageNumbers(line.print(*focus));
+    EXPECT_TRUE(second.id == 4112 && second.echoTag == 7 && second.sequenceNumber == 43);
+    const messageText_t wrapped = other.print<VEK_MSG_ID_RECORD_4189>(IdRecord{5});
+    EXPECT_EQ(wrapped, message(4189, "{ID=5;}", 100, INT32_MIN));
+    problem_t problem;
+    EXPECT_EQ(line.parse<FocusValue>("@@4112    99 8 1 {}!!", problem), nullptr);
+    focus->focusValue = std::numeric_limits<double>::infinity();
+    EXPECT_TRUE(line.print(*focus, problem).empty() && problem);
+    EXPECT_TRUE(line.echoTag == 7 && line.sequenceNumber == 43); // nothing was taken or written
+}
+
+TEST_F(FrontTest, SaysThatATextWasCutAndCutsBetweenCharacters) {
+    char name[8];
+    for (const char *whole : {"", "1234567", "12345\xC3\xA9", "1234\xE2\x82\xAC"})
+        EXPECT_TRUE(setText(name, whole) && textOf(name) == whole);
+    for (const auto &[text, cut] :
+         std::vector<std::pair<const char *, const char *>>{{"12345678", "1234567"},
+                                                            {"123456\xC3\xA9", "123456"},
+                                                            {"123456\xE2\x82\xAC", "123456"},
+                                                            {"12345\xE2\x82\xAC", "12345"},
+                                                            {"1234\xF0\x9F\x98\x80", "1234"},
+                                                            {"1234567\xC3\xA9", "1234567"},
+                                                            {"12345\xC3\xA9\xC3\xA9", "12345\xC3\xA9"},
+                                                            {"123\x80\x80\x80\x80\x80", "123\x80\x80\x80\x80"}})
+        EXPECT_TRUE(!setText(name, text) && textOf(name) == cut) << text;
+}
+
+TEST_F(FrontTest, MessagesAreSearchedLikeViews) {
+    const messageText_t text = print(FocusValue());
+    const std::string_view view = text;
+    EXPECT_TRUE(text.starts_with("@@4112") && text.ends_with('!') && text.find('{') == view.find('{') &&
+                text.rfind("!!") == view.size() - 2 && text.substr(2, 4) == "4112" && text[3] == '1' &&
+                text.find_first_of("={") == view.find_first_of("={") && text.find_first_not_of('@') == 2 &&
+                text.find_last_of('}') == view.size() - 3 && text.find_last_not_of('!') == view.size() - 3 &&
+                std::equal(text.begin(), text.end(), view.begin(), view.end()) &&
+                messageText_t().find('@') == text.npos);
 }
 
 } // namespace

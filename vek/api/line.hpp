@@ -15,17 +15,20 @@
 namespace vek {
 
 struct line_t {
-    std::int32_t echoTag = envelopeNumbers_t().echoTag;               ///< of the last message read; each one written has it
+    std::int32_t echoTag = envelopeNumbers_t().echoTag;               ///< of the last message read, for those written
     std::int32_t sequenceNumber = envelopeNumbers_t().sequenceNumber; ///< of the last message read or written
 
-    /// As vek::parse. Takes the message's numbers over; those of a message that is refused are in the problem, and it is
-    /// answered by `line.echoTag = problem.numbers.echoTag`.
+    /// As vek::parse, and takes the message's numbers over. A message that is refused is answered by
+    /// `line.echoTag = problem.numbers.echoTag`.
     template <std::int32_t Id, class... More>
     requires structuredId<Id>
     [[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, More &&...more) {
         auto structure = vek::parse<Id>(text, more...);
-        if (structure != nullptr)
-            takeOver(readEnvelopeHead(text.whole));
+        if (structure != nullptr) {
+            const envelopeNumbers_t numbers = readEnvelopeHead(text.whole).numbers({0, echoTag, sequenceNumber});
+            echoTag = numbers.echoTag;
+            sequenceNumber = numbers.sequenceNumber;
+        }
         return structure;
     }
     template <soleStructure Structure, class... More>
@@ -33,27 +36,19 @@ struct line_t {
         return parse<idOf<Structure>>(text, more...);
     }
 
-    /// As vek::print, with the echo tag and the next sequence number of this line. A structure that is refused takes no
-    /// number.
-    template <std::int32_t Id, class... Problem>
-    requires structuredId<Id> && problemOrNone<Problem...>
-    [[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, Problem &...problem) {
-        return written<Id>(structure, false, problem...);
-    }
-    template <soleStructure Structure, class... Problem>
-    requires problemOrNone<Problem...>
+    /// As vek::print, with the echo tag and the next sequence number of this line. A structure that is refused takes
+    /// none.
+    template <std::int32_t Id = 0, class Structure, class... Problem>
+    requires printableAs<Structure, Id> && problemOrNone<Problem...>
     [[nodiscard]] messageText_t print(const Structure &structure, Problem &...problem) {
-        return print<idOf<Structure>>(structure, problem...);
+        const auto next = static_cast<std::int32_t>(static_cast<std::uint32_t>(sequenceNumber) + 1); // wraps
+        messageText_t text = detail::printMessage<detail::printedId<Id, Structure>>(
+            structure, detail::withProblem(problem...), false,
+            [this, next](messageText_t &written) { written.setNumbers(echoTag, next); });
+        if (!text.empty())
+            sequenceNumber = next;
+        return text;
     }
+};
 
-    /// As vek::printLossy, likewise.
-    template <std::int32_t Id, class... Problem>
-    requires structuredId<Id> && problemOrNone<Problem...>
-    [[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, Problem &...problem) {
-        return written<Id>(structure, true, problem...);
-    }
-    template <soleStructure Structure, class... Problem>
-    requires problemOrNone<Problem...>
-    [[nodiscard]] messageText_t printLossy(const Structure &structure, Problem &...problem) {
-        return printLossy<idOf<Structure>>(structure, problem...);
-    }
+} // namespace vek

@@ -164,6 +164,9 @@ concept messageStructure = (detail::idsOfStructure<T>.count > 0);
 template <class T>
 concept soleStructure = (detail::idsOfStructure<T>.count == 1);
 
+template <class T>
+concept noSoleStructure = !soleStructure<T>;
+
 /// The id of a structure that is one message's alone.
 template <soleStructure T>
 inline constexpr std::int32_t idOf = detail::idsOfStructure<T>.first;

@@ -6,6 +6,7 @@
 
 #include "vek/api/envelope.hpp"
 #include "vek/api/vekParams2ASCII.h"
+#include "vek/vek_std/std_sys/vek_lifetime.hpp"
 
 #include <charconv>
 #include <cstddef>
@@ -21,6 +22,8 @@ namespace vek {
 
 class messageText_t {
 public:
+    static constexpr std::size_t npos = std::string_view::npos;
+
     /// "", which is no message.
     messageText_t() = default;
 
@@ -28,12 +31,28 @@ public:
     explicit messageText_t(char *text) : text_(text) {}
 
     /// The characters, followed by a NUL. Valid until this text is assigned to or destroyed.
-    const char *c_str() const { return text_ != nullptr ? text_.get() : ""; }
-    const char *data() const { return c_str(); }
+    const char *c_str() const VEK_LIFETIMEBOUND { return text_ != nullptr ? text_.get() : ""; }
+    const char *data() const VEK_LIFETIMEBOUND { return c_str(); }
     std::size_t size() const { return empty() ? 0 : length() - 1; } ///< without the NUL
     bool empty() const { return text_ == nullptr; }
-    std::string_view view() const { return {c_str(), size()}; }
-    operator std::string_view() const { return view(); }
+    std::string_view view() const VEK_LIFETIMEBOUND { return {c_str(), size()}; }
+    operator std::string_view() const VEK_LIFETIMEBOUND { return view(); }
+    /// As of the std::string_view.
+    std::string_view substr(std::size_t from, std::size_t count = npos) const VEK_LIFETIMEBOUND {
+        return view().substr(from, count);
+    }
+    bool starts_with(auto with) const { return view().starts_with(with); }
+    bool ends_with(auto with) const { return view().ends_with(with); }
+    std::size_t find(auto what, std::size_t from = 0) const { return view().find(what, from); }
+    std::size_t rfind(auto what, std::size_t from = npos) const { return view().rfind(what, from); }
+    std::size_t find_first_of(auto set, std::size_t from = 0) const { return view().find_first_of(set, from); }
+    std::size_t find_last_of(auto set, std::size_t from = npos) const { return view().find_last_of(set, from); }
+    std::size_t find_first_not_of(auto set, std::size_t from = 0) const { return view().find_first_not_of(set, from); }
+    std::size_t find_last_not_of(auto set, std::size_t from = npos) const { return view().find_last_not_of(set, from); }
+    char operator[](std::size_t i) const { return c_str()[i]; }
+    const char *begin() const VEK_LIFETIMEBOUND { return c_str(); }
+    const char *end() const VEK_LIFETIMEBOUND { return c_str() + size(); }
+
     std::string str() const { return std::string(view()); }
     operator std::string() const { return str(); }
 
@@ -41,20 +60,9 @@ public:
     bool isLengthRight() const { return lengthField()[0] == ' ' || text_.get()[length() - 1] == '\0'; }
 
     /// Puts another echo tag into a message that vekValToStr wrote for a structure: its text has the room for that.
-    void setEchoTag(std::int32_t echoTag) {
-        char *const oldTag = lengthField() + lengthDigits + 1;
-        char *const rest = std::strchr(oldTag, ' ');
-        const std::size_t restSize = std::strlen(rest) + 1;
-        char tag[12];
-        const auto size = static_cast<std::size_t>(std::to_chars(tag, std::end(tag), echoTag).ptr - tag);
-        std::memmove(oldTag + size, rest, restSize);
-        std::memcpy(oldTag, tag, size);
-        std::size_t left = static_cast<std::size_t>(oldTag - text_.get()) + size + restSize;
-        for (; left > longestReadableMessage; left /= 10) {
-        }
-        for (char *digit = lengthField() + lengthDigits; digit != lengthField(); left /= 10)
-            *--digit = left != 0 ? static_cast<char>('0' + left % 10) : ' ';
-    }
+    void setEchoTag(std::int32_t echoTag) { renumber(echoTag, nullptr); }
+    /// Puts both other numbers in.
+    void setNumbers(std::int32_t echoTag, std::int32_t sequenceNumber) { renumber(echoTag, &sequenceNumber); }
 
     friend bool operator==(const messageText_t &text, std::string_view other) { return text.view() == other; }
     friend std::string operator+(const messageText_t &text, std::string_view more) { return text.str().append(more); }
@@ -68,6 +76,27 @@ public:
     }
 
 private:
+    void renumber(std::int32_t echoTag, const std::int32_t *sequenceNumber) {
+        char *const old = lengthField() + lengthDigits + 1;
+        char *rest = std::strchr(old, ' ');
+        char numbers[24];
+        char *end = std::to_chars(numbers, std::end(numbers), echoTag).ptr;
+        if (sequenceNumber != nullptr) {
+            rest = std::strchr(rest + 1, ' ');
+            *end++ = ' ';
+            end = std::to_chars(end, std::end(numbers), *sequenceNumber).ptr;
+        }
+        const auto size = static_cast<std::size_t>(end - numbers);
+        const std::size_t restSize = std::strlen(rest) + 1;
+        std::memmove(old + size, rest, restSize);
+        std::memcpy(old, numbers, size);
+        std::size_t left = static_cast<std::size_t>(old - text_.get()) + size + restSize;
+        for (; left > longestReadableMessage; left /= 10) {
+        }
+        for (char *digit = lengthField() + lengthDigits; digit != lengthField(); left /= 10)
+            *--digit = left != 0 ? static_cast<char>('0' + left % 10) : ' ';
+    }
+
     struct releaser_t {
         void operator()(char *text) const { vekParamsDelete(text); }
     };

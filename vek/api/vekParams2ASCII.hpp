@@ -143,9 +143,6 @@ bool isSafe(const Structure &structure) {
         return true;
 }
 
-/// What a message is written with.
-enum class echo_t { ofLastMessageRead, given };
-
 /// What is done with a problem, which is made only when there is one: the two forms of the printing functions.
 struct throwProblem_t {
     [[noreturn]] void operator()(problem_t problem) const { throw messageError_t(std::move(problem)); }
@@ -171,10 +168,10 @@ inline problem_t tooLong(const messageText_t &text) {
                 std::to_string(longestReadableMessage) + " are the most"};
 }
 
-/// Prints what is kept or, when `isLossy`, what is safe to print.
-template <std::int32_t Id, class Refuse>
-messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &refuse, bool isLossy = false,
-                           echo_t echo = echo_t::ofLastMessageRead, std::int32_t echoTag = 0) {
+/// Prints what is kept or, when `isLossy`, what is safe to print. `renumber` puts other header numbers into the text.
+template <std::int32_t Id, class Refuse, class Renumber>
+messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &refuse, bool isLossy,
+                           const Renumber &renumber) {
     if (!isLossy || !isSafe(structure)) {
         const structureCheck_t &check = checkOf<structureOf_t<Id>>();
         if (!check.isKept(&structure)) [[unlikely]] {
@@ -186,8 +183,7 @@ messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &ref
     if (vekValToStr(Id, &structure, &written) != 0)
         throw std::bad_alloc();
     messageText_t text(written);
-    if (echo == echo_t::given)
-        text.setEchoTag(echoTag);
+    renumber(text);
     if (!text.isLengthRight()) [[unlikely]] {
         refuse(tooLong(text));
         return {};
@@ -195,9 +191,28 @@ messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &ref
     return text;
 }
 
-/// The id of a structure; the first one, if several messages share it, of which the compiler then says to choose one.
-template <class Structure>
-inline constexpr std::int32_t firstId = idsOfStructure<Structure>.first;
+template <std::int32_t Id, class Refuse>
+messageText_t printMessage(const structureOf_t<Id> &structure, const Refuse &refuse, bool isLossy = false) {
+    return printMessage<Id>(structure, refuse, isLossy, [](const messageText_t &) {});
+}
+
+/// As much of a text as there is room for, of UTF-8 without the beginning of a character whose end has none.
+inline std::string_view cutBetweenCharacters(std::string_view text, std::size_t room) {
+    if (text.size() <= room)
+        return text;
+    const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    std::size_t lead = room;
+    for (int bytes = 1; lead > 0 && bytes < 4 && byteAt(lead) >> 6 == 0b10; ++bytes)
+        --lead;
+    const int wanted = byteAt(lead) >= 0xF0 ? 4 : byteAt(lead) >= 0xE0 ? 3 : byteAt(lead) >= 0xC0 ? 2 : 1;
+    return text.substr(0, lead + static_cast<std::size_t>(wanted) > room && wanted > 1 ? lead : room);
+}
+
+/// The id that a structure is printed as: the one asked for or else its own; 0 when it has none alone.
+template <std::int32_t Id, class Structure>
+inline constexpr std::int32_t printedId = Id != 0                                ? Id
+                                          : idsOfStructure<Structure>.count == 1 ? idsOfStructure<Structure>.first
+                                                                                 : 0;
 
 } // namespace detail
 
@@ -205,9 +220,20 @@ inline constexpr std::int32_t firstId = idsOfStructure<Structure>.first;
 template <class... Problem>
 concept problemOrNone = sizeof...(Problem) <= 1 && (std::is_same_v<Problem, problem_t> && ...);
 
+/// What is printed as this id or, with 0, as the only one that it has. Of a pointer it is `*pointer`.
+template <class Structure, std::int32_t Id>
+concept printableAs = structuredId<detail::printedId<Id, Structure>> && std::is_convertible_v < const Structure &,
+        const structureOf_t<detail::printedId<Id, Structure>>
+& > ;
+
+/// The numbers in front of a text message; of what isn't there or no number 0, -1 and 0. Nothing else is checked.
+[[nodiscard]] inline envelopeNumbers_t messageNumbers(std::string_view text) {
+    return readEnvelopeHead(text).numbers();
+}
+
 /// The id of a text message, to choose what to parse it as; 0 when it has none. Nothing else is checked.
 [[nodiscard]] inline std::int32_t messageId(std::string_view text) {
-    return readEnvelopeHead(text).numbers().id;
+    return messageNumbers(text).id;
 }
 
 /// Reads a text message. The text may be followed by its NUL or not; it is not referred to afterwards. A text that is
@@ -238,15 +264,16 @@ requires structuredId<Id>
     return detail::readMessage<Id>(text);
 }
 
-template <messageStructure Structure, class... More>
+template <soleStructure Structure, class... More>
 requires requires(const textToRead_t &text, More &...more) {
-    parse<detail::firstId<Structure>>(text, more...);
+    parse<idOf<Structure>>(text, more...);
 }
 [[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, More &&...more) {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, parse<VEK_MSG_ID_RECORD_4189>(text)");
-    return parse<detail::firstId<Structure>>(text, more...);
+    return parse<idOf<Structure>>(text, more...);
 }
+template <class Structure, class... More>
+requires noSoleStructure<Structure>
+void parse(const textToRead_t &, More &&...) = delete; // say which message: parse<VEK_MSG_ID_RECORD_4189>(text)
 
 /// A structure with its message's declared defaults.
 template <std::int32_t Id>
@@ -255,12 +282,13 @@ requires structuredId<Id>
     return detail::makeStructure<structureOf_t<Id>>(Id, nullptr);
 }
 
-template <messageStructure Structure>
+template <soleStructure Structure>
 [[nodiscard]] owned_t<Structure> defaults() {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, defaults<VEK_MSG_ID_RECORD_4189>()");
-    return defaults<detail::firstId<Structure>>();
+    return defaults<idOf<Structure>>();
 }
+template <class Structure>
+requires noSoleStructure<Structure>
+void defaults() = delete; // say which message: defaults<VEK_MSG_ID_RECORD_4189>()
 
 /// All of a structure that would not come back from its text, in the order of the text; empty when everything would.
 /// Rounding to six decimals, what stands behind the NUL of a character array or behind the elements that are in use,
@@ -272,79 +300,65 @@ template <messageStructure Structure>
 
 /// Writes a structure as a text message, unless something in it would not come back. The sequence number counts up also
 /// when the message is refused as too long.
-template <std::int32_t Id, class... Problem>
-requires structuredId<Id> && problemOrNone<Problem...>
-[[nodiscard]] messageText_t print(const structureOf_t<Id> &structure, Problem &...problem) {
-    return detail::printMessage<Id>(structure, detail::withProblem(problem...));
-}
-
-template <messageStructure Structure, class... Problem>
-requires problemOrNone<Problem...>
+template <std::int32_t Id = 0, class Structure, class... Problem>
+requires printableAs<Structure, Id> && problemOrNone<Problem...>
 [[nodiscard]] messageText_t print(const Structure &structure, Problem &...problem) {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, print<VEK_MSG_ID_RECORD_4189>(record)");
-    return print<detail::firstId<Structure>>(structure, problem...);
+    return detail::printMessage<detail::printedId<Id, Structure>>(structure, detail::withProblem(problem...));
 }
+template <class Other, class... Problem>
+requires noSoleStructure<Other>
+void print(const Other &, Problem &...) = delete; // print<VEK_MSG_ID_RECORD_4189>, or *pointer
 
 /// As print, with an echo tag of your own instead of that of the last message read, which stays the library's: the
 /// answer to a message that was refused.
-template <std::int32_t Id, class... Problem>
-requires structuredId<Id> && problemOrNone<Problem...>
-[[nodiscard]] messageText_t reply(std::int32_t echoTag, const structureOf_t<Id> &structure, Problem &...problem) {
-    return detail::printMessage<Id>(structure, detail::withProblem(problem...), false, detail::echo_t::given, echoTag);
-}
-
-template <messageStructure Structure, class... Problem>
-requires problemOrNone<Problem...>
+template <std::int32_t Id = 0, class Structure, class... Problem>
+requires printableAs<Structure, Id> && problemOrNone<Problem...>
 [[nodiscard]] messageText_t reply(std::int32_t echoTag, const Structure &structure, Problem &...problem) {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, reply<VEK_MSG_ID_RECORD_4189>(echoTag, record)");
-    return reply<detail::firstId<Structure>>(echoTag, structure, problem...);
+    return detail::printMessage<detail::printedId<Id, Structure>>(
+        structure, detail::withProblem(problem...), false,
+        [echoTag](messageText_t &text) { text.setEchoTag(echoTag); });
 }
+template <class Other, class... Problem>
+requires noSoleStructure<Other>
+void reply(std::int32_t, const Other &, Problem &...) = delete; // reply<VEK_MSG_ID_RECORD_4189>, or *pointer
 
 /// As print, whatever would be lost. Still refused are a count that would make writing look behind the structure, and a
 /// message that is too long.
-template <std::int32_t Id, class... Problem>
-requires structuredId<Id> && problemOrNone<Problem...>
-[[nodiscard]] messageText_t printLossy(const structureOf_t<Id> &structure, Problem &...problem) {
-    return detail::printMessage<Id>(structure, detail::withProblem(problem...), true);
-}
-
-template <messageStructure Structure, class... Problem>
-requires problemOrNone<Problem...>
+template <std::int32_t Id = 0, class Structure, class... Problem>
+requires printableAs<Structure, Id> && problemOrNone<Problem...>
 [[nodiscard]] messageText_t printLossy(const Structure &structure, Problem &...problem) {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, printLossy<VEK_MSG_ID_RECORD_4189>(record)");
-    return printLossy<detail::firstId<Structure>>(structure, problem...);
+    return detail::printMessage<detail::printedId<Id, Structure>>(structure, detail::withProblem(problem...), true);
 }
+template <class Other, class... Problem>
+requires noSoleStructure<Other>
+void printLossy(const Other &, Problem &...) = delete; // printLossy<VEK_MSG_ID_RECORD_4189>, or *pointer
 
 /// As print, appended to a text of your own, which stays as it is when the structure is refused. Whether it was not.
-template <std::int32_t Id, class... Problem>
-requires structuredId<Id> && problemOrNone<Problem...>
-bool printTo(std::string &out, const structureOf_t<Id> &structure, Problem &...problem) {
+template <std::int32_t Id = 0, class Structure, class... Problem>
+requires printableAs<Structure, Id> && problemOrNone<Problem...>
+bool printTo(std::string &out, const Structure &structure, Problem &...problem) {
     out += print<Id>(structure, problem...).view();
     return (!problem && ...);
 }
-
-template <messageStructure Structure, class... Problem>
-requires problemOrNone<Problem...>
-bool printTo(std::string &out, const Structure &structure, Problem &...problem) {
-    static_assert(soleStructure<Structure>,
-                  "several messages share this structure: say which, printTo<VEK_MSG_ID_RECORD_4189>(out, record)");
-    return printTo<detail::firstId<Structure>>(out, structure, problem...);
-}
+template <class Other, class... Problem>
+requires noSoleStructure<Other>
+void printTo(std::string &, const Other &, Problem &...) = delete; // printTo<VEK_MSG_ID_RECORD_4189>, or *pointer
 
 /// The text in a character array of a structure: up to its NUL, or to the array's end. Valid while the array is.
 template <std::size_t Room>
-std::string_view textOf(const char (&array)[Room]) {
+std::string_view textOf(const char (&array VEK_LIFETIMEBOUND)[Room]) {
     return {array, static_cast<std::size_t>(std::find(array, array + Room, '\0') - array)};
 }
 
-/// Puts a text into a character array of a structure, cut to its room; the rest becomes zero.
+/// Puts a text into a character array of a structure; the rest becomes zero. A text that is too long is cut, of UTF-8
+/// between two characters. Whether all of it is there.
 template <std::size_t Room>
-void setText(char (&array)[Room], std::string_view text) {
-    char *const end = std::copy_n(text.data(), std::min(text.size(), Room - 1), array);
-    std::fill(end, std::end(array), '\0');
+bool setText(char (&array)[Room], std::string_view text) {
+    const std::string_view kept = detail::cutBetweenCharacters(text, Room - 1);
+    std::fill(std::copy(kept.begin(), kept.end(), array), std::end(array), '\0');
+    return kept.size() == text.size();
 }
 
 } // namespace vek
+
+#include "vek/api/line.hpp"

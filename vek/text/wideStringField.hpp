@@ -86,6 +86,7 @@ public:
     /// Takes a copy of the characters and a terminating 0, and sets the field.
     wideStringField_t &operator=(std::u16string_view text);
     wideStringField_t &operator=(const wideStringField_t &other) { return *this = other.text(); }
+    void operator=(const std::convertible_to<std::string_view> auto &) = delete; // 16-bit characters: u"Spring"
 
     /// Takes over the values as they were read, and whether the field is set.
     void copyFrom(const wideStringField_t &other);
@@ -176,6 +177,7 @@ struct wideStringListField_t : fieldArray_t<wideStringElements_t> {
 
     /// Appends a text and sets it. Throws std::bad_alloc.
     wideStringField_t &add(std::u16string_view text);
+    void add(const std::convertible_to<std::string_view> auto &) = delete; // 16-bit characters: u"Cyan"
 
     void push_back(std::u16string_view text) { add(text); }
 
