@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#    include <stdio_ext.h>
+#endif
+
 #include <memory>
 #include <string>
 
@@ -107,6 +111,12 @@ TEST(persistence, groupDump) {
     EXPECT_EQ(printed([] { vek::printGroup(nullptr, vek::macroGroup_e); }),
               "\nMACRO Group of UNKNOWN GROUP  is EMPTY.");
     EXPECT_EQ(printed([] { vek::printGroup(nullptr, 7); }), "\n Group of UNKNOWN GROUP  is EMPTY.");
+#ifdef __GLIBC__
+    static_cast<void>(printed([] {
+        vek::printGroup(nullptr);
+        EXPECT_EQ(__fpending(stdout), 0U); // flushed, as other groups are
+    }));
+#endif
     class_t a("a"), b("b", 0x100), c("c");
     EXPECT_EQ(b.registerIn(outer) + a.registerIn(outer, vek::defaultOfGroup) + c.registerIn(outer), "");
     c.name = nullptr;

@@ -5,6 +5,8 @@
  * the library allocates is handed out, so nothing is to be given back. A call returns the size of its result in bytes,
  * without the NUL behind it; when that is not below `room`, the buffer holds only the beginning, with a NUL, and the
  * call is to be repeated with room for the size and the NUL. `buffer` may be NULL when `room` is 0.
+ * A call that fails returns -1; the buffer then says why, for people, cut to its room: "out of memory", for example.
+ * None ends the process.
  *
  * Threads: the calls may run at the same time. None of them writes, reads files or remembers anything but the
  * catalogue, which is made once for the process. The host's floating-point environment neither matters nor changes.
@@ -31,7 +33,7 @@ extern "C" {
  * consequence, suggestion), its body under the record's name, and "nodes", every pair with its places. Places are start
  * and end in bytes. The text may be damaged in any way. `vekmsg schema --json` prints the JSON Schema of all JSON here.
  *
- * Returns the size of the JSON, or -1 when memory runs out or the text is larger than 1 GB.
+ * Returns the size of the JSON, or -1 when memory runs out, or text is NULL or larger than 1 GB.
  */
 VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, size_t size, char *buffer, size_t room);
 
@@ -39,8 +41,8 @@ VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectToJson(const char *text, size
  * body. A key that is absent, or an empty text, is absent in the message too: a host reads 0 or an empty text; a count
  * that is absent follows its list. What a host would read as something else is refused, unless a member "raw" is true.
  *
- * Returns the size of the text; or -1 when the JSON can't be read or is refused: then the buffer holds where and why,
- * for people, cut to its room: "line 1, column 9 (byte 8): ...", with lines and columns from 1, and bytes from 0.
+ * Returns the size of the text; or -1, also when the JSON can't be read or is refused: then the buffer says where and
+ * why, "line 1, column 9 (byte 8): ...", with lines and columns from 1, and bytes from 0.
  */
 VEK_INSPECT_API int32_t VEK_INSPECT_CALL vekInspectFromJson(const char *json, size_t size, char *buffer, size_t room);
 

@@ -115,7 +115,7 @@ typedef struct vekMediaParams {
     char cassetteName[32];
 } vekMediaParams;
 
-/* In 4164. numSystems counts the indexes in use; more than 10 are written as 10. */
+/* In 4164. numSystems counts the indexes in use. It is written as it is; of the indexes no more than 10. */
 typedef struct vekPunchParams {
     int32_t numSystems;
     int32_t align;

@@ -6,9 +6,11 @@
 // It owns its elements. Its storage comes from the C heap, so a list that this library filled must be released by this
 // library (see vekParamsDeleteStruct). Not safe for concurrent use.
 //
-// A list that can't get memory to grow or to be copied writes "out of memory" on standard error and ends the process
-// with status 1; no other class of the library does that.
+// A list that can't get memory to grow or to be copied calls a hook, which may throw, then writes "out of memory" on
+// standard error and ends the process with status 1; no other class of the library does that.
 #pragma once
+
+#include "vek/vek_std/std_sys/vek_processWide.hpp"
 
 #include <algorithm>
 #include <concepts>
@@ -23,6 +25,12 @@
 #include <utility>
 
 namespace vek {
+
+/// Of lists without memory; null, unless it is set.
+extern processWide_t<void (*)()> listOutOfMemoryHook;
+
+/// Lists and texts of this module that get no memory throw std::bad_alloc from now on.
+void throwWithoutMemory();
 
 /// Whether a value can be moved as memory, so that its new place has it and the old one is free. A list of such values
 /// grows in place where it can, and never has both its old and its new room.
@@ -241,6 +249,8 @@ private:
     }
 
     [[noreturn]] static void outOfMemory() {
+        if (const auto hook = listOutOfMemoryHook.get())
+            hook();
         std::fputs("out of memory\n", stderr);
         std::exit(1);
     }

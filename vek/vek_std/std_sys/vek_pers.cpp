@@ -107,7 +107,6 @@ void printDescriptor(std::int32_t number, const classDescriptor_t &descriptor, b
     if (descriptor.secondCode != descriptor.code)
         std::printf(" {%#x}", descriptor.secondCode);
     std::printf(" (%s)%c", descriptor.name != nullptr ? descriptor.name : "NULL", isDefault ? ']' : ' ');
-    std::fflush(stdout);
 }
 
 } // namespace
@@ -197,13 +196,14 @@ void printGroup(const classGroup_t *group, std::int32_t kind) {
         std::printf(", which enclosed into %s", groupName(outer));
     if (group == nullptr || group->table == nullptr) {
         std::printf(" is EMPTY.");
-        return;
+    } else {
+        std::int32_t number = 0;
+        hashVtabIterator_t walk(*group->table);
+        const classDescriptor_t *descriptor = nullptr;
+        while ((descriptor = descriptorIn(walk.next())) != nullptr)
+            printDescriptor(number++, *descriptor, descriptor == group->defaultDescriptor);
     }
-    std::int32_t number = 0;
-    hashVtabIterator_t walk(*group->table);
-    const classDescriptor_t *descriptor = nullptr;
-    while ((descriptor = descriptorIn(walk.next())) != nullptr)
-        printDescriptor(number++, *descriptor, descriptor == group->defaultDescriptor);
+    std::fflush(stdout);
 }
 
 } // namespace vek
