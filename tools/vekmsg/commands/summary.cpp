@@ -100,7 +100,7 @@ void write(const summaryTask_t &task, std::string &out, const readingOptions_t &
     const timeFinder_t times(reading.timeExpression);
     std::uint64_t count = 0, damaged = 0;
     constexpr std::size_t narrow = 50;
-    const std::size_t nameWidth = pageWidth() < narrow ? 15 : 24;
+    const std::size_t nameWidth = pageWidth() < narrow ? 13 : 24;
     out.append(colours.bold).append("   id  ").append(padded("name", nameWidth)).append(" messages  damaged");
     out.append(pageWidth() < narrow ? "\n  first and last\n" : "  first and last\n").append(colours.reset);
     for (const auto &[id, kind] : task.kinds) {
@@ -116,9 +116,11 @@ void write(const summaryTask_t &task, std::string &out, const readingOptions_t &
         out.append(kind.damaged > 0 ? colours.reset : "").append("  ");
         const std::string first = momentInWords(kind.first, times), last = momentInWords(kind.last, times);
         constexpr std::size_t columns = 49; // in front of the times
-        const std::string gap = "\n" + std::string(2, ' ');
+        const std::string gap = "\n  ";
         const std::size_t width = pageWidth();
         const bool fits = columns + first.size() + 2 + last.size() <= width;
+        if (!fits)
+            out.erase(out.find_last_not_of(' ') + 1);
         out.append(fits ? "" : gap).append(first);
         if (first != last)
             out.append(fits || 4 + first.size() + last.size() <= width ? "  " : gap).append(last);
