@@ -146,8 +146,13 @@ def made_up(record):
         elif "count" in key:
             made[key["key"]] = [scalar(key) for _ in range(sizes[key["count"]])]
         elif chance.random() < 0.8:
-            made[key["key"]] = [scalar(key)] * chance.randint(1, key.get("room", 3)) if key["list"] else scalar(key)
+            made[key["key"]] = [element(key)] * chance.randint(1, key.get("room", 3)) if key["list"] else scalar(key)
     return made
+
+
+def element(key):
+    """An empty one is refused: a host would write the list without it."""
+    return scalar(key) or element(key) if "record" in key else scalar(key)
 
 
 def scalar(key):

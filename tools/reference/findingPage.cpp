@@ -80,6 +80,7 @@ std::vector<example_t> examples() {
         {separators, 4112, "{MEDIA_NAME=a;FOCUS_VALUE==3.250000;}", "Leave one of them."},
         {quotedValue, 4112, "{MEDIA_NAME=Violet;FOCUS_VALUE=\"3.250000\";}",
          "Take the quotes off; a host writes none."},
+        {missingSeparator, 4112, "{MEDIA_NAME=VioletFOCUS_VALUE=3.250000;}", "Write the separator between them."},
         {nestedMissing, 4193, "{JOB_NAME=Hi;}", "Write what belongs there in braces, as a record or a list."},
         {noNumber, 4118, "{DEVICE_STATE=x;}", "Write a number."},
         {trailingCharacters, 4112, "{MEDIA_NAME=a;FOCUS_VALUE=3.5x;}",
@@ -92,6 +93,8 @@ std::vector<example_t> examples() {
         {decimalComma, 4112, "{MEDIA_NAME=a;FOCUS_VALUE=3,5;}", "Write a point."},
         {countMismatch, 4161, "{STATUS=1;LOW_STATUS=2;SEVERITY=3;NUM_OF_MESSAGES=3;MSGS={a,b,};}",
          "Find out which of them is right, the list or its count, and change the other one."},
+        {listForm, 4171, "{DRUM_ID=1;INDEX=2;COLOR_TABLE={{VALUE=0.000000;FLAGS=1;},};}",
+         "None is needed; a host writes its own form."},
         {beyondRoom, 4182,
          "{MEDIA_TYPE=mediaFilm_e;UNLOAD_MEDIA_TYPE=1;UNLOAD_POLICY=1;FILM_FEED=1.000000;"
          "CASSETTE_NAME=Northlight violet 0.3 and one and a half more;}",

@@ -61,7 +61,7 @@ TEST(Change, RefusesWhatWouldNotBeReadAsItWasMeant) {
     } cases[] = {
         {focus, "MEDIA_NAME", "\"x", "double quote"},
         {focus, "@seq", "", "empty"},
-        {focus, "@id", "4111", "unknown key"},
+        {focus, "@id", "4111", "the keys of the body are those of 4112"},
         {focus, "@seq", "x", "number"},
         {focus, "@length", "40", "the length follows from the text"},
         {"@@4112 1 7 {}!!", "@seq", "1", "seal it first"},

@@ -5,9 +5,9 @@
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
-#include <array>
 
 namespace vek::tool {
 
@@ -17,7 +17,7 @@ struct checkArguments_t {
     readingOptions_t reading;
     colorOption_t color;
     std::vector<std::string> ignored; ///< names of findings
-    bool isQuiet = false, isJson = false;
+    bool isQuiet = false, isJson = false, isAll = false;
 
     void declare(argumentList_t &list) {
         reading.declareFiles(list);
@@ -27,12 +27,14 @@ struct checkArguments_t {
                            .separator = ','});
         list.addFlag(isQuiet, "-q,--quiet", "Only the exit code");
         list.addFlag(isJson, "--json", "A JSON object a finding");
+        list.addFlag(isAll, "--all", "Every finding, not only the first 20 of a message");
         reading.declare(list);
         color.declare(list);
     }
 };
 
 using inspect::finding_t;
+using inspect::joined;
 using inspect::severity_t;
 
 constexpr std::size_t tabWidth = 1; // control characters are shown as one column, so that the caret stays in its place
@@ -47,7 +49,9 @@ public:
     checkTask_t(const checkArguments_t &arguments, const colours_t &colours)
         : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
         for (const std::string &name : arguments.ignored)
-            ignored_[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
+            options_.ignored[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
+        constexpr std::size_t mostOfMessage = 20;
+        options_.most = arguments.isQuiet ? 0 : arguments.isAll ? SIZE_MAX : mostOfMessage;
     }
 
     bool hasColours() const override { return true; }
@@ -61,21 +65,19 @@ public:
 
     void take(const item_t &item) override {
         ++messages;
-        // What stands behind a message that is alone in its file counts as well.
-        const bool isTail = item.whole.size() != item.text.size();
-        if (!isTail && inspect::isClean(item.tree()))
+        const inspect::tree_t &tree = item.tree();
+        if (inspect::isClean(tree))
             return;
-        if (isTail)
-            tail_.read(item.whole);
-        const inspect::tree_t &tree = isTail ? tail_ : item.tree();
-        for (const finding_t &finding : inspect::check(tree)) {
-            if (ignored_[static_cast<std::size_t>(finding.code)])
-                continue;
-            ++(finding.severity == severity_t::error ? errors : warnings);
-            if (arguments_.isQuiet)
-                continue;
-            arguments_.isJson ? writeJson(item, tree, finding) : write(item, tree, finding);
-        }
+        const inspect::checkResult_t result = inspect::check(tree, options_);
+        errors += result.errors;
+        warnings += result.warnings;
+        spots_t spots(item, tree.text());
+        for (const finding_t &finding : result.findings)
+            arguments_.isJson ? writeJson(item, tree, spots.of(finding), finding)
+                              : write(item, spots.of(finding), finding);
+        if (const std::size_t shown = result.findings.size(); shown > 0 && shown < result.count() && !arguments_.isJson)
+            out += joined({item.place(), ": and ", std::to_string(result.count() - shown),
+                           " more in this message; --all shows them\n"});
     }
 
     std::uint64_t messages = 0, errors = 0, warnings = 0;
@@ -86,18 +88,33 @@ private:
         std::string_view text; // of the line, of the message's part
         std::size_t caret;     // in that text
     };
-    static spot_t spotOf(const item_t &item, std::string_view text, const finding_t &finding) {
-        const std::string_view before = text.substr(0, finding.place.start);
-        const std::size_t start = before.rfind('\n') + 1;
-        const auto lines = static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
-        const std::string_view line = text.substr(start, text.find('\n', start) - start);
-        const std::size_t caret = before.size() - start;
-        return {item.line + lines, (lines == 0 ? item.column : 1) + caret, line, caret};
-    }
+    // Where findings are, which come in the order of their places: each line is gone through once.
+    class spots_t {
+    public:
+        spots_t(const item_t &item, std::string_view text) : text_(text), line_(item.line), column_(item.column) {
+            findEnd();
+        }
 
-    void write(const item_t &item, const inspect::tree_t &tree, const finding_t &finding) {
+        spot_t of(const finding_t &finding) {
+            for (; end_ < finding.place.start; findEnd()) {
+                start_ = end_ + 1;
+                ++line_;
+                column_ = 1;
+            }
+            const std::size_t caret = finding.place.start - start_;
+            return {line_, column_ + caret, text_.substr(start_, end_ - start_), caret};
+        }
+
+    private:
+        void findEnd() { end_ = std::min(text_.find('\n', start_), text_.size()); }
+
+        std::string_view text_;
+        std::size_t start_ = 0, end_ = 0;
+        std::uint64_t line_, column_;
+    };
+
+    void write(const item_t &item, const spot_t &spot, const finding_t &finding) {
         const bool isError = finding.severity == severity_t::error;
-        const spot_t spot = spotOf(item, tree.text(), finding);
         out.append(colours_.bold).append(item.file).append(":" + std::to_string(spot.line));
         out.append(":" + std::to_string(spot.column) + ": ").append(colours_.reset);
         out.append(isError ? colours_.red : colours_.magenta).append(isError ? "error: " : "warning: ");
@@ -142,8 +159,7 @@ private:
     }
 
     // The line and column are the finding's, and so are start and end, in the message that begins at the offset.
-    void writeJson(const item_t &item, const inspect::tree_t &tree, const finding_t &finding) {
-        const spot_t spot = spotOf(item, tree.text(), finding);
+    void writeJson(const item_t &item, const inspect::tree_t &tree, const spot_t &spot, const finding_t &finding) {
         inspect::jsonAppender_t json(out);
         json.open('{');
         json.member("file", item.file);
@@ -160,8 +176,7 @@ private:
     const checkArguments_t &arguments_;
     const colours_t &colours_;
     const std::size_t width_;
-    std::array<bool, inspect::findingCodeCount> ignored_{};
-    inspect::tree_t tail_;
+    inspect::checkOptions_t options_;
 };
 
 void checkIgnored(const checkArguments_t &arguments) {

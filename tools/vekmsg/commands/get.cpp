@@ -32,6 +32,9 @@ public:
         if (!value)
             return;
         ++found;
+        if (item.isDamaged && item.whole.size() != item.text.size())
+            complain(std::string(item.file) +
+                     ": a host reads nothing of the message as it stands there; vekmsg check says why");
         out += *value;
         out += '\n';
     }

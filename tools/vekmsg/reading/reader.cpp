@@ -4,6 +4,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/words/trimming.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -62,9 +63,15 @@ void itemSink_t::message(item_t &item) {
     }
     item.form = form;
     item.mayGrow = mayGrow;
-    item.whole = whole.empty() ? item.text : whole;
+    item.whole = item.text;
+    if (!whole.empty()) { // from the file's first byte
+        item.whole = whole;
+        item.offset = 0;
+        item.line = item.column = 1;
+        item.isDamaged = isEnvelopeDamaged(whole);
+    }
     item.lazy = &lazy_;
-    lazy_.reset(item.text);
+    lazy_.reset(item.whole);
     if (!filter_.passes(item))
         return;
     ++taken_;
@@ -180,26 +187,43 @@ void reader_t::begin(const std::string &name) {
     input.isForm = inspect::isForm(form);
     if (input.isForm)
         input.sink.form = form;
-    else if (isWhole && input.start.starts_with("@@"))
-        lookForWhole();
+    else if (isWhole)
+        lookForWhole(skipped);
 }
 
-// In a file of one message, what stands behind it is part of what a host would read.
-void reader_t::lookForWhole() {
+namespace {
+
+// What an editor or another program puts around the message of a file, but not what a log has there: no words.
+bool isMerelyAround(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (const bool isSpeltOut = i > 0 && text[i - 1] == '\\';
+            !isSpeltOut && (isDigit(text[i]) || (text[i] >= 'A' && text[i] <= 'Z') ||
+                            (text[i] >= 'a' && text[i] <= 'z') || text[i] == '@' || text[i] == '{'))
+            return false;
+    return true;
+}
+
+} // namespace
+
+// In a file of one message, what stands around it is part of what a host would read.
+void reader_t::lookForWhole(std::size_t skipped) {
     struct : inspect::messageSink_t {
         void message(const inspect::foundMessage_t &found) override {
-            end = static_cast<std::size_t>(found.offset) + found.text.size();
+            start = static_cast<std::size_t>(found.offset);
+            end = start + found.text.size();
             ++count;
         }
-        std::size_t end = 0, count = 0;
+        std::size_t start = 0, end = 0, count = 0;
     } alone;
     inspect::logScanner_t scanner;
     scanner.feed(input_->start, alone);
     scanner.finish(alone);
-    if (alone.count != 1 || !inspect::trimmed(std::string_view(input_->start).substr(alone.end)).empty())
+    const std::string_view text = input_->start;
+    if (alone.count != 1 || !isMerelyAround(text.substr(0, alone.start)) || !isMerelyAround(text.substr(alone.end)))
         return;
     input_->sink.form = form_t::message;
-    input_->sink.whole = input_->start;
+    input_->whole = inspect::joined({inspect::byteOrderMark.substr(0, skipped), text});
+    input_->sink.whole = input_->whole;
 }
 
 // Takes the next block of the input; false when there is none.

@@ -91,7 +91,7 @@ private:
     bool takeBlock();
     void end();
     void readAll(const std::string &name);
-    void lookForWhole();
+    void lookForWhole(std::size_t skipped);
     void takeMeant();
     void takeForms(bool isLast);
     void takePiece(std::string_view piece);
@@ -115,6 +115,7 @@ private:
         itemSink_t sink;
         inspect::logScanner_t scanner;
         std::string start;      // the first block
+        std::string whole;      // of a file that holds one message alone: all that stands in it
         std::string pending;    // of a form: what is not complete yet
         std::uint64_t size = 0; // that was taken
         item_t position;        // of a form: where `pending` begins

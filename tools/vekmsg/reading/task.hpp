@@ -42,7 +42,7 @@ struct item_t {
     std::uint64_t column = 1;  ///< in bytes, from 1
     std::uint64_t stretch = 0; ///< bytes it takes in the input
     std::string_view text;     ///< the message
-    std::string_view whole;    ///< with what follows in a file that holds it alone, such as a line end
+    std::string_view whole;    ///< with what stands around it in a file that holds it alone, such as a line end
     std::string_view before;   ///< what stands in front of it on its line
     std::string_view lineHead; ///< the beginning of its line, where a log has the time
     bool isDamaged = false;    ///< the envelope
@@ -51,6 +51,7 @@ struct item_t {
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log
     lazyTree_t *lazy = nullptr;
 
+    /// Of the whole.
     const inspect::tree_t &tree() const { return lazy->get(); }
     /// "a.log:3:17"
     std::string place() const;

@@ -68,6 +68,8 @@ std::string guessIn(std::string_view text, const envelopeParts_t &parts, std::st
     const bool isGiven = options.echoTag && options.sequenceNumber;
     if (!isGiven && parts.length.isThere && !parts.sequenceNumber.isThere)
         return "of length, echo tag and sequence number not all are there: say the two others";
+    if (body.empty() && parts.endMarker.isEmpty() && parts.id.isThere)
+        return "the message ends in front of its body: it may have been cut off";
     if (!body.empty() && !body.starts_with(openBrace))
         return joined({shownValue(body.substr(0, body.find(openBrace))),
                        " stands in front of the body, where a number or \"{\" should be"});
@@ -144,6 +146,8 @@ std::string changesOf(std::string_view before, std::string_view sealed) {
         if (!was->isThere || was->value != is->value)
             say(joined({name, " ", was->isThere ? std::to_string(was->value) : "(nothing)", " -> ",
                         std::to_string(is->value)}));
+    if (const std::string_view front = trimmed(withoutByteOrderMark(old.before.in(before))); !front.empty())
+        say(joined({shownValue(front), " in front taken off"}));
     if (old.startMarker.isEmpty())
         say("\"@@\" added");
     if (old.endMarker.isEmpty())

@@ -48,11 +48,6 @@ const said_t *memberNamed(const said_t &group, std::string_view name) {
     return nullptr;
 }
 
-// Lists tell what their count should be; a range that a host would write otherwise is read as it stands.
-bool isOtherCount(const finding_t &finding) {
-    return finding.code == findingCode_t::countMismatch && !finding.suggestion.empty();
-}
-
 bool isPlainBody(const tree_t &tree, const node_t &node) {
     const std::string_view value = tree.value(node);
     const std::span<const node_t> children = tree.children(node);
@@ -259,7 +254,7 @@ std::size_t bodyBuilder_t::offsetOf(std::size_t place) const {
 std::vector<refusal_t> refusalsOf(const tree_t &tree, bool isAnew) {
     std::vector<refusal_t> refusals;
     for (const finding_t &finding : check(tree))
-        if (finding.severity == severity_t::error || (isAnew && isOtherCount(finding)))
+        if (finding.severity == severity_t::error || (isAnew && finding.code == findingCode_t::countMismatch))
             refusals.push_back(
                 {joined({finding.path, finding.path.empty() ? "" : ": ", finding.inShort()}), finding.place.start});
     return refusals;

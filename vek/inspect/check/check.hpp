@@ -5,6 +5,8 @@
 
 #include "vek/inspect/message/tree.hpp"
 
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -48,6 +50,7 @@ enum class findingCode_t : std::uint8_t {
     positionalBody,
     keyedList,
     separators,
+    missingSeparator,
     quotedValue,
     nestedMissing,
     // Of the values:
@@ -59,6 +62,7 @@ enum class findingCode_t : std::uint8_t {
     noBoolean,
     decimalComma,
     countMismatch,
+    listForm,
     beyondRoom,
     controlCharacter,
     leadingQuote,
@@ -101,8 +105,23 @@ struct finding_t {
     std::string inShort() const;
 };
 
-/// All departures, in order of their places. Where nothing is found, reading the message and writing it gives the same
-/// body again, byte for byte.
+struct checkOptions_t {
+    std::size_t most = SIZE_MAX;           ///< findings with words, the first ones
+    std::bitset<findingCodeCount> ignored; ///< by their codes
+};
+
+struct checkResult_t {
+    std::vector<finding_t> findings;
+    std::size_t errors = 0, warnings = 0; ///< all there are
+
+    std::size_t count() const { return errors + warnings; }
+};
+
+/// The first departures, in order of their places, and how many there are. Takes time in proportion to the text.
+checkResult_t check(const tree_t &tree, const checkOptions_t &options);
+
+/// All departures, in order of their places. What follows from one that is told is not told again. Where nothing is
+/// found, reading the message and writing it gives the same body again, byte for byte.
 std::vector<finding_t> check(const tree_t &tree);
 
 /// What doesn't count.

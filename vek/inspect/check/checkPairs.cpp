@@ -1,8 +1,8 @@
+// Pair by pair: whether a host uses it, and how it is spelt.
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
-#include "vek/text/numberText.hpp"
 
 #include <algorithm>
 
@@ -10,14 +10,24 @@ namespace vek::inspect {
 
 void checker_t::checkBody(const node_t &body) {
     const std::span<const node_t> children = tree_.children(body);
-    if (body.parent != node_t::none)
+    const bool isRoot = body.parent == node_t::none;
+    if (!isRoot)
         checkGroup(body);
-    if (children.empty() && body.value.size() > 2)
-        report(separators, body.value, &body, [] {
+    if (lacksBraces(body))
+        return; // which is told
+    if (children.empty() && body.value.size() > 2 && !(isRoot && isCutOff()))
+        report(separators, warning, body.value, &body, [] {
             return findingWords_t{"nothing but separators in a body", "a host reads nothing of it", {}};
         });
     const bodyTarget_t target = targetOf(tree_, body);
     const bool isKnown = target.kind != bodyTarget_t::kind_t::unknown;
+    isTorn_ = false;
+    told_ = 0;
+    if (target.kind == bodyTarget_t::kind_t::record) {
+        gather(body, *target.record);
+        if (isRoot && checkOtherId(body))
+            return;
+    }
     for (const node_t &child : children) {
         if (isCutOff() && std::max(child.value.end, child.lost.end) == envelope_.body.end)
             continue; // the end of it is missing
@@ -39,11 +49,13 @@ void checker_t::checkBody(const node_t &body) {
 // A known group: what stands there must be in braces, and not empty.
 void checker_t::checkGroup(const node_t &node) {
     const std::string_view value = tree_.value(node);
-    if (value.size() < 2 || value.front() != openBrace || value.back() != closeBrace)
+    if (lacksBraces(node))
         report(nestedMissing, node.value, &node, [&] {
-            return findingWords_t{joined({shownValue(value), " stands where a group in braces should be"}),
+            const bool isWide = node.field->kind == fieldKind_t::text16 && (node.isElement || !node.field->isList());
+            return findingWords_t{joined({shownValue(value), " stands where a group in braces should be",
+                                          isWide ? ", as a 16-bit text is written by its codes" : ""}),
                                   "a host takes its first and last characters for the braces",
-                                  {}};
+                                  isWide ? wideCodes(value.substr(0, 100)).value_or("") : std::string()};
         });
     else if (value.size() == 2)
         report(emptyValue, node.value, &node, [] {
@@ -51,13 +63,30 @@ void checker_t::checkGroup(const node_t &node) {
         });
 }
 
-// Whether the message ends inside its body. That is told, and nobody knows what stood behind.
-bool checker_t::isCutOff() const {
-    const std::string_view body = envelope_.body.in(tree_.text());
-    return envelope_.endMarker.isEmpty() && body.starts_with(openBrace) && !body.ends_with(closeBrace);
+bool checker_t::lacksBraces(const node_t &node) const {
+    const std::string_view value = tree_.value(node);
+    return node.parent != node_t::none &&
+           (value.size() < 2 || value.front() != openBrace || value.back() != closeBrace);
+}
+
+bool checker_t::isSurplusBrace(const node_t &node) const {
+    return node.use == pairUse_t::noKey && tree_.value(node) == "}";
+}
+
+// A pair that is told, and the values without a key that follow from it.
+void checker_t::tellWithStrays(const node_t &parent, const node_t &node) {
+    told_ = tree_.indexOf(node);
+    for (const node_t *behind = next(parent, node);
+         behind != nullptr && behind->use == pairUse_t::noKey && !isSurplusBrace(*behind);
+         behind = next(parent, *behind))
+        told_ = tree_.indexOf(*behind);
+    if (const std::uint32_t brace = told_ + 1;
+        brace < parent.firstChild + parent.childCount && isSurplusBrace(tree_.nodes()[brace]))
+        told_ = brace;
 }
 
 void checker_t::checkBalance(const node_t &node) {
+    isTorn_ |= !node.lost.isEmpty() || node.isQuoteOpen;
     if (!node.lost.isEmpty())
         report(unbalancedBrace, {node.lost.start, node.lost.start + 1}, &node, [] {
             return findingWords_t{
@@ -71,13 +100,45 @@ void checker_t::checkBalance(const node_t &node) {
         });
 }
 
+const node_t *checker_t::next(const node_t &parent, const node_t &node) const {
+    const std::uint32_t index = tree_.indexOf(node) + 1;
+    return index < parent.firstChild + parent.childCount ? &tree_.nodes()[index] : nullptr;
+}
+
+const node_t *checker_t::previous(const node_t &parent, const node_t &node) const {
+    const std::uint32_t index = tree_.indexOf(node);
+    return index > parent.firstChild ? &tree_.nodes()[index - 1] : nullptr;
+}
+
+// The separators behind a value.
+std::string_view checker_t::behindValue(const node_t &node) const {
+    const std::uint32_t end = node.value.end + (node.isQuoted && !node.isQuoteOpen ? 1 : 0);
+    return node.hasValue && node.whole.end > end ? tree_.text().substr(end, node.whole.end - end) : std::string_view();
+}
+
+// Whether the value of a key is the next token, since its own is empty.
+bool checker_t::hasSwallowed(const node_t &node) const {
+    if (!node.hasKey || !node.hasValue)
+        return false;
+    const std::uint32_t keyEnd = node.key.end + (node.isKeyQuoted ? 1 : 0);
+    const std::uint32_t valueStart = node.value.start - (node.isQuoted ? 1 : 0);
+    return tree_.text().substr(keyEnd, valueStart - keyEnd).find_first_of(";,") != std::string_view::npos;
+}
+
 void checker_t::checkPair(const node_t &parent, const node_t &node) {
-    if (!checkUse(parent, node) || isDone())
+    if ((told_ != 0 && tree_.indexOf(node) <= told_) || !checkUse(parent, node) || isDone())
         return;
-    const bool isLast = tree_.indexOf(node) + 1 == parent.firstChild + parent.childCount;
-    if (!isLast && isDecimalComma(parent, tree_.nodes()[tree_.indexOf(node) + 1]))
+    if (node.isBody && lacksBraces(node) && tree_.recordOf(parent) != nullptr) {
+        explain(node.field);
+        if (node.field->countField != nullptr)
+            explain(node.field->countField);
+        return tellWithStrays(parent, node);
+    }
+    if (const node_t *behind = next(parent, node); behind != nullptr && isDecimalComma(parent, *behind))
         return; // which is told there
-    const bool isTold = checkSpelling(node);
+    if (checkJoined(parent, node))
+        return;
+    const bool isTold = checkSpelling(parent, node);
     if (!node.isBody && node.use == pairUse_t::assigned && (!isTold || !isText(node)))
         checkScalar(node);
 }
@@ -88,12 +149,15 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
     case pairUse_t::assigned:
         return true;
     case pairUse_t::empty:
-        if (!node.lost.isEmpty())
+        if (!node.lost.isEmpty() || node.isQuoteOpen)
             return false; // which was told
+        if (tree_.recordOf(parent) != nullptr)
+            explain(node.field);
         report(emptyValue, node.whole, &node, [&] {
             return findingWords_t{
                 node.hasKey ? joined({tree_.key(node), " has no value"}) : "an element without a value",
-                joined({"a host reads ", node.isElement ? "nothing into it" : valueOfAbsent(*node.field)}),
+                joined({"a host reads ",
+                        node.isElement ? "an empty one, and writes the list without it" : valueOfAbsent(*node.field)}),
                 {}};
         });
         return false;
@@ -101,14 +165,11 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
         checkUnknown(parent, node);
         return false;
     case pairUse_t::duplicate:
-        report(duplicateKey, node.key, &node, [&] { return wordsOfDuplicate(tree_.key(node)); });
+        report(duplicateKey, node.hasKey ? node.key : node.value, &node,
+               [&] { return wordsOfDuplicate(tree_.key(node).substr(0, 40)); });
         return false;
     case pairUse_t::noKey:
-        if (!checkDecimalComma(parent, node))
-            report(strayValue, node.value, &node, [&] {
-                return findingWords_t{
-                    joined({"the value ", shownValue(tree_.value(node)), " has no key"}), "a host ignores it", {}};
-            });
+        checkStray(parent, node);
         return false;
     case pairUse_t::surplus:
         report(node.isElement ? beyondRoom : surplusValue, node.value, &node, [&] {
@@ -125,86 +186,307 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
     return false;
 }
 
+namespace {
+
+bool isWordCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || isDigit(c) || c == '_';
+}
+
+std::string_view wordIn(std::string_view key) {
+    const auto first = std::find_if(key.begin(), key.end(), &isWordCharacter);
+    const auto last = std::find_if(key.rbegin(), std::make_reverse_iterator(first), &isWordCharacter).base();
+    return key.substr(static_cast<std::size_t>(first - key.begin()), static_cast<std::size_t>(last - first));
+}
+
+std::string_view behindOddCharacters(std::string_view text) {
+    const auto isOdd = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    return text.substr(static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isOdd) - text.begin()));
+}
+
+// What is part of a key, and no part of its name.
+std::string_view besideWord(std::string_view key, std::string_view word) {
+    if (trimmed(key) != word)
+        return "other characters are";
+    return key.find_first_of("\r\n") != std::string_view::npos ? "a line break is" : "a blank is";
+}
+
+// The longest key of a record that a text begins or ends with.
+const fieldSchema_t *keyAt(const recordSchema_t *record, std::string_view text, bool isFront) {
+    const fieldSchema_t *longest = nullptr;
+    if (record != nullptr)
+        for (const fieldSchema_t &field : record->fields)
+            if ((isFront ? text.starts_with(field.key) : text.ends_with(field.key)) &&
+                (longest == nullptr || field.key.size() > longest->key.size()))
+                longest = &field;
+    return longest;
+}
+
+// Where a key stands in a message's groups; empty when it does not.
+std::string placeOfKey(const recordSchema_t &record, std::string_view key) {
+    for (const fieldSchema_t &field : record.fields) {
+        if (field.record == nullptr)
+            continue;
+        if (field.record->find(key) != nullptr)
+            return std::string(field.key);
+        if (const std::string inner = placeOfKey(*field.record, key); !inner.empty())
+            return joined({field.key, ".", inner});
+    }
+    return {};
+}
+
+} // namespace
+
 void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     const recordSchema_t *record = tree_.recordOf(parent);
     const std::string_view key = tree_.key(node);
-    const std::string_view word = trimmed(key);
-    if (record != nullptr && word != key && record->find(word) != nullptr) {
+    const fieldSchema_t *field = record != nullptr ? record->find(wordIn(key)) : nullptr;
+    if (field == nullptr) {
+        field = keyAt(record, key, false);
+        if (field != nullptr && isWordCharacter(key[key.size() - field->key.size() - 1]))
+            field = nullptr;
+    }
+    if (field != nullptr) {
+        const bool isThere = isExplained(*field) || nodes_[static_cast<std::size_t>(field->position)] != nullptr;
+        explain(field);
         report(lineBreak, node.key, &node, [&] {
+            const std::string odd = oddCharacterIn(key);
             return findingWords_t{
-                joined({"a line break or blank is part of the key ", shownValue(key)}),
-                joined({"a host ignores it; ", word, " becomes ", valueOfAbsent(*record->find(word))}),
-                std::string(word)};
+                odd.empty() ? joined({besideWord(key, field->key), " part of the key ", shownValue(key)})
+                            : joined({"the key ", shownValue(key), odd}),
+                joined({"a host ignores it",
+                        isThere ? "" : joined({"; ", field->key, " becomes ", valueOfAbsent(*field)})}),
+                wordIn(key) == field->key ? std::string(field->key) : std::string()};
         });
         return;
     }
     constexpr std::size_t mostSuggestions = 50;
-    report(unknownKey, node.key, &node, [&] { return wordsOfUnknown(record, key, suggestions_++ < mostSuggestions); });
+    const bool hasSuggestion = suggestions_++ < mostSuggestions;
+    findingWords_t words = wordsOfUnknown(record, key, hasSuggestion);
+    const fieldSchema_t *meant = record != nullptr ? record->find(words.suggestion) : nullptr;
+    if (meant != nullptr && nodes_[static_cast<std::size_t>(meant->position)] != nullptr) {
+        words.message += joined({"; ", meant->key, " stands here too"});
+        words.suggestion.clear();
+    } else if (meant != nullptr) {
+        explain(meant);
+        words.consequence += joined({"; ", meant->key, " becomes ", valueOfAbsent(*meant)});
+    } else if (record != nullptr && hasSuggestion) {
+        const std::string place = placeOfKey(*tree_.record(), key);
+        if (tree_.record()->find(key) != nullptr)
+            words.message += ", which belongs outside of this group: a brace may be missing in front of it";
+        else if (!place.empty())
+            words.message += joined({", which belongs to ", place});
+    }
+    report(unknownKey, node.key, &node, [&] { return std::move(words); });
+}
+
+// Two pairs of which a host makes something else: the ";" between them is missing, or a "=" stands in a text.
+bool checker_t::checkJoined(const node_t &parent, const node_t &node) {
+    const node_t *behind = next(parent, node);
+    if (!parent.isKeyed || node.isBody || behind == nullptr || behind->use != pairUse_t::noKey ||
+        tree_.recordOf(parent) == nullptr || behindValue(node).find(equalsSign) == std::string_view::npos)
+        return false;
+    told_ = tree_.indexOf(*behind);
+    const std::string_view value = tree_.value(node);
+    const fieldSchema_t *field = node.isQuoted ? nullptr : keyAt(tree_.recordOf(parent), value, false);
+    const std::string consequence = joined({"a host reads ", shownValue(value), " as ", tree_.key(node),
+                                            ", and ignores ", shownValue(tree_.value(*behind))});
+    if (field != nullptr && hasSwallowed(node)) {
+        explain(field);
+        report(swallowedToken, node.value, &node, [&] {
+            return findingWords_t{
+                joined({tree_.key(node), " has no value"}),
+                joined({"a host takes the next token for it, ", shownValue(value), ", and ignores ",
+                        shownValue(tree_.value(*behind)), "; an empty text is left out, with its key"}),
+                {}};
+        });
+    } else if (field != nullptr) {
+        explain(field);
+        const auto at = static_cast<std::uint32_t>(node.value.end - field->key.size());
+        report(missingSeparator, {at, node.value.end}, &node, [&] {
+            return findingWords_t{
+                joined({"a \";\" is missing in front of ", field->key, oddCharacterIn(value)}), consequence, {}};
+        });
+    } else {
+        report(strayValue, behind->value, behind, [&] {
+            return findingWords_t{
+                joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
+                        isText(node) ? "; " : "", isText(node) ? howToWrite(equalsSign) : ""}),
+                joined({"a host ignores ", shownValue(tree_.value(*behind))}),
+                {}};
+        });
+    }
+    return true;
+}
+
+void checker_t::checkStray(const node_t &parent, const node_t &node) {
+    if (checkDecimalComma(parent, node))
+        return;
+    if (isSurplusBrace(node))
+        return report(unbalancedBrace, node.value, &node, [] {
+            return findingWords_t{"a closing brace without its opening one", "a host ignores it", {}};
+        });
+    const recordSchema_t *record = tree_.recordOf(parent);
+    const std::string_view value = tree_.value(node);
+    const std::string_view word =
+        value.substr(std::min(value.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_"), value.size()));
+    const fieldSchema_t *field = node.isQuoted ? nullptr : keyAt(record, word, true);
+    const std::string_view rest = field != nullptr ? word.substr(field->key.size()) : std::string_view();
+    if (field != nullptr && (rest.empty() || rest[0] != '_') &&
+        std::none_of(value.begin(), value.begin() + (word.data() - value.data()), &isWordCharacter)) {
+        explain(field);
+        report(missingSeparator, node.value, &node, [&] {
+            const bool isColon = trimmed(rest).starts_with(':');
+            return findingWords_t{
+                joined({isColon        ? "\":\" stands where \"=\" should be, behind "
+                        : rest.empty() ? "\"=\" and a value are missing behind "
+                                       : "a \"=\" is missing behind ",
+                        field->key, oddCharacterIn(value)}),
+                joined({"a host ignores it; ", field->key, " becomes ", valueOfAbsent(*field)}),
+                rest.empty()
+                    ? std::string()
+                    : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))})};
+        });
+        return;
+    }
+    const node_t *before = previous(parent, node);
+    const bool isBehindText = before != nullptr && before->use == pairUse_t::assigned && isText(*before);
+    const std::string_view between = before != nullptr ? behindValue(*before) : std::string_view();
+    report(strayValue, node.value, &node, [&] {
+        return findingWords_t{
+            joined({"the value ", shownValue(value), " has no key"}),
+            joined({"a host ignores it",
+                    isBehindText && before->isQuoted ? "; it stands behind the closing quote of another value"
+                    : isBehindText && between.size() == 1
+                        ? joined({"; if it belongs to the text of ", tree_.key(*before), ", ", howToWrite(between[0])})
+                        : ""}),
+            {}};
+    });
 }
 
 // "3,5": the comma ends the value, and the rest is a value of its own.
 bool checker_t::isDecimalComma(const node_t &parent, const node_t &node) const {
-    if (node.use != pairUse_t::noKey || tree_.indexOf(node) == parent.firstChild || node.isQuoted ||
-        node.value.isEmpty() || !isDigit(tree_.value(node).front()))
+    const node_t *before = previous(parent, node);
+    if (node.use != pairUse_t::noKey || before == nullptr || node.isQuoted || node.value.isEmpty() ||
+        !isDigit(tree_.value(node).front()))
         return false;
-    const node_t &before = tree_.nodes()[tree_.indexOf(node) - 1];
-    const bool isNumber = before.field != nullptr && before.use == pairUse_t::assigned && !before.isBody &&
-                          (before.field->kind == fieldKind_t::float64 || before.field->kind == fieldKind_t::float32 ||
-                           before.field->kind == fieldKind_t::pixels || before.field->kind == fieldKind_t::integer32 ||
-                           before.field->kind == fieldKind_t::integer16);
-    return isNumber && !before.value.isEmpty() && before.value.end + 1 == node.value.start &&
-           tree_.text()[before.value.end] == ',' && isDigit(tree_.value(before).back());
+    const bool isNumber =
+        before->field != nullptr && before->use == pairUse_t::assigned && !before->isBody &&
+        (before->field->kind == fieldKind_t::float64 || before->field->kind == fieldKind_t::float32 ||
+         before->field->kind == fieldKind_t::pixels || before->field->kind == fieldKind_t::integer32 ||
+         before->field->kind == fieldKind_t::integer16);
+    return isNumber && !before->value.isEmpty() && before->value.end + 1 == node.value.start &&
+           tree_.text()[before->value.end] == ',' && isDigit(tree_.value(*before).back());
 }
 
 bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     if (!isDecimalComma(parent, node))
         return false;
-    const node_t &before = tree_.nodes()[tree_.indexOf(node) - 1];
+    const node_t &before = *previous(parent, node);
+    const std::string_view whole = tree_.value(before), rest = tree_.value(node);
+    const bool isReal = before.field->kind != fieldKind_t::integer32 && before.field->kind != fieldKind_t::integer16;
+    const bool isOfThousands = rest.find('.') == 3;
     report(decimalComma, {before.value.start, node.value.end}, &before, [&] {
-        return findingWords_t{joined({tree_.value(before), ",", tree_.value(node), " has a comma for its point"}),
-                              joined({"a host reads ", tree_.value(before)}),
-                              joined({tree_.value(before), ".", tree_.value(node)})};
+        return findingWords_t{
+            joined({whole, ",", rest, isReal && !isOfThousands ? " has a comma for its point" : " has a comma in it"}),
+            joined({"a host reads ", whole}),
+            isOfThousands ? joined({whole, rest})
+            : isReal      ? joined({whole, ".", rest})
+                          : std::string()};
     });
     return true;
 }
 
 // Of a pair that is used: how it is spelt. Tells whether something was told.
-bool checker_t::checkSpelling(const node_t &node) {
+bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
     if (node.isCanonical)
         return false;
-    const std::uint32_t keyEnd = node.key.end + (node.isKeyQuoted ? 1 : 0);
+    if (node.isQuoteOpen)
+        return true;
     const std::uint32_t valueStart = node.value.start - (node.isQuoted ? 1 : 0);
-    const std::string_view between =
-        node.hasKey ? tree_.text().substr(keyEnd, valueStart - keyEnd) : std::string_view("=");
-    if (between.find_first_of(";,") != std::string_view::npos) {
+    if (hasSwallowed(node)) {
+        const std::string_view value = tree_.value(node);
+        if (const recordSchema_t *record = tree_.recordOf(parent))
+            explain(record->find(value));
         report(swallowedToken, node.value, &node, [&] {
             return findingWords_t{joined({tree_.key(node), " has no value"}),
-                                  joined({"a host takes the next token for it, ", shownValue(tree_.value(node))}),
+                                  joined({"a host takes the next token for it, ", shownValue(value),
+                                          "; an empty text is left out, with its key"}),
                                   {}};
         });
+        if (const node_t *behind = next(parent, node);
+            behind != nullptr && behindValue(node).find(equalsSign) != std::string_view::npos)
+            told_ = tree_.indexOf(*behind);
     } else if (node.isQuoted && isText(node)) {
         report(leadingQuote, {valueStart, node.value.end}, &node, [] {
-            return findingWords_t{
-                "the text begins with a double quote", "a host reads up to the next one, and keeps neither", {}};
+            return findingWords_t{"the text begins with a double quote",
+                                  "a host reads up to the next one, and keeps neither; behind another character a "
+                                  "quote is kept",
+                                  {}};
         });
     } else if (node.isQuoted || node.isKeyQuoted) {
         report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node, [] {
-            return findingWords_t{"double quotes", "a host reads what stands in them", {}};
+            return findingWords_t{"double quotes", "a host reads what stands in them, and writes none", {}};
         });
+    } else if (const node_t *behind = next(parent, node);
+               behind == nullptr || behind->use != pairUse_t::noKey || node.isElement) {
+        checkSeparators(parent, node);
     } else {
-        report(separators, node.whole, &node, [&] {
-            return findingWords_t{node.hasKey ? "one \"=\" belongs behind the key and one \";\" behind the value"
-                                              : "one \",\" belongs behind the value",
-                                  "a host skips any run of \"=\", \";\" and \",\"",
-                                  {}};
-        });
+        return false; // told of the value behind
     }
     return true;
 }
 
+void checker_t::checkSeparators(const node_t &parent, const node_t &node) {
+    const std::string_view behind = behindValue(node);
+    const std::string_view key = tree_.key(node);
+    const std::uint32_t start = node.hasKey ? node.key.start : node.value.start;
+    const std::string_view front = tree_.text().substr(node.whole.start, start - node.whole.start);
+    const auto count = [](std::string_view run) { return std::count(run.begin(), run.end(), comma); };
+    const bool isEmptyElement =
+        node.isElement && !parent.isKeyed && (count(front) > 0 || (count(behind) > 1 && !node.isCode));
+    if (isEmptyElement) {
+        report(separators, node.whole, &node, [&] {
+            return findingWords_t{joined({"an element without a value stands ",
+                                          front.empty() ? "behind " : "in front of ", shownValue(tree_.value(node))}),
+                                  "a host skips it, and those behind it move up",
+                                  {}};
+        });
+        return;
+    }
+    report(separators, warning, node.whole, &node, [&] {
+        const std::string_view right = node.hasKey ? "\";\"" : "\",\"";
+        const std::string whose = node.hasKey ? joined({"the value of ", key}) : shownValue(tree_.value(node));
+        const std::string_view between =
+            node.hasKey ? tree_.text().substr(node.key.end, node.value.start - node.key.end) : "=";
+        return findingWords_t{
+            !front.empty()   ? joined({shownValue(front), " stands in front of ", node.hasKey ? shownValue(key) : whose,
+                                       ", where nothing should be"})
+            : between != "=" ? joined({shownValue(between), " stands behind ", key, ", where one \"=\" should be"})
+            : behind.empty()
+                ? joined({"a ", right, " is missing behind ", whose})
+                : joined({shownValue(behind), " stands behind ", whose, ", where one ", right, " should be"}),
+            "a host takes any run of \"=\", \";\" and \",\" for one",
+            {}};
+    });
+}
+
 void checker_t::checkScalar(const node_t &node) {
-    if (valueFinding_t finding = judgeValue(*node.field, tree_.value(node), node.isElement); finding.isThere)
-        report(finding.code, finding.severity, node.value, &node, [&] { return std::move(finding.words); });
+    const std::string_view value = tree_.value(node);
+    valueFinding_t finding = judgeValue(*node.field, value, node.isElement);
+    if (!finding.isThere)
+        return;
+    // "1.0 2.0" in a list
+    if (finding.code == trailingCharacters && node.isElement) {
+        const std::size_t blank = value.find_first_of(" \t\r\n");
+        const std::size_t rest = blank == std::string_view::npos ? blank : value.find_first_not_of(" \t\r\n", blank);
+        if (blank != 0 && rest != std::string_view::npos && (isDigit(value[rest]) || value[rest] == '-')) {
+            finding.code = missingSeparator;
+            finding.words.message =
+                joined({"a \",\" is missing between ", value.substr(0, std::min<std::size_t>(blank, 40)), " and ",
+                        value.substr(rest, 40)});
+        }
+    }
+    report(finding.code, finding.severity, node.value, &node, [&] { return std::move(finding.words); });
 }
 
 } // namespace vek::inspect

@@ -31,18 +31,65 @@ std::size_t position(const fieldSchema_t &field) {
 
 } // namespace
 
+// Which pairs are read into the record's fields.
+void checker_t::gather(const node_t &body, const recordSchema_t &record) {
+    nodes_.assign(record.fields.size(), nullptr);
+    explained_.assign(record.fields.size(), false);
+    for (const node_t &child : tree_.children(body))
+        if (child.use == pairUse_t::assigned && child.field != nullptr)
+            nodes_[position(*child.field)] = &child;
+}
+
+bool checker_t::isExplained(const fieldSchema_t &field) const {
+    return explained_[position(field)];
+}
+
+void checker_t::explain(const fieldSchema_t *field) {
+    if (field != nullptr)
+        explained_[position(*field)] = true;
+}
+
+// The first message that has all the keys of a body; null when there is none, or there are too many keys.
+const messageSchema_t *checker_t::messageWithKeys(const node_t &body) const {
+    const std::span<const node_t> children = tree_.children(body);
+    constexpr std::size_t most = 100;
+    if (children.empty() || children.size() > most)
+        return nullptr;
+    const auto &messages = schema().messages();
+    const auto found = std::find_if(messages.begin(), messages.end(), [&](const messageSchema_t &message) {
+        return message.record != nullptr && std::all_of(children.begin(), children.end(), [&](const node_t &child) {
+                   return child.hasKey && message.record->find(tree_.key(child)) != nullptr;
+               });
+    });
+    return found != messages.end() ? &*found : nullptr;
+}
+
+// A body with nothing but unknown keys, which are those of another message.
+bool checker_t::checkOtherId(const node_t &body) {
+    const std::span<const node_t> children = tree_.children(body);
+    if (std::any_of(children.begin(), children.end(),
+                    [](const node_t &child) { return child.use != pairUse_t::unknown; }))
+        return false;
+    const messageSchema_t *message = messageWithKeys(body);
+    if (message != nullptr)
+        report(unknownKey, envelope_.id.place, nullptr, [&] {
+            return findingWords_t{joined({"the keys of the body are those of ", std::to_string(message->id), ", ",
+                                          message->record->name, ", not of ", std::to_string(envelope_.id.value)}),
+                                  "a host ignores them all",
+                                  {}};
+        });
+    return message != nullptr;
+}
+
 void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
-    std::vector<const node_t *> &nodes = nodes_;
-    nodes.assign(record.fields.size(), nullptr);
     std::int32_t last = -1;
-    if (!body.isKeyed && body.childCount > 0)
+    if (!body.isKeyed && body.childCount > 0 && !isTorn_ && !isCutOff())
         report(positionalBody, body.value, &body, [] {
             return findingWords_t{"no \"=\" stands in the body", "a host tells the values apart by their order", {}};
         });
     for (const node_t &child : tree_.children(body)) {
         if (child.use != pairUse_t::assigned || child.field == nullptr)
             continue;
-        nodes[position(*child.field)] = &child;
         if (child.field->position < last)
             report(keyOrder, child.hasKey ? child.key : child.value, &child, [&] {
                 return findingWords_t{
@@ -52,75 +99,94 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
             });
         last = std::max(last, child.field->position);
     }
+    for (const fieldSchema_t &field : record.fields) {
+        if (isTorn_)
+            break;
+        if (field.list == listKind_t::range)
+            checkRange(body, field);
+        else if (field.countField != nullptr || (field.list == listKind_t::array && nodes_[position(field)] != nullptr))
+            checkCount(field);
+    }
     bool isEverEmpty = true;
+    std::vector<const fieldSchema_t *> missing;
     if (record.kind != structureKind_t::ownRecord)
         for (const fieldSchema_t &field : record.fields)
             if (isAlwaysWritten(field) && !isRangeType(record, field)) {
                 isEverEmpty = false;
-                if (nodes[position(field)] == nullptr)
-                    checkMissing(body, field);
+                if (nodes_[position(field)] == nullptr && !isExplained(field))
+                    missing.push_back(&field);
             }
+    checkMissing(body, missing);
     if (isEverEmpty && body.parent == node_t::none && tree_.value(body) == "{}")
         report(emptyValue, body.value, &body, [] {
             return findingWords_t{"an empty body in braces", "a host reads it, and writes it without them", {}};
         });
-    for (const fieldSchema_t &field : record.fields) {
-        if (field.list == listKind_t::range)
-            checkRange(body, field, nodes);
-        else if (field.countField != nullptr || (field.list == listKind_t::array && nodes[position(field)] != nullptr))
-            checkCount(field, nodes);
-    }
 }
 
-void checker_t::checkMissing(const node_t &body, const fieldSchema_t &field) {
-    if (isCutOff())
+// All keys that are not there are one finding.
+void checker_t::checkMissing(const node_t &body, const std::vector<const fieldSchema_t *> &fields) {
+    if (fields.empty() || isCutOff() || isCutInHead() || isTorn_)
         return;
     const place_t end{std::max(body.value.start, body.value.end - (body.value.isEmpty() ? 0 : 1)), body.value.end};
     report(missingKey, end, &body, [&] {
-        return findingWords_t{
-            joined({"the key ", field.key, " is missing"}), joined({"a host gets ", valueOfAbsent(field)}), {}};
+        if (fields.size() == 1)
+            return findingWords_t{joined({"the key ", fields[0]->key, " is missing"}),
+                                  joined({"a host gets ", valueOfAbsent(*fields[0])}),
+                                  {},
+                                  std::string(fields[0]->key)};
+        std::string names;
+        for (const fieldSchema_t *field : fields)
+            names += joined({names.empty() ? "" : field == fields.back() ? " and " : ", ", field->key});
+        return findingWords_t{joined({"the keys ", names, " are missing"}), "a host gets 0 or what is empty", {}};
     });
-    if (findings_.empty() || stops_)
-        return;
-    std::string &path = findings_.back().path;
-    path = joined({path, path.empty() ? "" : ".", field.key});
 }
 
 // How many elements a list has, and how many its count says; of an array that is written whole, its room.
-void checker_t::checkCount(const fieldSchema_t &list, const std::vector<const node_t *> &nodes) {
-    const node_t *node = nodes[position(list)];
-    const node_t *counter = list.countField != nullptr ? nodes[position(*list.countField)] : nullptr;
+void checker_t::checkCount(const fieldSchema_t &list) {
+    const node_t *node = nodes_[position(list)];
+    const node_t *counter = list.countField != nullptr ? nodes_[position(*list.countField)] : nullptr;
     std::int32_t count = 0;
     if (node != nullptr)
         for (const node_t &child : tree_.children(*node))
             count += child.hasKey || child.hasValue ? 1 : 0;
-    if (list.countField == nullptr) {
-        if (node != nullptr && count != list.room)
-            report(countMismatch, count > list.room ? error : warning, node->value, node, [&] {
-                return findingWords_t{
-                    joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
-                    count > list.room ? "a host drops the surplus" : "a host fills it up with zeros",
-                    {}};
-            });
+    if (list.countField == nullptr)
+        return checkRoom(list, count);
+    if (isExplained(*list.countField) || isExplained(list))
         return;
-    }
     const std::int32_t said = counter != nullptr && !counter->isBody ? readInteger(tree_.value(*counter)) : 0;
     if (said == count)
         return;
+    if (counter == nullptr)
+        explain(list.countField);
     const node_t *shown = counter != nullptr ? counter : node;
     report(countMismatch, said < count ? error : warning, shown->value, shown, [&] {
-        return findingWords_t{joined({list.countField->key, " says ", std::to_string(said), ", ", list.key, " has ",
-                                      std::to_string(count), count == 1 ? " element" : " elements"}),
+        const std::string says = joined({list.countField->key, " says ", std::to_string(said)});
+        return findingWords_t{joined({counter != nullptr ? says : joined({list.countField->key, " is missing"}), ", ",
+                                      list.key, " has ", std::to_string(count), count == 1 ? " element" : " elements",
+                                      said > count ? "; one may be missing, or a comma" : ""}),
                               said < count ? joined({"a host sees ", std::to_string(std::max(said, 0)), " of them"})
                                            : std::string("a host takes the rest for empty, or not at all"),
-                              std::to_string(count)};
+                              said > count         ? std::string() // elements may be missing
+                              : counter != nullptr ? std::to_string(count)
+                                                   : joined({list.countField->key, "=", std::to_string(count)})};
+    });
+}
+
+void checker_t::checkRoom(const fieldSchema_t &list, std::int32_t count) {
+    const node_t *node = nodes_[position(list)];
+    if (count == list.room)
+        return;
+    report(count > list.room ? countMismatch : listForm, node->value, node, [&] {
+        return findingWords_t{joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
+                              count > list.room ? "a host drops the surplus" : "a host fills it up with zeros",
+                              {}};
     });
 }
 
 // A continuous range is its minimum and its maximum; a range without values has no type.
-void checker_t::checkRange(const node_t &body, const fieldSchema_t &list, const std::vector<const node_t *> &nodes) {
-    const node_t *node = nodes[position(list)];
-    const node_t *type = nodes[position(*list.rangeType)];
+void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
+    const node_t *node = nodes_[position(list)];
+    const node_t *type = nodes_[position(*list.rangeType)];
     valueRange_t range;
     if (node != nullptr) {
         for (const node_t &child : tree_.children(*node))
@@ -132,18 +198,18 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list, const 
     }
     if (node == nullptr || range.isEmpty()) {
         if (type != nullptr)
-            report(countMismatch, warning, type->value, type, [&] {
+            report(listForm, type->value, type, [&] {
                 return findingWords_t{joined({list.key, " has no values"}), "a host does not write the range then", {}};
             });
         return;
     }
     if (type == nullptr)
-        return checkMissing(body, *list.rangeType);
+        return isExplained(*list.rangeType) ? void() : checkMissing(body, {list.rangeType});
     range.kind = std::max(list.rangeType->valueOf(tree_.value(*type)), 0);
     const double ends[] = {range.minimum(), range.maximum()};
     if (range.kind != valueRange_t::discrete &&
         (range.count() != 2 || std::memcmp(ends, range.begin(), sizeof ends) != 0)) // NOLINT: bit for bit, as written
-        report(countMismatch, warning, node->value, node, [] {
+        report(listForm, node->value, node, [] {
             return findingWords_t{"a continuous range is its minimum and its maximum, which is -1 at least",
                                   "a host writes these two alone",
                                   {}};

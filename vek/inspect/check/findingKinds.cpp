@@ -13,7 +13,7 @@ constexpr std::array<findingKind_t, findingCodeCount> kinds = [] {
     using enum severity_t;
     return std::array<findingKind_t, findingCodeCount>{{
         // Of the envelope:
-        {noStartMarker, "no-start-marker", error, "the text does not begin with \"@@\""},
+        {noStartMarker, "no-start-marker", error, "the text does not begin with \"@@\" and a number"},
         {noEndMarker, "no-end-marker", error, "the text does not end with \"!!\""},
         {noId, "no-id", error, "no number stands behind \"@@\""},
         {unknownId, "unknown-id", error, "an id that the catalogue does not have"},
@@ -38,7 +38,8 @@ constexpr std::array<findingKind_t, findingCodeCount> kinds = [] {
         {surplusValue, "surplus-value", error, "a value behind that of the last field"},
         {positionalBody, "positional-body", warning, "values without keys, told apart by their order"},
         {keyedList, "keyed-list", warning, "a list whose elements have keys"},
-        {separators, "separators", warning, "more or other separators than one \"=\", \";\" or \",\""},
+        {separators, "separators", error, "more or other separators than one \"=\", \";\" or \",\""},
+        {missingSeparator, "missing-separator", error, "two tokens that a host takes for one"},
         {quotedValue, "quoted-value", warning, "a key or value in double quotes"},
         {nestedMissing, "nested-missing", error, "text where a record or a list should be"},
         // Of the values:
@@ -49,7 +50,8 @@ constexpr std::array<findingKind_t, findingCodeCount> kinds = [] {
         {unknownName, "unknown-name", error, "a name that the enumeration does not have"},
         {noBoolean, "no-boolean", error, "neither TRUE nor FALSE"},
         {decimalComma, "decimal-comma", error, "a number with a comma for its point"},
-        {countMismatch, "count-mismatch", error, "a list has other elements than its count or its type says"},
+        {countMismatch, "count-mismatch", error, "a list has more or fewer elements than its count says"},
+        {listForm, "list-form", warning, "a range or an array that a host writes with other elements"},
         {beyondRoom, "beyond-room", error, "more elements or characters than there is room for"},
         {controlCharacter, "control-character", warning, "a control character in a text"},
         {leadingQuote, "leading-quote", warning, "a text that begins with a double quote"},

@@ -15,6 +15,7 @@ namespace vek::inspect {
 /// The words of a finding.
 struct findingWords_t {
     std::string message, consequence, suggestion;
+    std::string key{}; ///< that is not there, and so has no place
 
     /// Without what a host makes of it: for what is not written.
     std::string inShort() const { return withSuggestion(message, suggestion); }
@@ -43,6 +44,11 @@ std::optional<std::string> speltWide(std::string_view text, std::string &error);
 
 /// What is said of a key that a record, or a list when it is null, has not; and of one that stands there again.
 findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion = true);
+/// The first character that looks like another one or like a blank, named with its code point: " with U+00A0 in it, a
+/// no-break space"; empty when there is none.
+std::string oddCharacterIn(std::string_view text);
+/// How a separator or brace is written in a text: "a \";\" in a text is written as the character 2".
+std::string howToWrite(char separator);
 findingWords_t wordsOfDuplicate(std::string_view key);
 
 /// What a host's structure has for a key that isn't there, as it would write it: "0", "FALSE", "an empty text".

@@ -2,17 +2,44 @@
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/quoting.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
+#include "vek/vek_std/std_sys/vek_ascii.hpp"
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace vek::inspect {
 
 namespace {
+
+// Characters that look like those of a message, and none of them is.
+struct lookAlike_t {
+    std::uint32_t first, last;
+    std::string_view name;
+};
+constexpr lookAlike_t lookAlikes[] = {
+    {0xA0, 0xA0, "a no-break space"},     {0xAD, 0xAD, "a soft hyphen"},
+    {0x370, 0x3FF, "a Greek letter"},     {0x400, 0x4FF, "a Cyrillic letter"},
+    {0x2000, 0x200A, "a wide blank"},     {0x200B, 0x200F, "an invisible character"},
+    {0x2010, 0x2015, "a dash"},           {0x2018, 0x201F, "a typographic quote"},
+    {0x202F, 0x202F, "a narrow blank"},   {0x2212, 0x2212, "a minus sign"},
+    {0x3000, 0x3000, "a wide blank"},     {0xFEFF, 0xFEFF, "a byte order mark"},
+    {0xFF01, 0xFF5E, "a wide character"},
+};
+
+// Each character beyond ASCII as one, so that it counts as one that differs.
+std::string withoutOddCharacters(std::string_view word) {
+    std::string text;
+    for (const char c : word.substr(0, 200))
+        if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U)
+            text += static_cast<unsigned char>(c) < 0x80 ? c : '?';
+    return text;
+}
 
 valueFinding_t found(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
     return {code, worstSeverity(code), {std::move(message), std::move(consequence), std::move(suggestion)}, true};
@@ -69,10 +96,14 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
     std::size_t digits = 0;
     const std::size_t end = numberEnd(value, isReal, digits);
     if (digits == 0)
-        return found(noNumber, joined({shownValue(value), " is no number"}), reads(read));
+        return found(noNumber, joined({shownValue(value), " is no number", oddCharacterIn(value)}), reads(read));
+    if (end < value.size() && trimmed(value.substr(end)).empty())
+        return warned(trailingCharacters, joined({"white space stands behind the number ", value.substr(0, end)}),
+                      joined({"a host reads ", read}), std::string(read));
     if (end < value.size())
         return found(trailingCharacters,
-                     joined({shownValue(value.substr(end)), " stands behind the number ", value.substr(0, end)}),
+                     joined({shownValue(value.substr(end)), " stands behind the number ", value.substr(0, end),
+                             oddCharacterIn(value.substr(end))}),
                      reads(read));
     return {};
 }
@@ -122,6 +153,12 @@ bool isUsualReal(std::string_view value) {
     return true;
 }
 
+// The shortest digits of a number, of which those behind the six decimals of a message are lost when it is written.
+std::string allDigits(double value) {
+    char digits[32];
+    return std::string(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
 valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
     using enum findingCode_t;
     if (kind == fieldKind_t::float64 && isUsualReal(value))
@@ -131,13 +168,21 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
     const std::string text = realText(read);
     if (text == value && std::isfinite(read))
         return {};
-    if (valueFinding_t finding = judgeNumber(value, true, text); finding.isThere)
+    const bool isKept = !std::isfinite(read) || readAs(kind, readReal(text)) == read;
+    const std::string digits = isKept ? text : allDigits(read);
+    if (valueFinding_t finding = judgeNumber(value, true, digits); finding.isThere) {
+        if (!isKept)
+            finding.words.suggestion.clear();
         return finding;
+    }
     if (!std::isfinite(read) || (kind == fieldKind_t::pixels && read == 0.0 && std::abs(exact) >= 1.0))
         return found(numberRange, joined({value.substr(0, 40), " is beyond the range of the number"}), reads(text));
     if (kind == fieldKind_t::pixels && read != exact)
         return warned(numberRange, joined({value.substr(0, 40), " has a fraction, pixels are whole"}), reads(text),
                       text);
+    if (!isKept)
+        return found(numberSpelling, joined({shownValue(value), " has digits behind the six decimals of a message"}),
+                     joined({"a host reads ", digits, ", and writes ", text}));
     return found(numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
                  joined({"a host reads it, and writes ", text}), text);
 }
@@ -147,10 +192,14 @@ valueFinding_t judgeBoolean(std::string_view value) {
     if (value == "TRUE" || value == "FALSE")
         return {};
     constexpr std::array<std::string_view, 2> both{"TRUE", "FALSE"};
+    constexpr std::array<std::string_view, 6> others{"1", "yes", "on", "0", "no", "off"};
     std::string_view meant = nearest(value, both);
-    meant = value == "1" || value == "yes" ? both[0] : value == "0" || value == "no" ? both[1] : meant;
-    return found(noBoolean, joined({shownValue(value), " is neither TRUE nor FALSE"}), reads("FALSE"),
-                 std::string(meant));
+    for (std::size_t i = 0; i < others.size(); ++i)
+        if (std::equal(value.begin(), value.end(), others[i].begin(), others[i].end(),
+                       [](char one, char other) { return asciiToLower(one) == other; }))
+            meant = both[i / 3];
+    return found(noBoolean, joined({shownValue(value), " is neither TRUE nor FALSE", oddCharacterIn(value)}),
+                 reads("FALSE"), std::string(meant));
 }
 
 valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
@@ -158,8 +207,14 @@ valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
     if (field.valueOf(value) >= 0)
         return {};
     const std::vector<std::string_view> names(field.names.begin(), field.names.end());
-    return found(unknownName, joined({"no ", field.enumeration, " is called ", shownValue(value)}),
-                 reads(field.names.front()), std::string(nearest(value, names)));
+    std::string meant(nearest(withoutOddCharacters(value), names));
+    constexpr std::size_t most = 20;
+    std::string valid;
+    for (std::size_t i = 0; meant.empty() && i < names.size() && i < most; ++i)
+        valid += joined({i == 0 ? "; there are " : i + 1 == names.size() ? " and " : ", ", names[i]});
+    return found(unknownName,
+                 joined({"no ", field.enumeration, " is called ", shownValue(value), oddCharacterIn(value), valid}),
+                 reads(field.names.front()), std::move(meant));
 }
 
 valueFinding_t judgeText(std::string_view value, std::int32_t room) {
@@ -171,7 +226,8 @@ valueFinding_t judgeText(std::string_view value, std::int32_t room) {
                      "a host does not keep what is beyond");
     }
     const auto isSpecial = [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F || escapedCharacters.find(c) != std::string_view::npos;
+        return (static_cast<unsigned char>(c) < 0x20 && c != '\0') || c == 0x7F ||
+               escapedCharacters.find(c) != std::string_view::npos;
     };
     const auto *const at =
         std::find_if(value.begin(), value.end(), [&](char c) { return isSpecial(c) && !isEscapeCode(c); });
@@ -245,12 +301,6 @@ std::string valueOfAbsent(const fieldSchema_t &field) {
 
 namespace {
 
-// Whether a host has the very number that was given when it reads how the library would spell it.
-bool keepsItsDigits(fieldKind_t kind, std::string_view value, std::string_view spelling) {
-    const bool isReal = kind == fieldKind_t::float64 || kind == fieldKind_t::float32 || kind == fieldKind_t::pixels;
-    return !isReal || readAs(kind, readReal(value)) == readAs(kind, readReal(spelling));
-}
-
 std::optional<std::string> speltGroup(std::string_view value, std::string &error) {
     if (value.size() >= 2 && value.front() == openBrace && value.back() == closeBrace)
         return std::string(value);
@@ -299,17 +349,41 @@ std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view va
     const valueFinding_t finding = judgeValue(field, text, part != part_t::whole);
     if (!finding.isThere)
         return text;
-    const std::string &spelling = finding.words.suggestion;
     if (finding.severity == severity_t::error || finding.code == findingCode_t::numberRange) {
         error = finding.words.inShort();
         return {};
     }
     if (finding.code != findingCode_t::numberSpelling)
         return text;
-    if (keepsItsDigits(field.kind, value, spelling))
-        return spelling;
-    error = joined({shownValue(value), " has digits behind the six decimals of a message: it would become ", spelling});
+    if (!finding.words.suggestion.empty())
+        return finding.words.suggestion;
+    error = finding.words.message;
     return {};
+}
+
+std::string oddCharacterIn(std::string_view text) {
+    for (std::size_t at = 0; at < text.size() && at < 1000; ++at) {
+        const std::size_t size = utf8Size(text.substr(at));
+        if (size < 2)
+            continue;
+        const std::uint32_t code = utf8Character(text.substr(at, size));
+        char digits[8];
+        std::string hex(digits, std::to_chars(digits, digits + sizeof digits, code, 16).ptr);
+        std::transform(hex.begin(), hex.end(), hex.begin(),
+                       [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
+        hex.insert(0, hex.size() < 4 ? 4 - hex.size() : 0, '0');
+        const auto *const kind = std::find_if(std::begin(lookAlikes), std::end(lookAlikes), [code](const auto &one) {
+            return code >= one.first && code <= one.last;
+        });
+        return joined({", with U+", hex, " in it", kind != std::end(lookAlikes) ? ", " : "",
+                       kind != std::end(lookAlikes) ? kind->name : ""});
+    }
+    return {};
+}
+
+std::string howToWrite(char separator) {
+    return joined({"a \"", std::string_view(&separator, 1), "\" in a text is written as the character ",
+                   std::to_string(static_cast<int>(escaped(separator)))});
 }
 
 findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion) {
@@ -317,8 +391,9 @@ findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key
     if (record != nullptr && hasSuggestion)
         for (const fieldSchema_t &field : record->fields)
             keys.push_back(field.key);
-    return {joined({record != nullptr ? "unknown key " : "no element of the list has the key ", shownValue(key)}),
-            "a host ignores it", std::string(nearest(key, keys))};
+    return {joined({record != nullptr ? "unknown key " : "no element of the list has the key ", shownValue(key),
+                    oddCharacterIn(key)}),
+            "a host ignores it", std::string(nearest(withoutOddCharacters(key), keys))};
 }
 
 findingWords_t wordsOfDuplicate(std::string_view key) {

@@ -22,13 +22,14 @@ struct envelopeNumber_t {
 /// undamaged message, this is what a host reads too.
 struct envelopeParts_t {
     place_t whole;       ///< the text without its terminating NUL
+    place_t before;      ///< what stands in front of a "@@" with a number behind it, such as a byte order mark
     place_t startMarker; ///< "@@"; empty when it isn't there
     envelopeNumber_t id, length, echoTag, sequenceNumber;
     place_t body;      ///< with its outer braces; empty when there is none
-    place_t endMarker; ///< "!!"; empty, where it should be, when it isn't there
+    place_t endMarker; ///< "!!"; empty, where it should be, when it or its second half isn't there
     place_t behind;    ///< what stands behind the end marker: a line end that an editor left, say
 
-    std::size_t rightLength = 0; ///< what the length should say: the whole text with "@@" and its NUL
+    std::size_t rightLength = 0; ///< what the length should say: from "@@" to "!!", were they there, and the NUL
     problem_t problem;           ///< the first thing that a host's check finds wrong; none when it finds nothing
     bool isBodyRead = false;     ///< whether a host gets as far as the body
     place_t hostBody;            ///< what a host then takes for the body; the same as `body` unless damaged

@@ -12,13 +12,27 @@ namespace vek::inspect {
 
 class checker_t {
 public:
-    /// `stops`: only whether there is a finding that counts is wanted.
-    explicit checker_t(const tree_t &tree, bool stops = false, tolerance_t tolerance = tolerance_t::nothing)
-        : tree_(tree), envelope_(tree.envelope()), stops_(stops), tolerance_(tolerance) {}
+    /// What is wanted of the findings.
+    enum class purpose_t : std::uint8_t { words, places, whether };
+
+    /// Where a finding is, and how severe.
+    struct spot_t {
+        std::uint32_t start;
+        severity_t severity;
+    };
+
+    checker_t(const tree_t &tree, purpose_t purpose) : tree_(tree), envelope_(tree.envelope()), purpose_(purpose) {}
+
+    /// What does not count.
+    void tolerate(tolerance_t tolerance) { tolerance_ = tolerance; }
+    void ignore(const std::bitset<findingCodeCount> &codes) { ignored_ = codes; }
+    /// The last place of a finding that is wanted.
+    void limit(std::uint32_t place) { limit_ = place; }
 
     void run();
 
     bool isClean() const { return !hasFound_; }
+    std::vector<spot_t> &spots() { return spots_; }
     std::vector<finding_t> take() { return std::move(findings_); }
 
 private:
@@ -26,29 +40,52 @@ private:
     using enum severity_t;
 
     void checkEnvelope();
+    void checkFront();
+    void checkId();
     void checkNumbers();
     void checkLength();
     void checkEnd();
     void checkBodyShape();
+    bool lacksId() const;
+    bool isCutOff() const;
+    bool isCutInHead() const;
+    std::size_t missingBraces() const;
+    std::string whatHostTakes() const;
 
     void checkBody(const node_t &body);
+    void gather(const node_t &body, const recordSchema_t &record);
+    const messageSchema_t *messageWithKeys(const node_t &body) const;
+    bool checkOtherId(const node_t &body);
     void checkRecord(const node_t &body, const recordSchema_t &record);
-    void checkMissing(const node_t &body, const fieldSchema_t &field);
-    void checkCount(const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
-    void checkRange(const node_t &body, const fieldSchema_t &list, const std::vector<const node_t *> &nodes);
-    bool isCutOff() const;
+    void checkMissing(const node_t &body, const std::vector<const fieldSchema_t *> &fields);
+    void checkCount(const fieldSchema_t &list);
+    void checkRoom(const fieldSchema_t &list, std::int32_t count);
+    void checkRange(const node_t &body, const fieldSchema_t &list);
     void checkBalance(const node_t &node);
     void checkPair(const node_t &parent, const node_t &node);
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
+    void checkStray(const node_t &parent, const node_t &node);
+    bool checkJoined(const node_t &parent, const node_t &node);
     bool isDecimalComma(const node_t &parent, const node_t &node) const;
     bool checkDecimalComma(const node_t &parent, const node_t &node);
-    bool checkSpelling(const node_t &node);
+    bool checkSpelling(const node_t &parent, const node_t &node);
+    void checkSeparators(const node_t &parent, const node_t &node);
     void checkGroup(const node_t &node);
     void checkScalar(const node_t &node);
 
+    const node_t *next(const node_t &parent, const node_t &node) const;
+    const node_t *previous(const node_t &parent, const node_t &node) const;
+    std::string_view behindValue(const node_t &node) const;
+    bool isSurplusBrace(const node_t &node) const;
+    bool lacksBraces(const node_t &node) const;
+    void tellWithStrays(const node_t &parent, const node_t &node);
+    bool hasSwallowed(const node_t &node) const;
+    bool isExplained(const fieldSchema_t &field) const;
+    void explain(const fieldSchema_t *field);
+
     bool isTolerated(findingCode_t code, severity_t severity) const;
-    bool isDone() const { return stops_ && hasFound_; }
+    bool isDone() const { return purpose_ == purpose_t::whether && hasFound_; }
 
     template <class Words>
     void report(findingCode_t code, place_t place, const node_t *node, Words words) {
@@ -58,24 +95,37 @@ private:
     /// Counts a finding, and asks `words` for its words if they are wanted.
     template <class Words>
     void report(findingCode_t code, severity_t severity, place_t place, const node_t *node, Words words) {
-        if (isTolerated(code, severity))
+        if (isTolerated(code, severity) || ignored_[static_cast<std::size_t>(code)])
             return;
         hasFound_ = true;
-        if (stops_)
+        if (purpose_ == purpose_t::places)
+            spots_.push_back({place.start, severity});
+        if (purpose_ != purpose_t::words || place.start > limit_)
             return;
         findingWords_t said = words();
-        findings_.push_back({code, severity, place, node != nullptr ? tree_.path(*node) : std::string(),
-                             std::move(said.message), std::move(said.consequence), std::move(said.suggestion)});
+        std::string path = node != nullptr ? tree_.path(*node) : std::string();
+        if (!said.key.empty())
+            path += joined({path.empty() ? "" : ".", said.key});
+        findings_.push_back({code, severity, place, std::move(path), std::move(said.message),
+                             std::move(said.consequence), std::move(said.suggestion)});
     }
 
     const tree_t &tree_;
     const envelopeParts_t &envelope_;
-    bool stops_;
-    tolerance_t tolerance_;
+    purpose_t purpose_;
+    tolerance_t tolerance_ = tolerance_t::nothing;
+    std::bitset<findingCodeCount> ignored_;
+    std::uint32_t limit_ = UINT32_MAX;
     bool hasFound_ = false;
     std::size_t suggestions_ = 0; // looked for: a hostile text gets no more than a few
     std::vector<finding_t> findings_;
-    std::vector<const node_t *> nodes_; // of the record in hand, by the position of their fields
+    std::vector<spot_t> spots_;
+
+    // Of the body in hand:
+    std::vector<const node_t *> nodes_; // that are read into the record's fields, by position
+    std::vector<bool> explained_;       // fields that are not there for a reason that is told
+    bool isTorn_ = false;               // a brace or quote without its other one has taken the rest
+    std::uint32_t told_ = 0;            // the last node of the body that belongs to a finding which was told
 };
 
 } // namespace vek::inspect
