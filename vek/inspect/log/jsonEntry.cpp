@@ -42,7 +42,7 @@ std::uint32_t utf16Unit(std::string_view text, std::size_t &at) {
     return at == start + 4 ? unit : UINT32_MAX;
 }
 
-std::string unescaped(std::string_view text) {
+std::string withoutEscapes(std::string_view text) {
     std::string out;
     for (std::size_t at = 0; at < text.size();)
         if (text[at] != '\\' || !appendUnescaped(out, text, at))
@@ -143,7 +143,7 @@ jsonEntry_t::jsonEntry_t(std::string_view json, int depth) {
         const char c = json[at];
         if (c == '"') {
             const std::size_t end = at + endOfJson(json.substr(at));
-            std::string text = unescaped(json.substr(at + 1, end - at - 2));
+            std::string text = withoutEscapes(json.substr(at + 1, end - at - 2));
             const std::size_t next = json.find_first_not_of(" \t\r\n", end);
             at = end - 1;
             if (next < json.size() && json[next] == ':') {
