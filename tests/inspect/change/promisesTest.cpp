@@ -136,8 +136,9 @@ TEST(Promises, OfForms) {
         appendLines(lines, object.back(), "");
         ASSERT_EQ(brokenOfForm(lines), "") << lines;
         ASSERT_EQ(brokenOfForm(form.substr(0, mutator.below(form.size()))), "") << form;
-        if (const formResult_t other = readFlat(lines); result.isRead() && other.isRead())
+        if (const formResult_t other = readFlat(lines); result.isRead() && other.isRead()) {
             ASSERT_EQ(bodyOf(other.text), bodyOf(result.text)) << lines << form;
+        }
     }
     EXPECT_GT(made, refused / 4);
     EXPECT_GT(refused, made / 4);

@@ -2,6 +2,7 @@
 #include "vek/inspect/filter/expression.hpp"
 
 #include "tests/support/messages.hpp"
+#include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/forms/lineForm.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 

@@ -160,8 +160,9 @@ TEST(Unwrapping, FindsTheMessagesOfTheLogItself) {
         for (const std::size_t block : {std::size_t{1}, std::size_t{7}, std::size_t{4096}, one.log.size()}) {
             const unwrapped_t found = messagesIn(one.log, block);
             ASSERT_EQ(found.messages, expected.messages) << one.name << " in blocks of " << block;
-            if (one.keepsLines)
+            if (one.keepsLines) {
                 ASSERT_EQ(found.lines, expected.lines) << one.name;
+            }
         }
 }
 
