@@ -45,7 +45,7 @@ needs() {
 
 # Where any text but an empty one makes sense.
 isFree() {
-    case $1 in --source | --ignore | --into) true ;; *) false ;; esac
+    case $1 in --source | --device | --site | --ignore | --into) true ;; *) false ;; esac
 }
 
 declare -A tried

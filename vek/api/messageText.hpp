@@ -79,12 +79,13 @@ private:
     void renumber(std::int32_t echoTag, const std::int32_t *sequenceNumber) {
         char *const old = lengthField() + lengthDigits + 1;
         char *rest = std::strchr(old, ' ');
-        char numbers[24];
-        char *end = std::to_chars(numbers, std::end(numbers), echoTag).ptr;
+        constexpr std::size_t mostDigits = 11; // of a 32-bit number, with its sign
+        char numbers[2 * mostDigits + 1];
+        char *end = std::to_chars(numbers, numbers + mostDigits, echoTag).ptr;
         if (sequenceNumber != nullptr) {
             rest = std::strchr(rest + 1, ' ');
             *end++ = ' ';
-            end = std::to_chars(end, std::end(numbers), *sequenceNumber).ptr;
+            end = std::to_chars(end, end + mostDigits, *sequenceNumber).ptr;
         }
         const auto size = static_cast<std::size_t>(end - numbers);
         const std::size_t restSize = std::strlen(rest) + 1;

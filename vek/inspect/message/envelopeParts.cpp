@@ -159,8 +159,8 @@ envelopeParts_t takeEnvelopeApart(std::string_view text) {
     parts.problem = checkEnvelope(text, envelope);
     parts.isBodyRead = envelope.isBodyRead();
     if (parts.isBodyRead) {
-        const auto start = static_cast<std::size_t>(envelope.body.data() - text.data());
-        parts.hostBody = {narrow(start), narrow(start + envelope.body.size())};
+        const auto bodyStart = static_cast<std::size_t>(envelope.body.data() - text.data());
+        parts.hostBody = {narrow(bodyStart), narrow(bodyStart + envelope.body.size())};
         if (parts.endMarker.isEmpty()) { // then nobody knows better than the length where the body ends
             parts.body = parts.hostBody;
             parts.endMarker = {parts.body.end, parts.body.end};
