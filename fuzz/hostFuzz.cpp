@@ -1,8 +1,8 @@
 // Structures as hosts may have them: what a text gives, with values, terminators, items and counts that no text gives.
 // What the check lets pass comes back from its text, whatever it is is written without a fault, and each call stands
 // an allocation that fails.
-#include "tests/foundation/memory/failingMemory.hpp"
 #include "fuzz/fuzzInput.hpp"
+#include "tests/foundation/memory/failingMemory.hpp"
 #include "tests/support/structureValues.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"

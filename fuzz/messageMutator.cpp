@@ -2,8 +2,8 @@
 // and names put to others; then the envelope is sealed, or
 // not quite.
 #include "fuzz/bodyTree.hpp"
-#include "tests/support/model/bodyMutator.hpp"
 #include "tests/support/messages.hpp"
+#include "tests/support/model/bodyMutator.hpp"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // Single values got and set, messages sealed from what people edit, and their differences.
 #include "vek/inspect/change/change.hpp"
-#include "vek/inspect/message/valueAt.hpp"
 #include "tests/support/messages.hpp"
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
 
 #include <gtest/gtest.h>

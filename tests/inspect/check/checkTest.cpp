@@ -102,8 +102,9 @@ TEST(Check, IsNeverSilent) {
         EXPECT_EQ(some.findings.size(), std::min<std::size_t>(2, findings.size()));
         for (std::size_t i = 0; i < some.findings.size(); ++i)
             EXPECT_EQ(some.findings[i].inWords(), findings[i].inWords()) << shown(text);
-        if (!hasError(findings) && !isToldAsWritten(findings))
+        if (!hasError(findings) && !isToldAsWritten(findings)) {
             EXPECT_EQ(firstLost(tree), "") << shown(text);
+        }
         if (!findings.empty())
             return;
         ++clean;

@@ -2,7 +2,7 @@
 #if defined(_WIN32)
 __declspec(dllexport)
 #endif
-void vekParamsDelete(void *text);
+    void vekParamsDelete(void *text);
 
 void vekParamsDelete(void *text) {
     (void)text;

@@ -1,9 +1,9 @@
 #include "tools/page/core/messageView.hpp"
 
-#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 
 #include <algorithm>
 #include <unordered_map>

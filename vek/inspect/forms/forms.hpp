@@ -89,8 +89,8 @@ formResult_t readFlat(std::string_view form, const readOptions_t &options = {});
 /// Of a message in no form, the text itself.
 formResult_t readForm(std::string_view text, form_t form, const readOptions_t &options = {});
 
-/// Judges by the first characters that are no white space, comment or byte order mark; a log is `none`, and so is a text
-/// with messages beside those in the form.
+/// Judges by the first characters that are no white space, comment or byte order mark; a log is `none`, and so is a
+/// text with messages beside those in the form.
 form_t formOf(std::string_view text);
 
 /// The stretches of a text that are one message in a form each (JSON lines, several messages of show one behind the

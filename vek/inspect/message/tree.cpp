@@ -129,8 +129,7 @@ std::string wideTextRead(const tree_t &tree, const node_t &node) {
     std::vector<std::uint16_t> codes(std::size_t{node.childCount} + 1, 0);
     for (const node_t &child : tree.children(node))
         if (child.index >= 0 && child.use == pairUse_t::assigned)
-            codes[static_cast<std::size_t>(child.index)] =
-                static_cast<std::uint16_t>(readInteger(tree.value(child)));
+            codes[static_cast<std::size_t>(child.index)] = static_cast<std::uint16_t>(readInteger(tree.value(child)));
     for (const std::uint32_t code : codes) {
         if (code == 0)
             break;

@@ -25,9 +25,9 @@ struct layoutOf<DeviceId> : pinned_t<DeviceId, MessageBase, 36, 64> {
 template <>
 struct layoutOf<DeviceInfo> : pinned_t<DeviceInfo, DeviceId, 192, 256, 264> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, unloadMediaType, 36, 60, 64), VEK_MEMBER(int32_t, numOfCassette, 40, 64, 68),
-        VEK_MEMBER(int32_t, numLaserBeams, 44, 68, 72),   VEK_MEMBER(vekSize, maxDrumSize, 48, 72, 80),
-        VEK_MEMBER(vekSize, maxExposeSize, 64, 88, 96),   VEK_MEMBER(vekSize, align, 80, 104, 112),
+        VEK_MEMBER(int32_t, unloadMediaType, 36, 60, 64),  VEK_MEMBER(int32_t, numOfCassette, 40, 64, 68),
+        VEK_MEMBER(int32_t, numLaserBeams, 44, 68, 72),    VEK_MEMBER(vekSize, maxDrumSize, 48, 72, 80),
+        VEK_MEMBER(vekSize, maxExposeSize, 64, 88, 96),    VEK_MEMBER(vekSize, align, 80, 104, 112),
         VEK_MEMBER(vekSize, addition, 96, 120, 128),       VEK_MEMBER(valueRange_t, spinnerSpeed, 112, 136, 144),
         VEK_MEMBER(valueRange_t, laserInt, 128, 160, 168), VEK_MEMBER(valueRange_t, focusValue, 144, 184, 192),
         VEK_MEMBER(valueRange_t, resMotor, 160, 208, 216), VEK_MEMBER(valueRange_t, ddbDelay, 176, 232, 240),

@@ -15,7 +15,7 @@ namespace vek {
 template <>
 struct layoutOf<Media> : pinned_t<Media, MessageBase, 72, 88> {
     static constexpr std::array members{
-        VEK_MEMBER(int32_t, type, 8, 12, 16),     VEK_MEMBER(int32_t, exposureType, 12, 16, 20),
+        VEK_MEMBER(int32_t, type, 8, 12, 16), VEK_MEMBER(int32_t, exposureType, 12, 16, 20),
         VEK_MEMBER(double, thick, 16, 24),    VEK_MEMBER(double, sensitivity, 24, 32),
         VEK_MEMBER(string_t, vendor, 32, 40), VEK_MEMBER(string_t, sepName, 36, 48),
         VEK_MEMBER(vekSize, size, 40, 56),    VEK_MEMBER(vekSize, exposeSize, 56, 72),

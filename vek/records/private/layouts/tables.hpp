@@ -15,9 +15,9 @@ namespace vek {
 template <>
 struct layoutOf<ResIntEntry> : pinned_t<ResIntEntry, MessageBase, 32, 40> {
     static constexpr std::array members{
-        VEK_MEMBER(float, res, 8, 12, 16),        VEK_MEMBER(float, intensity, 12, 16, 20),
-        VEK_MEMBER(float, speed, 16, 20, 24),     VEK_MEMBER(float, defInt, 20, 24, 28),
-        VEK_MEMBER(float, defSpeed, 24, 28, 32),  VEK_MEMBER(uint8_t, deletable, 28, 32, 36),
+        VEK_MEMBER(float, res, 8, 12, 16),       VEK_MEMBER(float, intensity, 12, 16, 20),
+        VEK_MEMBER(float, speed, 16, 20, 24),    VEK_MEMBER(float, defInt, 20, 24, 28),
+        VEK_MEMBER(float, defSpeed, 24, 28, 32), VEK_MEMBER(uint8_t, deletable, 28, 32, 36),
     };
 };
 
