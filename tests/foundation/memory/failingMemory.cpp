@@ -73,6 +73,11 @@ void *operator new(std::size_t size) {
 void *operator new[](std::size_t size) {
     return operator new(size);
 }
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+    void *made = failsNow() ? nullptr : __real_malloc(size > 0 ? size : 1);
+    counted.liveObjects += made != nullptr;
+    return made;
+}
 void operator delete(void *block) noexcept {
     counted.liveObjects -= block != nullptr;
     __real_free(block);

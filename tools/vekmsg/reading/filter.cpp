@@ -3,6 +3,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/api/envelope.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -42,8 +43,8 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words, const 
         for (const inspect::messageSchema_t &message : inspect::schema().messages())
             if (message.record != nullptr)
                 names.push_back(message.record->name);
-        throw usageError_t((option.empty() ? "" : option + ": ") + "no message is called " + word + "; " +
-                           inspect::didYouMean(word, names, "vekmsg list shows all"));
+        throw usageError_t(inspect::joined({option, option.empty() ? "" : ": ", "no message is called ", word, "; ",
+                                            inspect::didYouMean(word, names, "vekmsg list shows all")}));
     }
     return ids;
 }

@@ -58,6 +58,7 @@ int lookAt(dl_phdr_info *loaded, std::size_t, void *version) {
     for (int i = 0; i < loaded->dlpi_phnum && found == 0; ++i) {
         const ElfW(Phdr) &part = loaded->dlpi_phdr[i];
         if (part.p_type == PT_NOTE)
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader gives addresses as numbers
             found = inNotes(reinterpret_cast<const char *>(loaded->dlpi_addr + part.p_vaddr), part.p_memsz,
                             part.p_align < 8 ? 4 : 8);
     }

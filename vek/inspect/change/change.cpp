@@ -370,6 +370,9 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     const node_t *node = tree.find(path);
     if (node == nullptr || node->parent == node_t::none)
         return refusedChange(noSuchPath(tree, path));
+    const node_t &group = tree.nodes()[node->parent];
+    if (!isForced && !node->isElement && targetOf(tree, group).kind == bodyTarget_t::kind_t::list)
+        return refusedChange(joined({path, " is no element, and the others would move: write the list anew"}));
     return finished(tree, path, withoutNode(tree, node), isForced, {});
 }
 

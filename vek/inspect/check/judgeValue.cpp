@@ -7,9 +7,10 @@
 #include "vek/text/numberText.hpp"
 #include "vek/vek_std/std_sys/vek_ascii.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -155,8 +156,7 @@ bool isUsualReal(std::string_view value) {
 
 // The shortest digits of a number, of which those behind the six decimals of a message are lost when it is written.
 std::string allDigits(double value) {
-    char digits[32];
-    return std::string(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+    return nlohmann::json(value).dump(); // not every standard library writes reals
 }
 
 valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {

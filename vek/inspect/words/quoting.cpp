@@ -196,16 +196,16 @@ std::string visible(std::string_view text, bool keepsColours) {
         const std::uint32_t character = isCharacter ? utf8Character(bytes) : 0;
         if (!isCharacter || (character < 0x80 && !isWordCharacter(rest.front())))
             isLatin = startsLatinWord(at);
-        if (colour > 0 || rest.front() == '\n' || rest.front() == '\t') {
+        const bool isShown = isCharacter && isPrintableCharacter(bytes) && !isForeignBlank(character) &&
+                             !(isLatin && isLookAlike(character));
+        if (isShown || colour > 0 || rest.front() == '\n' || rest.front() == '\t') {
             out += bytes;
-        } else if (!isCharacter || (character < 0x80 && !isPrintableCharacter(bytes))) {
+        } else if (!isCharacter || character < 0x80) {
             appendHex(out, bytes.front());
-        } else if (!isPrintableCharacter(bytes) || isForeignBlank(character) || (isLatin && isLookAlike(character))) {
+        } else {
             std::snprintf(code, sizeof code, character > 0xFFFF ? "\\U%08x" : "\\u%04x",
                           static_cast<unsigned>(character));
             out += code;
-        } else {
-            out += bytes;
         }
     }
     return out;

@@ -4,6 +4,7 @@
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <chrono>
 #include <random>
@@ -46,10 +47,10 @@ std::vector<claims_t::known_t> claims_t::find(const std::string &condition) {
         columns += column.name == "source_id" ? "toString(source_id)" : ", argMax(" + value + ", loaded_bytes)";
     }
     std::vector<known_t> found;
-    for (const auto &line : server_.table("SELECT " + columns +
-                                          ", argMax(is_settled, claim * 2 + is_settled) FROM sources WHERE "
-                                          "source_id GLOBAL IN (SELECT source_id FROM sources WHERE " +
-                                          condition + ") GROUP BY source_id ORDER BY source_id")) {
+    for (const auto &line : server_.table(
+             inspect::joined({"SELECT ", columns, ", argMax(is_settled, claim * 2 + is_settled) FROM sources WHERE ",
+                              "source_id GLOBAL IN (SELECT source_id FROM sources WHERE ", condition,
+                              ") GROUP BY source_id ORDER BY source_id"}))) {
         known_t &known = found.emplace_back();
         std::size_t at = 0;
         for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {
@@ -75,8 +76,8 @@ void claims_t::insert(std::span<const archivedLog_t> logs, bool isSettled) {
         structure.append(structure.empty() ? "" : ", ").append(name).append(" ").append(type);
     }
     // A row that arrives twice is the same one.
-    while (!server_.insert("INSERT INTO sources (" + names + ") SELECT " + names + " FROM _data", structure, rows,
-                           "sources-" + nextQueryName())) {
+    while (!server_.insert(inspect::joined({"INSERT INTO sources (", names, ") SELECT ", names, " FROM _data"}),
+                           structure, rows, "sources-" + nextQueryName())) {
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -112,8 +113,9 @@ std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     const std::string first = std::to_string(log.firstHash()), head = std::to_string(log.headHash());
     const std::string named = "source = " + sqlText(log.name);
     std::vector<archivedLog_t> found;
-    for (claims_t::known_t &known : claims_.find("first_hash = " + first + " OR (head_hash = " + head + " AND " + head +
-                                                 " != 0 AND length(first_bytes) < 4096) OR " + named)) {
+    for (claims_t::known_t &known :
+         claims_.find(inspect::joined({"first_hash = ", first, " OR (head_hash = ", head, " AND ", head,
+                                       " != 0 AND length(first_bytes) < 4096) OR ", named}))) {
         found.push_back(known.log);
         entered_[known.log.number] = {std::move(known.log), true, known.isSettled};
     }
@@ -224,10 +226,10 @@ void clusterStore_t::send(table_t &table) {
         std::vector<std::uint64_t> numbers;
         for (const auto &[log, offset] : logs)
             numbers.push_back(log);
-        const std::string statement = "INSERT INTO " + name + " (" + table.names + ") SELECT " + table.names +
-                                      " FROM _data WHERE " + claims_.condition(numbers) +
-                                      " AND (source_id, byte_offset) NOT IN (SELECT source_id, byte_offset FROM " +
-                                      name + " WHERE " + conditionOf(logs) + ")";
+        const std::string statement = inspect::joined(
+            {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.names, " FROM _data WHERE ",
+             claims_.condition(numbers), " AND (source_id, byte_offset) NOT IN (SELECT source_id, byte_offset FROM ",
+             name, " WHERE ", conditionOf(logs), ")"});
         if (server_.insert(statement, table.structure, table.batch.bytes(), claims_.nextQueryName()))
             break;
         claims_.renew();

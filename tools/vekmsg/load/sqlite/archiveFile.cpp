@@ -3,6 +3,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <set>
 
@@ -94,8 +95,8 @@ void archiveFile_t::complete(const std::string &table, const std::string &create
     for (const auto &[name, type] : columns)
         if (!there.contains(name)) {
             if (type.find("PRIMARY KEY") != std::string::npos)
-                throw usageError_t(database_.file() + ": the table " + table + " has no column " + name +
-                                   "; give the table another name, and load again");
+                throw usageError_t(inspect::joined({database_.file(), ": the table ", table, " has no column ", name,
+                                                    "; give the table another name, and load again"}));
             const bool isBare = type.ends_with(" NOT NULL"); // rows that are there have no value for it
             database_.run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + quotedName(name) + " " +
                           (isBare ? type.substr(0, type.size() - 9) : type));
