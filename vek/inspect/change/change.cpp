@@ -373,6 +373,12 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     const node_t &group = tree.nodes()[node->parent];
     if (!isForced && !node->isElement && targetOf(tree, group).kind == bodyTarget_t::kind_t::list)
         return refusedChange(joined({path, " is no element, and the others would move: write the list anew"}));
+    const auto isBound = [node](const node_t &other) {
+        return other.parent == node->parent && other.field != nullptr && node->field != nullptr &&
+               (other.field->countField == node->field || other.field->rangeType == node->field);
+    };
+    if (!isForced && std::any_of(tree.nodes().begin(), tree.nodes().end(), isBound))
+        return refusedChange(joined({path, " tells how its list is written: remove the list with its elements first"}));
     return finished(tree, path, withoutNode(tree, node), isForced, {});
 }
 

@@ -18,8 +18,8 @@ constexpr int deepest = 3;
 
 bool isTimeKey(std::string_view key) {
     std::string lower(key);
-    std::ranges::transform(lower, lower.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
     return lower.find("time") != std::string::npos || lower == "ts" || lower == "@t" || lower == "t" || lower == "date";
 }
 
@@ -185,7 +185,7 @@ void jsonEntry_t::string(std::string_view key, std::string value, int depth) {
         jsonEntry_t own(inner, depth + 1);
         if (!own.messages.empty()) {
             time = own.time.empty() ? std::move(time) : std::move(own.time);
-            std::ranges::move(own.messages, std::back_inserter(messages));
+            std::move(own.messages.begin(), own.messages.end(), std::back_inserter(messages));
             return;
         }
     }

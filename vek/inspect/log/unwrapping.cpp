@@ -41,8 +41,8 @@ bool isJson(std::string_view start) {
         const jsonEntry_t entry(start.substr(at, size));
         if (entry.isForm)
             return false;
-        if (std::ranges::any_of(entry.messages,
-                                [](const std::string &text) { return text.find("@@") != std::string::npos; }))
+        if (std::any_of(entry.messages.begin(), entry.messages.end(),
+                        [](const std::string &text) { return text.find("@@") != std::string::npos; }))
             return true;
         at += size - 1;
     }
@@ -155,7 +155,7 @@ std::size_t unwrapper_t::takeEntry(std::string_view text, bool isLast) {
     isContinued_ = entry.isContinued;
     out_.append(
         isInArray_ && !isContinued_ && json.find('\n') == std::string_view::npos && !entry.messages.empty() ? " " : "");
-    out_.append(static_cast<std::size_t>(std::ranges::count(json, '\n')), '\n');
+    out_.append(static_cast<std::size_t>(std::count(json.begin(), json.end(), '\n')), '\n');
     return size;
 }
 

@@ -183,8 +183,9 @@ std::string visible(std::string_view text, bool keepsColours) {
     char code[16];
     const auto startsLatinWord = [text](std::size_t start) {
         const std::size_t end = std::min(text.find_first_of(" \t\n;=,{}", start), text.size());
-        return std::ranges::any_of(text.substr(start, end - start),
-                                   [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); });
+        const std::string_view word = text.substr(start, end - start);
+        return std::any_of(word.begin(), word.end(),
+                           [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); });
     };
     bool isLatin = startsLatinWord(0); // the word
     for (std::size_t at = 0; at < text.size();) {
