@@ -9,8 +9,8 @@ cd "$(dirname "$0")/.."
 
 scripts/packages.sh test
 [ -e build/release/tests/CTestTestfile.cmake ] || talk "Preparing build/release" cmake --preset release -DVEK_TESTS=ON
-talk "Building vekmsg and the generator of logs" cmake --build build/release --target vekmsg fleetLog
-vekmsg=$PWD/build/release/tools/vekmsg/vekmsg fleetLog=$PWD/build/release/tests/fleetLog
+talk "Building vekmsg" cmake --build build/release --target vekmsg
+vekmsg=$PWD/build/release/tools/vekmsg/vekmsg
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -43,7 +43,7 @@ printf '%10s %8s %10s %8s %9s %9s %12s %12s %9s %8s\n' messages 'log MB' rows 'f
     'rows/s' 'memory MB' 'query s'
 for messages in "$@"; do
     rm -rf logs archive.sqlite
-    "$fleetLog" logs "$messages" 8
+    "$vekmsg" example --messages "$messages" logs 2>/dev/null
     TIMEFORMAT='%R %U %S'
     { time measure "$vekmsg" load --quiet --into archive.sqlite logs/*.log; } 2>loaded
     { time sqlite3 archive.sqlite "SELECT source_id, name, count(*) FROM cassette WHERE input_content = 0

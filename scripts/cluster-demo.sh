@@ -2,8 +2,8 @@
 # A cluster on this machine, for a minute: starts two ClickHouse servers that share the tables of an archive, loads the
 # logs of a fleet with two loaders at once, kills a server and a loader in the middle and starts them again, counts what
 # is there, asks three questions, and takes everything away again.
-#   cluster-demo.sh                     installs what is missing and builds vekmsg and the generator of logs
-#   cluster-demo.sh VEKMSG FLEETLOG     with these programs, and installs nothing; without a server it ends with 77
+#   cluster-demo.sh            installs what is missing and builds vekmsg
+#   cluster-demo.sh VEKMSG     with this program, and installs nothing; without a server it ends with 77
 set -euo pipefail
 shopt -s inherit_errexit
 project=$(cd "$(dirname "$0")/.." && pwd)
@@ -15,10 +15,10 @@ if [ $# -eq 0 ]; then
     scripts/packages.sh cluster
     [ -e build/release/tests/CTestTestfile.cmake ] ||
         talk "Preparing build/release" cmake --preset release -DVEK_TESTS=ON
-    talk "Building vekmsg and the generator of logs" cmake --build build/release --target vekmsg fleetLog
-    set -- build/release/tools/vekmsg/vekmsg build/release/tests/fleetLog
+    talk "Building vekmsg" cmake --build build/release --target vekmsg
+    set -- build/release/tools/vekmsg/vekmsg
 fi
-vekmsg=$(realpath "$1") fleetLog=$(realpath "$2")
+vekmsg=$(realpath "$1")
 
 PATH=$PATH:/usr/sbin
 for program in clickhouse-server curl; do
@@ -149,7 +149,7 @@ for shard in 1 2; do
 done
 
 cd "$work"
-"$fleetLog" logs "$messages" 8
+"$vekmsg" example --messages "$messages" logs 2>/dev/null
 echo "  up. Loading $messages messages of 8 devices, with one loader at each server..."
 load 1 logs/drum-0[1-4].log
 load 2 logs/drum-0[5-8].log

@@ -38,6 +38,7 @@ needs() {
     load) echo --into "$folder/archive.sqlite" device.log ;;
     new | describe) echo FocusValue ;;
     edit) echo device.log --head 1 ;;
+    example) echo fleet ;;
     list | schema) ;;
     *) echo device.log ;;
     esac

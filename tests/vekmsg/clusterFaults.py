@@ -2,7 +2,7 @@
 """Loads logs into a ClickHouse server through a proxy that delays, drops, doubles and cuts, with loaders and the server
 killed, two loaders at once, rotated, renamed, packed and damaged logs: after each of these every table has the rows of an
 undisturbed run, each once, without a merge.
-   clusterFaults.py VEKMSG FLEETLOG [SEED]      without a server it ends with 77
+   clusterFaults.py VEKMSG [SEED]      without a server it ends with 77
 """
 import gzip
 import os
@@ -19,8 +19,8 @@ import time
 import urllib.error
 import urllib.request
 
-vekmsg, fleet_log = map(os.path.abspath, sys.argv[1:3])
-seed = int(sys.argv[3]) if len(sys.argv) > 3 else os.getpid()
+vekmsg = os.path.abspath(sys.argv[1])
+seed = int(sys.argv[2]) if len(sys.argv) > 2 else os.getpid()
 random.seed(seed)
 server_program = shutil.which("clickhouse-server", path=os.environ["PATH"] + ":/usr/sbin")
 if server_program is None:
@@ -213,7 +213,7 @@ def undisturbed(*logs):
 
 
 try:
-    subprocess.run([fleet_log, f"{folder}/logs", "6000", "3"], check=True)
+    subprocess.run([vekmsg, "example", "--messages=6000", "--devices=3", f"{folder}/logs"], check=True)
     logs = sorted(str(path) for path in pathlib.Path(folder, "logs").iterdir())
     wanted, first = undisturbed(*logs), undisturbed(logs[0])
     proxy = Proxy(server.port)

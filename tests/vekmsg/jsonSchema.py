@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Whether all JSON keeps to the JSON Schema that vekmsg schema --json prints, and what is no such JSON does not.
 
-    jsonSchema.py VEKMSG LIBRARY EXAMPLES FLEETLOG
+    jsonSchema.py VEKMSG LIBRARY EXAMPLES
 
 Takes python3-jsonschema. What the tool and the inspection library (by its C functions) give for the sample messages,
 damaged copies of them and logs is validated; each document is then spoiled in several ways, which must be noticed.
@@ -19,7 +19,7 @@ import tempfile
 
 import jsonschema
 
-vekmsg, library, examples, fleet_log = sys.argv[1:]
+vekmsg, library, examples = sys.argv[1:]
 chance = random.Random(41)
 failures = []
 counts = {}
@@ -187,7 +187,7 @@ for text in texts:
 with tempfile.TemporaryDirectory() as folder:
     log = pathlib.Path(folder, "all.log")
     log.write_bytes(b"".join(b"2026-03-01 08:00:00.%03d device > host " % i + text + b"\n" for i, text in enumerate(texts)))
-    subprocess.run([fleet_log, f"{folder}/fleet", "300", "2"], check=True, capture_output=True)
+    subprocess.run([vekmsg, "example", "--messages=300", "--devices=2", f"{folder}/fleet"], check=True, capture_output=True)
     for file in [log, pathlib.Path(examples, "device.log"), *sorted(pathlib.Path(folder, "fleet").rglob("*.log"))]:
         spoils = 0.2
         expect("message", tool("json", str(file))[:150], spoils)

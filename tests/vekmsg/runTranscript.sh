@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] [--fleet FLEETLOG] EXAMPLES FILE [EMULATOR] PROGRAM
+#   runTranscript.sh [--update] EXAMPLES FILE [EMULATOR] PROGRAM
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -12,18 +12,13 @@
 #   [exit 1]
 #   ```
 # A block that begins with ```console skip is not run. All blocks share a new folder, in which the sample
-# messages lie as samples/*.txt, a sample log as device.log, and with --fleet the examples as they are, and the logs
-# that this program makes as fleet/*.log; $archives has what older versions made. --update writes what came out into the
-# file instead of comparing it.
+# messages lie as samples/*.txt, a sample log as device.log; $archives has what older versions made. --update writes what
+# came out into the file instead of comparing it.
 set -euo pipefail
-isUpdate=false fleetLog=
+isUpdate=false
 if [ "$1" = --update ]; then
     isUpdate=true
     shift
-fi
-if [ "$1" = --fleet ]; then
-    fleetLog=$2
-    shift 2
 fi
 examples=$(realpath "$1") file=$2
 program=("${@:3}")
@@ -72,8 +67,6 @@ folder=$work/folder
 mkdir "$folder"
 cp -r "$examples/messages" "$folder/samples"
 cp "$examples/device.log" "$folder"
-[ -z "$fleetLog" ] || ln -s "$examples" "$folder/examples"
-[ -z "$fleetLog" ] || "$fleetLog" "$folder/fleet"
 runTranscript >"$work/actual"
 if $isUpdate; then
     cp "$work/actual" "$file"

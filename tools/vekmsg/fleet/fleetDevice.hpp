@@ -2,13 +2,13 @@
 // that drifts, punches that jam.
 #pragma once
 
-#include "tests/support/fleet/deviceLog.hpp"
+#include "tools/vekmsg/fleet/deviceLog.hpp"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace vek::fleet {
+namespace vek::tool {
 
 /// What is peculiar about a device.
 enum class character_t : std::uint8_t { sound, wornFocus, jamming, badLine };
@@ -48,4 +48,4 @@ private:
     int job_;
 };
 
-} // namespace vek::fleet
+} // namespace vek::tool

@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-namespace vek::fleet {
+namespace vek::tool {
 
 class fleetRandom_t {
 public:
@@ -34,7 +34,7 @@ class deviceLog_t {
 public:
     enum class sender_t : std::uint8_t { host, device };
 
-    /// Creates the file, or says why not with std::runtime_error. Of `badness`, from 0 to 1, of the messages something
+    /// Creates the file, or says why not with usageError_t. Of `badness`, from 0 to 1, of the messages something
     /// is wrong.
     deviceLog_t(const std::string &file, std::int64_t begin, std::uint64_t most, double badness, fleetRandom_t &random);
 
@@ -70,4 +70,4 @@ private:
     std::string date_; // of that day
 };
 
-} // namespace vek::fleet
+} // namespace vek::tool

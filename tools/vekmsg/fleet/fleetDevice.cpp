@@ -1,9 +1,9 @@
-#include "tests/support/fleet/fleetDevice.hpp"
+#include "tools/vekmsg/fleet/fleetDevice.hpp"
 
 #include <algorithm>
 #include <utility>
 
-namespace vek::fleet {
+namespace vek::tool {
 
 namespace {
 
@@ -169,4 +169,4 @@ double fleetDevice_t::focus() {
     return normalFocus + 3.0 * number_ + drift * days + random_.unit() - 0.5;
 }
 
-} // namespace vek::fleet
+} // namespace vek::tool

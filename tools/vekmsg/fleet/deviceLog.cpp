@@ -1,10 +1,11 @@
-#include "tests/support/fleet/deviceLog.hpp"
+#include "tools/vekmsg/fleet/deviceLog.hpp"
+
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <chrono>
 #include <cstdio>
-#include <stdexcept>
 
-namespace vek::fleet {
+namespace vek::tool {
 
 namespace {
 
@@ -24,7 +25,7 @@ deviceLog_t::deviceLog_t(const std::string &file, std::int64_t begin, std::uint6
                          fleetRandom_t &random)
     : name_(file), file_(file, std::ios::binary), now_(begin), most_(most), badness_(badness), random_(random) {
     if (!file_)
-        throw std::runtime_error("cannot write " + file);
+        throw usageError_t("cannot write " + file);
     setSequence(0);
 }
 
@@ -33,7 +34,7 @@ void deviceLog_t::close() {
     lines_.clear();
     file_.close();
     if (!file_)
-        throw std::runtime_error("cannot write all of " + name_);
+        throw usageError_t("cannot write all of " + name_);
 }
 
 void deviceLog_t::beginLine() {
@@ -100,4 +101,4 @@ std::string deviceLog_t::damaged(std::string text) {
     }
 }
 
-} // namespace vek::fleet
+} // namespace vek::tool
