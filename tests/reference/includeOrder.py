@@ -23,7 +23,7 @@ vek/inspect/forms vek/inspect/filter
 vek/inspect/change
 vek/inspect/archive vek/inspect/exports
 tools/vekmsg/terminal
-tools/vekmsg/reading
+tools/vekmsg/reading tools/vekmsg/fleet
 tools/vekmsg/load
 tools/vekmsg/load/sqlite tools/vekmsg/load/clickhouse
 tools/vekmsg/commands

@@ -4,7 +4,6 @@
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 
-#include <cstdio>
 #include <filesystem>
 
 namespace vek::tool {
@@ -51,8 +50,7 @@ character_t characterOf(std::size_t device) {
 void writeLog(const exampleArguments_t &fleet, std::size_t device) {
     const std::uint64_t messages = fleet.messages / fleet.devices + (device < fleet.messages % fleet.devices ? 1 : 0);
     const character_t character = characterOf(device);
-    char name[32];
-    std::snprintf(name, sizeof name, "drum-%02zu", device + 1);
+    const std::string name = (device < 9 ? "drum-0" : "drum-") + std::to_string(device + 1);
     fleetRandom_t random(fleet.seed * 1'000'003 + device);
     deviceLog_t log(fleet.folder + "/" + name + ".log", firstOfFebruary + random.below(3'600'000), messages,
                     character == character_t::badLine ? 0.02 : 0.0, random);
