@@ -98,7 +98,7 @@ private:
     void writeValue(const node_t &node) {
         if (!node.hasValue)
             json_.ready("null");
-        else if (!node.isBody)
+        else if (!node.isBody || (node.childCount == 0 && !isEmptyGroup(tree_, node)))
             writeScalar(node);
         else if (const std::optional<std::string> text = wideText(tree_, node))
             json_.value(*text);

@@ -10,6 +10,12 @@ bool isText(const node_t &node) {
     return node.field != nullptr && node.field->kind == fieldKind_t::text && (node.isElement || !node.field->isList());
 }
 
+bool isEmptyGroup(const tree_t &tree, const node_t &node) {
+    const std::string_view value = tree.value(node);
+    return node.isBody && node.childCount == 0 && value.size() >= 2 && value.front() == openBrace &&
+           value.back() == closeBrace;
+}
+
 std::string unescapedText(std::string_view value) {
     std::string text(value);
     std::transform(text.begin(), text.end(), text.begin(), unescaped);

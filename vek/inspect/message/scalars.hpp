@@ -8,6 +8,9 @@
 
 namespace vek::inspect {
 
+/// Whether a value is a group in braces with nothing in it, but perhaps separators.
+bool isEmptyGroup(const tree_t &tree, const node_t &node);
+
 /// Whether a node's value is a text that stands in the body with codes for its separators.
 bool isText(const node_t &node);
 
