@@ -27,16 +27,22 @@ constexpr const char *about =
     "read, they may stand in a log amid other words, in a file of their own, in the readable form, in JSON or in the "
     "flat form; as they are or packed with gzip or zstd.";
 
-// A page of help with its long lines broken, in the column where the words of options and commands begin.
+// A page of help with its long lines broken, in the column where the words of options and commands begin; below their
+// names where there is no room for two columns.
 std::string wrappedPage(const std::string &page, std::size_t width) {
-    constexpr std::size_t column = 30;
+    constexpr std::size_t column = 30, narrow = 60, indent = 6;
     std::string out;
     for (std::size_t at = 0; at < page.size();) {
         const std::size_t end = std::min(page.find('\n', at), page.size());
-        const std::string line = page.substr(at, end - at);
+        std::string line = page.substr(at, end - at);
         at = end + 1;
         const bool hasColumn = line.size() > column && line.starts_with("  ") && line.compare(column - 2, 2, "  ") == 0;
-        out += wrapped(line, width, hasColumn ? column : 0) + "\n";
+        if (hasColumn && width < narrow) {
+            const std::size_t nameEnd = line.find_last_not_of(' ', column - 1) + 1;
+            out += nameEnd == 0 ? "" : wrapped(line.substr(0, nameEnd), width, indent) + "\n";
+            line.replace(0, column, indent, ' ');
+        }
+        out += wrapped(line, width, !hasColumn ? 0 : width < narrow ? indent : column) + "\n";
     }
     return out;
 }

@@ -5,6 +5,7 @@
 #include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -48,29 +49,37 @@ public:
 
     void message(const messageSchema_t &message) {
         const std::string_view name = message.record != nullptr ? message.record->name : "no structure";
-        out.append(colours_.bold).append(std::to_string(message.id)).append(" ").append(name).append(colours_.reset);
-        if (!message.constant.empty())
-            out.append("  ").append(message.constant);
-        if (message.record == nullptr) {
-            out += "\n  The calls take this id, but no structure belongs to it.\n";
-            return;
-        }
-        out.append("  structure ").append(message.record->structure).append("\n");
+        const std::string title = inspect::joined({std::to_string(message.id), " ", name});
+        std::string rest = message.constant.empty() ? "" : inspect::joined({"  ", message.constant});
+        if (message.record != nullptr)
+            rest += inspect::joined({"  structure ", message.record->structure});
+        out.append(colours_.bold).append(title).append(colours_.reset);
+        out.append(wrapped(title + rest, width_, 4), title.size()).append("\n");
+        if (message.record == nullptr)
+            return sentence("The calls take this id, but no structure belongs to it.");
         if (!message.record->about.empty())
-            out.append("  ").append(message.record->about).append("\n");
+            sentence(message.record->about);
         keys(*message.record, 2);
     }
 
     void use(const inspect::keyUse_t &use) {
+        const std::string kind = kindOf(*use.field);
+        const bool hasRoom = 32 + use.path.size() + kind.size() <= width_;
+        const bool isLong = !hasRoom && 6 + use.path.size() + kind.size() > width_;
         out.append(colours_.bold).append(std::to_string(use.message->id)).append(colours_.reset).append(" ");
-        out.append(padded(use.message->record->name, 24)).append(" ").append(colours_.cyan).append(use.path);
-        out.append(colours_.reset).append("  ").append(kindOf(*use.field)).append("\n");
-        notes(*use.field, 30);
+        out.append(padded(use.message->record->name, hasRoom ? 24 : 0)).append(hasRoom ? " " : "\n    ");
+        out.append(colours_.cyan).append(use.path).append(colours_.reset).append(isLong ? "\n      " : "  ");
+        out.append(kind).append("\n");
+        notes(*use.field, hasRoom ? 30 : 6);
     }
 
     std::string out;
 
 private:
+    void sentence(std::string_view words) {
+        out.append(wrapped(inspect::joined({"  ", words}), width_, 2)).append("\n");
+    }
+
     // The kind without what is to be said of it besides.
     static std::string kindOf(const fieldSchema_t &field) {
         const std::string words = inspect::kindInWords(field);
@@ -78,25 +87,41 @@ private:
     }
 
     void keys(const recordSchema_t &record, std::size_t indent) {
-        std::size_t keyWidth = 0, kindWidth = 0, presetWidth = 0;
+        std::size_t keyWidth = 0, kindWidth = 0, presetWidth = 0, memberWidth = 0;
         for (const fieldSchema_t &field : record.fields) {
             keyWidth = std::max(keyWidth, field.key.size());
             kindWidth = std::max(kindWidth, kindOf(field).size());
             presetWidth = std::max(presetWidth, defaultInWords(field).size());
+            memberWidth = std::max(memberWidth, field.member.path.size());
         }
+        const bool hasRoom = indent + keyWidth + kindWidth + presetWidth + memberWidth + 8 <= width_;
+        if (!hasRoom) // the rest of a row stands below its key, and what is too long for that below
+            keyWidth = kindWidth = presetWidth = 0;
+        const std::size_t below = indent + (hasRoom ? keyWidth + 2 : 2);
         for (const fieldSchema_t &field : record.fields) {
-            out.append(indent, ' ').append(colours_.cyan).append(padded(field.key, keyWidth));
-            out.append(colours_.reset).append("  ").append(padded(kindOf(field), kindWidth));
+            out.append(indent, ' ').append(colours_.cyan).append(padded(field.key, keyWidth)).append(colours_.reset);
+            const std::string kind = kindOf(field);
             const std::string_view preset = defaultInWords(field);
-            out.append(preset.empty() ? "    " : "  = ").append(colours_.green).append(padded(preset, presetWidth));
-            out.append(colours_.reset);
+            std::size_t column = below + kind.size();
+            const auto gap = [&](std::string_view next) {
+                const bool isBelow = !hasRoom && column + 2 + next.size() > width_;
+                column = (isBelow ? below : column + 2) + next.size();
+                return isBelow ? "\n" + std::string(below, ' ') : std::string("  ");
+            };
+            out.append(hasRoom ? "  " : "\n" + std::string(below, ' ')).append(padded(kind, kindWidth));
+            out.append(preset.empty() ? std::string(hasRoom ? 4 : 0, ' ') : gap(inspect::joined({"= ", preset})) + "= ")
+                .append(colours_.green);
+            out.append(padded(preset, presetWidth)).append(colours_.reset);
             if (!field.member.path.empty())
-                out.append(colours_.dim).append("  ").append(field.member.path).append(colours_.reset);
+                out.append(gap(field.member.path))
+                    .append(colours_.dim)
+                    .append(field.member.path)
+                    .append(colours_.reset);
             out.erase(out.find_last_not_of(' ') + 1);
             out += '\n';
-            notes(field, indent + keyWidth + 2);
+            notes(field, below);
             if (field.record != nullptr)
-                keys(*field.record, indent + 4);
+                keys(*field.record, indent + (hasRoom ? 4 : 2));
         }
     }
 
@@ -104,16 +129,17 @@ private:
     void notes(const fieldSchema_t &field, std::size_t indent) {
         const std::string words = inspect::kindInWords(field);
         if (const std::size_t place = words.find("; "); place != std::string::npos)
-            out.append(indent, ' ').append(words, place + 2).append("\n");
+            out.append(wrapped(std::string(indent, ' ') + words.substr(place + 2), width_, indent)).append("\n");
         if (field.names.empty())
             return;
         std::string names(indent, ' ');
         for (const char *name : field.names)
             names.append(name == field.names.front() ? "" : ", ").append(name);
-        out.append(colours_.magenta).append(wrapped(names, pageWidth(), indent)).append(colours_.reset).append("\n");
+        out.append(colours_.magenta).append(wrapped(names, width_, indent)).append(colours_.reset).append("\n");
     }
 
     const colours_t &colours_;
+    const std::size_t width_ = pageWidth();
 };
 
 int runDescribe(const describeArguments_t &arguments) {

@@ -130,9 +130,11 @@ void write(const summaryTask_t &task, std::string &out, const readingOptions_t &
         std::to_string(count) + (count == 1 ? " message" : " messages") + ", " + std::to_string(damaged) + " damaged\n";
     // Of chosen messages, the numbers in between are others'.
     if (task.sequences.gaps() > 0 && reading.ids.empty() && reading.conditions.empty())
-        out += std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
-               " in the sequence numbers, " + std::to_string(task.sequences.missing()) +
-               " missing: " + task.sequences.inWords() + "\n";
+        out += wrapped(std::to_string(task.sequences.gaps()) + (task.sequences.gaps() == 1 ? " gap" : " gaps") +
+                           " in the sequence numbers, " + std::to_string(task.sequences.missing()) +
+                           " missing: " + task.sequences.inWords(),
+                       pageWidth(), 2) +
+               "\n";
 }
 
 int runSummary(const summaryArguments_t &arguments) {

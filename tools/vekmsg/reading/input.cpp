@@ -39,6 +39,7 @@ public:
         file_.seek(taken_);
         return true;
     }
+    bool comesUntil(std::uint64_t moment) override { return size_ > 0 || file_.comesUntil(moment); }
     const std::string &name() const { return file_.name(); }
 
     // The first block, which the first call of next() gives again.
@@ -199,12 +200,15 @@ private:
 // A source whose bytes are the log in the wrapping of another one's.
 class wrappedSource_t final : public source_t {
 public:
-    wrappedSource_t(std::unique_ptr<source_t> wrapped, std::string start, inspect::wrapping_t wrapping)
-        : wrapped_(std::move(wrapped)), start_(std::move(start)), wrapping_(wrapping), unwrapper_(wrapping) {}
+    wrappedSource_t(std::unique_ptr<source_t> wrapped, std::string start, inspect::wrapping_t wrapping, bool isAll)
+        : wrapped_(std::move(wrapped)), start_(std::move(start)), wrapping_(wrapping), unwrapper_(wrapping),
+          isAll_(isAll) {}
 
     std::string_view next() override {
         while (!isEnded_) {
-            const std::string_view block = isBegun_ ? wrapped_->next() : std::string_view(start_);
+            const std::string_view block = !isBegun_ ? std::string_view(start_)
+                                           : isAll_  ? std::string_view()
+                                                     : wrapped_->next();
             isBegun_ = true;
             isEnded_ = block.empty();
             const std::string_view text = isEnded_ ? unwrapper_.finish() : unwrapper_.take(block);
@@ -214,6 +218,7 @@ public:
         return {};
     }
     bool isShort() const override { return wrapped_->isShort(); }
+    bool isAllAtOnce() const override { return isAll_ && wrapping_ == inspect::wrapping_t::none; }
     std::uint64_t taken() const override { return wrapped_->taken(); }
     std::uint64_t size() const override { return wrapped_->size(); }
     bool isPlain() const override { return wrapping_ == inspect::wrapping_t::none && wrapped_->isPlain(); }
@@ -226,22 +231,9 @@ private:
     std::string start_;
     inspect::wrapping_t wrapping_;
     inspect::unwrapper_t unwrapper_;
+    const bool isAll_; // the start
     bool isBegun_ = false, isEnded_ = false;
 };
-
-// Whether an input's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
-// first object.
-bool showsWhatItIs(std::string_view text) {
-    constexpr std::size_t enough = 64;
-    const std::string_view bare = inspect::withoutByteOrderMark(text);
-    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
-    if (first < bare.size() && (bare[first] == '{' || bare[first] == '['))
-        return text.size() >= source_t::blockSize ||
-               inspect::endOfJson(bare.substr(std::min(bare.find('{', first), bare.size() - 1))) !=
-                   std::string_view::npos;
-    return text.size() >= enough || text.ends_with("!!") ||
-           (first < bare.size() && bare.find('\n', first) < bare.size());
-}
 
 std::unique_ptr<source_t> openPlainOrPacked(const std::string &name) {
     if (name == "-" && isTerminal(0))
@@ -267,21 +259,39 @@ std::unique_ptr<source_t> openPlainOrPacked(const std::string &name) {
 
 } // namespace
 
+bool showsWhatItIs(std::string_view start) {
+    constexpr std::size_t enough = 64;
+    const std::string_view bare = inspect::withoutByteOrderMark(start);
+    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
+    if (first < bare.size() && (bare[first] == '{' || bare[first] == '['))
+        return start.size() >= source_t::blockSize ||
+               inspect::endOfJson(bare.substr(std::min(bare.find('{', first), bare.size() - 1))) !=
+                   std::string_view::npos;
+    return start.size() >= enough || start.ends_with("!!") ||
+           (first < bare.size() && bare.find('\n', first) < bare.size());
+}
+
 std::unique_ptr<source_t> openSource(const std::string &name) {
     std::unique_ptr<source_t> source = openPlainOrPacked(name);
-    // A pipe may give its first line in pieces.
+    // A pipe may give its first line in pieces. A message that it ends with soon is all that a host gets of it.
+    constexpr std::uint64_t soon = 300; // milliseconds
     std::string start;
-    for (std::string_view piece = source->next(); !piece.empty(); piece = source->next()) {
+    bool isEnded = false;
+    for (std::uint64_t moment = 0; !isEnded && start.size() < source_t::blockSize;) {
+        if (showsWhatItIs(start)) {
+            moment = moment > 0 ? moment : milliseconds() + soon;
+            if (!source->comesUntil(moment))
+                break;
+        }
+        const std::string_view piece = source->next();
         start += piece;
-        if (showsWhatItIs(start))
-            break;
+        isEnded = piece.empty();
     }
     inspect::wrapping_t wrapping = inspect::wrappingOf(start);
     // One message alone in its file is what a host gets of it, escapes and all.
-    const bool isAlone = inspect::withoutByteOrderMark(start).starts_with("@@") && source->size() == source->taken();
-    if (wrapping == inspect::wrapping_t::escapes && isAlone)
+    if (wrapping == inspect::wrapping_t::escapes && isEnded && inspect::withoutByteOrderMark(start).starts_with("@@"))
         wrapping = inspect::wrapping_t::none;
-    return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping);
+    return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping, isEnded);
 }
 
 } // namespace vek::tool

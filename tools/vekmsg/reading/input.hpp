@@ -29,9 +29,18 @@ public:
     virtual std::uint64_t size() const = 0;
     /// Passes over bytes behind those that next() gave, without reading them; false when it can't.
     virtual bool skip(std::uint64_t) { return false; }
+    /// Whether next() has something to tell before a moment of milliseconds(), be it the end; nothing to wait for in
+    /// packed files.
+    virtual bool comesUntil(std::uint64_t) { return false; }
+    /// Whether the first block is all there is, and what a host would get.
+    virtual bool isAllAtOnce() const { return false; }
     /// Whether the bytes are the file's own, so that places in them are places in the file.
     virtual bool isPlain() const { return true; }
 };
+
+/// Whether an input's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
+/// first object.
+bool showsWhatItIs(std::string_view start);
 
 /// Opens a file, or standard input for "-"; a log in a wrapping is unwrapped. Throws usageError_t.
 std::unique_ptr<source_t> openSource(const std::string &name);

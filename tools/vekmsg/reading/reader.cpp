@@ -177,7 +177,6 @@ void reader_t::begin(const std::string &name) {
     input_t &input = *input_;
     progress_.start(name, input.source->size());
     input.start = input.source->next();
-    const bool isWhole = input.source->size() == input.start.size();
     const std::size_t skipped = input.start.size() - inspect::withoutByteOrderMark(input.start).size();
     input.start.erase(0, skipped);
     input.position.file = name;
@@ -187,7 +186,7 @@ void reader_t::begin(const std::string &name) {
     input.isForm = inspect::isForm(form);
     if (input.isForm)
         input.sink.form = form;
-    else if (isWhole)
+    else if (input.source->isAllAtOnce())
         lookForWhole(skipped);
 }
 
@@ -342,8 +341,18 @@ public:
 
 private:
     void take(std::string_view block) override {
-        if (!unwrapper_)
-            unwrapper_.emplace(inspect::wrappingOf(block));
+        if (unwrapper_)
+            return feed(block);
+        start_ += block;
+        if (showsWhatItIs(start_))
+            begin();
+    }
+    void begin() {
+        unwrapper_.emplace(inspect::wrappingOf(start_));
+        feed(start_);
+        start_.clear();
+    }
+    void feed(std::string_view block) {
         count([&] { scanner_.feed(unwrapper_->take(block), sink_); });
     }
     void end(bool isRotated) override {
@@ -354,6 +363,8 @@ private:
         unwrapper_.reset();
     }
     void standStill() override {
+        if (!unwrapper_ && !start_.empty())
+            begin();
         count([&] { scanner_.finish(sink_); });
     }
     void fail(const usageError_t &error) override { reader_.fail(error); }
@@ -371,7 +382,8 @@ private:
 
     reader_t &reader_;
     itemSink_t sink_;
-    std::optional<inspect::unwrapper_t> unwrapper_; // as the first bytes of the file want it
+    std::string start_;                             // of the file, until it shows what it is
+    std::optional<inspect::unwrapper_t> unwrapper_; // as the start wants it
     inspect::logScanner_t scanner_;
 };
 

@@ -18,6 +18,7 @@
 #    include <io.h>
 #    include <windows.h>
 #else
+#    include <poll.h>
 #    include <sys/ioctl.h>
 #endif
 
@@ -178,6 +179,25 @@ std::size_t rawFile_t::read(char *buffer, std::size_t room) {
     }
 }
 #endif
+
+bool rawFile_t::comesUntil(std::uint64_t moment) const {
+    for (constexpr unsigned pause = 10;; sleepMilliseconds(pause)) {
+#ifdef _WIN32
+        DWORD size = 0;
+        const HANDLE file = handleOf(descriptor_);
+        const DWORD kind = GetFileType(file);
+        if (kind == FILE_TYPE_DISK ||
+            (kind == FILE_TYPE_PIPE && !PeekNamedPipe(file, nullptr, 0, nullptr, &size, nullptr)) || size > 0)
+            return true;
+#else
+        pollfd waiting{descriptor_, POLLIN, 0};
+        if (poll(&waiting, 1, 0) != 0)
+            return true;
+#endif
+        if (milliseconds() >= moment)
+            return false;
+    }
+}
 
 void rawFile_t::seek(std::uint64_t offset) {
     if (lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0)

@@ -49,6 +49,8 @@ public:
 
     /// Up to `room` bytes; 0 at the end.
     std::size_t read(char *buffer, std::size_t room);
+    /// Whether read() has something to tell before a moment of milliseconds(), be it the end.
+    bool comesUntil(std::uint64_t moment) const;
     void seek(std::uint64_t offset);
     fileIdentity_t identity() const;
     const std::string &name() const { return name_; }

@@ -25,7 +25,7 @@ inline std::string wrapped(std::string line, std::size_t width, std::size_t inde
     std::string out;
     for (std::size_t place;
          line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
-        out.append(line, 0, place).append("\n");
+        out.append(line, 0, line.find_last_not_of(' ', place) + 1).append("\n");
         line.replace(0, place + 1, indent, ' ');
     }
     return out + line;
