@@ -4,6 +4,7 @@
 #   failing.sh VEKMSG FAIL_AT_LIBRARY EXAMPLES
 set -uo pipefail
 vekmsg=$1 library=$2 examples=$3
+[ -e "$library" ] || { echo "$library is not built" >&2; exit 1; }
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 

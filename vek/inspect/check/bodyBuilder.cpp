@@ -64,13 +64,12 @@ bool isPlainBody(const tree_t &tree, const node_t &node) {
 bool isPlainPair(const tree_t &tree, const node_t &parent, const node_t &node) {
     if (!node.isCanonical || node.hasKey != parent.isKeyed || node.ordinal > 1 || node.use == pairUse_t::duplicate)
         return false;
-    if (node.hasKey && tree.key(node).find('#') != std::string_view::npos)
+    if (node.hasKey && node.field == nullptr && tree.key(node).find('#') != std::string_view::npos)
         return false;
     if (node.isBody)
         return isPlainBody(tree, node);
     const std::string_view value = tree.value(node);
-    return !isText(node) || std::none_of(value.begin(), value.end(),
-                                         [](char c) { return escapedCharacters.find(c) != std::string_view::npos; });
+    return !isText(node) || std::none_of(value.begin(), value.end(), [](char c) { return escaped(c) != c; });
 }
 
 } // namespace

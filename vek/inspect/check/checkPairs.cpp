@@ -29,7 +29,7 @@ void checker_t::checkBody(const node_t &body) {
             return;
     }
     for (const node_t &child : children) {
-        if (isCutOff() && std::max(child.value.end, child.lost.end) == envelope_.body.end)
+        if (std::max(child.value.end, child.lost.end) == envelope_.body.end && isCutOff())
             continue; // the end of it is missing
         checkBalance(child);
         if (isKnown) // else nothing is known of what should stand here
@@ -134,10 +134,9 @@ void checker_t::checkPair(const node_t &parent, const node_t &node) {
             explain(node.field->countField);
         return tellWithStrays(parent, node);
     }
-    if (const node_t *behind = next(parent, node); behind != nullptr && isDecimalComma(parent, *behind))
-        return; // which is told there
-    if (checkJoined(parent, node))
-        return;
+    if (const node_t *behind = next(parent, node); behind != nullptr && behind->use == pairUse_t::noKey)
+        if (isDecimalComma(parent, *behind) || checkJoined(parent, node, *behind))
+            return; // the former is told there
     const bool isTold = checkSpelling(parent, node);
     if (!node.isBody && node.use == pairUse_t::assigned && (!isTold || !isText(node)))
         checkScalar(node);
@@ -280,23 +279,22 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
 }
 
 // Two pairs of which a host makes something else: the ";" between them is missing, or a "=" stands in a text.
-bool checker_t::checkJoined(const node_t &parent, const node_t &node) {
-    const node_t *behind = next(parent, node);
-    if (!parent.isKeyed || node.isBody || behind == nullptr || behind->use != pairUse_t::noKey ||
-        tree_.recordOf(parent) == nullptr || behindValue(node).find(equalsSign) == std::string_view::npos)
+bool checker_t::checkJoined(const node_t &parent, const node_t &node, const node_t &behind) {
+    if (!parent.isKeyed || node.isBody || tree_.recordOf(parent) == nullptr ||
+        behindValue(node).find(equalsSign) == std::string_view::npos)
         return false;
-    told_ = tree_.indexOf(*behind);
+    told_ = tree_.indexOf(behind);
     const std::string_view value = tree_.value(node);
     const fieldSchema_t *field = node.isQuoted ? nullptr : keyAt(tree_.recordOf(parent), value, false);
     const std::string consequence = joined({"a host reads ", shownValue(value), " as ", tree_.key(node),
-                                            ", and ignores ", shownValue(tree_.value(*behind))});
+                                            ", and ignores ", shownValue(tree_.value(behind))});
     if (field != nullptr && hasSwallowed(node)) {
         explain(field);
         report(swallowedToken, node.value, &node, [&] {
             return findingWords_t{
                 joined({tree_.key(node), " has no value"}),
                 joined({"a host takes the next token for it, ", shownValue(value), ", and ignores ",
-                        shownValue(tree_.value(*behind)), "; an empty text is left out, with its key"}),
+                        shownValue(tree_.value(behind)), "; an empty text is left out, with its key"}),
                 {}};
         });
     } else if (field != nullptr) {
@@ -307,11 +305,11 @@ bool checker_t::checkJoined(const node_t &parent, const node_t &node) {
                 joined({"a \";\" is missing in front of ", field->key, oddCharacterIn(value)}), consequence, {}};
         });
     } else {
-        report(strayValue, behind->value, behind, [&] {
+        report(strayValue, behind.value, &behind, [&] {
             return findingWords_t{
                 joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
                         isText(node) ? "; " : "", isText(node) ? howToWrite(equalsSign) : ""}),
-                joined({"a host ignores ", shownValue(tree_.value(*behind))}),
+                joined({"a host ignores ", shownValue(tree_.value(behind))}),
                 {}};
         });
     }

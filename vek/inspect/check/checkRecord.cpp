@@ -34,19 +34,19 @@ std::size_t position(const fieldSchema_t &field) {
 // Which pairs are read into the record's fields.
 void checker_t::gather(const node_t &body, const recordSchema_t &record) {
     nodes_.assign(record.fields.size(), nullptr);
-    explained_.assign(record.fields.size(), false);
+    explained_.assign(record.fields.size(), 0);
     for (const node_t &child : tree_.children(body))
         if (child.use == pairUse_t::assigned && child.field != nullptr)
             nodes_[position(*child.field)] = &child;
 }
 
 bool checker_t::isExplained(const fieldSchema_t &field) const {
-    return explained_[position(field)];
+    return explained_[position(field)] != 0;
 }
 
 void checker_t::explain(const fieldSchema_t *field) {
     if (field != nullptr)
-        explained_[position(*field)] = true;
+        explained_[position(*field)] = 1;
 }
 
 // The first message that has all the keys of a body; null when there is none, or there are too many keys.

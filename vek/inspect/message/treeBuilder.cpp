@@ -156,7 +156,7 @@ std::uint32_t treeBuilder_t::countOf(const node_t &node) {
 }
 
 void treeBuilder_t::assignToRecord(node_t &parent, const recordSchema_t &record) {
-    matched_.assign(record.fields.size(), false);
+    matched_.assign(record.fields.size(), 0);
     std::size_t hint = 0;
     for (std::uint32_t i = 0; i < parent.childCount; ++i) {
         node_t &node = nodes_[parent.firstChild + i];
@@ -175,12 +175,12 @@ void treeBuilder_t::assignToRecord(node_t &parent, const recordSchema_t &record)
             continue;
         }
         const auto position = static_cast<std::size_t>(field->position);
-        if (matched_[position]) {
+        if (matched_[position] != 0) {
             node.use = pairUse_t::duplicate;
             node.ordinal = countOf(node) + 1;
             continue;
         }
-        matched_[position] = true;
+        matched_[position] = 1;
         hint = position + 1;
         node.use = node.value.isEmpty() ? pairUse_t::empty : pairUse_t::assigned;
     }
@@ -195,7 +195,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
     std::string listKey;
     if (parent.isKeyed)
         listKey = joined({target.field->key, isCodes && parent.isElement ? std::to_string(parent.index) : ""});
-    matched_.assign(parent.isKeyed ? static_cast<std::size_t>(room) : 0, false);
+    matched_.assign(parent.isKeyed ? static_cast<std::size_t>(room) : 0, 0);
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(parent.childCount); ++i) {
         node_t &node = nodes_[parent.firstChild + static_cast<std::uint32_t>(i)];
         if (isLostRest(node))
@@ -210,7 +210,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
             continue;
         }
         const std::int32_t index = node.hasKey ? elementIndex(node.key.in(tree_.text_), listKey, room) : -1;
-        const bool isTaken = index >= 0 && matched_[static_cast<std::size_t>(index)];
+        const bool isTaken = index >= 0 && matched_[static_cast<std::size_t>(index)] != 0;
         if (index < 0 || isTaken) {
             node.use = isTaken ? pairUse_t::duplicate : node.hasKey ? pairUse_t::unknown : pairUse_t::noKey;
             node.ordinal = countOf(node) + (isTaken ? 1 : 0);
@@ -219,7 +219,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
             node.isCode &= isTaken;
             continue;
         }
-        matched_[static_cast<std::size_t>(index)] = true;
+        matched_[static_cast<std::size_t>(index)] = 1;
         node.index = index;
     }
 }

@@ -195,17 +195,26 @@ void archiveFile_t::row(const row_t &row) {
     if (row.front.byteOffset >> sqliteOffsetBits != 0)
         throw usageError_t(std::string(row.front.source) + " has more than a terabyte; split it, and load the pieces");
     roomCount_ = 0;
-    messageId_ = messageId(row.front.number, row.front.byteOffset);
-    if (&row.table == &archiveTables().messages()) {
-        ++counts_.messages;
-        counts_.damaged += row.isDamaged ? 1 : 0;
-    }
+    if (&row.table == &archiveTables().messages())
+        beginMessage(row);
     writer_t &writer = writerOf(row.table);
     insertRow(*writer.insert, row);
     std::size_t lists = 0;
     for (std::size_t i = 0; i < row.cells.size() && lists < writer.lists.size(); ++i)
         if (row.table.columns[i].isList)
             insertList(writer.lists[lists++], row, row.cells[i]);
+}
+
+// Its first row: what stands in front is the same in all of them.
+void archiveFile_t::beginMessage(const row_t &row) {
+    ++counts_.messages;
+    counts_.damaged += row.isDamaged ? 1 : 0;
+    messageId_ = messageId(row.front.number, row.front.byteOffset);
+    frontRooms_.resize(frontColumns().size());
+    front_.clear();
+    for (const frontColumn_t &column : frontColumns())
+        if (column.sqlite.value != nullptr)
+            front_.push_back(column.sqlite.value(row, frontRooms_[front_.size()]));
 }
 
 void archiveFile_t::insertRow(statement_t &insert, const row_t &row) {
@@ -239,11 +248,8 @@ int archiveFile_t::bindFront(statement_t &insert, const row_t &row) {
         insert.bind(++parameter, std::int64_t{element});
     if (row.table.depth > 0)
         return parameter;
-    frontRooms_.resize(frontColumns().size());
-    auto room = frontRooms_.begin();
-    for (const frontColumn_t &column : frontColumns())
-        if (column.sqlite.value != nullptr)
-            bindCell(insert, ++parameter, column.sqlite.value(row, *room++));
+    for (const cell_t &cell : front_)
+        bindCell(insert, ++parameter, cell);
     return parameter;
 }
 

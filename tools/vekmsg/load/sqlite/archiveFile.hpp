@@ -55,6 +55,7 @@ private:
                   const std::vector<inspect::sqlColumn_t> &columns);
     void completeSources();
     writer_t &writerOf(const inspect::table_t &table);
+    void beginMessage(const inspect::row_t &row);
     void insertRow(statement_t &insert, const inspect::row_t &row);
     void insertList(statement_t &insert, const inspect::row_t &row, const inspect::cell_t &list);
     int bindFront(statement_t &insert, const inspect::row_t &row);
@@ -64,7 +65,8 @@ private:
     std::vector<writer_t> writers_; // by the tables' numbers
     std::optional<transaction_t> transaction_;
     std::int64_t messageId_ = 0, atBegin_ = 0;
-    std::vector<std::string> frontRooms_; // of the row in hand
+    std::vector<inspect::cell_t> front_;  // of the message in hand
+    std::vector<std::string> frontRooms_; // for its texts
     std::deque<std::string> rooms_;       // for texts beyond ASCII
     std::size_t roomCount_ = 0;
 };

@@ -15,6 +15,10 @@ void statement_t::closer_t::operator()(sqlite3_stmt *handle) const {
 }
 
 database_t::database_t(const std::string &file) : file_(file) {
+    // Locks and counts that one thread has no use for are a tenth of its time.
+    static const bool isAlone = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK &&
+                                sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
+    static_cast<void>(isAlone);
     sqlite3 *handle = nullptr;
     constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; // one thread uses it
     const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);

@@ -66,7 +66,7 @@ private:
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
     void checkStray(const node_t &parent, const node_t &node);
-    bool checkJoined(const node_t &parent, const node_t &node);
+    bool checkJoined(const node_t &parent, const node_t &node, const node_t &behind);
     bool isDecimalComma(const node_t &parent, const node_t &node) const;
     bool checkDecimalComma(const node_t &parent, const node_t &node);
     bool checkSpelling(const node_t &parent, const node_t &node);
@@ -123,7 +123,7 @@ private:
 
     // Of the body in hand:
     std::vector<const node_t *> nodes_; // that are read into the record's fields, by position
-    std::vector<bool> explained_;       // fields that are not there for a reason that is told
+    std::vector<char> explained_;       // fields that are not there for a reason that is told
     bool isTorn_ = false;               // a brace or quote without its other one has taken the rest
     std::uint32_t told_ = 0;            // the last node of the body that belongs to a finding which was told
 };

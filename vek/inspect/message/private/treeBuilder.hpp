@@ -38,7 +38,7 @@ private:
     std::vector<node_t> &nodes_;
     std::unordered_map<std::string_view, std::uint32_t> seen_; // of the body in hand: how often a key was met
     std::uint32_t withoutKey_ = 0;                             // and how many values have none
-    std::vector<bool> matched_; // of the record or list in hand: which fields or elements have a pair
+    std::vector<char> matched_; // of the record or list in hand: which fields or elements have a pair
 };
 
 } // namespace vek::inspect
