@@ -176,8 +176,8 @@ private:
 
 int runDiff(const diffArguments_t &arguments) {
     const std::vector<std::string> &files = arguments.reading.files;
-    if (files.size() != 2)
-        throw usageError_t("diff compares two files: vekmsg diff A B");
+    if (files.size() != 2 || (files[0] == "-" && files[1] == "-"))
+        throw usageError_t("diff compares two files: vekmsg diff A B, of which one may be - for standard input");
     const colours_t colours = arguments.color.colours();
     comparison_t comparison(arguments.diff, colours);
     sideTask_t left(comparison, true), right(comparison, false);

@@ -4,6 +4,8 @@
 #include "tools/vekmsg/reading/messageOutput.hpp"
 #include "vek/inspect/change/change.hpp"
 
+#include <algorithm>
+
 namespace vek::tool {
 
 namespace {
@@ -93,7 +95,7 @@ int runSet(const setArguments_t &arguments) {
             assignments.push_back({word.substr(0, place), word.substr(place + 1)});
         else
             files.push_back(word);
-    if (assignments.empty())
+    if (assignments.empty() || std::ranges::any_of(assignments, &std::string::empty, &assignment_t::path))
         throw usageError_t("what is to be set? Write PATH=VALUE in front of the file, for example FOCUS_VALUE=3.5");
     if (!files.empty())
         reading.files = std::move(files);

@@ -28,7 +28,8 @@ std::string noSuchPath(const tree_t &tree, std::string_view path) {
     if (tree.record() != nullptr)
         for (const fieldSchema_t &field : tree.record()->fields)
             keys.push_back(field.key);
-    return withSuggestion(joined({"the message has no ", path}), nearest(path, keys));
+    const std::string_view meant = nearest(path, keys);
+    return withSuggestion(joined({"the message has no ", path}), meant == path ? std::string_view() : meant);
 }
 
 // Where the text is changed, and by what.
