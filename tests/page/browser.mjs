@@ -132,3 +132,20 @@ export async function wouldSave(page, selector) {
     return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');
   });
 }
+
+/**
+ * What the page's own thread was kept longest by while use() went on, in milliseconds of its own time: what else the
+ * machine does doesn't count.
+ */
+export async function longestTask(page, use) {
+  const browser = page.context().browser();
+  await browser.startTracing(page, { categories: ['toplevel'] });
+  await use();
+  const { traceEvents } = JSON.parse(await browser.stopTracing());
+  const thread = ({ pid, tid }) => `${pid} ${tid}`;
+  const isPages = ({ name, args }) => name === 'thread_name' && args.name === 'CrRendererMain';
+  const threads = new Set(traceEvents.filter(isPages).map(thread));
+  const tasks = traceEvents.filter((event) => event.name.endsWith('RunTask') && threads.has(thread(event)));
+  if (!tasks.some(({ tdur }) => tdur > 0)) throw new Error('no task was seen');
+  return tasks.reduce((longest, { tdur }) => Math.max(longest, tdur ?? 0), 0) / 1000;
+}

@@ -6,12 +6,11 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { once } from 'node:events';
 import { test } from 'node:test';
-import { openFile, reading, settled, withPage } from './browser.mjs';
+import { longestTask, openFile, reading, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const size = 100_000_000;
-const longestReading = 10_000; // milliseconds
-const longestAnswer = 500;
+const longestPause = 50; // of the page's own thread
 const day = (at) => new Date(Date.UTC(2026, 2, 1 + at)).toISOString().slice(0, 10);
 
 // Writes the log, the same piece on one day after the other: only the reader's work counts here.
@@ -25,18 +24,6 @@ async function writeLog(path) {
   return { count: days * 20_000, lastDay: day(days - 1) };
 }
 
-// Afterwards longestPause() says how long the page did not answer.
-const watchPauses = (page) =>
-  page.evaluate(() => {
-    window.longestPause = 0;
-    let latest = performance.now();
-    setInterval(() => {
-      window.longestPause = Math.max(window.longestPause, performance.now() - latest);
-      latest = performance.now();
-    }, 10);
-  });
-const longestPause = (page) => page.evaluate(() => window.longestPause);
-
 async function plot(page, label) {
   await page.fill('#plotKeyName', label);
   await page.press('#plotKeyName', 'Enter');
@@ -46,79 +33,75 @@ async function plot(page, label) {
 test('a message of 30 kB with 10,000 keys that none knows', async (context) => {
   const buffer = Buffer.from(message(4112, 41, `{${'X=;'.repeat(10_000)}}`));
   await withPage(async (page) => {
-    await watchPauses(page);
-    const start = performance.now();
-    await openFile(page, { name: 'message.txt', mimeType: '', buffer });
-    const opened = performance.now() - start;
-    await page.focus('#tree');
-    for (let at = 0; at < 10; ++at) await page.keyboard.press('ArrowDown');
-    const pause = await longestPause(page);
-    context.diagnostic(`shown after ${opened.toFixed(0)} ms; longest pause ${pause.toFixed(0)} ms`);
-    assert.ok(pause < longestAnswer, `the page did not answer for ${pause} ms`);
-    assert.ok(opened < longestReading, `shown after ${opened} ms`);
-    // All problems can be come to.
-    assert.match(await page.textContent('#problemCount'), /^5,\d\d\d problems$/);
-    const shown = await page.locator('#problems li').count();
-    assert.ok(shown < 1000);
+    const pause = await longestTask(page, async () => {
+      await openFile(page, { name: 'message.txt', mimeType: '', buffer });
+      await page.focus('#tree');
+      for (let at = 0; at < 10; ++at) await page.keyboard.press('ArrowDown');
+    });
+    context.diagnostic(`a message with 5,000 problems: longest pause ${pause.toFixed(0)} ms`);
+    assert.ok(pause < longestPause, `the page did not answer for ${pause} ms`);
+    // All problems can be come to, and those in sight alone are drawn.
+    const [, count] = /^(5,\d\d\d) problems$/.exec(await page.textContent('#problemCount'));
+    const first = await page.locator('#problems li').count();
+    assert.ok(first < 200, `${first} problems are drawn`);
     await page.evaluate(() => (document.getElementById('problems').scrollTop = 1e6));
-    await page.waitForFunction((before) => document.querySelectorAll('#problems li').length > before, shown);
+    await page.waitForSelector(`#problems li[aria-posinset="${count.replace(',', '')}"]`);
+    await page.waitForFunction(() => document.querySelectorAll('#problems li').length < 200);
   });
 });
 
-test('100 MB are listed in 10 s while the page answers, and can be cancelled', { timeout: 120_000 }, async (context) => {
+test('100 MB are listed while the page answers, and can be cancelled', { timeout: 120_000 }, async (context) => {
   const folder = await mkdtemp(join(tmpdir(), 'vekmsg-'));
   try {
     const path = join(folder, 'large.log');
     const { count, lastDay } = await writeLog(path);
     await withPage(async (page) => {
-      await watchPauses(page);
-      const start = performance.now();
-      await page.setInputFiles('#file', path);
-      // It is used while it reads: messages are there before the end.
-      await page.waitForFunction(() => document.querySelector('#messages .row'));
-      await page.click('#messages-1');
-      await page.waitForSelector('#messagePanelBody:not([hidden])');
-      const answered = performance.now() - start;
-      // Searching and plotting meanwhile take nothing from it, and what is not complete says so.
-      await page.fill('#filterWords', 'violet');
-      await page.click('#plotTab');
-      await plot(page, 'focusValue_t FOCUS_VALUE');
-      const early = [await page.textContent('#listCount'), await page.textContent('#summary'), await page.isVisible('#progress')];
-      assert.ok(!early[2] || /searching|so far|still reading/.test(early.join()), early.join());
-      await reading(page, 60_000);
-      const read = performance.now() - start;
-      const pause = await longestPause(page);
+      const counted = `${count.toLocaleString('en')} messages`;
+      const seconds = { start: performance.now() };
+      const note = (name) => (seconds[name] = `${((performance.now() - seconds.start) / 1000).toFixed(1)} s`);
+      const readingPause = await longestTask(page, async () => {
+        await page.setInputFiles('#file', path);
+        // It is used while it reads: messages are there before the end.
+        await page.waitForFunction(() => document.querySelector('#messages .row'));
+        await page.click('#messages-1');
+        await page.waitForSelector('#messagePanelBody:not([hidden])');
+        note('shown');
+        // Searching and plotting meanwhile take nothing from it, and what is not complete says so.
+        await page.fill('#filterWords', 'violet');
+        await page.click('#plotTab');
+        await plot(page, 'focusValue_t FOCUS_VALUE');
+        const early = [await page.textContent('#listCount'), await page.textContent('#summary'), await page.isVisible('#progress')];
+        assert.ok(!early[2] || /searching|so far|still reading/.test(early.join()), early.join());
+        await reading(page, 60_000);
+        note('listed');
+      });
       const memory = await page.evaluate(() => performance.memory.usedJSHeapSize);
-      context.diagnostic(`${count} messages: first shown after ${answered.toFixed(0)} ms, listed after ${read.toFixed(0)} ms; ` +
-        `longest pause ${pause.toFixed(0)} ms; ${(memory / 1e6).toFixed(0)} MB of script's memory`);
       const found = await page.textContent('#listCount');
-      assert.match(found, new RegExp(`^[\\d,]+ of ${count.toLocaleString('en')} messages$`));
+      assert.match(found, new RegExp(`^[\\d,]+ of ${counted}$`));
       assert.ok(Number(found.split(' ')[0].replaceAll(',', '')) > count / 2, found);
       assert.doesNotMatch(await page.textContent('#summary'), /reading|only/);
-      await page.focus('#plot');
-      await page.keyboard.press('End');
-      assert.ok((await page.textContent('#plotReading')).startsWith(lastDay), 'the curve ends where the log ends');
-      await page.fill('#filterWords', '');
-      await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${count.toLocaleString('en')} messages`);
-      assert.ok(read < longestReading, `listed after ${read} ms`);
-      assert.ok(pause < longestAnswer, `the page did not answer for ${pause} ms`);
 
-      // To the end of a list that is taller than a browser's elements may be.
-      await page.focus('#messages');
-      await page.keyboard.press('End');
-      await page.waitForSelector(`#messages-${count - 1}[aria-selected=true]`);
-
-      const plotStart = performance.now();
-      await plot(page, 'deviceStatus_t LOW_STATUS');
-      await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
-      await settled(page);
-      const plotted = performance.now() - plotStart;
-      const box = await page.locator('#plot .u-over').boundingBox();
-      const pointStart = performance.now();
-      for (let at = 0; at < 20; ++at) await page.mouse.move(box.x + 20 + at * 10, box.y + 60);
-      const pointed = performance.now() - pointStart;
-      context.diagnostic(`two keys of it plotted after ${plotted.toFixed(0)} ms; 20 places read off in ${pointed.toFixed(0)} ms`);
-      assert.ok(pointed < 2000, `20 places were read off in ${pointed} ms`);
+      const usingPause = await longestTask(page, async () => {
+        await page.focus('#plot');
+        await page.keyboard.press('End');
+        assert.ok((await page.textContent('#plotReading')).startsWith(lastDay), 'the curve ends where the log ends');
+        await page.fill('#filterWords', '');
+        await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, counted);
+        // To the end of a list that is taller than a browser's elements may be.
+        await page.focus('#messages');
+        await page.keyboard.press('End');
+        await page.waitForSelector(`#messages-${count - 1}[aria-selected=true]`);
+        await plot(page, 'deviceStatus_t LOW_STATUS');
+        await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
+        await settled(page);
+        const box = await page.locator('#plot .u-over').boundingBox();
+        for (let at = 0; at < 20; ++at) await page.mouse.move(box.x + 20 + at * 10, box.y + 60);
+      });
+      context.diagnostic(
+        `${count} messages: first shown after ${seconds.shown}, listed after ${seconds.listed}; longest pause ${readingPause.toFixed(0)} ms, ` +
+          `then ${usingPause.toFixed(0)} ms; ${(memory / 1e6).toFixed(0)} MB of script's memory`,
+      );
+      assert.ok(Math.max(readingPause, usingPause) < longestPause, `the page did not answer for ${readingPause} ms, ${usingPause} ms`);
 
       await page.setInputFiles('#file', path);
       await page.waitForSelector('#cancelReading', { state: 'visible' });

@@ -43,7 +43,7 @@ test('names and booleans are chosen from a list, and missing keys are added wher
   await withPage(async (page) => {
     const sample = samples.find(({ text: one }) => /=(TRUE|FALSE);/.test(one)).text;
     await paste(page, sample);
-    const row = page.locator('#tree .row', { has: page.locator('.kind-boolean') }).first();
+    const row = page.locator('#tree .row', { has: page.locator('.holds-boolean') }).first();
     const was = await row.locator('.treeValue').textContent();
     const other = was === 'TRUE' ? 'FALSE' : 'TRUE';
     await change(page, await row.getAttribute('data-path'), other);

@@ -56,7 +56,7 @@ async function plot(page, name) {
 
 async function mend(page, name) {
   await paste(page, samples.find(({ name: one }) => one.startsWith('4100')).text);
-  const row = page.locator('#tree .row', { has: page.locator('.kind-enumeration, .kind-boolean') }).first();
+  const row = page.locator('#tree .row', { has: page.locator('.holds-name, .holds-boolean') }).first();
   await row.dblclick();
   await page.waitForSelector('#editorValue');
   await settle(page);

@@ -154,8 +154,15 @@ std::int32_t pageDifferences(std::size_t leftSize, std::size_t rightSize) {
     return 1;
 }
 
-std::int32_t pageCatalogue() {
-    appendCatalogueJson(exchange.result);
+/// The keys that a record of the message, by its node's number, may have and has not.
+std::int32_t pageAddable(std::size_t size, std::int32_t node) {
+    page::appendAddable(exchange.result, tree_t(exchange.take(size)), static_cast<std::size_t>(node));
+    return 1;
+}
+
+/// What messages there are.
+std::int32_t pageKinds() {
+    page::appendKinds(exchange.result);
     return 1;
 }
 

@@ -10,12 +10,18 @@
 namespace vek::page {
 
 /// The message's JSON with its nodes and problems, and in front of them
-///   "form"     "message"
 ///   "envelope" the byte places of the envelope's parts
-///   "fields"   the fields that the nodes belong to: key, words, kind, names, member, type, list, default
 ///   "more"     of each node, in the same order: its field's number, its depth, its value for people
-///   "addable"  the keys that records of the message have and the message has not: path, field's number
+///   "fields"   the fields that the nodes belong to: key, what it holds, words, names, member, type, list, default
 void appendView(std::string &out, const inspect::tree_t &tree);
+
+/// The keys that the record of a node may have and has not, as JSON: "addable", their paths, and "fields", as above and
+/// in their order.
+void appendAddable(std::string &out, const inspect::tree_t &tree, std::size_t node);
+
+/// What messages there are as a JSON array: id, constant, name, about, and "numbers", the paths of what can be plotted
+/// with what stands there: "integer", "real", "boolean" or "name", which has its names.
+void appendKinds(std::string &out);
 
 /// The differences of two messages as a JSON array: path, left, right; a side that is not there is left out.
 void appendDifferences(std::string &out, const inspect::tree_t &left, const inspect::tree_t &right);

@@ -1,42 +1,30 @@
 // The catalogue: what the page knows of each id without a message of it.
 
-const numeric = new Set(['long integer', 'short integer', 'double', 'float', 'pixels', 'boolean', 'enumeration']);
+const numeric = new Set(['integer', 'real', 'boolean', 'name']);
 
-/** Whether values of a kind can be plotted. */
-export const isNumeric = (kind) => numeric.has(kind);
+/** Whether what a field holds can be plotted. */
+export const isNumeric = (holds) => numeric.has(holds);
 
 export class Catalogue {
-  #messages = new Map(); // with their records
-  #names = new Map(); // of enumerations
+  #kinds;
 
-  constructor({ messages, enumerations, records }) {
-    const recordNamed = new Map(records.map((record) => [record.name, record]));
-    for (const message of messages) this.#messages.set(message.id, { ...recordNamed.get(message.record), ...message });
-    for (const { name, values } of enumerations) this.#names.set(name, values.map((value) => value.name));
+  /** kinds: as the core has them. */
+  constructor(kinds) {
+    this.#kinds = new Map(kinds.map((kind) => [kind.id, kind]));
   }
 
   find(id) {
-    return this.#messages.get(id);
+    return this.#kinds.get(id);
   }
 
   name(id) {
-    const message = this.#messages.get(id);
-    if (!message) return id < 0 ? 'without an id' : 'unknown id';
-    return message.record ?? 'without a structure';
+    const kind = this.#kinds.get(id);
+    if (!kind) return id < 0 ? 'without an id' : 'unknown id';
+    return kind.name ?? 'without a structure';
   }
 
-  /** The paths of a message's single numbers, with the fields that they belong to. */
+  /** The paths of a message's single numbers, with what they hold and its names. */
   numbers(id) {
-    const found = [];
-    const visit = (keys, prefix) => {
-      for (const field of keys ?? []) {
-        if (field.list) continue;
-        if (isNumeric(field.kind))
-          found.push({ path: prefix + field.key, field: { ...field, names: this.#names.get(field.enumeration) } });
-        else if (field.of) visit(field.of.keys, `${prefix}${field.key}.`);
-      }
-    };
-    visit(this.#messages.get(id)?.keys, '');
-    return found;
+    return this.#kinds.get(id)?.numbers ?? [];
   }
 }

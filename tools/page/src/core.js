@@ -1,5 +1,6 @@
 // The inspection core: the calls of core/exports.cpp. An instance serves one thread.
 import { bytesOf, shownText } from './bytes.js';
+import { viewed } from './viewing.js';
 
 // What a module without a system asks of one: the time of day; nothing else is of use to it.
 function systemCalls(module, memory) {
@@ -55,8 +56,14 @@ export class Core {
     return isGood ? { bytes } : { error: shownText(bytes) };
   }
 
+  /** What MessageModel shows. */
   view(message) {
-    return this.#json('pageView', message);
+    return viewed(message, this.#json('pageView', message));
+  }
+  /** The paths of the keys that the record of a pair may have and has not, each with its field. */
+  addable(message, node) {
+    const { addable, fields } = JSON.parse(shownText(this.#call('pageAddable', [message], node).bytes));
+    return addable.map((path, at) => ({ path, field: fields[at] }));
   }
   /** isQuoted: the value is as quote() gives it. */
   set(message, path, value, isQuoted = false) {
@@ -84,8 +91,9 @@ export class Core {
   differences(left, right) {
     return this.#json('pageDifferences', left, right);
   }
-  catalogue() {
-    return this.#json('pageCatalogue');
+  /** What messages there are: see catalogue.js. */
+  kinds() {
+    return this.#json('pageKinds');
   }
   findingNames() {
     return shownText(this.#call('pageFindingNames', []).bytes).trimEnd().split('\n');

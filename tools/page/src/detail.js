@@ -1,5 +1,5 @@
 // One message: its tree, its text in every form, its problems; changing, sealing, copying and saving it.
-import { announce, busy, byId, element, option } from './elements.js';
+import { announce, busy, byId, element, nextTask, option } from './elements.js';
 import { bytesOf, coreText, isSame, isUtf8, shownText } from './bytes.js';
 import { isNumeric } from './catalogue.js';
 import { Editor } from './editor.js';
@@ -17,12 +17,13 @@ export class Detail {
   #form = 'message';
   #formBytes; // of the form that is shown
   #round = 0;
+  #addable; // { model, group, keys: of the keys that the group has not, their paths and fields }
 
   /** onEdit(row, bytes): a message is to be changed; its promise is done when the page shows it. */
   constructor(core, catalogue, onEdit) {
     Object.assign(this, { core, catalogue, onEdit });
     this.tree = new TreeView({ onNode: (node) => this.#lightNode(node), onEdit: (node) => this.#edit(node) });
-    this.text = new TextView((at) => this.tree.choose(this.model.nodeAt(at)));
+    this.text = new TextView((at) => this.#goToByte(at));
     this.problems = new ProblemList((problem) => this.#goTo(problem));
     this.editor = new Editor(this.tree, (...value) => this.#take(this.core.set(this.bytes, ...value)));
     this.listEditor = new ListEditor((...list) => this.#take(this.#setList(...list)));
@@ -37,20 +38,22 @@ export class Detail {
     });
   }
 
-  /** Shows the message of a log's row. */
+  /** Shows the message of a log's row, part by part: of a long one each takes a while. */
   async show(log, row, bytes) {
     const round = ++this.#round;
     const model = await MessageModel.of(this.core, bytes);
+    await nextTask();
     if (round !== this.#round) return;
     Object.assign(this, { log, row, model });
     this.editor.close();
     byId('messagePanelBody').hidden = false;
     this.#showTitle();
-    this.text.show(model);
     this.tree.show(model);
-    this.#lightNode(this.tree.active);
-    this.problems.show(model);
-    this.#showAddable();
+    for (const part of [() => this.text.show(model), () => this.#lightNode(this.tree.active), () => this.problems.show(model)]) {
+      await nextTask();
+      if (round !== this.#round) return;
+      part();
+    }
     const [{ error, bytes: sealed }] = await Promise.all([this.core.seal(bytes), this.#showForm(this.#form)]);
     if (round === this.#round) byId('sealMessage').hidden = error === undefined && isSame(sealed, bytes);
   }
@@ -60,11 +63,10 @@ export class Detail {
   }
 
   #showTitle() {
-    const { view } = this.model;
     const { columns } = this.log;
-    const id = view.id ?? -1;
+    const { id, name } = this.model;
     const known = this.catalogue.find(id);
-    byId('messageName').textContent = view.name ?? this.catalogue.name(id);
+    byId('messageName').textContent = name ?? this.catalogue.name(id);
     const time = timeInWords(columns.microseconds[this.row], columns.hasDate[this.row] === 1);
     const facts = [known?.constant, time, this.log.placeOf(this.row), counted(this.bytes.length, 'byte')];
     show(byId('messageFacts'), facts.filter(Boolean).join(' · '));
@@ -84,11 +86,12 @@ export class Detail {
       field?.names ? `one of ${field.names.join(', ')}` : undefined,
     ];
     show(byId('pairPath'), node.path);
+    busy(this.#showAddable(node));
     show(byId('pairFacts'), facts.filter(Boolean).join(' · '));
   }
 
   #isNumber(node) {
-    return node.parent !== undefined && node.count === undefined && isNumeric(node.field?.kind);
+    return node.parent !== undefined && node.count === undefined && isNumeric(node.field?.holds);
   }
 
   /** The active pair's path when it is a number that can be plotted. */
@@ -97,8 +100,15 @@ export class Detail {
     return node && this.#isNumber(node) ? node.path : undefined;
   }
 
+  #goToByte(at) {
+    if (this.text.model !== this.model) return;
+    const node = this.model.nodeAt(at);
+    if (node.at !== 0) this.tree.choose(node);
+  }
+
   #goTo(problem) {
-    this.tree.choose(problem.node);
+    if (this.problems.model !== this.model) return;
+    this.tree.choose(this.model.node(problem.node));
     if (problem.start < problem.end) this.text.light(problem);
   }
 
@@ -134,15 +144,21 @@ export class Detail {
     this.tree.focus();
   }
 
-  #showAddable() {
-    const { addable } = this.model.view;
-    byId('addKeyForm').hidden = addable.length === 0;
-    byId('addKey').replaceChildren(...addable.map(({ path }, at) => option(at, shownWords(path))));
+  // Of the group that the active pair is in.
+  async #showAddable(node) {
+    const { model } = this;
+    const group = model.groupOf(node);
+    if (this.#addable?.model === model && this.#addable.group === group) return;
+    this.#addable = { model, group, keys: [] };
+    const keys = await this.core.addable(model.bytes, group.at);
+    if (this.#addable.model !== model || this.#addable.group !== group) return;
+    this.#addable.keys = keys;
+    byId('addKeyForm').hidden = keys.length === 0;
+    byId('addKey').replaceChildren(...keys.map(({ path }, at) => option(at, shownWords(path))));
   }
 
   #addKey() {
-    const { path, field: number } = this.model.view.addable[byId('addKey').value];
-    const field = this.model.view.fields[number];
+    const { path, field } = this.#addable.keys[byId('addKey').value];
     const kind = this.model.editorOf({ path, field, use: 'assigned', parent: 0, value: '' });
     if (kind === 'list') this.listEditor.open(this.model, { path, field });
     else if (kind) this.editor.openNew(path, kind, field);
@@ -177,7 +193,7 @@ export class Detail {
   }
 
   #save() {
-    const name = `${this.model.view.name ?? 'message'}-${this.model.view.seq ?? this.row}.${extensions[this.#form]}`;
+    const name = `${this.model.name ?? 'message'}-${this.model.sequence ?? this.row}.${extensions[this.#form]}`;
     saveBlob(new Blob([this.#formBytes]), name);
   }
 }

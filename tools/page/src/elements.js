@@ -29,6 +29,9 @@ export function setOptions(select, options) {
   if (options.some((one) => one.value === chosen)) select.value = chosen;
 }
 
+/** Lets the page answer before more is done. */
+export const nextTask = () => new Promise((resolve) => setTimeout(resolve));
+
 let running = 0;
 
 /** Marks the page as busy until a promise is done. */

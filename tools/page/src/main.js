@@ -22,9 +22,9 @@ class Page {
   static async start(wasm) {
     const asking = new Reader(wasm);
     const core = coreIn(asking);
-    const [catalogue, findingNames, unprintable] = await Promise.all([core.catalogue(), core.findingNames(), core.unprintable()]);
+    const [kinds, findingNames, unprintable] = await Promise.all([core.kinds(), core.findingNames(), core.unprintable()]);
     setUnprintable(unprintable);
-    return new Page({ core, asking, reader: new Reader(wasm), catalogue: new Catalogue(catalogue), findingNames });
+    return new Page({ core, asking, reader: new Reader(wasm), catalogue: new Catalogue(kinds), findingNames });
   }
 
   constructor(parts) {

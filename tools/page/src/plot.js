@@ -61,11 +61,11 @@ export class Plot {
     if (this.#kinds === this.log.kinds.size && this.keys) return;
     this.#kinds = this.log.kinds.size;
     const keys = [...this.log.kinds.keys()].flatMap((id) =>
-      this.catalogue.numbers(id).map(({ path, field }) => ({ id, path, field, label: `${this.catalogue.name(id)} ${path}` })),
+      this.catalogue.numbers(id).map((one) => ({ id, ...one, label: `${this.catalogue.name(id)} ${one.path}` })),
     );
     this.keys = keys;
     byId('plotKeys').replaceChildren(...keys.map(({ label }) => option(label, label)));
-    const isState = ({ path, field }) => field.kind !== 'double' && field.kind !== 'float' && /STATUS|STATE|SEVERITY/.test(path);
+    const isState = ({ path, holds }) => holds !== 'real' && /STATUS|STATE|SEVERITY/.test(path);
     const states = keys.filter(isState);
     setOptions(byId('plotBands'), [option('', 'no bands'), ...states.map(({ label }) => option(label, label))]);
   }
@@ -158,7 +158,7 @@ export class Plot {
   async #chooseBands() {
     const key = this.keys.find(({ label }) => label === byId('plotBands').value);
     this.#bands = key && (await this.#read(key.id, key.path));
-    if (this.#bands) this.#bands.names = key.field.names;
+    if (this.#bands) this.#bands.names = key.names;
     this.draw();
   }
 

@@ -1,49 +1,72 @@
-// What was found in a message, each with its place; choosing one goes there. A list of any length: more of it is made as
-// it is scrolled.
+// What was found in a message, each with its place; choosing one goes there. A list of any length: it stands there in
+// pieces, of which only those in sight are drawn.
 import { byId, element } from './elements.js';
 import { shown } from './signs.js';
 import { counted } from './words.js';
 
-const atOnce = 100;
+const pieceSize = 50;
+const usualHeight = 36; // of a problem, in pixels, until it was drawn
 
 export class ProblemList {
   #list = byId('problems');
-  #made = 0;
+  #pieces = new Map(); // elements to { first, count, isDrawn }
+  #sight;
 
   constructor(onProblem) {
     this.onProblem = onProblem;
-    this.#list.addEventListener('scroll', () => this.#makeMore());
-    // The keyboard comes to the last one made, and goes on.
-    this.#list.addEventListener('focusin', ({ target }) => target.closest('li') === this.#list.lastElementChild && this.#make());
+    this.#sight = new IntersectionObserver((entries) => this.#follow(entries), { root: this.#list, rootMargin: '300px' });
   }
 
-  show({ problems }) {
-    this.problems = problems;
-    byId('problemPane').hidden = problems.length === 0;
-    byId('problemCount').textContent = counted(problems.length, 'problem');
-    this.#list.replaceChildren();
+  show(model) {
+    this.model = model;
+    this.#sight.disconnect();
+    this.#pieces.clear();
+    const total = model.problemCount;
+    byId('problemPane').hidden = total === 0;
+    byId('problemCount').textContent = counted(total, 'problem');
+    for (let first = 0; first < total; first += pieceSize) {
+      const count = Math.min(pieceSize, total - first);
+      const made = element('div', { role: 'presentation' });
+      made.style.height = `${count * usualHeight}px`;
+      this.#pieces.set(made, { first, count });
+    }
+    this.#list.replaceChildren(...this.#pieces.keys());
     this.#list.scrollTop = 0;
-    this.#made = 0;
-    this.#make();
+    const [start] = this.#pieces.keys();
+    if (start) this.#draw(start);
+    for (const made of this.#pieces.keys()) this.#sight.observe(made);
   }
 
-  #make() {
-    const next = this.problems.slice(this.#made, this.#made + atOnce);
-    this.#made += next.length;
-    this.#list.append(...next.map((problem) => this.#item(problem)));
+  // The one with the focus stays, so that the keyboard goes on from it.
+  #follow(entries) {
+    for (const { target, isIntersecting } of entries) {
+      const piece = this.#pieces.get(target);
+      if (!piece || piece.isDrawn === isIntersecting) continue;
+      if (isIntersecting) this.#draw(target);
+      else if (!target.contains(document.activeElement)) this.#clear(target);
+    }
   }
 
-  #makeMore() {
-    const { scrollTop, clientHeight, scrollHeight } = this.#list;
-    if (scrollTop + 2 * clientHeight > scrollHeight && this.#made < this.problems.length) this.#make();
+  #draw(made) {
+    const piece = this.#pieces.get(made);
+    piece.isDrawn = true;
+    made.style.height = '';
+    made.replaceChildren(...Array.from({ length: piece.count }, (_one, at) => this.#item(piece.first + at)));
   }
 
-  #item(problem) {
+  #clear(made) {
+    this.#pieces.get(made).isDrawn = false;
+    made.style.height = `${made.offsetHeight}px`;
+    made.replaceChildren();
+  }
+
+  #item(at) {
+    const problem = this.model.problem(at);
     const { severity, message, consequence, suggestion, code, path, start, end } = problem;
     const part = (name, words) => element('span', { class: name }, ...shown(words));
     return element(
       'li',
-      { 'data-code': code },
+      { 'data-code': code, 'aria-setsize': this.model.problemCount, 'aria-posinset': at + 1 },
       element(
         'button',
         { type: 'button', class: `problem ${severity}`, onclick: () => this.onProblem(problem) },

@@ -46,10 +46,8 @@ export class Reader {
   }
 }
 
-const calls = ['view', 'set', 'setList', 'quote', 'unprintable', 'seal', 'form', 'differences', 'catalogue', 'findingNames', 'row', 'missing'];
-
 /** The core's calls, each a promise, made in a worker: see core.js. */
 export function coreIn(reader) {
   const call = (name) => (...parameters) => reader.run('call', { name, parameters }).then(({ result }) => result);
-  return Object.fromEntries(calls.map((name) => [name, call(name)]));
+  return new Proxy({}, { get: (_core, name) => (name === 'then' ? undefined : call(name)) });
 }

@@ -5,24 +5,11 @@ import { byId, element } from './elements.js';
 import { bytesOfCoreText, characterStart, coreText } from './bytes.js';
 import { shown, shownWords } from './signs.js';
 
-const stretchSize = 4096; // bytes
+const stretchSize = 2048; // bytes
 
+// Of what viewing.js says of each byte.
 const severityClasses = ['', 'wrong-warning', 'wrong-error'];
 const kindClasses = ['', 'valueNumber', 'valueText', 'valueName', 'valueIgnored'];
-
-// What each byte is part of: a number, a text, a name, or what a host ignores.
-function kindsIn({ bytes, nodes, header }) {
-  const kinds = new Uint8Array(bytes.length);
-  for (const { whole } of header) kinds.fill(1, whole.start, whole.end);
-  for (const { at, count, use, field, place } of nodes) {
-    if (count !== undefined || at === 0 || !place) continue;
-    const kind = field?.kind ?? '';
-    const isName = kind === 'enumeration' || kind === 'boolean';
-    const isIgnored = use !== 'assigned' && use !== 'empty';
-    kinds.fill(isIgnored ? 4 : isName ? 3 : kind.endsWith('string') ? 2 : 1, place.start, place.end);
-  }
-  return kinds;
-}
 
 // Lines end between pairs where they can.
 function withBreaks(pieces) {
@@ -41,7 +28,7 @@ function endOfStretch(bytes, start) {
 export class TextView {
   #root = byId('messageText');
   #places = new WeakMap(); // of each piece, its first byte
-  #stretches = []; // { made, start, end, isDrawn }
+  #stretches = []; // { made, start, end, isDrawn, pieces: [{ made, start, end }] }
   #sight;
   #lit;
 
@@ -61,7 +48,6 @@ export class TextView {
         for (const { target, isIntersecting } of entries) {
           const stretch = this.#stretches.find(({ made }) => made === target);
           if (!stretch) continue;
-          stretch.isInSight = isIntersecting;
           if (isIntersecting && !stretch.isDrawn) this.#draw(stretch);
         }
       },
@@ -74,36 +60,39 @@ export class TextView {
     this.#lit = undefined;
     this.#sight.disconnect();
     const { bytes } = model;
-    this.#kinds = kindsIn(model);
-    this.#severities = new Uint8Array(bytes.length);
-    for (const severity of ['warning', 'error'])
-      for (const problem of model.problems) if (problem.severity === severity) this.#severities.fill(severity === 'error' ? 2 : 1, problem.start, problem.end);
     this.#stretches = [];
     for (let start = 0; start < bytes.length; ) {
       const end = endOfStretch(bytes, start);
-      this.#stretches.push({ made: element('span', { class: 'stretch' }), start, end });
+      this.#stretches.push({ made: element('span', { class: 'stretch' }), start, end, pieces: [] });
       start = end;
     }
-    for (const stretch of this.#stretches) stretch.made.append(...this.#pieces(stretch.start, stretch.end, false));
+    // What is not in sight stands there as text alone.
+    for (const { made, start, end } of this.#stretches) made.append(...shown(coreText(bytes.subarray(start, end)), true));
     this.#root.replaceChildren(...this.#stretches.map(({ made }) => made));
     this.#root.scrollTop = 0;
     if (this.#stretches.length > 0) this.#draw(this.#stretches[0]);
     for (const { made } of this.#stretches) this.#sight.observe(made);
   }
 
-  #severities = new Uint8Array(); // of each byte: 0 nothing, 1 warning, 2 error
-  #kinds = new Uint8Array(); // of each byte: which of kindClasses it has
-
   /** Lights a stretch of bytes. */
   light(place) {
-    const touches = ({ start, end }, lit) => lit && lit.start < end && lit.end > start;
     const old = this.#lit;
     this.#lit = place;
-    for (const stretch of this.#stretches)
-      if (touches(stretch, old) || touches(stretch, place)) {
-        if (stretch.isDrawn || touches(stretch, place)) this.#draw(stretch);
-      }
+    const isTouched = ({ start, end }) => [old, place].some((lit) => lit && lit.start < end && lit.end > start);
+    for (const stretch of this.#stretches) if (isTouched(stretch)) this.#lightIn(stretch, isTouched);
     this.#bringInSight();
+  }
+
+  // Only the pieces that are touched are made again.
+  #lightIn(stretch, isTouched) {
+    if (!stretch.isDrawn) return this.#draw(stretch);
+    stretch.pieces = stretch.pieces.flatMap((piece) => {
+      if (!isTouched(piece)) return [piece];
+      const pieces = this.#pieces(piece.start, piece.end);
+      piece.made.replaceWith(...pieces.map(({ made }) => made));
+      return pieces;
+    });
+    return undefined;
   }
 
   // Within the text alone: what stands around it keeps its place. Twice, since what comes in sight may be taller than it
@@ -124,14 +113,13 @@ export class TextView {
 
   #draw(stretch) {
     stretch.isDrawn = true;
-    stretch.made.replaceChildren(...this.#pieces(stretch.start, stretch.end, true));
+    stretch.pieces = this.#pieces(stretch.start, stretch.end);
+    stretch.made.replaceChildren(...stretch.pieces.map(({ made }) => made));
   }
 
-  // Pieces of one kind and severity, lit or not; of what is not in sight, the text alone.
-  #pieces(start, end, isInSight) {
-    if (!isInSight) return [this.#piece(start, end)];
-    const severities = this.#severities;
-    const kinds = this.#kinds;
+  // Pieces of one kind and severity, lit or not.
+  #pieces(start, end) {
+    const { kinds, severities } = this.model;
     const lit = this.#lit ?? { start: 0, end: 0 };
     const isLit = (at) => at >= lit.start && at < lit.end;
     const pieces = [];
@@ -144,20 +132,19 @@ export class TextView {
     return pieces;
   }
 
-  #piece(start, end, severity = 0, kind = 0, isLit = false) {
+  #piece(start, end, severity, kind, isLit) {
     const words = withBreaks(shown(coreText(this.model.bytes.subarray(start, end)), true));
     const classes = [severityClasses[severity], kindClasses[kind]].filter(Boolean).join(' ');
     const made = element(isLit ? 'mark' : 'span', { class: classes || null }, ...words);
     this.#places.set(made, start);
-    return made;
+    return { made, start, end };
   }
 
   // What is said of a piece when it is pointed at.
   #sayProblems(target) {
     const piece = target.closest?.('.wrong-error, .wrong-warning');
     if (!piece || piece.title) return;
-    const at = this.#places.get(piece);
-    const around = this.model.problems.filter(({ start, end }) => start <= at && at < end).slice(0, 5);
+    const around = this.model.problemsAt(this.#places.get(piece));
     piece.title = around.map(({ message }) => shownWords(message)).join('; ');
   }
 

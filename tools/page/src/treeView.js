@@ -18,26 +18,30 @@ const useWords = {
 export class TreeView {
   #list;
   #open = new Map(); // path to whether a group is open, as people set it
-  rows = [];
+  rows = []; // the numbers of the pairs that are listed
 
   constructor({ onNode, onEdit }) {
     this.#list = new VirtualList(byId('tree'), {
       rowHeight: 32,
       rowRole: 'treeitem',
       fill: (row, index) => this.#fill(row, index),
-      onActive: (index) => onNode(this.rows[index]),
+      onActive: (index) => onNode(this.#at(index)),
       onKey: (event) => this.#key(event),
     });
     Object.assign(this, { onNode, onEdit });
     this.#list.root.addEventListener('dblclick', () => this.#editActive());
     this.#list.root.addEventListener('click', (event) => {
       const row = event.target.closest('.row');
-      if (row && event.target.closest('.twisty')) this.#toggle(this.rows[row.dataset.index]);
+      if (row && event.target.closest('.twisty')) this.#toggle(this.#at(row.dataset.index));
     });
   }
 
   get active() {
-    return this.rows[this.#list.active];
+    return this.#at(this.#list.active);
+  }
+
+  #at(index) {
+    return index in this.rows ? this.model.node(this.rows[index]) : undefined;
   }
 
   /** Shows a message; the pair with the same path stays the active one. */
@@ -47,22 +51,15 @@ export class TreeView {
     this.#list.active = -1;
     this.#list.root.scrollTop = 0;
     this.#layOut();
-    this.choose(this.model.find(path ?? '') ?? this.rows[Math.min(4, this.rows.length - 1)], true);
+    this.choose(this.model.find(path ?? '') ?? this.#at(Math.min(4, this.rows.length - 1)), true);
   }
 
   #isOpen(node) {
-    return this.#open.get(node.path) ?? (this.model.nodes.length <= manyNodes || node.depth < 2);
+    return this.#open.get(node.path) ?? (this.model.count <= manyNodes || node.depth < 2);
   }
 
   #layOut() {
-    this.rows = [...this.model.header];
-    const add = (nodes) => {
-      for (const node of nodes) {
-        this.rows.push(node);
-        if (node.count !== undefined && this.#isOpen(node)) add(node.children);
-      }
-    };
-    add(this.model.nodes[0].children);
+    this.rows = this.model.listed((at) => this.#isOpen(this.model.node(at)));
     this.#list.setCount(this.rows.length);
   }
 
@@ -70,11 +67,11 @@ export class TreeView {
   choose(node, isQuiet = false) {
     if (!node) return;
     for (let at = node; at.parent > 0; ) {
-      at = this.model.nodes[at.parent];
+      at = this.model.node(at.parent);
       if (!this.#isOpen(at)) this.#open.set(at.path, true);
     }
     this.#layOut();
-    this.#list.activate(this.rows.indexOf(node), true);
+    this.#list.activate(this.rows.indexOf(node.at), true);
     if (!isQuiet) this.onNode(node);
   }
 
@@ -97,7 +94,18 @@ export class TreeView {
     if (node?.count === undefined) return;
     this.#open.set(node.path, isOpen);
     this.#layOut();
-    this.#list.activate(this.rows.indexOf(node), true);
+    this.#list.activate(this.rows.indexOf(node.at), true);
+  }
+
+  #openAll() {
+    for (let before = -1; before < this.rows.length; ) {
+      before = this.rows.length;
+      for (const at of this.rows) {
+        const { count, path } = this.model.node(at);
+        if (count !== undefined) this.#open.set(path, true);
+      }
+      this.#layOut();
+    }
   }
 
   #editActive() {
@@ -113,9 +121,9 @@ export class TreeView {
       else this.#toggle(node, true);
     } else if (event.key === 'ArrowLeft') {
       if (node.count !== undefined && this.#isOpen(node)) this.#toggle(node, false);
-      else if (node.parent > 0) this.choose(this.model.nodes[node.parent]);
+      else if (node.parent > 0) this.choose(this.model.node(node.parent));
     } else if (event.key === '*') {
-      for (const group of this.model.nodes) if (group.count !== undefined) this.#open.set(group.path, true);
+      this.#openAll();
       this.choose(node);
     } else if (event.key === 'Enter' || event.key === 'F2') {
       this.#editActive();
@@ -126,13 +134,14 @@ export class TreeView {
   }
 
   #fill(row, index) {
-    const node = this.rows[index];
+    const node = this.#at(index);
     const isGroup = node.count !== undefined;
     row.setAttribute('aria-level', node.depth);
     if (isGroup) row.setAttribute('aria-expanded', this.#isOpen(node));
     else row.removeAttribute('aria-expanded');
-    const worst = node.problems.some(({ severity }) => severity === 'error') ? 'error' : 'warning';
-    row.className = `row treeRow use-${node.use}${node.problems.length > 0 ? ` has-${worst}` : ''}`;
+    const { problems } = node;
+    const worst = problems[0]?.severity;
+    row.className = `row treeRow use-${node.use}${worst ? ` has-${worst}` : ''}`;
     row.style.setProperty('--depth', node.depth);
     row.dataset.path = node.path;
     row.replaceChildren(
@@ -141,7 +150,7 @@ export class TreeView {
       element('span', { class: valueClass(node) }, ...shown(valueWords(node))),
       element('span', { class: 'treeKind' }, useWords[node.use] ?? node.field?.words ?? 'unknown'),
     );
-    const words = node.problems.slice(0, 5).map(({ message }) => shownWords(message)).join('; ');
+    const words = problems.map(({ message }) => shownWords(message)).join('; ');
     row.title = words;
     if (words) row.append(element('span', { class: 'visuallyHidden' }, `, ${worst}: ${words}`));
   }
@@ -150,10 +159,10 @@ export class TreeView {
 function valueClass(node) {
   if (node.count !== undefined) return 'treeValue group';
   const isDefault = node.field?.default !== undefined && node.field.default === node.value;
-  return `treeValue kind-${(node.field?.kind ?? 'unknown').split(' ').at(-1)}${isDefault ? ' default' : ''}`;
+  return `treeValue holds-${node.field?.holds ?? 'unknown'}${isDefault ? ' default' : ''}`;
 }
 
 function valueWords(node) {
-  if (node.count !== undefined) return counted(node.count, node.children[0].element ? 'element' : 'key');
+  if (node.count !== undefined) return counted(node.count, node.firstChild.element ? 'element' : 'key');
   return node.value ?? '';
 }
