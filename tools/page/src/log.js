@@ -186,6 +186,11 @@ export class Log {
     return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), options);
   }
 
+  /** The order in which some numbers are to stand so that they rise. */
+  async orderOf(numbers) {
+    return (await this.asking.run('order', { numbers })).order;
+  }
+
   /** Puts another message in a row's place. `described` is the core's row of it. */
   async change(row, bytes, described, core) {
     const { columns } = this;

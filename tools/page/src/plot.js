@@ -1,6 +1,7 @@
 // Numbers of a log's messages drawn over time or sequence, several together, with a status as bands behind them.
 import uPlot from 'uplot';
-import { announce, busy, byId, element, option, setOptions } from './elements.js';
+import { Curve, drawn, extent, nearestPlace, nextPlace } from './curves.js';
+import { announce, busy, byId, element, nextTask, option, setOptions } from './elements.js';
 import { colour, onColourChange, seriesColour } from './colours.js';
 import { Cancelled } from './reader.js';
 import { lowerBound } from './search.js';
@@ -19,13 +20,17 @@ const timeTicks = (hasDate) => [
 ];
 
 export class Plot {
-  #curves = []; // { id, path, rows, numbers, end }: the rows in front of `end` are known
-  #bands; // { id, path, names, rows, numbers }
+  #curves = [];
+  #bands; // a curve too
   #chart;
   #isOverChosen = false; // by people
   #kinds; // how many the keys are of
   #stretches = []; // of the bands
-  #latest = []; // of each curve, its latest value at each place
+  #whole; // first and last place of the curves
+  #range; // what is shown of it; nothing for all
+  #place; // that the keyboard goes to
+  #readPlace; // that was read off
+  #round = 0;
 
   constructor(catalogue) {
     this.catalogue = catalogue;
@@ -35,10 +40,10 @@ export class Plot {
     });
     byId('plotOver').addEventListener('change', () => {
       this.#isOverChosen = true;
-      this.draw();
+      busy(this.#placeAll());
     });
     byId('plotBands').addEventListener('change', () => busy(this.#chooseBands()));
-    byId('plotWhole').addEventListener('click', () => this.#showWhole());
+    byId('plotWhole').addEventListener('click', () => this.#show(undefined));
     byId('plot').addEventListener('keydown', (event) => this.#key(event));
     new ResizeObserver(() => this.#resize()).observe(byId('plot'));
     onColourChange(() => this.draw());
@@ -88,16 +93,16 @@ export class Plot {
       byId('plotProblem').textContent = `There are ${mostCurves} curves: take one away first.`;
       return;
     }
-    const curve = await this.#read(id, path);
+    const curve = await this.#read(this.keys.find((one) => one.id === id && one.path === path));
     if (!curve) return;
     this.#curves.push(curve);
-    this.draw();
+    await this.#placeAll();
     announce(`${path}: ${counted(curve.rows.length, 'value')} drawn${this.log.isComplete ? '' : ' so far: the log is still being read'}.`);
   }
 
-  async #read(id, path) {
+  async #read(key) {
     const { log } = this;
-    const curve = { id, path, rows: [], numbers: [] };
+    const curve = new Curve(key);
     try {
       await this.#readOn(log, curve);
       return this.log === log ? curve : undefined;
@@ -107,19 +112,10 @@ export class Plot {
     }
   }
 
-  // Takes the numbers of the messages that a curve has not yet.
   async #readOn(log, curve) {
-    const rows = [];
-    const { columns, count } = log;
-    for (let row = curve.end ?? 0; row < count; ++row) if (columns.id[row] === curve.id) rows.push(row);
     const onProgress = (share) => (byId('plotReading').textContent = `Reading ${curve.path}: ${Math.round(100 * share)} %`);
-    const numbers = await log.series(rows, curve.path, { onProgress });
+    await curve.readOn(log, { onProgress });
     byId('plotReading').textContent = '';
-    curve.end = count;
-    for (const [at, row] of rows.entries()) {
-      curve.rows.push(row);
-      curve.numbers.push(numbers[at]);
-    }
   }
 
   #all() {
@@ -130,95 +126,71 @@ export class Plot {
   async noteComplete() {
     const { log } = this;
     this.refresh();
-    if (this.#all().length === 0) return;
     for (const curve of this.#all()) {
-      if (log.files.length > 1) Object.assign(curve, { rows: [], numbers: [], end: 0 }); // they stand in another order now
+      if (log.files.length > 1) curve.forget(); // the messages stand in another order now
       await this.#readOn(log, curve);
       if (this.log !== log) return;
     }
-    this.draw();
+    await this.#placeAll();
   }
 
   /** A message was changed. */
   async update(row) {
     const { log } = this;
-    for (const curve of this.#all()) {
-      const at = lowerBound(curve.rows, row);
-      const isOfKind = log.columns.id[row] === curve.id;
-      if (curve.rows[at] !== row && isOfKind) {
-        curve.rows.splice(at, 0, row);
-        curve.numbers.splice(at, 0, NaN);
-      }
-      if (curve.rows[at] === row) curve.numbers[at] = isOfKind ? (await log.series([row], curve.path))[0] : NaN;
-    }
+    for (const curve of this.#all()) await curve.update(log, row);
+    if (this.log !== log) return;
     this.refresh();
-    if (this.log === log && this.#all().length > 0) this.draw();
+    await this.#placeAll();
   }
 
   async #chooseBands() {
     const key = this.keys.find(({ label }) => label === byId('plotBands').value);
-    this.#bands = key && (await this.#read(key.id, key.path));
-    if (this.#bands) this.#bands.names = key.names;
-    this.draw();
+    this.#bands = key && (await this.#read(key));
+    await this.#placeAll();
   }
 
-  // A curve's points in order of their places; those without a place or a value are left out.
-  #points({ rows, numbers }) {
-    const { columns } = this.log;
+  // Puts all points where they belong, and draws them.
+  async #placeAll() {
+    const { log } = this;
+    const round = ++this.#round;
     const isTime = byId('plotOver').value === 'time';
-    let xs = new Float64Array(rows.length);
-    let ys = new Float64Array(rows.length);
-    let count = 0;
-    let isOrdered = true;
-    for (let at = 0; at < rows.length; ++at) {
-      const x = isTime ? columns.microseconds[rows[at]] / 1e6 : columns.sequence[rows[at]];
-      if (!Number.isFinite(numbers[at]) || !Number.isFinite(x)) continue;
-      isOrdered &&= count === 0 || xs[count - 1] <= x;
-      xs[count] = x;
-      ys[count++] = numbers[at];
+    for (const curve of this.#all()) {
+      await curve.place(log, isTime);
+      await nextTask();
     }
-    xs = xs.subarray(0, count);
-    ys = ys.subarray(0, count);
-    if (isOrdered) return { xs, ys };
-    const order = Uint32Array.from(xs, (_x, at) => at).sort((left, right) => xs[left] - xs[right]);
-    return { xs: xs.map((_x, at) => xs[order[at]]), ys: ys.map((_y, at) => ys[order[at]]) };
-  }
-
-  // All curves over one row of places; null where a curve has no value. Also, of each place, each curve's latest value.
-  #data() {
-    const curves = this.#curves.map((curve) => this.#points(curve));
-    if (curves.length === 1) {
-      this.#latest = [curves[0].ys];
-      return [curves[0].xs, curves[0].ys];
-    }
-    const next = curves.map(() => 0);
-    const places = [];
-    const values = curves.map(() => []);
-    this.#latest = curves.map(() => []);
-    for (;;) {
-      let x = Infinity;
-      for (let at = 0; at < curves.length; ++at) if (next[at] < curves[at].xs.length) x = Math.min(x, curves[at].xs[next[at]]);
-      if (x === Infinity) return [places, ...values];
-      places.push(x);
-      for (let at = 0; at < curves.length; ++at) {
-        const value = curves[at].xs[next[at]] === x ? curves[at].ys[next[at]++] : null;
-        values[at].push(value);
-        this.#latest[at].push(value ?? this.#latest[at].at(-1));
-      }
-    }
+    if (this.log !== log || round !== this.#round) return;
+    this.#stretches = this.#bands?.stretches() ?? [];
+    this.#range = undefined;
+    this.draw();
   }
 
   draw() {
     this.#chart?.destroy();
     this.#chart = undefined;
     byId('plotHint').hidden = this.#curves.length > 0;
-    byId('plotWhole').hidden = true;
     this.#listCurves();
     if (!this.log || this.#curves.length === 0 || byId('plotPanel').hidden) return;
-    this.#findStretches();
-    this.#chart = new uPlot(this.#options(), this.#data(), byId('plot'));
+    this.#whole = extent(this.#curves) ?? [0, 1];
+    const chart = new uPlot(this.#options(), [[]], byId('plot'));
+    this.#chart = chart;
+    this.#show(this.#range);
     const bands = this.#bands ? `, with bands of ${this.#bands.path}` : '';
     byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}${bands}`);
+  }
+
+  /** Shows a stretch of the places, or all. */
+  #show(range) {
+    const [first, last] = this.#whole;
+    const [from, to] = range ? [Math.max(first, range[0]), Math.min(last, range[1])] : this.#whole;
+    const isWhole = from <= first && to >= last;
+    this.#range = isWhole ? undefined : [from, to];
+    byId('plotWhole').hidden = isWhole;
+    const chart = this.#chart;
+    if (!chart) return;
+    chart.batch(() => {
+      chart.setData(drawn(this.#curves, [from, to], Math.max(100, Math.round(chart.bbox.width / (devicePixelRatio || 1)))), false);
+      chart.setScale('x', to > from ? { min: from, max: to } : { min: from - 1, max: from + 1 });
+    });
   }
 
   #options() {
@@ -231,87 +203,82 @@ export class Plot {
       ticks: { stroke: colour('line'), width: 1 },
     };
     // The scales of the first two curves stand at the left and at the right.
-    const valueAxes = this.#curves.slice(0, 2).map(({ path }, at) => ({
+    const valueAxes = this.#curves.slice(0, 2).map((curve, at) => ({
       ...axis,
-      scale: path,
+      ...(curve.isState ? { values: (_plot, values) => values.map((value) => (Number.isInteger(value) ? curve.nameOf(value) : '')), incrs: [1, 2, 5, 10] } : {}),
+      scale: curve.path,
       side: at === 0 ? 3 : 1,
       stroke: seriesColour(at),
       grid: at === 0 ? axis.grid : { show: false },
-      size: 64,
+      size: curve.isState ? 110 : 64,
     }));
     return {
       width: byId('plot').clientWidth,
       height: this.#height(),
       legend: { show: false },
       tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1e3), 'Etc/UTC'),
-      cursor: { drag: { x: true, y: false } },
+      cursor: { drag: { x: true, y: false, setScale: false } },
       scales: { x: { time: isTime } },
-      series: [{}, ...this.#curves.map(({ path }, at) => curveStyle(path, seriesColour(at)))],
+      series: [{}, ...this.#curves.map((curve, at) => curveStyle(curve, seriesColour(at)))],
       axes: [{ ...axis, ...(isTime ? { values: timeTicks(hasDate), space: 90 } : {}) }, ...valueAxes],
       hooks: {
         drawClear: [(plot) => this.#drawBands(plot)],
-        setScale: [(plot, key) => key === 'x' && this.#noteZoom(plot)],
+        setSelect: [(plot) => this.#zoomToSelection(plot)],
         setCursor: [(plot) => this.#noteCursor(plot)],
       },
     };
-  }
-
-  // The stretches in which a status stayed the same, in order.
-  #findStretches() {
-    this.#stretches = [];
-    if (!this.#bands) return;
-    const { names } = this.#bands;
-    const { xs, ys } = this.#points(this.#bands);
-    for (let at = 0; at < xs.length; ++at) {
-      const latest = this.#stretches.at(-1);
-      if (latest?.value === ys[at]) continue;
-      if (latest) latest.end = xs[at];
-      this.#stretches.push({ value: ys[at], name: names?.[ys[at]] ?? String(ys[at]), start: xs[at], end: Infinity });
-    }
   }
 
   #drawBands(plot) {
     if (!this.#bands) return;
     const { ctx: context, bbox } = plot;
     const ratio = devicePixelRatio || 1;
-    const values = [...new Set(this.#bands.numbers)].sort((left, right) => left - right);
+    const { min, max } = plot.scales.x;
+    const values = [...new Set(this.#stretches.map(({ value }) => value))].sort((left, right) => left - right);
+    const colours = new Map(values.map((value, at) => [value, seriesColour(at + 2)]));
+    const muted = colour('muted');
     context.save();
     context.font = `${11 * ratio}px ${getComputedStyle(document.body).fontFamily}`;
     context.textBaseline = 'top';
-    for (const { value, name, start, end } of this.#stretches) {
+    const last = lowerBound(this.#stretches, max, ({ start }) => start);
+    let drawnTo = bbox.left;
+    for (let at = Math.max(0, lowerBound(this.#stretches, min, ({ start }) => start) - 1); at < last; ++at) {
+      const { value, name, start, end } = this.#stretches[at];
       const left = Math.max(bbox.left, plot.valToPos(start, 'x', true));
       const right = Math.min(bbox.left + bbox.width, end === Infinity ? Infinity : plot.valToPos(end, 'x', true));
-      if (right <= left) continue;
+      if (right - drawnTo < 0.5) continue; // it would not be seen
+      drawnTo = right;
       context.globalAlpha = 0.14;
-      context.fillStyle = seriesColour(values.indexOf(value) + 2);
+      context.fillStyle = colours.get(value);
       context.fillRect(left, bbox.top, right - left, bbox.height);
       context.globalAlpha = 1;
-      context.fillStyle = colour('muted');
-      if (context.measureText(name).width + 8 * ratio < right - left) context.fillText(name, left + 4 * ratio, bbox.top + 4 * ratio);
+      context.fillStyle = muted;
+      if (right - left > 20 * ratio && context.measureText(name).width + 8 * ratio < right - left) context.fillText(name, left + 4 * ratio, bbox.top + 4 * ratio);
     }
     context.restore();
   }
 
-  #noteZoom(plot) {
-    const places = plot.data[0];
-    const { min, max } = plot.scales.x;
-    byId('plotWhole').hidden = !(places.length > 0 && (min > places[0] || max < places.at(-1)));
+  #zoomToSelection(plot) {
+    const { left, width } = plot.select;
+    if (width < 5) return;
+    this.#show([plot.posToVal(left, 'x'), plot.posToVal(left + width, 'x')]);
+    plot.setSelect({ left: 0, top: 0, width: 0, height: 0 }, false);
   }
 
   #noteCursor(plot) {
-    const at = plot.cursor.idx;
-    if (at === null || at === undefined) return;
-    const values = this.#curves.map(({ path }, curve) => [path, this.#latest[curve][at]]);
-    const x = plot.data[0][at];
+    const { left } = plot.cursor;
+    const x = this.#place ?? (left >= 0 ? nearestPlace(this.#curves, plot.posToVal(left, 'x')) : undefined);
+    if (x === undefined) return;
+    this.#readPlace = x;
+    const values = this.#curves.map((curve) => [curve.path, curve.isState ? this.#nameAt(curve, x) : curve.ys[curve.lastUpTo(x)]]);
     const when = byId('plotOver').value === 'time' ? timeInWords(x * 1e6, this.log.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
-    const band = this.#stretches[lowerBound(this.#stretches, x + 1e-9, ({ start }) => start) - 1];
-    if (band) values.push([this.#bands.path, band.name]);
+    if (this.#bands) values.push([this.#bands.path, this.#nameAt(this.#bands, x)]);
     byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value ?? 'not yet known'}`).join(', ')}`;
   }
 
-  #showWhole() {
-    const places = this.#chart?.data[0];
-    if (places?.length) this.#chart.setScale('x', { min: places[0], max: places.at(-1) });
+  #nameAt(curve, x) {
+    const at = curve.lastUpTo(x);
+    return at < 0 ? undefined : curve.nameOf(curve.ys[at]);
   }
 
   #listCurves() {
@@ -343,40 +310,44 @@ export class Plot {
 
   #resize() {
     const width = byId('plot').clientWidth;
-    if (this.#chart && width > 0 && width !== this.#chart.width) this.#chart.setSize({ width, height: this.#height() });
+    if (!this.#chart || width === 0 || width === this.#chart.width) return;
+    this.#chart.setSize({ width, height: this.#height() });
+    this.#show(this.#range);
   }
 
   // Reads off and zooms without a pointer.
   #key(event) {
-    const plot = this.#chart;
-    if (!plot) return;
-    const last = plot.data[0].length - 1;
-    const at = plot.cursor.idx ?? -1;
-    const steps = { ArrowRight: at + 1, ArrowLeft: at - 1, Home: 0, End: last };
-    if (event.key in steps) {
-      const next = Math.min(last, Math.max(0, steps[event.key]));
-      const left = plot.valToPos(plot.data[0][next], 'x');
-      const path = plot.data.slice(1).findIndex((values) => values[next] !== null);
-      plot.setCursor({ left, top: plot.valToPos(plot.data[path + 1][next], this.#curves[path].path) });
-    } else if (event.key === '+' || event.key === '-') {
-      this.#zoom(event.key === '+' ? 0.5 : 2);
-    } else if (event.key === 'Escape') {
-      this.#showWhole();
-    } else {
-      return;
-    }
+    if (!this.#chart) return;
+    const [first, last] = this.#range ?? this.#whole;
+    const x = this.#readPlace;
+    const next = (isBack) => (x === undefined ? first : nextPlace(this.#curves, x, isBack));
+    const places = { ArrowRight: () => next(false), ArrowLeft: () => next(true), Home: () => nearestPlace(this.#curves, first), End: () => nearestPlace(this.#curves, last) };
+    if (event.key in places) this.#goTo(places[event.key]());
+    else if (event.key === '+' || event.key === '-') this.#zoom(event.key === '+' ? 0.5 : 2);
+    else if (event.key === 'Escape') this.#show(undefined);
+    else return;
     event.preventDefault();
   }
 
-  // About the cursor.
-  #zoom(factor) {
+  #goTo(x) {
     const plot = this.#chart;
-    const places = plot.data[0];
-    const { min, max } = plot.scales.x;
-    const middle = places[plot.cursor.idx ?? -1] ?? (min + max) / 2;
-    const half = ((max - min) * factor) / 2;
-    plot.setScale('x', { min: Math.max(places[0], middle - half), max: Math.min(places.at(-1), middle + half) });
+    const curve = this.#curves.find((one) => one.xs[one.lastUpTo(x)] === x);
+    if (!curve) return;
+    this.#place = x;
+    plot.setCursor({ left: plot.valToPos(x, 'x'), top: plot.valToPos(curve.ys[curve.lastUpTo(x)], curve.path) });
+    this.#place = undefined;
+  }
+
+  // About what was read off.
+  #zoom(factor) {
+    const { min, max } = this.#chart.scales.x;
+    const x = this.#readPlace;
+    const middle = x >= min && x <= max ? x : (min + max) / 2;
+    this.#show([middle - (middle - min) * factor, middle + (max - middle) * factor]);
   }
 }
 
-const curveStyle = (path, stroke) => ({ label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 } });
+function curveStyle({ path, isState }, stroke) {
+  const steps = isState ? { paths: uPlot.paths.stepped({ align: 1 }) } : {};
+  return { label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 }, ...steps };
+}

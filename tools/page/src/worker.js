@@ -99,6 +99,11 @@ const jobs = {
     return { numbers };
   },
 
+  // The places of numbers in their order.
+  async order({ numbers }) {
+    return { order: Uint32Array.from(numbers.keys()).sort((left, right) => numbers[left] - numbers[right] || left - right) };
+  },
+
   async call({ name, parameters }) {
     return { result: core[name](...parameters) };
   },

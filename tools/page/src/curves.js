@@ -1,0 +1,172 @@
+// What a plot draws: the numbers at a key of the log's messages, and what of them is drawn of a stretch of any length.
+import { firstWhere, lowerBound } from './search.js';
+
+const together = (Type, first, second) => {
+  const both = new Type(first.length + second.length);
+  both.set(first);
+  both.set(second, first.length);
+  return both;
+};
+
+export class Curve {
+  rows = new Uint32Array(); // of its kind, in order
+  numbers = new Float64Array(); // not a number where there is none
+  end = 0; // the rows in front of it are known
+  // Its points in order of their places: place, value and row.
+  xs = new Float64Array();
+  ys = new Float64Array();
+  at = new Uint32Array();
+
+  /** number: { id, path, holds, names } of the catalogue. */
+  constructor(number) {
+    Object.assign(this, number);
+  }
+
+  /** Whether it goes from value to value by steps. */
+  get isState() {
+    return this.holds === 'name' || this.holds === 'boolean';
+  }
+
+  nameOf(value) {
+    return this.holds === 'boolean' ? ['FALSE', 'TRUE'][value] : (this.names?.[value] ?? String(value));
+  }
+
+  /** Takes the numbers of the messages that it has not yet. */
+  async readOn(log, options) {
+    const { columns, count } = log;
+    const rows = new Uint32Array(count - this.end);
+    let found = 0;
+    for (let row = this.end; row < count; ++row) if (columns.id[row] === this.id) rows[found++] = row;
+    const more = rows.slice(0, found);
+    const numbers = await log.series(more, this.path, options);
+    this.end = count;
+    this.rows = together(Uint32Array, this.rows, more);
+    this.numbers = together(Float64Array, this.numbers, numbers);
+  }
+
+  /** The rows stand in another order now: all is to be read again. */
+  forget() {
+    Object.assign(this, { rows: new Uint32Array(), numbers: new Float64Array(), end: 0 });
+  }
+
+  /** A message was changed. */
+  async update(log, row) {
+    const isOfKind = log.columns.id[row] === this.id;
+    const at = lowerBound(this.rows, row);
+    if (this.rows[at] !== row && isOfKind) {
+      this.rows = together(Uint32Array, together(Uint32Array, this.rows.subarray(0, at), [row]), this.rows.subarray(at));
+      this.numbers = together(Float64Array, together(Float64Array, this.numbers.subarray(0, at), [NaN]), this.numbers.subarray(at));
+    }
+    if (this.rows[at] === row) this.numbers[at] = isOfKind ? (await log.series([row], this.path))[0] : NaN;
+  }
+
+  /** Puts its points in order of time, or of sequence numbers; those without a place or a value are left out. */
+  async place(log, isTime) {
+    const { microseconds, sequence } = log.columns;
+    const { rows, numbers } = this;
+    let xs = new Float64Array(rows.length);
+    let at = new Uint32Array(rows.length);
+    let count = 0;
+    let isOrdered = true;
+    for (let i = 0; i < rows.length; ++i) {
+      const x = isTime ? microseconds[rows[i]] / 1e6 : sequence[rows[i]];
+      if (!Number.isFinite(numbers[i]) || !Number.isFinite(x)) continue;
+      isOrdered &&= count === 0 || xs[count - 1] <= x;
+      xs[count] = x;
+      at[count++] = i;
+    }
+    xs = xs.slice(0, count);
+    at = at.slice(0, count);
+    if (!isOrdered) {
+      const order = await log.orderOf(xs);
+      xs = xs.map((_x, i) => xs[order[i]]);
+      at = at.map((_at, i) => at[order[i]]);
+    }
+    Object.assign(this, { xs, ys: Float64Array.from(at, (i) => numbers[i]), at: at.map((i) => rows[i]) });
+  }
+
+  /** The number of its last point at a place or in front of it; -1 when there is none. */
+  lastUpTo(x) {
+    return firstWhere(this.xs.length, (at) => this.xs[at] > x) - 1;
+  }
+
+  /** The stretches in which it stayed the same, in order. */
+  stretches() {
+    const found = [];
+    for (let at = 0; at < this.xs.length; ++at) {
+      const latest = found.at(-1);
+      if (latest?.value === this.ys[at]) continue;
+      if (latest) latest.end = this.xs[at];
+      found.push({ value: this.ys[at], name: this.nameOf(this.ys[at]), start: this.xs[at], end: Infinity });
+    }
+    return found;
+  }
+}
+
+/** First and last place of some curves; nothing when they have none. */
+export function extent(curves) {
+  const some = curves.filter(({ xs }) => xs.length > 0);
+  if (some.length === 0) return undefined;
+  return [Math.min(...some.map(({ xs }) => xs[0])), Math.max(...some.map(({ xs }) => xs.at(-1)))];
+}
+
+/** The nearest place of a point. */
+export function nearestPlace(curves, x) {
+  let nearest;
+  for (const { xs } of curves)
+    for (const at of [lowerBound(xs, x) - 1, lowerBound(xs, x)])
+      if (at in xs && !(Math.abs(xs[at] - x) >= Math.abs(nearest - x))) nearest = xs[at];
+  return nearest;
+}
+
+/** The place of the next point behind a place, or of the one before. */
+export function nextPlace(curves, x, isBack) {
+  const places = curves.map(({ xs }) => (isBack ? xs[lowerBound(xs, x) - 1] : xs[firstWhere(xs.length, (at) => xs[at] > x)]));
+  const there = places.filter((place) => place !== undefined);
+  if (there.length === 0) return undefined;
+  return isBack ? Math.max(...there) : Math.min(...there);
+}
+
+// All points of some stretches of curves over one row of places; null where a curve has no value.
+function merged(curves, stretches) {
+  const next = stretches.map(([first]) => first);
+  const places = [];
+  const values = curves.map(() => []);
+  for (;;) {
+    let x = Infinity;
+    for (const [i, { xs }] of curves.entries()) if (next[i] < stretches[i][1]) x = Math.min(x, xs[next[i]]);
+    if (x === Infinity) return [places, ...values];
+    places.push(x);
+    for (const [i, { xs, ys }] of curves.entries()) values[i].push(next[i] < stretches[i][1] && xs[next[i]] === x ? ys[next[i]++] : null);
+  }
+}
+
+// Of each curve and column of pixels, the least and the greatest value, in the order in which they come.
+function envelope(curves, stretches, from, to, columns) {
+  const width = (to - from) / columns;
+  const places = Array.from({ length: 2 * columns }, (_one, at) => from + (at / 2 + 0.25) * width);
+  const values = curves.map(({ xs, ys }, i) => {
+    const drawn = new Array(2 * columns).fill(null);
+    for (let at = stretches[i][0]; at < stretches[i][1]; ) {
+      const column = Math.min(columns - 1, Math.max(0, Math.floor((xs[at] - from) / width)));
+      const end = column === columns - 1 ? Infinity : from + (column + 1) * width;
+      let least = at;
+      let greatest = at;
+      for (++at; at < stretches[i][1] && xs[at] < end; ++at) {
+        if (ys[at] < ys[least]) least = at;
+        if (ys[at] > ys[greatest]) greatest = at;
+      }
+      drawn[2 * column] = ys[Math.min(least, greatest)];
+      if (least !== greatest) drawn[2 * column + 1] = ys[Math.max(least, greatest)];
+    }
+    return drawn;
+  });
+  return [places, ...values];
+}
+
+/** What is drawn of a stretch of the curves: every point, or as much of them as can be seen. */
+export function drawn(curves, [from, to], columns) {
+  const stretches = curves.map(({ xs }) => [Math.max(0, lowerBound(xs, from) - 1), Math.min(xs.length, firstWhere(xs.length, (at) => xs[at] > to) + 1)]);
+  const count = stretches.reduce((sum, [first, last]) => sum + last - first, 0);
+  return count <= 2 * columns || to <= from ? merged(curves, stretches) : envelope(curves, stretches, from, to, columns);
+}
