@@ -30,7 +30,7 @@ export async function withPage(use, { width = 1400, height = 900, isDark = false
       acceptDownloads: true,
     });
     const page = await context.newPage();
-    page.setDefaultTimeout(10_000);
+    page.setDefaultTimeout(60_000); // for what the machine may have to do beside
     const wrong = [];
     page.on('pageerror', (error) => wrong.push(error.message));
     page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));

@@ -87,7 +87,6 @@ const damages = {
 test('every sample, as it is', { timeout: 300_000 }, async () => {
   await withPage(async (page) => {
     for (const { name, text } of samples) {
-      await page.setViewportSize({ width: 1400, height: 12_000 });
       await compare(page, Buffer.from(text), true).catch((error) => assert.fail(`${name}: ${error.stack}`));
     }
   });

@@ -31,8 +31,14 @@ export class Curve {
     return this.holds === 'boolean' ? ['FALSE', 'TRUE'][value] : (this.names?.[value] ?? String(value));
   }
 
-  /** Takes the numbers of the messages that it has not yet. */
+  /** Takes the numbers of the messages that it has not yet, of all when the log is complete. */
   async readOn(log, options) {
+    do await this.#readSome(log, options);
+    while (log.isComplete && (this.end < log.count || this.order !== log.order));
+  }
+
+  async #readSome(log, options) {
+    if (this.order !== log.order) Object.assign(this, { order: log.order, rows: new Uint32Array(), numbers: new Float64Array(), end: 0 });
     const { columns, count } = log;
     const rows = new Uint32Array(count - this.end);
     let found = 0;
@@ -42,11 +48,6 @@ export class Curve {
     this.end = count;
     this.rows = together(Uint32Array, this.rows, more);
     this.numbers = together(Float64Array, this.numbers, numbers);
-  }
-
-  /** The rows stand in another order now: all is to be read again. */
-  forget() {
-    Object.assign(this, { rows: new Uint32Array(), numbers: new Float64Array(), end: 0 });
   }
 
   /** A message was changed. */

@@ -13,6 +13,7 @@ export class Log {
   notes = []; // what was done to read it
   done = 0;
   isComplete = false;
+  order = 0; // changes when the messages stand in another one
   #stop = new AbortController();
 
   /** files: [{ name, blob }]; `asking` is the worker for what is asked while another reads. */
@@ -107,6 +108,7 @@ export class Log {
     }
     const rows = Uint32Array.from(keys, (_key, row) => row).sort((left, right) => (keys[left] === keys[right] ? left - right : keys[left] - keys[right]));
     columns.order(rows);
+    ++this.order;
     const places = new Uint32Array(count);
     rows.forEach((row, place) => (places[row] = place));
     return places;

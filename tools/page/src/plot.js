@@ -127,7 +127,6 @@ export class Plot {
     const { log } = this;
     this.refresh();
     for (const curve of this.#all()) {
-      if (log.files.length > 1) curve.forget(); // the messages stand in another order now
       await this.#readOn(log, curve);
       if (this.log !== log) return;
     }
