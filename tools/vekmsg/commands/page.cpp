@@ -213,7 +213,7 @@ int runPage(const pageArguments_t &arguments) {
         for (const std::string_view key : inspect::schema().keys())
             page.append(key).append("\n");
     else if (arguments.kind == "findings")
-        for (const inspect::findingKind_t &kind : inspect::findingKinds())
+        for (const inspect::findingKind_t &kind : inspect::findingKinds)
             page.append(kind.name).append("\n");
     else
         throw usageError_t("there are the pages man, bash, zsh, names, keys and findings");

@@ -3,6 +3,7 @@
 // Pure functions over a tree. Findings own their words.
 #pragma once
 
+#include "vek/inspect/check/findingKinds.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <bitset>
@@ -15,80 +16,6 @@
 #include <vector>
 
 namespace vek::inspect {
-
-enum class severity_t : std::uint8_t {
-    warning, ///< unusual, but a host reads what was meant
-    error,   ///< a host reads something else, or nothing
-};
-
-/// What is found. Each has a stable name for people to write, see findingKinds().
-enum class findingCode_t : std::uint8_t {
-    // Of the envelope:
-    noStartMarker,
-    noEndMarker,
-    noId,
-    unknownId,
-    noStructure,
-    wrongLength,
-    headerNumber,
-    trailingText,
-    innerNul,
-    tooLong,
-    bodyShape,
-    // Of the pairs:
-    unbalancedBrace,
-    openQuote,
-    unknownKey,
-    duplicateKey,
-    missingKey,
-    keyOrder,
-    lineBreak,
-    swallowedToken,
-    emptyValue,
-    strayValue,
-    surplusValue,
-    positionalBody,
-    keyedList,
-    separators,
-    missingSeparator,
-    quotedValue,
-    nestedMissing,
-    // Of the values:
-    noNumber,
-    trailingCharacters,
-    numberRange,
-    numberSpelling,
-    unknownName,
-    noBoolean,
-    decimalComma,
-    countMismatch,
-    listForm,
-    beyondRoom,
-    controlCharacter,
-    leadingQuote,
-
-    endOfCodes, // no finding
-};
-inline constexpr std::size_t findingCodeCount = static_cast<std::size_t>(findingCode_t::endOfCodes);
-
-/// All there is to know of a finding before it is found.
-struct findingKind_t {
-    findingCode_t code{};
-    std::string_view name; ///< stable, in lower case with hyphens: "unknown-key"
-    severity_t severity{}; ///< at worst; in a milder form some are warnings
-    std::string_view about;
-};
-
-/// Every kind, in order of the codes.
-std::span<const findingKind_t, findingCodeCount> findingKinds();
-
-std::string_view findingName(findingCode_t code);
-severity_t worstSeverity(findingCode_t code);
-std::optional<findingCode_t> findingNamed(std::string_view name);
-
-constexpr std::string_view severityName(severity_t severity) {
-    return severity == severity_t::error ? "error" : "warning";
-}
 
 struct finding_t {
     findingCode_t code{};

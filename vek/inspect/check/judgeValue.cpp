@@ -43,7 +43,7 @@ std::string withoutOddCharacters(std::string_view word) {
 }
 
 valueFinding_t found(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
-    return {code, worstSeverity(code), {std::move(message), std::move(consequence), std::move(suggestion)}, true};
+    return {code, findingKind(code).severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
 }
 
 // A finding that is no error here.

@@ -89,7 +89,7 @@ private:
 
     template <class Words>
     void report(findingCode_t code, place_t place, const node_t *node, Words words) {
-        report(code, worstSeverity(code), place, node, std::move(words));
+        report(code, findingKind(code).severity, place, node, std::move(words));
     }
 
     /// Counts a finding, and asks `words` for its words if they are wanted.
