@@ -15,7 +15,7 @@ int main() {
         vek::CassetteArray cassettes;
         vek::Cassette &plates = cassettes.add();
         plates.name = "Plates";
-        plates.media.size = {1030.0, 800.0};
+        plates.media.size = {.width = 1030.0, .height = 800.0};
         for (const vek::Cassette *cassette : cassettes)
             std::cout << cassette->name.c_str() << " of vendor " << cassette->media.vendor.c_str() << '\n';
         std::cout << vek::print(cassettes) << '\n';

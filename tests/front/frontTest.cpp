@@ -3,8 +3,12 @@
 #include "tests/support/messages.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
+#include <algorithm>
 #include <cfenv>
+#include <cstring>
+#include <iterator>
 #include <limits>
+#include <new>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -120,7 +124,9 @@ TEST_F(FrontTest, ReadsViewsThatNoNulFollows) {
 TEST_F(FrontTest, NamesEnumerationsAndKeepsTheKindOfWhatIsAssignedTo) {
     Media media;
     media.type = VEK_MEDIA_PLATE;
-    EXPECT_EQ(nameOf<mediaType_t>(media.type), "mediaPlate_e");
+    EXPECT_TRUE(nameOf(media.type) == "mediaPlate_e" && nameOf<mediaType_t>(media.type) == "mediaPlate_e");
+    media.type = 2;
+    EXPECT_TRUE(media.type == VEK_MEDIA_PLATE && static_cast<mediaType_t>(media.type) == VEK_MEDIA_PLATE);
     EXPECT_EQ(nameOf(VEK_DATA_PATH_SCSI_CONNECTION), "SCSI_CONNECTION");
     EXPECT_EQ(nameOf<transport_t>(2), "");
     EXPECT_EQ(valueOf<exposurePolarity_t>("positive_e"), VEK_EXPOSURE_POSITIVE);
@@ -136,6 +142,23 @@ TEST_F(FrontTest, NamesEnumerationsAndKeepsTheKindOfWhatIsAssignedTo) {
     std::vector<Cassette> cassettes(2);
     cassettes.erase(cassettes.begin());
     EXPECT_TRUE(second.kind == 40 && cassettes[0].kind == 4 && cassettes[0].media.kind == 2);
+}
+
+// Also on a stack that was used before; and all that C hosts rely on is as it is there.
+TEST_F(FrontTest, PlainStructuresBeginAsZeros) {
+    messages_t::forEach([]<class Message>(Message) {
+        using structure_t = typename Message::structure_t;
+        if constexpr (std::is_aggregate_v<structure_t>) {
+            static_assert(std::is_standard_layout_v<structure_t> && std::is_trivially_copyable_v<structure_t>);
+            SCOPED_TRACE(Message::id);
+            alignas(structure_t) char memory[sizeof(structure_t)];
+            std::fill(std::begin(memory), std::end(memory), 'm');
+            const auto *begun = new (memory) structure_t;
+            structure_t zero;
+            std::memset(static_cast<void *>(&zero), 0, sizeof zero);
+            EXPECT_TRUE(*begun == zero);
+        }
+    });
 }
 
 TEST_F(FrontTest, AnswersWithTheEchoTagOfARefusedMessage) {

@@ -75,7 +75,11 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
     EXPECT_STREQ(structureOf(4202, "{INFO=\"\";}").as<Info>().info, "");
 
     auto image = structureOf(4172, "{1,2,3,4,5,6,7,8," + std::string(1000, 'n') + ",}");
-    ImageTopLeft placed{1, 2, {4, 3}, {6, 5}, {8, 7}, {}, {}}; // heights come first
+    ImageTopLeft placed{.drumId = 1,
+                        .index = 2,
+                        .topLeft = {.height = 4, .width = 3},
+                        .imageTopLeft = {.height = 6, .width = 5},
+                        .mirror = {.height = 8, .width = 7}};
     std::memset(placed.name, 'n', sizeof placed.name);
     std::memset(placed.separation + 1, 'n', sizeof placed.separation - 2);
     EXPECT_EQ(std::memcmp(image.address, &placed, sizeof placed), 0) << "a name runs on into the separation";
@@ -184,11 +188,11 @@ TEST(HostStructures, PrintWhateverValuesTheyHold) {
 
     // Texts without a terminator end with their arrays; only the name of an image runs on into its separation.
     Layout layout;
-    std::memset(&layout, 'x', sizeof layout);
+    std::memset(static_cast<void *>(&layout), 'x', sizeof layout);
     const std::string full(256, 'x'), shorter(132, 'x');
     EXPECT_TRUE(printed(4163, layout).ends_with("JOBTICKET_NAME=" + full + ";SEPS_ARRAY=" + full + ";}"));
     ImageTopLeft image;
-    std::memset(&image, 'x', sizeof image);
+    std::memset(static_cast<void *>(&image), 'x', sizeof image);
     EXPECT_TRUE(printed(4172, image).ends_with("NAME=" + full + shorter + ";SEPARATION=" + shorter + ";}"));
 
     // As many messages as the host says, beyond the structure's own room too; each to its own last character.

@@ -20,11 +20,6 @@
 // vekStrToVal.
 #pragma once
 
-#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
-// A missing file ends the compilation with this one line; behind an #error every use of the front would add its own.
-#    include "this header needs C++20: compile with -std=c++20"
-#endif
-
 #include "vek/api/envelope.hpp"
 #include "vek/api/front/structureCheck.hpp"
 #include "vek/api/messageTable.hpp"

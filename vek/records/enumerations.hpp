@@ -1,15 +1,17 @@
 // The enumerations in messages as C++ hosts use them: types, names by values, values by names.
 //
 //     media.type = VEK_MEDIA_PLATE;
-//     std::cout << vek::nameOf<vek::mediaType_t>(media.type);
+//     std::cout << vek::nameOf(media.type);
 //     if (const auto type = vek::valueOf<vek::mediaType_t>("mediaFilm_e"))
 //         media.type = *type;
 //
-// Members of structures are 32-bit integers. Everything here is constant.
+// Members of structures are 32-bit integers that take the constants of their own enumeration alone, and plain integers.
+// Everything here is constant.
 #pragma once
 
 #include "vek/records/enumerations.h"
 #include "vek/text/enumField.hpp"
+#include "vek/text/members.h"
 
 #include <concepts>
 #include <cstdint>
@@ -63,6 +65,10 @@ template <messageEnumeration Enumeration>
 }
 template <messageEnumeration Enumeration>
 [[nodiscard]] std::string_view nameOf(Enumeration value) {
+    return nameOf<Enumeration>(static_cast<std::int32_t>(value));
+}
+template <messageEnumeration Enumeration>
+[[nodiscard]] std::string_view nameOf(const enumMember_t<Enumeration> &value) {
     return nameOf<Enumeration>(static_cast<std::int32_t>(value));
 }
 

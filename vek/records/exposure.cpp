@@ -81,7 +81,7 @@ struct exposeJob_t : record_t<ExposeJob> {
     punchParams_t punchParams{*this, "PUNCH_PARAMS", structure.punchParams};
 
     static void setDefaults(ExposeJob &defaults) {
-        defaults.offset = defaults.size = defaults.cylinderSize = {-1.0, -1.0};
+        defaults.offset = defaults.size = defaults.cylinderSize = {.width = -1.0, .height = -1.0};
     }
 };
 
@@ -118,7 +118,9 @@ struct exposeParams_t : record_t<ExposeParams> {
     fixedTextField_t<256> oliMapFile{*this, "OLI_MAP_FILE", structure.oliMapFile};
     fixedTextField_t<256> screenType{*this, "SCREEN_TYPE", structure.screenType};
 
-    static void setDefaults(ExposeParams &defaults) { defaults.size = defaults.offset = defaults.res = {-1.0, -1.0}; }
+    static void setDefaults(ExposeParams &defaults) {
+        defaults.size = defaults.offset = defaults.res = {.width = -1.0, .height = -1.0};
+    }
 };
 
 /// A text of the image placement, which stands in the structure from `start` to the structure's last byte at most.

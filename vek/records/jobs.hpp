@@ -98,7 +98,7 @@ struct gdapiDataPath_t : textGroup_t {
         return detail::haveSameFields(*this, other, &gdapiDataPath_t::gdapiDataPath, &gdapiDataPath_t::lptScsiPort);
     }
 
-    ownEnumField_t gdapiDataPath{*this, "GDAPI_DATA_PATH", dataPathNames};
+    ownEnumFieldOf_t<dataPath_t> gdapiDataPath{*this, "GDAPI_DATA_PATH", dataPathNames};
     ownField_t<longCodec_t> lptScsiPort{*this, "LPT_SCSI_port"}; // the device's own spelling
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vek/records/container.hpp"
+#include "vek/records/enumerations.hpp"
 #include "vek/records/messageBase.hpp"
 #include "vek/records/messages.hpp"
 #include "vek/text/growableList.hpp"
@@ -22,8 +23,8 @@ inline constinit const stringRep_t normalVendor = stringRep_t::constant(normalVe
 struct Media : MessageBase {
     Media() : MessageBase(VEK_MSG_MEDIA) {}
 
-    std::int32_t type = VEK_MEDIA_FILM;                ///< mediaType_t
-    std::int32_t exposureType = VEK_EXPOSURE_POSITIVE; ///< exposurePolarity_t
+    enumMember_t<mediaType_t> type = VEK_MEDIA_FILM;
+    enumMember_t<exposurePolarity_t> exposureType = VEK_EXPOSURE_POSITIVE;
     double thick = -1.0;
     double sensitivity = 0.0;
     string_t vendor{normalVendor};
@@ -41,7 +42,7 @@ struct Cassette : MessageBase {
     string_t name;
     Size exposeOffset{};
     Size exposeStart{};
-    std::int32_t inputType = VEK_TRANSPORT_ROLLER; ///< transport_t
+    enumMember_t<transport_t> inputType = VEK_TRANSPORT_ROLLER;
     double inputContent = 0.0;
     std::int32_t resIntTableN = 0;
     string_t mediaPosition;
@@ -64,7 +65,7 @@ struct MediaOutput : MessageBase {
 
     double maxOutput = 0.0;
     double outContent = 0.0;
-    std::int32_t outputType = VEK_TRANSPORT_SHEET; ///< transport_t
+    enumMember_t<transport_t> outputType = VEK_TRANSPORT_SHEET;
 
     bool operator==(const MediaOutput &) const = default;
 };

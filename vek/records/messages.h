@@ -9,6 +9,7 @@
 #define VEK_MESSAGES_H
 
 #include "vek/records/enumerations.h"
+#include "vek/text/members.h"
 
 #include <stdint.h>
 
@@ -66,149 +67,149 @@ enum vekMessageId {
 
 /* The plain structures. A text in a character array ends at its NUL or with the array; reading a message cuts longer
  * texts. Enumerations are 32-bit integers with the constants of vek/records/enumerations.h; units are on the page
- * docs/messages.md. */
+ * docs/messages.md. In C++ all members begin as zeros (vek/text/members.h). */
 
 typedef struct vekSize {
-    double width;
-    double height;
+    VEK_BY_NAME(double, width);
+    double height VEK_ZEROED;
 } vekSize;
 
 /* A pair of integers that is stored height first. */
 typedef struct vekHeightWidth {
-    int32_t height;
-    int32_t width;
+    VEK_BY_NAME(int32_t, height);
+    int32_t width VEK_ZEROED;
 } vekHeightWidth;
 
 typedef struct vekPixelSize {
-    int32_t width;
-    int32_t height;
+    VEK_BY_NAME(int32_t, width);
+    int32_t height VEK_ZEROED;
 } vekPixelSize;
 
 /* 4160, 4189 and 4192 */
 typedef struct vekIdRecord {
-    int32_t id;
+    int32_t id VEK_ZEROED;
 } vekIdRecord;
 
 /* 4161. numOfMessages texts are written without a check: it must not be above 10. Reading keeps it there. */
 typedef struct vekDeviceStatus {
-    int32_t status;
-    int32_t lowStatus;
-    int32_t severity;
-    int32_t numOfMessages;
-    char msgs[10][255];
+    int32_t status VEK_ZEROED;
+    int32_t lowStatus VEK_ZEROED;
+    int32_t severity VEK_ZEROED;
+    int32_t numOfMessages VEK_ZEROED;
+    char msgs[10][255] VEK_ZEROED;
 } vekDeviceStatus;
 
 /* 4163 */
 typedef struct vekLayout {
-    int32_t layoutNum;
-    int32_t jobId;
-    char jobticketName[256];
-    char sepsArray[256];
+    int32_t layoutNum VEK_ZEROED;
+    int32_t jobId VEK_ZEROED;
+    char jobticketName[256] VEK_ZEROED;
+    char sepsArray[256] VEK_ZEROED;
 } vekLayout;
 
 /* 4182, and in 4164 */
 typedef struct vekMediaParams {
-    int32_t mediaType; /* enum vekMediaType */
-    int32_t unloadMediaType;
-    int32_t unloadPolicy;
-    double filmFeed;
-    char cassetteName[32];
+    VEK_ENUM(enum vekMediaType) mediaType VEK_ZEROED;
+    int32_t unloadMediaType VEK_ZEROED;
+    int32_t unloadPolicy VEK_ZEROED;
+    double filmFeed VEK_ZEROED;
+    char cassetteName[32] VEK_ZEROED;
 } vekMediaParams;
 
 /* In 4164. numSystems counts the indexes in use. It is written as it is; of the indexes no more than 10. */
 typedef struct vekPunchParams {
-    int32_t numSystems;
-    int32_t align;
-    int32_t activeSystems[10];
+    int32_t numSystems VEK_ZEROED;
+    int32_t align VEK_ZEROED;
+    int32_t activeSystems[10] VEK_ZEROED;
 } vekPunchParams;
 
 /* 4164 */
 typedef struct vekExposeJob {
-    int32_t drumId;
-    int32_t numPasses;
-    int32_t endlessScreen;
-    int32_t loadFlag;
-    int32_t unloadFlag;
-    char bitmapFilename[256];
-    double marginTop;
-    double marginLeft;
-    double marginBottom;
-    double marginRight;
-    vekSize offset;
-    vekSize size;
-    vekSize cylinderSize;
-    vekMediaParams mediaParams;
-    vekPunchParams punchParams;
+    int32_t drumId VEK_ZEROED;
+    int32_t numPasses VEK_ZEROED;
+    int32_t endlessScreen VEK_ZEROED;
+    int32_t loadFlag VEK_ZEROED;
+    int32_t unloadFlag VEK_ZEROED;
+    char bitmapFilename[256] VEK_ZEROED;
+    double marginTop VEK_ZEROED;
+    double marginLeft VEK_ZEROED;
+    double marginBottom VEK_ZEROED;
+    double marginRight VEK_ZEROED;
+    vekSize offset VEK_ZEROED;
+    vekSize size VEK_ZEROED;
+    vekSize cylinderSize VEK_ZEROED;
+    vekMediaParams mediaParams VEK_ZEROED;
+    vekPunchParams punchParams VEK_ZEROED;
 } vekExposeJob;
 
 /* 4165. sizePixel stands in the text as reals. */
 typedef struct vekExposeParams {
-    int32_t drumId;
-    int32_t exposeId;
-    double spinnerSpeed;
-    double dataFreq;
-    double ld;
-    double ls;
-    int32_t laserIntensity;
-    int32_t negative;
-    int32_t mirror;
-    int32_t bitmapByPass;
-    double focus;
-    double resMotor;
-    double ddbDelay;
-    int32_t firstLaserNum;
-    int32_t lastLaserNum;
-    vekPixelSize sizePixel;
-    vekSize size;
-    vekSize offset;
-    vekSize res;
-    char ctMapFile[256];
-    char lwMapFile[256];
-    char oliMapFile[256];
-    char screenType[256];
+    int32_t drumId VEK_ZEROED;
+    int32_t exposeId VEK_ZEROED;
+    double spinnerSpeed VEK_ZEROED;
+    double dataFreq VEK_ZEROED;
+    double ld VEK_ZEROED;
+    double ls VEK_ZEROED;
+    int32_t laserIntensity VEK_ZEROED;
+    int32_t negative VEK_ZEROED;
+    int32_t mirror VEK_ZEROED;
+    int32_t bitmapByPass VEK_ZEROED;
+    double focus VEK_ZEROED;
+    double resMotor VEK_ZEROED;
+    double ddbDelay VEK_ZEROED;
+    int32_t firstLaserNum VEK_ZEROED;
+    int32_t lastLaserNum VEK_ZEROED;
+    vekPixelSize sizePixel VEK_ZEROED;
+    vekSize size VEK_ZEROED;
+    vekSize offset VEK_ZEROED;
+    vekSize res VEK_ZEROED;
+    char ctMapFile[256] VEK_ZEROED;
+    char lwMapFile[256] VEK_ZEROED;
+    char oliMapFile[256] VEK_ZEROED;
+    char screenType[256] VEK_ZEROED;
 } vekExposeParams;
 
 typedef struct vekColorValue {
-    double value;
-    int32_t flags;
+    double value VEK_ZEROED;
+    int32_t flags VEK_ZEROED;
 } vekColorValue;
 
 /* 4171. All 256 entries are written. */
 typedef struct vekColorTable {
-    int32_t drumId;
-    int32_t index;
-    vekColorValue colorTable[256];
+    int32_t drumId VEK_ZEROED;
+    int32_t index VEK_ZEROED;
+    vekColorValue colorTable[256] VEK_ZEROED;
 } vekColorTable;
 
 /* 4172. A name of 256 characters or more runs on into separation, over which the separation's text is then written;
  * name is read as one text up to its NUL or the end of the structure. */
 typedef struct vekImageTopLeft {
-    int32_t drumId;
-    int32_t index;
-    vekHeightWidth topLeft;
-    vekHeightWidth imageTopLeft;
-    vekHeightWidth mirror;
-    char name[256];
-    char separation[132];
+    int32_t drumId VEK_ZEROED;
+    int32_t index VEK_ZEROED;
+    vekHeightWidth topLeft VEK_ZEROED;
+    vekHeightWidth imageTopLeft VEK_ZEROED;
+    vekHeightWidth mirror VEK_ZEROED;
+    char name[256] VEK_ZEROED;
+    char separation[132] VEK_ZEROED;
 } vekImageTopLeft;
 
 /* 4183 */
 typedef struct vekMediaContent {
-    int32_t mediaType; /* enum vekMediaType */
-    double inputContent;
-    double outputContent;
-    double maxInput;
-    double maxOutput;
-    double oneExposeMaxSize;
-    double inOutRatio;
-    int32_t inputType;
-    int32_t outputType;
+    VEK_ENUM(enum vekMediaType) mediaType VEK_ZEROED;
+    double inputContent VEK_ZEROED;
+    double outputContent VEK_ZEROED;
+    double maxInput VEK_ZEROED;
+    double maxOutput VEK_ZEROED;
+    double oneExposeMaxSize VEK_ZEROED;
+    double inOutRatio VEK_ZEROED;
+    int32_t inputType VEK_ZEROED;
+    int32_t outputType VEK_ZEROED;
 } vekMediaContent;
 
 /* 4202. info is released with the structure; NULL is not written. To write another text, fill a vekInfo of your own. */
 typedef struct vekInfo {
-    uint8_t type;
-    char *info;
+    uint8_t type VEK_ZEROED;
+    char *info VEK_ZEROED;
 } vekInfo;
 
 #ifdef __cplusplus

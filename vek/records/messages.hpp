@@ -6,6 +6,7 @@
 #pragma once
 
 #include "vek/records/messages.h"
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
 
 #include <cstddef>
 #include <cstring>

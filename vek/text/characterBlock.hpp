@@ -4,6 +4,8 @@
 // processors.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #ifdef __SSE2__
 
 #    include <emmintrin.h>

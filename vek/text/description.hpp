@@ -4,6 +4,8 @@
 // whoever shows them.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>

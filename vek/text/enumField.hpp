@@ -1,6 +1,7 @@
 // enumField_t: an enumeration, written as one name out of a table.
 #pragma once
 
+#include "vek/text/members.h"
 #include "vek/text/textField.hpp"
 #include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
@@ -126,6 +127,17 @@ struct ownEnumField_t : basicEnumField_t<std::int32_t> {
         basicEnumField_t::describe(description);
         description.standIn(*this);
         description.isSet = &isSet;
+    }
+};
+
+/// The same, which takes no constant of another enumeration.
+template <class Enumeration>
+struct ownEnumFieldOf_t : ownEnumField_t {
+    using ownEnumField_t::ownEnumField_t;
+
+    ownEnumFieldOf_t &operator=(enumMember_t<Enumeration> value) {
+        ownEnumField_t::operator=(value);
+        return *this;
     }
 };
 

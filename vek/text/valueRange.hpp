@@ -5,6 +5,7 @@
 
 #include "vek/text/enumeration.h"
 #include "vek/text/growableList.hpp"
+#include "vek/text/members.h"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <cstdint>
@@ -19,7 +20,7 @@ public:
     static constexpr std::int32_t continuous = VEK_RANGE_CONTINUOUS;
 
     /// The kind of the range. It and the values are stored independently.
-    std::int32_t kind = continuous;
+    enumMember_t<vekRangeType> kind = VEK_RANGE_CONTINUOUS;
 
     /// Makes the range continuous and appends `lower` and `upper`. Present values stay: clear() first to replace them.
     void setInterval(double lower, double upper);

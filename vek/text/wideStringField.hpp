@@ -6,6 +6,7 @@
 
 #include "vek/text/fieldArray.hpp"
 #include "vek/text/growableList.hpp"
+#include "vek/vek_std/std_sys/vek_lifetime.hpp"
 
 #include <algorithm>
 #include <atomic>
@@ -93,8 +94,8 @@ public:
 
     /// The characters without the terminating 0; they are followed by a 0 in memory. Valid until the field changes. As
     /// everything that only reads, for any number of threads at once. Throws std::bad_alloc.
-    std::u16string_view text() const;
-    operator std::u16string_view() const { return text(); }
+    std::u16string_view text() const VEK_LIFETIMEBOUND;
+    operator std::u16string_view() const VEK_LIFETIMEBOUND { return text(); }
     bool operator==(std::u16string_view other) const { return text() == other; }
     bool operator==(const wideStringField_t &other) const { return text() == other.text(); }
 

@@ -27,9 +27,9 @@ fleetDevice_t::fleetDevice_t(std::string name, int number, character_t character
                              fleetRandom_t &random)
     : name_(std::move(name)), number_(number), character_(character), log_(log), random_(random), begin_(log.now()),
       job_(1000 * number) {
-    magazines_ = {{"Plate 1", VEK_MEDIA_PLATE, {1030.0, 790.0}, 40, random.between(10, 40)},
-                  {"Plate 2", VEK_MEDIA_PLATE, {745.0, 605.0}, 60, random.between(10, 60)},
-                  {"Film A", VEK_MEDIA_FILM, {660.0, 508.0}, 100, random.between(10, 100)}};
+    magazines_ = {{"Plate 1", VEK_MEDIA_PLATE, {.width = 1030.0, .height = 790.0}, 40, random.between(10, 40)},
+                  {"Plate 2", VEK_MEDIA_PLATE, {.width = 745.0, .height = 605.0}, 60, random.between(10, 60)},
+                  {"Film A", VEK_MEDIA_FILM, {.width = 660.0, .height = 508.0}, 100, random.between(10, 100)}};
 }
 
 void fleetDevice_t::work(double days, std::uint64_t messages) {
@@ -91,8 +91,8 @@ void fleetDevice_t::expose(int plate, int plates, magazine_t &magazine, const st
     order.marginTop = 10.0;
     order.marginBottom = 12.0;
     order.marginLeft = order.marginRight = 5.0;
-    order.size = {magazine.size.width - 10.0, magazine.size.height - 22.0};
-    order.cylinderSize = {1130.0, 820.0};
+    order.size = {.width = magazine.size.width - 10.0, .height = magazine.size.height - 22.0};
+    order.cylinderSize = {.width = 1130.0, .height = 820.0};
     order.mediaParams.mediaType = magazine.media;
     order.mediaParams.filmFeed = 240.0;
     setText(order.mediaParams.cassetteName, magazine.name);

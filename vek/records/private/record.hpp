@@ -10,7 +10,6 @@
 
 #include <concepts>
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <type_traits>
 
@@ -61,9 +60,7 @@ void *conversionOf<Structure, Record>::create() {
     if constexpr (std::is_polymorphic_v<Structure>) {
         return new Structure();
     } else {
-        // Cleared as memory, so that padding is zero too.
-        auto *structure =
-            static_cast<Structure *>(std::memset(::operator new(sizeof(Structure)), 0, sizeof(Structure)));
+        auto *structure = static_cast<Structure *>(::operator new(sizeof(Structure)));
         fillWithDefaults<Record>(*structure);
         return structure;
     }

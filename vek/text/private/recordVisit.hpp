@@ -4,6 +4,7 @@
 #include "vek/text/private/typeName.hpp"
 #include "vek/text/textField.hpp"
 
+#include <cstring>
 #include <type_traits>
 
 namespace vek {
@@ -20,10 +21,12 @@ concept ownsMemory = requires(typename Record::structure_t &structure) {
     Record::releaseMembers(structure);
 };
 
-/// Gives a value-initialised structure its declared defaults: a plain one is zero but for what the record class's
-/// setDefaults() says.
+/// Gives a structure its declared defaults, which one that is not plain has: zero, padding too, but for what the record
+/// class's setDefaults() says.
 template <class Record>
 void fillWithDefaults(typename Record::structure_t &structure) {
+    if constexpr (std::is_trivially_copyable_v<typename Record::structure_t>)
+        std::memset(static_cast<void *>(&structure), 0, sizeof structure);
     if constexpr (requires { Record::setDefaults(structure); })
         Record::setDefaults(structure);
 }
@@ -32,7 +35,7 @@ template <class Record>
 [[gnu::cold]] void visitRecord(recordVisitor_t &visitor) {
     if constexpr (bindsStructure<Record>) {
         using structure_t = typename Record::structure_t;
-        structure_t structure{};
+        structure_t structure;
         fillWithDefaults<Record>(structure);
         const Record record(pass_t::print, structure);
         constexpr structureKind_t kind =

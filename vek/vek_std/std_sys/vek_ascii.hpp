@@ -4,6 +4,8 @@
 // "ascii" in their names, since string_t has operations with the short ones. Pure functions, safe for concurrent use.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 namespace vek {
 
 constexpr bool isSpace(char c) {

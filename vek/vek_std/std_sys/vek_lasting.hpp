@@ -4,6 +4,8 @@
 // that nobody can know. What the value owns is never released.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #include <utility>
 
 namespace vek {

@@ -2,6 +2,8 @@
 // of views that outlive their text.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #if defined(__has_cpp_attribute)
 #    if __has_cpp_attribute(clang::lifetimebound)
 #        define VEK_LIFETIMEBOUND [[clang::lifetimebound]]

@@ -4,6 +4,8 @@
 // what a plain variable does. It is used like one.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #include <atomic>
 
 namespace vek {

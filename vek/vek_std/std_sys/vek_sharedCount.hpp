@@ -3,6 +3,8 @@
 // Safe for concurrent use, as the order that is given says.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #include <atomic>
 #include <cstdint>
 

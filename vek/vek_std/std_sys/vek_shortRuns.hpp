@@ -2,6 +2,8 @@
 // in place of a call. Pure functions, safe for concurrent use.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_cpp20.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>

@@ -15,6 +15,7 @@
 // Thread rule: a string is one thread's at a time. Strings of several threads may share a body.
 #pragma once
 
+#include "vek/vek_std/std_sys/vek_lifetime.hpp"
 #include "vek/vek_std/std_sys/vek_stringRep.hpp"
 
 #include <compare>
@@ -121,11 +122,11 @@ public:
     /// Characters that fit without a larger buffer.
     std::size_t capacity() const { return body != nullptr ? body->capacity : 0; }
     /// The text with its terminator. Valid until this string is changed, assigned to or destroyed.
-    const char *c_str() const { return body != nullptr ? body->data : ""; }
+    const char *c_str() const VEK_LIFETIMEBOUND { return body != nullptr ? body->data : ""; }
     /// A copy of the text, which has no NUL.
     static string_t copyOf(std::string_view text) { return {ownBody_t(), makeBody(text.data(), text.size())}; }
     /// The text, NULs in it included.
-    operator std::string_view() const { return {c_str(), length()}; }
+    operator std::string_view() const VEK_LIFETIMEBOUND { return {c_str(), length()}; }
     /// A string of the same text that shares no body with this one.
     string_t deepCopy() const { return {ownBody_t(), makeBody(c_str(), length())}; }
 
@@ -146,7 +147,7 @@ public:
 
     /// Character i, in a body made private. A bad index is reported and gives the first character; of an empty string,
     /// one that belongs to no text.
-    char &operator[](std::int32_t i);
+    char &operator[](std::int32_t i) VEK_LIFETIMEBOUND;
 
     // Comparing: by bytes, or without regard to case when the settings say so. compareTo and the comparisons with a C
     // string go up to the first NUL, the others over the whole texts.
@@ -192,12 +193,12 @@ public:
     // Viewing.
 
     /// The view of `extent` characters from `start`, or the null view when they are not all there.
-    subString_t operator()(std::ptrdiff_t start, std::size_t extent);
+    subString_t operator()(std::ptrdiff_t start, std::size_t extent) VEK_LIFETIMEBOUND;
     /// The view of the first occurrence of the pattern, or the null view.
-    subString_t subString(const char *pattern, std::size_t start = 0);
+    subString_t subString(const char *pattern, std::size_t start = 0) VEK_LIFETIMEBOUND;
     /// The view without the leading and trailing characters c, or the null view when nothing else is there. The mode is
     /// one of stripMode_t, or its number; any other number stands for both ends.
-    subString_t strip(std::int32_t mode = both_e, char c = ' ');
+    subString_t strip(std::int32_t mode = both_e, char c = ' ') VEK_LIFETIMEBOUND;
     subString_t strip(char c) = delete; // no mode
 
     // Reading from a stream. Each does nothing when the stream has failed already. Else it replaces the text, whose

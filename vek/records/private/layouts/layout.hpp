@@ -7,6 +7,8 @@
 // constant: there is nothing to own and nothing to guard.
 #pragma once
 
+#include "vek/text/enumField.hpp"
+#include "vek/text/members.h"
 #include "vek/text/private/typeName.hpp"
 
 #include <array>
@@ -113,12 +115,27 @@ consteval structureLayout_t layoutWithoutGaps();
 template <class T>
 inline constexpr structureLayout_t structureLayout = layoutWithoutGaps<T>();
 
+/// What the tables, and hosts in other languages, take a type to be: a member that holds an enumeration is an integer.
+template <class T>
+struct plainly_t {
+    using type = T;
+};
+template <class Enumeration>
+struct plainly_t<enumMember_t<Enumeration>> {
+    using type = std::int32_t;
+};
+template <class Enumeration>
+struct plainly_t<ownEnumFieldOf_t<Enumeration>> {
+    using type = ownEnumField_t;
+};
+
 /// One line of a table, see VEK_MEMBER. Here is where a table that is wrong stops the build.
 template <class Declared, class Stated, std::size_t Offset, std::size_t... Places>
 consteval memberLayout_t pinnedMember(std::string_view name, std::string_view type) {
     constexpr bytes_t offset{Places...};
     constexpr bytes_t size = sizeOnTargets<Stated>();
-    static_assert(std::is_same_v<Declared, Stated>, "the member has another type");
+    static_assert(std::is_same_v<typename plainly_t<Declared>::type, Stated> && sizeof(Declared) == sizeof(Stated),
+                  "the member has another type");
     static_assert(!isPinnedTarget || Offset == offset.here(), "the member lies elsewhere");
     static_assert(!isPinnedTarget || sizeof(Stated) == size.here(), "the member has another size");
     const structureLayout_t *structure = nullptr;
