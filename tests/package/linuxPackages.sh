@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds and runs the outside hosts against an installation; against each Debian package with nothing but what it depends
+# Builds and runs the outside hosts, of which each is as small as can be, against an installation; against each Debian package with nothing but what it depends
 # on, by CMake and by pkg-config, and asks lintian about these; and with the library's sources added to the hosts' own
 # project, where the four calls are shared, then static. The hosts have folders of their own named as the library's, first
 # on the include path. Packages that are made twice are the same.
@@ -37,32 +37,38 @@ buildByCMake() {
     runHosts "$out"
 }
 
+# What a host of the project prints is what it prints here.
+hosts=(host cassettes job status image gateway)
 runHosts() {
     local host
-    for host in "$1"/host*; do
-        "$host" >"$work/host.txt" || fail "$host"
-        grep -q '@@\|"id":4112' "$work/host.txt" || fail "$host prints no message"
+    for host in hostInC "${hosts[@]}"; do
+        "$1/$host" >"$work/host.txt" || fail "$1/$host"
+        diff "$work/said/$host" "$work/host.txt" || fail "$1/$host says something else"
     done
+    [ ! -x "$1/hostInspecting" ] || "$1/hostInspecting" | grep -q '"id":4112' || fail "$1/hostInspecting"
 }
 
-# buildHost PREFIX OUT MODULE COMPILER SOURCE OPTIONS...: one host by pkg-config.
+# buildHost PREFIX OUT NAME MODULE COMPILER SOURCE OPTIONS...: one host by pkg-config.
 buildHost() {
-    local config out=$2 module=$3 compiler=$4 file=$5 words flags=() libraries=()
+    local config out=$2 name=$3 module=$4 compiler=$5 file=$6 words flags=() libraries=()
     config=$(find "$1" -name pkgconfig)
-    shift 5
+    shift 6
     # Quoted for a shell: a folder may have a blank in its name.
     words=$(PKG_CONFIG_LIBDIR=$config pkg-config --cflags "$module") && eval "flags=($words)"
     words=$(PKG_CONFIG_LIBDIR=$config pkg-config --libs "$module") && eval "libraries=($words)"
     "$compiler" "$@" -Wall -Wextra -Wpedantic -Werror -I"$hostile" "${flags[@]}" "$source/examples/$file" \
-        -o "$out/host_${file/./_}" "${libraries[@]}" || fail "can't build $file by pkg-config"
+        -o "$out/$name" "${libraries[@]}" || fail "can't build $file by pkg-config"
 }
 
 # buildByPkgConfig PREFIX OUT: the hosts of the modules that the prefix has.
 buildByPkgConfig() {
     mkdir -p "$2"
-    buildHost "$1" "$2" vekParams2ASCII cc host.c -std=c99
-    buildHost "$1" "$2" vekParams2ASCII c++ host.cpp -std=c++20
-    [ -z "$(find "$1" -name vekInspect.pc)" ] || buildHost "$1" "$2" vekInspect cc inspect.c -std=c99
+    local host
+    buildHost "$1" "$2" hostInC vekParams2ASCII cc host.c -std=c99
+    for host in "${hosts[@]}"; do
+        buildHost "$1" "$2" "$host" vekParams2ASCII c++ "$host.cpp" -std=c++20 -pthread
+    done
+    [ -z "$(find "$1" -name vekInspect.pc)" ] || buildHost "$1" "$2" hostInspecting vekInspect cc inspect.c -std=c99
     LD_LIBRARY_PATH=$(dirname "$(find "$1" -name pkgconfig)") runHosts "$2"
 }
 
@@ -83,6 +89,10 @@ pack() {
     rm -r "$2/_CPack_Packages"
 }
 
+mkdir "$work/said"
+for host in hostInC "${hosts[@]}"; do
+    "$build/examples/$host" >"$work/said/$host"
+done
 cmake --install "$build" --prefix "$work/prefix" >"$work/install.txt"
 "$source/tests/package/installedTree.sh" "$work/prefix" 50
 hostile=$work/hostile
@@ -112,7 +122,7 @@ for name in libvekparams2ascii-dev libvekinspect-dev; do
     buildByCMake "$work/byCMake/$name" -DCMAKE_PREFIX_PATH="$root/usr"
     buildByPkgConfig "$root/usr" "$work/byPkgConfig/$name"
 done
-for host in byCMake/libvekinspect-dev/hostInspecting byPkgConfig/libvekinspect-dev/host_inspect_c; do
+for host in byCMake/libvekinspect-dev/hostInspecting byPkgConfig/libvekinspect-dev/hostInspecting; do
     [ -x "$work/$host" ] || fail "no $host"
 done
 root=$work/root/libvekparams2ascii-dev
