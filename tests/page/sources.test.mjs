@@ -12,9 +12,13 @@ const other = `2026-03-01T08:00:02 b ${focus(2)}\n2026-03-01T08:00:04 b ${focus(
 const bigEndian = (text) => Buffer.from(text, 'utf16le').swap16();
 const zstdStart = Buffer.from([0x28, 0xb5, 0x2f, 0xfd]);
 
+// Stored as it is.
+const beginnings = gzipSync(Buffer.from([10, 0x1f, 0x8b, 8, 0, 0x1f, 0x8b, 8, 10]), { level: 0 });
+
 test('packed files, UTF-16 and a damaged start are read, and say what they are', async () => {
   const cases = [
     ['gzip', gzipSync(log), /packed with gzip/],
+    ['gzip in several members, one of them full of what begins one', Buffer.concat([gzipSync(log.slice(0, 50)), gzipSync(log.slice(50)), gzipSync(''), beginnings]), /packed with gzip/],
     ['UTF-16 with a mark', Buffer.from(`\ufeff${log}`, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16 without', Buffer.from(log, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16, the other way', bigEndian(`\ufeff${log}`), /UTF-16/],
@@ -35,6 +39,8 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     await says(page, '#readingProblem', 'zstd -d a.zst');
     await openFile(page, { name: 'b.gz', mimeType: '', buffer: gzipSync(log).subarray(0, 60) });
     await says(page, '#readingProblem', 'gunzip b.gz');
+    await openFile(page, { name: 'c.gz', mimeType: '', buffer: Buffer.concat([gzipSync(log), Buffer.from('rest')]) });
+    await says(page, '#readingProblem', 'gunzip c.gz');
   });
 });
 

@@ -3,13 +3,11 @@
 const blockSize = 2 << 20;
 
 const packings = [
-  { name: 'gzip', start: [0x1f, 0x8b], remedy: 'gunzip' },
-  { name: 'zstd', start: [0x28, 0xb5, 0x2f, 0xfd], remedy: 'zstd -d' },
+  { name: 'gzip', start: [0x1f, 0x8b], member: [0x1f, 0x8b, 8], remedy: 'gunzip' },
+  { name: 'zstd', start: [0x28, 0xb5, 0x2f, 0xfd], member: [0x28, 0xb5, 0x2f, 0xfd], remedy: 'zstd -d' },
 ];
 
-async function beginning(blob, size) {
-  return new Uint8Array(await blob.slice(0, size).arrayBuffer());
-}
+const bytesOf = async (blob) => new Uint8Array(await blob.arrayBuffer());
 
 // A browser may know no zstd; it says so by refusing to make the stream.
 function unpackerOf({ name, remedy }, file) {
@@ -20,15 +18,13 @@ function unpackerOf({ name, remedy }, file) {
   }
 }
 
-async function unpacked(blob, packing, file, onBytes) {
+async function unpackedMember(blob, packing, file, onBytes) {
   const reader = blob.stream().pipeThrough(unpackerOf(packing, file)).getReader();
   const parts = [];
   let pieces = [];
   let size = 0;
   for (;;) {
-    const { done, value } = await reader.read().catch(() => {
-      throw new Error(`${file} is packed with ${packing.name}, and damaged or made of several parts: unpack it first (${packing.remedy} ${file}) and open what comes out.`);
-    });
+    const { done, value } = await reader.read();
     if (value) pieces.push(value);
     size += value?.length ?? 0;
     if (done || pieces.length >= 64) {
@@ -40,9 +36,47 @@ async function unpacked(blob, packing, file, onBytes) {
   }
 }
 
+// Where a further member may begin, and the end: the bytes of a beginning can also stand within one.
+async function* memberEnds(blob, { member }) {
+  for (let from = 0; from < blob.size; from += blockSize) {
+    const block = await bytesOf(blob.slice(from, from + blockSize + member.length - 1));
+    for (let at = block.indexOf(member[0]); at >= 0; at = block.indexOf(member[0], at + 1))
+      if (from + at > 0 && at < blockSize && member.every((byte, i) => block[at + i] === byte)) yield from + at;
+  }
+  yield blob.size;
+}
+
+// Several members one behind the other are one file. A browser unpacks one, and refuses it when there is more.
+async function unpacked(blob, packing, file, onBytes) {
+  const members = [];
+  let size = 0;
+  const take = async (start, end) => {
+    const member = await unpackedMember(blob.slice(start, end), packing, file, (bytes) => onBytes(size + bytes));
+    members.push(member);
+    size += member.size;
+  };
+  const isRefused = (error) => error instanceof TypeError; // by the browser
+  try {
+    await take(0, blob.size);
+    return members[0];
+  } catch (error) {
+    if (!isRefused(error)) throw error;
+  }
+  let start = 0;
+  for await (const end of memberEnds(blob, packing))
+    try {
+      await take(start, end);
+      start = end;
+    } catch (error) {
+      if (!isRefused(error)) throw error;
+    }
+  if (start === blob.size) return new Blob(members);
+  throw new Error(`${file} is packed with ${packing.name}, and damaged: unpack it first (${packing.remedy} ${file}) and open what comes out.`);
+}
+
 /** The blob's text as UTF-8. tell(words) says what it was; onBytes(count) is called while it is unpacked. */
 export async function plainBlob(core, blob, file, tell, onBytes) {
-  const start = await beginning(blob, 64);
+  const start = await bytesOf(blob.slice(0, 64));
   const packing = packings.find((one) => one.start.every((byte, at) => byte === start[at]));
   if (packing) {
     tell(`packed with ${packing.name}`);
@@ -52,7 +86,7 @@ export async function plainBlob(core, blob, file, tell, onBytes) {
   tell('UTF-16, read as UTF-8');
   const parts = [];
   for (let at = 0; at < blob.size; at += blockSize) {
-    const block = new Uint8Array(await blob.slice(at, at + blockSize).arrayBuffer());
+    const block = await bytesOf(blob.slice(at, at + blockSize));
     onBytes(at + block.length); // which throws when a newer file is read
     parts.push(new Blob([core.takeUtf16(block)]));
   }
