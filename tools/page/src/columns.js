@@ -1,4 +1,5 @@
 // The rows of a log's messages, column by column, so that a million of them take some fifty megabytes.
+import { inSlices, nextTask } from './elements.js';
 
 const rowSize = 48; // row_t in core/logRows.hpp
 
@@ -38,10 +39,10 @@ export class Columns {
     this.#room = room;
   }
 
-  /** Takes rows as the core gives them, of a file that begins at `start`. */
-  append(bytes, file = 0, start = 0) {
+  /** Takes rows as the core gives them, of a file that begins at `start` in a log of `size` bytes. */
+  append(bytes, file, start, size) {
     const added = bytes.byteLength / rowSize;
-    if (this.count + added > this.#room) this.#grow(Math.max(this.#room * 2, this.count + added));
+    if (this.count + added > this.#room) this.#grow(this.#roomFor(added, bytes, start, size));
     for (const [name, [type, start]] of Object.entries(layout)) {
       const column = this[name];
       const step = rowSize / type.BYTES_PER_ELEMENT;
@@ -55,6 +56,13 @@ export class Columns {
     this.count += added;
   }
 
+  // Room for as many as there will be when it goes on as up to here, so that they are seldom moved.
+  #roomFor(added, bytes, start, size) {
+    const count = this.count + added;
+    const latest = start + new Float64Array(bytes.buffer, bytes.byteLength - rowSize, 1)[0];
+    return Math.max(this.#room * 2, Math.ceil(1.05 * count * (size / Math.max(latest, 1))) || count, count);
+  }
+
   /** Takes what the core says of a message that was changed: all but where and when it stands. */
   change(row, bytes) {
     for (const name of ['id', 'sequence', 'findingsLow', 'findingsHigh', 'severity', 'isDamaged', 'hasSequence']) {
@@ -64,8 +72,17 @@ export class Columns {
   }
 
   /** Puts the rows into another order: `rows` has them as they shall stand. */
-  order(rows) {
-    for (const name of Object.keys(types)) this[name].set(this[name].slice(0, this.count).map((_value, at, column) => column[rows[at]]));
+  async order(rows) {
+    const ordered = {};
+    for (const [name, type] of Object.entries(types)) {
+      const column = this[name];
+      const other = (ordered[name] = new type(this.#room));
+      await inSlices(this.count, (from, to) => {
+        for (let at = from; at < to; ++at) other[at] = column[rows[at]];
+      });
+      await nextTask();
+    }
+    Object.assign(this, ordered);
   }
 
   hasFinding(row, code) {

@@ -1,4 +1,5 @@
 // What a plot draws: the numbers at a key of the log's messages, and what of them is drawn of a stretch of any length.
+import { inSlices } from './elements.js';
 import { firstWhere, lowerBound } from './search.js';
 
 const together = (Type, first, second) => {
@@ -42,7 +43,9 @@ export class Curve {
     const { columns, count } = log;
     const rows = new Uint32Array(count - this.end);
     let found = 0;
-    for (let row = this.end; row < count; ++row) if (columns.id[row] === this.id) rows[found++] = row;
+    await inSlices(count, (from, to) => {
+      for (let row = from; row < to; ++row) if (columns.id[row] === this.id) rows[found++] = row;
+    }, this.end);
     const more = rows.slice(0, found);
     const numbers = await log.series(more, this.path, options);
     this.end = count;
@@ -65,25 +68,30 @@ export class Curve {
   async place(log, isTime) {
     const { microseconds, sequence } = log.columns;
     const { rows, numbers } = this;
-    let xs = new Float64Array(rows.length);
-    let at = new Uint32Array(rows.length);
+    const xs = new Float64Array(rows.length);
+    const at = new Uint32Array(rows.length);
     let count = 0;
     let isOrdered = true;
-    for (let i = 0; i < rows.length; ++i) {
-      const x = isTime ? microseconds[rows[i]] / 1e6 : sequence[rows[i]];
-      if (!Number.isFinite(numbers[i]) || !Number.isFinite(x)) continue;
-      isOrdered &&= count === 0 || xs[count - 1] <= x;
-      xs[count] = x;
-      at[count++] = i;
-    }
-    xs = xs.slice(0, count);
-    at = at.slice(0, count);
-    if (!isOrdered) {
-      const order = await log.orderOf(xs);
-      xs = xs.map((_x, i) => xs[order[i]]);
-      at = at.map((_at, i) => at[order[i]]);
-    }
-    Object.assign(this, { xs, ys: Float64Array.from(at, (i) => numbers[i]), at: at.map((i) => rows[i]) });
+    await inSlices(rows.length, (from, to) => {
+      for (let i = from; i < to; ++i) {
+        const x = isTime ? microseconds[rows[i]] / 1e6 : sequence[rows[i]];
+        if (!Number.isFinite(numbers[i]) || !Number.isFinite(x)) continue;
+        isOrdered &&= count === 0 || xs[count - 1] <= x;
+        xs[count] = x;
+        at[count++] = i;
+      }
+    });
+    const order = isOrdered ? undefined : await log.orderOf(xs.slice(0, count));
+    const placed = { xs: new Float64Array(count), ys: new Float64Array(count), at: new Uint32Array(count) };
+    await inSlices(count, (from, to) => {
+      for (let i = from; i < to; ++i) {
+        const point = order ? order[i] : i;
+        placed.xs[i] = xs[point];
+        placed.ys[i] = numbers[at[point]];
+        placed.at[i] = rows[at[point]];
+      }
+    });
+    Object.assign(this, placed);
   }
 
   /** The number of its last point at a place or in front of it; -1 when there is none. */

@@ -1,13 +1,17 @@
 // The difference of two messages, side by side.
 import { announce, busy, byId, element, option, setOptions } from './elements.js';
 import { coreText } from './bytes.js';
+import { Panel } from './panel.js';
 import { show, shown, shownWords } from './signs.js';
 import { counted } from './words.js';
 
-export class Differences {
+export class Differences extends Panel {
+  static id = 'difference';
+  static title = 'Differences';
   #marked; // a message to compare with: its bytes and what it is called
 
-  constructor(core, catalogue) {
+  constructor({ core, catalogue }) {
+    super();
     Object.assign(this, { core, catalogue });
     byId('compareWith').addEventListener('change', () => busy(this.draw()));
     byId('markMessage').addEventListener('click', () => this.#mark());
@@ -15,6 +19,7 @@ export class Differences {
 
   reset() {
     this.#marked = undefined;
+    this.bytes = undefined;
   }
 
   /** The message on the right. */
@@ -44,6 +49,10 @@ export class Differences {
   async #other(choice) {
     if (choice === 'marked') return this.#marked.bytes;
     return choice === 'previous' ? this.log.message(this.previous) : this.log.original(this.row);
+  }
+
+  open() {
+    if (this.bytes) busy(this.draw());
   }
 
   async draw() {

@@ -32,6 +32,36 @@ export function setOptions(select, options) {
 /** Lets the page answer before more is done. */
 export const nextTask = () => new Promise((resolve) => setTimeout(resolve));
 
+const sliceSize = 150_000;
+
+/** Calls slice(from, to) for all of `count`, a piece after the other, and lets the page answer between them. */
+export async function inSlices(count, slice, start = 0) {
+  for (let from = start; from < count; from += sliceSize) {
+    if (from > start) await nextTask();
+    slice(from, Math.min(count, from + sliceSize));
+  }
+}
+
+/** Calls work() again and again: once at a time, and once more when it was asked for meanwhile. */
+export function oneByOne(work) {
+  let running;
+  let isWanted = false;
+  const run = async () => {
+    try {
+      do {
+        isWanted = false;
+        await work();
+      } while (isWanted);
+    } finally {
+      running = undefined;
+    }
+  };
+  return () => {
+    isWanted = true;
+    return (running ??= run());
+  };
+}
+
 let running = 0;
 
 /** Marks the page as busy until a promise is done. */

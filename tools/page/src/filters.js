@@ -1,5 +1,5 @@
 // The filters above the list: by kind, by words, by what was found, and by the stretch that the time line shows.
-import { busy, byId, option, seldom, setOptions } from './elements.js';
+import { busy, byId, inSlices, oneByOne, option, seldom, setOptions } from './elements.js';
 import { Cancelled } from './reader.js';
 import { number } from './words.js';
 
@@ -56,13 +56,15 @@ export class Filters {
   #problem = byId('filterProblem');
   #range; // of the time line
   #search;
+  #passed; // { rows, count, end, tests }: of the rows in front of `end`, those that pass
+  #looking = oneByOne(() => this.#look());
 
   /** onResult(rows, whether more may come) */
   constructor(catalogue, findingNames, onResult) {
     Object.assign(this, { catalogue, findingNames, onResult });
-    this.#kind.addEventListener('change', () => this.apply());
-    this.#problem.addEventListener('change', () => this.apply());
-    this.#words.addEventListener('input', seldom(() => this.apply(), 250));
+    this.#kind.addEventListener('change', () => this.#applyAnew());
+    this.#problem.addEventListener('change', () => this.#applyAnew());
+    this.#words.addEventListener('input', seldom(() => this.#applyAnew(), 250));
     byId('filterForm').addEventListener('submit', (event) => event.preventDefault());
     byId('clearFilters').addEventListener('click', () => this.clear());
   }
@@ -83,24 +85,25 @@ export class Filters {
   forget() {
     this.#search?.end();
     this.#search = undefined;
+    this.#passed = undefined;
   }
 
   clear() {
     for (const control of this.controls) control.value = '';
-    this.apply();
+    this.#applyAnew();
     this.#words.focus();
   }
 
   setRange(range) {
     this.#range = range;
-    this.apply();
+    this.#applyAnew();
   }
 
   /** A message was changed. */
   async update(row) {
     await this.#search?.update(row);
     this.refresh();
-    this.apply();
+    await this.#applyAnew();
   }
 
   /** The choices there are, with how many messages each has. */
@@ -150,27 +153,42 @@ export class Filters {
     return this.#search;
   }
 
-  #passing(tests) {
-    const rows = new Uint32Array(this.log.count);
-    let count = 0;
-    for (let row = 0; row < rows.length; ++row) {
-      let passes = true;
-      for (let at = 0; passes && at < tests.length; ++at) passes = tests[at](row);
-      if (passes) rows[count++] = row;
-    }
-    return rows.subarray(0, count);
+  // Goes on from the rows that were looked at for the same filters. What a search has not come to is not listed yet.
+  async #look() {
+    const { log } = this;
+    const search = this.#searchFor(this.#words.value);
+    const count = search ? Math.min(search.count, log.count) : log.count;
+    const passed = (this.#passed ??= { rows: new Uint32Array(1024), count: 0, end: 0, tests: this.#tests() });
+    await inSlices(
+      count,
+      (from, to) => {
+        if (passed.count + to - from > passed.rows.length) passed.rows = grown(passed.rows, passed.count, Math.max(2 * passed.rows.length, passed.count + to - from));
+        passed.end = to;
+        for (let row = from; row < to; ++row) if (passed.tests.every((test) => test(row))) passed.rows[passed.count++] = row;
+      },
+      passed.end,
+    );
+    if (this.#passed === passed && this.log === log) this.onResult(passed.rows.subarray(0, passed.count), search !== undefined && search.count < log.count);
   }
 
-  #show() {
-    const search = this.#search;
-    this.onResult(this.#passing(this.#tests()), search !== undefined && search.count < this.log.count);
-  }
-
-  /** Calls onResult with the rows that pass, again when the search has found more. */
-  apply() {
+  /** Calls onResult with the rows that pass, again when there are more or the search has found more. */
+  async apply() {
     byId('clearFilters').hidden = this.controls.every(({ value }) => value === '');
-    this.#show();
-    const search = this.#search;
-    if (search) busy(search.run(() => this.#search === search && this.#show()));
+    const search = this.#searchFor(this.#words.value);
+    const looked = this.#looking();
+    if (search) busy(search.run(() => this.#search === search && this.#looking()));
+    await looked;
   }
+
+  // The filters are others now, or what they look at is.
+  #applyAnew() {
+    this.#passed = undefined;
+    return this.apply();
+  }
+}
+
+function grown(rows, count, room) {
+  const more = new Uint32Array(room);
+  more.set(rows.subarray(0, count));
+  return more;
 }

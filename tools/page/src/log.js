@@ -1,5 +1,8 @@
-// The log in hand: where its messages are, what was found in them, and what people changed. A change is one of the log's
-// bytes, so that searches, plots and comparisons see it as what there is.
+// The log in hand: where its messages are, what was found in them, and what people changed. A changed message stands
+// behind the log's bytes, so that searches, plots and comparisons see it as what there is, and the others stay where they
+// are.
+import { inSlices } from './elements.js';
+import { isSame } from './bytes.js';
 import { Columns } from './columns.js';
 import { Cancelled } from './reader.js';
 
@@ -9,7 +12,7 @@ const noCounts = () => ({ damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, m
 
 export class Log {
   columns = new Columns();
-  originals = new Map(); // of changed messages: row to the bytes that were read
+  originals = new Map(); // of changed messages: row to { start, size } of what was read
   notes = []; // what was done to read it
   done = 0;
   isComplete = false;
@@ -55,7 +58,7 @@ export class Log {
 
   #append({ rows, file, start }) {
     const first = this.columns.count;
-    this.columns.append(rows, file, start);
+    this.columns.append(rows, file, start, this.size);
     this.#countFrom(first);
   }
 
@@ -67,15 +70,24 @@ export class Log {
   }
 
   #countFrom(first) {
-    const { columns, counts, kinds } = this;
-    for (let row = first; row < columns.count; ++row) {
-      kinds.set(columns.id[row], (kinds.get(columns.id[row]) ?? 0) + 1);
-      counts.damaged += columns.isDamaged[row];
-      counts.missing += columns.missing[row];
-      if (columns.missing[row] > 0) ++counts.gaps;
-      this.#takeTime(columns.microseconds[row]);
-      if (columns.severity[row] > 0) this.#countFindings(row);
+    for (let row = first; row < this.columns.count; ++row) {
+      this.#count(row, 1);
+      this.#takeTime(this.columns.microseconds[row]);
     }
+  }
+
+  // Takes a message into account, or, with -1, out of it.
+  #count(row, by) {
+    const { columns, counts, kinds, findings } = this;
+    const add = (map, key) => map.set(key, (map.get(key) ?? 0) + by) && map.get(key) === 0 && map.delete(key);
+    add(kinds, columns.id[row]);
+    counts.damaged += by * columns.isDamaged[row];
+    counts.missing += by * columns.missing[row];
+    if (columns.missing[row] > 0) counts.gaps += by;
+    if (columns.severity[row] === 0) return;
+    counts.withProblems += by;
+    if (columns.severity[row] === 2) counts.withErrors += by;
+    for (let code = 0; code < 64; ++code) if (columns.hasFinding(row, code)) add(findings, code);
   }
 
   #takeTime(microseconds) {
@@ -85,32 +97,29 @@ export class Log {
     this.times.last = Math.max(this.times.last, microseconds);
   }
 
-  #countFindings(row) {
-    ++this.counts.withProblems;
-    if (this.columns.severity[row] === 2) ++this.counts.withErrors;
-    for (let code = 0; code < 64; ++code)
-      if (this.columns.hasFinding(row, code)) this.findings.set(code, (this.findings.get(code) ?? 0) + 1);
-  }
-
   /**
    * Puts the messages of several files in order of time; those without a time stay behind the one before in their
-   * file. Gives where each row went, or nothing when all stand as they were.
+   * file. Gives where each row went, or nothing when there is one file.
    */
-  orderByTime() {
+  async orderByTime() {
     const { columns, count } = this;
     if (this.files.length === 1) return undefined;
     const keys = new Float64Array(count);
     const latest = this.files.map(() => -Infinity);
-    for (let row = 0; row < count; ++row) {
-      const file = columns.file[row];
-      if (columns.microseconds[row] > latest[file]) latest[file] = columns.microseconds[row];
-      keys[row] = latest[file];
-    }
-    const rows = Uint32Array.from(keys, (_key, row) => row).sort((left, right) => (keys[left] === keys[right] ? left - right : keys[left] - keys[right]));
-    columns.order(rows);
+    await inSlices(count, (from, to) => {
+      for (let row = from; row < to; ++row) {
+        const file = columns.file[row];
+        if (columns.microseconds[row] > latest[file]) latest[file] = columns.microseconds[row];
+        keys[row] = latest[file];
+      }
+    });
+    const rows = await this.orderOf(keys);
+    await columns.order(rows);
     ++this.order;
     const places = new Uint32Array(count);
-    rows.forEach((row, place) => (places[row] = place));
+    await inSlices(count, (from, to) => {
+      for (let place = from; place < to; ++place) places[rows[place]] = place;
+    });
     return places;
   }
 
@@ -133,13 +142,33 @@ export class Log {
 
   /** A message as it is now. */
   async message(row) {
-    const start = this.columns.offset[row];
-    return new Uint8Array(await this.blob.slice(start, start + this.columns.size[row]).arrayBuffer());
+    return this.#bytesAt(this.#placeIn(row));
   }
 
   /** A message as it was read. */
   async original(row) {
-    return this.originals.get(row) ?? this.message(row);
+    const original = this.originals.get(row);
+    return original ? this.#bytesAt(original) : this.message(row);
+  }
+
+  async #bytesAt({ start, size }) {
+    return new Uint8Array(await this.blob.slice(start, start + size).arrayBuffer());
+  }
+
+  #placeIn(row) {
+    return { start: this.columns.offset[row], size: this.columns.size[row] };
+  }
+
+  /** All of it, with the changed messages in their places. */
+  whole() {
+    const parts = [];
+    let at = 0;
+    for (const [row, { start, size }] of [...this.originals].sort(([, left], [, right]) => left.start - right.start)) {
+      const now = this.#placeIn(row);
+      parts.push(this.blob.slice(at, start), this.blob.slice(now.start, now.start + now.size));
+      at = start + size;
+    }
+    return new Blob([...parts, this.blob.slice(at, this.size)]);
   }
 
   /** The latest message of the same kind in front of this one; -1 when there is none. */
@@ -196,30 +225,42 @@ export class Log {
   /** Puts another message in a row's place. `described` is the core's row of it. */
   async change(row, bytes, described, core) {
     const { columns } = this;
-    const start = columns.offset[row];
-    const end = start + columns.size[row];
-    const before = await this.message(row);
-    if (!this.originals.has(row)) this.originals.set(row, before);
-    const original = this.originals.get(row);
-    if (original.length === bytes.length && original.every((byte, at) => byte === bytes[at])) this.originals.delete(row);
-    this.blob = new Blob([this.blob.slice(0, start), bytes, this.blob.slice(end)]);
-    const more = bytes.length - (end - start);
-    for (let at = 0; at < columns.count; ++at) if (columns.offset[at] > start) columns.offset[at] += more;
-    columns.size[row] = bytes.length;
+    const read = this.originals.get(row) ?? this.#placeIn(row);
+    const isAsRead = isSame(await this.#bytesAt(read), bytes);
     const old = [columns.sequence[row], columns.hasSequence[row]];
+    this.#count(row, -1);
+    if (isAsRead) this.originals.delete(row);
+    else this.originals.set(row, read);
+    columns.offset[row] = isAsRead ? read.start : this.blob.size;
+    columns.size[row] = bytes.length;
+    if (!isAsRead) this.blob = new Blob([this.blob, bytes]);
     columns.change(row, described);
+    this.#count(row, 1);
     if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) await this.#countMissing(core, columns.file[row]);
-    this.#forget();
-    this.#countFrom(0);
   }
 
   // Which numbers are missing in a file, from its start on.
   async #countMissing(core, file) {
-    const { columns } = this;
-    const rows = [];
-    for (let row = 0; row < columns.count; ++row) if (columns.file[row] === file && columns.hasSequence[row]) rows.push(row);
-    const missing = await core.missing(Int32Array.from(rows, (row) => columns.sequence[row]));
-    for (let row = 0; row < columns.count; ++row) if (columns.file[row] === file) columns.missing[row] = 0;
-    rows.forEach((row, at) => (columns.missing[row] = missing[at]));
+    const { columns, counts } = this;
+    const numbers = new Int32Array(columns.count);
+    const rows = new Uint32Array(columns.count);
+    let found = 0;
+    await inSlices(columns.count, (from, to) => {
+      for (let row = from; row < to; ++row)
+        if (columns.file[row] === file && columns.hasSequence[row]) {
+          numbers[found] = columns.sequence[row];
+          rows[found++] = row;
+        }
+    });
+    const missing = await core.missing(numbers.slice(0, found));
+    const put = (row, value) => {
+      counts.missing += value - columns.missing[row];
+      counts.gaps += (value > 0 ? 1 : 0) - (columns.missing[row] > 0 ? 1 : 0);
+      columns.missing[row] = value;
+    };
+    let next = 0;
+    await inSlices(columns.count, (from, to) => {
+      for (let row = from; row < to; ++row) if (columns.file[row] === file) put(row, rows[next] === row && next < found ? missing[next++] : 0);
+    });
   }
 }

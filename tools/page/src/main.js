@@ -2,14 +2,13 @@
 import { announce, busy, byId, seldom } from './elements.js';
 import { Catalogue } from './catalogue.js';
 import { Detail, saveBlob } from './detail.js';
-import { Differences } from './differences.js';
 import { Filters } from './filters.js';
 import { History } from './history.js';
 import { makeLeaving } from './leaving.js';
 import { Log } from './log.js';
 import { MessageList } from './messageList.js';
 import { makeOpening } from './opening.js';
-import { Plot } from './plot.js';
+import { makePanels } from './panels.js';
 import { Reader, coreIn } from './reader.js';
 import { setUnprintable, shownWords } from './signs.js';
 import { makeTabs } from './tabs.js';
@@ -37,9 +36,9 @@ class Page {
       onRange: (range) => this.filters.setRange(range),
     });
     this.detail = new Detail(core, catalogue, (row, bytes) => this.#edit(row, bytes));
-    this.differences = new Differences(core, catalogue);
-    this.plot = new Plot(catalogue);
-    this.chooseTab = makeTabs(byId('tabs'), (id) => this.#onTab(id));
+    this.panels = makePanels({ core, catalogue, onRow: (row) => this.#choose(row) });
+    this.plot = this.panels.find(({ id }) => id === 'plot');
+    this.chooseTab = makeTabs(byId('tabs'), (tab) => this.log && this.panels.find(({ id }) => tab === `${id}Tab`)?.open());
     const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved, save: () => this.#saveLog() });
     makeOpening(async (files) => (await mayLeave()) && busy(this.#open(files)));
     byId('cancelReading').addEventListener('click', () => this.log.cancel());
@@ -68,9 +67,10 @@ class Page {
       announce(error.message, true);
     }
     if (this.log !== log) return;
-    this.#order(log);
-    refresh();
-    busy(this.plot.noteComplete());
+    await this.#order(log);
+    await refresh();
+    if (this.log !== log) return;
+    busy(Promise.all(this.panels.map((panel) => panel.complete())));
     announce(`${log.isCut ? 'Stopped: ' : ''}${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`);
     if (log.count > 0 && this.row === undefined) this.list.choose(0);
     if (log.count === 1) this.detail.tree.focus();
@@ -79,14 +79,14 @@ class Page {
   }
 
   // Several files become one log; the message in sight stays.
-  #order(log) {
-    const places = log.orderByTime();
-    if (!places) return;
+  async #order(log) {
+    const places = await log.orderByTime();
+    if (!places || this.log !== log) return;
     this.filters.forget();
     this.list.reset(log);
     const { row } = this;
     this.row = undefined;
-    this.filters.apply();
+    await this.filters.apply();
     if (row !== undefined) this.list.choose(places[row]);
   }
 
@@ -100,8 +100,7 @@ class Page {
     this.filters.reset(log);
     this.list.reset(log);
     this.timeLine.reset(log);
-    this.differences.reset();
-    this.plot.reset(log);
+    for (const panel of this.panels) panel.reset(log);
     this.chooseTab('messageTab');
     this.#showPane('list');
     this.#showName();
@@ -123,11 +122,10 @@ class Page {
     this.#showName();
     this.#showSummary();
     this.filters.refresh();
-    this.filters.apply();
-    this.plot.refresh();
-    this.timeLine.draw();
+    for (const panel of this.panels) panel.refresh();
     byId('overview').hidden = log.count < 2;
     byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
+    return Promise.all([this.filters.apply(), this.timeLine.count()]);
   }
 
   #showSummary() {
@@ -148,7 +146,7 @@ class Page {
     const bytes = await log.message(row);
     if (this.log !== log || this.row !== row) return;
     await this.detail.show(log, row, bytes);
-    if (this.log === log && this.row === row) this.differences.show(log, row, bytes);
+    if (this.log === log && this.row === row) for (const panel of this.panels) panel.show(log, row, bytes);
   }
 
   #choose(row) {
@@ -170,8 +168,8 @@ class Page {
     await this.filters.update(row);
     this.list.draw();
     this.#showSummary();
-    this.timeLine.draw();
-    await Promise.all([this.plot.update(row), this.row === row ? this.#showRow(row) : this.#choose(row)]);
+    const panels = this.panels.map((panel) => panel.update(row));
+    await Promise.all([this.timeLine.count(), ...panels, this.row === row ? this.#showRow(row) : this.#choose(row)]);
   }
 
   #showHistory() {
@@ -206,15 +204,9 @@ class Page {
   }
 
   #saveLog() {
-    saveBlob(this.log.blob, this.log.files.length === 1 ? this.log.name : 'log.txt');
+    saveBlob(this.log.whole(), this.log.files.length === 1 ? this.log.name : 'log.txt');
     this.history.noteSaved();
     this.#showHistory();
-  }
-
-  #onTab(id) {
-    if (!this.log) return;
-    if (id === 'differenceTab' && this.differences.bytes) busy(this.differences.draw());
-    if (id === 'plotTab') this.plot.draw();
   }
 
   #plotActive() {

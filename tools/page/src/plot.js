@@ -3,6 +3,7 @@ import uPlot from 'uplot';
 import { Curve, drawn, extent, nearestPlace, nextPlace } from './curves.js';
 import { announce, busy, byId, element, nextTask, option, setOptions } from './elements.js';
 import { colour, onColourChange, seriesColour } from './colours.js';
+import { Panel } from './panel.js';
 import { Cancelled } from './reader.js';
 import { lowerBound } from './search.js';
 import { counted, number, timeInWords } from './words.js';
@@ -19,7 +20,9 @@ const timeTicks = (hasDate) => [
   ticks(0.001, '{HH}:{mm}:{ss}.{fff}', hasDate),
 ];
 
-export class Plot {
+export class Plot extends Panel {
+  static id = 'plot';
+  static title = 'Plot';
   #curves = [];
   #bands; // a curve too
   #chart;
@@ -32,7 +35,8 @@ export class Plot {
   #readPlace; // that was read off
   #round = 0;
 
-  constructor(catalogue) {
+  constructor({ catalogue }) {
+    super();
     this.catalogue = catalogue;
     byId('plotForm').addEventListener('submit', (event) => {
       event.preventDefault();
@@ -123,7 +127,7 @@ export class Plot {
   }
 
   /** The log is read to its end: the curves go on to it. */
-  async noteComplete() {
+  async complete() {
     const { log } = this;
     this.refresh();
     for (const curve of this.#all()) {
@@ -160,6 +164,10 @@ export class Plot {
     if (this.log !== log || round !== this.#round) return;
     this.#stretches = this.#bands?.stretches() ?? [];
     this.#range = undefined;
+    this.draw();
+  }
+
+  open() {
     this.draw();
   }
 

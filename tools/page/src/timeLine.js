@@ -1,5 +1,5 @@
 // The time line: how many messages of each kind there are when, where numbers are missing, and what is damaged.
-import { byId } from './elements.js';
+import { byId, inSlices, oneByOne } from './elements.js';
 import { colour, onColourChange, seriesColour } from './colours.js';
 import { counted, number, timeInWords } from './words.js';
 
@@ -22,8 +22,8 @@ export class TimeLine {
   /** onRow(row): a message was pointed out; onRange([from, to] or undefined): what is shown was changed. */
   constructor(catalogue, { onRow, onRange }) {
     Object.assign(this, { catalogue, onRow, onRange });
-    new ResizeObserver(() => this.draw()).observe(this.#canvas.parentElement);
-    onColourChange(() => this.draw());
+    new ResizeObserver(() => this.count()).observe(this.#canvas.parentElement);
+    onColourChange(() => this.#draw());
     this.#canvas.addEventListener('keydown', (event) => this.#key(event));
     this.#canvas.addEventListener('pointermove', (event) => this.#point(event));
     this.#canvas.addEventListener('pointerdown', (event) => this.#startDrag(event));
@@ -36,6 +36,7 @@ export class TimeLine {
     this.log = log;
     this.range = undefined;
     this.#cursor = -1;
+    this.#bins = [];
     byId('wholeTime').hidden = true;
   }
 
@@ -45,7 +46,7 @@ export class TimeLine {
     this.#cursor = -1;
     byId('wholeTime').hidden = range === undefined;
     this.onRange(range);
-    this.draw();
+    this.count();
   }
 
   // The ends of what is shown.
@@ -65,18 +66,30 @@ export class TimeLine {
     return { own: new Map(own.map((id, lane) => [id, lane])), count: own.length + (isShared ? 1 : 0), isShared };
   }
 
-  draw() {
+  /** Draws it of the messages that there are now. */
+  count = oneByOne(async () => {
     const { log } = this;
     if (!log || log.count === 0) return;
     const lanes = this.#lanes();
+    const ends = this.#ends();
     const width = this.#canvas.parentElement.clientWidth;
-    this.#left = width > 700 ? 150 : 110;
+    const left = width > 700 ? 150 : 110;
+    const bins = await this.#count(lanes, ends, Math.max(1, width - left - edge));
+    if (this.log !== log) return;
+    Object.assign(this, { ends, lanes });
+    this.#left = left;
+    this.#bins = bins;
+    this.#draw();
+  });
+
+  #draw() {
+    if (this.#bins.length === 0) return;
+    const { lanes } = this;
+    const width = this.#left + this.#bins.length + edge;
     const height = lanes.count * laneHeight + marks.length * markHeight;
     const ratio = window.devicePixelRatio || 1;
     Object.assign(this.#canvas, { width: width * ratio, height: height * ratio });
     this.#canvas.style.height = `${height}px`;
-    this.ends = this.#ends();
-    this.#bins = this.#count(lanes, Math.max(1, width - this.#left - edge));
     const context = this.#canvas.getContext('2d');
     context.scale(ratio, ratio);
     this.#drawNames(context, lanes);
@@ -91,15 +104,14 @@ export class TimeLine {
   }
 
   // A bin for every column of pixels.
-  #count(lanes, width) {
+  async #count(lanes, [from, to], width) {
     const { log } = this;
     const bins = Array.from({ length: width }, () => undefined);
-    const [from, to] = this.ends;
     const scale = (width - 1) / (to - from);
     const { isTimed, columns } = log;
-    for (let row = 0; row < log.count; ++row) {
+    const take = (row) => {
       const at = Math.floor(((isTimed ? columns.microseconds[row] : row) - from) * scale);
-      if (!(at >= 0 && at < width)) continue;
+      if (!(at >= 0 && at < width)) return;
       const bin = (bins[at] ??= { first: row, count: 0, lanes: new Uint32Array(lanes.count), errors: 0, problems: 0, damaged: 0, missing: 0 });
       ++bin.count;
       ++bin.lanes[lanes.own.get(columns.id[row]) ?? lanes.count - 1];
@@ -107,7 +119,10 @@ export class TimeLine {
       bin.missing += columns.missing[row];
       if (columns.severity[row] === 2) ++bin.problems;
       if (columns.severity[row] === 2 || columns.isDamaged[row]) ++bin.errors;
-    }
+    };
+    await inSlices(log.count, (first, last) => {
+      for (let row = first; row < last; ++row) take(row);
+    });
     return bins;
   }
 
@@ -235,7 +250,7 @@ export class TimeLine {
     else if (event.key === '-' || event.key === 'Escape') return this.zoom(undefined);
     else return undefined;
     event.preventDefault();
-    return this.draw();
+    return this.#draw();
   }
 
   // With single steps, empty columns are passed over.

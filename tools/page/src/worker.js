@@ -109,12 +109,13 @@ const jobs = {
   },
 };
 
-// Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages.
+// Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages in their
+// order: changed ones stand behind all others.
 async function eachBlock(job, blob, offsets, sizes, take) {
   for (let first = 0; first < offsets.length; ) {
     const start = offsets[first];
     let last = first + 1;
-    while (last < offsets.length && offsets[last] + sizes[last] - start <= blockSize) ++last;
+    while (last < offsets.length && offsets[last] >= offsets[last - 1] && offsets[last] + sizes[last] - start <= blockSize) ++last;
     const block = await bytesIn(blob, start, offsets[last - 1] + sizes[last - 1]);
     goOn(job);
     take(block, start, first, last);
