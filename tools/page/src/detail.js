@@ -1,11 +1,12 @@
 // One message: its tree, its text in every form, its problems; changing, sealing, copying and saving it.
-import { announce, busy, byId, element, nextTask, option } from './elements.js';
+import { announce, busy, byId, nextTask, option } from './elements.js';
 import { bytesOf, coreText, isSame, isUtf8, shownText } from './bytes.js';
 import { isNumeric } from './catalogue.js';
 import { Editor } from './editor.js';
 import { ListEditor } from './listEditor.js';
 import { MessageModel } from './messageModel.js';
 import { ProblemList } from './problemList.js';
+import { copyText, saveBlob } from './saving.js';
 import { show, showLines, shownWords } from './signs.js';
 import { TextView } from './textView.js';
 import { TreeView } from './treeView.js';
@@ -180,39 +181,14 @@ export class Detail {
     byId('textSide').dataset.form = form;
   }
 
-  async #copy() {
+  #copy() {
     const bytes = this.#formBytes;
-    if (!isUtf8(bytes)) return announce('Not copied: it has bytes that are no text. Save it instead.', true);
-    const text = shownText(bytes);
-    try {
-      await navigator.clipboard.writeText(text);
-    } catch {
-      copyAsSelection(text);
-    }
-    return announce('Copied.');
+    if (isUtf8(bytes)) return copyText(shownText(bytes));
+    return announce('Not copied: it has bytes that are no text. Save it instead.', true);
   }
 
   #save() {
     const name = `${this.model.name ?? 'message'}-${this.model.sequence ?? this.row}.${extensions[this.#form]}`;
     saveBlob(new Blob([this.#formBytes]), name);
   }
-}
-
-export function saveBlob(blob, name) {
-  const url = URL.createObjectURL(blob);
-  element('a', { href: url, download: name }).click();
-  setTimeout(() => URL.revokeObjectURL(url), 10_000);
-  announce(`Saved as ${name}.`);
-}
-
-// Where a page from disk has no clipboard.
-function copyAsSelection(text) {
-  const area = element('textarea', { class: 'visuallyHidden' });
-  area.value = text;
-  const focused = document.activeElement;
-  document.body.append(area);
-  area.select();
-  document.execCommand('copy');
-  area.remove();
-  focused?.focus();
 }

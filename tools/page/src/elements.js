@@ -14,10 +14,6 @@ export function element(name, attributes = {}, ...children) {
   return made;
 }
 
-export function replaceChildren(parent, ...children) {
-  parent.replaceChildren(...children.filter((child) => child !== undefined && child !== null));
-}
-
 export function option(value, text) {
   return element('option', { value }, text);
 }

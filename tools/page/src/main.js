@@ -1,7 +1,7 @@
 // The page: brings the core to life and connects the parts with the log in hand.
 import { announce, busy, byId, seldom } from './elements.js';
 import { Catalogue } from './catalogue.js';
-import { Detail, saveBlob } from './detail.js';
+import { Detail } from './detail.js';
 import { Filters } from './filters.js';
 import { History } from './history.js';
 import { makeLeaving } from './leaving.js';
@@ -10,6 +10,7 @@ import { MessageList } from './messageList.js';
 import { makeOpening } from './opening.js';
 import { makePanels } from './panels.js';
 import { Reader, coreIn } from './reader.js';
+import { saveBlob } from './saving.js';
 import { setUnprintable, shownWords } from './signs.js';
 import { makeTabs } from './tabs.js';
 import { TimeLine } from './timeLine.js';

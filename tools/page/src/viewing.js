@@ -4,7 +4,7 @@ import { firstWhere } from './search.js';
 import { packed } from './table.js';
 import { labelOf } from './words.js';
 
-export const headerPaths = ['@id', '@length', '@echo', '@seq'];
+const headerPaths = ['@id', '@length', '@echo', '@seq'];
 
 const nodeColumns = [
   'path', 'label', 'use', 'parent', 'field', 'depth', 'element', 'count', 'value', 'first',
