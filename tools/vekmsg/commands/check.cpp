@@ -24,7 +24,8 @@ struct checkArguments_t {
         list.add(ignored, {.names = "--ignore",
                            .about = "Leave out findings of this name, which stands behind each in []",
                            .type = "NAME",
-                           .separator = ','});
+                           .separator = ',',
+                           .pages = {"findings"}});
         list.addFlag(isQuiet, "-q,--quiet", "Only the exit code");
         list.addFlag(isJson, "--json", "A JSON object a finding");
         list.addFlag(isAll, "--all", "Every finding, not only the first 20 of a message");

@@ -18,8 +18,10 @@ struct describeArguments_t {
     std::vector<std::string> words; ///< ids, names of messages, and keys
 
     void declare(argumentList_t &list) {
-        list.add(words,
-                 {.names = "ID|NAME|KEY", .about = "An id, the name of a message, or a key", .isRequired = true});
+        list.add(words, {.names = "ID|NAME|KEY",
+                         .about = "An id, the name of a message, or a key",
+                         .isRequired = true,
+                         .pages = {"names", "keys"}});
         color.declare(list);
     }
 };

@@ -26,7 +26,8 @@ struct diffArguments_t {
         list.add(diff.ignored, {.names = "--ignore",
                                 .about = "Leave out a path and all below it, or a key wherever it stands",
                                 .type = "PATH",
-                                .separator = ','});
+                                .separator = ',',
+                                .pages = {"keys"}});
         list.addFlag(diff.comparesHeader, "--header", "Compare echo tags and sequence numbers, too");
         reading.declare(list, false, false);
         color.declare(list);

@@ -14,7 +14,8 @@ struct getArguments_t {
     void declare(argumentList_t &list) {
         list.add(path, {.names = "PATH",
                         .about = "The key, with those it stands in; @id, @echo, @seq, @length",
-                        .isRequired = true});
+                        .isRequired = true,
+                        .pages = {"keys"}});
         reading.declareFiles(list);
         reading.declare(list);
     }

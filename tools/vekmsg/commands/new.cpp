@@ -15,7 +15,7 @@ struct newArguments_t {
     std::string id; ///< or name
 
     void declare(argumentList_t &list) {
-        list.add(id, {.names = "ID", .about = "The id or name of a message", .isRequired = true});
+        list.add(id, {.names = "ID", .about = "The id or name of a message", .isRequired = true, .pages = {"names"}});
         header.declare(list);
     }
 };

@@ -7,6 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+
 namespace vek::tool {
 
 namespace {
@@ -102,13 +104,20 @@ std::string manualPage(const CLI::App &app) {
 }
 
 std::string bashCompletion(const CLI::App &app) {
-    std::string commands, cases;
+    std::string commands, cases, values;
     for (const CLI::App *command : commandsOf(app)) {
-        commands += " " + command->get_name();
-        cases += "    " + command->get_name() + ") options='";
-        for (const CLI::Option *option : command->get_options())
-            for (const std::string &name : option->get_lnames())
-                cases += "--" + name + " ";
+        const std::string name = command->get_name();
+        commands += " " + name;
+        cases += "    " + name + ") options='";
+        for (const CLI::Option *option : command->get_options()) {
+            std::string before = isPositional(option) ? "'" + name + ' ' + name + '\'' : "";
+            for (const std::string &longName : option->get_lnames()) {
+                cases += "--" + longName + " ";
+                before += "'" + name + " --" + longName + '\'';
+            }
+            if (const std::string words = shellWords(*option); !words.empty())
+                values += "    " + before + ") options=\"" + words + "\" ;;\n";
+        }
         cases += "' ;;\n";
     }
     return "# Completion of vekmsg for bash, made by vekmsg from the declarations of its command line.\n"
@@ -124,12 +133,8 @@ std::string bashCompletion(const CLI::App &app) {
            "    case ${COMP_WORDS[1]} in\n" +
            cases +
            "    esac\n"
-           "    case $previous in\n"
-           "    --color) options='auto always never' ;;\n"
-           "    --id | --as | new) options=$(vekmsg page names) ;;\n"
-           "    describe) options=$(vekmsg page names; vekmsg page keys) ;;\n"
-           "    --ignore) [ \"${COMP_WORDS[1]}\" != check ] || options=$(vekmsg page findings) ;;\n"
-           "    --keys | --where | get | set) options=$(vekmsg page keys) ;;\n"
+           "    case \"${COMP_WORDS[1]} $previous\" in\n" +
+           values +
            "    esac\n"
            "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$word\"; compgen -f -- \"$word\")\n"
            "}\n"
@@ -150,14 +155,9 @@ std::string zshText(const std::string &text) {
     return out;
 }
 
-std::string zshValues(const std::string &name, const std::string &command) {
-    if (name == "ignore")
-        return command == "check" ? "($(vekmsg page findings))" : "($(vekmsg page keys))";
-    if (name == "color")
-        return "(auto always never)";
-    if (name == "id" || name == "as")
-        return "($(vekmsg page names))";
-    return name == "keys" || name == "where" ? "($(vekmsg page keys))" : "";
+std::string zshValues(const CLI::Option &option) {
+    const std::string words = shellWords(option);
+    return words.empty() ? words : '(' + words + ')';
 }
 
 std::string zshCompletion(const CLI::App &app) {
@@ -169,13 +169,15 @@ std::string zshCompletion(const CLI::App &app) {
             for (const std::string &name : option->get_lnames())
                 cases += " \\\n            '--" + name + (takesValue(option) ? "=" : "") + "[" +
                          zshText(option->get_description()) + "]" +
-                         (takesValue(option)
-                              ? ":" + zshText(option->get_type_name()) + ":" + zshValues(name, command->get_name())
-                              : "") +
+                         (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(*option) : "") +
                          "'";
-        const std::string &name = command->get_name();
-        cases += name == "new" || name == "describe" ? " \\\n            '*:name:($(vekmsg page names))'"
-                                                     : " \\\n            '*:file:_files'";
+        const auto options = command->get_options();
+        const auto offering = std::find_if(options.begin(), options.end(), [](const CLI::Option *option) {
+            return isPositional(option) && !shellWords(*option).empty();
+        });
+        if (offering != options.end())
+            cases += " \\\n            '1:value:" + zshValues(**offering) + "'";
+        cases += " \\\n            '*:file:_files'";
         cases += "\n        ;;\n";
     }
     return "#compdef vekmsg\n# Completion of vekmsg for zsh, made by vekmsg from the declarations of its command "

@@ -18,7 +18,10 @@ struct sealArguments_t {
     void declare(argumentList_t &list) {
         reading.declareFiles(list);
         header.declare(list);
-        list.add(id, {"--as", "The message that it is, when it does not say so itself", "ID|NAME"});
+        list.add(id, {.names = "--as",
+                      .about = "The message that it is, when it does not say so itself",
+                      .type = "ID|NAME",
+                      .pages = {"names"}});
         inPlace.declare(list);
         list.addFlag(isForced, "--force,--raw",
                      "Write what check would call an error, or what can only be guessed, too");

@@ -19,7 +19,8 @@ struct setArguments_t {
     void declare(argumentList_t &list) {
         list.add(words, {.names = "PATH=VALUE",
                          .about = "What to change; then the files, - or none for standard input",
-                         .isRequired = true});
+                         .isRequired = true,
+                         .pages = {"keys"}});
         inPlace.declare(list);
         declareFlags(list, isForced, isQuiet);
         reading.declare(list, true, false);
@@ -37,8 +38,10 @@ struct unsetArguments_t {
     bool isForced = false, isQuiet = false;
 
     void declare(argumentList_t &list) {
-        list.add(path,
-                 {.names = "PATH", .about = "The key, or the element of a list, to take away", .isRequired = true});
+        list.add(path, {.names = "PATH",
+                        .about = "The key, or the element of a list, to take away",
+                        .isRequired = true,
+                        .pages = {"keys"}});
         reading.declareFiles(list);
         inPlace.declare(list);
         setArguments_t::declareFlags(list, isForced, isQuiet);

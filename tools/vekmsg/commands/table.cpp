@@ -23,7 +23,8 @@ struct tableArguments_t {
              .about = "The columns: paths of values; time, file, line, offset, before, id, name, echo, seq, length",
              .type = "KEY,...",
              .isRequired = true,
-             .separator = ','});
+             .separator = ',',
+             .pages = {"keys"}});
         list.addFlag(isTabs, "--tsv", "Tabs instead of commas");
         reading.declare(list);
     }

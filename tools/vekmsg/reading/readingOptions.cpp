@@ -24,11 +24,16 @@ void readingOptions_t::declareFollowing(argumentList_t &list) {
 }
 
 void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSplit) {
-    list.add(ids, {"--id", "Only messages of this id or name; several times for several", "ID|NAME"});
-    list.add(conditions, {"--where",
-                          "Only messages whose values are so: PATH=VALUE, !=, <, <=, >, >=, ~ (contains), =~ (regular "
-                          "expression), PATH (it is there), LIST[*] (any element), with and, or, not, ( ); quote it",
-                          "CONDITION"});
+    list.add(ids, {.names = "--id",
+                   .about = "Only messages of this id or name; several times for several",
+                   .type = "ID|NAME",
+                   .pages = {"names"}});
+    list.add(conditions,
+             {.names = "--where",
+              .about = "Only messages whose values are so: PATH=VALUE, !=, <, <=, >, >=, ~ (contains), =~ (regular "
+                       "expression), PATH (it is there), LIST[*] (any element), with and, or, not, ( ); quote it",
+              .type = "CONDITION",
+              .pages = {"keys"}});
     list.add(since,
              {"--since", "Only messages of log lines of this time and later: a time, a date, -2h, today, yesterday",
               "TIME"});

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <charconv>
+#include <map>
 #include <type_traits>
 
 namespace vek::tool {
@@ -32,7 +33,18 @@ std::string whyNoNumber(const std::string &value, std::optional<std::uint64_t> l
     return value + " is no number" + from + (to.empty() && least ? " on" : to);
 }
 
+// The library has no room for it in an option.
+std::map<const CLI::Option *, std::string> &allShellWords() {
+    static std::map<const CLI::Option *, std::string> words;
+    return words;
+}
+
 } // namespace
+
+std::string shellWords(const CLI::Option &option) {
+    const auto found = allShellWords().find(&option);
+    return found != allShellWords().end() ? found->second : std::string();
+}
 
 template <typename value_t>
 void argumentList_t::add(value_t &value, const argumentWords_t &words) {
@@ -49,6 +61,11 @@ void argumentList_t::add(value_t &value, const argumentWords_t &words) {
         std::string()));
     if (!words.oneOf.empty())
         option->check(CLI::IsMember(words.oneOf));
+    std::string &offered = allShellWords()[option];
+    for (const std::string &value : words.oneOf)
+        offered += (offered.empty() ? "" : " ") + value;
+    for (const std::string &page : words.pages)
+        offered += (offered.empty() ? "$(vekmsg page " : " $(vekmsg page ") + page + ')';
     if constexpr (!std::is_same_v<typename plain_t<value_t>::type, void>)
         option->check(CLI::Validator(
             [least = words.least, most = words.most](const std::string &given) {

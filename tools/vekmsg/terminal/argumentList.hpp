@@ -9,7 +9,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace vek::tool {
 
@@ -21,6 +22,7 @@ struct argumentWords_t {
     bool isAlone = false;                ///< of a list without a name: it has one value
     char separator = '\0';               ///< between the values of a list
     std::vector<std::string> oneOf = {}; ///< the values there are
+    std::vector<std::string> pages = {}; ///< of `vekmsg page`: their words are values, and others may be
     std::optional<std::uint64_t> least = {}, most = {};
 };
 
@@ -35,5 +37,8 @@ public:
 
     CLI::App &app;
 };
+
+/// What a shell offers for the value of an option, as words of the shell's; empty when that can be anything.
+std::string shellWords(const CLI::Option &option);
 
 } // namespace vek::tool
