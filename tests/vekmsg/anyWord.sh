@@ -46,7 +46,7 @@ needs() {
 
 # Where any text but an empty one makes sense.
 isFree() {
-    case $1 in --source | --device | --site | --ignore | --into) true ;; *) false ;; esac
+    case $1 in --source | --device | --site | --host | --ignore | --into) true ;; *) false ;; esac
 }
 
 declare -A tried

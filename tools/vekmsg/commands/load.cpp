@@ -27,6 +27,12 @@ struct loadArguments_t {
         list.add(load.device,
                  {"--device", "The device whose logs these are; a log of another one is another log", "NAME"});
         list.add(load.site, {"--site", "Where it stands; told apart as devices are", "NAME"});
+        list.add(load.host, {"--host", "The machine that wrote them; told apart as devices are", "NAME"});
+        list.add(load.pattern,
+                 {"--pattern",
+                  "How the end of the logs' names says all that: {site}/{device}.log; besides {host}, and * "
+                  "for anything but a /",
+                  "PATTERN"});
         load.reading.declareTime(list);
         load.reading.declareFollowing(list);
         list.addFlag(load.isQuiet, "-q,--quiet", "Don't say how much was loaded");

@@ -1,6 +1,7 @@
 // The loader: the logs one behind the other, or all at once when they are followed.
 #include "tools/vekmsg/load/loadSummary.hpp"
 #include "tools/vekmsg/load/logLoad.hpp"
+#include "tools/vekmsg/load/soundSource.hpp"
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
@@ -72,8 +73,7 @@ private:
         logLoad_t log(archive_, times_, options_, file);
         logs_ = {&log};
         try {
-            tryPacked(file);
-            const std::unique_ptr<source_t> source = openSource(file);
+            const std::unique_ptr<source_t> source = openSound(file);
             progress_.start(file, source->size());
             while (readBlock(*source, log))
                 progress_.update(source->taken());
@@ -93,15 +93,6 @@ private:
         }
         commit(true);
         logs_.clear();
-    }
-
-    // Nothing of a packed file counts unless all of it is sound.
-    static void tryPacked(const std::string &file) {
-        if (file == "-")
-            return;
-        const std::unique_ptr<source_t> source = openSource(file);
-        while (!source->isPlain() && source->size() > 0 && !source->next().empty()) {
-        }
     }
 
     bool readBlock(source_t &source, logLoad_t &log) {

@@ -11,7 +11,8 @@ struct loadOptions_t {
     readingOptions_t reading;
     sourceOption_t source;
     std::string target; ///< the database
-    std::string device, site;
+    std::string device, site, host;
+    std::string pattern; ///< of the logs' names, with these three in it
     bool isQuiet = false;
 };
 

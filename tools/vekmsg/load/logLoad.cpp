@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/logLoad.hpp"
 
+#include "tools/vekmsg/load/namePattern.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/forms/forms.hpp"
@@ -21,15 +22,17 @@ std::string kept(std::string_view name) {
     return std::string(inspect::wellFormed(name, room));
 }
 
-// The one spelling of a file's name, packed or not.
-std::string plainPath(const std::string &name) {
-    std::error_code error;
-    std::filesystem::path path = std::filesystem::weakly_canonical(name, error);
-    if (error)
-        path = name;
+std::string plainName(std::filesystem::path path) {
     if (path.extension() == ".gz" || path.extension() == ".zst")
         path.replace_extension();
     return path.string();
+}
+
+// The one spelling of a file's name, packed or not.
+std::string plainPath(const std::string &name) {
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::weakly_canonical(name, error);
+    return plainName(error ? std::filesystem::path(name) : path);
 }
 
 // How much two logs have in common at their beginnings when one of them is the other's beginning; else 0.
@@ -55,10 +58,16 @@ std::string userAndMachine() {
 
 logLoad_t::logLoad_t(archive_t &archive, const timeFinder_t &times, const loadOptions_t &options,
                      const std::string &file)
-    : archive_(archive), times_(times), file_(file), isNamed_(!options.source.source.empty()) {
+    : archive_(archive), times_(times), options_(options), file_(file), isNamed_(!options.source.source.empty()) {
     log_.name = kept(isNamed_ ? options.source.source : file);
-    log_.device = kept(options.device);
-    log_.site = kept(options.site);
+}
+
+void logLoad_t::takeOrigin() {
+    nameBy(options_.pattern, plainName(log_.name), log_);
+    for (const auto &[said, own] :
+         {std::pair(&options_.device, &log_.device), {&options_.site, &log_.site}, {&options_.host, &log_.host}})
+        if (!said->empty())
+            *own = kept(*said);
 }
 
 std::string readBeginning(source_t &source) {
@@ -74,6 +83,7 @@ std::string readBeginning(source_t &source) {
 
 void logLoad_t::begin(std::string_view first, bool isNew) {
     const std::string name = log_.name;
+    takeOrigin();
     log_.first = first.substr(0, archivedLog_t::firstBytes);
     const bool isBesideOthers = !isNew && !find(name) && log_.number != 0;
     if (isBesideOthers)
@@ -108,8 +118,9 @@ bool logLoad_t::find(const std::string &name) {
 }
 
 bool logLoad_t::isSame(const archivedLog_t &known, bool isNamedSo) const {
-    const bool isElsewhere = (!log_.device.empty() && log_.device != known.device) ||
-                             (!log_.site.empty() && log_.site != known.site) || (isNamed_ && !isNamedSo);
+    bool isElsewhere = isNamed_ && !isNamedSo;
+    for (const auto part : {&archivedLog_t::device, &archivedLog_t::site, &archivedLog_t::host})
+        isElsewhere |= !(log_.*part).empty() && log_.*part != known.*part;
     const std::size_t common = commonBeginning(log_.first, known.first);
     return !isElsewhere &&
            (isNamedSo ? common > 0 : common >= archivedLog_t::tellingBytes && common == known.first.size());

@@ -51,6 +51,7 @@ public:
 
 private:
     void message(const inspect::foundMessage_t &found) override;
+    void takeOrigin();
     bool find(const std::string &name);
     bool isSame(const inspect::archivedLog_t &known, bool isNamedSo) const;
     std::string_view verify(std::string_view block);
@@ -58,6 +59,7 @@ private:
 
     archive_t &archive_;
     const timeFinder_t &times_;
+    const loadOptions_t &options_;
     const std::string file_; // for people
     const bool isNamed_;     // by the user: a log of another name is another one
     inspect::archivedLog_t log_;

@@ -88,6 +88,7 @@ public:
     std::uint64_t taken() const override { return packed_->taken() - input_.size(); }
     std::uint64_t size() const override { return packed_->size(); }
     bool isPlain() const override { return false; }
+    bool isPacked() const override { return true; }
 
 protected:
     // Unpacks from the front of `input`, and takes off what was used.
@@ -148,6 +149,7 @@ class utf16Source_t final : public packedSource_t {
 public:
     utf16Source_t(std::unique_ptr<plainSource_t> packed, inspect::utf16_t::order_t order)
         : packedSource_t(std::move(packed)), text_(order) {}
+    bool isPacked() const override { return false; }
 
 private:
     std::size_t unpack(std::string_view &input, std::string &room) override {
@@ -222,6 +224,7 @@ public:
     std::uint64_t taken() const override { return wrapped_->taken(); }
     std::uint64_t size() const override { return wrapped_->size(); }
     bool isPlain() const override { return wrapping_ == inspect::wrapping_t::none && wrapped_->isPlain(); }
+    bool isPacked() const override { return wrapped_->isPacked(); }
     bool skip(std::uint64_t bytes) override {
         return isBegun_ && wrapping_ == inspect::wrapping_t::none && wrapped_->skip(bytes);
     }

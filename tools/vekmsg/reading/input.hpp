@@ -36,6 +36,8 @@ public:
     virtual bool isAllAtOnce() const { return false; }
     /// Whether the bytes are the file's own, so that places in them are places in the file.
     virtual bool isPlain() const { return true; }
+    /// Whether only its end tells, by a checksum, that all of it is sound.
+    virtual bool isPacked() const { return false; }
 };
 
 /// Whether an input's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its

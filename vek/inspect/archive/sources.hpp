@@ -21,13 +21,13 @@ struct archivedLog_t {
         std::uint64_t offset = 0, size = 0, hash = 0;
     };
 
-    std::uint64_t number = 0; ///< that its rows carry; 0: it is in no archive yet
-    std::string name;         ///< of the file when it was first seen, or what the user calls it
-    std::string device, site; ///< as the user says
-    std::string first;        ///< at most firstBytes
-    logPosition_t position;   ///< where to go on
-    message_t last;           ///< that was loaded last: it must still be where it was. Of size 0 when there is none
-    bool hasTail = false;     ///< there are rows behind the position, made of what stood at the log's end
+    std::uint64_t number = 0;       ///< that its rows carry; 0: it is in no archive yet
+    std::string name;               ///< of the file when it was first seen, or what the user calls it
+    std::string device, site, host; ///< as the user says
+    std::string first;              ///< at most firstBytes
+    logPosition_t position;         ///< where to go on
+    message_t last;       ///< that was loaded last: it must still be where it was. Of size 0 when there is none
+    bool hasTail = false; ///< there are rows behind the position, made of what stood at the log's end
     std::string loadedAt, loadedBy;
 
     /// Of the first bytes, and of the telling ones among them (0 when there are fewer): by them it is found.
