@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,15 @@ public:
     /// Gives a new log its number, or prepares one that was found for more of its rows. `isNew`: it is another one even
     /// when one begins the same.
     virtual void enter(inspect::archivedLog_t &log, bool isNew) = 0;
+
+    /// The other log that has most of these messages, by their marks, and how many.
+    struct overlap_t {
+        inspect::archivedLog_t log; ///< number 0: there is none
+        std::size_t count = 0;
+    };
+    virtual overlap_t overlap(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) = 0;
+    /// Keeps marks of a log that are new, and looks for the same.
+    virtual overlap_t mark(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) = 0;
 
     virtual void begin() = 0;
     virtual bool hasBegun() const = 0;

@@ -88,23 +88,28 @@ void logLoad_t::begin(std::string_view first, bool isNew) {
     const bool isBesideOthers = !isNew && !find(name) && log_.number != 0;
     if (isBesideOthers)
         log_.number = 0;
+    const bool isEntered = log_.number == 0;
+    if (isEntered)
+        refuseExtract(first);
     archive_.enter(log_, isNew);
+    if (isEntered && !isNew)
+        refuseTwice(name);
     hasBegun_ = true;
     if (log_.name != name && plainPath(log_.name) != plainPath(name))
         complain(file_ + " is the log that was loaded as " + log_.name + "; it goes on there");
     else if (isBesideOthers && !isNamed_)
         complain(file_ + " is another log than the one that was loaded under this name; it is loaded beside it");
     scanner_ = inspect::logScanner_t(log_.position);
+    marks_ = inspect::markMaker_t(log_.position.offset > 0);
     lastText_.clear();
 }
 
 // Whether one of the archive's logs is this one, which then is taken for it. If not, the number of one that has the
 // name is left.
 bool logLoad_t::find(const std::string &name) {
-    const std::string path = plainPath(name);
     const archivedLog_t own = log_;
     for (archivedLog_t &known : archive_.find(own)) {
-        const bool isNamedSo = known.name == name || (!isNamed_ && plainPath(known.name) == path);
+        const bool isNamedSo = isCalled(known, name);
         if (isSame(known, isNamedSo)) {
             if (known.first.size() < own.first.size() && known.position.offset <= own.first.size())
                 known.first = own.first;
@@ -117,10 +122,64 @@ bool logLoad_t::find(const std::string &name) {
     return false;
 }
 
+bool logLoad_t::isOfOtherOrigin(const archivedLog_t &known) const {
+    const auto parts = {&archivedLog_t::device, &archivedLog_t::site, &archivedLog_t::host};
+    return std::any_of(parts.begin(), parts.end(),
+                       [&](const auto part) { return !(log_.*part).empty() && log_.*part != known.*part; });
+}
+
+// Messages that are alike by chance, as those of two devices after their start, are fewer than this.
+constexpr std::size_t manyAlike = 4;
+
+// A log that begins like none, with messages of one that is loaded, is a part of it: nobody wants these twice.
+void logLoad_t::refuseExtract(std::string_view first) {
+    struct ahead_t final : inspect::messageSink_t {
+        explicit ahead_t(const timeFinder_t &finder) : times(finder) {}
+        void message(const inspect::foundMessage_t &found) override {
+            if (maker.count() < inspect::markMaker_t::first)
+                maker.add(found.text, times.in(found.lineHead));
+        }
+        const timeFinder_t &times;
+        inspect::markMaker_t maker;
+    } ahead(times_);
+    inspect::logScanner_t().feed(first, ahead);
+    const archive_t::overlap_t other = archive_.overlap(log_, ahead.maker.marks);
+    if (other.count == 0 || other.count < std::min(manyAlike, ahead.maker.chosen))
+        return;
+    isOverlapTold_ = true;
+    const std::string words = file_ + " has messages of " + other.log.name + ", which is loaded";
+    if (!isNamed_ && !isOfOtherOrigin(other.log))
+        throw usageError_t(words +
+                           ": nothing of it is loaded; if it has others too, take these alone, or load all of it "
+                           "as another log, with --source NAME");
+    complain(words + "; they are there twice now");
+}
+
+void logLoad_t::saveMarks() {
+    if (marks_.marks.empty())
+        return;
+    const archive_t::overlap_t other = archive_.mark(log_, marks_.marks);
+    marks_.marks.clear();
+    if (isOverlapTold_ || other.count < manyAlike)
+        return;
+    isOverlapTold_ = true;
+    complain(file_ + " has messages of " + other.log.name + ", which is loaded; they are there twice now");
+}
+
+// Of two loaders that enter one log under two numbers each finds the other's, or the later one does.
+void logLoad_t::refuseTwice(const std::string &name) {
+    for (const archivedLog_t &known : archive_.find(log_))
+        if (known.number != log_.number && isSame(known, isCalled(known, name)))
+            throw usageError_t("another vekmsg has begun to load " + file_ + "; let it");
+}
+
+// Whether a log has the name, in any spelling of its path.
+bool logLoad_t::isCalled(const archivedLog_t &known, const std::string &name) const {
+    return known.name == name || (!isNamed_ && plainPath(known.name) == plainPath(name));
+}
+
 bool logLoad_t::isSame(const archivedLog_t &known, bool isNamedSo) const {
-    bool isElsewhere = isNamed_ && !isNamedSo;
-    for (const auto part : {&archivedLog_t::device, &archivedLog_t::site, &archivedLog_t::host})
-        isElsewhere |= !(log_.*part).empty() && log_.*part != known.*part;
+    const bool isElsewhere = isOfOtherOrigin(known) || (isNamed_ && !isNamedSo);
     const std::size_t common = commonBeginning(log_.first, known.first);
     return !isElsewhere &&
            (isNamedSo ? common > 0 : common >= archivedLog_t::tellingBytes && common == known.first.size());
@@ -197,9 +256,11 @@ void logLoad_t::message(const inspect::foundMessage_t &found) {
         return;
     }
     tree_.read(found.text);
-    rows_.make(tree_, {log_.name, found.offset, found.line, times_.in(found.lineHead), log_.number}, archive_);
+    const std::optional<inspect::logTime_t> time = times_.in(found.lineHead);
+    rows_.make(tree_, {log_.name, found.offset, found.line, time, log_.number}, archive_);
     if (isTail_)
         return;
+    marks_.add(found.text, time);
     log_.last = {found.offset, found.text.size(), 0};
     lastText_ = found.text;
 }
@@ -217,6 +278,7 @@ void logLoad_t::save() {
     log_.position = scanner_.position();
     log_.loadedAt = nowInWords();
     log_.loadedBy = kept(userAndMachine());
+    saveMarks();
     archive_.save(log_);
     isTouched_ = false;
 }

@@ -8,6 +8,7 @@
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
+#include "vek/inspect/archive/marks.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>
@@ -53,7 +54,12 @@ private:
     void message(const inspect::foundMessage_t &found) override;
     void takeOrigin();
     bool find(const std::string &name);
+    void refuseTwice(const std::string &name);
+    bool isCalled(const inspect::archivedLog_t &known, const std::string &name) const;
     bool isSame(const inspect::archivedLog_t &known, bool isNamedSo) const;
+    bool isOfOtherOrigin(const inspect::archivedLog_t &known) const;
+    void refuseExtract(std::string_view first);
+    void saveMarks();
     std::string_view verify(std::string_view block);
     void dropTail();
 
@@ -66,9 +72,11 @@ private:
     inspect::logScanner_t scanner_;
     inspect::tree_t tree_;
     inspect::rowMaker_t rows_;
+    inspect::markMaker_t marks_;
     std::string lastText_; // of the last message, or what stands in its place now
     std::uint64_t at_ = 0;
     bool hasBegun_ = false, isTail_ = false, isTouched_ = false;
+    bool isOverlapTold_ = false;
     bool hasCutOff_ = false; // a message at the end waits for its rest
 };
 

@@ -35,8 +35,11 @@ std::string listed(const std::vector<std::string> &words, std::string_view betwe
     return out;
 }
 
-std::string created(std::string_view name, const std::vector<std::string> &columns, std::string_view engine) {
-    return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(columns, ",\n    "),
+std::string created(std::string_view name, const std::vector<sqlColumn_t> &columns, std::string_view engine) {
+    std::vector<std::string> lines;
+    for (const sqlColumn_t &column : columns)
+        lines.push_back(quotedName(column.name) + " " + column.type);
+    return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(lines, ",\n    "),
                    "\n) ENGINE = ", engine});
 }
 
@@ -62,13 +65,11 @@ std::vector<sqlColumn_t> clickhouseColumns(const table_t &table) {
 }
 
 std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine) {
-    std::vector<std::string> key = {quotedName("source_id"), quotedName("source"), quotedName("byte_offset")}, columns;
+    std::vector<std::string> key = {quotedName("source_id"), quotedName("source"), quotedName("byte_offset")};
     for (std::size_t i = 0; i < table.depth; ++i)
         key.push_back(quotedName(elementColumn(i)));
-    for (const sqlColumn_t &column : clickhouseColumns(table))
-        columns.push_back(quotedName(column.name) + " " + column.type);
     const std::string usual = joined({"ReplacingMergeTree() ORDER BY (", listed(key, ", "), ")"});
-    return created(name, columns, engine.empty() ? std::string_view(usual) : engine);
+    return created(name, clickhouseColumns(table), engine.empty() ? std::string_view(usual) : engine);
 }
 
 std::vector<sqlColumn_t> clickhouseSourceColumns() {
@@ -81,16 +82,21 @@ std::vector<sqlColumn_t> clickhouseSourceColumns() {
 }
 
 std::string clickhouseCreateSources(std::string_view name, std::string_view engine) {
-    std::vector<std::string> columns;
-    for (const sqlColumn_t &column : clickhouseSourceColumns())
-        columns.push_back(quotedName(column.name) + " " + column.type);
-    return created(name, columns,
+    return created(name, clickhouseSourceColumns(),
                    engine.empty() ? "ReplacingMergeTree(\"loaded_bytes\") ORDER BY (\"source_id\", \"claim\")"
                                   : engine);
 }
 
+std::vector<sqlColumn_t> clickhouseMarkColumns() {
+    return {{"mark", "Int64"}, {"source_id", "UInt64"}};
+}
+
+std::string clickhouseCreateMarks(std::string_view name) {
+    return created(name, clickhouseMarkColumns(), "ReplacingMergeTree() ORDER BY (\"mark\", \"source_id\")");
+}
+
 void appendClickhouseSchema(std::string &out, std::span<const table_t *const> tables) {
-    out += joined({clickhouseCreateSources("sources"), ";\n"});
+    out += joined({clickhouseCreateSources("sources"), ";\n", clickhouseCreateMarks("marks"), ";\n"});
     for (const table_t *table : tables)
         out += joined({clickhouseCreate(*table, table->name), ";\n"});
 }

@@ -113,6 +113,11 @@ void appendRowBinary(std::string &out, const row_t &row) {
         appendCell(out, row, row.table.columns[i], row.cells[i]);
 }
 
+void appendMark(std::string &out, std::int64_t mark, std::uint64_t log) {
+    appendBytes(out, mark);
+    appendBytes(out, log);
+}
+
 void appendRowBinary(std::string &out, const archivedLog_t &log) {
     for (const sourceColumn_t &column : sourceColumns()) {
         const cell_t cell = column.get(log);

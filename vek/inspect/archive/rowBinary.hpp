@@ -13,4 +13,7 @@ void appendRowBinary(std::string &out, const row_t &row);
 /// The columns in the order of sourceColumns().
 void appendRowBinary(std::string &out, const archivedLog_t &log);
 
+/// A row of the marks.
+void appendMark(std::string &out, std::int64_t mark, std::uint64_t log);
+
 } // namespace vek::inspect

@@ -76,6 +76,12 @@ std::uint64_t hashOf(std::string_view bytes) {
     return hash;
 }
 
+std::string_view archivedLog_t::head() const {
+    const std::string_view telling = std::string_view(first).substr(0, tellingBytes);
+    const std::size_t end = telling.find("!!");
+    return end == std::string_view::npos ? telling : telling.substr(0, end + 2);
+}
+
 std::int64_t archivedLog_t::firstHash() const {
     return static_cast<std::int64_t>(hashOf(first));
 }

@@ -30,6 +30,8 @@ struct archivedLog_t {
     bool hasTail = false; ///< there are rows behind the position, made of what stood at the log's end
     std::string loadedAt, loadedBy;
 
+    /// Its beginning as it stays when the log grows: at most tellingBytes, up to its first message's end.
+    std::string_view head() const;
     /// Of the first bytes, and of the telling ones among them (0 when there are fewer): by them it is found.
     std::int64_t firstHash() const;
     std::int64_t headHash() const;

@@ -49,6 +49,9 @@ std::string sqliteCreate(const sqliteTable_t &table);
 std::vector<sqlColumn_t> sqliteSourceColumns();
 std::string sqliteCreateSources();
 std::string sqliteCreateSourceIndexes();
+/// The same for the marks of their messages.
+std::vector<sqlColumn_t> sqliteMarkColumns();
+std::string sqliteCreateMarks();
 
 /// All that for the sources and for these tables, a semicolon behind each, and what tells that the database is an
 /// archive. Tables that are there stay.
@@ -70,6 +73,9 @@ std::vector<sqlColumn_t> clickhouseColumns(const table_t &table);
 /// The table of logs in ClickHouse: a row a claim of a loader, the latest of which tells how far a log is loaded.
 std::vector<sqlColumn_t> clickhouseSourceColumns();
 std::string clickhouseCreateSources(std::string_view name, std::string_view engine = {});
+/// The marks of their messages. One that is there twice is the same one.
+std::vector<sqlColumn_t> clickhouseMarkColumns();
+std::string clickhouseCreateMarks(std::string_view name);
 
 /// A name in double quotes.
 std::string quotedName(std::string_view name);

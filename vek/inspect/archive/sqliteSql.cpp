@@ -120,6 +120,14 @@ CREATE INDEX IF NOT EXISTS "sources_by_head" ON "sources" ("head_hash") WHERE le
 )";
 }
 
+std::vector<sqlColumn_t> sqliteMarkColumns() {
+    return {{"mark", "INTEGER PRIMARY KEY"}, {"source_id", "INTEGER NOT NULL"}};
+}
+
+std::string sqliteCreateMarks() {
+    return created("marks", sqliteMarkColumns()) + "\n)";
+}
+
 void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables) {
     const auto append = [&out](std::string text) {
         constexpr std::string_view create = "CREATE TABLE ";
@@ -129,6 +137,7 @@ void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables
                    ";\nPRAGMA user_version = ", std::to_string(sqliteVersion), ";\n"});
     append(sqliteCreateSources());
     out += sqliteCreateSourceIndexes();
+    append(sqliteCreateMarks());
     for (const table_t *table : tables)
         for (const sqliteTable_t &one : sqliteTablesOf(*table))
             append(sqliteCreate(one));

@@ -64,20 +64,30 @@ std::vector<claims_t::known_t> claims_t::find(const std::string &condition) {
 }
 
 void claims_t::insert(std::span<const archivedLog_t> logs, bool isSettled) {
-    std::string rows, names, structure;
+    std::string rows;
     for (const archivedLog_t &log : logs) {
         inspect::appendRowBinary(rows, log);
         for (unsigned byte = 0; byte < 8; ++byte)
             rows += static_cast<char>(claim_ >> (8 * byte));
         rows += isSettled ? '\1' : '\0';
     }
-    for (const auto &[name, type] : inspect::clickhouseSourceColumns()) {
+    insert("sources", inspect::clickhouseSourceColumns(), rows);
+}
+
+void claims_t::saveMarks(std::string_view rows) {
+    if (!rows.empty())
+        insert("marks", inspect::clickhouseMarkColumns(), rows);
+}
+
+void claims_t::insert(const std::string &table, std::span<const inspect::sqlColumn_t> columns, std::string_view rows) {
+    std::string names, structure;
+    for (const auto &[name, type] : columns) {
         names.append(names.empty() ? "" : ", ").append(sqlName(name));
         structure.append(structure.empty() ? "" : ", ").append(name).append(" ").append(type);
     }
     // A row that arrives twice is the same one.
-    while (!server_.insert(inspect::joined({"INSERT INTO sources (", names, ") SELECT ", names, " FROM _data"}),
-                           structure, rows, "sources-" + nextQueryName())) {
+    while (!server_.insert(inspect::joined({"INSERT INTO ", table, " (", names, ") SELECT ", names, " FROM _data"}),
+                           structure, rows, table + "-" + nextQueryName())) {
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "tools/vekmsg/load/clickhouse/clusterServer.hpp"
 #include "vek/inspect/archive/sources.hpp"
+#include "vek/inspect/archive/sql.hpp"
 
 #include <cstdint>
 #include <map>
@@ -39,6 +40,9 @@ public:
     /// Says how far logs are loaded.
     void save(std::span<const inspect::archivedLog_t> logs, bool isSettled);
 
+    /// Adds rows to the table of marks.
+    void saveMarks(std::string_view rows);
+
     bool holds(std::uint64_t number) const { return logs_.contains(number); }
     /// Lets go what was settled.
     void clear() { logs_.clear(); }
@@ -50,6 +54,7 @@ public:
 
 private:
     void insert(std::span<const inspect::archivedLog_t> logs, bool isSettled);
+    void insert(const std::string &table, std::span<const inspect::sqlColumn_t> columns, std::string_view rows);
     std::set<std::uint64_t> claimsOf(std::span<const std::uint64_t> numbers);
     void raise(std::uint64_t above);
     void waitForOthers(const std::set<std::uint64_t> &others);

@@ -72,6 +72,7 @@ void clusterStore_t::makeTables() {
     const std::string local = server_.cluster().empty() ? "" : "_local";
     makeTable("sources", inspect::clickhouseCreateSources("sources" + local), local,
               inspect::clickhouseSourceColumns());
+    makeTable("marks", inspect::clickhouseCreateMarks("marks" + local), local, inspect::clickhouseMarkColumns());
     for (const table_t &table : tables_)
         makeTable(table.declared->name, inspect::clickhouseCreate(*table.declared, table.declared->name + local), local,
                   inspect::clickhouseColumns(*table.declared));
@@ -126,22 +127,26 @@ std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     return found;
 }
 
-// The number follows from what is known of the log, so that two loaders give the same log the same.
+// The number follows from what is known of the log and stays when it grows, so that two loaders give the same log the
+// same.
 void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
     if (log.number != 0)
         return;
     constexpr unsigned bits = 52; // which every language's numbers hold
-    std::string text = log.first + '\0' + log.device + '\0' + log.site + '\0' + log.name;
+    std::string text(log.head());
+    for (const std::string &part : {log.device, log.site, log.host, log.name})
+        text.append(1, '\0').append(part);
     log.number = inspect::hashOf(text) >> (64 - bits) | 1;
     while (true) {
         const std::vector<claims_t::known_t> known = claims_.find("source_id = " + std::to_string(log.number));
-        if (known.empty() && (!entered_.contains(log.number)))
+        if (known.empty() && !entered_.contains(log.number))
             break;
-        if (!isNew && !known.empty() && known.front().log.first == log.first)
-            throw databaseError_t(name() + ": another vekmsg has begun to load " + log.name + "; let it");
+        if (!isNew && !known.empty() && known.front().log.head() == log.head() &&
+            (known.front().log.first.starts_with(log.first) || log.first.starts_with(known.front().log.first)))
+            throw usageError_t("another vekmsg has begun to load " + log.name + " into " + name() + "; let it");
         log.number += 2;
     }
-    entered_[log.number] = {log, false, true};
+    claim(entered_[log.number] = {log, false, true});
 }
 
 // Its rows may be there behind what the table of sources says, when a loader was interrupted.
@@ -166,6 +171,32 @@ void clusterStore_t::askWanted(std::span<table_t> tables, const archivedLog_t &l
     for (const auto &line : server_.table(statement))
         if (line[1] != "0")
             tables[std::stoul(line[0])].wanted[log.number] = std::stoull(line[2]) + 1;
+}
+
+// Of many marks the first ones tell as much.
+archive_t::overlap_t clusterStore_t::overlap(const archivedLog_t &log, std::span<const std::int64_t> marks) {
+    constexpr std::size_t enough = 1000;
+    std::string some;
+    for (const std::int64_t mark : marks.first(std::min(enough, marks.size())))
+        some.append(some.empty() ? "" : ", ").append(std::to_string(mark));
+    overlap_t most;
+    if (some.empty())
+        return most;
+    for (const auto &line : server_.table("SELECT source_id, uniqExact(mark) AS count FROM marks WHERE mark IN (" +
+                                          some + ") AND source_id != " + std::to_string(log.number) +
+                                          " GROUP BY source_id ORDER BY count DESC LIMIT 1")) {
+        most.count = std::stoul(line[1]);
+        for (claims_t::known_t &known : claims_.find("source_id = " + line[0]))
+            most.log = std::move(known.log);
+    }
+    return most;
+}
+
+archive_t::overlap_t clusterStore_t::mark(const archivedLog_t &log, std::span<const std::int64_t> marks) {
+    if (claims_.holds(log.number))
+        for (const std::int64_t mark : marks)
+            inspect::appendMark(marks_, mark, log.number);
+    return overlap(log, marks);
 }
 
 void clusterStore_t::row(const inspect::row_t &row) {
@@ -207,6 +238,8 @@ void clusterStore_t::commit(bool isLast) {
     if (saved_.empty())
         return;
     claims_.verify();
+    claims_.saveMarks(marks_);
+    marks_.clear();
     claims_.save(saved_, isLast);
     for (const archivedLog_t &log : saved_)
         entered_[log.number] = {log, true, isLast};

@@ -51,6 +51,8 @@ public:
     const std::string &name() const override { return server_.name(); }
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
     void enter(inspect::archivedLog_t &log, bool isNew) override;
+    overlap_t overlap(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
+    overlap_t mark(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
     void begin() override { hasBegun_ = true; }
     bool hasBegun() const override { return hasBegun_; }
     void check(const inspect::archivedLog_t &) override {}
@@ -90,6 +92,7 @@ private:
     std::vector<table_t> tables_;                          // by their numbers
     std::map<std::uint64_t, entered_t> entered_;           // by number
     std::vector<inspect::archivedLog_t> saved_;
+    std::string marks_;    // of what is saved, as they go out
     std::size_t size_ = 0; // of all batches
     bool hasBegun_ = false;
 };

@@ -5,7 +5,9 @@
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/words.hpp"
 
+#include <map>
 #include <set>
+#include <tuple>
 
 namespace vek::tool {
 
@@ -105,6 +107,7 @@ void archiveFile_t::complete(const std::string &table, const std::string &create
 
 void archiveFile_t::completeSources() {
     complete("sources", sqliteCreateSources(), sqliteSourceColumns());
+    complete("marks", sqliteCreateMarks(), sqliteMarkColumns());
     database_.run(sqliteCreateSourceIndexes());
     statement_t rows(database_, "SELECT " + sourceNames() + " FROM sources WHERE first_hash = 0");
     while (rows.next())
@@ -134,6 +137,42 @@ void archiveFile_t::enter(archivedLog_t &log, bool) {
         return;
     log.number = static_cast<std::uint64_t>(database_.number("SELECT coalesce(max(source_id), 0) + 1 FROM sources"));
     save(log);
+}
+
+archive_t::overlap_t archiveFile_t::overlap(const archivedLog_t &log, std::span<const std::int64_t> marks) {
+    std::map<std::int64_t, std::size_t> counts;
+    statement_t find(database_, "SELECT source_id FROM marks WHERE mark = ? AND source_id <> ?");
+    find.bind(2, static_cast<std::int64_t>(log.number));
+    for (const std::int64_t mark : marks) {
+        find.bind(1, mark);
+        if (find.next())
+            ++counts[find.integer(0)];
+        find.reset();
+    }
+    overlap_t most;
+    std::int64_t number = 0;
+    for (const auto &[other, count] : counts)
+        if (count > most.count)
+            std::tie(number, most.count) = std::tie(other, count);
+    statement_t row(database_, "SELECT " + sourceNames() + " FROM sources WHERE source_id = ?");
+    row.bind(1, number);
+    if (row.next())
+        most.log = logIn(row);
+    return most;
+}
+
+// Those that are there already are its own, or another log's.
+archive_t::overlap_t archiveFile_t::mark(const archivedLog_t &log, std::span<const std::int64_t> marks) {
+    std::vector<std::int64_t> there;
+    statement_t insert(database_, "INSERT OR IGNORE INTO marks (mark, source_id) VALUES (?, ?)");
+    insert.bind(2, static_cast<std::int64_t>(log.number));
+    for (const std::int64_t mark : marks) {
+        insert.bind(1, mark);
+        insert.run();
+        if (database_.changes() == 0)
+            there.push_back(mark);
+    }
+    return there.empty() ? overlap_t() : overlap(log, there);
 }
 
 void archiveFile_t::begin() {

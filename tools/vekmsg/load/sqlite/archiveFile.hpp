@@ -26,6 +26,8 @@ public:
     const std::string &name() const override { return database_.file(); }
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
     void enter(inspect::archivedLog_t &log, bool isNew) override;
+    overlap_t overlap(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
+    overlap_t mark(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
     void begin() override;
     bool hasBegun() const override { return transaction_.has_value(); }
     void check(const inspect::archivedLog_t &log) override;

@@ -63,6 +63,10 @@ void database_t::run(const std::string &sql) {
         fail();
 }
 
+int database_t::changes() const {
+    return sqlite3_changes(handle_.get());
+}
+
 std::int64_t database_t::number(const std::string &sql) {
     statement_t statement(*this, sql);
     return statement.next() ? statement.integer(0) : 0;
@@ -107,6 +111,10 @@ void statement_t::run() {
     const int result = sqlite3_step(handle_.get());
     if (result != SQLITE_DONE && result != SQLITE_ROW)
         database_->fail();
+    reset();
+}
+
+void statement_t::reset() {
     check(sqlite3_reset(handle_.get()));
 }
 

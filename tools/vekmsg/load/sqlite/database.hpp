@@ -23,6 +23,8 @@ public:
 
     const std::string &file() const { return file_; }
     void run(const std::string &sql);
+    /// Rows that the last statement wrote.
+    int changes() const;
     /// The one number that a statement gives.
     std::int64_t number(const std::string &sql);
 
@@ -55,6 +57,8 @@ public:
     void run();
     /// Goes to the next row; false when there is none.
     bool next();
+    /// Before it is bound and its rows are asked for again.
+    void reset();
     std::int64_t integer(int column) const;
     std::string text(int column) const;
 
