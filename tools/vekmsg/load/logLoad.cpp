@@ -142,7 +142,11 @@ void logLoad_t::refuseExtract(std::string_view first) {
         const timeFinder_t &times;
         inspect::markMaker_t maker;
     } ahead(times_);
-    inspect::logScanner_t().feed(first, ahead);
+    inspect::logScanner_t scanner;
+    constexpr std::size_t piece = 4096;
+    for (std::string_view left = first; !left.empty() && ahead.maker.count() < inspect::markMaker_t::first;
+         left.remove_prefix(std::min(left.size(), piece)))
+        scanner.feed(left.substr(0, piece), ahead);
     const archive_t::overlap_t other = archive_.overlap(log_, ahead.maker.marks);
     if (other.count == 0 || other.count < std::min(manyAlike, ahead.maker.chosen))
         return;

@@ -30,7 +30,7 @@ void markMaker_t::add(std::string_view text, const std::optional<logTime_t> &tim
     if (!time || !time->hasDate || time->microseconds < 0 || time->microseconds / second >> 32 != 0)
         return;
     const std::uint64_t choice = (static_cast<std::uint64_t>(time->microseconds) + text.size()) * multiplier;
-    const bool isChosen = choice >> 62 == 0;
+    const bool isChosen = choice >> 61 == 0;
     if (number >= first && !isChosen)
         return;
     chosen += isChosen ? 1 : 0;

@@ -1,5 +1,5 @@
-// Marks: numbers by which messages of a log are known again in another one, as in an extract of it. Of a long log a
-// quarter of the messages has one, as what they are chooses; of a short one all.
+// Marks: numbers by which messages of a log are known again in another one, as in an extract of it. The first messages
+// of a log all have one, further ones one of eight; which, is chosen by what they are.
 #pragma once
 
 #include "vek/inspect/log/logTime.hpp"
