@@ -91,6 +91,12 @@ TEST_F(CheckTest, TellsCodeMemberAndWhy) {
             info.spinnerSpeed.values().add(5.0);
             info.laserInt.clear();
             info.laserInt.setInterval(-5.0, -3.0);
+            for (valueRange_t *range : {&info.focusValue, &info.resMotor})
+                range->clear();
+            info.focusValue.setInterval(2.0, 1.0);
+            info.resMotor.setValues({3.0});
+            info.resMotor.kind = valueRange_t::continuous;
+            info.extra = 7;
             info.deviceName.append("a\0b", 3);
         }),
         told(nulInText, "deviceName", " has a NUL at position 1, where its text would end: cut it there") +
@@ -100,10 +106,18 @@ TEST_F(CheckTest, TellsCodeMemberAndWhy) {
                  " is continuous with 3 values, but its smallest and its largest alone are written: keep these "
                  "two, or make it discrete") +
             told(rangeNotKept, "laserInt",
-                 " is continuous and ends below -1.000000, which would be written as its end: make it discrete"));
+                 " is continuous and ends below -1.000000, which would be written as its end: make it discrete") +
+            told(rangeNotKept, "focusValue",
+                 " is continuous with the larger end first, which would be written second: swap them") +
+            told(rangeNotKept, "resMotor",
+                 " is continuous with 1 value, which would be written as both its ends: give it two, or make it "
+                 "discrete") +
+            told(noKey, "extra", " is 7, but no key carries it and it would be read as 0: leave it 0"));
     EXPECT_EQ(reported<MediaOutput>([](auto &output) { output.maxOutput = infinity; }),
               told(notFinite, "maxOutput", " is inf and would be read as 0: give it a number"));
-    EXPECT_EQ(reported<DeviceInfo>([](auto &info) { info.resolution.setValues({1.0}), info.resolution.kind = 2; }),
+    EXPECT_EQ(reported<DeviceInfo>([](auto &info) {
+                  info.resolution.setValues({1.0, 2.0}), info.resolution.kind = 2;
+              }),
               told(unnamedValue, "resolution.kind", " is 2 and would be read as 0: the values with a name are 0 to 1"));
     EXPECT_EQ(reported<GdapiDataPath>([](auto &path) { path.gdapiDataPath = -1; }),
               told(unnamedValue, "gdapiDataPath", " is -1 and would be read as 0: the values with a name are 0 to 3"));

@@ -1,6 +1,6 @@
 #include "tests/support/structureValues.hpp"
 
-#include "vek/records/messageBase.hpp"
+#include "vek/records/device.hpp"
 #include "vek/text/textField.hpp"
 #include "vek/text/valueRange.hpp"
 #include "vek/text/wideStringField.hpp"
@@ -28,17 +28,12 @@ std::string shownReal(double value) {
     return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
 }
 
-// A continuous range is its ends. Which sign a zero has there, one too that comes of six decimals, is nobody's promise.
+// Which sign a zero has at an end of a continuous range, one too that comes of six decimals, is nobody's promise.
 std::string shownRange(const valueRange_t &range) {
     if (range.isEmpty())
         return "no values";
-    std::vector<double> values(range.begin(), range.end());
-    if (range.kind != valueRange_t::discrete && values.size() == 1)
-        values.push_back(values[0]);
-    if (range.kind != valueRange_t::discrete && values.size() == 2 && values[1] < values[0])
-        std::swap(values[0], values[1]);
     std::string all = std::to_string(range.kind);
-    for (const double value : values) {
+    for (const double value : range) {
         const std::string text = shownReal(value);
         all += ',' + (range.kind != valueRange_t::discrete && text == "-0.000000" ? "0.000000" : text);
     }
@@ -229,6 +224,8 @@ structureValues_t::structureValues_t(void (*show)(recordVisitor_t &), void *stru
         void visit(const recordDescription_t &record) override {
             values.declared_ = static_cast<const char *>(record.address);
             values.addMembers(record.fields);
+            if (record.structure.starts_with("DeviceInfo"))
+                values.addInteger(static_cast<const DeviceInfo *>(record.address)->extra);
         }
         structureValues_t &values;
     } visitor(*this);
@@ -246,6 +243,15 @@ void structureValues_t::addMembers(const textGroup_t &group) {
         move(field, declared_, base_);
         fields_.push_back(field);
     }
+}
+
+// A member that has no field.
+void structureValues_t::addInteger(const std::int32_t &member) {
+    fieldDescription_t field;
+    field.kind = fieldKind_t::integer32;
+    field.bindTo(member);
+    move(field, declared_, base_);
+    fields_.push_back(field);
 }
 
 void structureValues_t::moveTo(void *structure) {

@@ -23,7 +23,7 @@ public:
     /// Another structure of the same kind.
     void moveTo(void *structure);
 
-    /// Every value that a text can carry, a line each.
+    /// Every value, a line each.
     std::string shown() const;
 
     /// Puts one value, chosen by chance, to what hosts may have there: no number, no name, no terminator, null items,
@@ -32,6 +32,7 @@ public:
 
 private:
     void addMembers(const textGroup_t &group);
+    void addInteger(const std::int32_t &member);
 
     const char *base_;
     const char *declared_ = nullptr;

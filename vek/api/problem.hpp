@@ -40,7 +40,8 @@ enum class problemCode_t {
     unnamedValue,     ///< an enumeration has a value without a name
     unknownFlag,      ///< a flag is neither 0 nor 1
     notFinite,        ///< a real is an infinity or not a number
-    rangeNotKept,     ///< a continuous range has more values than two, or ends below -1.0
+    rangeNotKept,     ///< a continuous range is not two values, the smaller first, the larger -1.0 at least
+    noKey,            ///< a member that no key carries is not 0
 };
 
 struct problem_t {

@@ -3,6 +3,7 @@
 
 #include "vek/text/enumField.hpp"
 
+#include <algorithm>
 #include <optional>
 
 namespace vek {
@@ -70,11 +71,29 @@ public:
         }
     }
 
+    // Integers that no field is bound to; behind the others, since they are nowhere in the text.
+    void addUnwritten(const structureLayout_t &layout) {
+        if (layout.base == nullptr)
+            return; // what a message is, or no structure of a message
+        addUnwritten(*layout.base);
+        for (const memberLayout_t &member : layout.members) {
+            const memberSpan_t span{member.offset.here(), member.size.here()};
+            const auto isIn = [&span](std::size_t bound) { return bound - span.offset < span.size; };
+            if (member.type != "int32_t" || std::any_of(bound_.begin(), bound_.end(), isIn))
+                continue;
+            checkRule_t &rule = plan_.rules.emplace_back();
+            rule.kind = checkRuleKind_t::noKey;
+            rule.value = span.offset;
+            rule.member = span;
+        }
+    }
+
 private:
     void add(const fieldDescription_t &field) {
         checkRule_t rule;
         rule.value = distance(address_, field.value);
         rule.member = {distance(address_, field.member), field.memberSize};
+        bound_.push_back(rule.member.offset);
         if (field.isList(listKind_t::range)) {
             rule.kind = checkRuleKind_t::range;
         } else if (field.list) {
@@ -135,6 +154,7 @@ private:
 
     structureCheck_t::plan_t &plan_;
     const void *address_;
+    std::vector<std::size_t> bound_; // where members with a key lie
 };
 
 } // namespace
@@ -143,7 +163,10 @@ std::unique_ptr<structureCheck_t::plan_t> makeCheckPlan(void (*show)(recordVisit
     auto plan = std::make_unique<structureCheck_t::plan_t>();
     withRecord(show, [&plan](const recordDescription_t &record) {
         plan->layout = layoutNamed(record.structure);
-        planMaker_t(*plan, record.address).addMembers(record.fields);
+        planMaker_t maker(*plan, record.address);
+        maker.addMembers(record.fields);
+        if (plan->layout != nullptr)
+            maker.addUnwritten(*plan->layout);
     });
     return plan;
 }

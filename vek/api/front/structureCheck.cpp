@@ -81,6 +81,12 @@ std::string shown(double value) {
     return {text, writeReal(value, text)};
 }
 
+// An end of a range as it is written, but for the sign of a zero, which may go.
+std::string shownEnd(double value) {
+    std::string text = shown(value);
+    return text == "-0.000000" ? text.substr(1) : text;
+}
+
 class checkRun_t {
 public:
     checkRun_t(bool onlyFirst, structureCheck_t::take_t take, void *taker)
@@ -144,6 +150,12 @@ private:
                        " has a character that was read from an empty text and would be left out: assign the text anew");
         case checkRuleKind_t::range:
             return checkRange(where, valueAt<valueRange_t>(structure, rule.value));
+        case checkRuleKind_t::noKey: {
+            const std::int32_t value = valueAt<std::int32_t>(structure, where.rule.value);
+            return value == 0 || tell(where, problemCode_t::noKey,
+                                      " is " + std::to_string(value) +
+                                          ", but no key carries it and it would be read as 0: leave it 0");
+        }
         case checkRuleKind_t::list:
             break;
         }
@@ -205,21 +217,33 @@ private:
         for (std::int32_t i = 0; i < range.count(); ++i)
             if (!std::isfinite(range.valueAt(i)) && !tellReal(where, range.valueAt(i), 0, i))
                 return false;
-        if (range.kind == valueRange_t::discrete)
-            return true;
+        return range.kind == valueRange_t::discrete || checkEnds(where, range);
+    }
+
+    // A continuous range is written as its ends, with six decimals.
+    bool checkEnds(const where_t &where, const valueRange_t &range) {
+        const auto isWritten = [](double end, double written) {
+            return !(end < written) || shownEnd(end) == shownEnd(written);
+        };
+        const double smallest = range.minimum();
+        const double largest = range.maximum();
         constexpr std::int32_t ends = 2;
-        if (range.count() > ends &&
-            !tell(
-                where, problemCode_t::rangeNotKept,
-                " is continuous with " + std::to_string(range.count()) +
-                    " values, but its smallest and its largest alone are written: keep these two, or make it discrete"))
+        const char *loss = nullptr;
+        if (range.count() > ends)
+            loss = " values, but its smallest and its largest alone are written: keep these two, or make it discrete";
+        else if (range.count() < ends)
+            loss = " value, which would be written as both its ends: give it two, or make it discrete";
+        if (loss != nullptr &&
+            !tell(where, problemCode_t::rangeNotKept, " is continuous with " + std::to_string(range.count()) + loss))
             return false;
-        const double written = range.maximum();
-        const bool reachesFloor = std::any_of(range.begin(), range.end(), [written](double value) {
-            return !(value < written) || shown(value) == shown(written); // with six decimals
-        });
+        if (loss == nullptr && !isWritten(smallest, range.valueAt(0)) &&
+            !tell(where, problemCode_t::rangeNotKept,
+                  " is continuous with the larger end first, which would be written second: swap them"))
+            return false;
+        const bool reachesFloor =
+            std::any_of(range.begin(), range.end(), [&](double value) { return isWritten(value, largest); });
         return reachesFloor || tell(where, problemCode_t::rangeNotKept,
-                                    " is continuous and ends below " + shown(written) +
+                                    " is continuous and ends below " + shown(largest) +
                                         ", which would be written as its end: make it discrete");
     }
 

@@ -26,6 +26,7 @@ enum class checkRuleKind_t : std::uint8_t {
     text16,
     range,
     list,
+    noKey, ///< an integer that is never written
 };
 
 struct checkedList_t {
