@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -124,6 +125,23 @@ TEST(Threads, ShareTheBodiesOfStrings) {
     together([&](int number) { handedOn[(number + 1) % threadCount].clear(); });
     EXPECT_STREQ(shared.c_str(), "a text that all of them share");
     EXPECT_EQ(shared.length() + empty.length(), 29U);
+}
+
+// What one thread left for its next texts is not freed by another that ends the process.
+TEST(Threads, MayConvertWhileTheProcessEnds) {
+    const auto endWhileConverting = [] {
+        static std::atomic<int> converted = 0;
+        const auto convert = [text = sampleOf(4100).text] {
+            for (;; ++converted)
+                structure_t{text};
+        };
+        std::thread(convert).detach();
+        while (converted < 3)
+            std::this_thread::yield();
+        std::exit(42);
+    };
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(endWhileConverting(), testing::ExitedWithCode(42), "");
 }
 
 TEST(Threads, ReadOneStructureAtTheSameTime) {

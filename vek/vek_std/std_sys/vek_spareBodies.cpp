@@ -3,9 +3,10 @@
 
 #include <cstdlib>
 
-#ifdef _WIN32
+// None on Windows, where a thread's own data is dear. Nor where the address sanitizer is to see each body that is used
+// after its release, nor in a library that reads few messages and does without thread-local storage.
+#if defined(_WIN32) || defined(VEK_NO_SPARE_BODIES)
 
-// A thread's own data is dear there.
 namespace vek {
 
 constinit processWide_t<std::uint32_t> mostSpareBodies = 0;
@@ -16,90 +17,136 @@ void *takeBody() {
 void giveBody(stringRep_t *block) {
     std::free(block);
 }
-void freeSpareBodies() {}
 
 } // namespace vek
 
 #else
 
-#    include <mutex>
+#    include <atomic>
+#    include <new>
 #    include <pthread.h>
 #    include <utility>
 
 namespace vek {
 
-// The address sanitizer is to see each body that is used after its release.
-#    ifdef VEK_NO_SPARE_BODIES
-constinit processWide_t<std::uint32_t> mostSpareBodies = 0;
-#    else
 constinit processWide_t<std::uint32_t> mostSpareBodies = 16384;
-#    endif
 
 namespace {
 
-struct spares_t {
-    stringRep_t *first; // chained by their data
-    std::uint32_t count;
-    bool isFreedAtEnd; // of the thread
+// A thread's spares. When it ends the next new thread has its pool.
+struct pool_t {
+    stringRep_t *first = nullptr; // chained by their data
+    std::uint32_t room = 0;       // for so many more
+    std::atomic<bool> hasThread = true;
+    pool_t *next = nullptr;
+
+    void empty() {
+        while (first != nullptr) {
+            stringRep_t *const spare = first;
+            first = reinterpret_cast<stringRep_t *>(spare->data);
+            std::free(spare);
+        }
+    }
 };
 
-// Reached without a call, also in a shared library.
-[[gnu::tls_model("initial-exec")]] constinit thread_local spares_t spares{};
+// Reached without a call, also in a shared library. No more than a pointer, since programs that load and unload
+// libraries run out of the block that it lies in.
+[[gnu::tls_model("initial-exec")]] constinit thread_local pool_t *ownPool = nullptr;
 
-// A thread's end is told by a key of the system and not by a destructor of `spares`, since such a destructor would keep
-// the library loaded until the thread ends.
-constinit std::mutex keyMutex;
-pthread_key_t key = 0;
-bool hasKey = false;
+constinit std::atomic<pool_t *> pools = nullptr; // of all threads
+constinit std::atomic<bool> isOpen = false;      // new pools are made
+pthread_key_t key = 0;                           // tells a thread's end, without keeping the library loaded until then
 
-// Has this thread's spares freed at its end; false when the system can't.
-bool watchThread() {
-    const std::scoped_lock lock(keyMutex);
-    hasKey = hasKey || pthread_key_create(&key, [](void *) { freeSpareBodies(); }) == 0;
-    return hasKey && pthread_setspecific(key, &spares) == 0;
+void leavePool(void *left) {
+    auto *const pool = static_cast<pool_t *>(left);
+    ownPool = nullptr;
+    pool->empty();
+    pool->hasThread.store(false, std::memory_order_release);
 }
 
-// When the process ends, static objects of the host may outlive this one and still release texts: then there is a key
-// again.
-constinit struct atUnloading_t {
-    constexpr atUnloading_t() = default;
-    ~atUnloading_t() {
-        freeSpareBodies();
-        if (std::exchange(hasKey, false))
-            pthread_key_delete(key);
+[[gnu::constructor]] void open() {
+    isOpen = pthread_key_create(&key, leavePool) == 0;
+}
+
+// Null without memory.
+pool_t *newPool() {
+    for (pool_t *pool = pools; pool != nullptr; pool = pool->next)
+        if (!pool->hasThread.exchange(true, std::memory_order_acquire))
+            return pool;
+    void *const room = std::malloc(sizeof(pool_t));
+    if (room == nullptr)
+        return nullptr;
+    auto *const pool = new (room) pool_t();
+    pool->next = pools;
+    while (!pools.compare_exchange_weak(pool->next, pool)) {
     }
-    atUnloading_t(const atUnloading_t &) = delete;
-    atUnloading_t &operator=(const atUnloading_t &) = delete;
-} atUnloading;
+    return pool;
+}
+
+// At the end of a thread another of its ends may still release texts: then it has a pool once more. Null when there is
+// none to be had.
+[[gnu::noinline, gnu::cold]] pool_t *makeOwnPool() {
+    const std::uint32_t most = mostSpareBodies;
+    pool_t *const pool = isOpen && most != 0 ? newPool() : nullptr;
+    if (pool == nullptr)
+        return nullptr;
+    if (pthread_setspecific(key, pool) != 0) {
+        leavePool(pool);
+        return nullptr;
+    }
+    pool->room = most;
+    return ownPool = pool;
+}
+
+// When the process ends, other threads go on, and static objects of the host may outlive this one: from here on no pool
+// is made, and only this thread's is emptied.
+constinit struct atProcessEnd_t {
+    constexpr atProcessEnd_t() = default;
+    ~atProcessEnd_t() {
+        isOpen = false;
+        if (pool_t *const own = std::exchange(ownPool, nullptr))
+            own->empty();
+    }
+    atProcessEnd_t(const atProcessEnd_t &) = delete;
+    atProcessEnd_t &operator=(const atProcessEnd_t &) = delete;
+} atProcessEnd;
+
+// The library's functions of this kind run before its objects are destroyed when it is unloaded, and behind that when
+// the process ends.
+[[gnu::destructor]] void unload() {
+    if (!isOpen.exchange(false))
+        return;
+    pthread_key_delete(key);
+    ownPool = nullptr;
+    for (pool_t *pool = pools.exchange(nullptr); pool != nullptr;) {
+        pool->empty();
+        std::free(std::exchange(pool, pool->next));
+    }
+}
 
 } // namespace
 
 void *takeBody() {
-    stringRep_t *const spare = spares.first;
-    if (spare == nullptr)
+    pool_t *const own = ownPool;
+    if (own == nullptr || own->first == nullptr)
         return std::malloc(sizeof(stringRep_t));
-    spares.first = reinterpret_cast<stringRep_t *>(spare->data);
-    --spares.count;
+    stringRep_t *const spare = own->first;
+    own->first = reinterpret_cast<stringRep_t *>(spare->data);
+    ++own->room;
     return spare;
 }
 
 void giveBody(stringRep_t *block) {
-    if (!spares.isFreedAtEnd)
-        spares.isFreedAtEnd = watchThread();
-    if (spares.count >= mostSpareBodies || !spares.isFreedAtEnd) {
+    pool_t *own = ownPool;
+    if (own == nullptr)
+        own = makeOwnPool();
+    if (own == nullptr || own->room == 0) {
         std::free(block);
         return;
     }
-    block->data = reinterpret_cast<char *>(spares.first);
-    spares.first = block;
-    ++spares.count;
-}
-
-// At the end of a thread another of its ends may still release texts, so it is watched anew then.
-void freeSpareBodies() {
-    while (spares.first != nullptr)
-        std::free(takeBody());
-    spares.isFreedAtEnd = false;
+    block->data = reinterpret_cast<char *>(own->first);
+    own->first = block;
+    --own->room;
 }
 
 } // namespace vek
