@@ -50,6 +50,15 @@ const catalogueRow_t *findInCatalogue(std::int32_t id) {
     return row != noRow ? &catalogue[row] : nullptr;
 }
 
+visitRecord_t visitOf(std::int32_t id) {
+    visitRecord_t visit = nullptr;
+    messages_t::forEach([id, &visit]<class Message>(Message) {
+        if (Message::id == id)
+            visit = &conversionOf<typename Message::structure_t, typename Message::record_t>::visit;
+    });
+    return visit;
+}
+
 std::span<const catalogueRow_t> catalogueRows() {
     return catalogue;
 }

@@ -30,13 +30,11 @@ struct conversion_t {
     void (*parse)(void *structure, std::string_view body) = nullptr;
     bodyWriter_t (*print)(const void *structure, bodyWriter_t out) = nullptr;
     void (*destroy)(void *structure) = nullptr;
-    void (*visit)(recordVisitor_t &visitor) = nullptr;
 };
 
 template <class Structure, class Record>
 inline constexpr conversion_t conversion{
     &conversionOf<Structure, Record>::create, &conversionOf<Structure, Record>::parse,
-    &conversionOf<Structure, Record>::print, &conversionOf<Structure, Record>::destroy,
-    &conversionOf<Structure, Record>::visit};
+    &conversionOf<Structure, Record>::print, &conversionOf<Structure, Record>::destroy};
 
 } // namespace vek

@@ -24,13 +24,11 @@ class canonicalCursor_t {
 public:
     /// Nowhere: the reading is given up.
     canonicalCursor_t() = default;
-    /// At the start of a body; nowhere when it is shorter than a block of characters.
-    explicit canonicalCursor_t(std::string_view body) {
-        if (body.size() >= blockSize) {
-            at_ = body.data();
-            end_ = at_ + body.size();
-        }
-    }
+    /// At the start of a body that it takes.
+    explicit canonicalCursor_t(std::string_view body) : at_(body.data()), end_(at_ + body.size()) {}
+
+    /// Not bodies that are shorter than a block of characters.
+    static bool takes(std::string_view body) { return body.size() >= blockSize; }
 
     bool isNowhere() const { return at_ == nullptr; }
     bool isAtEnd() const { return at_ != nullptr && at_ == end_; }

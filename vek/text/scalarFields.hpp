@@ -188,7 +188,7 @@ struct boundField_t : valueField_t<Codec, typename Codec::value_t &> {
     using value_t = typename Codec::value_t;
 
     /// A member of `group`. The key's characters and the value must outlive the field.
-    boundField_t(textGroup_t &group, std::string_view key, value_t &value)
+    [[gnu::always_inline]] boundField_t(textGroup_t &group, std::string_view key, value_t &value)
         : valueField_t<Codec, value_t &>(group, key, value) {
         if (group.pass() == pass_t::parse)
             Codec::clear(value);

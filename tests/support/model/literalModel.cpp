@@ -488,7 +488,7 @@ literalModel_t::literalModel_t() {
         if (row.conversion == nullptr)
             continue;
         builder_t builder;
-        row.conversion->visit(builder);
+        vek::visitOf(row.id)(builder);
         records_[row.id] = {builder.node, builder.isSelf};
     }
 }

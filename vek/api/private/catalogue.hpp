@@ -19,6 +19,11 @@ struct catalogueRow_t {
 /// The row of an id; null for an id that no call takes.
 const catalogueRow_t *findInCatalogue(std::int32_t id);
 
+/// Shows the record class of an id to a visitor; null for an id without a structure. No part of the rows, so that a
+/// library that describes nothing is without it.
+using visitRecord_t = void (*)(recordVisitor_t &visitor);
+visitRecord_t visitOf(std::int32_t id);
+
 /// All rows, in order of their ids.
 std::span<const catalogueRow_t> catalogueRows();
 

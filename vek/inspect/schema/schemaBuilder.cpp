@@ -90,7 +90,7 @@ void schemaBuilder_t::build() {
         message.conversion = row.conversion;
         if (row.conversion != nullptr) {
             message.constant = constantNamed(row.id);
-            message.record = recordOf(row.conversion->visit);
+            message.record = recordOf(visitOf(row.id));
         }
         schema_.messages_.push_back(message);
     }

@@ -95,7 +95,7 @@ bool readBody(Structure &structure, std::string_view body, reading_t reading) {
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
     auto &read = *static_cast<Structure *>(structure);
-    if (!detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
+    if (!canonicalCursor_t::takes(body) || !detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
         detail::readBody<Record>(read, body, detail::reading_t::byEveryRule);
 }
 
