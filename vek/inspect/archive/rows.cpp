@@ -51,7 +51,7 @@ bool isInItsColumn(const tree_t &tree, const node_t &node) {
         return true; // of a text of them
     if (node.field == nullptr || node.use != pairUse_t::assigned)
         return false;
-    const bool isText16 = node.field->kind == fieldKind_t::text16 && (node.isElement || !node.field->isList());
+    const bool isText16 = node.valueKind() == fieldKind_t::text16;
     if (node.isBody)
         return node.childCount > 0 && (!isText16 || wideText(tree, node));
     const std::string_view value = tree.value(node);

@@ -14,18 +14,10 @@ namespace vek::inspect {
 
 namespace {
 
-bool isNumber(const node_t &node) {
-    if (node.field == nullptr || (node.field->isList() && !node.isElement))
-        return false;
-    const fieldKind_t kind = node.field->kind;
-    return kind == fieldKind_t::integer32 || kind == fieldKind_t::integer16 || kind == fieldKind_t::float64 ||
-           kind == fieldKind_t::float32 || kind == fieldKind_t::pixels;
-}
-
 bool isSame(const leaf_t &left, const leaf_t &right, double tolerance) {
     if (left.value == right.value)
         return true;
-    if (!isNumber(*left.node) || !isNumber(*right.node))
+    if (!isNumber(left.node->valueKind()) || !isNumber(right.node->valueKind()))
         return false;
     const double one = readReal(left.value), other = readReal(right.value);
     return one == other || std::abs(one - other) <= tolerance;

@@ -80,6 +80,25 @@ bool checker_t::isTolerated(findingCode_t code, severity_t severity) const {
            (code == noStructure || code == missingKey || code == controlCharacter || code == lineBreak);
 }
 
+bool checker_t::report(findingCode_t code, severity_t severity, place_t place, const node_t *node) {
+    if (isTolerated(code, severity) || ignored_[static_cast<std::size_t>(code)])
+        return false;
+    hasFound_ = true;
+    if (purpose_ == purpose_t::places)
+        spots_.push_back({place.start, severity});
+    if (purpose_ != purpose_t::words || place.start > limit_)
+        return false;
+    findings_.push_back({code, severity, place, node != nullptr ? tree_.path(*node) : std::string(), {}, {}, {}});
+    return true;
+}
+
+void checker_t::tell(findingWords_t words) {
+    finding_t &finding = findings_.back();
+    finding.message = std::move(words.message);
+    finding.consequence = std::move(words.consequence);
+    finding.suggestion = std::move(words.suggestion);
+}
+
 void checker_t::run() {
     checkEnvelope();
     for (const node_t &node : tree_.nodes()) {

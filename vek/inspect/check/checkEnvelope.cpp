@@ -32,10 +32,10 @@ std::string inWords(std::string_view around) {
 void checker_t::checkEnvelope() {
     const std::string_view text = tree_.text();
     checkFront();
-    if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos)
-        report(innerNul, {static_cast<std::uint32_t>(nul), static_cast<std::uint32_t>(nul) + 1}, nullptr, [] {
-            return findingWords_t{"a NUL inside the text", "a host's text ends here", {}};
-        });
+    if (const std::size_t nul = text.find('\0');
+        nul != std::string_view::npos &&
+        report(innerNul, {static_cast<std::uint32_t>(nul), static_cast<std::uint32_t>(nul) + 1}))
+        tell("a NUL inside the text", "a host's text ends here");
     checkId();
     checkNumbers();
     checkEnd();
@@ -45,19 +45,15 @@ void checker_t::checkEnvelope() {
 
 void checker_t::checkFront() {
     const std::string_view before = envelope_.before.in(tree_.text());
-    if (!before.empty())
-        report(noStartMarker, envelope_.before, nullptr, [&] {
-            return findingWords_t{
-                joined({inWords(before), " stands in front of \"@@\""}), "a host reads nothing of the message", {}};
-        });
-    else if (envelope_.startMarker.isEmpty())
-        report(noStartMarker, {0, std::min<std::uint32_t>(2, envelope_.whole.end)}, nullptr, [&] {
-            const bool isHalf = tree_.text().starts_with('@');
-            return findingWords_t{isHalf ? "the second \"@\" is missing at the start"
-                                         : "the text does not begin with \"@@\"",
-                                  "a host reads nothing of it",
-                                  {}};
-        });
+    if (!before.empty()) {
+        if (report(noStartMarker, envelope_.before))
+            tell(joined({inWords(before), " stands in front of \"@@\""}), "a host reads nothing of the message");
+    } else if (envelope_.startMarker.isEmpty() &&
+               report(noStartMarker, {0, std::min<std::uint32_t>(2, envelope_.whole.end)})) {
+        tell(tree_.text().starts_with('@') ? "the second \"@\" is missing at the start"
+                                           : "the text does not begin with \"@@\"",
+             "a host reads nothing of it");
+    }
 }
 
 void checker_t::checkId() {
@@ -65,31 +61,23 @@ void checker_t::checkId() {
     const std::string_view text = tree_.text();
     const std::size_t end = std::min(text.find_first_of(" \t\r\n{", id.place.start), text.size());
     const std::string_view word = text.substr(id.place.start, end - id.place.start);
-    if (!id.isThere && !envelope_.startMarker.isEmpty())
-        report(noId, id.place, nullptr, [&] {
-            return findingWords_t{joined({"no message id stands behind \"@@\"",
-                                          word.empty() ? "" : joined({", but ", shownValue(word)})}),
-                                  "a host can't read the message",
-                                  {}};
-        });
-    else if (!id.isThere)
-        return;
-    else if (tree_.message() == nullptr || (word.size() != id.place.size() && !envelope_.length.isThere))
-        report(unknownId, {id.place.start, static_cast<std::uint32_t>(end)}, nullptr, [&] {
-            const messageSchema_t *meant = messageWithKeys(tree_.body());
-            return findingWords_t{
-                joined({"no message has the id ", word.substr(0, 20), oddCharacterIn(word),
-                        meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id)})
-                                         : "",
-                        lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
-                "a host refuses it",
-                {}};
-        });
-    else if (tree_.record() == nullptr)
-        report(noStructure, id.place, nullptr, [&] {
-            return findingWords_t{
-                joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it", {}};
-        });
+    if (!id.isThere) {
+        if (!envelope_.startMarker.isEmpty() && report(noId, id.place))
+            tell(joined(
+                     {"no message id stands behind \"@@\"", word.empty() ? "" : joined({", but ", shownValue(word)})}),
+                 "a host can't read the message");
+    } else if (tree_.message() == nullptr || (word.size() != id.place.size() && !envelope_.length.isThere)) {
+        if (!report(unknownId, {id.place.start, static_cast<std::uint32_t>(end)}))
+            return;
+        const messageSchema_t *meant = messageWithKeys(tree_.body());
+        tell(
+            joined({"no message has the id ", word.substr(0, 20), oddCharacterIn(word),
+                    meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id)}) : "",
+                    lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
+            "a host refuses it");
+    } else if (tree_.record() == nullptr && report(noStructure, id.place)) {
+        tell(joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it");
+    }
 }
 
 // Whether the length may have been taken for the id.
@@ -117,37 +105,33 @@ void checker_t::checkNumbers() {
         {"sequence number", &envelope_.sequenceNumber}};
     const envelopeNumber_t *before = &envelope_.id;
     std::string_view nameBefore = "id";
-    for (const auto &[name, number] : all) {
+    for (const auto &[called, number] : all) {
         const std::string_view digits = number->place.in(text);
         if (number->isThere && readReal(digits) == static_cast<double>(number->value)) {
             before = number;
-            nameBefore = name;
+            nameBefore = called;
             continue;
         }
         if (number->isThere) {
-            report(headerNumber, number->place, nullptr, [&, called = name, value = number->value] {
-                return findingWords_t{joined({"the ", called, " does not fit 32 bits"}),
-                                      joined({"a host reads ", std::to_string(value)}),
-                                      {}};
-            });
+            if (report(headerNumber, number->place))
+                tell(joined({"the ", called, " does not fit 32 bits"}),
+                     joined({"a host reads ", std::to_string(number->value)}));
             continue;
         }
         if (number->place.start == envelope_.id.place.end && number->place.start < text.size() &&
             text[number->place.start] != openBrace)
             return; // part of an id that is none
-        report(headerNumber, number->place, nullptr, [&, called = name, at = number] {
-            const std::size_t end = std::min(text.find_first_of(" {", at->place.start), text.size());
-            const std::string_view word = text.substr(at->place.start, end - at->place.start);
-            const bool goesOn = !word.empty() && before->place.end == at->place.start;
-            return findingWords_t{
-                goesOn ? joined({shownValue(word), " stands behind the ", nameBefore, " ", before->place.in(text)})
-                : !word.empty()      ? joined({shownValue(word), " stands where the ", called, " should be"})
-                : called == "length" ? std::string("length, echo tag and sequence number are missing")
-                                     : joined({"of length, echo tag and sequence number ",
-                                               called == "echo tag" ? "two are missing" : "one is missing"}),
-                joined({envelope_.isBodyRead ? "a host keeps its own number; " : "", whatHostTakes()}),
-                {}};
-        });
+        if (report(headerNumber, number->place)) {
+            const std::size_t end = std::min(text.find_first_of(" {", number->place.start), text.size());
+            const std::string_view word = text.substr(number->place.start, end - number->place.start);
+            const bool goesOn = !word.empty() && before->place.end == number->place.start;
+            tell(goesOn ? joined({shownValue(word), " stands behind the ", nameBefore, " ", before->place.in(text)})
+                 : !word.empty()      ? joined({shownValue(word), " stands where the ", called, " should be"})
+                 : called == "length" ? std::string("length, echo tag and sequence number are missing")
+                                      : joined({"of length, echo tag and sequence number ",
+                                                called == "echo tag" ? "two are missing" : "one is missing"}),
+                 joined({envelope_.isBodyRead ? "a host keeps its own number; " : "", whatHostTakes()}));
+        }
         return; // behind it no other one is found
     }
 }
@@ -171,29 +155,24 @@ void checker_t::checkEnd() {
     const std::string_view text = tree_.text();
     const place_t behind = envelope_.behind;
     if (!envelope_.endMarker.isEmpty()) {
-        if (!behind.isEmpty())
-            report(trailingText, behind, nullptr, [&] {
-                return findingWords_t{joined({inWords(behind.in(text)), " stands behind \"!!\""}),
-                                      envelope_.isBodyRead ? whatHostTakes()
-                                                           : joined({"the length is wrong with it: ", nothingRead}),
-                                      {}};
-            });
+        if (!behind.isEmpty() && report(trailingText, behind))
+            tell(joined({inWords(behind.in(text)), " stands behind \"!!\""}),
+                 envelope_.isBodyRead ? whatHostTakes() : joined({"the length is wrong with it: ", nothingRead}));
         return;
     }
-    report(noEndMarker, envelope_.endMarker, nullptr, [&] {
+    if (report(noEndMarker, envelope_.endMarker)) {
         const std::size_t size = text.size() - envelope_.startMarker.start + 1;
         const auto said = static_cast<std::size_t>(std::max(envelope_.length.value, 0));
         const std::string missing =
             said > size ? joined({"; by its length ", std::to_string(said - size), " characters are missing"}) : "";
         const std::string_view rest = trimmed(behind.in(text));
-        return findingWords_t{isCutInHead()  ? std::string("the message ends in front of its body")
-                              : isCutOff()   ? joined({"the message ends inside its body", missing})
-                              : rest == "!"  ? "the second \"!\" is missing at the end"
-                              : rest.empty() ? "\"!!\" is missing at the end"
-                                             : joined({shownValue(rest), " stands at the end, where \"!!\" should be"}),
-                              joined({isCutOff() || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}),
-                              {}};
-    });
+        tell(isCutInHead()  ? std::string("the message ends in front of its body")
+             : isCutOff()   ? joined({"the message ends inside its body", missing})
+             : rest == "!"  ? "the second \"!\" is missing at the end"
+             : rest.empty() ? "\"!!\" is missing at the end"
+                            : joined({shownValue(rest), " stands at the end, where \"!!\" should be"}),
+             joined({isCutOff() || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}));
+    }
 }
 
 // Between one blank and "!!", in braces.
@@ -206,27 +185,21 @@ void checker_t::checkBodyShape() {
         return; // this is no message
     if (missingBraces() > 0 && !isCutOff()) {
         const bool hasOpen = value.starts_with(openBrace), hasClose = value.ends_with(closeBrace);
-        report(bodyShape, body, nullptr, [&] {
-            return findingWords_t{hasOpen    ? "the closing brace of the body is missing"
-                                  : hasClose ? "the opening brace of the body is missing"
-                                             : "the body does not stand in braces",
-                                  joined({"a host takes ", shownValue(value.substr(0, 1)), " and ",
-                                          shownValue(value.substr(value.size() - 1)), " for the braces"}),
-                                  {}};
-        });
+        if (report(bodyShape, body))
+            tell(hasOpen    ? "the closing brace of the body is missing"
+                 : hasClose ? "the opening brace of the body is missing"
+                            : "the body does not stand in braces",
+                 joined({"a host takes ", shownValue(value.substr(0, 1)), " and ",
+                         shownValue(value.substr(value.size() - 1)), " for the braces"}));
     } else if (envelope_.isBodyRead && !envelope_.isWholeForHost() && !value.empty() && areNumbersThere &&
                envelope_.behind.isEmpty() && !envelope_.endMarker.isEmpty()) {
-        report(bodyShape, {front, std::max(front, body.start)}, nullptr, [&] {
-            return findingWords_t{
-                "other characters than one blank in front of the body, or some behind it", whatHostTakes(), {}};
-        });
+        if (report(bodyShape, {front, std::max(front, body.start)}))
+            tell("other characters than one blank in front of the body, or some behind it", whatHostTakes());
     } else if (areNumbersThere && !value.empty() &&
                (body.start != front + 1 || tree_.text()[front] != ' ' || envelope_.endMarker.start != body.end)) {
-        report(bodyShape, warning, {front, body.start}, nullptr, [&] {
-            return findingWords_t{"one blank belongs in front of the body, and nothing behind it",
-                                  envelope_.isWholeForHost() ? "a host reads it, and writes it so" : "",
-                                  {}};
-        });
+        if (report(bodyShape, warning, {front, body.start}))
+            tell("one blank belongs in front of the body, and nothing behind it",
+                 envelope_.isWholeForHost() ? "a host reads it, and writes it so" : "");
     }
 }
 
@@ -236,15 +209,11 @@ void checker_t::checkLength() {
     const std::size_t right = envelope_.rightLength + (isCutOff() ? 0 : missingBraces());
     const auto said = static_cast<std::size_t>(std::max(length.value, 0));
     const bool isTooLong = right > longestReadableMessage;
-    if (isTooLong)
-        report(tooLong, envelope_.isBodyRead ? warning : error, length.place, nullptr, [&] {
-            return findingWords_t{joined({"the message has ", std::to_string(right), " characters with its NUL, ",
-                                          std::to_string(longestReadableMessage), " are the most"}),
-                                  envelope_.isBodyRead
-                                      ? "a host reads it, but can't write such a length, which has five places"
-                                      : std::string(nothingRead),
-                                  {}};
-        });
+    if (isTooLong && report(tooLong, envelope_.isBodyRead ? warning : error, length.place))
+        tell(joined({"the message has ", std::to_string(right), " characters with its NUL, ",
+                     std::to_string(longestReadableMessage), " are the most"}),
+             envelope_.isBodyRead ? "a host reads it, but can't write such a length, which has five places"
+                                  : std::string(nothingRead));
     if (!length.isThere || !envelope_.sequenceNumber.isThere || isCutOff() || isCutInHead() || envelope_.isBodyRead ||
         said == right || (isTooLong && std::to_string(right).starts_with(std::to_string(said))))
         return;
@@ -256,13 +225,12 @@ void checker_t::checkLength() {
     const bool hasSurplus = hasNode([this](const node_t &node) { return isSurplusBrace(node); });
     if ((isTorn && (said == right + 1 || said + 1 == right)) || (hasSurplus && said + 1 == right))
         return; // for the brace that is told
-    report(wrongLength, length.place, nullptr, [&] {
+    if (report(wrongLength, length.place)) {
         const bool isMended = right != tree_.text().size() + 1;
-        return findingWords_t{
-            joined({"the length says ", std::to_string(length.value), ", the message has ", std::to_string(right),
-                    " characters with its NUL", isMended ? " once its ends are right" : ""}),
-            std::string(nothingRead), std::to_string(right)};
-    });
+        tell(joined({"the length says ", std::to_string(length.value), ", the message has ", std::to_string(right),
+                     " characters with its NUL", isMended ? " once its ends are right" : ""}),
+             std::string(nothingRead), std::to_string(right));
+    }
 }
 
 } // namespace vek::inspect

@@ -15,10 +15,9 @@ void checker_t::checkBody(const node_t &body) {
         checkGroup(body);
     if (lacksBraces(body))
         return; // which is told
-    if (children.empty() && body.value.size() > 2 && !(isRoot && isCutOff()))
-        report(separators, warning, body.value, &body, [] {
-            return findingWords_t{"nothing but separators in a body", "a host reads nothing of it", {}};
-        });
+    if (children.empty() && body.value.size() > 2 && !(isRoot && isCutOff()) &&
+        report(separators, warning, body.value, &body))
+        tell("nothing but separators in a body", "a host reads nothing of it");
     const bodyTarget_t target = targetOf(tree_, body);
     const bool isKnown = target.kind != bodyTarget_t::kind_t::unknown;
     isTorn_ = false;
@@ -39,28 +38,23 @@ void checker_t::checkBody(const node_t &body) {
     }
     if (target.kind == bodyTarget_t::kind_t::record)
         checkRecord(body, *target.record);
-    else if (isKnown && body.isKeyed)
-        report(keyedList, body.value, &body, [] {
-            return findingWords_t{
-                "a list with keys", "a host reads its elements by their keys, and writes them without", {}};
-        });
+    else if (isKnown && body.isKeyed && report(keyedList, body.value, &body))
+        tell("a list with keys", "a host reads its elements by their keys, and writes them without");
 }
 
 // A known group: what stands there must be in braces, and not empty.
 void checker_t::checkGroup(const node_t &node) {
     const std::string_view value = tree_.value(node);
-    if (lacksBraces(node))
-        report(nestedMissing, node.value, &node, [&] {
-            const bool isWide = node.field->kind == fieldKind_t::text16 && (node.isElement || !node.field->isList());
-            return findingWords_t{joined({shownValue(value), " stands where a group in braces should be",
-                                          isWide ? ", as a 16-bit text is written by its codes" : ""}),
-                                  "a host takes its first and last characters for the braces",
-                                  isWide ? wideCodes(value.substr(0, 100)).value_or("") : std::string()};
-        });
-    else if (value.size() == 2)
-        report(emptyValue, node.value, &node, [] {
-            return findingWords_t{"an empty group", "a host reads it as if it were not there", {}};
-        });
+    if (!lacksBraces(node)) {
+        if (value.size() == 2 && report(emptyValue, node.value, &node))
+            tell("an empty group", "a host reads it as if it were not there");
+    } else if (report(nestedMissing, node.value, &node)) {
+        const bool isWide = node.valueKind() == fieldKind_t::text16;
+        tell(joined({shownValue(value), " stands where a group in braces should be",
+                     isWide ? ", as a 16-bit text is written by its codes" : ""}),
+             "a host takes its first and last characters for the braces",
+             isWide ? wideCodes(value.substr(0, 100)).value_or("") : std::string());
+    }
 }
 
 bool checker_t::lacksBraces(const node_t &node) const {
@@ -87,17 +81,10 @@ void checker_t::tellWithStrays(const node_t &parent, const node_t &node) {
 
 void checker_t::checkBalance(const node_t &node) {
     isTorn_ |= !node.lost.isEmpty() || node.isQuoteOpen;
-    if (!node.lost.isEmpty())
-        report(unbalancedBrace, {node.lost.start, node.lost.start + 1}, &node, [] {
-            return findingWords_t{
-                "an opening brace without its closing one", "a host loses all that follows in this body", {}};
-        });
-    if (node.isQuoteOpen)
-        report(openQuote, {node.value.start - 1, node.value.start}, &node, [] {
-            return findingWords_t{"a double quote without its closing one",
-                                  "a host takes all that follows in this body for the value",
-                                  {}};
-        });
+    if (!node.lost.isEmpty() && report(unbalancedBrace, {node.lost.start, node.lost.start + 1}, &node))
+        tell("an opening brace without its closing one", "a host loses all that follows in this body");
+    if (node.isQuoteOpen && report(openQuote, {node.value.start - 1, node.value.start}, &node))
+        tell("a double quote without its closing one", "a host takes all that follows in this body for the value");
 }
 
 const node_t *checker_t::next(const node_t &parent, const node_t &node) const {
@@ -152,32 +139,26 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
             return false; // which was told
         if (tree_.recordOf(parent) != nullptr)
             explain(node.field);
-        report(emptyValue, node.whole, &node, [&] {
-            return findingWords_t{
-                node.hasKey ? joined({tree_.key(node), " has no value"}) : "an element without a value",
-                joined({"a host reads ",
-                        node.isElement ? "an empty one, and writes the list without it" : valueOfAbsent(*node.field)}),
-                {}};
-        });
+        if (report(emptyValue, node.whole, &node))
+            tell(node.hasKey ? joined({tree_.key(node), " has no value"}) : "an element without a value",
+                 joined({"a host reads ", node.isElement ? "an empty one, and writes the list without it"
+                                                         : valueOfAbsent(*node.field)}));
         return false;
     case pairUse_t::unknown:
         checkUnknown(parent, node);
         return false;
     case pairUse_t::duplicate:
-        report(duplicateKey, node.hasKey ? node.key : node.value, &node,
-               [&] { return wordsOfDuplicate(tree_.key(node).substr(0, 40)); });
+        if (report(duplicateKey, node.hasKey ? node.key : node.value, &node))
+            tell(wordsOfDuplicate(tree_.key(node).substr(0, 40)));
         return false;
     case pairUse_t::noKey:
         checkStray(parent, node);
         return false;
     case pairUse_t::surplus:
-        report(node.isElement ? beyondRoom : surplusValue, node.value, &node, [&] {
-            return findingWords_t{node.isElement
-                                      ? joined({"there is room for ", std::to_string(node.field->room), " elements"})
-                                      : "a value behind that of the last key",
-                                  "a host ignores it",
-                                  {}};
-        });
+        if (report(node.isElement ? beyondRoom : surplusValue, node.value, &node))
+            tell(node.isElement ? joined({"there is room for ", std::to_string(node.field->room), " elements"})
+                                : "a value behind that of the last key",
+                 "a host ignores it");
         return false;
     case pairUse_t::unread:
         break;
@@ -247,15 +228,14 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     if (field != nullptr) {
         const bool isThere = isExplained(*field) || nodes_[static_cast<std::size_t>(field->position)] != nullptr;
         explain(field);
-        report(lineBreak, node.key, &node, [&] {
+        if (report(lineBreak, node.key, &node)) {
             const std::string odd = oddCharacterIn(key);
-            return findingWords_t{
-                odd.empty() ? joined({besideWord(key, field->key), " part of the key ", shownValue(key)})
-                            : joined({"the key ", shownValue(key), odd}),
-                joined({"a host ignores it",
-                        isThere ? "" : joined({"; ", field->key, " becomes ", valueOfAbsent(*field)})}),
-                wordIn(key) == field->key ? std::string(field->key) : std::string()};
-        });
+            tell(odd.empty() ? joined({besideWord(key, field->key), " part of the key ", shownValue(key)})
+                             : joined({"the key ", shownValue(key), odd}),
+                 joined({"a host ignores it",
+                         isThere ? "" : joined({"; ", field->key, " becomes ", valueOfAbsent(*field)})}),
+                 wordIn(key) == field->key ? std::string(field->key) : std::string());
+        }
         return;
     }
     constexpr std::size_t mostSuggestions = 50;
@@ -275,7 +255,15 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
         else if (!place.empty())
             words.message += joined({", which belongs to ", place});
     }
-    report(unknownKey, node.key, &node, [&] { return std::move(words); });
+    if (report(unknownKey, node.key, &node))
+        tell(std::move(words));
+}
+
+void checker_t::reportSwallowed(const node_t &node, std::string_view andMore) {
+    if (report(swallowedToken, node.value, &node))
+        tell(joined({tree_.key(node), " has no value"}),
+             joined({"a host takes the next token for it, ", shownValue(tree_.value(node)), andMore,
+                     "; an empty text is left out, with its key"}));
 }
 
 // Two pairs of which a host makes something else: the ";" between them is missing, or a "=" stands in a text.
@@ -286,32 +274,20 @@ bool checker_t::checkJoined(const node_t &parent, const node_t &node, const node
     told_ = tree_.indexOf(behind);
     const std::string_view value = tree_.value(node);
     const fieldSchema_t *field = node.isQuoted ? nullptr : keyAt(tree_.recordOf(parent), value, false);
-    const std::string consequence = joined({"a host reads ", shownValue(value), " as ", tree_.key(node),
-                                            ", and ignores ", shownValue(tree_.value(behind))});
     if (field != nullptr && hasSwallowed(node)) {
         explain(field);
-        report(swallowedToken, node.value, &node, [&] {
-            return findingWords_t{
-                joined({tree_.key(node), " has no value"}),
-                joined({"a host takes the next token for it, ", shownValue(value), ", and ignores ",
-                        shownValue(tree_.value(behind)), "; an empty text is left out, with its key"}),
-                {}};
-        });
+        reportSwallowed(node, joined({", and ignores ", shownValue(tree_.value(behind))}));
     } else if (field != nullptr) {
         explain(field);
         const auto at = static_cast<std::uint32_t>(node.value.end - field->key.size());
-        report(missingSeparator, {at, node.value.end}, &node, [&] {
-            return findingWords_t{
-                joined({"a \";\" is missing in front of ", field->key, oddCharacterIn(value)}), consequence, {}};
-        });
-    } else {
-        report(strayValue, behind.value, &behind, [&] {
-            return findingWords_t{
-                joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
-                        isText(node) ? "; " : "", isText(node) ? howToWrite(equalsSign) : ""}),
-                joined({"a host ignores ", shownValue(tree_.value(behind))}),
-                {}};
-        });
+        if (report(missingSeparator, {at, node.value.end}, &node))
+            tell(joined({"a \";\" is missing in front of ", field->key, oddCharacterIn(value)}),
+                 joined({"a host reads ", shownValue(value), " as ", tree_.key(node), ", and ignores ",
+                         shownValue(tree_.value(behind))}));
+    } else if (report(strayValue, behind.value, &behind)) {
+        tell(joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
+                     isText(node) ? "; " : "", isText(node) ? howToWrite(equalsSign) : ""}),
+             joined({"a host ignores ", shownValue(tree_.value(behind))}));
     }
     return true;
 }
@@ -319,10 +295,11 @@ bool checker_t::checkJoined(const node_t &parent, const node_t &node, const node
 void checker_t::checkStray(const node_t &parent, const node_t &node) {
     if (checkDecimalComma(parent, node))
         return;
-    if (isSurplusBrace(node))
-        return report(unbalancedBrace, node.value, &node, [] {
-            return findingWords_t{"a closing brace without its opening one", "a host ignores it", {}};
-        });
+    if (isSurplusBrace(node)) {
+        if (report(unbalancedBrace, node.value, &node))
+            tell("a closing brace without its opening one", "a host ignores it");
+        return;
+    }
     const recordSchema_t *record = tree_.recordOf(parent);
     const std::string_view value = tree_.value(node);
     const std::string_view word =
@@ -332,33 +309,29 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
     if (field != nullptr && (rest.empty() || rest[0] != '_') &&
         std::none_of(value.begin(), value.begin() + (word.data() - value.data()), &isWordCharacter)) {
         explain(field);
-        report(missingSeparator, node.value, &node, [&] {
+        if (report(missingSeparator, node.value, &node)) {
             const bool isColon = trimmed(rest).starts_with(':');
-            return findingWords_t{
-                joined({isColon        ? "\":\" stands where \"=\" should be, behind "
-                        : rest.empty() ? "\"=\" and a value are missing behind "
-                                       : "a \"=\" is missing behind ",
-                        field->key, oddCharacterIn(value)}),
-                joined({"a host ignores it; ", field->key, " becomes ", valueOfAbsent(*field)}),
-                rest.empty()
-                    ? std::string()
-                    : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))})};
-        });
+            tell(joined({isColon        ? "\":\" stands where \"=\" should be, behind "
+                         : rest.empty() ? "\"=\" and a value are missing behind "
+                                        : "a \"=\" is missing behind ",
+                         field->key, oddCharacterIn(value)}),
+                 joined({"a host ignores it; ", field->key, " becomes ", valueOfAbsent(*field)}),
+                 rest.empty()
+                     ? std::string()
+                     : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))}));
+        }
         return;
     }
     const node_t *before = previous(parent, node);
     const bool isBehindText = before != nullptr && before->use == pairUse_t::assigned && isText(*before);
     const std::string_view between = before != nullptr ? behindValue(*before) : std::string_view();
-    report(strayValue, node.value, &node, [&] {
-        return findingWords_t{
-            joined({"the value ", shownValue(value), " has no key"}),
-            joined({"a host ignores it",
-                    isBehindText && before->isQuoted ? "; it stands behind the closing quote of another value"
-                    : isBehindText && between.size() == 1
-                        ? joined({"; if it belongs to the text of ", tree_.key(*before), ", ", howToWrite(between[0])})
-                        : ""}),
-            {}};
-    });
+    if (report(strayValue, node.value, &node))
+        tell(joined({"the value ", shownValue(value), " has no key"}),
+             joined({"a host ignores it",
+                     isBehindText && before->isQuoted ? "; it stands behind the closing quote of another value"
+                     : isBehindText && between.size() == 1
+                         ? joined({"; if it belongs to the text of ", tree_.key(*before), ", ", howToWrite(between[0])})
+                         : ""}));
 }
 
 // "3,5": the comma ends the value, and the rest is a value of its own.
@@ -367,13 +340,9 @@ bool checker_t::isDecimalComma(const node_t &parent, const node_t &node) const {
     if (node.use != pairUse_t::noKey || before == nullptr || node.isQuoted || node.value.isEmpty() ||
         !isDigit(tree_.value(node).front()))
         return false;
-    const bool isNumber =
-        before->field != nullptr && before->use == pairUse_t::assigned && !before->isBody &&
-        (before->field->kind == fieldKind_t::float64 || before->field->kind == fieldKind_t::float32 ||
-         before->field->kind == fieldKind_t::pixels || before->field->kind == fieldKind_t::integer32 ||
-         before->field->kind == fieldKind_t::integer16);
-    return isNumber && !before->value.isEmpty() && before->value.end + 1 == node.value.start &&
-           tree_.text()[before->value.end] == ',' && isDigit(tree_.value(*before).back());
+    return before->use == pairUse_t::assigned && isNumber(before->valueKind()) && !before->value.isEmpty() &&
+           before->value.end + 1 == node.value.start && tree_.text()[before->value.end] == ',' &&
+           isDigit(tree_.value(*before).back());
 }
 
 bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
@@ -381,16 +350,14 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         return false;
     const node_t &before = *previous(parent, node);
     const std::string_view whole = tree_.value(before), rest = tree_.value(node);
-    const bool isReal = before.field->kind != fieldKind_t::integer32 && before.field->kind != fieldKind_t::integer16;
+    const bool isReal = !isInteger(before.field->kind);
     const bool isOfThousands = rest.find('.') == 3;
-    report(decimalComma, {before.value.start, node.value.end}, &before, [&] {
-        return findingWords_t{
-            joined({whole, ",", rest, isReal && !isOfThousands ? " has a comma for its point" : " has a comma in it"}),
-            joined({"a host reads ", whole}),
-            isOfThousands ? joined({whole, rest})
-            : isReal      ? joined({whole, ".", rest})
-                          : std::string()};
-    });
+    if (report(decimalComma, {before.value.start, node.value.end}, &before))
+        tell(joined({whole, ",", rest, isReal && !isOfThousands ? " has a comma for its point" : " has a comma in it"}),
+             joined({"a host reads ", whole}),
+             isOfThousands ? joined({whole, rest})
+             : isReal      ? joined({whole, ".", rest})
+                           : std::string());
     return true;
 }
 
@@ -402,29 +369,20 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
         return true;
     const std::uint32_t valueStart = node.value.start - (node.isQuoted ? 1 : 0);
     if (hasSwallowed(node)) {
-        const std::string_view value = tree_.value(node);
         if (const recordSchema_t *record = tree_.recordOf(parent))
-            explain(record->find(value));
-        report(swallowedToken, node.value, &node, [&] {
-            return findingWords_t{joined({tree_.key(node), " has no value"}),
-                                  joined({"a host takes the next token for it, ", shownValue(value),
-                                          "; an empty text is left out, with its key"}),
-                                  {}};
-        });
+            explain(record->find(tree_.value(node)));
+        reportSwallowed(node, {});
         if (const node_t *behind = next(parent, node);
             behind != nullptr && behindValue(node).find(equalsSign) != std::string_view::npos)
             told_ = tree_.indexOf(*behind);
     } else if (node.isQuoted && isText(node)) {
-        report(leadingQuote, {valueStart, node.value.end}, &node, [] {
-            return findingWords_t{"the text begins with a double quote",
-                                  "a host reads up to the next one, and keeps neither; behind another character a "
-                                  "quote is kept",
-                                  {}};
-        });
+        if (report(leadingQuote, {valueStart, node.value.end}, &node))
+            tell("the text begins with a double quote",
+                 "a host reads up to the next one, and keeps neither; behind another character a "
+                 "quote is kept");
     } else if (node.isQuoted || node.isKeyQuoted) {
-        report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node, [] {
-            return findingWords_t{"double quotes", "a host reads what stands in them, and writes none", {}};
-        });
+        if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node))
+            tell("double quotes", "a host reads what stands in them, and writes none");
     } else if (const node_t *behind = next(parent, node);
                behind == nullptr || behind->use != pairUse_t::noKey || node.isElement) {
         checkSeparators(parent, node);
@@ -443,29 +401,25 @@ void checker_t::checkSeparators(const node_t &parent, const node_t &node) {
     const bool isEmptyElement =
         node.isElement && !parent.isKeyed && (count(front) > 0 || (count(behind) > 1 && !node.isCode));
     if (isEmptyElement) {
-        report(separators, node.whole, &node, [&] {
-            return findingWords_t{joined({"an element without a value stands ",
-                                          front.empty() ? "behind " : "in front of ", shownValue(tree_.value(node))}),
-                                  "a host skips it, and those behind it move up",
-                                  {}};
-        });
+        if (report(separators, node.whole, &node))
+            tell(joined({"an element without a value stands ", front.empty() ? "behind " : "in front of ",
+                         shownValue(tree_.value(node))}),
+                 "a host skips it, and those behind it move up");
         return;
     }
-    report(separators, warning, node.whole, &node, [&] {
+    if (report(separators, warning, node.whole, &node)) {
         const std::string_view right = node.hasKey ? "\";\"" : "\",\"";
         const std::string whose = node.hasKey ? joined({"the value of ", key}) : shownValue(tree_.value(node));
         const std::string_view between =
             node.hasKey ? tree_.text().substr(node.key.end, node.value.start - node.key.end) : "=";
-        return findingWords_t{
-            !front.empty()   ? joined({shownValue(front), " stands in front of ", node.hasKey ? shownValue(key) : whose,
-                                       ", where nothing should be"})
-            : between != "=" ? joined({shownValue(between), " stands behind ", key, ", where one \"=\" should be"})
-            : behind.empty()
-                ? joined({"a ", right, " is missing behind ", whose})
-                : joined({shownValue(behind), " stands behind ", whose, ", where one ", right, " should be"}),
-            "a host takes any run of \"=\", \";\" and \",\" for one",
-            {}};
-    });
+        tell(!front.empty() ? joined({shownValue(front), " stands in front of ", node.hasKey ? shownValue(key) : whose,
+                                      ", where nothing should be"})
+             : between != "=" ? joined({shownValue(between), " stands behind ", key, ", where one \"=\" should be"})
+             : behind.empty()
+                 ? joined({"a ", right, " is missing behind ", whose})
+                 : joined({shownValue(behind), " stands behind ", whose, ", where one ", right, " should be"}),
+             "a host takes any run of \"=\", \";\" and \",\" for one");
+    }
 }
 
 void checker_t::checkScalar(const node_t &node) {
@@ -484,7 +438,8 @@ void checker_t::checkScalar(const node_t &node) {
                         value.substr(rest, 40)});
         }
     }
-    report(finding.code, finding.severity, node.value, &node, [&] { return std::move(finding.words); });
+    if (report(finding.code, finding.severity, node.value, &node))
+        tell(std::move(finding.words));
 }
 
 } // namespace vek::inspect

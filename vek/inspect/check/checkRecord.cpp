@@ -71,32 +71,23 @@ bool checker_t::checkOtherId(const node_t &body) {
                     [](const node_t &child) { return child.use != pairUse_t::unknown; }))
         return false;
     const messageSchema_t *message = messageWithKeys(body);
-    if (message != nullptr)
-        report(unknownKey, envelope_.id.place, nullptr, [&] {
-            return findingWords_t{joined({"the keys of the body are those of ", std::to_string(message->id), ", ",
-                                          message->record->name, ", not of ", std::to_string(envelope_.id.value)}),
-                                  "a host ignores them all",
-                                  {}};
-        });
+    if (message != nullptr && report(unknownKey, envelope_.id.place))
+        tell(joined({"the keys of the body are those of ", std::to_string(message->id), ", ", message->record->name,
+                     ", not of ", std::to_string(envelope_.id.value)}),
+             "a host ignores them all");
     return message != nullptr;
 }
 
 void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     std::int32_t last = -1;
-    if (!body.isKeyed && body.childCount > 0 && !isTorn_ && !isCutOff())
-        report(positionalBody, body.value, &body, [] {
-            return findingWords_t{"no \"=\" stands in the body", "a host tells the values apart by their order", {}};
-        });
+    if (!body.isKeyed && body.childCount > 0 && !isTorn_ && !isCutOff() && report(positionalBody, body.value, &body))
+        tell("no \"=\" stands in the body", "a host tells the values apart by their order");
     for (const node_t &child : tree_.children(body)) {
         if (child.use != pairUse_t::assigned || child.field == nullptr)
             continue;
-        if (child.field->position < last)
-            report(keyOrder, child.hasKey ? child.key : child.value, &child, [&] {
-                return findingWords_t{
-                    joined({child.field->key, " stands behind ", record.fields[static_cast<std::size_t>(last)].key}),
-                    "a host reads it, and writes it in front",
-                    {}};
-            });
+        if (child.field->position < last && report(keyOrder, child.hasKey ? child.key : child.value, &child))
+            tell(joined({child.field->key, " stands behind ", record.fields[static_cast<std::size_t>(last)].key}),
+                 "a host reads it, and writes it in front");
         last = std::max(last, child.field->position);
     }
     for (const fieldSchema_t &field : record.fields) {
@@ -117,10 +108,9 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
                     missing.push_back(&field);
             }
     checkMissing(body, missing);
-    if (isEverEmpty && body.parent == node_t::none && tree_.value(body) == "{}")
-        report(emptyValue, body.value, &body, [] {
-            return findingWords_t{"an empty body in braces", "a host reads it, and writes it without them", {}};
-        });
+    if (isEverEmpty && body.parent == node_t::none && tree_.value(body) == "{}" &&
+        report(emptyValue, body.value, &body))
+        tell("an empty body in braces", "a host reads it, and writes it without them");
 }
 
 // All keys that are not there are one finding.
@@ -128,17 +118,18 @@ void checker_t::checkMissing(const node_t &body, const std::vector<const fieldSc
     if (fields.empty() || isCutOff() || isCutInHead() || isTorn_)
         return;
     const place_t end{std::max(body.value.start, body.value.end - (body.value.isEmpty() ? 0 : 1)), body.value.end};
-    report(missingKey, end, &body, [&] {
-        if (fields.size() == 1)
-            return findingWords_t{joined({"the key ", fields[0]->key, " is missing"}),
-                                  joined({"a host gets ", valueOfAbsent(*fields[0])}),
-                                  {},
-                                  std::string(fields[0]->key)};
-        std::string names;
-        for (const fieldSchema_t *field : fields)
-            names += joined({names.empty() ? "" : field == fields.back() ? " and " : ", ", field->key});
-        return findingWords_t{joined({"the keys ", names, " are missing"}), "a host gets 0 or what is empty", {}};
-    });
+    if (!report(missingKey, end, &body))
+        return;
+    if (fields.size() == 1) {
+        tell(joined({"the key ", fields[0]->key, " is missing"}), joined({"a host gets ", valueOfAbsent(*fields[0])}));
+        std::string &path = findings_.back().path;
+        path += joined({path.empty() ? "" : ".", fields[0]->key});
+        return;
+    }
+    std::string names;
+    for (const fieldSchema_t *field : fields)
+        names += joined({names.empty() ? "" : field == fields.back() ? " and " : ", ", field->key});
+    tell(joined({"the keys ", names, " are missing"}), "a host gets 0 or what is empty");
 }
 
 // How many elements a list has, and how many its count says; of an array that is written whole, its room.
@@ -159,28 +150,26 @@ void checker_t::checkCount(const fieldSchema_t &list) {
     if (counter == nullptr)
         explain(list.countField);
     const node_t *shown = counter != nullptr ? counter : node;
-    report(countMismatch, said < count ? error : warning, shown->value, shown, [&] {
+    if (report(countMismatch, said < count ? error : warning, shown->value, shown)) {
         const std::string says = joined({list.countField->key, " says ", std::to_string(said)});
-        return findingWords_t{joined({counter != nullptr ? says : joined({list.countField->key, " is missing"}), ", ",
-                                      list.key, " has ", std::to_string(count), count == 1 ? " element" : " elements",
-                                      said > count ? "; one may be missing, or a comma" : ""}),
-                              said < count ? joined({"a host sees ", std::to_string(std::max(said, 0)), " of them"})
-                                           : std::string("a host takes the rest for empty, or not at all"),
-                              said > count         ? std::string() // elements may be missing
-                              : counter != nullptr ? std::to_string(count)
-                                                   : joined({list.countField->key, "=", std::to_string(count)})};
-    });
+        tell(joined({counter != nullptr ? says : joined({list.countField->key, " is missing"}), ", ", list.key, " has ",
+                     std::to_string(count), count == 1 ? " element" : " elements",
+                     said > count ? "; one may be missing, or a comma" : ""}),
+             said < count ? joined({"a host sees ", std::to_string(std::max(said, 0)), " of them"})
+                          : std::string("a host takes the rest for empty, or not at all"),
+             said > count         ? std::string() // elements may be missing
+             : counter != nullptr ? std::to_string(count)
+                                  : joined({list.countField->key, "=", std::to_string(count)}));
+    }
 }
 
 void checker_t::checkRoom(const fieldSchema_t &list, std::int32_t count) {
     const node_t *node = nodes_[position(list)];
     if (count == list.room)
         return;
-    report(count > list.room ? countMismatch : listForm, node->value, node, [&] {
-        return findingWords_t{joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
-                              count > list.room ? "a host drops the surplus" : "a host fills it up with zeros",
-                              {}};
-    });
+    if (report(count > list.room ? countMismatch : listForm, node->value, node))
+        tell(joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
+             count > list.room ? "a host drops the surplus" : "a host fills it up with zeros");
 }
 
 // A continuous range is its minimum and its maximum; a range without values has no type.
@@ -197,10 +186,8 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
                 range.values().at(child.index) = readReal(tree_.value(child));
     }
     if (node == nullptr || range.isEmpty()) {
-        if (type != nullptr)
-            report(listForm, type->value, type, [&] {
-                return findingWords_t{joined({list.key, " has no values"}), "a host does not write the range then", {}};
-            });
+        if (type != nullptr && report(listForm, type->value, type))
+            tell(joined({list.key, " has no values"}), "a host does not write the range then");
         return;
     }
     if (type == nullptr)
@@ -209,11 +196,9 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
     const double ends[] = {range.minimum(), range.maximum()};
     if (range.kind != valueRange_t::discrete &&
         (range.count() != 2 || std::memcmp(ends, range.begin(), sizeof ends) != 0)) // NOLINT: bit for bit, as written
-        report(listForm, node->value, node, [] {
-            return findingWords_t{"a continuous range is its minimum and its maximum, which is -1 at least",
-                                  "a host writes these two alone",
-                                  {}};
-        });
+        if (report(listForm, node->value, node))
+            tell("a continuous range is its minimum and its maximum, which is -1 at least",
+                 "a host writes these two alone");
 }
 
 } // namespace vek::inspect

@@ -14,8 +14,7 @@ namespace vek::inspect {
 
 /// The words of a finding.
 struct findingWords_t {
-    std::string message, consequence, suggestion;
-    std::string key{}; ///< that is not there, and so has no place
+    std::string message, consequence, suggestion{};
 
     /// Without what a host makes of it: for what is not written.
     std::string inShort() const { return withSuggestion(message, suggestion); }

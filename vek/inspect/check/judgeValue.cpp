@@ -397,7 +397,7 @@ findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key
 }
 
 findingWords_t wordsOfDuplicate(std::string_view key) {
-    return {joined({"the key ", key, " stands here again"}), "a host takes the first and ignores this one", {}};
+    return {joined({"the key ", key, " stands here again"}), "a host takes the first and ignores this one"};
 }
 
 } // namespace vek::inspect

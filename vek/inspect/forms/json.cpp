@@ -108,8 +108,7 @@ private:
 
     void writeScalar(const node_t &node) {
         const std::string_view value = tree_.value(node);
-        const bool isOfAKind = node.field != nullptr && (node.isElement || !node.field->isList());
-        switch (isOfAKind ? node.field->kind : fieldKind_t::record) {
+        switch (node.valueKind()) {
         case fieldKind_t::integer32:
         case fieldKind_t::integer16:
         case fieldKind_t::text16:

@@ -7,7 +7,7 @@
 namespace vek::inspect {
 
 bool isText(const node_t &node) {
-    return node.field != nullptr && node.field->kind == fieldKind_t::text && (node.isElement || !node.field->isList());
+    return node.valueKind() == fieldKind_t::text;
 }
 
 bool isEmptyGroup(const tree_t &tree, const node_t &node) {

@@ -57,6 +57,11 @@ struct node_t {
     bool isElement = false;   ///< the value of one element of its field's list
     bool isCode = false;      ///< one character's code of a 16-bit text
     bool isCanonical = false; ///< spelt as the library spells it: KEY=value; or value, without quotes
+
+    /// What a single value here is; `record` where a list belongs, and of what is unknown.
+    fieldKind_t valueKind() const {
+        return field != nullptr && (isElement || !field->isList()) ? field->kind : fieldKind_t::record;
+    }
 };
 
 class tree_t {

@@ -25,6 +25,17 @@ namespace vek::inspect {
 
 struct recordSchema_t;
 
+constexpr bool isInteger(fieldKind_t kind) {
+    return kind == fieldKind_t::integer32 || kind == fieldKind_t::integer16;
+}
+/// Written with a point.
+constexpr bool isReal(fieldKind_t kind) {
+    return kind == fieldKind_t::float64 || kind == fieldKind_t::float32 || kind == fieldKind_t::pixels;
+}
+constexpr bool isNumber(fieldKind_t kind) {
+    return isInteger(kind) || isReal(kind);
+}
+
 /// What a structure with the declared defaults has in a field.
 enum class defaultKind_t : std::uint8_t {
     value,  ///< what defaultText says

@@ -66,6 +66,7 @@ private:
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
     void checkStray(const node_t &parent, const node_t &node);
+    void reportSwallowed(const node_t &node, std::string_view andMore);
     bool checkJoined(const node_t &parent, const node_t &node, const node_t &behind);
     bool isDecimalComma(const node_t &parent, const node_t &node) const;
     bool checkDecimalComma(const node_t &parent, const node_t &node);
@@ -87,27 +88,14 @@ private:
     bool isTolerated(findingCode_t code, severity_t severity) const;
     bool isDone() const { return purpose_ == purpose_t::whether && hasFound_; }
 
-    template <class Words>
-    void report(findingCode_t code, place_t place, const node_t *node, Words words) {
-        report(code, findingKind(code).severity, place, node, std::move(words));
+    /// Counts a finding. Whether its words are wanted: then tell() follows.
+    bool report(findingCode_t code, severity_t severity, place_t place, const node_t *node = nullptr);
+    bool report(findingCode_t code, place_t place, const node_t *node = nullptr) {
+        return report(code, findingKind(code).severity, place, node);
     }
-
-    /// Counts a finding, and asks `words` for its words if they are wanted.
-    template <class Words>
-    void report(findingCode_t code, severity_t severity, place_t place, const node_t *node, Words words) {
-        if (isTolerated(code, severity) || ignored_[static_cast<std::size_t>(code)])
-            return;
-        hasFound_ = true;
-        if (purpose_ == purpose_t::places)
-            spots_.push_back({place.start, severity});
-        if (purpose_ != purpose_t::words || place.start > limit_)
-            return;
-        findingWords_t said = words();
-        std::string path = node != nullptr ? tree_.path(*node) : std::string();
-        if (!said.key.empty())
-            path += joined({path.empty() ? "" : ".", said.key});
-        findings_.push_back({code, severity, place, std::move(path), std::move(said.message),
-                             std::move(said.consequence), std::move(said.suggestion)});
+    void tell(findingWords_t words);
+    void tell(std::string message, std::string consequence, std::string suggestion = {}) {
+        tell(findingWords_t{std::move(message), std::move(consequence), std::move(suggestion)});
     }
 
     const tree_t &tree_;
