@@ -72,7 +72,7 @@ bool isAbsentValue(const tree_t &tree, const node_t &node) {
     if (node.field == nullptr || value.empty())
         return value.empty();
     return value == "0" || value == "0.000000" || value == "FALSE" ||
-           (!node.field->names.empty() && value == node.field->names.front());
+           (!node.field->words().names.empty() && value == node.field->words().names.front());
 }
 
 bool isWithin(std::string_view path, std::string_view group) {
@@ -83,7 +83,7 @@ bool isWithin(std::string_view path, std::string_view group) {
 // A continuous range is written by its two ends, whatever stands between them.
 bool isInRange(const tree_t &tree, const node_t &node) {
     for (const node_t *at = &node; at->parent != node_t::none; at = &tree.nodes()[at->parent])
-        if (at->field != nullptr && at->field->list == listKind_t::range)
+        if (at->field != nullptr && at->field->isList(listKind_t::range))
             return true;
     return false;
 }
@@ -152,7 +152,7 @@ private:
     bool isCount(const node_t &node) const {
         const node_t &parent = read_.nodes()[node.parent];
         for (const node_t &list : read_.children(parent))
-            if (list.field != nullptr && list.field->countField != nullptr && list.field->countField == node.field)
+            if (list.field != nullptr && list.field->counter() != nullptr && list.field->counter() == node.field)
                 return read_.value(node) == std::to_string(list.childCount);
         return false;
     }
@@ -321,11 +321,11 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
             const node_t *const changed = node != nullptr ? node : old;
             bool isCount = false;
             for (const node_t *up = at; changed != nullptr && up->parent != node_t::none; up = &of.nodes()[up->parent])
-                isCount |= up->field != nullptr && changed->field != nullptr && up->field->countField == changed->field;
+                isCount |= up->field != nullptr && changed->field != nullptr && up->field->counter() == changed->field;
             for (const tree_t *side : {&one, &other})
                 for (const node_t &list : side->nodes())
                     isCount |= list.field != nullptr && at->field != nullptr &&
-                               (list.field->countField == at->field || list.field->rangeType == at->field);
+                               (list.field->counter() == at->field || list.field->rangeType() == at->field);
             if (!isOfIt && !isCount && !isInRange(of, *at))
                 broken += difference.path + " became " + difference.right + " from " + difference.left + "\n";
         }

@@ -13,13 +13,13 @@ using namespace inspect;
 namespace {
 
 std::string enumerationLink(const fieldSchema_t &field, references_t &references) {
-    if (field.enumeration.empty())
+    if (field.words().title.empty())
         throw std::runtime_error("an enumeration without a title");
     auto &known = references.enumerations;
     if (std::none_of(known.begin(), known.end(),
-                     [&](const auto *one) { return one->names.data() == field.names.data(); }))
+                     [&](const auto *one) { return one->words().names.data() == field.words().names.data(); }))
         known.push_back(&field);
-    return joined({"enumeration ", link(field.enumeration, anchorOf(field.enumeration))});
+    return joined({"enumeration ", link(field.words().title, anchorOf(field.words().title))});
 }
 
 std::string elementLink(const recordSchema_t &record, references_t &references) {
@@ -38,20 +38,21 @@ std::string kindOf(const fieldSchema_t &field, references_t &references) {
         if (const std::size_t at = words.find(word); at != std::string::npos)
             words.replace(at, word.size(), by);
     };
-    if (field.isList() && field.record != nullptr)
-        replace(field.record->name, elementLink(*field.record, references));
-    if (field.countField != nullptr)
-        replace(field.countField->key, code(field.countField->key));
-    if (const auto section = references.anchors.find(field.structure); section != references.anchors.end())
-        words += joined({", as ", link(field.structure, section->second)});
+    if (field.isList() && field.record() != nullptr)
+        replace(field.record()->name, elementLink(*field.record(), references));
+    if (field.counter() != nullptr)
+        replace(field.counter()->key, code(field.counter()->key));
+    const std::string_view nested = field.isList() || field.record() == nullptr ? "" : field.record()->structure;
+    if (const auto section = references.anchors.find(nested); section != references.anchors.end())
+        words += joined({", as ", link(nested, section->second)});
     return words;
 }
 
 // Of a container with the item that it holds.
 std::string typeOf(const fieldSchema_t &field) {
-    if (field.list != listKind_t::container)
+    if (!field.isList(listKind_t::container))
         return std::string(field.member.type);
-    return joined({"Container<", field.record != nullptr ? field.record->structure : "string_t", ">"});
+    return joined({"Container<", field.record() != nullptr ? field.record()->structure : "string_t", ">"});
 }
 
 std::string defaultOf(const fieldSchema_t &field) {
@@ -89,8 +90,8 @@ void writeRows(std::ostream &out, const recordSchema_t &record, const std::strin
         out << code(field.key) << " | " << kind << " | "
             << (field.member.path.empty() ? "*the base*" : code(field.member.path)) << " | " << code(typeOf(field))
             << " | " << defaultOf(field) << " |\n";
-        if (field.record != nullptr && !field.isList())
-            writeRows(out, *field.record, section, references, depth + 1);
+        if (field.record() != nullptr && !field.isList())
+            writeRows(out, *field.record(), section, references, depth + 1);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "tools/reference/keyTable.hpp"
 #include "tools/reference/markdown.hpp"
-#include "vek/inspect/schema/memberPlace.hpp"
+#include "vek/inspect/schema/members.hpp"
 
 #include <fstream>
 #include <iterator>
@@ -180,10 +180,10 @@ private:
                 "is ignored, and a value without a name is not written. The constants are those of "
                 "`vek/records/enumerations.h`.\n";
         for (const fieldSchema_t *field : references_.enumerations) {
-            out_ << "\n### " << field->enumeration << "\n\n| Value | Name | Constant |\n|--:|---|---|\n";
-            for (std::size_t value = 0; value < field->names.size(); ++value)
-                out_ << "| " << value << " | " << code(field->names[value]) << " | "
-                     << code(constantNamed(enumerations_, field->names[value])) << " |\n";
+            out_ << "\n### " << field->words().title << "\n\n| Value | Name | Constant |\n|--:|---|---|\n";
+            for (std::size_t value = 0; value < field->words().names.size(); ++value)
+                out_ << "| " << value << " | " << code(field->words().names[value]) << " | "
+                     << code(constantNamed(enumerations_, field->words().names[value])) << " |\n";
         }
     }
 

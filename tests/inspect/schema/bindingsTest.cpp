@@ -54,7 +54,7 @@ void compare(const recordSchema_t &record, const std::string &top, const std::st
         const std::string name = top + ' ' + std::string(field.key);
         const bool isWhole = field.member.path.empty(); // the structure is the list, or its base is the record
         if (isWhole) {
-            EXPECT_TRUE(field.list == listKind_t::container || field.key == "DEVICE_INFO") << name;
+            EXPECT_TRUE(field.isList(listKind_t::container) || field.key == "DEVICE_INFO") << name;
         } else {
             const auto exception = exceptions.find(name);
             EXPECT_EQ(field.member.path, inside + (exception != exceptions.end() ? exception->second : memberOf(field)))
@@ -62,10 +62,10 @@ void compare(const recordSchema_t &record, const std::string &top, const std::st
             met.insert(name);
             ++compared;
         }
-        if (field.record != nullptr && field.isList())
-            compare(*field.record, std::string(field.record->name), "");
-        else if (field.record != nullptr)
-            compare(*field.record, top, isWhole ? inside : field.member.path + '.');
+        if (field.record() != nullptr && field.isList())
+            compare(*field.record(), std::string(field.record()->name), "");
+        else if (field.record() != nullptr)
+            compare(*field.record(), top, isWhole ? inside : field.member.path + '.');
     }
 }
 

@@ -24,7 +24,7 @@ std::string_view holds(const fieldSchema_t &field) {
     case fieldKind_t::boolean:
         return "boolean";
     case fieldKind_t::enumeration:
-        return field.names.empty() ? "integer" : "name";
+        return field.words().names.empty() ? "integer" : "name";
     case fieldKind_t::float64:
     case fieldKind_t::float32:
     case fieldKind_t::pixels:
@@ -40,8 +40,8 @@ std::string_view holds(const fieldSchema_t &field) {
 }
 
 void writeNames(jsonAppender_t &json, const fieldSchema_t &field) {
-    if (!field.names.empty())
-        json.list("names", field.names, [&json](const char *one) { json.value(one); });
+    if (!field.words().names.empty())
+        json.list("names", field.words().names, [&json](const char *one) { json.value(one); });
 }
 
 // The fields that are spoken of, each once: they go by their numbers.
@@ -105,8 +105,8 @@ void writeNumbers(jsonAppender_t &json, const recordSchema_t &record, const std:
         std::string path = before + std::string(field.key);
         if (field.isList() || field.kind == fieldKind_t::text || field.kind == fieldKind_t::text16)
             continue;
-        if (field.record != nullptr) {
-            writeNumbers(json, *field.record, path + '.');
+        if (field.record() != nullptr) {
+            writeNumbers(json, *field.record(), path + '.');
             continue;
         }
         json.open('{');

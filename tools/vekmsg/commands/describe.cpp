@@ -122,8 +122,8 @@ private:
             out.erase(out.find_last_not_of(' ') + 1);
             out += '\n';
             notes(field, below);
-            if (field.record != nullptr)
-                keys(*field.record, indent + (hasRoom ? 4 : 2));
+            if (field.record() != nullptr)
+                keys(*field.record(), indent + (hasRoom ? 4 : 2));
         }
     }
 
@@ -132,11 +132,11 @@ private:
         const std::string words = inspect::kindInWords(field);
         if (const std::size_t place = words.find("; "); place != std::string::npos)
             out.append(wrapped(std::string(indent, ' ') + words.substr(place + 2), width_, indent)).append("\n");
-        if (field.names.empty())
+        if (field.words().names.empty())
             return;
         std::string names(indent, ' ');
-        for (const char *name : field.names)
-            names.append(name == field.names.front() ? "" : ", ").append(name);
+        for (const char *name : field.words().names)
+            names.append(name == field.words().names.front() ? "" : ", ").append(name);
         out.append(colours_.magenta).append(wrapped(names, width_, indent)).append(colours_.reset).append("\n");
     }
 

@@ -18,7 +18,8 @@ std::size_t elementCount(const tree_t &tree, const node_t &list) {
     const std::span<const node_t> pairs = tree.children(list);
     const auto count = static_cast<std::size_t>(
         std::count_if(pairs.begin(), pairs.end(), [](const node_t &pair) { return pair.hasKey || pair.hasValue; }));
-    return list.field->room < 0 ? count : std::min(count, static_cast<std::size_t>(list.field->room));
+    const std::optional<std::int32_t> room = list.field->list->room;
+    return room ? std::min(count, static_cast<std::size_t>(*room)) : count;
 }
 
 // Whether digits stand there as the library writes them, so few that every number of them is written so again. The
@@ -156,11 +157,11 @@ void rowMaker_t::fill(const recordColumns_t &columns, const node_t &body, std::v
     for (const node_t &node : tree_->children(body)) {
         if (node.field == nullptr || node.use != pairUse_t::assigned)
             continue;
-        const recordColumns_t::place_t &place = columns.places[static_cast<std::size_t>(node.field->position)];
-        if (place.nested != nullptr)
-            fill(*place.nested, node, cells);
-        else if (place.child == nullptr)
-            cells[place.column] = node.field->isList() ? listOf(node) : valueOf(node);
+        const recordColumns_t::target_t &target = columns.targets[static_cast<std::size_t>(node.field->position)];
+        if (target.nested != nullptr)
+            fill(*target.nested, node, cells);
+        else if (target.child == nullptr)
+            cells[target.column] = node.field->isList() ? listOf(node) : valueOf(node);
     }
 }
 
@@ -168,10 +169,10 @@ void rowMaker_t::makeChildren(const recordColumns_t &columns, const node_t &body
     for (const node_t &node : tree_->children(body)) {
         if (node.field == nullptr || node.use != pairUse_t::assigned)
             continue;
-        const recordColumns_t::place_t &place = columns.places[static_cast<std::size_t>(node.field->position)];
-        if (place.nested != nullptr)
-            makeChildren(*place.nested, node);
-        if (place.child == nullptr)
+        const recordColumns_t::target_t &target = columns.targets[static_cast<std::size_t>(node.field->position)];
+        if (target.nested != nullptr)
+            makeChildren(*target.nested, node);
+        if (target.child == nullptr)
             continue;
         std::vector<const node_t *> bodies(elementCount(*tree_, node), nullptr);
         for (const node_t &element : tree_->children(node))
@@ -179,7 +180,7 @@ void rowMaker_t::makeChildren(const recordColumns_t &columns, const node_t &body
                 bodies[static_cast<std::size_t>(element.index)] = &element;
         for (std::size_t index = 0; index < bodies.size(); ++index) {
             elements_.push_back(static_cast<std::uint32_t>(index));
-            makeRecord(*place.child, bodies[index]);
+            makeRecord(*target.child, bodies[index]);
             elements_.pop_back();
         }
     }

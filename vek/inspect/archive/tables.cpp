@@ -112,17 +112,17 @@ private:
               const std::string &path) {
         for (const fieldSchema_t &field : record.fields) {
             const std::string name = prefix + tableWord(field.key), keyPath = joined({path, field.key});
-            recordColumns_t::place_t &place = columns.places.emplace_back();
-            if (field.record == nullptr) {
-                place.column = table.columns.size();
+            recordColumns_t::target_t &target = columns.targets.emplace_back();
+            if (field.record() == nullptr) {
+                target.column = table.columns.size();
                 table.columns.push_back({name, typeOf(field.kind), field.isList(), false, keyPath, &field});
             } else if (field.isList()) {
-                place.child = childOf(table, field, name, keyPath);
+                target.child = childOf(table, field, name, keyPath);
                 columns.hasChildren = true;
             } else {
                 recordColumns_t &nested = archive_.nested_.emplace_back();
-                fill(table, nested, *field.record, name + "_", keyPath + ".");
-                place.nested = &nested;
+                fill(table, nested, *field.record(), name + "_", keyPath + ".");
+                target.nested = &nested;
                 columns.hasChildren |= nested.hasChildren;
             }
         }
@@ -132,7 +132,7 @@ private:
                            const std::string &path) {
         table_t &child = add(joined({parent.name, "_", name}),
                              joined({"A row an element of ", path, " in ", parent.name}), parent.depth + 1);
-        fill(child, child.record, *field.record, {}, path + "[].");
+        fill(child, child.record, *field.record(), {}, path + "[].");
         return &child;
     }
 

@@ -34,12 +34,12 @@ struct table_t;
 
 /// Where the values of a record's fields go, by the fields' positions.
 struct recordColumns_t {
-    struct place_t {
+    struct target_t {
         std::size_t column = 0;                  ///< of a scalar and of a list of scalars
         const recordColumns_t *nested = nullptr; ///< of a nested record
         const table_t *child = nullptr;          ///< of a list of records
     };
-    std::vector<place_t> places;
+    std::vector<target_t> targets;
     bool hasChildren = false; ///< also in nested records
 };
 

@@ -140,7 +140,7 @@ public:
         const bool isList = part == part_t::whole && field.isList();
         const bool isWritten = isList || (field.kind == fieldKind_t::text16 && part != part_t::code)
                                    ? addElement(field, !isList, 0, path)
-                                   : field.record != nullptr && addMember(*field.record, path);
+                                   : field.record() != nullptr && addMember(*field.record(), path);
         text += closeBrace;
         return isWritten;
     }
@@ -231,11 +231,11 @@ countedList_t countedListOn(const tree_t &before, const tree_t &after, std::stri
         const std::string_view list = path.substr(0, end);
         const node_t *node = before.find(list);
         node = node != nullptr ? node : after.find(list);
-        if (node == nullptr || node->field == nullptr || node->isElement || node->field->countField == nullptr)
+        if (node == nullptr || node->field == nullptr || node->isElement || node->field->counter() == nullptr)
             continue;
         const std::size_t point = list.rfind('.');
-        return {list, joined({list.substr(0, point == std::string_view::npos ? 0 : point + 1),
-                              node->field->countField->key})};
+        return {list,
+                joined({list.substr(0, point == std::string_view::npos ? 0 : point + 1), node->field->counter()->key})};
     }
     return {};
 }
@@ -376,7 +376,7 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
         return refusedChange(joined({path, " is no element, and the others would move: write the list anew"}));
     const auto isBound = [node](const node_t &other) {
         return other.parent == node->parent && other.field != nullptr && node->field != nullptr &&
-               (other.field->countField == node->field || other.field->rangeType == node->field);
+               (other.field->counter() == node->field || other.field->rangeType() == node->field);
     };
     if (!isForced && std::any_of(tree.nodes().begin(), tree.nodes().end(), isBound))
         return refusedChange(joined({path, " tells how its list is written: remove the list with its elements first"}));

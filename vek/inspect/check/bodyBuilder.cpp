@@ -21,8 +21,8 @@ bodyTarget_t groupOf(const fieldSchema_t &field, bool isElement) {
         return {bodyTarget_t::kind_t::list, nullptr, &field};
     if (field.kind == fieldKind_t::text16)
         return {bodyTarget_t::kind_t::codes, nullptr, &field};
-    if (field.record != nullptr)
-        return {bodyTarget_t::kind_t::record, field.record, &field};
+    if (field.record() != nullptr)
+        return {bodyTarget_t::kind_t::record, field.record(), &field};
     return {};
 }
 
@@ -114,7 +114,7 @@ void bodyBuilder_t::putRecord(const said_t &group, const recordSchema_t &record)
             continue;
         }
         for (const fieldSchema_t &list : record.fields)
-            if (const said_t *counted = list.countField == &field ? memberNamed(group, list.key) : nullptr;
+            if (const said_t *counted = list.counter() == &field ? memberNamed(group, list.key) : nullptr;
                 counted != nullptr && !counted->members.empty()) {
                 said_t count{saidKind_t::words, std::string(field.key), -1, std::to_string(counted->members.size())};
                 count.offset = counted->offset;

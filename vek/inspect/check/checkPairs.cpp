@@ -117,8 +117,7 @@ void checker_t::checkPair(const node_t &parent, const node_t &node) {
         return;
     if (node.isBody && lacksBraces(node) && tree_.recordOf(parent) != nullptr) {
         explain(node.field);
-        if (node.field->countField != nullptr)
-            explain(node.field->countField);
+        explain(node.field->counter());
         return tellWithStrays(parent, node);
     }
     if (const node_t *behind = next(parent, node); behind != nullptr && behind->use == pairUse_t::noKey)
@@ -156,7 +155,7 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
         return false;
     case pairUse_t::surplus:
         if (report(node.isElement ? beyondRoom : surplusValue, node.value, &node))
-            tell(node.isElement ? joined({"there is room for ", std::to_string(node.field->room), " elements"})
+            tell(node.isElement ? joined({"there is room for ", std::to_string(*node.field->list->room), " elements"})
                                 : "a value behind that of the last key",
                  "a host ignores it");
         return false;
@@ -204,11 +203,11 @@ const fieldSchema_t *keyAt(const recordSchema_t *record, std::string_view text, 
 // Where a key stands in a message's groups; empty when it does not.
 std::string placeOfKey(const recordSchema_t &record, std::string_view key) {
     for (const fieldSchema_t &field : record.fields) {
-        if (field.record == nullptr)
+        if (field.record() == nullptr)
             continue;
-        if (field.record->find(key) != nullptr)
+        if (field.record()->find(key) != nullptr)
             return std::string(field.key);
-        if (const std::string inner = placeOfKey(*field.record, key); !inner.empty())
+        if (const std::string inner = placeOfKey(*field.record(), key); !inner.empty())
             return joined({field.key, ".", inner});
     }
     return {};
@@ -424,7 +423,7 @@ void checker_t::checkSeparators(const node_t &parent, const node_t &node) {
 
 void checker_t::checkScalar(const node_t &node) {
     const std::string_view value = tree_.value(node);
-    valueFinding_t finding = judgeValue(*node.field, value, node.isElement);
+    valueFinding_t finding = judgeValue(*node.field, value);
     if (!finding.isThere)
         return;
     // "1.0 2.0" in a list

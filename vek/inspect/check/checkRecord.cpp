@@ -11,18 +11,18 @@ namespace {
 
 // Whether a host writes the field although its key was not there: texts and lists are empty then, and left out.
 bool isAlwaysWritten(const fieldSchema_t &field) {
-    if (field.list == listKind_t::array)
-        return field.countField == nullptr;
+    if (field.isList(listKind_t::array))
+        return field.counter() == nullptr;
     if (field.isList())
         return false;
     if (field.kind == fieldKind_t::record)
-        return std::any_of(field.record->fields.begin(), field.record->fields.end(), &isAlwaysWritten);
+        return std::any_of(field.record()->fields.begin(), field.record()->fields.end(), &isAlwaysWritten);
     return field.kind != fieldKind_t::text && field.kind != fieldKind_t::text16;
 }
 
 bool isRangeType(const recordSchema_t &record, const fieldSchema_t &field) {
     return std::any_of(record.fields.begin(), record.fields.end(),
-                       [&](const fieldSchema_t &other) { return other.rangeType == &field; });
+                       [&](const fieldSchema_t &other) { return other.rangeType() == &field; });
 }
 
 std::size_t position(const fieldSchema_t &field) {
@@ -93,9 +93,9 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     for (const fieldSchema_t &field : record.fields) {
         if (isTorn_)
             break;
-        if (field.list == listKind_t::range)
+        if (field.isList(listKind_t::range))
             checkRange(body, field);
-        else if (field.countField != nullptr || (field.list == listKind_t::array && nodes_[position(field)] != nullptr))
+        else if (field.counter() != nullptr || (field.isList(listKind_t::array) && nodes_[position(field)] != nullptr))
             checkCount(field);
     }
     bool isEverEmpty = true;
@@ -135,47 +135,47 @@ void checker_t::checkMissing(const node_t &body, const std::vector<const fieldSc
 // How many elements a list has, and how many its count says; of an array that is written whole, its room.
 void checker_t::checkCount(const fieldSchema_t &list) {
     const node_t *node = nodes_[position(list)];
-    const node_t *counter = list.countField != nullptr ? nodes_[position(*list.countField)] : nullptr;
+    const node_t *counter = list.counter() != nullptr ? nodes_[position(*list.counter())] : nullptr;
     std::int32_t count = 0;
     if (node != nullptr)
         for (const node_t &child : tree_.children(*node))
             count += child.hasKey || child.hasValue ? 1 : 0;
-    if (list.countField == nullptr)
+    if (list.counter() == nullptr)
         return checkRoom(list, count);
-    if (isExplained(*list.countField) || isExplained(list))
+    if (isExplained(*list.counter()) || isExplained(list))
         return;
     const std::int32_t said = counter != nullptr && !counter->isBody ? readInteger(tree_.value(*counter)) : 0;
     if (said == count)
         return;
     if (counter == nullptr)
-        explain(list.countField);
+        explain(list.counter());
     const node_t *shown = counter != nullptr ? counter : node;
     if (report(countMismatch, said < count ? error : warning, shown->value, shown)) {
-        const std::string says = joined({list.countField->key, " says ", std::to_string(said)});
-        tell(joined({counter != nullptr ? says : joined({list.countField->key, " is missing"}), ", ", list.key, " has ",
+        const std::string says = joined({list.counter()->key, " says ", std::to_string(said)});
+        tell(joined({counter != nullptr ? says : joined({list.counter()->key, " is missing"}), ", ", list.key, " has ",
                      std::to_string(count), count == 1 ? " element" : " elements",
                      said > count ? "; one may be missing, or a comma" : ""}),
              said < count ? joined({"a host sees ", std::to_string(std::max(said, 0)), " of them"})
                           : std::string("a host takes the rest for empty, or not at all"),
              said > count         ? std::string() // elements may be missing
              : counter != nullptr ? std::to_string(count)
-                                  : joined({list.countField->key, "=", std::to_string(count)}));
+                                  : joined({list.counter()->key, "=", std::to_string(count)}));
     }
 }
 
 void checker_t::checkRoom(const fieldSchema_t &list, std::int32_t count) {
     const node_t *node = nodes_[position(list)];
-    if (count == list.room)
+    if (count == *list.list->room)
         return;
-    if (report(count > list.room ? countMismatch : listForm, node->value, node))
-        tell(joined({std::to_string(count), " elements, the array has ", std::to_string(list.room)}),
-             count > list.room ? "a host drops the surplus" : "a host fills it up with zeros");
+    if (report(count > *list.list->room ? countMismatch : listForm, node->value, node))
+        tell(joined({std::to_string(count), " elements, the array has ", std::to_string(*list.list->room)}),
+             count > *list.list->room ? "a host drops the surplus" : "a host fills it up with zeros");
 }
 
 // A continuous range is its minimum and its maximum; a range without values has no type.
 void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
     const node_t *node = nodes_[position(list)];
-    const node_t *type = nodes_[position(*list.rangeType)];
+    const node_t *type = nodes_[position(*list.rangeType())];
     valueRange_t range;
     if (node != nullptr) {
         for (const node_t &child : tree_.children(*node))
@@ -191,8 +191,8 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
         return;
     }
     if (type == nullptr)
-        return isExplained(*list.rangeType) ? void() : checkMissing(body, {list.rangeType});
-    range.kind = std::max(list.rangeType->valueOf(tree_.value(*type)), 0);
+        return isExplained(*list.rangeType()) ? void() : checkMissing(body, {list.rangeType()});
+    range.kind = std::max(list.rangeType()->valueOf(tree_.value(*type)), 0);
     const double ends[] = {range.minimum(), range.maximum()};
     if (range.kind != valueRange_t::discrete &&
         (range.count() != 2 || std::memcmp(ends, range.begin(), sizeof ends) != 0)) // NOLINT: bit for bit, as written

@@ -28,8 +28,8 @@ struct valueFinding_t {
     bool isThere = false;
 };
 
-/// Judges the text of a scalar. `isElement`: of a list's element; of a 16-bit text, one code.
-valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value, bool isElement);
+/// Judges the text of a single value: of a list, of an element; of a 16-bit text, of a code.
+valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value);
 
 /// Which value of a field.
 enum class part_t : std::uint8_t { whole, element, code };

@@ -206,21 +206,21 @@ valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
     using enum findingCode_t;
     if (field.valueOf(value) >= 0)
         return {};
-    const std::vector<std::string_view> names(field.names.begin(), field.names.end());
+    const std::vector<std::string_view> names(field.words().names.begin(), field.words().names.end());
     std::string meant(nearest(withoutOddCharacters(value), names));
     constexpr std::size_t most = 20;
     std::string valid;
     for (std::size_t i = 0; meant.empty() && i < names.size() && i < most; ++i)
         valid += joined({i == 0 ? "; there are " : i + 1 == names.size() ? " and " : ", ", names[i]});
     return found(unknownName,
-                 joined({"no ", field.enumeration, " is called ", shownValue(value), oddCharacterIn(value), valid}),
-                 reads(field.names.front()), std::move(meant));
+                 joined({"no ", field.words().title, " is called ", shownValue(value), oddCharacterIn(value), valid}),
+                 reads(names.front()), std::move(meant));
 }
 
-valueFinding_t judgeText(std::string_view value, std::int32_t room) {
+valueFinding_t judgeText(std::string_view value, std::optional<std::int32_t> room) {
     using enum findingCode_t;
-    if (room >= 0 && value.size() >= static_cast<std::size_t>(room)) {
-        const std::string most = std::to_string(room - 1);
+    if (room && value.size() >= static_cast<std::size_t>(*room)) {
+        const std::string most = std::to_string(*room - 1);
         return found(beyondRoom,
                      joined({"a text of ", std::to_string(value.size()), " characters, there is room for ", most}),
                      "a host does not keep what is beyond");
@@ -252,7 +252,7 @@ std::string shownValue(std::string_view value) {
     return value.size() > most ? text + "..." : text;
 }
 
-valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value, bool isElement) {
+valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
     switch (field.kind) {
     case fieldKind_t::integer32:
         return judgeInteger(value, false);
@@ -268,7 +268,7 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value, bo
     case fieldKind_t::enumeration:
         return judgeName(field, value);
     case fieldKind_t::text:
-        return judgeText(value, isElement ? field.elementRoom : field.room);
+        return judgeText(value, field.textRoom());
     case fieldKind_t::record:
         break;
     }
@@ -291,7 +291,7 @@ std::string valueOfAbsent(const fieldSchema_t &field) {
     case fieldKind_t::boolean:
         return "FALSE";
     case fieldKind_t::enumeration:
-        return field.names.front();
+        return field.words().names.front();
     case fieldKind_t::text:
     case fieldKind_t::text16:
         break;
@@ -321,7 +321,7 @@ std::optional<std::string> speltWide(std::string_view text, std::string &error) 
 }
 
 std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view value, part_t part, std::string &error) {
-    const bool isScalar = part == part_t::code || (part == part_t::element ? !field.record : !field.isList());
+    const bool isScalar = part == part_t::code || (part == part_t::element ? !field.record() : !field.isList());
     if (!isScalar || (field.kind == fieldKind_t::record))
         return speltGroup(value, error);
     if (field.kind == fieldKind_t::text16 && part != part_t::code && !value.starts_with(openBrace))
@@ -346,7 +346,7 @@ std::optional<std::string> spelt(const fieldSchema_t &field, std::string_view va
         return {};
     }
     std::string text = isText ? escapedText(value) : std::string(value);
-    const valueFinding_t finding = judgeValue(field, text, part != part_t::whole);
+    const valueFinding_t finding = judgeValue(field, text);
     if (!finding.isThere)
         return text;
     if (finding.severity == severity_t::error || finding.code == findingCode_t::numberRange) {

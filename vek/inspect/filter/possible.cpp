@@ -18,7 +18,7 @@ struct target_t {
     const fieldSchema_t *field = nullptr;
     bool isElement = false;
 
-    bool isGroup() const { return isElement ? field->record != nullptr : field->isGroup(); }
+    bool isGroup() const { return isElement ? field->record() != nullptr : field->isGroup(); }
 };
 
 std::optional<target_t> targetIn(const recordSchema_t &record, std::span<const expression_t::step_t> steps) {
@@ -35,7 +35,7 @@ std::optional<target_t> targetIn(const recordSchema_t &record, std::span<const e
         target = {at != nullptr && isRecord ? at->find(step.name) : nullptr, false};
         if (target.field == nullptr)
             return std::nullopt;
-        at = target.field->record;
+        at = target.field->record();
     }
     return target;
 }
@@ -56,13 +56,13 @@ std::string whyNever(const condition_t &condition, const target_t &target) {
     }
     if (isText)
         return {};
-    const valueFinding_t finding = judgeValue(*target.field, condition.value, target.isElement);
+    const valueFinding_t finding = judgeValue(*target.field, condition.value);
     using enum findingCode_t;
     if (finding.isThere && (finding.code == noNumber || finding.code == trailingCharacters ||
                             finding.code == decimalComma || finding.code == noBoolean || finding.code == unknownName)) {
         std::string names = finding.code == unknownName ? "there are" : "";
-        for (const char *name : target.field->names)
-            names.append(name == target.field->names.front() ? " " : ", ").append(name);
+        for (const char *name : target.field->words().names)
+            names.append(name == target.field->words().names.front() ? " " : ", ").append(name);
         const std::string help = finding.words.suggestion.empty() ? names : didYouMean(finding.words.suggestion);
         return joined({finding.words.message, help.empty() ? "" : "; ", help});
     }

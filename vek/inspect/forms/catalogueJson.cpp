@@ -76,21 +76,21 @@ private:
         json_.member("words", kindInWords(field));
         json_.member("list", field.isList());
         if (field.isList())
-            json_.member("listKind", listName(*field.list));
+            json_.member("listKind", listName(field.list->kind));
         if (const enumeration_t *enumeration = schema().enumerationOf(field))
             json_.member("enumeration", enumeration->name);
-        if (field.record != nullptr && field.isList())
-            json_.member("record", field.record->name);
-        if (field.room >= 0)
-            json_.member("room", field.room);
-        if (field.elementRoom >= 0)
-            json_.member("elementRoom", field.elementRoom);
-        if (field.countField != nullptr) {
-            json_.member("count", field.countField->key);
-            json_.member("countIsChecked", field.isCountChecked);
+        if (field.record() != nullptr && field.isList())
+            json_.member("record", field.record()->name);
+        if (const auto room = field.list ? field.list->room : field.textRoom())
+            json_.member("room", *room);
+        if (const auto room = field.textRoom(); room && field.list)
+            json_.member("elementRoom", *room);
+        if (field.counter() != nullptr) {
+            json_.member("count", field.counter()->key);
+            json_.member("countIsChecked", field.list->isCountChecked);
         }
-        if (field.rangeType != nullptr)
-            json_.member("rangeType", field.rangeType->key);
+        if (field.rangeType() != nullptr)
+            json_.member("rangeType", field.rangeType()->key);
         json_.object("member", [&] {
             json_.member("path", field.member.path);
             json_.member("type", field.member.type);
@@ -98,8 +98,8 @@ private:
             writeBytes("size", field.member.size);
         });
         writeDefault(field);
-        if (field.record != nullptr && !field.isList())
-            json_.object("of", [&] { writeRecord(*field.record); });
+        if (field.record() != nullptr && !field.isList())
+            json_.object("of", [&] { writeRecord(*field.record()); });
         json_.close('}');
     }
 

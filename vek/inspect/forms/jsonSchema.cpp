@@ -281,18 +281,18 @@ private:
     }
 
     void writeField(const fieldSchema_t &field) {
-        if (!field.isList() && field.record != nullptr)
-            return writeRecord(field.key, *field.record);
+        if (!field.isList() && field.record() != nullptr)
+            return writeRecord(field.key, *field.record());
         json_.name(field.key);
         if (!field.isList())
             return writeScalar(field);
         json_.open('{');
         json_.member("type", "array");
-        if (field.room >= 0)
-            json_.member("maxItems", field.room);
+        if (field.list->room)
+            json_.member("maxItems", *field.list->room);
         json_.name("items");
-        if (field.record != nullptr)
-            reference(field.record->name);
+        if (field.record() != nullptr)
+            reference(field.record()->name);
         else
             writeScalar(field);
         json_.close('}');
@@ -314,7 +314,7 @@ private:
             return reference("text16");
         case fieldKind_t::enumeration:
             json_.open('{');
-            json_.list("enum", field.names, [this](const char *name) { json_.value(name); });
+            json_.list("enum", field.words().names, [this](const char *name) { json_.value(name); });
             json_.close('}');
             return;
         default:

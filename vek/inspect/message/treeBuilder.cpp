@@ -38,7 +38,7 @@ bodyTarget_t targetOf(const tree_t &tree, const node_t &node) {
         return {list, nullptr, &field};
     if (field.kind == fieldKind_t::text16)
         return {codes, nullptr, &field};
-    return {field.record != nullptr ? record : unknown, field.record, &field};
+    return {field.record() != nullptr ? record : unknown, field.record(), &field};
 }
 
 void treeBuilder_t::build() {
@@ -191,7 +191,7 @@ void treeBuilder_t::assignToList(node_t &parent, const bodyTarget_t &target) {
     std::int32_t count = 0;
     for (std::uint32_t i = 0; i < parent.childCount; ++i)
         count += isLostRest(nodes_[parent.firstChild + i]) ? 0 : 1;
-    const std::int32_t room = target.field->room < 0 || isCodes ? count : std::min(count, target.field->room);
+    const std::int32_t room = isCodes ? count : std::min(count, target.field->list->room.value_or(count));
     std::string listKey;
     if (parent.isKeyed)
         listKey = joined({target.field->key, isCodes && parent.isElement ? std::to_string(parent.index) : ""});
@@ -248,7 +248,7 @@ void treeBuilder_t::decideBody(const node_t &parent, node_t &node) const {
         node.isBody =
             !node.isQuoted && node.depth < unknownDepth && isBraced(node.value.in(tree_.text_)) && !parent.isCode;
     else if (node.isElement)
-        node.isBody = !node.isCode && (node.field->record != nullptr || node.field->kind == fieldKind_t::text16);
+        node.isBody = !node.isCode && (node.field->record() != nullptr || node.field->kind == fieldKind_t::text16);
     else
         node.isBody = node.field->isGroup();
 }

@@ -45,17 +45,17 @@ std::string_view kindName(fieldKind_t kind) {
 
 std::string kindInWords(const fieldSchema_t &field) {
     if (!field.isList()) {
-        const bool isNamed = field.kind == fieldKind_t::enumeration;
-        return joined({kindName(field.kind), isNamed ? " " : "", isNamed ? field.enumeration : ""});
+        const std::string_view enumeration = field.words().title;
+        return joined({kindName(field.kind), enumeration.empty() ? "" : " ", enumeration});
     }
-    const std::string room = field.room >= 0 ? joined({std::to_string(field.room), " "}) : std::string();
+    const std::string room = field.list->room ? joined({std::to_string(*field.list->room), " "}) : std::string();
     const std::string elements =
-        field.record != nullptr ? std::string(field.record->name) : joined({kindName(field.kind), "s"});
-    std::string words = joined({listName(*field.list), " of ", room, elements});
-    if (field.countField == nullptr)
+        field.record() != nullptr ? std::string(field.record()->name) : joined({kindName(field.kind), "s"});
+    std::string words = joined({listName(field.list->kind), " of ", room, elements});
+    if (field.counter() == nullptr)
         return words;
-    return field.isCountChecked ? joined({words, "; at most ", field.countField->key, " of them are written"})
-                                : joined({words, "; ", field.countField->key, " of them are written, unchecked"});
+    return field.list->isCountChecked ? joined({words, "; at most ", field.counter()->key, " of them are written"})
+                                      : joined({words, "; ", field.counter()->key, " of them are written, unchecked"});
 }
 
 } // namespace vek::inspect

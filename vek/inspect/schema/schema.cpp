@@ -36,24 +36,40 @@ void addUses(const messageSchema_t &message, const recordSchema_t &record, const
         const std::string path = front + std::string(field.key);
         if (isSameWord(field.key, key))
             uses.push_back({&message, &field, path});
-        if (field.record != nullptr)
-            addUses(message, *field.record, path + (field.isList() ? "[]." : "."), key, uses);
+        if (field.record() != nullptr)
+            addUses(message, *field.record(), path + (field.isList() ? "[]." : "."), key, uses);
     }
 }
 
 void addKeys(const recordSchema_t &record, std::set<std::string_view> &keys) {
     for (const fieldSchema_t &field : record.fields) {
         keys.insert(field.key);
-        if (field.record != nullptr)
-            addKeys(*field.record, keys);
+        if (field.record() != nullptr)
+            addKeys(*field.record(), keys);
     }
 }
 
 } // namespace
 
 std::int32_t fieldSchema_t::valueOf(std::string_view name) const {
+    const std::span<const char *const> names = words().names;
     const auto found = std::find(names.begin(), names.end(), name);
     return found != names.end() ? static_cast<std::int32_t>(found - names.begin()) : -1;
+}
+
+const recordSchema_t *fieldSchema_t::record() const {
+    const auto *found = std::get_if<const recordSchema_t *>(&details);
+    return found != nullptr ? *found : nullptr;
+}
+
+enumWords_t fieldSchema_t::words() const {
+    const auto *found = std::get_if<enumWords_t>(&details);
+    return found != nullptr ? *found : enumWords_t();
+}
+
+std::optional<std::int32_t> fieldSchema_t::textRoom() const {
+    const auto *found = std::get_if<arrayText_t>(&details);
+    return found != nullptr ? std::optional(found->room) : std::nullopt;
 }
 
 std::string_view recordSchema_t::purpose() const {
@@ -81,7 +97,7 @@ const messageSchema_t *schema_t::find(std::int32_t id) const {
 
 const enumeration_t *schema_t::enumerationOf(const fieldSchema_t &field) const {
     for (const enumeration_t &enumeration : enumerations_)
-        if (enumeration.names.data() == field.names.data())
+        if (enumeration.names.data() == field.words().names.data())
             return &enumeration;
     return nullptr;
 }

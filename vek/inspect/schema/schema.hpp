@@ -15,6 +15,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace vek {
@@ -24,6 +25,7 @@ struct conversion_t;
 namespace vek::inspect {
 
 struct recordSchema_t;
+struct fieldSchema_t;
 
 constexpr bool isInteger(fieldKind_t kind) {
     return kind == fieldKind_t::integer32 || kind == fieldKind_t::integer16;
@@ -53,8 +55,8 @@ struct targetBytes_t {
     std::size_t linux64 = 0;
 };
 
-/// Where a member of a structure lies.
-struct memberPlace_t {
+/// A member of a structure, and where it lies.
+struct member_t {
     std::string path;      ///< for example "maxDrumSize.width"; empty when it is the structure itself or its base
     std::string_view type; ///< as it is declared in C; empty when no layout table has the member
     targetBytes_t offset;
@@ -69,28 +71,41 @@ struct enumeration_t {
     std::span<const char *const> constants; ///< the same in C: "VEK_MEDIA_FILM"
 };
 
+/// A list: what its elements are is what the field says of itself.
+struct listSchema_t {
+    listKind_t kind = listKind_t::growable;
+    std::optional<std::int32_t> room{};       ///< elements that a list of fixed room holds
+    const fieldSchema_t *counter = nullptr;   ///< the key that limits how many elements are written; null: all are
+    bool isCountChecked = true;               ///< false: so many are written, be there as many or not
+    const fieldSchema_t *rangeType = nullptr; ///< of a range's values: the key of its type
+};
+
 /// One key of a record.
 struct fieldSchema_t {
     std::string_view key;
-    std::int32_t position = 0; ///< in its record, which is its place in a positional body
-    fieldKind_t kind = fieldKind_t::record;
-    std::optional<listKind_t> list;            ///< none: no list
-    std::string_view enumeration;              ///< an enumeration in words, for example "media type"
-    std::span<const char *const> names;        ///< an enumeration's names, in order of their values
-    std::string_view structure;                ///< of a nested record: its structure's name
-    const recordSchema_t *record = nullptr;    ///< the nested record, or the record of a list's elements; else null
-    std::int32_t room = -1;                    ///< elements a list of fixed room holds, or a character array's size
-    std::int32_t elementRoom = -1;             ///< the size of the character arrays that are a list's elements
-    const fieldSchema_t *countField = nullptr; ///< the key that limits how many elements are written
-    bool isCountChecked = true;                ///< false: so many are written, be there as many or not
-    const fieldSchema_t *rangeType = nullptr;  ///< of a range's values: the key of its type
-    memberPlace_t member;                      ///< in the structure of the record that stands at the top
+    std::int32_t position = 0;              ///< in its record, which is its place in a positional body
+    fieldKind_t kind = fieldKind_t::record; ///< of a list, that of its elements
+    /// What more there is to say of the kind: an enumeration's names; the array that holds a text; the nested record,
+    /// or the record of a list's elements, which is never null.
+    std::variant<std::monostate, enumWords_t, arrayText_t, const recordSchema_t *> details;
+    std::optional<listSchema_t> list;
+    member_t member; ///< in the structure of the record that stands at the top
     defaultKind_t defaultKind = defaultKind_t::empty;
     std::string defaultText; ///< as it is written in a body
 
     bool isList() const { return list.has_value(); }
+    bool isList(listKind_t which) const { return list && list->kind == which; }
     /// A group in a body: a nested record, a list, or a 16-bit text, which is a list of codes.
     bool isGroup() const { return isList() || kind == fieldKind_t::record || kind == fieldKind_t::text16; }
+    /// The nested record, or that of a list's elements; null when there is none.
+    const recordSchema_t *record() const;
+    /// An enumeration's; empty when it is none.
+    enumWords_t words() const;
+    /// The size of the character array that a text, or each text of a list, lies in.
+    std::optional<std::int32_t> textRoom() const;
+    /// Of a list: the key that limits it; else null.
+    const fieldSchema_t *counter() const { return list ? list->counter : nullptr; }
+    const fieldSchema_t *rangeType() const { return list ? list->rangeType : nullptr; }
     /// The value of an enumeration's name, -1 when there is none.
     std::int32_t valueOf(std::string_view name) const;
 };

@@ -1,7 +1,7 @@
 #include "vek/inspect/schema/private/schemaBuilder.hpp"
 
 #include "vek/api/private/catalogue.hpp"
-#include "vek/inspect/schema/memberPlace.hpp"
+#include "vek/inspect/schema/members.hpp"
 #include "vek/text/bodyWriter.hpp"
 
 #include <algorithm>
@@ -127,9 +127,9 @@ void schemaBuilder_t::addFields(recordSchema_t &record, const textGroup_t &group
         const fieldDescription_t description = describe(*field);
         fieldSchema_t &schema = record.fields[position++];
         if (description.list && description.list->countMember != nullptr)
-            schema.countField = findBound(record, group, description.list->countMember, 1);
+            schema.list->counter = findBound(record, group, description.list->countMember, 1);
         if (description.isList(listKind_t::range))
-            schema.rangeType = findBound(record, group, description.member, description.memberSize);
+            schema.list->rangeType = findBound(record, group, description.member, description.memberSize);
     }
 }
 
@@ -139,26 +139,21 @@ void schemaBuilder_t::addField(recordSchema_t &record, const textField_t &descri
     field.key = described.key();
     field.position = static_cast<std::int32_t>(record.fields.size());
     field.kind = description.kind;
-    if (description.list) {
-        field.list = description.list->kind;
-        field.room = description.list->room.value_or(-1);
-        field.isCountChecked = description.list->isCountChecked;
-    }
-    if (const auto *words = description.as<enumWords_t>()) {
-        field.enumeration = words->title;
-        field.names = words->names;
-    }
-    if (const auto *text = description.as<arrayText_t>())
-        (description.list ? field.elementRoom : field.room) = text->room;
+    if (description.list)
+        field.list = {.kind = description.list->kind,
+                      .room = description.list->room,
+                      .isCountChecked = description.list->isCountChecked};
+    if (const auto *words = description.as<enumWords_t>())
+        field.details = *words;
+    else if (const auto *text = description.as<arrayText_t>())
+        field.details = *text;
+    else if (const auto *nested = description.as<nestedRecord_t>())
+        field.details = nestedRecord(*nested, top);
+    else if (const auto *element = description.as<elementRecord_t>())
+        field.details = recordOf(element->visit);
     field.member =
         memberAt(layoutNamed(top.structure), distance(top.address, description.member), description.memberSize);
     setDefault(field, described, description, top.kind == structureKind_t::ownRecord);
-    if (const auto *nested = description.as<nestedRecord_t>()) {
-        field.structure = nested->structure;
-        field.record = nestedRecord(*nested, top);
-    } else if (const auto *element = description.as<elementRecord_t>()) {
-        field.record = recordOf(element->visit);
-    }
     record.fields.push_back(std::move(field));
 }
 

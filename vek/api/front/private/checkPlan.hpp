@@ -4,7 +4,7 @@
 #pragma once
 
 #include "vek/api/front/structureCheck.hpp"
-#include "vek/records/private/layouts/memberPlace.hpp"
+#include "vek/records/private/layouts/findMember.hpp"
 #include "vek/text/textField.hpp"
 
 #include <cstddef>

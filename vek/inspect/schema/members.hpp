@@ -2,7 +2,7 @@
 #pragma once
 
 #include "vek/inspect/schema/schema.hpp"
-#include "vek/records/private/layouts/memberPlace.hpp"
+#include "vek/records/private/layouts/findMember.hpp"
 
 #include <cstddef>
 
@@ -13,6 +13,6 @@ targetBytes_t sizeOf(std::string_view structure);
 
 /// The member at `offset`, as compiled here, that takes `size` bytes; the outermost when several do. Without a type
 /// when there is none, or no table.
-memberPlace_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size);
+member_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size);
 
 } // namespace vek::inspect

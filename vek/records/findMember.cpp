@@ -1,4 +1,4 @@
-#include "vek/records/private/layouts/memberPlace.hpp"
+#include "vek/records/private/layouts/findMember.hpp"
 
 namespace vek {
 

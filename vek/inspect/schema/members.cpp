@@ -1,4 +1,4 @@
-#include "vek/inspect/schema/memberPlace.hpp"
+#include "vek/inspect/schema/members.hpp"
 
 #include <utility>
 
@@ -17,7 +17,7 @@ targetBytes_t sizeOf(std::string_view structure) {
     return layout != nullptr ? targetBytes(layout->size) : targetBytes_t{};
 }
 
-memberPlace_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size) {
+member_t memberAt(const structureLayout_t *layout, std::size_t offset, std::size_t size) {
     foundMember_t found;
     if (layout == nullptr || !findMember(*layout, offset, size, found))
         return {};
