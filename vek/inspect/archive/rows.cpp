@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace vek::inspect {
 
@@ -22,30 +21,6 @@ std::size_t elementCount(const tree_t &tree, const node_t &list) {
     return room ? std::min(count, static_cast<std::size_t>(*room)) : count;
 }
 
-// Whether digits stand there as the library writes them, so few that every number of them is written so again. The
-// point has six decimals behind it.
-bool areFewDigits(std::string_view text, bool hasPoint) {
-    const std::size_t behind = hasPoint ? 7 : 0;
-    if (text.size() <= behind || text.size() > 9 + behind || (hasPoint && text[text.size() - behind] != '.'))
-        return false;
-    const std::string_view whole = text.substr(0, text.size() - behind);
-    const std::string_view decimals = text.substr(text.size() - (hasPoint ? 6 : 0));
-    return (whole.front() != '0' || whole.size() == 1) && std::all_of(whole.begin(), whole.end(), isDigit) &&
-           std::all_of(decimals.begin(), decimals.end(), isDigit);
-}
-
-// Whether a number, written as the library writes it, is what stands there.
-bool isSpelt(double value, std::string_view text) {
-    char room[realRoom];
-    const bool isNegativeZero = value == 0.0 && std::signbit(value); // which not every database keeps
-    return !isNegativeZero && text == std::string_view(room, writeReal(value, room));
-}
-
-bool isSpelt(std::int32_t value, std::string_view text) {
-    char room[integerRoom];
-    return text == std::string_view(room, writeInteger(value, room));
-}
-
 // Whether the value that a column holds gives the pair again.
 bool isInItsColumn(const tree_t &tree, const node_t &node) {
     if (node.isCode)
@@ -56,16 +31,17 @@ bool isInItsColumn(const tree_t &tree, const node_t &node) {
     if (node.isBody)
         return node.childCount > 0 && (!isText16 || wideText(tree, node));
     const std::string_view value = tree.value(node);
+    constexpr std::string_view negativeZero = "-0.000000"; // which not every database keeps
     switch (node.field->kind) {
     case fieldKind_t::integer32:
-        return areFewDigits(value, false) || isSpelt(readInteger(value), value);
+        return value == std::to_string(readInteger(value));
     case fieldKind_t::integer16:
-        return isSpelt(static_cast<std::int16_t>(readInteger(value)), value);
+        return value == std::to_string(static_cast<std::int16_t>(readInteger(value)));
     case fieldKind_t::float64:
     case fieldKind_t::pixels:
-        return areFewDigits(value, true) || isSpelt(readReal(value), value);
+        return value != negativeZero && (isUsualReal(value) || value == realText(readReal(value)));
     case fieldKind_t::float32:
-        return isSpelt(static_cast<double>(static_cast<float>(readReal(value))), value);
+        return value != negativeZero && value == realText(static_cast<double>(static_cast<float>(readReal(value))));
     case fieldKind_t::boolean:
         return value == "TRUE" || value == "FALSE";
     default:

@@ -2,8 +2,7 @@
 // path by path: so the order of keys does not matter.
 #include "vek/inspect/change/diff.hpp"
 
-#include "vek/inspect/forms/lineForm.hpp"
-#include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -21,10 +20,6 @@ bool isSame(const leaf_t &left, const leaf_t &right, double tolerance) {
         return false;
     const double one = readReal(left.value), other = readReal(right.value);
     return one == other || std::abs(one - other) <= tolerance;
-}
-
-std::string shown(const tree_t &tree, const node_t &node) {
-    return node.isBody ? wideText(tree, node).value_or(std::string(tree.value(node))) : scalarText(tree, node);
 }
 
 // "A[].B" for "A[3].B": the path of a key in every element of its list.
@@ -58,19 +53,6 @@ bool isIgnored(const std::string &path, const std::vector<std::string> &ignored)
     });
 }
 
-void addLeaves(const tree_t &tree, const node_t &parent, std::string &path, std::vector<leaf_t> &all) {
-    for (const node_t &node : tree.children(parent)) {
-        const std::size_t length = path.size();
-        path += path.empty() || (node.index >= 0 && node.use != pairUse_t::duplicate) ? "" : ".";
-        appendName(path, tree, node);
-        if (node.isBody && node.childCount > 0 && !wideText(tree, node))
-            addLeaves(tree, node, path, all);
-        else
-            all.push_back({path, tree.value(node), &node});
-        path.resize(length);
-    }
-}
-
 void compareHeader(const tree_t &left, const tree_t &right, bool comparesAll, std::vector<difference_t> &all) {
     const auto compare = [&](const char *path, const envelopeNumber_t &one, const envelopeNumber_t &other) {
         if (one.isThere != other.isThere || one.value != other.value)
@@ -88,8 +70,9 @@ void compareHeader(const tree_t &left, const tree_t &right, bool comparesAll, st
 
 std::vector<leaf_t> leaves(const tree_t &tree) {
     std::vector<leaf_t> all;
-    std::string path;
-    addLeaves(tree, tree.body(), path, all);
+    forEachLeaf(tree, [&](const std::string &path, const node_t &node) {
+        all.push_back({path, tree.value(node), &node});
+    });
     return all;
 }
 
@@ -104,14 +87,14 @@ std::vector<difference_t> differences(const tree_t &left, const tree_t &right, c
         const auto other = rights.find(one.path);
         const bool hasOther = other != rights.end();
         if (!isIgnored(one.path, options.ignored) && !(hasOther && isSame(one, *other->second, options.tolerance)))
-            all.push_back(
-                {one.path, shown(left, *one.node), hasOther ? shown(right, *other->second->node) : "", true, hasOther});
+            all.push_back({one.path, valueOf(left, *one.node), hasOther ? valueOf(right, *other->second->node) : "",
+                           true, hasOther});
         if (hasOther)
             rights.erase(other);
     }
     for (const leaf_t &other : others)
         if (rights.contains(other.path) && !isIgnored(other.path, options.ignored))
-            all.push_back({other.path, "", shown(right, *other.node), false, true});
+            all.push_back({other.path, "", valueOf(right, *other.node), false, true});
     return all;
 }
 

@@ -167,10 +167,6 @@ bool checker_t::checkUse(const node_t &parent, const node_t &node) {
 
 namespace {
 
-bool isWordCharacter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || isDigit(c) || c == '_';
-}
-
 std::string_view wordIn(std::string_view key) {
     const auto first = std::find_if(key.begin(), key.end(), &isWordCharacter);
     const auto last = std::find_if(key.rbegin(), std::make_reverse_iterator(first), &isWordCharacter).base();

@@ -53,16 +53,6 @@ valueFinding_t warned(findingCode_t code, std::string message, std::string conse
     return finding;
 }
 
-std::string integerText(std::int32_t value) {
-    char digits[integerRoom];
-    return std::string(digits, writeInteger(value, digits));
-}
-
-std::string realText(double value) {
-    char digits[realRoom];
-    return std::string(digits, writeReal(value, digits));
-}
-
 std::string reads(std::string_view value) {
     return joined({"a host reads ", value});
 }
@@ -113,10 +103,9 @@ valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     using enum findingCode_t;
     const std::int32_t wide = readInteger(value);
     const std::int32_t read = isShort ? static_cast<std::int16_t>(wide) : wide;
-    char digits[integerRoom];
-    if (value == std::string_view(digits, static_cast<std::size_t>(writeInteger(read, digits) - digits)))
+    const std::string text = std::to_string(read);
+    if (value == text)
         return {};
-    const std::string text = integerText(read);
     if (valueFinding_t finding = judgeNumber(value, false, text); finding.isThere)
         return finding;
     const double real = readReal(value);
@@ -137,21 +126,6 @@ double readAs(fieldKind_t kind, double value) {
         return std::abs(value) > largest * (1.0 + 1e-7) ? std::copysign(std::numeric_limits<double>::infinity(), value)
                                                         : static_cast<double>(static_cast<float>(value));
     return value;
-}
-
-// Six decimals and so few digits that every double has them: no need to compute.
-bool isUsualReal(std::string_view value) {
-    const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
-    constexpr std::size_t decimals = 6, mostDigits = 15;
-    if (digits.size() < decimals + 2 || digits.size() > mostDigits || digits[digits.size() - decimals - 1] != '.')
-        return false;
-    const std::size_t point = digits.size() - decimals - 1;
-    if (digits[0] == '0' && point > 1)
-        return false;
-    for (std::size_t i = 0; i < digits.size(); ++i)
-        if (i != point && !isDigit(digits[i]))
-            return false;
-    return true;
 }
 
 // The shortest digits of a number, of which those behind the six decimals of a message are lost when it is written.

@@ -31,10 +31,6 @@ constexpr std::array<std::pair<std::string_view, comparison_t>, 9> operators{{{"
 
 constexpr std::string_view operatorCharacters = "=<>~";
 
-bool isWordCharacter(char c) {
-    return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
 } // namespace
 
 // By recursive descent. Once something is wrong, nothing more is read.
@@ -72,9 +68,8 @@ private:
         if (text_.substr(at, sign.size()) == sign)
             return sign.size();
         const std::string_view there = text_.substr(at, word.size());
-        const bool isSame = std::equal(there.begin(), there.end(), word.begin(), word.end(), [](char c, char wanted) {
-            return (c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c) == wanted;
-        });
+        const bool isSame = std::equal(there.begin(), there.end(), word.begin(), word.end(),
+                                       [](char c, char wanted) { return asciiToLower(c) == wanted; });
         const bool isWhole = (at == 0 || !isWordCharacter(text_[at - 1])) &&
                              (at + word.size() >= text_.size() || !isWordCharacter(text_[at + word.size()]));
         return isSame && isWhole ? word.size() : 0;

@@ -24,7 +24,7 @@ public:
             appendQuoted(out_, tree_.text());
             out_ += '\n';
         }
-        writeChildren(tree_.body());
+        forEachLeaf(tree_, [this](const std::string &path, const node_t &node) { writeLeaf(path, node); });
     }
 
 private:
@@ -38,25 +38,10 @@ private:
         out_ += '\n';
     }
 
-    // The path grows and shrinks on the way, so that a deep message costs no more than its size.
-    void writeChildren(const node_t &parent) {
-        for (const node_t &node : tree_.children(parent)) {
-            const std::size_t length = path_.size();
-            if (!path_.empty() && (node.index < 0 || node.use == pairUse_t::duplicate))
-                path_ += '.';
-            appendName(path_, tree_, node);
-            writeNode(node);
-            path_.resize(length);
-        }
-    }
-
-    void writeNode(const node_t &node) {
-        const std::optional<std::string> wide = node.isBody ? wideText(tree_, node) : std::nullopt;
-        if (node.isBody && !wide && node.childCount > 0)
-            return writeChildren(node);
-        out_ += path_;
+    void writeLeaf(const std::string &path, const node_t &node) {
+        out_ += path;
         out_ += " = ";
-        if (wide)
+        if (const std::optional<std::string> wide = wideText(tree_, node))
             appendWideValue(out_, *wide);
         else
             appendScalar(out_, tree_, node);
@@ -65,7 +50,6 @@ private:
 
     std::string &out_;
     const tree_t &tree_;
-    std::string path_;
 };
 
 } // namespace

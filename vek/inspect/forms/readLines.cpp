@@ -91,8 +91,7 @@ private:
 
     std::string_view readWord() {
         const std::size_t start = at_;
-        while (at_ < text_.size() && (isDigit(text_[at_]) || (text_[at_] >= 'a' && text_[at_] <= 'z') ||
-                                      (text_[at_] >= 'A' && text_[at_] <= 'Z') || text_[at_] == '_'))
+        while (at_ < text_.size() && isWordCharacter(text_[at_]))
             ++at_;
         return text_.substr(start, at_ - start);
     }

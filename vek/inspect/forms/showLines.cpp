@@ -21,10 +21,8 @@ private:
     void addChildren(const node_t &parent) {
         for (const node_t &node : tree_.children(parent)) {
             const std::size_t length = path_.size();
-            if (withPaths_) {
-                path_ += path_.empty() || (node.index >= 0 && node.use != pairUse_t::duplicate) ? "" : ".";
-                appendName(path_, tree_, node);
-            }
+            if (withPaths_)
+                appendStep(path_, tree_, node);
             addNode(node);
             path_.resize(length);
         }
@@ -36,8 +34,7 @@ private:
         line.depth = node.depth;
         line.path = path_;
         appendName(line.name, tree_, node);
-        const std::optional<std::string> wide = node.isBody ? wideText(tree_, node) : std::nullopt;
-        if (wide) {
+        if (const std::optional<std::string> wide = wideText(tree_, node)) {
             appendWideValue(line.value, *wide);
         } else if (!node.isBody || node.childCount == 0) {
             appendScalar(line.value, tree_, node);

@@ -5,6 +5,7 @@
 #include "vek/inspect/schema/schema.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/trimming.hpp"
+#include "vek/inspect/words/utf16.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -18,8 +19,7 @@ constexpr int deepest = 3;
 
 bool isTimeKey(std::string_view key) {
     std::string lower(key);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    std::transform(lower.begin(), lower.end(), lower.begin(), asciiToLower);
     return lower.find("time") != std::string::npos || lower == "ts" || lower == "@t" || lower == "t" || lower == "date";
 }
 
@@ -92,10 +92,9 @@ bool appendUnescaped(std::string &out, std::string_view text, std::size_t &at) {
         if (unit == UINT32_MAX)
             return false;
         std::size_t second = behind + 2;
-        const bool mayBePair = unit >= 0xD800 && unit <= 0xDBFF && text.substr(behind, 2) == "\\u";
-        if (const std::uint32_t low = mayBePair ? utf16Unit(text, second) : UINT32_MAX;
-            low >= 0xDC00 && low <= 0xDFFF) {
-            unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+        const bool mayBePair = isHighSurrogate(unit) && text.substr(behind, 2) == "\\u";
+        if (const std::uint32_t low = mayBePair ? utf16Unit(text, second) : UINT32_MAX; isLowSurrogate(low)) {
+            unit = joinedSurrogates(unit, low);
             behind = second;
         }
         if (unit >= 0xDC80 && unit <= 0xDCFF) // a byte that is no UTF-8, as some programs put it

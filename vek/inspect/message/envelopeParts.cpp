@@ -110,9 +110,7 @@ private:
 };
 
 bool isSpeltAsWritten(std::string_view text, const envelopeNumber_t &number) {
-    char digits[integerRoom];
-    const char *const end = writeInteger(number.value, digits);
-    return number.isThere && number.place.in(text) == std::string_view(digits, static_cast<std::size_t>(end - digits));
+    return number.isThere && number.place.in(text) == std::to_string(number.value);
 }
 
 bool isWrittenByTheLibrary(std::string_view text, const envelopeParts_t &parts) {

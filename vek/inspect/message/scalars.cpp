@@ -1,6 +1,7 @@
 #include "vek/inspect/message/scalars.hpp"
 
 #include "vek/text/characters.hpp"
+#include "vek/text/numberText.hpp"
 
 #include <algorithm>
 
@@ -26,6 +27,25 @@ std::string escapedText(std::string_view text) {
     std::string value(text);
     std::transform(value.begin(), value.end(), value.begin(), escaped);
     return value;
+}
+
+std::string realText(double value) {
+    char digits[realRoom];
+    return std::string(digits, writeReal(value, digits));
+}
+
+bool isUsualReal(std::string_view value) {
+    const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
+    constexpr std::size_t decimals = 6, mostDigits = 15;
+    if (digits.size() < decimals + 2 || digits.size() > mostDigits || digits[digits.size() - decimals - 1] != '.')
+        return false;
+    const std::size_t point = digits.size() - decimals - 1;
+    if (digits[0] == '0' && point > 1)
+        return false;
+    for (std::size_t i = 0; i < digits.size(); ++i)
+        if (i != point && !isDigit(digits[i]))
+            return false;
+    return true;
 }
 
 std::string scalarText(const tree_t &tree, const node_t &node) {

@@ -18,6 +18,13 @@ bool isText(const node_t &node);
 std::string unescapedText(std::string_view value);
 std::string escapedText(std::string_view text);
 
+/// A real as the library writes it in a body.
+std::string realText(double value);
+
+/// Whether a real stands there with six decimals and so few digits that every double has them: then it is as the
+/// library would write it, which need not be computed.
+bool isUsualReal(std::string_view value);
+
 /// A scalar for people: of a text its characters, else what stands there.
 std::string scalarText(const tree_t &tree, const node_t &node);
 

@@ -2,6 +2,8 @@
 
 #include "vek/inspect/message/private/treeBuilder.hpp"
 #include "vek/inspect/words/quoting.hpp"
+#include "vek/inspect/words/utf16.hpp"
+#include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -24,11 +26,8 @@ std::string tree_t::path(const node_t &node) const {
     std::vector<const node_t *> way;
     for (const node_t *at = &node; at->parent != node_t::none; at = &nodes_[at->parent])
         way.push_back(at);
-    for (; !way.empty(); way.pop_back()) {
-        const node_t &step = *way.back();
-        path += path.empty() || (step.index >= 0 && step.use != pairUse_t::duplicate) ? "" : ".";
-        appendName(path, *this, step);
-    }
+    for (; !way.empty(); way.pop_back())
+        appendStep(path, *this, *way.back());
     return path;
 }
 
@@ -71,94 +70,73 @@ void appendName(std::string &out, const tree_t &tree, const node_t &node) {
     }
 }
 
-namespace {
-
-// The 16-bit code that a text is, spelt as the library spells it.
-bool readCode(std::string_view text, std::uint16_t &code) {
-    char digits[integerRoom];
-    const auto value = static_cast<std::int16_t>(readInteger(text));
-    const char *const end = writeInteger(value, digits);
-    code = static_cast<std::uint16_t>(value);
-    return text == std::string_view(digits, static_cast<std::size_t>(end - digits));
+void appendStep(std::string &path, const tree_t &tree, const node_t &node) {
+    if (!path.empty() && (node.index < 0 || node.use == pairUse_t::duplicate))
+        path += '.';
+    appendName(path, tree, node);
 }
 
-void appendCode(std::string &out, std::uint32_t code) {
-    char digits[integerRoom];
-    out.append(digits, writeInteger(static_cast<std::int16_t>(code), digits));
-    out += ',';
+namespace {
+
+// The path grows and shrinks on the way, so that a deep message costs no more than its size.
+void goOverLeaves(const tree_t &tree, const node_t &parent, std::string &path, const takeLeaf_t &take) {
+    for (const node_t &node : tree.children(parent)) {
+        const std::size_t length = path.size();
+        appendStep(path, tree, node);
+        if (node.isBody && node.childCount > 0 && !wideText(tree, node))
+            goOverLeaves(tree, node, path, take);
+        else
+            take(path, node);
+        path.resize(length);
+    }
 }
 
 } // namespace
 
+void forEachLeaf(const tree_t &tree, const takeLeaf_t &take) {
+    std::string path;
+    goOverLeaves(tree, tree.body(), path, take);
+}
+
 std::optional<std::string> wideText(const tree_t &tree, const node_t &node) {
     if (!node.isBody || targetOf(tree, node).kind != bodyTarget_t::kind_t::codes)
         return {};
-    std::string text;
-    std::uint32_t high = 0;
-    const std::span<const node_t> codes = tree.children(node);
-    for (const node_t &child : codes) {
-        std::uint16_t code = 0;
-        const bool isLast = &child == &codes.back();
-        if (!child.isCanonical || !readCode(tree.value(child), code) || isLast != (code == 0))
-            return {};
-        if (isLast)
-            break;
-        const bool isLow = code >= 0xDC00 && code <= 0xDFFF;
-        if (isLow != (high != 0))
-            return {};
-        if (code >= 0xD800 && code <= 0xDBFF) {
-            high = code;
-            continue;
-        }
-        appendUtf8(text, isLow ? 0x10000 + ((high - 0xD800) << 10) + (code - 0xDC00U) : code);
-        high = 0;
-    }
+    std::string text = wideTextRead(tree, node);
     const std::optional<std::string> again = wideCodes(text);
     return again && *again == tree.value(node) ? std::optional(std::move(text)) : std::nullopt;
 }
 
 std::string wideTextRead(const tree_t &tree, const node_t &node) {
     constexpr std::uint32_t replacement = 0xFFFD;
-    std::string text;
-    std::uint32_t high = 0;
-    const auto putHigh = [&] {
-        if (high != 0)
-            appendUtf8(text, replacement);
-        high = 0;
-    };
     std::vector<std::uint16_t> codes(std::size_t{node.childCount} + 1, 0);
     for (const node_t &child : tree.children(node))
         if (child.index >= 0 && child.use == pairUse_t::assigned)
             codes[static_cast<std::size_t>(child.index)] = static_cast<std::uint16_t>(readInteger(tree.value(child)));
-    for (const std::uint32_t code : codes) {
-        if (code == 0)
-            break;
-        const bool isLow = code >= 0xDC00 && code <= 0xDFFF;
-        if (isLow && high != 0) {
-            appendUtf8(text, 0x10000 + ((high - 0xD800) << 10) + (code - 0xDC00U));
-            high = 0;
-            continue;
-        }
-        putHigh();
-        if (code >= 0xD800 && code <= 0xDBFF)
-            high = code;
+    std::string text;
+    for (auto code = codes.begin(); *code != 0; ++code) {
+        const bool isPair = isHighSurrogate(*code) && isLowSurrogate(code[1]);
+        if (isPair)
+            appendUtf8(text, joinedSurrogates(code[0], code[1]));
         else
-            appendUtf8(text, isLow ? replacement : code);
+            appendUtf8(text, isHighSurrogate(*code) || isLowSurrogate(*code) ? replacement : *code);
+        code += isPair ? 1 : 0;
     }
-    putHigh();
     return text;
 }
 
 std::optional<std::string> wideCodes(std::string_view utf8) {
     std::string codes = "{";
+    const auto append = [&codes](std::uint32_t code) {
+        codes.append(std::to_string(static_cast<std::int16_t>(code))).append(1, comma);
+    };
     while (!utf8.empty()) {
         const std::size_t size = utf8Size(utf8);
         if (size == 0)
             return {};
         const std::uint32_t character = utf8Character(utf8.substr(0, size));
         if (character >= 0x10000)
-            appendCode(codes, 0xD800 + ((character - 0x10000) >> 10));
-        appendCode(codes, character >= 0x10000 ? 0xDC00 + ((character - 0x10000) & 0x3FF) : character);
+            append(0xD800 + ((character - 0x10000) >> 10));
+        append(character >= 0x10000 ? 0xDC00 + ((character - 0x10000) & 0x3FF) : character);
         utf8.remove_prefix(size);
     }
     return codes + "0,}";

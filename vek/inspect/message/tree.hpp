@@ -11,6 +11,7 @@
 #include "vek/inspect/schema/schema.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -125,6 +126,14 @@ bodyTarget_t targetOf(const tree_t &tree, const node_t &node);
 
 /// Appends the name of a pair in its group, a step of its path: a key, "[3]", "KEY#2", "#1".
 void appendName(std::string &out, const tree_t &tree, const node_t &node);
+
+/// Appends the same to the path of the group around it, with what stands between them.
+void appendStep(std::string &path, const tree_t &tree, const node_t &node);
+
+/// Takes every value that stands at a path of its own, in text order: those that the reader uses and those that it
+/// ignores; a 16-bit text, and a group with nothing in it, as one.
+using takeLeaf_t = std::function<void(const std::string &path, const node_t &node)>;
+void forEachLeaf(const tree_t &tree, const takeLeaf_t &take);
 
 /// A 16-bit text, a list of codes, as UTF-8; nothing when the codes are not exactly those that the library writes for
 /// that text with its terminating 0, so that nothing would be lost.

@@ -1,5 +1,7 @@
 #include "vek/inspect/words/quoting.hpp"
 
+#include "vek/inspect/words/words.hpp"
+
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -12,10 +14,6 @@ constexpr std::string_view hexDigits = "0123456789abcdef";
 
 bool isContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
-bool isWordCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
 constexpr characterRange_t unprintable[] = {{0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},
@@ -184,8 +182,7 @@ std::string visible(std::string_view text, bool keepsColours) {
     const auto startsLatinWord = [text](std::size_t start) {
         const std::size_t end = std::min(text.find_first_of(" \t\n;=,{}", start), text.size());
         const std::string_view word = text.substr(start, end - start);
-        return std::any_of(word.begin(), word.end(),
-                           [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); });
+        return std::any_of(word.begin(), word.end(), [](char c) { return isAsciiLower(c) || isAsciiUpper(c); });
     };
     bool isLatin = startsLatinWord(0); // the word
     for (std::size_t at = 0; at < text.size();) {

@@ -38,9 +38,9 @@ void utf16_t::take(std::uint32_t unit, std::string &out) {
     isBegun_ = true;
     if (isMark)
         return;
-    const bool isHigh = unit >= 0xD800 && unit < 0xDC00, isLow = unit >= 0xDC00 && unit < 0xE000;
-    if (high_ != 0 && isLow)
-        unit = 0x10000 + ((high_ - 0xD800) << 10) + (unit - 0xDC00);
+    const bool isHigh = isHighSurrogate(unit);
+    if (high_ != 0 && isLowSurrogate(unit))
+        unit = joinedSurrogates(high_, unit);
     else if (high_ != 0)
         appendUtf8(out, high_);
     high_ = isHigh ? unit : 0;

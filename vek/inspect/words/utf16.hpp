@@ -9,6 +9,17 @@
 
 namespace vek::inspect {
 
+constexpr bool isHighSurrogate(std::uint32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+constexpr bool isLowSurrogate(std::uint32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+/// The character that the two halves of a pair make.
+constexpr std::uint32_t joinedSurrogates(std::uint32_t high, std::uint32_t low) {
+    return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
+}
+
 class utf16_t {
 public:
     enum class order_t : std::uint8_t { none, littleEndian, bigEndian };
