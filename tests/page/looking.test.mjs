@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { openFile, paste, treeRows, withPage } from './browser.mjs';
-import { logLines, samples } from './makeLog.mjs';
+import { logLines, message, samples } from './makeLog.mjs';
 
 const listed = (page) => page.textContent('#listCount');
 
@@ -34,6 +34,38 @@ test('a generated log is listed whole, with its gaps and its damaged messages, a
     assert.ok(await page.isVisible('#noMessages'));
     await page.click('#clearFilters');
     await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+  });
+});
+
+test('a line says when, which way, what kind and what matters, by columns that people choose', async () => {
+  const status = message(4161, 42, '{STATUS=3;LOW_STATUS=0;SEVERITY=2;NUM_OF_MESSAGES=2;MSGS={Cassette 2 is empty,Load\u202e plates,};}');
+  const log = [
+    `2026-03-01T08:00:02.250 host > device ${message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=1024.500000;}')}`,
+    `2026-03-01T08:00:02.300 host <- device ${status}`,
+    `2026-03-03T08:00:02.400 RX ${message(4101, 1, '{ARRAY_CASSETTE={{NAME=a;},{NAME=b;},};}')}`,
+  ];
+  const cells = (page, index) => page.$$eval(`#messages-${index} > .cell`, (all) => all.map(({ textContent }) => textContent.trim()));
+  const shows = (page, index, last) => page.waitForFunction(([at, words]) => document.querySelector(`#messages-${at} .values`)?.textContent.trim() === words, [index, last]);
+  await withPage(async (page) => {
+    await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
+    await shows(page, 2, 'ARRAY_CASSETTE 2×');
+    assert.deepEqual(await cells(page, 0), ['03-01 08:00:02.250', 'host → device', 'focusValue_t', 'Violet FOCUS_VALUE 1024.5']);
+    assert.deepEqual((await cells(page, 1)).slice(1), ['device → host', 'deviceStatus_t', 'Cassette 2 is empty; Load\\xe2\\x80\\xae plates STATUS 3 SEVERITY 2']);
+    assert.equal((await cells(page, 2))[1], 'rx');
+    assert.match(await page.getAttribute('#messages-1', 'class'), /device2/);
+
+    await page.click('#columns summary');
+    await page.uncheck('#columnChoices li:has-text("Direction") input');
+    await page.fill('#columnPath', 'ARRAY_CASSETTE[1].NAME');
+    await page.press('#columnPath', 'Enter');
+    await page.waitForFunction(() => document.querySelector('#messages-2 .path')?.textContent === 'b');
+    await page.reload();
+    await page.waitForSelector('body.isReady');
+    await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
+    await shows(page, 2, 'ARRAY_CASSETTE 2×');
+    assert.deepEqual((await cells(page, 2)).slice(1), ['cassetteArray_t', 'b', 'ARRAY_CASSETTE 2×']);
+    const box = await page.locator('#messages').boundingBox();
+    assert.ok(box.height >= 30 * 24, `${box.height} pixels are less than 30 lines`);
   });
 });
 

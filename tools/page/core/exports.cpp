@@ -1,4 +1,5 @@
 // The calls that the page's script makes: see core.js. Bytes go through the one exchange.
+#include "tools/page/core/digest.hpp"
 #include "tools/page/core/exchange.hpp"
 #include "tools/page/core/logRows.hpp"
 #include "tools/page/core/messageView.hpp"
@@ -216,6 +217,13 @@ std::int32_t pageRow(std::size_t size) {
     page::logRows_t alone;
     alone.take(text, exchange.result);
     alone.take({}, exchange.result);
+    return 1;
+}
+
+/// What a message says in a line; `paths`, one a line, are those whose values are wanted beside.
+std::int32_t pageDigest(std::size_t size, std::size_t pathsSize) {
+    const tree_t tree(exchange.take(size));
+    page::appendDigest(exchange.result, tree, exchange.take(pathsSize));
     return 1;
 }
 

@@ -115,6 +115,10 @@ export class Core {
   row(message) {
     return this.#call('pageRow', [message]).bytes;
   }
+  /** What a message says in a line, and what stands at some paths: see core/digest.hpp. */
+  digest(message, paths) {
+    return this.#json('pageDigest', message, bytesOf(paths.join('\n')));
+  }
   /** How many numbers are missing in front of each of these sequence numbers. */
   missing(sequences) {
     return new Uint32Array(this.#call('pageMissing', [new Uint8Array(sequences.buffer)]).bytes.buffer);

@@ -217,6 +217,12 @@ export class Log {
     return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), options);
   }
 
+  /** What the messages of some rows say in a line, with what stands at some paths, and in front of them on their lines. */
+  async digests(rows, paths) {
+    const places = rows.map((row) => ({ ...this.#placeIn(row), lineAt: (this.originals.get(row) ?? this.#placeIn(row)).start }));
+    return (await this.asking.run('digests', { blob: this.blob, places, paths })).digests;
+  }
+
   /** The order in which some numbers are to stand so that they rise. */
   async orderOf(numbers) {
     return (await this.asking.run('order', { numbers })).order;

@@ -1,11 +1,17 @@
-// The list of a log's messages: kind, time, sequence number, problems.
-import { byId, element } from './elements.js';
+// The list of a log's messages, a line each: when, which way, what, and the values that matter. What a message says is
+// read when its line comes in sight.
+import { byId, element, seldom } from './elements.js';
+import { directionIn } from './lineHead.js';
+import { ListColumns } from './listColumns.js';
 import { lowerBound } from './search.js';
 import { VirtualList } from './virtualList.js';
-import { shownWords } from './signs.js';
+import { shown, shownWords } from './signs.js';
 import { counted, number, timeInWords } from './words.js';
 
 const severityWords = ['', 'warnings', 'errors'];
+const rowHeight = 24;
+const mostKept = 5000; // digests
+const day = 86_400e6; // microseconds
 
 function placeIn(rows, row) {
   const at = lowerBound(rows, row);
@@ -15,12 +21,16 @@ function placeIn(rows, row) {
 export class MessageList {
   #list;
   #shown; // the row whose message is shown, be it listed or not
+  #digests = new Map(); // of rows, what their messages say; nothing while it is asked for
+  #wanted = new Set(); // rows
+  #columns = [];
+  #ask = seldom(() => this.#askWanted(), 20);
   rows = new Uint32Array();
 
   constructor(catalogue, onRow) {
     this.catalogue = catalogue;
     this.#list = new VirtualList(byId('messages'), {
-      rowHeight: 40,
+      rowHeight,
       rowRole: 'option',
       fill: (row, index) => this.#fill(row, index),
       onActive: (index) => {
@@ -30,6 +40,17 @@ export class MessageList {
       },
       onKey: (event) => this.#key(event),
     });
+    this.chosen = new ListColumns(() => this.draw());
+    new ResizeObserver(() => this.#layOut()).observe(this.#list.root);
+  }
+
+  // Which columns there are, and how wide.
+  #layOut() {
+    this.#columns = this.chosen.shown(this.#list.root.clientWidth);
+    const widths = ['0.6rem', ...this.#columns.map(({ width }) => width)].join(' ');
+    byId('listPane').style.setProperty('--columns', widths);
+    byId('listHead').replaceChildren(element('span'), ...this.#columns.map(({ title }) => element('span', { title }, title)));
+    this.#list.refresh();
   }
 
   reset(log) {
@@ -37,6 +58,8 @@ export class MessageList {
     this.#list.active = -1;
     this.#shown = undefined;
     this.#list.root.scrollTop = 0;
+    this.chosen.hasDirection = false;
+    this.#digests.clear();
     this.setRows(new Uint32Array());
   }
 
@@ -57,9 +80,35 @@ export class MessageList {
         : 'No message passes the filters: clear them, or choose others.';
   }
 
-  /** Shows the rows again. */
+  /** Shows the rows again: what they say may be something else. */
   draw() {
-    this.#list.refresh();
+    this.#digests.clear();
+    this.#layOut();
+  }
+
+  #digestOf(row) {
+    const digest = this.#digests.get(row);
+    if (!digest && !this.#digests.has(row)) {
+      this.#wanted.add(row);
+      this.#ask();
+    }
+    return digest;
+  }
+
+  async #askWanted() {
+    const { log } = this;
+    const rows = [...this.#wanted];
+    this.#wanted.clear();
+    if (this.#digests.size > mostKept) this.#digests.clear();
+    for (const row of rows) this.#digests.set(row, undefined);
+    const digests = await log.digests(rows, this.chosen.paths);
+    if (this.log !== log) return;
+    for (const [at, row] of rows.entries()) this.#digests.set(row, { ...digests[at], direction: directionIn(digests[at].head) });
+    const hasDays = log.times.last - log.times.first > day;
+    const hasDirection = this.chosen.hasDirection || rows.some((row) => this.#digests.get(row).direction);
+    if (hasDirection === this.chosen.hasDirection && hasDays === this.chosen.hasDays) return this.#list.refresh();
+    Object.assign(this.chosen, { hasDirection, hasDays });
+    return this.#layOut();
   }
 
   /** Makes the message of a row the active one; the next one that is listed when it is not. */
@@ -91,32 +140,52 @@ export class MessageList {
     const row = this.rows[index];
     const severity = columns.severity[row];
     const time = timeInWords(columns.microseconds[row], columns.hasDate[row] === 1);
-    const missing = columns.missing[row];
+    const digest = this.#digestOf(row);
+    const cells = {
+      time: () => this.#timeOf(time) || log.placeOf(row),
+      direction: () => shownWords(digest?.direction ?? ''),
+      kind: () => this.catalogue.name(columns.id[row]),
+      id: () => (columns.id[row] < 0 ? '' : String(columns.id[row])),
+      sequence: () => (columns.hasSequence[row] ? String(columns.sequence[row]) : ''),
+      line: () => String(columns.line[row]),
+      path: ({ path }) => shownWords(shortNumber(digest?.values[path] ?? '')),
+    };
+    element_.className = `row device${digest?.severity ?? 0}`;
     element_.setAttribute('aria-setsize', this.rows.length);
     element_.setAttribute('aria-posinset', index + 1);
-    element_.title = log.files.length > 1 ? shownWords(log.placeOf(row)) : '';
+    element_.title = [time, log.files.length > 1 ? shownWords(log.placeOf(row)) : ''].filter(Boolean).join(', ');
     element_.replaceChildren(
       element('span', { class: `dot severity${severity}`, title: severityWords[severity] }),
-      element(
-        'span',
-        { class: 'rowMain' },
-        element('span', { class: 'rowKind' }, this.catalogue.name(columns.id[row])),
-        element('span', { class: 'rowTime' }, time || log.placeOf(row)),
-      ),
-      element(
-        'span',
-        { class: 'rowBadges' },
-        severity > 0 ? element('span', { class: 'visuallyHidden' }, `, ${severityWords[severity]}`) : null,
-        log.originals.has(row) ? element('span', { class: 'badge edited' }, 'edited') : null,
-        missing > 0 ? element('span', { class: 'badge gap' }, `${number(missing)} missing`) : null,
-        columns.isDamaged[row] ? element('span', { class: 'badge damaged' }, 'damaged') : null,
-      ),
-      element(
-        'span',
-        { class: 'rowNumbers' },
-        element('span', { class: 'rowSequence' }, columns.hasSequence[row] ? `seq ${columns.sequence[row]}` : ''),
-        element('span', { class: 'rowId' }, columns.id[row] < 0 ? '' : String(columns.id[row])),
-      ),
+      ...this.#columns.map((column) => (column.name === 'values' ? this.#values(row, digest) : element('span', { class: `cell ${column.name}` }, cells[column.name](column)))),
+    );
+    if (severity > 0) element_.append(element('span', { class: 'visuallyHidden' }, `, ${severityWords[severity]}`));
+  }
+
+  // As much of a time as there is room for.
+  #timeOf(time) {
+    const { hasDays, hasFractions } = this.chosen;
+    if (!hasFractions) return time.slice(-12, -4);
+    return hasDays && time.length > 12 ? time.slice(5) : time.slice(-12);
+  }
+
+  #values(row, digest) {
+    const { columns } = this.log;
+    const missing = columns.missing[row];
+    const parts = (digest?.parts ?? []).flatMap(({ key, value }) => [
+      ...(key ? [element('span', { class: 'partKey' }, key), ' '] : []),
+      element('span', { class: key ? 'part' : 'part partText' }, ...shown(shortNumber(value))),
+      ' ',
+    ]);
+    return element(
+      'span',
+      { class: 'cell values' },
+      this.log.originals.has(row) ? element('span', { class: 'badge edited' }, 'edited') : null,
+      missing > 0 ? element('span', { class: 'badge gap' }, `${number(missing)} missing`) : null,
+      columns.isDamaged[row] ? element('span', { class: 'badge damaged' }, 'damaged') : null,
+      ...parts,
     );
   }
 }
+
+// "1024.5" for "1024.500000".
+const shortNumber = (value) => (/^-?\d+\.\d+$/.test(value) ? value.replace(/\.?0+$/, '') : value);

@@ -1,11 +1,13 @@
 // The worker: reads logs block by block, searches them, takes the numbers of plots from them, and answers the calls of
 // the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
 // block and what the core keeps of a message that has no end yet.
+import { coreText } from './bytes.js';
 import { Core } from './core.js';
 import { plainBlob } from './unpacking.js';
 
 const blockSize = 2 << 20;
 const largestForms = 64 << 20;
+const longestHead = 200; // bytes of a line in front of a message that are looked at
 
 let core;
 const cancelled = new Set(); // jobs
@@ -97,6 +99,16 @@ const jobs = {
       numbers.set(core.takeSeries(places, block), first * paths.length);
     });
     return { numbers };
+  },
+
+  // What some messages say in a line, and what stands in front of each on its line.
+  async digests({ blob, places, paths }) {
+    const digests = places.map(async ({ start, size, lineAt }) => {
+      const [message, head] = await Promise.all([bytesIn(blob, start, start + size), bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt)]);
+      const line = head.subarray(head.lastIndexOf(0x0a) + 1);
+      return { ...core.digest(message, paths), head: coreText(line) };
+    });
+    return { digests: await Promise.all(digests) };
   },
 
   // The places of numbers in their order.
