@@ -255,6 +255,37 @@ TEST_F(FrontTest, ALineHasNumbersOfItsOwn) {
     EXPECT_TRUE(line.echoTag == 7 && line.sequenceNumber == 43); // nothing was taken or written
 }
 
+TEST_F(FrontTest, DispatchesEveryMessageToWhatTakesIt) {
+    messages_t::forEach([]<class Message>(Message) {
+        constexpr std::int32_t id = Message::id;
+        const std::string &text = sampleOf(id).text;
+        const auto take = [](const typename Message::structure_t &structure, std::int32_t given) {
+            return std::to_string(given) + bodyOf(print<id>(structure));
+        };
+        EXPECT_EQ(dispatch(text, take), std::to_string(id) + bodyOf(text));
+    });
+    line_t line;
+    int kept = 0;
+    const auto take = [&line, &kept](const std::string &text) {
+        return line.dispatch(text,
+                             overloaded{[](const DeviceInfo &device) { return device.kind; },
+                                        [&kept](owned_t<FocusValue> focus) { return kept = int(focus->focusValue); },
+                                        [](const problem_t &problem) { return -problem.numbers.echoTag; }});
+    };
+    EXPECT_TRUE(take(message(4112, "{FOCUS_VALUE=3.000000;}", 7, 41)) == 3 && kept == 3 && line.echoTag == 7);
+    EXPECT_EQ(take(message(4136, "{}", 8, 42)), 40); // DeviceInfo2 is a DeviceInfo
+    for (const std::string &refused : {message(4113, "{}", 9, 43), message(4203, "{}", 9, 43), message(1, "{}", 9, 43),
+                                       message(-2147483647, "{}", 9, 43), std::string("@@4112    99 9 43 {}!!")})
+        EXPECT_TRUE(take(refused) == -9 && line.echoTag == 8) << refused;
+    EXPECT_EQ(take(""), 1);
+    try {
+        dispatch(message(4113, "{}"), [](const Media &) {});
+        ADD_FAILURE();
+    } catch (const messageError_t &error) {
+        EXPECT_STREQ(error.what(), "no handler takes message 4113 (byte 2)");
+    }
+}
+
 TEST_F(FrontTest, SaysThatATextWasCutAndCutsBetweenCharacters) {
     char name[8];
     for (const char *whole : {"", "1234567", "12345\xC3\xA9", "1234\xE2\x82\xAC"})

@@ -52,6 +52,8 @@ refuses c++20 'deleted' 'vek::Media media; media.type = VEK_TRANSPORT_SHEET;' \
 refuses c++20 'deleted|no viable overloaded' 'vek::ImageTopLeft image; image.topLeft = {80, 120};' \
     'vek::Size size; size = {80.0, 120.0};' 'vek::ExposeParams params; params.sizePixel = {80};'
 
+refuses c++20 'deleted function .*dispatch' 'vek::dispatch("", [](const vek::MessageBase *) {});'
+
 # Views that outlive their text, where the compiler looks for them.
 if command -v clang++ >/dev/null; then
     cxx=clang++ refuses c++20 'Wdangling' 'const std::string_view view = vek::string_t("x"); (void)view;' \

@@ -8,9 +8,11 @@
 // own. One thread at a time uses a line.
 #pragma once
 
+#include "vek/api/dispatch.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <cstdint>
+#include <type_traits>
 
 namespace vek {
 
@@ -34,6 +36,15 @@ struct line_t {
     template <soleStructure Structure, class... More>
     [[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, More &&...more) {
         return parse<idOf<Structure>>(text, more...);
+    }
+
+    /// As vek::dispatch, by this line's parse.
+    template <messageHandler Handler>
+    auto dispatch(const textToRead_t &text, Handler &&handler) {
+        const auto read = [this]<std::int32_t Id>(const textToRead_t &message, problem_t &problem) {
+            return this->template parse<Id>(message, problem);
+        };
+        return detail::dispatcher_t<std::remove_reference_t<Handler>, decltype(read)>::dispatch(handler, read, text);
     }
 
     /// As vek::print, with the echo tag and the next sequence number of this line. A structure that is refused takes

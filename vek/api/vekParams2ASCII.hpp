@@ -356,4 +356,5 @@ bool setText(char (&array)[Room], std::string_view text) {
 
 } // namespace vek
 
+#include "vek/api/dispatch.hpp"
 #include "vek/api/line.hpp"
