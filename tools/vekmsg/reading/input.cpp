@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/input.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/utf16.hpp"
@@ -291,8 +292,9 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
         isEnded = piece.empty();
     }
     inspect::wrapping_t wrapping = inspect::wrappingOf(start);
-    // One message alone in its file is what a host gets of it, escapes and all.
-    if (wrapping == inspect::wrapping_t::escapes && isEnded && inspect::withoutByteOrderMark(start).starts_with("@@"))
+    // One message alone in its file is what a host gets of it, escapes and all, and forms have escapes of their own.
+    const bool isAlone = isEnded && inspect::withoutByteOrderMark(start).starts_with("@@");
+    if (wrapping == inspect::wrapping_t::escapes && (isAlone || inspect::isForm(inspect::formOf(start))))
         wrapping = inspect::wrapping_t::none;
     return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping, isEnded);
 }
