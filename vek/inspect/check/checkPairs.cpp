@@ -50,10 +50,12 @@ void checker_t::checkGroup(const node_t &node) {
             tell("an empty group", "a host reads it as if it were not there");
     } else if (report(nestedMissing, node.value, &node)) {
         const bool isWide = node.valueKind() == fieldKind_t::text16;
+        const node_t *behind = next(tree_.nodes()[node.parent], node);
+        const bool isWhole = value.size() <= 100 && (behind == nullptr || behind->use != pairUse_t::noKey);
         tell(joined({shownValue(value), " stands where a group in braces should be",
                      isWide ? ", as a 16-bit text is written by its codes" : ""}),
              "a host takes its first and last characters for the braces",
-             isWide ? wideCodes(value.substr(0, 100)).value_or("") : std::string());
+             isWide && isWhole ? wideCodes(value).value_or("") : std::string());
     }
 }
 
@@ -345,14 +347,20 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         return false;
     const node_t &before = *previous(parent, node);
     const std::string_view whole = tree_.value(before), rest = tree_.value(node);
-    const bool isReal = !isInteger(before.field->kind);
+    if (!report(decimalComma, {before.value.start, node.value.end}, &before))
+        return true;
     const bool isOfThousands = rest.find('.') == 3;
-    if (report(decimalComma, {before.value.start, node.value.end}, &before))
-        tell(joined({whole, ",", rest, isReal && !isOfThousands ? " has a comma for its point" : " has a comma in it"}),
-             joined({"a host reads ", whole}),
-             isOfThousands ? joined({whole, rest})
-             : isReal      ? joined({whole, ".", rest})
-                           : std::string());
+    const node_t *behind = next(parent, node);
+    const bool goesOn = behind != nullptr && behind->use == pairUse_t::noKey;
+    // Three digits behind it may be thousands, unless there is a point or nothing in front.
+    const bool isEither = !isOfThousands && rest.size() == 3 && !whole.starts_with('0') && !whole.starts_with("-0");
+    std::string meant = joined({whole, isOfThousands ? "" : ".", rest});
+    if (isInteger(before.field->kind) || goesOn || isEither ||
+        judgeValue(*before.field, meant, false).severity == severity_t::error)
+        meant.clear();
+    tell(joined(
+             {whole, ",", rest, meant.empty() || isOfThousands ? " has a comma in it" : " has a comma for its point"}),
+         joined({"a host reads ", whole}), std::move(meant));
     return true;
 }
 
