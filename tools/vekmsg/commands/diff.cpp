@@ -3,6 +3,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "vek/inspect/words/quoting.hpp"
 
 #include <deque>
 #include <map>
@@ -121,6 +122,11 @@ public:
     bool isEmpty() const { return leftCount_ == 0 || rightCount_ == 0; }
 
 private:
+    // Beside colours, nothing of a message passes for one.
+    std::string shown(const std::string &value) const {
+        return colours_.reset.empty() ? value : inspect::visible(value);
+    }
+
     static std::string title(const inspect::tree_t &tree) {
         const std::string_view name = tree.record() != nullptr ? tree.record()->name : "message";
         return std::string(name) + " " + std::to_string(tree.envelope().id.value) + ", sequence " +
@@ -148,9 +154,10 @@ private:
         for (const inspect::difference_t &difference : found) {
             out.append("  ").append(colours_.cyan).append(difference.path).append(colours_.reset);
             out.append(width - std::min(width, difference.path.size()) + 2, ' ');
-            out.append(colours_.red).append(difference.hasLeft ? difference.left : "(not there)");
+            out.append(colours_.red).append(difference.hasLeft ? shown(difference.left) : "(not there)");
             out.append(colours_.reset).append(" -> ").append(colours_.green);
-            out.append(difference.hasRight ? difference.right : "(not there)").append(colours_.reset).append("\n");
+            out.append(difference.hasRight ? shown(difference.right) : "(not there)").append(colours_.reset);
+            out += '\n';
         }
     }
 
