@@ -4,6 +4,7 @@
 #include "tools/vekmsg/reading/rewriter.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/words/trimming.hpp"
 
 #include <cstdio>
 #include <fstream>
@@ -26,7 +27,7 @@ struct editArguments_t {
 
 constexpr std::string_view invitation =
     "# Change values, save, and leave the editor. Lines like this one don't count.\n"
-    "# Leave without changing anything, and the message stays as it was.\n";
+    "# Leave without changing anything, or with nothing, and the message stays as it was.\n";
 
 // The one message of a file, with what is needed to put another in its place.
 class pickTask_t final : public task_t {
@@ -138,6 +139,13 @@ std::string withProblems(const std::string &form, const std::vector<std::string>
     return text + form;
 }
 
+// Whether only comments are left.
+bool isEmptied(std::string_view form) {
+    while (!(form = inspect::trimmed(form)).empty() && form.starts_with('#'))
+        form.remove_prefix(std::min(form.find('\n'), form.size()));
+    return form.empty();
+}
+
 // The edited message; nothing when the user gave up.
 std::optional<std::string> edited(const std::string &text, draft_t &draft) {
     std::string offered = readable(text);
@@ -155,6 +163,8 @@ std::optional<std::string> edited(const std::string &text, draft_t &draft) {
             return std::nullopt;
         }
         const std::string form = withoutProblems(saved);
+        if (isEmptied(form))
+            return std::nullopt;
         std::string sealed;
         const std::vector<std::string> problems = problemsOf(form, sealed);
         if (problems.empty())

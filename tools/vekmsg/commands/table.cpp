@@ -122,9 +122,13 @@ void checkKeys(const tableArguments_t &arguments) {
     const std::vector<std::string_view> keys = inspect::schema().keys();
     for (const std::string &path : arguments.keys) {
         const std::string_view key = lastKey(path);
-        if (tableTask_t::isPlace(path) || path.starts_with('@') || std::ranges::find(keys, key) != keys.end())
+        const inspect::envelopeParts_t anyEnvelope;
+        const bool isOfHeader = path.starts_with('@') && inspect::headerNumberAt(anyEnvelope, path) != nullptr;
+        if (tableTask_t::isPlace(path) || isOfHeader || std::ranges::find(keys, key) != keys.end())
             continue;
         std::vector<std::string_view> candidates = keys;
+        if (path.starts_with('@'))
+            candidates = {"@id", "@echo", "@seq", "@length"};
         candidates.insert(candidates.end(), std::begin(tableTask_t::placeNames), std::end(tableTask_t::placeNames));
         throw usageError_t("--keys " + path + ": no message has this key; " +
                            inspect::didYouMean(key, candidates, "vekmsg describe shows the keys of a message"));
