@@ -356,7 +356,7 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     const bool isEither = !isOfThousands && rest.size() == 3 && !whole.starts_with('0') && !whole.starts_with("-0");
     std::string meant = joined({whole, isOfThousands ? "" : ".", rest});
     if (isInteger(before.field->kind) || goesOn || isEither ||
-        judgeValue(*before.field, meant, false).severity == severity_t::error)
+        judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();
     tell(joined(
              {whole, ",", rest, meant.empty() || isOfThousands ? " has a comma in it" : " has a comma for its point"}),
