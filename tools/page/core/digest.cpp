@@ -34,7 +34,7 @@ std::string shortened(std::string value) {
 
 bool isCount(const recordSchema_t &record, const fieldSchema_t &field) {
     return std::any_of(record.fields.begin(), record.fields.end(),
-                       [&](const fieldSchema_t &other) { return other.countField == &field; });
+                       [&](const fieldSchema_t &other) { return other.counter() == &field; });
 }
 
 class digest_t {
@@ -56,8 +56,8 @@ private:
                 continue;
             if (field->isList())
                 takeList(node, *field);
-            else if (field->kind == fieldKind_t::record && field->record != nullptr)
-                take(node, *field->record);
+            else if (field->kind == fieldKind_t::record && field->record() != nullptr)
+                take(node, *field->record());
             else
                 takeValue(*field, valueOf(tree_, node));
         }
@@ -82,7 +82,7 @@ private:
         const bool isText = field.kind == fieldKind_t::text || field.kind == fieldKind_t::text16;
         const bool isUsual = value.empty() ||
                              (field.defaultKind == defaultKind_t::value && value == field.defaultText) ||
-                             value == "FALSE" || (!isText && field.names.empty() && readReal(value) == 0);
+                             value == "FALSE" || (!isText && field.words().names.empty() && readReal(value) == 0);
         if (isUsual && field.position > 0)
             return;
         if (isText)
