@@ -2,8 +2,12 @@
 // edits.
 #include "vek/inspect/check/check.hpp"
 #include "tests/support/texts.hpp"
+#include "vek/inspect/change/change.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <gtest/gtest.h>
@@ -12,6 +16,7 @@
 #include <chrono>
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace {
 
@@ -30,10 +35,7 @@ values_t valuesOf(const tree_t &tree) {
 }
 
 bool isNumber(const node_t &node) {
-    using enum fieldKind_t;
-    return node.field != nullptr &&
-           (node.field->kind == integer32 || node.field->kind == integer16 || node.field->kind == float64 ||
-            node.field->kind == float32 || node.field->kind == pixels || node.field->kind == text16);
+    return node.field != nullptr && (inspect::isNumber(node.field->kind) || node.field->kind == fieldKind_t::text16);
 }
 
 // Whether a person who reads the one value has been told what the other says.
@@ -124,6 +126,45 @@ TEST(Check, FindsNoErrorInWhatTheLibraryWrites) {
 }
 
 // In proportion to the text: sixteen times as much may take no more than a hundred times as long.
+// No message has so many keys yet; the next one may.
+TEST(Check, AndAllElseTakeARecordOfMoreThan64Keys) {
+    constexpr int keys = 130;
+    recordSchema_t wide{.name = "wide_t", .structure = "Wide", .about = "Many keys."};
+    std::string body = "{";
+    for (int i = 0; i < keys; ++i) {
+        fieldSchema_t &field = wide.fields.emplace_back();
+        field.key = *new std::string("KEY" + std::to_string(i)); // as long as the schema
+        field.position = i;
+        field.kind = fieldKind_t::integer32;
+        body += joined({field.key, "=", std::to_string(i), ";"});
+    }
+    auto &row = const_cast<messageSchema_t &>(*schema().find(4112)); // an element of a list, which is no constant
+    const recordSchema_t *const own = std::exchange(row.record, &wide);
+    const std::string text = sealed(4112, 7, 41, body + "}");
+    const tree_t tree(text);
+    EXPECT_TRUE(check(tree).empty());
+    std::string json;
+    appendJson(json, tree);
+    EXPECT_EQ(readJson(json).text, text);
+    for (const fieldSchema_t &field : wide.fields) {
+        const std::string pair = joined({field.key, "=", std::to_string(field.position), ";"});
+        const std::size_t at = body.find(pair);
+        EXPECT_EQ(valueAt(tree, field.key), std::to_string(field.position));
+        const auto withPair = [&](std::string_view other) {
+            return sealed(4112, 7, 41, std::string(body).replace(at, pair.size(), other) + "}");
+        };
+        EXPECT_EQ(changed(tree, field.key, "7777").text, withPair(joined({field.key, "=7777;"})));
+        for (const auto &[other, code] : {std::pair(std::string(), findingCode_t::missingKey),
+                                          std::pair(pair + pair, findingCode_t::duplicateKey)}) {
+            const std::string damaged = withPair(other);
+            const std::vector<finding_t> findings = check(tree_t(damaged));
+            ASSERT_EQ(findings.size(), 1U) << damaged;
+            EXPECT_EQ(findings[0].code, code);
+        }
+    }
+    row.record = own;
+}
+
 TEST(Check, TakesLinearTime) {
     const auto hostile = [](std::size_t size, std::string_view piece, std::string_view front) {
         std::string body(front);

@@ -40,13 +40,14 @@ void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSpli
     list.add(until, {"--until", "Only messages of log lines of this time and earlier", "TIME"});
     declareTime(list);
     list.add(head, {"-n,--head", "Only the first N messages", "N"});
-    list.add(longest,
-             {.names = "--longest",
-              .about = "Pass over messages of more than N characters and say so; 99999 when it is not said, the most "
-                       "that hosts read",
-              .type = "N",
-              .least = 1,
-              .most = inspect::logScanner_t::memoryBound});
+    static const std::string aboutLongest =
+        inspect::joined({"Pass over messages of more than N characters and say so; ",
+                         std::to_string(longestReadableMessage), " when it is not said, the most that hosts read"});
+    list.add(longest, {.names = "--longest",
+                       .about = aboutLongest.c_str(),
+                       .type = "N",
+                       .least = 1,
+                       .most = inspect::logScanner_t::memoryBound});
     if (isStream)
         declareFollowing(list);
     if (canSplit)

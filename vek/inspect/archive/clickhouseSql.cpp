@@ -1,3 +1,4 @@
+// Statements are put together from the lists of columns; a row that is loaded twice is one for ReplacingMergeTree.
 #include "vek/inspect/archive/sql.hpp"
 
 #include "vek/inspect/archive/front.hpp"
@@ -7,26 +8,6 @@
 namespace vek::inspect {
 
 namespace {
-
-std::string_view typeName(columnType_t type) {
-    switch (type) {
-    case columnType_t::integer64:
-        return "UInt64";
-    case columnType_t::integer32:
-        return "Int32";
-    case columnType_t::integer16:
-        return "Int16";
-    case columnType_t::real64:
-        return "Float64";
-    case columnType_t::real32:
-        return "Float32";
-    case columnType_t::boolean:
-        return "UInt8";
-    case columnType_t::text:
-        return "String";
-    }
-    return {};
-}
 
 std::string listed(const std::vector<std::string> &words, std::string_view between) {
     std::string out;
@@ -46,7 +27,7 @@ std::string created(std::string_view name, const std::vector<sqlColumn_t> &colum
 } // namespace
 
 std::string clickhouseType(const column_t &column) {
-    const std::string_view type = typeName(column.type);
+    const std::string_view type = wordsOf(column.type).clickhouse;
     if (column.isList)
         return joined({"Array(", type, ")"});
     return column.isAlwaysThere ? std::string(type) : joined({"Nullable(", type, ")"});

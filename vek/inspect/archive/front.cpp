@@ -1,3 +1,4 @@
+// The one list of columns that stand in front of every row, with their values.
 #include "vek/inspect/archive/front.hpp"
 
 #include "vek/inspect/archive/sql.hpp"

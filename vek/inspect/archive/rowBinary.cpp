@@ -1,3 +1,4 @@
+// Bytes in the order that the columns' types ask for, without names: a column too many or too few garbles all rows.
 #include "vek/inspect/archive/rowBinary.hpp"
 
 #include "vek/inspect/archive/front.hpp"

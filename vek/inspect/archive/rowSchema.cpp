@@ -1,3 +1,4 @@
+// The schemas follow from the same lists of columns as the rows.
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
@@ -108,7 +109,7 @@ std::vector<schemaDefinition_t> rowDefinitions() {
     schemaDefinition_t row{"row", {}};
     jsonAppender_t any(row.json);
     any.open('{');
-    any.member("description", "A line of vekmsg json --rows; those of --table are without the table's name");
+    any.member("description", "A row of any table; where rows of one table alone are given, they are without its name");
     any.name("anyOf");
     any.open('[');
     for (const table_t &table : archiveTables().all()) {

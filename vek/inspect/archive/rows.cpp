@@ -1,3 +1,4 @@
+// Goes over a message's tree once for each table; the memory of cells and texts serves for message after message.
 #include "vek/inspect/archive/rows.hpp"
 
 #include "vek/inspect/check/bodyBuilder.hpp"
@@ -173,19 +174,11 @@ cell_t rowMaker_t::listOf(const node_t &node) {
     return {cell_t::kind_t::list, static_cast<std::int64_t>(first), 0.0, {}, listCells_.size() - first};
 }
 
-cell_t rowMaker_t::defaultOf(const fieldSchema_t &field) const {
-    switch (field.kind) {
-    case fieldKind_t::integer32:
-    case fieldKind_t::integer16:
-    case fieldKind_t::boolean:
-        return cell_t::ofInteger(0);
-    case fieldKind_t::float64:
-    case fieldKind_t::float32:
-    case fieldKind_t::pixels:
-        return cell_t::ofReal(0.0);
-    default:
-        return cell_t::ofText({});
-    }
+// What a host reads of an element that nothing was assigned to.
+cell_t rowMaker_t::defaultOf(const fieldSchema_t &field) {
+    return isReal(field.kind)                                            ? cell_t::ofReal(0.0)
+           : isInteger(field.kind) || field.kind == fieldKind_t::boolean ? cell_t::ofInteger(0)
+                                                                         : cell_t::ofText({});
 }
 
 cell_t rowMaker_t::valueOf(const node_t &node) {

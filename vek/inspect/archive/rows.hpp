@@ -83,7 +83,7 @@ private:
     void emit(const table_t &table, std::span<const cell_t> cells);
     cell_t listOf(const node_t &node);
     cell_t valueOf(const node_t &node);
-    cell_t defaultOf(const fieldSchema_t &field) const;
+    static cell_t defaultOf(const fieldSchema_t &field);
     cell_t kept(std::string text);
 
     const tree_t *tree_ = nullptr;

@@ -1,3 +1,4 @@
+// The one list of columns that a log has in an archive, with what is read from it and written to it.
 #include "vek/inspect/archive/sources.hpp"
 
 #include <cstdlib>
@@ -49,11 +50,11 @@ constexpr sourceColumn_t columnsOfSources[] = {
     {"last_message_hash", "INTEGER NOT NULL", "Int64", "and its hash (64-bit FNV-1a)",
      [](const log_t &log) { return ofNumber(log.last.hash); },
      [](log_t &log, text_t value) { log.last.hash = numberIn(value); }},
-    {"device", "TEXT NOT NULL DEFAULT ''", "String", "the device, when `--device` or `--pattern` told it",
+    {"device", "TEXT NOT NULL DEFAULT ''", "String", "the device, when it was told",
      [](const log_t &log) { return cell_t::ofText(log.device); }, [](log_t &log, text_t value) { log.device = value; }},
-    {"site", "TEXT NOT NULL DEFAULT ''", "String", "where it stands, when `--site` or `--pattern` told it",
+    {"site", "TEXT NOT NULL DEFAULT ''", "String", "where it stands, when it was told",
      [](const log_t &log) { return cell_t::ofText(log.site); }, [](log_t &log, text_t value) { log.site = value; }},
-    {"host", "TEXT NOT NULL DEFAULT ''", "String", "the machine that wrote it, when `--host` or `--pattern` told it",
+    {"host", "TEXT NOT NULL DEFAULT ''", "String", "the machine that wrote it, when it was told",
      [](const log_t &log) { return cell_t::ofText(log.host); }, [](log_t &log, text_t value) { log.host = value; }},
     {"loaded_at", "TEXT NOT NULL DEFAULT ''", "String", "when something of it was last loaded, at UTC",
      [](const log_t &log) { return cell_t::ofText(log.loadedAt); },

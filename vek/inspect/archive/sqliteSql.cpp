@@ -1,3 +1,4 @@
+// Statements are put together from the lists of columns. SQLite has no arrays: a column of lists becomes a table.
 #include "vek/inspect/archive/sql.hpp"
 
 #include "vek/inspect/archive/front.hpp"
@@ -54,15 +55,7 @@ std::string sqliteInsert(const sqliteTable_t &table) {
 }
 
 std::string sqliteType(const column_t &column) {
-    switch (column.type) {
-    case columnType_t::real64:
-    case columnType_t::real32:
-        return "REAL";
-    case columnType_t::text:
-        return "TEXT";
-    default:
-        return "INTEGER";
-    }
+    return std::string(wordsOf(column.type).sqlite);
 }
 
 std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table) {

@@ -1,3 +1,4 @@
+// A table for each record, by walking over its keys: nested ones become columns, lists of records tables.
 #include "vek/inspect/archive/tables.hpp"
 
 #include "vek/inspect/words/words.hpp"

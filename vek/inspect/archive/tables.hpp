@@ -21,6 +21,17 @@ namespace vek::inspect {
 
 enum class columnType_t : std::uint8_t { integer64, integer32, integer16, real64, real32, boolean, text };
 
+/// A type in the words of both databases.
+struct columnWords_t {
+    std::string_view clickhouse, sqlite;
+};
+constexpr columnWords_t wordsOf(columnType_t type) {
+    constexpr columnWords_t words[] = {{"UInt64", "INTEGER"}, {"Int32", "INTEGER"}, {"Int16", "INTEGER"},
+                                       {"Float64", "REAL"},   {"Float32", "REAL"},  {"UInt8", "INTEGER"},
+                                       {"String", "TEXT"}};
+    return words[static_cast<std::size_t>(type)];
+}
+
 struct column_t {
     std::string name;
     columnType_t type = columnType_t::text;

@@ -1,3 +1,5 @@
+// A change replaces one stretch of the text and the length. Then the result is read again and compared with what was to
+// come out: a change that did anything else is thrown away.
 #include "vek/inspect/change/change.hpp"
 
 #include "vek/inspect/change/diff.hpp"

@@ -1,3 +1,4 @@
+// The envelope is made anew from what is certain of the old one; what would be a guess is refused with a question.
 #include "vek/inspect/change/seal.hpp"
 
 #include "vek/inspect/check/judge.hpp"

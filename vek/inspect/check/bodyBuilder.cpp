@@ -1,3 +1,5 @@
+// What a form says is put together in the order of the record, and then read again as a host would: only what comes
+// back as it was said is handed out.
 #include "vek/inspect/check/bodyBuilder.hpp"
 
 #include "vek/inspect/check/judge.hpp"

@@ -1,3 +1,4 @@
+// How findings are counted, told and put in order; what is looked for stands in the files beside.
 #include "vek/inspect/check/check.hpp"
 
 #include "vek/inspect/check/private/checker.hpp"

@@ -1,3 +1,4 @@
+// Of a record as a whole: keys that are missing or out of order, and lists beside the keys that count them.
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/text/numberText.hpp"
 #include "vek/text/valueRange.hpp"

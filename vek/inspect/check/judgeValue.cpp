@@ -1,3 +1,5 @@
+// A value is right when the library, having read it, would write the same again. Else it is told apart by what a person
+// may have meant: no number, too large, an unusual spelling.
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/nearest.hpp"
@@ -43,7 +45,8 @@ std::string withoutOddCharacters(std::string_view word) {
 }
 
 valueFinding_t found(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
-    return {code, findingKind(code).severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
+    return {
+        code, findingKind(code).severity, {std::move(message), std::move(consequence), std::move(suggestion)}, true};
 }
 
 // A finding that is no error here.
@@ -250,27 +253,13 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
 }
 
 std::string valueOfAbsent(const fieldSchema_t &field) {
-    if (field.isList())
-        return "an empty list";
-    switch (field.kind) {
-    case fieldKind_t::record:
-        return "zeros and empty texts";
-    case fieldKind_t::integer32:
-    case fieldKind_t::integer16:
-        return "0";
-    case fieldKind_t::float64:
-    case fieldKind_t::float32:
-    case fieldKind_t::pixels:
-        return "0.000000";
-    case fieldKind_t::boolean:
-        return "FALSE";
-    case fieldKind_t::enumeration:
-        return field.words().names.front();
-    case fieldKind_t::text:
-    case fieldKind_t::text16:
-        break;
-    }
-    return "an empty text";
+    return field.isList()                           ? "an empty list"
+           : field.kind == fieldKind_t::record      ? "zeros and empty texts"
+           : isInteger(field.kind)                  ? "0"
+           : isReal(field.kind)                     ? "0.000000"
+           : field.kind == fieldKind_t::boolean     ? "FALSE"
+           : field.kind == fieldKind_t::enumeration ? field.words().names.front()
+                                                    : "an empty text";
 }
 
 namespace {

@@ -1,8 +1,11 @@
+// Values are compared as a person reads them; as numbers when both sides are numbers.
 #include "vek/inspect/filter/expression.hpp"
 
 #include "vek/inspect/filter/private/regex.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/text/numberText.hpp"
+
+#include <utility>
 
 namespace vek::inspect {
 
@@ -101,12 +104,17 @@ std::optional<double> asNumber(std::string_view text) {
 }
 
 std::shared_ptr<const expression_t::regex_t> expression_t::regex_t::of(const std::string &text) {
-    auto flags = std::regex::ECMAScript | std::regex::optimize;
-#ifdef __GLIBCXX__ // which else goes down a level for each character, and may run out of stack or of time
-    flags |= std::regex_constants::__polynomial;
-#endif
+    constexpr auto flags = std::regex::ECMAScript | std::regex::optimize;
     try {
-        return std::make_shared<const regex_t>(regex_t{std::regex(text, flags)});
+        std::regex compiled(text, flags);
+#ifdef __GLIBCXX__
+        // Else it goes down a level for each character, and may run out of stack or of time. Looked for from each
+        // character on it still takes the square of a value's length: so it begins with anything, and is tried once.
+        compiled.assign("[\\s\\S]*(?:" + text + ")", flags | std::regex_constants::__polynomial);
+        return std::make_shared<const regex_t>(regex_t{std::move(compiled), std::regex_constants::match_continuous});
+#else
+        return std::make_shared<const regex_t>(regex_t{std::move(compiled), std::regex_constants::match_default});
+#endif
     } catch (const std::regex_error &) {
         return nullptr;
     }

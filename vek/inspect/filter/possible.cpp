@@ -1,3 +1,4 @@
+// A comparison that no message can pass is a mistake of who wrote it: telling it beats finding nothing in silence.
 #include "vek/inspect/filter/private/possible.hpp"
 
 #include "vek/inspect/check/judge.hpp"

@@ -1,3 +1,5 @@
+// Reads an expression by recursive descent: disjunction, conjunction, negation, condition. Then each condition is held
+// to the schema.
 #include "vek/inspect/filter/private/possible.hpp"
 #include "vek/inspect/filter/private/regex.hpp"
 #include "vek/inspect/message/valueAt.hpp"
@@ -33,7 +35,7 @@ constexpr std::string_view operatorCharacters = "=<>~";
 
 } // namespace
 
-// By recursive descent. Once something is wrong, nothing more is read.
+// Once something is wrong, nothing more is read.
 class expressionReader_t {
 public:
     explicit expressionReader_t(std::string_view text) : text_(text) {}

@@ -137,18 +137,12 @@ private:
     }
 
     void writeScalar(const fieldSchema_t &field, std::string_view text) {
-        switch (field.kind) {
-        case fieldKind_t::integer32:
-        case fieldKind_t::integer16:
-        case fieldKind_t::float64:
-        case fieldKind_t::float32:
-        case fieldKind_t::pixels:
-            return json_.ready(text);
-        case fieldKind_t::boolean:
-            return json_.value(text == "TRUE");
-        default:
-            return json_.value(text);
-        }
+        if (isNumber(field.kind))
+            json_.ready(text);
+        else if (field.kind == fieldKind_t::boolean)
+            json_.value(text == "TRUE");
+        else
+            json_.value(text);
     }
 
     jsonAppender_t json_;

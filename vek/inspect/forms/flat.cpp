@@ -1,3 +1,4 @@
+// A line a value. It is read by the reader of the readable form, of which it is the simplest kind.
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"

@@ -1,3 +1,4 @@
+// The first line tells the form; the rest is looked over for messages that stand outside of it, as in a log.
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"

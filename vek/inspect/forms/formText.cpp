@@ -1,3 +1,4 @@
+// A form that nobody changed gives back the very text that it holds: it is written again and compared to know that.
 #include "vek/inspect/forms/private/formText.hpp"
 
 #include "vek/inspect/words/words.hpp"

@@ -1,3 +1,4 @@
+// Values are typed only where the same text comes back from the typed value; anything else is a string.
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/message/scalars.hpp"
@@ -15,7 +16,7 @@ namespace {
 constexpr std::string_view useNames[] = {"assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"};
 
 // The digits of an integer of 32 bits as it is written.
-bool isInteger(std::string_view value) {
+bool isIntegerText(std::string_view value) {
     const bool isNegative = value.starts_with('-');
     const std::string_view digits = value.substr(isNegative ? 1 : 0);
     const std::string_view largest = isNegative ? "2147483648" : "2147483647";
@@ -25,11 +26,11 @@ bool isInteger(std::string_view value) {
 }
 
 // Digits, point, digits, as JSON has them too; never so many that a reader would take them for infinite.
-bool isReal(std::string_view value) {
+bool isRealText(std::string_view value) {
     const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
     const std::size_t point = digits.find('.');
     if (point == std::string_view::npos)
-        return isInteger(value);
+        return isIntegerText(value);
     const std::string_view whole = digits.substr(0, point), decimals = digits.substr(point + 1);
     return !whole.empty() && whole.size() <= 300 && !decimals.empty() &&
            std::all_of(whole.begin(), whole.end(), isDigit) && std::all_of(decimals.begin(), decimals.end(), isDigit) &&
@@ -108,25 +109,16 @@ private:
 
     void writeScalar(const node_t &node) {
         const std::string_view value = tree_.value(node);
-        switch (node.valueKind()) {
-        case fieldKind_t::integer32:
-        case fieldKind_t::integer16:
-        case fieldKind_t::text16:
-            return isInteger(value) ? json_.ready(value) : json_.value(value);
-        case fieldKind_t::float64:
-        case fieldKind_t::float32:
-        case fieldKind_t::pixels:
-            return isReal(value) ? json_.ready(value) : json_.value(value);
-        case fieldKind_t::boolean:
-            if (value == "TRUE" || value == "FALSE")
-                return json_.value(value == "TRUE");
-            return json_.value(value);
-        case fieldKind_t::text:
-            return std::any_of(value.begin(), value.end(), isEscapeCode) ? json_.value(unescapedText(value))
-                                                                         : json_.value(value);
-        default:
-            json_.value(value);
-        }
+        const fieldKind_t kind = node.valueKind();
+        const bool isAsItStands = isReal(kind)                                     ? isRealText(value)
+                                  : isInteger(kind) || kind == fieldKind_t::text16 ? isIntegerText(value)
+                                                                                   : false;
+        if (isAsItStands)
+            json_.ready(value);
+        else if (kind == fieldKind_t::boolean && (value == "TRUE" || value == "FALSE"))
+            json_.value(value == "TRUE");
+        else
+            json_.value(scalarText(tree_, node));
     }
 
     void writeNode(const node_t &node) {

@@ -170,7 +170,7 @@ constexpr std::string_view fixedDefinitions = R"(
   "additionalProperties": false
 },
 "catalogue": {
-  "description": "What vekmsg list --json and vekInspectCatalogue give",
+  "description": "All messages, enumerations and records",
   "type": "object",
   "properties": {
     "version": {"$ref": "#/definitions/version"},
@@ -256,14 +256,15 @@ private:
                             findingRequired, R"(],
   "additionalProperties": false})"}));
         json_.name("checkFinding");
-        json_.ready(joined({R"({"description": "A line of vekmsg check --json: line and column are the finding's",
+        json_.ready(joined(
+            {R"({"description": "A finding of a file of messages, in an object of its own: line and column are where it is",
   "type": "object",
   "properties": {)",
-                            placeMembers, R"(, "column": {"type": "integer", "minimum": 1}, "id": {"type": "integer"},
+             placeMembers, R"(, "column": {"type": "integer", "minimum": 1}, "id": {"type": "integer"},
     )",
-                            findingMembers, R"(},
+             findingMembers, R"(},
   "required": ["file", "line", "column", "offset", )",
-                            findingRequired, R"(],
+             findingRequired, R"(],
   "additionalProperties": false})"}));
     }
 
@@ -340,7 +341,7 @@ private:
 
     void writeMessages() {
         json_.object("message", [&] {
-            json_.member("description", "A message as vekmsg json, last --json and vekInspectToJson give it");
+            json_.member("description", "A message, as it is given out");
             json_.member("type", "object");
             json_.object("properties", [&] {
                 json_.ready(placeMembers);
@@ -362,8 +363,9 @@ private:
             });
         });
         json_.object("givenMessage", [&] {
-            json_.member("description", "A message for vekInspectFromJson and vekmsg seal: what is to be written. Each "
-                                        "message that they are given may also be one of \"message\"");
+            json_.member("description",
+                         "A message, as it is taken in: what is to be written. One of \"message\" is taken "
+                         "too");
             json_.member("type", "object");
             json_.object("properties", [&] {
                 writeGiven();

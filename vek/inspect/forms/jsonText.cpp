@@ -1,3 +1,4 @@
+// JSON strings hold characters, a message any bytes: bytes that are none go as characters that nobody uses.
 #include "vek/inspect/forms/private/jsonText.hpp"
 
 #include "vek/inspect/forms/forms.hpp"

@@ -1,3 +1,4 @@
+// Hears from the parser of one value after the other, and goes through the text beside it to know their places.
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/check/judge.hpp"

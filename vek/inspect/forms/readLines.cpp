@@ -1,3 +1,5 @@
+// Reads line by line what stands in front of the "=", a path, and what behind. Groups open and close by the paths, in
+// the readable form also by indentation. Once something is wrong, nothing more is read.
 #include "vek/inspect/forms/lineForm.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/trimming.hpp"

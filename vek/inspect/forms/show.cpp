@@ -1,3 +1,4 @@
+// Puts out the lines of a message, with findings and changes as comments behind those that they belong to.
 #include "vek/inspect/forms/forms.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"

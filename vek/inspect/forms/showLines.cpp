@@ -1,3 +1,4 @@
+// Lines are made before they are written, since those of two messages may be compared, and names be aligned.
 #include "vek/inspect/forms/private/showLines.hpp"
 
 #include "vek/inspect/forms/lineForm.hpp"

@@ -1,3 +1,5 @@
+// Goes over the JSON of a log's line by hand: a line may hold anything, and nothing of it but strings, numbers under a
+// name of a time, and lists of bytes is of interest.
 #include "vek/inspect/log/private/jsonEntry.hpp"
 
 #include "vek/inspect/log/logTime.hpp"

@@ -5,7 +5,6 @@
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 
 namespace vek::inspect {
@@ -14,10 +13,6 @@ namespace {
 
 constexpr std::int64_t second = 1'000'000;
 constexpr std::int64_t day = 86'400 * second;
-
-constexpr bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 // Reads a text from its start on, piece by piece. Once a piece is not there, nothing more is read.
 class pieces_t {
@@ -134,38 +129,27 @@ std::optional<logTime_t> made(pieces_t &pieces, std::optional<std::int64_t> date
     return time;
 }
 
-std::optional<logTime_t> iso(pieces_t &pieces) {
-    const int year = pieces.number(4);
-    const char separator = pieces.oneOf("-/");
-    const int month = pieces.number(2);
-    pieces.oneOf({&separator, 1});
-    const int dayOfMonth = pieces.number(2);
-    pieces.oneOf("T _");
-    const std::int64_t timeOfDay = clock(pieces, false);
-    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
-}
-
-std::optional<logTime_t> dotted(pieces_t &pieces) {
-    const int dayOfMonth = pieces.number(2);
-    pieces.oneOf(".");
-    const int month = pieces.number(2);
-    pieces.oneOf(".");
-    const int year = pieces.number(4);
-    pieces.optionally(",");
-    pieces.oneOf(" T");
-    const std::int64_t timeOfDay = clock(pieces, false);
-    return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
-}
-
-std::optional<logTime_t> webServer(pieces_t &pieces) {
-    const int dayOfMonth = pieces.number(2);
-    pieces.oneOf("/");
-    const int month = pieces.isGood() ? pieces.month() : 0;
-    pieces.oneOf("/");
-    const int year = pieces.number(4);
-    pieces.oneOf(":");
-    const std::int64_t timeOfDay = clock(pieces, true);
-    pieces.optionally(" ");
+// Date and time in the order of a pattern: Y year, M month, N its name, D day, T hh:mm[:ss], S hh:mm:ss; "," and a
+// blank at the end may be missing, "_" is a blank, "T" or "_", anything else stands there as it is.
+std::optional<logTime_t> dated(pieces_t &pieces, std::string_view pattern) {
+    int year = 0, month = 0, dayOfMonth = 0;
+    std::int64_t timeOfDay = 0;
+    for (const char c : pattern) {
+        if (c == 'Y')
+            year = pieces.number(4);
+        else if (c == 'M')
+            month = pieces.number(2);
+        else if (c == 'N')
+            month = pieces.isGood() ? pieces.month() : 0;
+        else if (c == 'D')
+            dayOfMonth = pieces.number(2);
+        else if (c == 'T' || c == 'S')
+            timeOfDay = clock(pieces, c == 'S');
+        else if (c == ',' || c == ' ')
+            pieces.optionally({&c, 1});
+        else
+            pieces.oneOf(c == '_' ? std::string_view("T _") : std::string_view(&c, 1));
+    }
     return made(pieces, dayOf(year, month, dayOfMonth), timeOfDay);
 }
 
@@ -232,7 +216,8 @@ std::optional<logTime_t> timeAlone(pieces_t &pieces) {
     return logTime_t{timeOfDay, false, false};
 }
 
-constexpr std::array<reader_t, 6> readersByDigit{iso, compactIso, dotted, webServer, sinceEpoch, timeAlone};
+constexpr std::string_view patterns[] = {"Y-M-D_T", "Y/M/D_T", "D.M.Y,_T", "D/N/Y:S "};
+constexpr reader_t readers[] = {compactIso, sinceEpoch, timeAlone};
 
 std::int64_t timeOfDay(std::int64_t microseconds) {
     return ((microseconds % day) + day) % day;
@@ -291,15 +276,18 @@ std::uint32_t logTime_t::microsecond() const {
 }
 
 std::optional<logTime_t> readTime(std::string_view text, std::size_t &size) {
-    const auto attempt = [&](reader_t reader) {
+    const auto attempt = [&](auto reader, auto... pattern) {
         pieces_t pieces(text);
-        std::optional<logTime_t> time = reader(pieces);
+        std::optional<logTime_t> time = reader(pieces, pattern...);
         size = pieces.taken();
         return time;
     };
     if (text.empty() || !isDigit(text.front()))
         return attempt(systemLog);
-    for (const reader_t reader : readersByDigit)
+    for (const std::string_view pattern : patterns)
+        if (const std::optional<logTime_t> time = attempt(dated, pattern))
+            return time;
+    for (const reader_t reader : readers)
         if (const std::optional<logTime_t> time = attempt(reader))
             return time;
     return std::nullopt;

@@ -1,3 +1,4 @@
+// Each way of wrapping is undone block by block; what may go on in the next block is kept until it is there.
 #include "vek/inspect/log/unwrapping.hpp"
 
 #include "vek/inspect/log/logScanner.hpp"

@@ -1,3 +1,5 @@
+// Two readings side by side: what a host reads, which counts from the ends and believes the length, and what a person
+// sees, who looks for braces and markers. Where they differ, the message is damaged.
 #include "vek/inspect/message/envelopeParts.hpp"
 
 #include "vek/text/characters.hpp"

@@ -1,3 +1,4 @@
+// Paths of nodes, both ways, and 16-bit texts: these are lists of codes in a body, and a text only for people.
 #include "vek/inspect/message/tree.hpp"
 
 #include "vek/inspect/message/private/treeBuilder.hpp"

@@ -1,3 +1,4 @@
+// Everything here goes through the library's own writer, so that it can't be written in any other way.
 #include "vek/inspect/message/written.hpp"
 
 #include "vek/api/private/envelopeWriter.hpp"

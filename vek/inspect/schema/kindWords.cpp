@@ -1,46 +1,30 @@
+// The kinds of keys in words for people: one table for each sort of words.
 #include "vek/inspect/schema/schema.hpp"
 #include "vek/inspect/words/words.hpp"
 
+#include <iterator>
+
 namespace vek::inspect {
 
+namespace {
+
+// In order of fieldKind_t and of listKind_t.
+constexpr std::string_view kindNames[] = {
+    "nested record", "long integer", "short integer", "double", "float",
+    "pixels",        "boolean",      "enumeration",   "string", "16-bit character string"};
+constexpr std::string_view listNames[] = {"list", "container", "array", "range"};
+
+static_assert(std::size(kindNames) == static_cast<std::size_t>(fieldKind_t::text16) + 1);
+static_assert(std::size(listNames) == static_cast<std::size_t>(listKind_t::range) + 1);
+
+} // namespace
+
 std::string_view listName(listKind_t list) {
-    switch (list) {
-    case listKind_t::growable:
-        return "list";
-    case listKind_t::container:
-        return "container";
-    case listKind_t::array:
-        return "array";
-    case listKind_t::range:
-        break;
-    }
-    return "range";
+    return listNames[static_cast<std::size_t>(list)];
 }
 
 std::string_view kindName(fieldKind_t kind) {
-    switch (kind) {
-    case fieldKind_t::record:
-        return "nested record";
-    case fieldKind_t::integer32:
-        return "long integer";
-    case fieldKind_t::integer16:
-        return "short integer";
-    case fieldKind_t::float64:
-        return "double";
-    case fieldKind_t::pixels:
-        return "pixels";
-    case fieldKind_t::float32:
-        return "float";
-    case fieldKind_t::boolean:
-        return "boolean";
-    case fieldKind_t::enumeration:
-        return "enumeration";
-    case fieldKind_t::text:
-        return "string";
-    case fieldKind_t::text16:
-        break;
-    }
-    return "16-bit character string";
+    return kindNames[static_cast<std::size_t>(kind)];
 }
 
 std::string kindInWords(const fieldSchema_t &field) {

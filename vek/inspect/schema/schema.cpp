@@ -1,3 +1,4 @@
+// Looking things up in the schema: it is small, so that plain walks over it are fast enough for people.
 #include "vek/inspect/schema/schema.hpp"
 
 #include "vek/inspect/schema/private/schemaBuilder.hpp"

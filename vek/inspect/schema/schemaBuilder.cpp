@@ -1,3 +1,5 @@
+// Each record class shows itself, printed from a structure with its declared defaults: so the schema says of keys,
+// members and defaults just what the conversions do, and nothing is said twice.
 #include "vek/inspect/schema/private/schemaBuilder.hpp"
 
 #include "vek/api/private/catalogue.hpp"

@@ -1,3 +1,4 @@
+// Goes over UTF-8 character by character; each byte that is none stands for itself.
 #include "vek/inspect/words/quoting.hpp"
 
 #include "vek/inspect/words/words.hpp"
@@ -11,6 +12,9 @@ namespace vek::inspect {
 namespace {
 
 constexpr std::string_view hexDigits = "0123456789abcdef";
+
+// What is written as a backslash and a letter, and these letters.
+constexpr std::string_view escapedBytes = "\"\\\n\r\t", escapeLetters = "\"\\nrt";
 
 bool isContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
@@ -111,14 +115,13 @@ void appendUtf8(std::string &out, std::uint32_t character) {
 }
 
 void appendQuoted(std::string &out, std::string_view bytes) {
-    constexpr std::string_view escaped = "\"\\\n\r\t", letters = "\"\\nrt";
     out += '"';
     while (!bytes.empty()) {
         const std::size_t size = std::max<std::size_t>(utf8Size(bytes), 1);
         const std::string_view character = bytes.substr(0, size);
-        if (const std::size_t known = escaped.find(bytes[0]); known != std::string_view::npos) {
+        if (const std::size_t known = escapedBytes.find(bytes[0]); known != std::string_view::npos) {
             out += '\\';
-            out += letters[known];
+            out += escapeLetters[known];
         } else if (utf8Size(bytes) != 0 && isPrintableCharacter(character)) {
             out += character;
         } else {
@@ -141,28 +144,12 @@ bool readQuoted(std::string_view text, std::size_t &at, std::string &bytes) {
         }
         if (++at == text.size())
             return false;
-        char byte = 0;
-        switch (text[at]) {
-        case 'n':
-            bytes += '\n';
-            break;
-        case 'r':
-            bytes += '\r';
-            break;
-        case 't':
-            bytes += '\t';
-            break;
-        case 'x':
-            if (!readHex(text, at + 1, byte))
-                return false;
+        if (const std::size_t known = escapeLetters.find(text[at]); known != std::string_view::npos) {
+            bytes += escapedBytes[known];
+        } else if (char byte = 0; text[at] == 'x' && readHex(text, at + 1, byte)) {
             bytes += byte;
             at += 2;
-            break;
-        case '"':
-        case '\\':
-            bytes += text[at];
-            break;
-        default:
+        } else {
             return false;
         }
     }
