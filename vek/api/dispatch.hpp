@@ -155,3 +155,5 @@ template <class Other>
 void dispatch(const textToRead_t &, Other &&) = delete; // it takes no message: [](const vek::FocusValue &focus) { ... }
 
 } // namespace vek
+
+#include "vek/api/line.hpp"

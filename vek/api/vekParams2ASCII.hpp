@@ -357,4 +357,3 @@ bool setText(char (&array)[Room], std::string_view text) {
 } // namespace vek
 
 #include "vek/api/dispatch.hpp"
-#include "vek/api/line.hpp"
