@@ -65,8 +65,7 @@ TEST(Framer, LosesNoMessageHoweverTheBytesAreCut) {
             stream += text + std::vector<std::string>{"", "\n", "\r\n", std::string(1, '\0')}[below(4)];
         }
         const std::string told = inOneGo(stream);
-        if (!isDamaged)
-            EXPECT_EQ(told, whole);
+        EXPECT_TRUE(isDamaged || told == whole) << told;
         EXPECT_EQ(framed(stream, [] { return 1; }), told) << stream;
         EXPECT_EQ(framed(stream, [&below] { return 1 + below(200); }), told) << stream;
     }
