@@ -80,6 +80,34 @@ bool isWithin(std::string_view path, std::string_view group) {
            (path.size() == group.size() || path[group.size()] == '.' || path[group.size()] == '[' || group.empty());
 }
 
+// The first step of a path that a message has not, with all on the way to it.
+std::string_view newTop(const tree_t &tree, std::string_view path) {
+    std::size_t end = 0;
+    do
+        end = std::min(path.find_first_of(".[", end + 1), path.size());
+    while (end < path.size() && tree.find(path.substr(0, end)) != nullptr);
+    return path.substr(0, end);
+}
+
+// Whether a value follows from a changed one: a count from its list and the other way round, a range from its parts.
+bool isBound(const tree_t &tree, const node_t *changed, std::string_view path) {
+    for (const node_t *node = changed; node != nullptr && node->parent != node_t::none;
+         node = &tree.nodes()[node->parent]) {
+        const recordSchema_t *record = tree.recordOf(tree.nodes()[node->parent]);
+        const fieldSchema_t *field = node->field;
+        if (record == nullptr || field == nullptr)
+            continue;
+        std::string group = tree.path(tree.nodes()[node->parent]);
+        group += group.empty() ? "" : ".";
+        for (const fieldSchema_t &other : record->fields)
+            if ((field->counter() == &other || other.counter() == field || other.rangeType() == field ||
+                 field->rangeType() == &other || (field == &other && field->isList(listKind_t::range))) &&
+                isWithin(path, group + std::string(other.key)))
+                return true;
+    }
+    return false;
+}
+
 // A continuous range is written by its two ends, whatever stands between them.
 bool isInRange(const tree_t &tree, const node_t &node) {
     for (const node_t *at = &node; at->parent != node_t::none; at = &tree.nodes()[at->parent])
@@ -220,6 +248,22 @@ constexpr std::string_view hostile[] = {
     "1e400",     "nan",       "TRUE",       "true",       "1",           "0",     "99999999999999999999",
     "0.1234567", " 1",        "1 ",         "none"};
 
+// Whether the differences, one by one, make another message of a text: first what is gone, of a list the last elements
+// first, and elements of which nothing is left in a further round.
+bool lead(std::string way, const tree_t &to) {
+    std::vector<difference_t> all = differences(tree_t(way), to);
+    for (std::size_t rounds = 0; rounds < 8 && !all.empty(); ++rounds) {
+        for (auto one = all.rbegin(); one != all.rend(); ++one)
+            if (const change_t step = removed(tree_t(way), one->path, true); !one->hasRight && step.isDone())
+                way = step.text;
+        for (const difference_t &one : all)
+            if (const change_t step = changed(tree_t(way), one.path, one.right, true); one.hasRight && step.isDone())
+                way = step.text;
+        all = differences(tree_t(way), to);
+    }
+    return all.empty();
+}
+
 } // namespace
 
 std::string brokenOfText(std::string_view text) {
@@ -306,42 +350,16 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
     const bool isElement = old != nullptr && old->isElement && isRemoval;
     if (!isHeader && isRemoval && !isElement && node != nullptr && node->hasValue && node->use == pairUse_t::assigned)
         broken += "it is still there\n";
-    // The name of an image's place that is too long runs on into the separation behind it.
-    const bool runsOn = before.envelope().id.value == 4172 && errorCount(before) > 0;
-    if (!isHeader && read && readBefore && before.envelope().isWholeForHost() && !runsOn) {
+    if (!isHeader && read && readBefore && before.envelope().isWholeForHost()) {
         const tree_t one(*readBefore), other(*read);
-        // A list that gets another element, and the count of it, change; so do the later ones of one that loses one.
-        const std::string group(path.substr(0, path.find_first_of("[")));
-        for (const difference_t &difference : differences(one, other)) {
-            const node_t *at =
-                other.find(difference.path) != nullptr ? other.find(difference.path) : one.find(difference.path);
-            const tree_t &of = other.find(difference.path) != nullptr ? other : one;
-            const bool isOfIt = isWithin(difference.path, group) || isWithin(path, difference.path);
-            // As many elements are written as the count says, however many were read.
-            const node_t *const changed = node != nullptr ? node : old;
-            bool isCount = false;
-            for (const node_t *up = at; changed != nullptr && up->parent != node_t::none; up = &of.nodes()[up->parent])
-                isCount |= up->field != nullptr && changed->field != nullptr && up->field->counter() == changed->field;
-            for (const tree_t *side : {&one, &other})
-                for (const node_t &list : side->nodes())
-                    isCount |= list.field != nullptr && at->field != nullptr &&
-                               (list.field->counter() == at->field || list.field->rangeType() == at->field);
-            if (!isOfIt && !isCount && !isInRange(of, *at))
+        const std::string top(isElement ? before.path(before.nodes()[old->parent]) : newTop(one, path));
+        for (const difference_t &difference : differences(one, other))
+            if (!isWithin(difference.path, top) && !isWithin(path, difference.path) &&
+                !isBound(node != nullptr ? after : before, node != nullptr ? node : old, difference.path))
                 broken += difference.path + " became " + difference.right + " from " + difference.left + "\n";
-        }
     }
-    if (!isHeader && !isElement && errorCount(before) == 0) { // the differences, one by one, lead there
-        std::string way(text);
-        const std::vector<difference_t> all = differences(before, after);
-        for (auto one = all.rbegin(); one != all.rend(); ++one) // of a list the last elements go first
-            if (const change_t step = removed(tree_t(way), one->path, true); !one->hasRight && step.isDone())
-                way = step.text;
-        for (const difference_t &one : all)
-            if (const change_t step = changed(tree_t(way), one.path, one.right, true); one.hasRight && step.isDone())
-                way = step.text;
-        if (const std::vector<difference_t> rest = differences(tree_t(way), after); !rest.empty())
-            broken += "its differences don't lead there: " + rest.front().path + "\n";
-    }
+    if (!isHeader && !isElement && errorCount(before) == 0 && !lead(std::string(text), after))
+        broken += "its differences don't lead there\n";
     return broken.empty() ? "" : broken + "changed is " + change.text;
 }
 

@@ -7,6 +7,7 @@
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/message/valueAt.hpp"
+#include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
@@ -209,11 +210,13 @@ change_t replaced(const tree_t &tree, const node_t &node, std::string_view path,
     return withReplacement(tree, {place, std::move(pair.text)});
 }
 
-// With the groups around it that have nothing else.
-change_t withoutNode(const tree_t &tree, const node_t *node) {
-    while (node->parent != node_t::none && tree.nodes()[node->parent].childCount == 1)
-        node = &tree.nodes()[node->parent];
-    return withReplacement(tree, {node->whole, {}});
+// What goes with a pair: the groups around it that have nothing else. An element stays, since its list counts it.
+const node_t &goneWith(const tree_t &tree, const node_t &node) {
+    const node_t *gone = &node;
+    while (gone->parent != node_t::none && tree.nodes()[gone->parent].childCount == 1 &&
+           tree.nodes()[gone->parent].index < 0)
+        gone = &tree.nodes()[gone->parent];
+    return *gone;
 }
 
 std::uint32_t elementsOf(const tree_t &tree, std::string_view path) {
@@ -233,7 +236,8 @@ countedList_t countedListOn(const tree_t &before, const tree_t &after, std::stri
         const std::string_view list = path.substr(0, end);
         const node_t *node = before.find(list);
         node = node != nullptr ? node : after.find(list);
-        if (node == nullptr || node->field == nullptr || node->isElement || node->field->counter() == nullptr)
+        if (node == nullptr || node->use != pairUse_t::assigned || node->field == nullptr || node->isElement ||
+            node->field->counter() == nullptr)
             continue;
         const std::size_t point = list.rfind('.');
         return {list,
@@ -269,18 +273,35 @@ bool isOnTheWay(std::string_view one, std::string_view other) {
            (longer.size() == shorter.size() || longer[shorter.size()] == '.' || longer[shorter.size()] == '[');
 }
 
-// What a host reads of all but the changed values, in order, a line each. Of a list of which an element was taken away,
-// the later ones go by other numbers.
-std::vector<std::string> othersOf(const tree_t &tree, std::string_view path, std::string_view countPath,
-                                  std::string_view list) {
+// The values of all but some paths, in order, a line each. Of a list of which an element was taken away, the later ones
+// go by other numbers.
+std::vector<std::string> othersOf(const tree_t &tree, const std::vector<std::string> &paths, std::string_view list) {
     std::vector<std::string> all;
     for (const leaf_t &leaf : leaves(tree)) {
-        if (isOnTheWay(leaf.path, path) || isOnTheWay(leaf.path, countPath))
+        if (std::any_of(paths.begin(), paths.end(),
+                        [&leaf](const std::string &path) { return isOnTheWay(leaf.path, path); }))
             continue;
         const bool isInList = !list.empty() && isOnTheWay(leaf.path, list);
         all.push_back(
             joined({isInList ? list : leaf.path, "=", leaf.value, leaf.node->use == pairUse_t::assigned ? "" : "!"}));
     }
+    return all;
+}
+
+// The paths whose values follow from that of another: of a count or a range's type the lists, of a range's value the
+// whole range.
+std::vector<std::string> pathsBoundTo(const tree_t &tree, std::string_view path) {
+    std::vector<std::string> all;
+    for (const node_t *node = tree.find(path); node != nullptr && node->parent != node_t::none;
+         node = &tree.nodes()[node->parent])
+        for (const node_t &other : tree.children(tree.nodes()[node->parent])) {
+            if (node->field == nullptr || other.field == nullptr || node->isElement)
+                continue;
+            const bool isCounted = other.field->counter() == node->field && tree.path(*node) == path;
+            if (isCounted || other.field->rangeType() == node->field || node->field->rangeType() == other.field ||
+                (&other == node && node->field->isList(listKind_t::range)))
+                all.push_back(tree.path(other));
+        }
     return all;
 }
 
@@ -306,23 +327,46 @@ bool isValueAt(const tree_t &tree, const node_t &node, std::string_view value) {
            spelt(*node.field, value, partOf(node), error) == tree.value(node);
 }
 
+// Whether nothing else is changed, in the text and in what a host reads of it.
+bool isRestKept(const tree_t &before, const tree_t &after, std::string_view path, std::string_view countPath,
+                bool isRemoval) {
+    const node_t *old = before.find(path);
+    const bool isElement = isRemoval && old != nullptr && old->isElement;
+    const std::string list = isElement ? before.path(before.nodes()[old->parent]) : std::string();
+    std::vector<std::string> paths{std::string(countPath)}, pathsBefore{std::string(countPath), std::string(path)};
+    if (!isElement)
+        paths.emplace_back(path);
+    if (othersOf(before, pathsBefore, list) != othersOf(after, paths, list))
+        return false;
+    const std::optional<std::string> readBefore = asRead(before), readAfter = asRead(after);
+    if (!readBefore || !readAfter || !before.envelope().isWholeForHost())
+        return true;
+    const tree_t one(*readBefore), other(*readAfter);
+    std::size_t end = 0; // of an element or a group that is new, what a host reads of all of it
+    do
+        end = std::min(path.find_first_of(".[", end + 1), path.size());
+    while (end < path.size() && one.find(path.substr(0, end)) != nullptr);
+    for (const tree_t *tree : {&before, &after, &one, &other})
+        for (const std::string &bound : pathsBoundTo(*tree, path)) {
+            paths.push_back(bound);
+            pathsBefore.push_back(bound);
+        }
+    if (!isElement && !isRemoval)
+        paths.emplace_back(path.substr(0, end));
+    return othersOf(one, pathsBefore, list) == othersOf(other, paths, list);
+}
+
 // The change, when it did what it should and nothing else.
 change_t verified(const tree_t &before, std::string_view path, std::string_view countPath, change_t change,
                   std::optional<std::string_view> value) {
     const tree_t after(change.text);
-    const bool isRemoval = !value;
     if (!after.envelope().isWholeForHost())
         return refusedChange(sealFirst);
     if (std::string words = newRefusal(before, after); !words.empty())
         return refusedChange(std::move(words));
-    const node_t *old = before.find(path), *node = after.find(path);
-    const bool isElement = isRemoval && old != nullptr && old->isElement;
-    const bool isNumber = path.starts_with('@');
-    const std::string list = isElement ? before.path(before.nodes()[old->parent]) : std::string();
-    const bool isThere = isNumber || isRemoval || (node != nullptr && isValueAt(after, *node, *value));
-    std::vector<std::string> one = othersOf(before, path, countPath, list),
-                             other = othersOf(after, isElement ? "" : path, countPath, list);
-    if (!isThere || one != other)
+    const node_t *node = after.find(path);
+    const bool isThere = path.starts_with('@') || !value || (node != nullptr && isValueAt(after, *node, *value));
+    if (!isThere || !isRestKept(before, after, path, countPath, !value))
         return refusedChange(joined({path, ": it can't be changed without changing what a host reads of the rest: put "
                                            "the message right first (vekmsg check tells)"}));
     return change;
@@ -373,16 +417,17 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     const node_t *node = tree.find(path);
     if (node == nullptr || node->parent == node_t::none)
         return refusedChange(noSuchPath(tree, path));
-    const node_t &group = tree.nodes()[node->parent];
-    if (!isForced && !node->isElement && targetOf(tree, group).kind == bodyTarget_t::kind_t::list)
+    const node_t &gone = goneWith(tree, *node);
+    if (!isForced && gone.index < 0 && gone.parent != node_t::none &&
+        targetOf(tree, tree.nodes()[gone.parent]).isOfElements())
         return refusedChange(joined({path, " is no element, and the others would move: write the list anew"}));
-    const auto isBound = [node](const node_t &other) {
-        return other.parent == node->parent && other.field != nullptr && node->field != nullptr &&
-               (other.field->counter() == node->field || other.field->rangeType() == node->field);
+    const auto isBound = [&gone](const node_t &other) {
+        return other.parent == gone.parent && other.field != nullptr && gone.field != nullptr &&
+               (other.field->counter() == gone.field || other.field->rangeType() == gone.field);
     };
     if (!isForced && std::any_of(tree.nodes().begin(), tree.nodes().end(), isBound))
         return refusedChange(joined({path, " tells how its list is written: remove the list with its elements first"}));
-    return finished(tree, path, withoutNode(tree, node), isForced, {});
+    return finished(tree, path, withReplacement(tree, {gone.whole, {}}), isForced, {});
 }
 
 } // namespace vek::inspect

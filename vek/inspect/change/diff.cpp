@@ -2,6 +2,7 @@
 // path by path: so the order of keys does not matter.
 #include "vek/inspect/change/diff.hpp"
 
+#include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -16,6 +17,8 @@ namespace {
 bool isSame(const leaf_t &left, const leaf_t &right, double tolerance) {
     if (left.value == right.value)
         return true;
+    if (isText(*left.node) && isText(*right.node)) // a separator may stand there, or its code
+        return unescapedText(left.value) == unescapedText(right.value);
     if (!isNumber(left.node->valueKind()) || !isNumber(right.node->valueKind()))
         return false;
     const double one = readReal(left.value), other = readReal(right.value);
@@ -53,6 +56,14 @@ bool isIgnored(const std::string &path, const std::vector<std::string> &ignored)
     });
 }
 
+// An empty group where the other message has one with something in it, which is told of the values in it.
+bool isFilledIn(const tree_t &tree, const leaf_t &leaf, const tree_t &other) {
+    if (!isEmptyGroup(tree, *leaf.node))
+        return false;
+    const node_t *node = other.find(leaf.path);
+    return node != nullptr && node->isBody && node->childCount > 0;
+}
+
 void compareHeader(const tree_t &left, const tree_t &right, bool comparesAll, std::vector<difference_t> &all) {
     const auto compare = [&](const char *path, const envelopeNumber_t &one, const envelopeNumber_t &other) {
         if (one.isThere != other.isThere || one.value != other.value)
@@ -86,14 +97,15 @@ std::vector<difference_t> differences(const tree_t &left, const tree_t &right, c
     for (const leaf_t &one : ones) {
         const auto other = rights.find(one.path);
         const bool hasOther = other != rights.end();
-        if (!isIgnored(one.path, options.ignored) && !(hasOther && isSame(one, *other->second, options.tolerance)))
+        const bool isKept = hasOther ? isSame(one, *other->second, options.tolerance) : isFilledIn(left, one, right);
+        if (!isKept && !isIgnored(one.path, options.ignored))
             all.push_back({one.path, valueOf(left, *one.node), hasOther ? valueOf(right, *other->second->node) : "",
                            true, hasOther});
         if (hasOther)
             rights.erase(other);
     }
     for (const leaf_t &other : others)
-        if (rights.contains(other.path) && !isIgnored(other.path, options.ignored))
+        if (rights.contains(other.path) && !isFilledIn(right, other, left) && !isIgnored(other.path, options.ignored))
             all.push_back({other.path, "", valueOf(right, *other.node), false, true});
     return all;
 }

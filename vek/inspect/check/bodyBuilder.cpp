@@ -28,14 +28,15 @@ bodyTarget_t groupOf(const fieldSchema_t &field, bool isElement) {
     return {};
 }
 
-bool isOfElements(const bodyTarget_t &target) {
-    return target.kind == bodyTarget_t::kind_t::list || target.kind == bodyTarget_t::kind_t::codes;
-}
-
 // A key without a value is as good as left out; but the library writes an empty 16-bit text, as its terminating 0.
 bool isThere(const said_t &said, bool isText16) {
     return said.kind == saidKind_t::group ? !said.members.empty()
                                           : said.kind != saidKind_t::nothing && (isText16 || !said.text.empty());
+}
+
+std::string_view emptyElement(const bodyTarget_t &target) {
+    return target.kind == bodyTarget_t::kind_t::record ? "an element can't be empty: say one of its keys at least"
+                                                       : "an element can't be empty: a host writes the list without it";
 }
 
 // A number behind "#" tells the pairs of one key apart; it is no part of the key.
@@ -128,7 +129,7 @@ void bodyBuilder_t::putRecord(const said_t &group, const recordSchema_t &record)
 
 void bodyBuilder_t::put(const said_t &said, const bodyTarget_t &around, const fieldSchema_t *field,
                         std::size_t ordinal) {
-    const bool isElement = isOfElements(around);
+    const bool isElement = around.isOfElements();
     const std::size_t length = path_.size(), start = text_.size(), pieces = pieces_.size();
     const std::string_view key = isElement && !isRaw_ ? std::string_view() : keyOf(said);
     if (isElement) {
@@ -156,7 +157,7 @@ void bodyBuilder_t::put(const said_t &said, const bodyTarget_t &around, const fi
 
 // False, and perhaps a refusal, when nothing is to stand there.
 bool bodyBuilder_t::putValue(const said_t &said, const bodyTarget_t &around, const fieldSchema_t *field) {
-    const bool isElement = isOfElements(around);
+    const bool isElement = around.isOfElements();
     const bool isCode = around.kind == bodyTarget_t::kind_t::codes;
     if (isRaw_ || around.kind == bodyTarget_t::kind_t::unknown) {
         const bool isScalar = field != nullptr && !isCode && (isElement || !field->isList());
@@ -182,14 +183,14 @@ bool bodyBuilder_t::putValue(const said_t &said, const bodyTarget_t &around, con
     const bodyTarget_t target = isCode ? bodyTarget_t() : groupOf(*field, isElement);
     const bool isText16 = target.kind == bodyTarget_t::kind_t::codes;
     if (!isThere(said, isText16))
-        return isElement && refuse(said, "an element can't be empty: a host writes the list without it");
+        return isElement && refuse(said, emptyElement(target));
     if (said.kind == saidKind_t::group) {
         const std::size_t start = text_.size(), refusals = refusals_.size();
         if (target.kind == bodyTarget_t::kind_t::unknown)
             return refuse(said, joined({"a group stands where a value should be: ", kindInWords(*field)}));
         const bool isEmpty = putGroup(said, target) && text_.size() == start + 2;
         if (isEmpty && isElement && refusals == refusals_.size())
-            return refuse(said, "an element can't be empty: a host writes the list without it");
+            return refuse(said, emptyElement(target));
         return !isEmpty;
     }
     if (isText16)

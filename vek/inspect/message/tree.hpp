@@ -120,6 +120,8 @@ struct bodyTarget_t {
     kind_t kind = kind_t::unknown;
     const recordSchema_t *record = nullptr;
     const fieldSchema_t *field = nullptr; ///< of a list or a 16-bit text
+
+    bool isOfElements() const { return kind == kind_t::list || kind == kind_t::codes; }
 };
 
 bodyTarget_t targetOf(const tree_t &tree, const node_t &node);
