@@ -21,7 +21,7 @@ void appendWideValue(std::string &out, std::string_view text) {
 }
 
 void appendScalar(std::string &out, const tree_t &tree, const node_t &node, bool isInList) {
-    if (isEmptyGroup(tree, node))
+    if (!isInList && isEmptyGroup(tree, node))
         out += "[]";
     else
         appendLineValue(out, scalarText(tree, node), isInList);
