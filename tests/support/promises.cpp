@@ -334,7 +334,10 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
     const bool isRemoval = !value || value->empty();
     const change_t change = value ? changed(before, path, *value) : removed(before, path);
     if (!change.isDone())
-        return change.text.empty() ? "" : "refused with a text: " + change.error;
+        return !change.text.empty() ? "refused with a text: " + change.error
+               : isClean(before) && change.error.find("the rest") != std::string::npos
+                   ? "refused for a fault that is not there"
+                   : "";
     const tree_t after(change.text);
     std::string broken;
     if (errorCount(after) > errorCount(before))
@@ -352,10 +355,13 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
         broken += "it is still there\n";
     if (!isHeader && read && readBefore && before.envelope().isWholeForHost()) {
         const tree_t one(*readBefore), other(*read);
-        const std::string top(isElement ? before.path(before.nodes()[old->parent]) : newTop(one, path));
+        const tree_t &of = node != nullptr ? after : before;
+        const node_t *const where = node != nullptr ? node : old;
+        const bool isOfList = where != nullptr && (isElement || where->isCode);
+        const std::string top(isOfList ? of.path(of.nodes()[where->parent]) : newTop(one, path));
         for (const difference_t &difference : differences(one, other))
             if (!isWithin(difference.path, top) && !isWithin(path, difference.path) &&
-                !isBound(node != nullptr ? after : before, node != nullptr ? node : old, difference.path))
+                !isBound(of, where, difference.path))
                 broken += difference.path + " became " + difference.right + " from " + difference.left + "\n";
     }
     if (!isHeader && !isElement && errorCount(before) == 0 && !lead(std::string(text), after))

@@ -330,9 +330,12 @@ bool isValueAt(const tree_t &tree, const node_t &node, std::string_view value) {
 // Whether nothing else is changed, in the text and in what a host reads of it.
 bool isRestKept(const tree_t &before, const tree_t &after, std::string_view path, std::string_view countPath,
                 bool isRemoval) {
-    const node_t *old = before.find(path);
-    const bool isElement = isRemoval && old != nullptr && old->isElement;
-    const std::string list = isElement ? before.path(before.nodes()[old->parent]) : std::string();
+    const tree_t &tree = isRemoval ? before : after;
+    const node_t *node = tree.find(path);
+    if (node != nullptr && node->isCode) // a text is one value
+        return isRestKept(before, after, tree.path(tree.nodes()[node->parent]), countPath, false);
+    const bool isElement = isRemoval && node != nullptr && node->isElement;
+    const std::string list = isElement ? before.path(before.nodes()[node->parent]) : std::string();
     std::vector<std::string> paths{std::string(countPath)}, pathsBefore{std::string(countPath), std::string(path)};
     if (!isElement)
         paths.emplace_back(path);
@@ -346,8 +349,8 @@ bool isRestKept(const tree_t &before, const tree_t &after, std::string_view path
     do
         end = std::min(path.find_first_of(".[", end + 1), path.size());
     while (end < path.size() && one.find(path.substr(0, end)) != nullptr);
-    for (const tree_t *tree : {&before, &after, &one, &other})
-        for (const std::string &bound : pathsBoundTo(*tree, path)) {
+    for (const tree_t *any : {&before, &after, &one, &other})
+        for (const std::string &bound : pathsBoundTo(*any, path)) {
             paths.push_back(bound);
             pathsBefore.push_back(bound);
         }
