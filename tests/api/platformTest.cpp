@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <locale>
-#include <set>
 #include <string>
 #include <unistd.h>
 
@@ -99,18 +98,5 @@ TEST(Locale, HasNoInfluence) {
     std::locale::global(before);
     std::setlocale(LC_ALL, "C");
 }
-
-#ifdef VEK_SHARED_LIBRARY
-TEST(SharedLibrary, ExportsExactlyTheFourCalls) {
-    FILE *list = popen("nm -D --defined-only '" VEK_SHARED_LIBRARY "'", "r");
-    ASSERT_NE(list, nullptr);
-    std::set<std::string> exported;
-    for (char line[200]; std::fgets(line, sizeof line, list) != nullptr;)
-        exported.insert(std::string(line).substr(17)); // behind the address
-    pclose(list);
-    EXPECT_EQ(exported, (std::set<std::string>{"T vekParamsDelete\n", "T vekParamsDeleteStruct\n", "T vekStrToVal\n",
-                                               "T vekValToStr\n"}));
-}
-#endif
 
 } // namespace

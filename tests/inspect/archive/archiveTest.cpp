@@ -116,29 +116,6 @@ TEST(Archive, RowsOfAnUndamagedMessageHaveAllItsValues) {
     }
 }
 
-TEST(Archive, ValuesAreWhatAHostReads) {
-    const struct {
-        std::int32_t id;
-        const char *body, *values;
-    } cases[] = {
-        {4161, "{STATUS=x;LOW_STATUS=12x;STATUS=9;SEVERITY=\"\";MSGS={MSGS1=c;MSGS0=a;}}",
-         R"("status":0,"low_status":12,"msgs":["a","c"])"},
-        {4161, "{1,2,3,1,{b\002\003,},}",
-         R"("status":1,"low_status":2,"severity":3,"num_of_messages":1,"msgs":["b;,"])"},
-        {4112, "{MEDIA_NAME=\"\xff\x7f\";FOCUS_VALUE=-1e999;NO=1;}",
-         R"("media_name":"\uefff\u007f","focus_value":"-inf")"},
-        {4161, "{STATUS=1;MSGS={MSGS1=b;MSGS9=x;MSGS1=c;d};}", R"("status":1,"msgs":["","b","",""])"},
-        {4194, "{JOB_NAME={72,105,};JOB_ID=1;}", R"("job_name":"Hi","job_id":1)"},
-        {4194, "{JOB_NAME={72,55357,55357,56832,0,33,};}", "\"job_name\":\"H\uFFFD\U0001F600\""},
-        {4132, "{NARROW_MODE=true;JOB_ID=4294967297;}", R"("narrow_mode":0,"job_id":1)"},
-        {4119, "{DATA_PATH_PORT={65537,,-1,};}", R"("data_path_port":[1,-1])"},
-    };
-    for (const auto &[id, body, values] : cases) {
-        const std::string text = message(id, body), lines = rowsOf(tree_t(text)).lines;
-        EXPECT_NE(lines.find(std::string(",") + values + "}"), std::string::npos) << lines;
-    }
-}
-
 // What the rows do not say again, byte for byte, stands beside them.
 TEST(Archive, TheTextIsKeptUnlessTheRowsSayAllOfIt) {
     const auto isKept = [](const tree_t &tree) {
