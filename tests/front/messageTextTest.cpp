@@ -52,6 +52,8 @@ const text_t texts[] = {
     {"@@4112    ^20 -1 1 !!", "wrongLength 4112 -8 -9", length("20", 21)},               // without the NUL
     {"@@4112 ^4294967323 7 41 b!!", "wrongLength 4112 -8 -9", length("2147483647", 27)}, // 2^32 too long
     {"@@4112 ^-21 -1 1 !!", "wrongLength 4112 -8 -9", length("-21", 19)},
+    {"@@4112    22 7 41 b!!^\r\n", "wrongLength 4112 -8 -9", "lineEnd: a line end behind the message: leave it out"},
+    {"@@4112    ^22 7 41 b!?\n", "wrongLength 4112 -8 -9", length("22", 23)},
     {"^", "wrongMarker 0 -8 -9", noStart},
     {"^@4112 ##### 7 41 b!!", "wrongMarker 0 -8 -9", noStart},
     {"^ @@4112 ##### 7 41 b!!", "wrongMarker 0 -8 -9", noStart},
@@ -75,8 +77,9 @@ std::string plainReading(std::string_view text) {
 }
 
 std::string shownReport(const problem_t &problem) {
-    constexpr const char *names[] = {"none",        "noStartMarker", "innerNul",   "noId",    "wrongLength",
-                                     "noEndMarker", "otherId",       "aboveLimit", "tooLong", "countAboveRoom"};
+    constexpr const char *names[] = {"none",        "noStartMarker", "innerNul",      "noId",
+                                     "wrongLength", "lineEnd",       "noEndMarker",   "otherId",
+                                     "aboveLimit",  "tooLong",       "countAboveRoom"};
     return problem ? std::string(names[static_cast<int>(problem.code)]) + ": " + problem.text : "";
 }
 

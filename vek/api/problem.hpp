@@ -23,6 +23,7 @@ enum class problemCode_t {
     innerNul,      ///< a NUL before the end
     noId,          ///< no number behind "@@"
     wrongLength,   ///< the length is not the text's
+    lineEnd,       ///< a line end behind a message whose length is right without it
     noEndMarker,   ///< no "!!" at the end
     otherId,       ///< a message of another id than asked for
     aboveLimit,    ///< more characters than are taken
@@ -75,16 +76,22 @@ private:
 /// The first thing that is wrong with a text's envelope, if any. `text` and `envelope`: without its NUL.
 inline problem_t checkEnvelope(std::string_view text, const envelope_t &envelope) {
     using enum problemCode_t;
-    if (!envelope.head.hasStartMarker)
+    const envelopeHead_t &head = envelope.head;
+    if (!head.hasStartMarker)
         return {noStartMarker, 0, "the text does not begin with \"@@\""};
     if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos)
         return {innerNul, nul, "a NUL inside the text"};
-    if (!envelope.head.id.isThere)
-        return {noId, envelope.head.id.start, "no message id behind \"@@\""};
-    if (envelope.result == envelopeResult_t::wrongLength)
-        return {wrongLength, envelope.head.length.start,
-                "the length is said to be " + std::to_string(envelope.head.length.value) + ", but the text has " +
+    if (!head.id.isThere)
+        return {noId, head.id.start, "no message id behind \"@@\""};
+    if (envelope.result == envelopeResult_t::wrongLength) {
+        const std::size_t end = text.find_last_not_of("\r\n") + 1;
+        if (end < text.size() && text.substr(0, end).ends_with(endMarker) &&
+            head.length.value == static_cast<std::int64_t>(end) + 1)
+            return {lineEnd, end, "a line end behind the message: leave it out"};
+        return {wrongLength, head.length.start,
+                "the length is said to be " + std::to_string(head.length.value) + ", but the text has " +
                     std::to_string(text.size() + 1) + " characters with its NUL"};
+    }
     if (envelope.result == envelopeResult_t::wrongMarker)
         return {noEndMarker, envelope.endMarker, "the text does not end with \"!!\""};
     return {};
