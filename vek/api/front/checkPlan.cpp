@@ -100,7 +100,7 @@ private:
             makeList(rule, field);
         } else if (const auto kind = kindOf(field)) {
             rule.kind = *kind;
-            limit(rule, field);
+            setDetails(rule, field);
             if (field.isSet != nullptr)
                 rule.isSet = distance(address_, field.isSet);
         } else {
@@ -110,13 +110,13 @@ private:
             plan_.rules.push_back(std::move(rule));
     }
 
-    static void limit(checkRule_t &rule, const fieldDescription_t &field) {
-        if (const auto *words = field.as<enumWords_t>())
-            rule.limit = static_cast<std::int32_t>(words->names.size());
-        if (const auto *text = field.as<arrayText_t>()) {
-            rule.limit = text->room;
-            rule.runsOn = text->reach > text->room;
-        }
+    static void setDetails(checkRule_t &rule, const fieldDescription_t &field) {
+        if (rule.kind == checkRuleKind_t::reals)
+            rule.details = realRun_t();
+        else if (const auto *words = field.as<enumWords_t>())
+            rule.details = *words;
+        else if (const auto *text = field.as<arrayText_t>())
+            rule.details = *text;
     }
 
     // Reals that lie behind one another have one rule.
@@ -124,16 +124,16 @@ private:
         if (rule.kind != checkRuleKind_t::reals || plan_.rules.empty())
             return false;
         checkRule_t &last = plan_.rules.back();
-        if (last.kind != checkRuleKind_t::reals || last.value + last.count * sizeof(double) != rule.value)
+        auto *run = std::get_if<realRun_t>(&last.details);
+        if (run == nullptr || last.value + run->count * sizeof(double) != rule.value)
             return false;
-        ++last.count;
+        ++run->count;
         return true;
     }
 
     void makeList(checkRule_t &rule, const fieldDescription_t &field) {
         rule.kind = checkRuleKind_t::list;
-        rule.list = std::make_unique<checkedList_t>();
-        checkedList_t &list = *rule.list;
+        checkedList_t &list = *rule.details.emplace<std::unique_ptr<checkedList_t>>(std::make_unique<checkedList_t>());
         list.kind = field.list->kind;
         list.elements = field.list->elements;
         list.elementSize = field.list->elementSize;
@@ -147,7 +147,7 @@ private:
         if (const auto kind = kindOf(field)) {
             checkRule_t element;
             element.kind = *kind;
-            limit(element, field);
+            setDetails(element, field);
             list.element->rules.push_back(std::move(element));
         }
     }

@@ -37,6 +37,15 @@ const char *findLow(const char *text, std::size_t size) {
     return std::find_if(text, text + size, isLow);
 }
 
+std::size_t sizeOfArray(const checkRule_t &rule) {
+    return static_cast<std::size_t>(rule.as<arrayText_t>().room);
+}
+
+// Whether a text may go on behind its array.
+bool runsOn(const checkRule_t &rule) {
+    return rule.as<arrayText_t>().reach > rule.as<arrayText_t>().room;
+}
+
 bool isEmptyElement(const plan_t &element, const char *at) {
     if (element.layout != nullptr || element.rules.empty())
         return false; // what always writes something
@@ -53,7 +62,7 @@ bool isFineText(const checkRule_t &rule, const char *at) {
     std::string_view text;
     if (rule.kind == checkRuleKind_t::text)
         text = valueAt<string_t>(at, 0);
-    else if (rule.kind == checkRuleKind_t::arrayText && std::memchr(at, '\0', static_cast<std::size_t>(rule.limit)))
+    else if (rule.kind == checkRuleKind_t::arrayText && std::memchr(at, '\0', sizeOfArray(rule)))
         text = at;
     return !text.empty() && text.front() != '"' && !hasCodes(text);
 }
@@ -70,7 +79,7 @@ bool hasFiniteBits(const char *at) {
 bool isFine(const checkRule_t &rule, const char *at) {
     if (rule.kind != checkRuleKind_t::reals)
         return isFineText(rule, at);
-    const char *const end = at + rule.count * sizeof(double);
+    const char *const end = at + rule.as<realRun_t>().count * sizeof(double);
     while (at != end && hasFiniteBits(at))
         at += sizeof(double);
     return at == end;
@@ -142,7 +151,7 @@ private:
             return text == nullptr || checkText(where, text, std::strlen(text));
         }
         case checkRuleKind_t::arrayText:
-            return checkText(where, structure + rule.value, static_cast<std::size_t>(rule.limit));
+            return checkText(where, structure + rule.value, sizeOfArray(rule));
         case checkRuleKind_t::text16:
             return valueAt<wideStringField_t>(structure, rule.value).isWhole() ||
                    tell(
@@ -163,7 +172,7 @@ private:
     }
 
     bool checkReals(const where_t &where, const char *structure) {
-        for (std::size_t i = 0; i < where.rule.count; ++i) {
+        for (std::size_t i = 0; i < where.rule.as<realRun_t>().count; ++i) {
             const double value = valueAt<double>(structure, where.rule.value + i * sizeof value);
             if (!std::isfinite(value) && !tellReal(where, value, i))
                 return false;
@@ -175,13 +184,14 @@ private:
         if (where.rule.isSet && valueAt<std::uint8_t>(structure, *where.rule.isSet) == 0)
             return true;
         const std::int32_t value = valueAt<std::int32_t>(structure, where.rule.value);
-        return (value >= 0 && value < where.rule.limit) || tellName(where, "", value, where.rule.limit);
+        const auto names = static_cast<std::int32_t>(where.rule.as<enumWords_t>().names.size());
+        return (value >= 0 && value < names) || tellName(where, "", value, names);
     }
 
     bool checkText(const where_t &where, const char *text, std::size_t size) {
         const char *const low = findLow(text, size);
         const bool isArray = where.rule.kind == checkRuleKind_t::arrayText;
-        const bool isTooLong = isArray && low == text + size && !where.rule.runsOn;
+        const bool isTooLong = isArray && low == text + size && !runsOn(where.rule);
         const bool endsHere = low == text + size || (isArray && *low == '\0');
         if (*text != '"' && !isTooLong && endsHere) [[likely]]
             return true;
@@ -194,7 +204,7 @@ private:
                   " begins with a quotation mark and would be read as a quoted text: begin it otherwise"))
             return false;
         if (isTooLong && !tell(where, problemCode_t::textTooLong,
-                               " fills its " + std::to_string(where.rule.limit) +
+                               " fills its " + std::to_string(sizeOfArray(where.rule)) +
                                    " characters and would lose the last: leave room for a NUL"))
             return false;
         if (low == nullptr)
@@ -248,7 +258,7 @@ private:
     }
 
     bool checkList(const where_t &where, const char *structure) {
-        const checkedList_t &list = *where.rule.list;
+        const checkedList_t &list = where.rule.list();
         const elementRun_t run = list.elements(structure + where.rule.value);
         std::int32_t count = run.count;
         if (list.countMember) {
@@ -269,7 +279,7 @@ private:
     }
 
     bool checkCount(const where_t &where, std::int32_t said, std::int32_t there) {
-        const checkedList_t &list = *where.rule.list;
+        const checkedList_t &list = where.rule.list();
         if (list.kind == listKind_t::array)
             return said <= there ||
                    tell(countIn(where), problemCode_t::countAboveRoom,
@@ -290,7 +300,7 @@ private:
     }
 
     bool checkElement(const where_t &where, const elementRun_t &run, std::int32_t index, std::int32_t count) {
-        const checkedList_t &list = *where.rule.list;
+        const checkedList_t &list = where.rule.list();
         const char *const element = elementAt(list, run, index);
         const inList_t at{&where.plan, &where.rule, index, where.outer};
         if (element == nullptr)
@@ -332,7 +342,7 @@ private:
     }
     static std::string countIn(const where_t &where) {
         return joined(pathOf(where.outer),
-                      nameOf(where.plan, where.rule.list->countMember.value(), sizeof(std::int32_t)));
+                      nameOf(where.plan, where.rule.list().countMember.value(), sizeof(std::int32_t)));
     }
 
     bool tellReal(const where_t &where, double value, std::size_t ordinal = 0, std::int32_t index = -1) {

@@ -18,8 +18,9 @@ namespace vek::inspect {
 
 namespace {
 
-// Raw text, for who reads it here: the same letters as in the document.
-constexpr std::string_view fixedDefinitions = R"(
+// In the letters of the document, but for objects that may have no other members than these: "members" are their names,
+// with "!" when they must be there, and what they hold. There a word is a type, "#word" a definition, "[]#word" a list.
+constexpr std::string_view fixedDefinitions = R"({
 "version": {"const": 2, "description": "Of the format: it changes when members are renamed or hold something else"},
 "integer": {"type": "integer", "minimum": -2147483648, "maximum": 2147483647},
 "short": {"type": "integer", "minimum": -32768, "maximum": 32767},
@@ -34,84 +35,61 @@ constexpr std::string_view fixedDefinitions = R"(
 "byte": {"type": "integer", "minimum": 0},
 "place": {
   "description": "Bytes from start to in front of end, counted from 0",
-  "type": "object",
-  "properties": {"start": {"$ref": "#/definitions/byte"}, "end": {"$ref": "#/definitions/byte"}},
-  "required": ["start", "end"],
-  "additionalProperties": false
+  "members": {"start!": "#byte", "end!": "#byte"}
 },
 "severity": {"description": "error: a host reads something else than was meant, or nothing", "enum": ["error", "warning"]},
 "node": {
   "description": "A pair of the message; the first one is its body",
-  "type": "object",
-  "properties": {
-    "path": {"type": "string"},
-    "kind": {"enum": ["unknown", "nested record", "long integer", "short integer", "double", "float", "pixels",
-                      "boolean", "enumeration", "string", "16-bit character string"]},
-    "use": {"enum": ["assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"]},
+  "members": {
+    "path!": "string",
+    "kind!": {"enum": ["unknown", "nested record", "long integer", "short integer", "double", "float", "pixels",
+                       "boolean", "enumeration", "string", "16-bit character string"]},
+    "use!": {"enum": ["assigned", "empty", "unknown", "duplicate", "noKey", "surplus", "unread"]},
     "parent": {"description": "The number of the node around it, from 0", "type": "integer", "minimum": 0},
-    "key": {"$ref": "#/definitions/place"},
-    "value": {"$ref": "#/definitions/place"},
-    "whole": {"$ref": "#/definitions/place"}
-  },
-  "required": ["path", "kind", "use", "whole"],
-  "additionalProperties": false
+    "key": "#place",
+    "value": "#place",
+    "whole!": "#place"
+  }
 },
 "bytes": {
   "description": "A number of bytes on 32-bit Windows, 64-bit Windows and 64-bit Linux",
-  "type": "object",
-  "properties": {
-    "windows32": {"$ref": "#/definitions/byte"},
-    "windows64": {"$ref": "#/definitions/byte"},
-    "linux64": {"$ref": "#/definitions/byte"}
-  },
-  "required": ["windows32", "windows64", "linux64"],
-  "additionalProperties": false
+  "members": {"windows32!": "#byte", "windows64!": "#byte", "linux64!": "#byte"}
 },
 "catalogueEnumeration": {
-  "type": "object",
-  "properties": {
-    "name": {"type": "string", "pattern": "^[a-z][A-Za-z0-9]*$"},
-    "words": {"type": "string"},
-    "values": {
+  "members": {
+    "name!": {"type": "string", "pattern": "^[a-z][A-Za-z0-9]*$"},
+    "words!": "string",
+    "values!": {
       "type": "array",
       "items": {
-        "type": "object",
-        "properties": {
-          "value": {"type": "integer", "minimum": 0},
-          "name": {"description": "As it stands in messages", "type": "string"},
-          "constant": {"description": "In C", "type": "string", "pattern": "^[A-Z][A-Z0-9_]*$"}
-        },
-        "required": ["value", "name", "constant"],
-        "additionalProperties": false
+        "members": {
+          "value!": {"type": "integer", "minimum": 0},
+          "name!": {"description": "As it stands in messages", "type": "string"},
+          "constant!": {"description": "In C", "type": "string", "pattern": "^[A-Z][A-Z0-9_]*$"}
+        }
       }
     }
-  },
-  "required": ["name", "words", "values"],
-  "additionalProperties": false
+  }
 },
 "catalogueMessage": {
-  "type": "object",
-  "properties": {
-    "id": {"type": "integer"},
+  "members": {
+    "id!": "integer",
     "constant": {"description": "In C", "type": "string", "pattern": "^VEK_MSG_[A-Z0-9_]+$"},
     "record": {"description": "The name of one of the records", "type": "string"}
   },
-  "required": ["id"],
-  "dependencies": {"record": ["constant"], "constant": ["record"]},
-  "additionalProperties": false
+  "dependencies": {"record": ["constant"], "constant": ["record"]}
 },
-"catalogueKeys": {"type": "array", "items": {"$ref": "#/definitions/catalogueKey"}},
+"catalogueKeys": "[]#catalogueKey",
 "catalogueKey": {
-  "type": "object",
-  "properties": {
-    "key": {"type": "string"},
-    "kind": {
+  "members": {
+    "key!": "string",
+    "kind!": {
       "description": "Of a list, that of its elements. Pixels are a double in the text and a long integer in the structure",
       "enum": ["nested record", "long integer", "short integer", "double", "float", "pixels", "boolean", "enumeration",
                "string", "16-bit character string"]
     },
-    "words": {"description": "The kind for people", "type": "string"},
-    "list": {"type": "boolean"},
+    "words!": {"description": "The kind for people", "type": "string"},
+    "list!": "boolean",
     "listKind": {"enum": ["list", "container", "array", "range"]},
     "enumeration": {"description": "The name of one of the enumerations", "type": "string"},
     "record": {"description": "Of a list's elements: the name of one of the records", "type": "string"},
@@ -120,82 +98,100 @@ constexpr std::string_view fixedDefinitions = R"(
     "count": {"description": "The key that says how many elements are written", "type": "string"},
     "countIsChecked": {"description": "false: so many are written, be there as many or not", "type": "boolean"},
     "rangeType": {"description": "The key of a range's type", "type": "string"},
-    "member": {
+    "member!": {
       "description": "In the record's structure; of a nested record's keys, in that of the record around it",
-      "type": "object",
-      "properties": {
-        "path": {"description": "Empty: the structure itself, or its base", "type": "string"},
-        "type": {"description": "In C", "type": "string"},
-        "offset": {"$ref": "#/definitions/bytes"},
-        "size": {"$ref": "#/definitions/bytes"}
-      },
-      "required": ["path", "type", "offset", "size"],
-      "additionalProperties": false
+      "members": {
+        "path!": {"description": "Empty: the structure itself, or its base", "type": "string"},
+        "type!": {"description": "In C", "type": "string"},
+        "offset!": "#bytes",
+        "size!": "#bytes"
+      }
     },
-    "defaultKind": {"enum": ["value", "empty", "zero", "null", "not set", "record"]},
+    "defaultKind!": {"enum": ["value", "empty", "zero", "null", "not set", "record"]},
     "default": {
       "description": "What a new structure has; of an enumeration the name, or the number as a text when it has none",
       "anyOf": [{"type": "number"}, {"type": "boolean"}, {"type": "string"}, {"type": "null"},
                 {"type": "array", "items": {"type": "number"}}]
     },
-    "of": {"$ref": "#/definitions/catalogueNested"}
+    "of": "#catalogueNested"
   },
-  "required": ["key", "kind", "words", "list", "member", "defaultKind"],
-  "dependencies": {"count": ["countIsChecked"], "countIsChecked": ["count"]},
-  "additionalProperties": false
+  "dependencies": {"count": ["countIsChecked"], "countIsChecked": ["count"]}
 },
 "catalogueNested": {
   "description": "A record in the place of a value",
-  "type": "object",
-  "properties": {
-    "name": {"type": "string"},
-    "structure": {"type": "string"},
-    "size": {"$ref": "#/definitions/bytes"},
-    "keys": {"$ref": "#/definitions/catalogueKeys"}
-  },
-  "required": ["name", "structure", "size", "keys"],
-  "additionalProperties": false
+  "members": {
+    "name!": "string",
+    "structure!": "string",
+    "size!": "#bytes",
+    "keys!": "#catalogueKeys"
+  }
 },
 "catalogueRecord": {
-  "type": "object",
-  "properties": {
-    "name": {"type": "string"},
-    "structure": {"type": "string"},
-    "about": {"type": "string"},
-    "kind": {"enum": ["polymorphic", "plain", "own record"]},
-    "size": {"$ref": "#/definitions/bytes"},
-    "keys": {"$ref": "#/definitions/catalogueKeys"}
-  },
-  "required": ["name", "structure", "about", "kind", "size", "keys"],
-  "additionalProperties": false
+  "members": {
+    "name!": "string",
+    "structure!": "string",
+    "about!": "string",
+    "kind!": {"enum": ["polymorphic", "plain", "own record"]},
+    "size!": "#bytes",
+    "keys!": "#catalogueKeys"
+  }
 },
 "catalogue": {
   "description": "All messages, enumerations and records",
-  "type": "object",
-  "properties": {
-    "version": {"$ref": "#/definitions/version"},
-    "messages": {"type": "array", "items": {"$ref": "#/definitions/catalogueMessage"}},
-    "enumerations": {"type": "array", "items": {"$ref": "#/definitions/catalogueEnumeration"}},
-    "records": {"type": "array", "items": {"$ref": "#/definitions/catalogueRecord"}}
-  },
-  "required": ["version", "messages", "enumerations", "records"],
-  "additionalProperties": false
+  "members": {
+    "version!": "#version",
+    "messages!": "[]#catalogueMessage",
+    "enumerations!": "[]#catalogueEnumeration",
+    "records!": "[]#catalogueRecord"
+  }
+}
 })";
 
 // Members of findings, and of what stands in front of a message or a finding.
-constexpr std::string_view findingMembers = R"("severity": {"$ref": "#/definitions/severity"},
-    "code": {"$ref": "#/definitions/code"},
-    "path": {"description": "Of the key; empty for the envelope", "type": "string"},
-    "start": {"$ref": "#/definitions/byte"},
-    "end": {"$ref": "#/definitions/byte"},
-    "message": {"description": "What is wrong", "type": "string"},
-    "consequence": {"description": "What a host makes of it", "type": "string"},
-    "suggestion": {"description": "What it should be; empty when that is not known", "type": "string"})";
-constexpr std::string_view findingRequired =
-    R"("severity", "code", "path", "start", "end", "message", "consequence", "suggestion")";
+constexpr std::string_view findingMembers = R"("severity!": "#severity",
+    "code!": "#code",
+    "path!": {"description": "Of the key; empty for the envelope", "type": "string"},
+    "start!": "#byte",
+    "end!": "#byte",
+    "message!": {"description": "What is wrong", "type": "string"},
+    "consequence!": {"description": "What a host makes of it", "type": "string"},
+    "suggestion!": {"description": "What it should be; empty when that is not known", "type": "string"})";
 constexpr std::string_view placeMembers = R"("file": {"type": "string"},
     "line": {"type": "integer", "minimum": 1},
     "offset": {"description": "Of the message's first byte in the file", "type": "integer", "minimum": 0})";
+
+using orderedJson_t = nlohmann::ordered_json;
+
+// What is written in short above, in full.
+orderedJson_t inFull(const orderedJson_t &brief) {
+    if (brief.is_string()) {
+        const auto word = brief.get<std::string>();
+        return word.starts_with("[]")  ? orderedJson_t{{"type", "array"}, {"items", inFull(word.substr(2))}}
+               : word.starts_with('#') ? orderedJson_t{{"$ref", "#/definitions/" + word.substr(1)}}
+                                       : orderedJson_t{{"type", word}};
+    }
+    orderedJson_t full = orderedJson_t::object();
+    for (const auto &[name, value] : brief.items()) {
+        if (name == "items")
+            full[name] = inFull(value);
+        else if (name != "members")
+            full[name] = value;
+        else
+            full["type"] = "object";
+        if (name != "members")
+            continue;
+        for (const auto &[member, holds] : value.items()) {
+            const bool mustBe = member.ends_with('!');
+            const std::string own = member.substr(0, member.size() - (mustBe ? 1 : 0));
+            full["properties"][own] = inFull(holds);
+            if (mustBe)
+                full["required"].push_back(own);
+        }
+    }
+    if (brief.contains("members"))
+        full["additionalProperties"] = false;
+    return full;
+}
 
 class schemaWriter_t {
 public:
@@ -214,7 +210,9 @@ public:
             reference(name);
         json_.close(']');
         json_.object("definitions", [&] {
-            json_.ready(fixedDefinitions);
+            const orderedJson_t fixed = orderedJson_t::parse(fixedDefinitions);
+            for (const auto &[name, definition] : fixed.items())
+                define(name, definition);
             writeFindings();
             for (const recordSchema_t *record : schema().records())
                 writeRecord(record->name, *record);
@@ -228,6 +226,10 @@ public:
     }
 
 private:
+    void define(std::string_view name, const orderedJson_t &brief) {
+        json_.name(name);
+        json_.ready(inFull(brief).dump());
+    }
     void reference(std::string_view name) {
         json_.open('{');
         json_.member("$ref", joined({"#/definitions/", name}));
@@ -247,25 +249,16 @@ private:
                 json_.value(findingName(static_cast<findingCode_t>(i)));
             json_.close(']');
         });
-        json_.name("finding");
-        json_.ready(joined({R"({"description": "Something that check finds; its place in the message",
-  "type": "object",
-  "properties": {)",
-                            findingMembers, R"(},
-  "required": [)",
-                            findingRequired, R"(],
-  "additionalProperties": false})"}));
-        json_.name("checkFinding");
-        json_.ready(joined(
-            {R"({"description": "A finding of a file of messages, in an object of its own: line and column are where it is",
-  "type": "object",
-  "properties": {)",
-             placeMembers, R"(, "column": {"type": "integer", "minimum": 1}, "id": {"type": "integer"},
-    )",
-             findingMembers, R"(},
-  "required": ["file", "line", "column", "offset", )",
-             findingRequired, R"(],
-  "additionalProperties": false})"}));
+        const auto finding = [](std::string_view about, std::string_view front) {
+            return orderedJson_t::parse(
+                joined({R"({"description": ")", about, R"(", "members": {)", front, findingMembers, "}}"}));
+        };
+        define("finding", finding("Something that check finds; its place in the message", ""));
+        define("checkFinding", finding("A finding of a file of messages, in an object of its own: line and column are "
+                                       "where it is",
+                                       R"("file!": "string", "line!": {"type": "integer", "minimum": 1},
+    "offset!": {"description": "Of the message's first byte in the file", "type": "integer", "minimum": 0},
+    "column!": {"type": "integer", "minimum": 1}, "id": "integer", )"));
     }
 
     void writeRecord(std::string_view name, const recordSchema_t &record) {

@@ -11,12 +11,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <variant>
 #include <vector>
 
 namespace vek {
 
 enum class checkRuleKind_t : std::uint8_t {
-    reals, ///< as many as the rule's count, one behind the other
+    reals,
     real32,
     flag,
     name, ///< an enumeration
@@ -43,15 +44,25 @@ struct memberSpan_t {
     std::size_t size = 0;
 };
 
+/// So many reals, one behind the other.
+struct realRun_t {
+    std::size_t count = 1;
+};
+
 struct checkRule_t {
     checkRuleKind_t kind{};
-    bool runsOn = false;              ///< a text may go on behind its array
-    std::int32_t limit = 0;           ///< the names of an enumeration, or the size of a character array
-    std::size_t count = 1;            ///< of reals
+    /// What more there is to say of the kind, as in descriptions.
+    std::variant<std::monostate, realRun_t, enumWords_t, arrayText_t, std::unique_ptr<checkedList_t>> details;
     std::size_t value = 0;            ///< where it is in the structure
     std::optional<std::size_t> isSet; ///< the flag that tells whether the value counts
     memberSpan_t member;
-    std::unique_ptr<checkedList_t> list;
+
+    /// The details of this sort, which the kind must have.
+    template <class Details>
+    const Details &as() const {
+        return *std::get_if<Details>(&details);
+    }
+    const checkedList_t &list() const { return *as<std::unique_ptr<checkedList_t>>(); }
 };
 
 struct structureCheck_t::plan_t {
