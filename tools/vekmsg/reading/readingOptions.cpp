@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/readingOptions.hpp"
 
 #include "vek/inspect/log/logScanner.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 #include <thread>
