@@ -337,6 +337,22 @@ try:
     print(f"{'right' if is_right else 'WRONG'}: missing columns and tables are added, altered ones filled", flush=True)
     failures += not is_right
 
+    database, former, pieces = make(), make(), [f"{folder}/piece{number}.log" for number in (0, 1)]
+    for log, piece in zip(logs, pieces):
+        pathlib.Path(piece).write_text(pathlib.Path(log).read_text()[:90000])
+    finish(load(database, *pieces))
+    for line in server.ask("SELECT table, arrayStringConcat(groupArray(concat('`', name, '`')), ', ') FROM system.columns "
+                           f"WHERE database = '{database}' AND table NOT IN ('sources', 'marks') AND name != 'source_id' "
+                           "GROUP BY table", database).splitlines():  # as version 1 had them
+        table, names = line.split("\t")
+        key = ", ".join(["source", "byte_offset", *(name for name in names.split(", ") if name.startswith("`element"))])
+        names = names.replace("`start`", "start AS start_byte").replace("`end`", "end AS end_byte")
+        server.ask(f"CREATE TABLE {table} ENGINE = ReplacingMergeTree() ORDER BY ({key}) AS SELECT {names} FROM "
+                   f"{database}.{table}", former)
+    shutil.copy(logs[0], pieces[0])
+    finish(load(former, *pieces))
+    expect("an archive of version 1 on a server", former, undisturbed(*pieces))
+
     database = make()
     shutil.copy(logs[0], f"{folder}/followed.log")
     one = load(database, "followed.log", options=["--follow"])

@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/clickhouse/clusterStore.hpp"
 
+#include "tools/vekmsg/load/clickhouse/migration.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -72,6 +73,8 @@ void clusterStore_t::makeTables() {
     const std::string local = server_.cluster().empty() ? "" : "_local";
     makeTable("sources", inspect::clickhouseCreateSources("sources" + local), local,
               inspect::clickhouseSourceColumns());
+    for (const std::string &name : migrateFromNames(server_, columns_))
+        engines_[name].clear();
     makeTable("marks", inspect::clickhouseCreateMarks("marks" + local), local, inspect::clickhouseMarkColumns());
     for (const table_t &table : tables_)
         makeTable(table.declared->name, inspect::clickhouseCreate(*table.declared, table.declared->name + local), local,
@@ -79,7 +82,7 @@ void clusterStore_t::makeTables() {
 }
 
 // All rows of a log are on one server. What others made or changed is taken as it is, and columns that are new are
-// added: the one that tells the logs apart belongs to the order of the rows, and can't be.
+// added.
 void clusterStore_t::makeTable(const std::string &name, const std::string &create, const std::string &local,
                                const std::vector<inspect::sqlColumn_t> &columns) {
     const auto there = engines_.find(name);
@@ -102,9 +105,6 @@ void clusterStore_t::makeTable(const std::string &name, const std::string &creat
         for (const auto &[column, type] : columns) {
             if (columns_[table].find("," + column + ",") != std::string::npos || engines_[table].empty())
                 continue;
-            if (column == "source_id")
-                throw databaseError_t(server_.name() + ": the tables there are of version 1, which told logs apart by "
-                                                       "their names; load the logs into another database");
             server_.ask("ALTER TABLE " + sqlName(table) + " ADD COLUMN " + sqlName(column) + " " + type);
         }
     }
@@ -117,6 +117,8 @@ std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     for (claims_t::known_t &known :
          claims_.find(inspect::joined({"first_hash = ", first, " OR (head_hash = ", head, " AND ", head,
                                        " != 0 AND length(first_bytes) < 4096) OR ", named}))) {
+        if (known.log.first.empty() && hasMessagesOf(known.log.number, log.first))
+            known.log.first = log.first;
         found.push_back(known.log);
         entered_[known.log.number] = {std::move(known.log), true, known.isSettled};
     }
@@ -125,6 +127,32 @@ std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     });
     std::stable_partition(found.begin(), found.end(), [&](const archivedLog_t &one) { return one.name == log.name; });
     return found;
+}
+
+// Of an archive of version 1 a log is known by where its first messages stand, and their numbers.
+bool clusterStore_t::hasMessagesOf(std::uint64_t number, std::string_view first) {
+    struct ahead_t final : inspect::messageSink_t {
+        void message(const inspect::foundMessage_t &found) override {
+            const inspect::envelopeParts_t envelope = inspect::takeEnvelopeApart(found.text);
+            if (count++ < 64)
+                tuples.append(tuples.empty() ? "(" : ", (")
+                    .append(std::to_string(found.offset) + ", " + std::to_string(found.line) + ", " +
+                            std::to_string(envelope.id.value) + ", " + std::to_string(envelope.sequenceNumber.value) +
+                            ")");
+            last = count <= 64 ? found.offset : last;
+        }
+        std::string tuples;
+        std::uint64_t last = 0;
+        std::size_t count = 0;
+    } ahead;
+    inspect::logScanner_t().feed(first, ahead);
+    if (ahead.count == 0)
+        return false;
+    const auto counts = server_.table(inspect::joined(
+        {"SELECT count(), sum((byte_offset, line, toInt64(ifNull(id, 0)), toInt64(ifNull(sequence_number, 0))) IN (",
+         ahead.tuples, ")) FROM messages WHERE source_id = ", std::to_string(number),
+         " AND byte_offset <= ", std::to_string(ahead.last)}));
+    return counts.front().at(0) != "0" && counts.front().at(0) == counts.front().at(1);
 }
 
 // The number follows from what is known of the log and stays when it grows, so that two loaders give the same log the

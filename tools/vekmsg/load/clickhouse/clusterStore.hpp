@@ -82,6 +82,7 @@ private:
     void makeTables();
     void makeTable(const std::string &name, const std::string &create, const std::string &local,
                    const std::vector<inspect::sqlColumn_t> &columns);
+    bool hasMessagesOf(std::uint64_t number, std::string_view first);
     void claim(entered_t &entered);
     void askWanted(std::span<table_t> tables, const inspect::archivedLog_t &log);
     void send(table_t &table);
