@@ -196,7 +196,7 @@ head -c 99990 whole.log >device.log
 load 1 device.log && loaderEnded 1
 head -n 700 whole.log >device.log
 load 1 device.log && loaderEnded 1
-tail -n 50 others/drum-02.log >device.log
+grep @@ others/drum-02.log | tail -n 50 >device.log
 load 1 device.log && loaderEnded 1
 wanted=$(printf '50\n%d\n' "$(head -n 700 whole.log | grep -c '@@')")
 there=$(ask 1 "SELECT count() AS rows FROM messages WHERE source = 'device.log' GROUP BY source_id ORDER BY rows")

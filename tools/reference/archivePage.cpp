@@ -54,8 +54,12 @@ messages: what is deleted from the other tables is not loaded again.
   rotated, copied or named by another path it goes on as the log that it is. Of shorter logs 256 bytes have to be alike, or
   the name. Found by index, the last of many logs as fast as the first.
 - Two logs that only have their name in common, as of two machines or after a rotation, are two.
-- With `--source` the logs of a device have one name, whatever their files are called, and are known by it. With `--device`
-  and `--site` equal logs of two devices are two. Standard input is called `-`.
+- With `--source` the logs of a device have one name, whatever their files are called, and are known by it. With `--device`,
+  `--site` and `--host`, or `--pattern`, equal logs of two devices are two. Standard input is called `-`.
+- A log that begins otherwise and has messages of one that is loaded, as an extract of it has, is refused, unless it has a
+  name (`--source`) or an origin of its own; what is twice there then, or comes later, is told. The table `marks` holds by
+  what they are known: a number for each of a log's first messages, and for one of eight further ones, of those that have
+  a date on their line. Logs that were loaded by version 1 have none.
 - A log that is shorter than what was loaded, or differs where the last message stood, is refused, and nothing changes.
 - In SQLite a message that is cut off at the log's end is taken as it stands, and anew when the log has grown; how far a log
   is loaded is written with the messages themselves. One writes at a time; a second loader waits for the end of the first
