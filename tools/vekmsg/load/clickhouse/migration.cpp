@@ -68,8 +68,8 @@ std::vector<std::string> migrateFromNames(clusterServer_t &server, const std::ma
              database + ", which may be dropped then");
     server.ask("CREATE DATABASE IF NOT EXISTS " + aside);
     if (old.back()->number == 0)
-        server.ask(joined({"INSERT INTO sources (source_id, source, next_line) SELECT DISTINCT ", numberOfLog,
-                           ", source, 1 FROM messages"}));
+        server.ask(joined({"INSERT INTO sources (source_id, source, next_line, claim) SELECT DISTINCT ", numberOfLog,
+                           ", source, 1, 1 FROM messages"}));
     std::vector<std::string> names;
     for (const inspect::table_t *table : old) {
         migrate(server, aside, *table, columns.at(table->name));
