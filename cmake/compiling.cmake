@@ -93,6 +93,18 @@ function(vekLoadedByHosts)
     endforeach()
 endfunction()
 
+# A file that is loaded anywhere, and of which nothing can be written over once it is linked.
+function(vekHardened target)
+    get_target_property(type ${target} TYPE)
+    if(WIN32 AND NOT MSVC) # whose linker does so unasked
+        target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat
+                                              $<$<EQUAL:${CMAKE_SIZEOF_VOID_P},8>:-Wl,--high-entropy-va>)
+    elseif(NOT WIN32)
+        target_link_options(${target} PRIVATE $<$<STREQUAL:${type},EXECUTABLE>:-pie> -Wl,-z,relro,-z,now,-z,noexecstack
+                                              -Wl,--gc-sections)
+    endif()
+endfunction()
+
 # Windows looks for a DLL in the folder of the program.
 if(WIN32 AND PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
@@ -115,16 +127,13 @@ endfunction()
 # The dynamic symbol table holds what the two files name, for Linux and for Windows, and nothing else. On Windows the
 # file is named as hosts load it.
 function(vekExporting target map def)
+    vekHardened(${target})
     if(WIN32)
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/${def})
         set_target_properties(${target} PROPERTIES PREFIX "")
-        if(NOT MSVC) # whose linker does so unasked
-            target_link_options(${target} PRIVATE $<$<CONFIG:Release>:-s> -Wl,--dynamicbase,--nxcompat)
-        endif()
         return()
     endif()
-    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL
-                                          -Wl,-z,relro,-z,now,-z,noexecstack -Wl,--gc-sections)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/${map} -Wl,--exclude-libs,ALL)
     if(NOT VEK_INSTRUMENT) # clang's sanitizers resolve their symbols in the program
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()

@@ -75,6 +75,54 @@ test('the page refuses markup, code from strings and requests, whoever asks', as
   }, { isRefusing: true });
 });
 
+test('every kind of request is refused by the policy', async () => {
+  await withPage(async (page) => {
+    const sent = await page.evaluate(async () => {
+      await new Promise((resolve) => setTimeout(resolve));
+      const address = 'http://127.0.0.1:9/asked';
+      const add = (kind, members) => document.body.append(Object.assign(document.createElement(kind), members));
+      const attempts = {
+        'connect-src fetch': () => fetch(address),
+        'connect-src beacon': () => navigator.sendBeacon(address, 'x'),
+        'connect-src request': () => {
+          const request = new XMLHttpRequest();
+          request.open('GET', address);
+          request.send();
+        },
+        'connect-src socket': () => new WebSocket('ws://127.0.0.1:9/asked'),
+        'connect-src events': () => new EventSource(address),
+        'img-src image': () => add('img', { src: address }),
+        'media-src sound': () => add('audio', { src: address }),
+        'style-src style': () => add('link', { rel: 'stylesheet', href: address }),
+        'font-src font': () => new FontFace('asked', `url(${address})`).load(),
+        'frame-src frame': () => add('iframe', { src: address }),
+        'object-src object': () => add('object', { data: address }),
+        'script-src script': () => add('script', { src: address }),
+        'form-action form': () => {
+          add('form', { action: address, method: 'post', id: 'asked' });
+          document.querySelector('#asked').submit();
+        },
+      };
+      const sentKinds = [];
+      for (const [name, attempt] of Object.entries(attempts)) {
+        const [directive, kind] = name.split(' ');
+        const isRefused = new Promise((resolve) => {
+          addEventListener('securitypolicyviolation', ({ effectiveDirective }) => effectiveDirective.startsWith(directive) && resolve(true));
+          setTimeout(() => resolve(false), 2000);
+        });
+        try {
+          Promise.resolve(attempt()).catch(() => {});
+        } catch (error) {
+          if (error instanceof TypeError) continue; // a script's address must be trusted
+        }
+        if (!(await isRefused)) sentKinds.push(kind);
+      }
+      return sentKinds;
+    });
+    assert.deepEqual(sent, []);
+  }, { isRefusing: true });
+});
+
 test('a message of as many braces and bytes as it may have', async () => {
   await withPage(async (page) => {
     await paste(page, message(4101, 1, `{ARRAY_CASSETTE=${'{'.repeat(20_000)}${'}'.repeat(20_000)};}`));

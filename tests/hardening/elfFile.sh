@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
-# A shared library is compiled and linked as the system hardens its own: read from its file.
-#   sharedObject.sh LIBRARY MOST_BYTES   of the stripped file
+# A shared library or a program is compiled and linked as the system hardens its own: read from its file.
+#   elfFile.sh FILE MOST_BYTES   of the stripped file
 set -euo pipefail
 library=$1 most=$2
-headers=$(LC_ALL=C readelf --wide --program-headers --dynamic --sections "$library")
+headers=$(LC_ALL=C readelf --wide --file-header --program-headers --dynamic --sections "$library")
 symbols=$(LC_ALL=C readelf --wide --dyn-syms "$library")
 
 # has WHAT PATTERN TEXT
 has() {
     grep -qE -- "$2" <<<"$3" || { echo "FAILED: $library: $1" >&2; exit 1; }
 }
+has 'it is loaded at a fixed address' 'Type: +DYN' "$headers"
 has 'its tables stay writable (no relro)' 'GNU_RELRO' "$headers"
 has 'its symbols are bound late, in a writable table' 'FLAGS_1.*NOW' "$headers"
 has 'its stack is executable' 'GNU_STACK .* RW +0x' "$headers"
