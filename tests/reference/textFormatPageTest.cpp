@@ -1,5 +1,5 @@
-// The examples of docs/text-format.md, run: in a block "body ID" each line is a body and what it reads as, in a block
-// "envelope" a whole text and what becomes of it.
+// The examples of docs/text-format.md, and the table of odd bodies, run: in a block "body ID" each line is a body and
+// what it reads as, in a block "envelope" a whole text and what becomes of it.
 #include "tests/support/messages.hpp"
 #include "vek/api/problem.hpp"
 
@@ -15,12 +15,14 @@ using namespace vek::test;
 
 constexpr int fewestExamples = 60; // a page that isn't found has none
 
-// The control codes 1 to 5 have pictures on the page, U+2401 to U+2405.
+// The control codes 1 to 5 have pictures on the page, U+2401 to U+2405; other bytes may be spelt \xHH.
 std::string withCodes(std::string text) {
     for (char code = 1; code <= 5; ++code)
         for (std::size_t at; (at = text.find(std::string("\xE2\x90") + static_cast<char>('\x80' + code))) != text.npos;)
             text.replace(at, 3, 1, code);
-    return text;
+    for (std::size_t at = 0; (at = text.find("\\x", at)) != std::string::npos; ++at)
+        text.replace(at, 4, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+    return text == "nothing" ? "" : text;
 }
 
 // Whether a text is as the page says, which leaves parts at its start or its end out.
@@ -47,8 +49,10 @@ std::string envelopeOf(std::string_view text) {
            number("sequence number", numbers.sequenceNumber) + ", body " + std::string(envelope.body);
 }
 
-TEST(TextFormatPage, ExamplesReadAsItSays) {
-    std::ifstream page(VEK_PROJECT_FOLDER "/docs/text-format.md");
+class ExamplePages : public testing::TestWithParam<const char *> {};
+
+TEST_P(ExamplePages, ReadAsTheySay) {
+    std::ifstream page(std::string(VEK_PROJECT_FOLDER "/") + GetParam());
     std::string block;
     int examples = 0;
     for (std::string line; std::getline(page, line);) {
@@ -69,5 +73,7 @@ TEST(TextFormatPage, ExamplesReadAsItSays) {
     }
     EXPECT_GE(examples, fewestExamples);
 }
+
+INSTANTIATE_TEST_SUITE_P(All, ExamplePages, testing::Values("docs/text-format.md", "tests/records/conversions.md"));
 
 } // namespace
