@@ -359,8 +359,8 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     if (isInteger(before.field->kind) || goesOn || isEither ||
         judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();
-    tell(joined(
-             {whole, ",", rest, meant.empty() || isOfThousands ? " has a comma in it" : " has a comma for its point"}),
+    const bool isPoint = !meant.empty() && !isOfThousands;
+    tell(joined({whole, ",", rest, isPoint ? " has a comma for its point" : " has a comma in it"}),
          joined({"a host reads ", whole}), std::move(meant));
     return true;
 }
