@@ -129,7 +129,10 @@ TEST(Check, FindsNoErrorInWhatTheLibraryWrites) {
 // No message has so many keys yet; the next one may.
 TEST(Check, AndAllElseTakeARecordOfMoreThan64Keys) {
     constexpr int keys = 130;
-    recordSchema_t wide{.name = "wide_t", .structure = "Wide", .about = "Many keys."};
+    recordSchema_t wide;
+    wide.name = "wide_t";
+    wide.structure = "Wide";
+    wide.about = "Many keys.";
     std::string body = "{";
     for (int i = 0; i < keys; ++i) {
         fieldSchema_t &field = wide.fields.emplace_back();
