@@ -45,6 +45,7 @@ endif()
 set(isLoaded ON)
 if(EMSCRIPTEN)
     set(isLoaded OFF)
+    string(APPEND CMAKE_CXX_FLAGS " -fwasm-exceptions") # what refuses an expression throws; it is caught there
 endif()
 
 # The language, the warnings, the instrumentation, and the folder root as the one include path. Whether sources are

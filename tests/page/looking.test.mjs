@@ -1,7 +1,8 @@
 // Looking: what is opened is listed, found by filters, and shown as a tree beside its text.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { openFile, paste, treeRows, withPage } from './browser.mjs';
+import { openFile, paste, saved, toolPath, treeRows, withPage } from './browser.mjs';
 import { logLines, message, samples } from './makeLog.mjs';
 
 const listed = (page) => page.textContent('#listCount');
@@ -66,6 +67,51 @@ test('a line says when, which way, what kind and what matters, by columns that p
     assert.deepEqual((await cells(page, 2)).slice(1), ['cassetteArray_t', 'b', 'ARRAY_CASSETTE 2×']);
     const box = await page.locator('#messages').boundingBox();
     assert.ok(box.height >= 30 * 24, `${box.height} pixels are less than 30 lines`);
+  });
+});
+
+test('filters are those of --where, each a chip; the address opens the same view; what passes is saved', async () => {
+  const lines = [...logLines(3000)];
+  const buffer = Buffer.from(lines.join(''));
+  const asTool = (where) => spawnSync(toolPath, ['json', '--where', where, '-'], { input: buffer, maxBuffer: 1 << 26 }).stdout.toString().split('\n').filter(Boolean).length;
+  const counts = (page, count) => page.waitForFunction((words) => document.getElementById('listCount').textContent.startsWith(words), `${count.toLocaleString('en')} of 3,000`);
+  const add = async (page, where) => {
+    await page.fill('#filterWhere', where);
+    await page.press('#filterWhere', 'Enter');
+  };
+  const first = 'MEDIA_NAME =~ "^North.* 0\\.3$" and FOCUS_VALUE >= 1030';
+  const second = 'not @seq < 2000';
+  await withPage(async (page) => {
+    await openFile(page, { name: 'device.log', mimeType: '', buffer });
+    for (const wrong of ['MEDIA_NAME =~ (', 'FOCUS_VALUE >']) {
+      await add(page, wrong);
+      await page.waitForSelector('#whereProblem:not(:empty)');
+      assert.equal(await page.locator('.chip').count(), 0, wrong);
+    }
+    await add(page, first);
+    await counts(page, asTool(first));
+    assert.equal(await page.textContent('#whereProblem'), '');
+    await add(page, second);
+    const both = asTool(`(${first}) and ${second}`);
+    await counts(page, both);
+    assert.ok(both > 0 && both < asTool(first));
+
+    const passing = (await saved(page, '#savePassing')).toString();
+    assert.equal(passing.split('\n').filter(Boolean).length, both);
+    assert.ok(passing.split('\n').filter(Boolean).every((line) => buffer.includes(`${line}\n`)), 'whole lines');
+
+    await page.click('.chip:nth-child(1) .switch');
+    await counts(page, asTool(second));
+    const address = page.url();
+    await page.click('.chip:nth-child(2) .remove');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await page.goto('about:blank');
+    await page.goto(address);
+    await page.waitForSelector('body.isReady');
+    await openFile(page, { name: 'device.log', mimeType: '', buffer });
+    await counts(page, asTool(second));
+    await page.click('.chip.off .switch');
+    await counts(page, both);
   });
 });
 

@@ -7,6 +7,7 @@
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/check/judge.hpp"
+#include "vek/inspect/filter/expression.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/utf16.hpp"
@@ -24,6 +25,7 @@ page::exchange_t exchange;
 std::unique_ptr<page::logRows_t> rows;
 std::unique_ptr<utf16_t> utf16;
 page::series_t series;
+expression_t where;
 
 // 1 with the result, or 0 with the reason in its place.
 std::int32_t handOut(const formResult_t &read) {
@@ -242,6 +244,23 @@ std::int32_t pageUtf16Begin(std::size_t size) {
 
 std::int32_t pageUtf16Take(std::size_t size) {
     utf16->feed(exchange.take(size), exchange.result);
+    return 1;
+}
+
+/// Chooses messages by their values; 0 with the reason when it is no condition.
+std::int32_t pageWhereChoose(std::size_t size) {
+    const std::string_view text = exchange.take(size);
+    expression_t chosen;
+    if (const std::optional<expressionError_t> error = chosen.read(text))
+        return refuse(error->inText(text));
+    where = std::move(chosen);
+    return 1;
+}
+
+/// A byte for each message whose start and size in the block are given as 32-bit numbers: whether it is chosen.
+std::int32_t pageWhereTake(std::size_t placesSize, std::size_t blockSize) {
+    const std::string_view places = exchange.take(placesSize);
+    page::appendChosen(exchange.result, where, places, exchange.take(blockSize));
     return 1;
 }
 

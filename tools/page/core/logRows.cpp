@@ -27,6 +27,16 @@ void appendBytes(std::string &out, const Value &value) {
     out.append(bytes, sizeof bytes);
 }
 
+// Of the messages whose start and size in the block are given as 32-bit numbers.
+template <class Take>
+void eachMessage(std::string_view places, std::string_view block, Take take) {
+    for (; places.size() >= 2 * sizeof(std::uint32_t); places.remove_prefix(2 * sizeof(std::uint32_t))) {
+        std::uint32_t place[2];
+        std::memcpy(place, places.data(), sizeof place);
+        take(block.substr(std::min<std::size_t>(place[0], block.size()), place[1]));
+    }
+}
+
 } // namespace
 
 void logRows_t::take(std::string_view block, std::string &out) {
@@ -98,14 +108,20 @@ void series_t::choose(std::string_view paths) {
     }
 }
 
+void appendChosen(std::string &out, const expression_t &where, std::string_view places, std::string_view block) {
+    tree_t tree;
+    eachMessage(places, block, [&](std::string_view text) {
+        tree.read(text);
+        out += where.holds(tree) ? '\1' : '\0';
+    });
+}
+
 void series_t::take(std::string_view places, std::string_view block, std::string &out) {
-    for (; places.size() >= 2 * sizeof(std::uint32_t); places.remove_prefix(2 * sizeof(std::uint32_t))) {
-        std::uint32_t place[2];
-        std::memcpy(place, places.data(), sizeof place);
-        tree_.read(block.substr(std::min<std::size_t>(place[0], block.size()), place[1]));
+    eachMessage(places, block, [&](std::string_view text) {
+        tree_.read(text);
         for (const std::string &path : paths_)
             appendBytes(out, numberAt(path));
-    }
+    });
 }
 
 double series_t::numberAt(const std::string &path) const {

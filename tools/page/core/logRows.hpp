@@ -4,6 +4,7 @@
 // columns.js.
 #pragma once
 
+#include "vek/inspect/filter/expression.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/log/sequences.hpp"
 #include "vek/inspect/message/tree.hpp"
@@ -51,6 +52,10 @@ private:
 
 /// Appends how many numbers are missing in front of each of `sequences`, all 32-bit numbers.
 void appendMissing(std::string_view sequences, std::string &out);
+
+/// Appends a byte for each message: whether it is chosen. `places`: as for series_t::take().
+void appendChosen(std::string &out, const inspect::expression_t &where, std::string_view places,
+                  std::string_view block);
 
 /// The numbers that stand at some paths of messages: of an enumeration its value, of a boolean 0 or 1.
 class series_t {

@@ -130,6 +130,13 @@ export class Core {
   takeUtf16(block) {
     return this.#call('pageUtf16Take', [block]).bytes;
   }
+  /** Chooses messages by a condition as the command line's --where takes it; says what is wrong with it. */
+  chooseWhere(expression) {
+    return this.#message('pageWhereChoose', [bytesOf(expression)]);
+  }
+  takeWhere(places, block) {
+    return this.#call('pageWhereTake', [new Uint8Array(places.buffer, 0, places.byteLength), block]).bytes;
+  }
   chooseSeries(paths) {
     this.#call('pageSeriesChoose', [bytesOf(paths.join('\n'))]);
   }

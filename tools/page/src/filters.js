@@ -1,95 +1,71 @@
-// The filters above the list: by kind, by words, by what was found, and by the stretch that the time line shows.
-import { busy, byId, inSlices, oneByOne, option, seldom, setOptions } from './elements.js';
-import { Cancelled } from './reader.js';
+// The filters above the list: by words, by conditions on values, by kind, by what was found, and by the stretch that the
+// time line shows. Each is a chip that can be switched off; together they stand in the address, so that a link opens the
+// same view.
+import { busy, byId, element, inSlices, oneByOne, option, seldom, setOptions } from './elements.js';
+import { RowSearch } from './rowSearch.js';
+import { saveBlob } from './saving.js';
+import { shown, shownWords } from './signs.js';
 import { number } from './words.js';
 
-const atOnce = 200_000; // messages
-
-// Which messages hold some words: known for the first rows, and looked for in the others as they come.
-class Search {
-  isFound = new Uint8Array();
-  count = 0; // rows that were looked at
-  #stop = new AbortController();
-
-  constructor(log, words) {
-    Object.assign(this, { log, words });
-  }
-
-  end() {
-    this.#stop.abort();
-  }
-
-  /** Looks at the rows that are not known yet; onMore is called with each stretch. */
-  async run(onMore) {
-    if (this.isRunning) return;
-    this.isRunning = true;
-    try {
-      while (this.count < this.log.count) await this.#take(Math.min(this.log.count, this.count + atOnce), onMore);
-    } catch (error) {
-      if (!(error instanceof Cancelled)) throw error;
-    } finally {
-      this.isRunning = false;
-    }
-  }
-
-  async #take(end, onMore) {
-    const rows = new Uint32Array(end - this.count);
-    for (let at = 0; at < rows.length; ++at) rows[at] = this.count + at;
-    const isFound = await this.log.search(rows, this.words, this.#stop.signal);
-    const all = new Uint8Array(end);
-    all.set(this.isFound.subarray(0, this.count));
-    all.set(isFound, this.count);
-    this.isFound = all;
-    this.count = end;
-    onMore();
-  }
-
-  /** A message was changed. */
-  async update(row) {
-    if (row < this.count) this.isFound[row] = (await this.log.search([row], this.words))[0];
-  }
-}
-
 export class Filters {
-  #kind = byId('filterKind');
   #words = byId('filterWords');
+  #kind = byId('filterKind');
   #problem = byId('filterProblem');
+  #where = byId('filterWhere');
+  #conditions = []; // on values, as the command line takes them
+  #off = new Set(); // the chips that are switched off
   #range; // of the time line
-  #search;
+  #searches = new Map(); // by their chips
   #passed; // { rows, count, end, tests }: of the rows in front of `end`, those that pass
   #looking = oneByOne(() => this.#look());
+  #address = new URLSearchParams(location.hash.slice(1)); // that the page was opened with
 
   /** onResult(rows, whether more may come) */
-  constructor(catalogue, findingNames, onResult) {
-    Object.assign(this, { catalogue, findingNames, onResult });
+  constructor(core, catalogue, findingNames, onResult) {
+    Object.assign(this, { core, catalogue, findingNames, onResult });
     this.#kind.addEventListener('change', () => this.#applyAnew());
     this.#problem.addEventListener('change', () => this.#applyAnew());
     this.#words.addEventListener('input', seldom(() => this.#applyAnew(), 250));
-    byId('filterForm').addEventListener('submit', (event) => event.preventDefault());
+    byId('filterForm').addEventListener('submit', (event) => {
+      event.preventDefault();
+      busy(this.#addCondition());
+    });
     byId('clearFilters').addEventListener('click', () => this.clear());
+    byId('savePassing').addEventListener('click', () => busy(this.#save()));
   }
 
   get controls() {
-    return [this.#kind, this.#words, this.#problem];
+    return [this.#words, this.#kind, this.#problem, this.#where];
   }
 
   reset(log) {
     this.log = log;
     this.#range = undefined;
+    this.#empty();
     this.forget();
-    for (const control of this.controls) control.value = '';
+    this.#words.value = this.#address.get('text') ?? '';
+    this.#conditions = this.#address.getAll('where');
+    this.#off = new Set(this.#address.getAll('off'));
     this.refresh();
+  }
+
+  #empty() {
+    for (const control of this.controls) control.value = '';
+    byId('whereProblem').textContent = '';
+    this.#conditions = [];
+    this.#off.clear();
   }
 
   /** The rows are others now. */
   forget() {
-    this.#search?.end();
-    this.#search = undefined;
+    for (const search of this.#searches.values()) search.end();
+    this.#searches.clear();
     this.#passed = undefined;
   }
 
   clear() {
-    for (const control of this.controls) control.value = '';
+    this.#empty();
+    if (this.#range) byId('wholeTime').click();
     this.#applyAnew();
     this.#words.focus();
   }
@@ -101,8 +77,19 @@ export class Filters {
 
   /** A message was changed. */
   async update(row) {
-    await this.#search?.update(row);
+    for (const search of this.#searches.values()) await search.update(row);
     this.refresh();
+    await this.#applyAnew();
+  }
+
+  async #addCondition() {
+    const text = this.#where.value.trim();
+    const error = text === '' ? undefined : (await this.core.chooseWhere(text)).error;
+    byId('whereProblem').replaceChildren(...shown(error ?? ''));
+    this.#where.setAttribute('aria-invalid', Boolean(error));
+    if (error || text === '') return;
+    this.#where.value = '';
+    if (!this.#conditions.includes(text)) this.#conditions.push(text);
     await this.#applyAnew();
   }
 
@@ -123,41 +110,110 @@ export class Filters {
       labelled('errors', 'Errors', withErrors),
       labelled('damaged', 'Damaged ends', damaged),
       labelled('gaps', 'Behind a gap', gaps),
-      ...codes.map(([code, count]) => labelled(String(code), this.findingNames[code].replaceAll('-', ' '), count)),
+      ...codes.map(([code, count]) => labelled(this.findingNames[code], this.findingNames[code].replaceAll('-', ' '), count)),
     ]);
+    this.#takeChoicesOfAddress();
+  }
+
+  // What the address chooses can be chosen once the log has it.
+  #takeChoicesOfAddress() {
+    for (const [name, select] of [['kind', this.#kind], ['problem', this.#problem]]) {
+      const value = this.#address.get(name);
+      if (value === null || ![...select.options].some((one) => one.value === value)) continue;
+      this.#address.delete(name);
+      select.value = value;
+      this.#passed = undefined;
+    }
+  }
+
+  // What is chosen: of each its chip's name and words, and how it is taken away.
+  #chosen() {
+    const words = (select) => select.selectedOptions[0]?.textContent.replace(/ \([\d,]*\)$/, '');
+    const clear = (control) => () => (control.value = '');
+    const chosen = [
+      [this.#words.value !== '', 'text', `text "${this.#words.value}"`, clear(this.#words)],
+      ...this.#conditions.map((text) => [true, `where ${text}`, text, () => this.#conditions.splice(this.#conditions.indexOf(text), 1)]),
+      [this.#kind.value !== '', 'kind', words(this.#kind), clear(this.#kind)],
+      [this.#problem.value !== '', 'problem', words(this.#problem), clear(this.#problem)],
+      [this.#range !== undefined, 'stretch', 'stretch of the time line', () => byId('wholeTime').click()],
+    ];
+    return chosen.filter(([isChosen]) => isChosen).map(([, name, label, remove]) => ({ name, label, remove }));
+  }
+
+  #showChips(chosen) {
+    const change = (act) => () => {
+      act();
+      this.#applyAnew();
+    };
+    byId('filterChips').replaceChildren(
+      ...chosen.map(({ name, label, remove }) => {
+        const isOn = !this.#off.has(name);
+        const toggle = change(() => (isOn ? this.#off.add(name) : this.#off.delete(name)));
+        const takeAway = change(() => this.#off.delete(name) || remove());
+        return element(
+          'li',
+          { class: isOn ? 'chip' : 'chip off' },
+          element('button', { type: 'button', class: 'switch', 'aria-pressed': String(isOn), title: isOn ? 'Switch it off' : 'Switch it on', onclick: toggle }, ...shown(label)),
+          element('button', { type: 'button', class: 'remove', 'aria-label': `Take ${shownWords(label)} away`, onclick: takeAway }, '×'),
+        );
+      }),
+    );
+    byId('clearFilters').hidden = byId('savePassing').hidden = chosen.length === 0;
+  }
+
+  #keepInAddress() {
+    const address = new URLSearchParams();
+    for (const [name, { value }] of [['text', this.#words], ['kind', this.#kind], ['problem', this.#problem]]) if (value !== '') address.set(name, value);
+    for (const condition of this.#conditions) address.append('where', condition);
+    for (const name of this.#off) address.append('off', name);
+    const hash = address.size > 0 ? `#${address}` : '';
+    if (location.hash !== hash) history.replaceState(null, '', hash || location.pathname + location.search);
   }
 
   #tests() {
     const { columns } = this.log;
+    const isOn = (name) => !this.#off.has(name);
     const tests = [];
-    const id = this.#kind.value === '' ? undefined : Number(this.#kind.value);
-    if (id !== undefined) tests.push((row) => columns.id[row] === id);
-    const problem = this.#problem.value;
+    const id = this.#kind.value;
+    if (id !== '' && isOn('kind')) tests.push((row) => columns.id[row] === Number(id));
+    const problem = isOn('problem') ? this.#problem.value : '';
+    const code = this.findingNames.indexOf(problem);
     if (problem === 'problems') tests.push((row) => columns.severity[row] > 0);
     else if (problem === 'errors') tests.push((row) => columns.severity[row] === 2);
     else if (problem === 'damaged') tests.push((row) => columns.isDamaged[row] === 1);
     else if (problem === 'gaps') tests.push((row) => columns.missing[row] > 0);
-    else if (problem !== '') tests.push((row) => columns.hasFinding(row, Number(problem)));
-    if (this.#range) {
+    else if (code >= 0) tests.push((row) => columns.hasFinding(row, code));
+    if (this.#range && isOn('stretch')) {
       const [from, to] = this.#range;
       tests.push((row) => this.log.positionOf(row) >= from && this.log.positionOf(row) <= to);
     }
-    const search = this.#searchFor(this.#words.value);
-    if (search) tests.push((row) => search.isFound[row] === 1);
+    for (const search of this.#searches.values()) tests.push((row) => search.isFound[row] === 1);
     return tests;
   }
 
-  #searchFor(words) {
-    if (this.#search?.words !== words) this.forget();
-    if (words !== '') this.#search ??= new Search(this.log, words);
-    return this.#search;
+  // The searches that are wanted now; those of before go on.
+  #chooseSearches() {
+    const words = this.#words.value;
+    const wanted = new Map(this.#conditions.map((expression) => [`where ${expression}`, ['where', { expression }]]));
+    if (words !== '') wanted.set('text', ['search', { words }]);
+    for (const name of this.#off) wanted.delete(name);
+    for (const [name, search] of this.#searches)
+      if (!wanted.has(name) || (name === 'text' && search.parameters.words !== words)) {
+        search.end();
+        this.#searches.delete(name);
+        this.#passed = undefined;
+      }
+    for (const [name, [job, parameters]] of wanted)
+      if (!this.#searches.has(name)) {
+        this.#searches.set(name, new RowSearch(this.log, job, parameters));
+        this.#passed = undefined;
+      }
   }
 
   // Goes on from the rows that were looked at for the same filters. What a search has not come to is not listed yet.
   async #look() {
     const { log } = this;
-    const search = this.#searchFor(this.#words.value);
-    const count = search ? Math.min(search.count, log.count) : log.count;
+    const count = Math.min(log.count, ...[...this.#searches.values()].map((search) => search.count));
     const passed = (this.#passed ??= { rows: new Uint32Array(1024), count: 0, end: 0, tests: this.#tests() });
     await inSlices(
       count,
@@ -168,22 +224,29 @@ export class Filters {
       },
       passed.end,
     );
-    if (this.#passed === passed && this.log === log) this.onResult(passed.rows.subarray(0, passed.count), search !== undefined && search.count < log.count);
+    if (this.#passed === passed && this.log === log) this.onResult(passed.rows.subarray(0, passed.count), count < log.count);
   }
 
-  /** Calls onResult with the rows that pass, again when there are more or the search has found more. */
+  /** Calls onResult with the rows that pass, again when there are more or a search has found more. */
   async apply() {
-    byId('clearFilters').hidden = this.controls.every(({ value }) => value === '');
-    const search = this.#searchFor(this.#words.value);
+    this.#chooseSearches();
+    this.#showChips(this.#chosen());
     const looked = this.#looking();
-    if (search) busy(search.run(() => this.#search === search && this.#looking()));
+    for (const search of this.#searches.values()) busy(search.run(() => [...this.#searches.values()].includes(search) && this.#looking()));
     await looked;
   }
 
   // The filters are others now, or what they look at is.
-  #applyAnew() {
+  async #applyAnew() {
     this.#passed = undefined;
-    return this.apply();
+    this.#keepInAddress();
+    await this.apply();
+  }
+
+  async #save() {
+    const { log } = this;
+    const { rows, count } = this.#passed;
+    saveBlob(await log.lines(rows.slice(0, count)), `passing ${log.files.length === 1 ? log.name : 'log.txt'}`);
   }
 }
 

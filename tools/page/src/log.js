@@ -194,7 +194,7 @@ export class Log {
   // of the rows; they are read in the order of their bytes.
   async #ask(kind, rows, parts, result, { onProgress, signal } = {}) {
     const { offset } = this.columns;
-    const answers = kind === 'search' ? 'isFound' : 'numbers';
+    const answers = kind === 'series' ? 'numbers' : 'isFound';
     for (let from = 0; from < rows.length; from += pieceSize) {
       const piece = rows.slice(from, from + pieceSize);
       const order = this.files.length > 1 ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]]) : undefined;
@@ -207,9 +207,9 @@ export class Log {
     return result;
   }
 
-  /** Of some rows, in order, whether their message holds some words: 0 or 1. */
-  search(rows, words, signal) {
-    return this.#ask('search', rows, { words }, new Uint8Array(rows.length), { signal });
+  /** Of some rows, in order, what the worker's job finds of their messages: 0 or 1. */
+  find(job, rows, parameters, signal) {
+    return this.#ask(job, rows, parameters, new Uint8Array(rows.length), { signal });
   }
 
   /** The numbers at a path of some rows. */
@@ -219,8 +219,17 @@ export class Log {
 
   /** What the messages of some rows say in a line, with what stands at some paths, and in front of them on their lines. */
   async digests(rows, paths) {
-    const places = rows.map((row) => ({ ...this.#placeIn(row), lineAt: (this.originals.get(row) ?? this.#placeIn(row)).start }));
-    return (await this.asking.run('digests', { blob: this.blob, places, paths })).digests;
+    return (await this.asking.run('digests', { blob: this.blob, places: this.#linePlaces(rows), paths })).digests;
+  }
+
+  // Where messages stand, and where their lines have them: a changed one stands elsewhere.
+  #linePlaces(rows) {
+    return Array.from(rows, (row) => ({ ...this.#placeIn(row), lineAt: (this.originals.get(row) ?? this.#placeIn(row)).start }));
+  }
+
+  /** The messages of some rows as a log. */
+  async lines(rows) {
+    return (await this.asking.run('lines', { blob: this.blob, places: this.#linePlaces(rows) })).lines;
   }
 
   /** The order in which some numbers are to stand so that they rise. */

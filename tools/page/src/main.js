@@ -31,7 +31,11 @@ class Page {
     Object.assign(this, parts);
     const { core, catalogue } = this;
     this.list = new MessageList(catalogue, (row) => busy(this.#showRow(row)));
-    this.filters = new Filters(catalogue, this.findingNames, (rows, hasMore) => this.list.setRows(rows, hasMore));
+    this.filters = new Filters(core, catalogue, this.findingNames, (rows, hasMore) => {
+      this.list.setRows(rows, hasMore);
+      this.timeLine.follow(rows);
+      if (this.log.isComplete && this.row === undefined && rows.length > 0) this.list.choose(rows[0]);
+    });
     this.timeLine = new TimeLine(catalogue, {
       onRow: (row) => this.#choose(row),
       onRange: (range) => this.filters.setRange(range),
@@ -126,7 +130,7 @@ class Page {
     for (const panel of this.panels) panel.refresh();
     byId('overview').hidden = log.count < 2;
     byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
-    return Promise.all([this.filters.apply(), this.timeLine.count()]);
+    return this.filters.apply();
   }
 
   #showSummary() {
@@ -170,7 +174,7 @@ class Page {
     this.list.draw();
     this.#showSummary();
     const panels = this.panels.map((panel) => panel.update(row));
-    await Promise.all([this.timeLine.count(), ...panels, this.row === row ? this.#showRow(row) : this.#choose(row)]);
+    await Promise.all([...panels, this.row === row ? this.#showRow(row) : this.#choose(row)]);
   }
 
   #showHistory() {

@@ -37,6 +37,7 @@ export class TimeLine {
     this.range = undefined;
     this.#cursor = -1;
     this.#bins = [];
+    this.rows = new Uint32Array();
     byId('wholeTime').hidden = true;
   }
 
@@ -64,6 +65,12 @@ export class TimeLine {
     const isShared = kinds.length > mostLanes;
     const own = isShared ? kinds.slice(0, mostLanes - 1) : kinds;
     return { own: new Map(own.map((id, lane) => [id, lane])), count: own.length + (isShared ? 1 : 0), isShared };
+  }
+
+  /** Shows some messages alone. */
+  follow(rows) {
+    this.rows = rows;
+    return this.count();
   }
 
   /** Draws it of the messages that there are now. */
@@ -120,8 +127,9 @@ export class TimeLine {
       if (columns.severity[row] === 2) ++bin.problems;
       if (columns.severity[row] === 2 || columns.isDamaged[row]) ++bin.errors;
     };
-    await inSlices(log.count, (first, last) => {
-      for (let row = first; row < last; ++row) take(row);
+    const { rows } = this;
+    await inSlices(rows.length, (first, last) => {
+      for (let at = first; at < last; ++at) take(rows[at]);
     });
     return bins;
   }

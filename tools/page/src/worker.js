@@ -93,12 +93,32 @@ const jobs = {
   async series({ job, blob, offsets, sizes, paths }) {
     const numbers = new Float64Array(offsets.length * paths.length);
     await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
-      const places = new Uint32Array(2 * (last - first));
-      for (let row = first; row < last; ++row) places.set([offsets[row] - start, sizes[row]], 2 * (row - first));
       core.chooseSeries(paths);
-      numbers.set(core.takeSeries(places, block), first * paths.length);
+      numbers.set(core.takeSeries(placesIn(offsets, sizes, start, first, last), block), first * paths.length);
     });
     return { numbers };
+  },
+
+  // Which messages a condition chooses.
+  async where({ job, blob, offsets, sizes, expression }) {
+    const isFound = new Uint8Array(offsets.length);
+    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+      const { error } = core.chooseWhere(expression);
+      if (!error) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
+    });
+    return { isFound };
+  },
+
+  // Some messages with what stands in front of them on their lines, as a log.
+  async lines({ job, blob, places }) {
+    const parts = [];
+    for (const [at, { start, size, lineAt }] of places.entries()) {
+      const head = await bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt);
+      goOn(job);
+      parts.push(head.subarray(head.lastIndexOf(0x0a) + 1), blob.slice(start, start + size), '\n');
+      if (at % 1000 === 0) postMessage({ job, share: at / places.length });
+    }
+    return { lines: new Blob(parts) };
   },
 
   // What some messages say in a line, and what stands in front of each on its line.
@@ -120,6 +140,13 @@ const jobs = {
     return { result: core[name](...parameters) };
   },
 };
+
+// Where the messages of a block are in it.
+function placesIn(offsets, sizes, start, first, last) {
+  const places = new Uint32Array(2 * (last - first));
+  for (let row = first; row < last; ++row) places.set([offsets[row] - start, sizes[row]], 2 * (row - first));
+  return places;
+}
 
 // Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages in their
 // order: changed ones stand behind all others.
