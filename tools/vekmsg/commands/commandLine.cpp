@@ -61,44 +61,56 @@ CLI::App *declare(CLI::App &app, command_t &command) {
     return own;
 }
 
+// Null when there is none.
+const CLI::App *commandNamed(const CLI::App &app, const std::string &name) {
+    const auto found = app.get_subcommands([&](const CLI::App *command) { return command->get_name() == name; });
+    return found.empty() ? nullptr : found.front();
+}
+
+std::string noCommand(const std::string &word) {
+    std::vector<std::string_view> names;
+    for (const command_t *command : command_t::all())
+        names.emplace_back(command->words().name);
+    return word + " is no command; " + inspect::didYouMean(word, names, "vekmsg --help shows all");
+}
+
 int complainAbout(const CLI::App &app, const CLI::ParseError &error, int argc, char **argv) {
     if (error.get_exit_code() == 0) { // help and version
         std::string text =
             dynamic_cast<const CLI::CallForVersion *>(&error) != nullptr ? std::string(error.what()) : std::string();
-        if (text.empty()) {
-            const std::vector<CLI::App *> chosen = app.get_subcommands();
-            text = chosen.empty() ? app.help() : chosen.front()->help("vekmsg");
-        }
-        writeAll(1, wrappedPage(text, pageWidth()));
+        const std::vector<CLI::App *> chosen = app.get_subcommands();
+        if (text.empty())
+            text = helpOf(app, chosen.empty() ? std::string() : chosen.front()->get_name());
+        writeAll(1, text);
         return exitFine;
     }
-    std::vector<std::string_view> names;
-    for (const command_t *command : command_t::all())
-        names.emplace_back(command->words().name);
-    const std::string_view word = argc > 1 ? argv[1] : "";
-    const bool isCommand = std::find(names.begin(), names.end(), word) != names.end();
-    if (isCommand) {
-        complain(std::string(error.what()) + "; vekmsg " + std::string(word) + " --help shows what it takes");
-        return exitUsage;
-    }
-    if (word.empty())
+    const std::string word = argc > 1 ? argv[1] : "";
+    if (commandNamed(app, word) != nullptr)
+        complain(std::string(error.what()) + "; vekmsg " + word + " --help shows what it takes");
+    else if (word.empty())
         complain("which command? vekmsg --help shows all; vekmsg show FILE is a good first one");
-    else if (identityOf(std::string(word)))
-        complain(std::string(word) + " is a file; which command? vekmsg show " + std::string(word) +
-                 " is a good first one");
+    else if (identityOf(word))
+        complain(word + " is a file; which command? vekmsg show " + word + " is a good first one");
     else
-        complain(std::string(word) + " is no command; " + inspect::didYouMean(word, names, "vekmsg --help shows all"));
+        complain(noCommand(word));
     return exitUsage;
 }
 
 } // namespace
+
+std::string helpOf(const CLI::App &all, const std::string &command) {
+    const CLI::App *one = command.empty() ? &all : commandNamed(all, command);
+    if (one == nullptr)
+        throw usageError_t(noCommand(command));
+    return wrappedPage(command.empty() ? all.help() : one->help("vekmsg"), pageWidth());
+}
 
 int runCommandLine(int argc, char **argv) {
     CLI::App app(about, "vekmsg");
     app.require_subcommand(1);
     app.set_version_flag("--version", "vekmsg " VEK_VERSION, "The version");
     app.set_help_flag("-h,--help", "This help; after a command, its own");
-    app.footer(std::string(exitCodes) + "\nvekmsg COMMAND --help says more, with examples.");
+    app.footer(std::string(exitCodes) + "\nvekmsg help COMMAND says more, with examples.");
     app.failure_message([](const CLI::App *, const CLI::Error &error) { return std::string(error.what()); });
     const command_t *chosen = nullptr;
     for (command_t *command : command_t::all())

@@ -217,8 +217,11 @@ int runPage(const pageArguments_t &arguments) {
     else if (arguments.kind == "findings")
         for (const inspect::findingKind_t &kind : inspect::findingKinds)
             page.append(kind.name).append("\n");
+    else if (arguments.kind == "commands")
+        for (const CLI::App *command : commandsOf(*arguments.all))
+            page.append(command->get_name()).append("\n");
     else
-        throw usageError_t("there are the pages man, bash, zsh, names, keys and findings");
+        throw usageError_t("there are the pages man, bash, zsh, commands, names, keys and findings");
     writeAll(1, page);
     return exitFine;
 }

@@ -13,16 +13,17 @@ namespace {
 struct tableArguments_t {
     readingOptions_t reading;
     std::vector<std::string> keys;
-    bool isTabs = false;
+    bool isTabs = false, isOfOneKind = false;
 
     void declare(argumentList_t &list) {
         reading.declareFiles(list);
         list.add(
             keys,
             {.names = "--keys",
-             .about = "The columns: paths of values; time, file, line, offset, before, id, name, echo, seq, length",
+             .about =
+                 "The columns: paths of values; time, file, line, offset, before, id, name, echo, seq, length. When "
+                 "they are not given: time, seq and all keys of the message that --id says",
              .type = "KEY,...",
-             .isRequired = true,
              .separator = ',',
              .pages = {"keys"}});
         list.addFlag(isTabs, "--tsv", "Tabs instead of commas");
@@ -61,7 +62,7 @@ public:
             hasValue |= isPath && value;
             values_.push_back(value ? std::move(*value) : std::string());
         }
-        if (hasPath && !hasValue)
+        if (hasPath && !hasValue && !arguments_.isOfOneKind)
             return; // a message of another kind
         ++rows;
         for (const std::string &value : values_)
@@ -135,7 +136,32 @@ void checkKeys(const tableArguments_t &arguments) {
     }
 }
 
-int runTable(const tableArguments_t &arguments) {
+// The values of a record that are no groups, and its lists.
+void addKeys(std::vector<std::string> &keys, const inspect::recordSchema_t &record, const std::string &path) {
+    for (const inspect::fieldSchema_t &field : record.fields)
+        if (const std::string own = path + std::string(field.key); field.record() != nullptr && !field.isList())
+            addKeys(keys, *field.record(), own + ".");
+        else
+            keys.push_back(own);
+}
+
+std::vector<std::string> allKeys(const std::vector<std::string> &words) {
+    const std::vector<std::int32_t> ids = idsNamed(words, "--id");
+    const inspect::messageSchema_t *message = ids.size() == 1 ? inspect::schema().find(ids.front()) : nullptr;
+    if (message == nullptr || message->record == nullptr)
+        throw usageError_t(
+            "which columns? --keys time,seq,FOCUS_VALUE names them, and --id FocusValue takes all keys of "
+            "that message");
+    std::vector<std::string> keys{"time", "seq"};
+    addKeys(keys, *message->record, {});
+    return keys;
+}
+
+int runTable(const tableArguments_t &given) {
+    tableArguments_t arguments = given;
+    arguments.isOfOneKind = arguments.keys.empty();
+    if (arguments.isOfOneKind)
+        arguments.keys = allKeys(arguments.reading.ids);
     checkKeys(arguments);
     const timeFinder_t times(arguments.reading.timeExpression);
     tableTask_t task(arguments, times);
@@ -154,6 +180,7 @@ const commandOf_t<tableArguments_t>
                   .name = "table",
                   .about = "Values as a table (CSV, or TSV) for spreadsheets and plots",
                   .examples = "  vekmsg table --keys time,FOCUS_VALUE device.log > focus.csv\n"
+                              "  vekmsg table --id FocusValue device.log\n"
                               "  vekmsg table --tsv --keys line,seq,STATUS,LOW_STATUS --id DeviceStatus device.log"},
                  runTable);
 
