@@ -1,6 +1,7 @@
 // vekmsg check: every departure from the format, as a compiler would say it.
 #include "vek/inspect/check/check.hpp"
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/findingNames.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/forms/forms.hpp"
@@ -50,7 +51,7 @@ public:
     checkTask_t(const checkArguments_t &arguments, const colours_t &colours)
         : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
         for (const std::string &name : arguments.ignored)
-            options_.ignored[static_cast<std::size_t>(*inspect::findingNamed(name))] = true;
+            options_.ignored[static_cast<std::size_t>(findingCalled(name, "--ignore "))] = true;
         constexpr std::size_t mostOfMessage = 20;
         options_.most = arguments.isQuiet ? 0 : arguments.isAll ? SIZE_MAX : mostOfMessage;
     }
@@ -180,26 +181,11 @@ private:
     inspect::checkOptions_t options_;
 };
 
-void checkIgnored(const checkArguments_t &arguments) {
-    std::vector<std::string_view> names;
-    for (std::size_t i = 0; i < inspect::findingCodeCount; ++i)
-        names.push_back(inspect::findingName(static_cast<inspect::findingCode_t>(i)));
-    for (const std::string &name : arguments.ignored) {
-        if (inspect::findingNamed(name))
-            continue;
-        std::string all = "there are";
-        for (const std::string_view known : names)
-            all.append(" ").append(known);
-        throw usageError_t("--ignore " + name + ": no finding has this name; " + inspect::didYouMean(name, names, all));
-    }
-}
-
 std::string counted(std::uint64_t count, const char *word) {
     return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
 int runCheck(const checkArguments_t &arguments) {
-    checkIgnored(arguments);
     const colours_t colours = arguments.color.colours();
     checkTask_t task(arguments, colours);
     reader_t reader(arguments.reading, task);

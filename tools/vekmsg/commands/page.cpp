@@ -4,6 +4,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/schema/schema.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -12,6 +13,8 @@
 namespace vek::tool {
 
 namespace {
+
+using inspect::joined;
 
 struct pageArguments_t {
     const CLI::App *all = nullptr;
@@ -108,15 +111,15 @@ std::string bashCompletion(const CLI::App &app) {
     for (const CLI::App *command : commandsOf(app)) {
         const std::string name = command->get_name();
         commands += " " + name;
-        cases += "    " + name + ") options='";
+        cases += joined({"    ", name, ") options='"});
         for (const CLI::Option *option : command->get_options()) {
-            std::string before = isPositional(option) ? "'" + name + ' ' + name + '\'' : "";
+            std::string before = isPositional(option) ? joined({"'", name, " ", name, "'"}) : "";
             for (const std::string &longName : option->get_lnames()) {
-                cases += "--" + longName + " ";
-                before += "'" + name + " --" + longName + '\'';
+                cases += joined({"--", longName, " "});
+                before += joined({"'", name, " --", longName, "'"});
             }
             if (const std::string words = shellWords(*option); !words.empty())
-                values += "    " + before + ") options=\"" + words + "\" ;;\n";
+                values += joined({"    ", before, ") options=\"", words, "\" ;;\n"});
         }
         cases += "' ;;\n";
     }

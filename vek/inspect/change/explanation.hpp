@@ -1,0 +1,24 @@
+// explain(): a finding by an example, for the documentation and for who asks what it means.
+//
+// Pure functions. Explanations own their words.
+#pragma once
+
+#include "vek/inspect/check/findingKinds.hpp"
+
+#include <string>
+
+namespace vek::inspect {
+
+struct explanation_t {
+    /// A message that has the finding. Control characters stand in it as pictures (U+2400 and on), and of what is too
+    /// long to be shown there is the beginning.
+    std::string example;
+    std::string words;  ///< what check() says of it
+    std::string remedy; ///< how to write it right: sentences in Markdown
+    bool isSealed;      ///< seal() puts it right
+};
+
+/// Throws std::logic_error when check() does not find it in the example of the table.
+explanation_t explain(const findingKind_t &kind);
+
+} // namespace vek::inspect
