@@ -11,7 +11,7 @@ while IFS= read -r page; do
     while IFS= read -r target; do
         links=$((links + 1))
         [ -e "$(dirname "$page")/$target" ] || { echo "FAILED: $1/$page links to $target" >&2; exit 1; }
-    done < <(grep -oE '\]\([^)# ]+' "$page" | sed 's/^](//' | grep -v '^https:' || true)
+    done < <(awk '/^```/ {isCode = !isCode} !isCode' "$page" | grep -oE '\]\([^)# ]+' | sed 's/^](//' | grep -v '^https:' || true)
 done < <(find . -name '*.md')
 echo "$pages pages with $links links"
 [ "$links" -ge "${2:-0}" ]

@@ -82,7 +82,8 @@ TEST(Structures, HoldWhatTheTextSaysAndNothingElse) {
                         .mirror = {.height = 8, .width = 7}};
     std::memset(placed.name, 'n', sizeof placed.name);
     std::memset(placed.separation + 1, 'n', sizeof placed.separation - 2);
-    EXPECT_EQ(std::memcmp(image.address, &placed, sizeof placed), 0) << "a name runs on into the separation";
+    EXPECT_EQ(std::memcmp(image.address, static_cast<void *>(&placed), sizeof placed), 0)
+        << "a name runs on into the separation";
 
     // Padding is zero, and so is what lies behind a text, whatever its place held before.
     MediaContent content;
