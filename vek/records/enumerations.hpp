@@ -10,7 +10,7 @@
 #pragma once
 
 #include "vek/records/enumerations.h"
-#include "vek/text/enumField.hpp"
+#include "vek/text/enumNames.hpp"
 #include "vek/text/members.h"
 
 #include <concepts>
