@@ -18,6 +18,7 @@ std::string listed(const std::vector<std::string> &words, std::string_view betwe
 
 std::string created(std::string_view name, const std::vector<sqlColumn_t> &columns, std::string_view engine) {
     std::vector<std::string> lines;
+    lines.reserve(columns.size());
     for (const sqlColumn_t &column : columns)
         lines.push_back(quotedName(column.name) + " " + column.type);
     return joined({"CREATE TABLE IF NOT EXISTS ", quotedName(name), " (\n    ", listed(lines, ",\n    "),
