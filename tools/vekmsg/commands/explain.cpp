@@ -30,7 +30,7 @@ std::string plain(std::string_view markdown) {
     for (std::size_t i = 0; i < markdown.size(); ++i)
         if (markdown.substr(i, 2) == "](")
             i = markdown.find(')', i);
-        else if (markdown[i] != '[' && (markdown[i] != '`'))
+        else if (markdown[i] != '[' && markdown[i] != '`')
             out += markdown[i];
     return out;
 }
@@ -47,8 +47,7 @@ public:
         const inspect::explanation_t explanation = inspect::explain(kind);
         title(kind,
               wrapped(inspect::joined({kind.name, "  ", severityName(kind.severity), ": ", kind.about}), width_, 4));
-        const std::size_t line = explanation.example.find('\n');
-        paragraph(explanation.example.substr(0, line), colours_.dim);
+        paragraph(explanation.example, colours_.dim);
         paragraph(explanation.words, {});
         paragraph(plain(explanation.remedy) + (explanation.isSealed ? " vekmsg seal does that." : ""), colours_.green);
     }
