@@ -7,6 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/talk.sh
 
 scripts/page.sh
+talk "page: checking its sources" npm run --silent --prefix tools/page check
 # The page's answers are compared with those of the command line.
 [ -e build/release/build.ninja ] || talk "Preparing build/release" cmake --preset release
 talk "Building vekmsg" cmake --build build/release --target vekmsg

@@ -48,9 +48,12 @@ const escaped = (text) => text.replaceAll('&', '&amp;').replaceAll('<', '&lt;').
 // The licences of what is compiled into the core, as Debian states them.
 const copyrightOf = (name) => `${name}\n\n${read(`/usr/share/doc/${name}/copyright`)}`;
 
-const worker = await bundle('src/worker.js');
+const worker = await bundle('src/worker.ts');
 // What ends a script element must not stand in one.
-const script = (await bundle('src/main.js', { 'page:worker': worker, 'page:example': read(examplePath) })).replaceAll('</script', '<\\/script');
+const script = (await bundle('src/main.ts', { 'page:worker': worker, 'page:example': read(examplePath) })).replaceAll(
+  '</script',
+  '<\\/script',
+);
 const style = await bundleStyles();
 const policy = [
   "default-src 'none'",

@@ -1,4 +1,4 @@
-// The calls that the page's script makes: see core.js. Bytes go through the one exchange.
+// The calls that the page's script makes: see core.ts. Bytes go through the one exchange.
 #include "tools/page/core/digest.hpp"
 #include "tools/page/core/exchange.hpp"
 #include "tools/page/core/logRows.hpp"

@@ -1,7 +1,7 @@
 // What the page keeps of a log's messages: a row of fixed size each, and the numbers of plots.
 //
 // One thread at a time. Rows and numbers go to the script as they lie in memory, so their layout is part of it: see
-// columns.js.
+// columns.ts.
 #pragma once
 
 #include "vek/inspect/filter/expression.hpp"

@@ -1,0 +1,102 @@
+// The difference of two messages, side by side.
+import { announce, busy, byId, element, option, setOptions } from './elements.ts';
+import { coreText } from './bytes.ts';
+import { Panel, type Parts } from './panel.ts';
+import type { Catalogue } from './catalogue.ts';
+import type { Log } from './log.ts';
+import type { CoreCalls } from './reader.ts';
+import type { Bytes, Difference } from './types.ts';
+import { show, shown, shownWords } from './signs.ts';
+import { counted } from './words.ts';
+
+export class Differences extends Panel {
+  static override id = 'difference';
+  static override title = 'Differences';
+  #marked?: { bytes: Bytes; name: string }; // a message to compare with: its bytes and what it is called
+
+  #log?: Log;
+  #row = 0;
+  #bytes?: Bytes;
+  #previous = -1; // row of the same kind
+  readonly #core: CoreCalls;
+  readonly #catalogue: Catalogue;
+
+  constructor({ core, catalogue }: Parts) {
+    super();
+    this.#core = core;
+    this.#catalogue = catalogue;
+    byId('compareWith').addEventListener('change', () => busy(this.draw()));
+    byId('markMessage').addEventListener('click', () => this.#mark());
+  }
+
+  override reset() {
+    this.#marked = undefined;
+    this.#bytes = undefined;
+  }
+
+  /** The message on the right. */
+  override show(log: Log, row: number, bytes: Bytes) {
+    this.#log = log;
+    this.#row = row;
+    this.#bytes = bytes;
+    this.#previous = log.previousOfKind(row);
+    const choices = [];
+    if (log.originals.has(row)) choices.push(option('original', 'as it was read'));
+    if (this.#previous >= 0) choices.push(option('previous', `the ${this.#called(log, this.#previous)}, the one before of its kind`));
+    if (this.#marked) choices.push(option('marked', `the ${this.#marked.name}, marked`));
+    setOptions(byId('compareWith'), choices);
+    byId('compareForm').hidden = choices.length === 0;
+    if (!byId('differencePanel').hidden) busy(this.draw());
+  }
+
+  #called(log: Log, row: number) {
+    return shownWords(`${this.#catalogue.name(log.columns.id[row])} of ${log.placeOf(row)}`);
+  }
+
+  #mark() {
+    const log = this.#log;
+    if (!log || !this.#bytes) return;
+    this.#marked = { bytes: this.#bytes, name: this.#called(log, this.#row) };
+    announce(`Marked: now go to another message, and choose Differences.`);
+    this.show(log, this.#row, this.#bytes);
+    byId('compareWith').value = 'marked';
+  }
+
+  async #other(log: Log, choice: string) {
+    if (choice === 'marked' && this.#marked) return this.#marked.bytes;
+    return choice === 'previous' ? log.message(this.#previous) : log.original(this.#row);
+  }
+
+  override open() {
+    if (this.#bytes) busy(this.draw());
+  }
+
+  async draw() {
+    const choice = byId('compareWith').value;
+    const table = byId('differences');
+    table.hidden = choice === '';
+    if (choice === '') {
+      byId('differenceCount').textContent = 'It is the first of its kind: mark another message to compare it with.';
+      return;
+    }
+    const log = this.#log;
+    const bytes = this.#bytes;
+    if (!log || !bytes) return;
+    const left = await this.#other(log, choice);
+    const found = await this.#core.differences(left, bytes);
+    if (bytes !== this.#bytes || choice !== byId('compareWith').value) return;
+    byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
+    table.hidden = found.length === 0;
+    byId('differenceRows').replaceChildren(...found.map(differenceRow));
+    show(byId('leftText'), coreText(left), true);
+    show(byId('rightText'), coreText(bytes), true);
+  }
+}
+
+function differenceRow({ path, left, right }: Difference) {
+  const side = (value: string | undefined, name: string) =>
+    value === undefined
+      ? element('td', { class: 'absent', 'data-side': name }, 'not there')
+      : element('td', { class: name, 'data-side': name }, ...shown(value));
+  return element('tr', {}, element('th', { scope: 'row' }, ...shown(path)), side(left, 'left'), side(right, 'right'));
+}

@@ -1,0 +1,305 @@
+// The filters above the list: by words, by conditions on values, by kind, by what was found, and by the stretch that the
+// time line shows. Each is a chip that can be switched off; together they stand in the address, so that a link opens the
+// same view.
+import type { Catalogue } from './catalogue.ts';
+import type { Log } from './log.ts';
+import type { CoreCalls } from './reader.ts';
+import type { Range } from './types.ts';
+import { busy, byId, element, inSlices, oneByOne, option, seldom, setOptions } from './elements.ts';
+import { RowSearch } from './rowSearch.ts';
+import { saveBlob } from './saving.ts';
+import { shown, shownWords } from './signs.ts';
+import { number } from './words.ts';
+
+type Test = (row: number) => boolean;
+
+// Of the rows in front of `end`, those that pass.
+interface Passed {
+  rows: Uint32Array;
+  count: number;
+  end: number;
+  tests: Test[];
+}
+
+// A chip: what it is known by, what it says, and how it is taken away.
+interface Chosen {
+  name: string;
+  label: string;
+  remove: () => unknown;
+}
+
+export class Filters {
+  #words = byId('filterWords');
+  #kind = byId('filterKind');
+  #problem = byId('filterProblem');
+  #where = byId('filterWhere');
+  #conditions: string[] = []; // on values, as the command line takes them
+  #off = new Set<string>(); // the chips that are switched off
+  #range?: Range; // of the time line
+  #searches = new Map<string, RowSearch>(); // by their chips
+  log!: Log;
+  #passed?: Passed;
+  #looking = oneByOne(() => this.#look());
+  #address = new URLSearchParams(location.hash.slice(1)); // that the page was opened with
+
+  constructor(
+    private readonly core: CoreCalls,
+    private readonly catalogue: Catalogue,
+    private readonly findingNames: string[],
+    private readonly onResult: (rows: Uint32Array, hasMore: boolean) => void,
+  ) {
+    this.#kind.addEventListener('change', () => this.#applyAnew());
+    this.#problem.addEventListener('change', () => this.#applyAnew());
+    this.#words.addEventListener(
+      'input',
+      seldom(() => this.#applyAnew(), 250),
+    );
+    byId('filterForm').addEventListener('submit', (event) => {
+      event.preventDefault();
+      busy(this.#addCondition());
+    });
+    byId('clearFilters').addEventListener('click', () => this.clear());
+    byId('savePassing').addEventListener('click', () => busy(this.#save()));
+  }
+
+  get controls() {
+    return [this.#words, this.#kind, this.#problem, this.#where];
+  }
+
+  reset(log: Log) {
+    this.log = log;
+    this.#range = undefined;
+    this.#empty();
+    this.forget();
+    this.#words.value = this.#address.get('text') ?? '';
+    this.#conditions = this.#address.getAll('where');
+    this.#off = new Set(this.#address.getAll('off'));
+    this.refresh();
+  }
+
+  #empty() {
+    for (const control of this.controls) control.value = '';
+    byId('whereProblem').textContent = '';
+    this.#conditions = [];
+    this.#off.clear();
+  }
+
+  /** The rows are others now. */
+  forget() {
+    for (const search of this.#searches.values()) search.end();
+    this.#searches.clear();
+    this.#passed = undefined;
+  }
+
+  clear() {
+    this.#empty();
+    if (this.#range) byId('wholeTime').click();
+    void this.#applyAnew();
+    this.#words.focus();
+  }
+
+  setRange(range: Range | undefined) {
+    this.#range = range;
+    void this.#applyAnew();
+  }
+
+  /** A message was changed. */
+  async update(row: number) {
+    for (const search of this.#searches.values()) await search.update(row);
+    this.refresh();
+    await this.#applyAnew();
+  }
+
+  async #addCondition() {
+    const text = this.#where.value.trim();
+    const error = text === '' ? undefined : (await this.core.chooseWhere(text)).error;
+    byId('whereProblem').replaceChildren(...shown(error ?? ''));
+    this.#where.setAttribute('aria-invalid', String(error !== undefined));
+    if (error !== undefined || text === '') return;
+    this.#where.value = '';
+    if (!this.#conditions.includes(text)) this.#conditions.push(text);
+    await this.#applyAnew();
+  }
+
+  /** The choices there are, with how many messages each has. */
+  refresh() {
+    const { log } = this;
+    const labelled = (value: string, words: string, count: number) => option(value, `${words} (${number(count)})`);
+    const kinds = [...log.kinds].sort(([left], [right]) => left - right);
+    setOptions(this.#kind, [
+      option('', 'All kinds'),
+      ...kinds.map(([id, count]) => labelled(String(id), `${this.catalogue.name(id)}${id < 0 ? '' : ` ${id}`}`, count)),
+    ]);
+    const { withProblems, withErrors, damaged, gaps } = log.counts;
+    const codes = [...log.findings].sort(([left], [right]) => left - right);
+    setOptions(this.#problem, [
+      option('', 'All messages'),
+      labelled('problems', 'Any problem', withProblems),
+      labelled('errors', 'Errors', withErrors),
+      labelled('damaged', 'Damaged ends', damaged),
+      labelled('gaps', 'Behind a gap', gaps),
+      ...codes.map(([code, count]) => labelled(this.findingNames[code], this.findingNames[code].replaceAll('-', ' '), count)),
+    ]);
+    this.#takeChoicesOfAddress();
+  }
+
+  // What the address chooses can be chosen once the log has it.
+  #takeChoicesOfAddress() {
+    for (const [name, select] of Object.entries({ kind: this.#kind, problem: this.#problem })) {
+      const value = this.#address.get(name);
+      if (value === null || ![...select.options].some((one) => one.value === value)) continue;
+      this.#address.delete(name);
+      select.value = value;
+      this.#passed = undefined;
+    }
+  }
+
+  // What is chosen: of each its chip's name and words, and how it is taken away.
+  #chosen(): Chosen[] {
+    const words = (select: HTMLSelectElement) => select.selectedOptions[0]?.textContent?.replace(/ \([\d,]*\)$/, '');
+    const clear = (control: { value: string }) => () => (control.value = '');
+    const chosen: [boolean, string, string | undefined, () => unknown][] = [
+      [this.#words.value !== '', 'text', `text "${this.#words.value}"`, clear(this.#words)],
+      ...this.#conditions.map((text): (typeof chosen)[number] => [
+        true,
+        `where ${text}`,
+        text,
+        () => this.#conditions.splice(this.#conditions.indexOf(text), 1),
+      ]),
+      [this.#kind.value !== '', 'kind', words(this.#kind), clear(this.#kind)],
+      [this.#problem.value !== '', 'problem', words(this.#problem), clear(this.#problem)],
+      [this.#range !== undefined, 'stretch', 'stretch of the time line', () => byId('wholeTime').click()],
+    ];
+    return chosen.filter(([isChosen]) => isChosen).map(([, name, label = '', remove]) => ({ name, label, remove }));
+  }
+
+  #showChips(chosen: Chosen[]) {
+    const change = (act: () => unknown) => () => {
+      act();
+      void this.#applyAnew();
+    };
+    byId('filterChips').replaceChildren(
+      ...chosen.map(({ name, label, remove }) => {
+        const isOn = !this.#off.has(name);
+        const toggle = change(() => (isOn ? this.#off.add(name) : this.#off.delete(name)));
+        const takeAway = change(() => this.#off.delete(name) || remove());
+        return element(
+          'li',
+          { class: isOn ? 'chip' : 'chip off' },
+          element(
+            'button',
+            {
+              type: 'button',
+              class: 'switch',
+              'aria-pressed': String(isOn),
+              title: isOn ? 'Switch it off' : 'Switch it on',
+              onclick: toggle,
+            },
+            ...shown(label),
+          ),
+          element('button', { type: 'button', class: 'remove', 'aria-label': `Take ${shownWords(label)} away`, onclick: takeAway }, '×'),
+        );
+      }),
+    );
+    byId('clearFilters').hidden = byId('savePassing').hidden = chosen.length === 0;
+  }
+
+  #keepInAddress() {
+    const address = new URLSearchParams();
+    for (const [name, { value }] of Object.entries({ text: this.#words, kind: this.#kind, problem: this.#problem }))
+      if (value !== '') address.set(name, value);
+    for (const condition of this.#conditions) address.append('where', condition);
+    for (const name of this.#off) address.append('off', name);
+    const hash = address.size > 0 ? `#${address}` : '';
+    if (location.hash !== hash) history.replaceState(null, '', hash || location.pathname + location.search);
+  }
+
+  #tests() {
+    const { columns } = this.log;
+    const isOn = (name: string) => !this.#off.has(name);
+    const tests: Test[] = [];
+    const id = this.#kind.value;
+    if (id !== '' && isOn('kind')) tests.push((row) => columns.id[row] === Number(id));
+    const problem = isOn('problem') ? this.#problem.value : '';
+    const code = this.findingNames.indexOf(problem);
+    if (problem === 'problems') tests.push((row) => columns.severity[row] > 0);
+    else if (problem === 'errors') tests.push((row) => columns.severity[row] === 2);
+    else if (problem === 'damaged') tests.push((row) => columns.isDamaged[row] === 1);
+    else if (problem === 'gaps') tests.push((row) => columns.missing[row] > 0);
+    else if (code >= 0) tests.push((row) => columns.hasFinding(row, code));
+    if (this.#range && isOn('stretch')) {
+      const [from, to] = this.#range;
+      tests.push((row) => this.log.positionOf(row) >= from && this.log.positionOf(row) <= to);
+    }
+    for (const search of this.#searches.values()) tests.push((row) => search.isFound[row] === 1);
+    return tests;
+  }
+
+  // The searches that are wanted now; those of before go on.
+  #chooseSearches() {
+    const words = this.#words.value;
+    const wanted = new Map<string, () => RowSearch>();
+    for (const expression of this.#conditions) wanted.set(`where ${expression}`, () => new RowSearch(this.log, 'where', { expression }));
+    if (words !== '') wanted.set('text', () => new RowSearch(this.log, 'search', { words }));
+    for (const name of this.#off) wanted.delete(name);
+    for (const [name, search] of this.#searches)
+      if (!wanted.has(name) || (name === 'text' && 'words' in search.parameters && search.parameters.words !== words)) {
+        search.end();
+        this.#searches.delete(name);
+        this.#passed = undefined;
+      }
+    for (const [name, make] of wanted)
+      if (!this.#searches.has(name)) {
+        this.#searches.set(name, make());
+        this.#passed = undefined;
+      }
+  }
+
+  // Goes on from the rows that were looked at for the same filters. What a search has not come to is not listed yet.
+  async #look() {
+    const { log } = this;
+    const count = Math.min(log.count, ...[...this.#searches.values()].map((search) => search.count));
+    const passed = (this.#passed ??= { rows: new Uint32Array(1024), count: 0, end: 0, tests: this.#tests() });
+    await inSlices(
+      count,
+      (from, to) => {
+        if (passed.count + to - from > passed.rows.length)
+          passed.rows = grown(passed.rows, passed.count, Math.max(2 * passed.rows.length, passed.count + to - from));
+        passed.end = to;
+        for (let row = from; row < to; ++row) if (passed.tests.every((test) => test(row))) passed.rows[passed.count++] = row;
+      },
+      passed.end,
+    );
+    if (this.#passed === passed && this.log === log) this.onResult(passed.rows.subarray(0, passed.count), count < log.count);
+  }
+
+  /** Calls onResult with the rows that pass, again when there are more or a search has found more. */
+  async apply() {
+    this.#chooseSearches();
+    this.#showChips(this.#chosen());
+    const looked = this.#looking();
+    for (const search of this.#searches.values())
+      void busy(search.run(() => [...this.#searches.values()].includes(search) && void this.#looking()));
+    await looked;
+  }
+
+  // The filters are others now, or what they look at is.
+  async #applyAnew() {
+    this.#passed = undefined;
+    this.#keepInAddress();
+    await this.apply();
+  }
+
+  async #save() {
+    const { log } = this;
+    if (!this.#passed) return;
+    const { rows, count } = this.#passed;
+    saveBlob(await log.lines(rows.slice(0, count)), `passing ${log.files.length === 1 ? log.name : 'log.txt'}`);
+  }
+}
+
+function grown(rows: Uint32Array, count: number, room: number) {
+  const more = new Uint32Array(room);
+  more.set(rows.subarray(0, count));
+  return more;
+}

@@ -1,0 +1,308 @@
+// The log in hand: where its messages are, what was found in them, and what people changed. A changed message stands
+// behind the log's bytes, so that searches, plots and comparisons see it as what there is, and the others stay where they
+// are.
+import { inSlices } from './elements.ts';
+import { isSame } from './bytes.ts';
+import { Columns } from './columns.ts';
+import { Cancelled, type CoreCalls, type Reader } from './reader.ts';
+import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
+import type { Progress } from './worker.ts';
+
+const pieceSize = 50_000; // messages
+
+const noCounts = () => ({ damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 });
+
+type Rows = Uint32Array | number[];
+type Asked = 'search' | 'where' | 'series';
+type AskOptions = { onProgress?: (share: number) => void; signal?: AbortSignal };
+
+export class Log {
+  columns = new Columns();
+  blob = new Blob();
+  size: number;
+  kinds!: Map<number, number>; // messages of each id
+  findings!: Map<number, number>; // messages of each finding code
+  counts!: ReturnType<typeof noCounts>;
+  times!: { first: number; last: number };
+  isCut = false;
+  originals = new Map<number, Stretch>(); // of changed messages: row to { start, size } of what was read
+  notes: string[] = []; // what was done to read it
+  done = 0;
+  isComplete = false;
+  order = 0; // changes when the messages stand in another one
+  #stop = new AbortController();
+
+  /** files: [{ name, blob }]; `asking` is the worker for what is asked while another reads. */
+  constructor(
+    readonly name: string,
+    readonly files: NamedBlob[],
+    readonly reader: Reader,
+    readonly asking: Reader,
+  ) {
+    this.size = files.reduce((sum, { blob }) => sum + blob.size, 0);
+    this.#forget();
+  }
+
+  get count() {
+    return this.columns.count;
+  }
+
+  /** Reads it all; onChange is called with every block. */
+  async read(onChange: () => void) {
+    const onProgress = (part: Progress) => {
+      if (part.note) this.notes.push(part.note);
+      if (part.blob) {
+        this.blob = part.blob;
+        this.size = part.blob.size;
+      }
+      if (part.rows) this.#append(part.rows, part.file ?? 0, part.start ?? 0);
+      this.done = part.done ?? part.unpacked ?? this.done;
+      onChange();
+    };
+    try {
+      await this.reader.run('open', { files: this.files }, { onProgress, signal: this.#stop.signal });
+    } catch (error) {
+      this.isCut = true;
+      if (!(error instanceof Cancelled)) throw error;
+    } finally {
+      this.isComplete = true;
+    }
+  }
+
+  cancel() {
+    this.#stop.abort();
+  }
+
+  #append(rows: Bytes, file: number, start: number) {
+    const first = this.columns.count;
+    this.columns.append(rows, file, start, this.size);
+    this.#countFrom(first);
+  }
+
+  #forget() {
+    this.kinds = new Map();
+    this.findings = new Map();
+    this.counts = noCounts();
+    this.times = { first: Infinity, last: -Infinity };
+  }
+
+  #countFrom(first: number) {
+    for (let row = first; row < this.columns.count; ++row) {
+      this.#count(row, 1);
+      this.#takeTime(this.columns.microseconds[row]);
+    }
+  }
+
+  // Takes a message into account, or, with -1, out of it.
+  #count(row: number, by: number) {
+    const { columns, counts, kinds, findings } = this;
+    const add = (map: Map<number, number>, key: number) => map.set(key, (map.get(key) ?? 0) + by) && map.get(key) === 0 && map.delete(key);
+    add(kinds, columns.id[row]);
+    counts.damaged += by * columns.isDamaged[row];
+    counts.missing += by * columns.missing[row];
+    if (columns.missing[row] > 0) counts.gaps += by;
+    if (columns.severity[row] === 0) return;
+    counts.withProblems += by;
+    if (columns.severity[row] === 2) counts.withErrors += by;
+    for (let code = 0; code < 64; ++code) if (columns.hasFinding(row, code)) add(findings, code);
+  }
+
+  #takeTime(microseconds: number) {
+    if (Number.isNaN(microseconds)) return;
+    ++this.counts.timed;
+    this.times.first = Math.min(this.times.first, microseconds);
+    this.times.last = Math.max(this.times.last, microseconds);
+  }
+
+  /**
+   * Puts the messages of several files in order of time; those without a time stay behind the one before in their
+   * file. Gives where each row went, or nothing when there is one file.
+   */
+  async orderByTime() {
+    const { columns, count } = this;
+    if (this.files.length === 1) return undefined;
+    const keys = new Float64Array(count);
+    const latest = this.files.map(() => -Infinity);
+    await inSlices(count, (from, to) => {
+      for (let row = from; row < to; ++row) {
+        const file = columns.file[row];
+        if (columns.microseconds[row] > latest[file]) latest[file] = columns.microseconds[row];
+        keys[row] = latest[file];
+      }
+    });
+    const rows = await this.orderOf(keys);
+    await columns.order(rows);
+    ++this.order;
+    const places = new Uint32Array(count);
+    await inSlices(count, (from, to) => {
+      for (let place = from; place < to; ++place) places[rows[place]] = place;
+    });
+    return places;
+  }
+
+  /** Whether most messages have a time, so that time is what they are drawn over. */
+  get isTimed() {
+    return this.counts.timed * 2 > this.count;
+  }
+
+  /** Where a message stands on the time line: its time, or else its number. */
+  positionOf(row: number) {
+    return this.isTimed ? this.columns.microseconds[row] : row;
+  }
+
+  /** "line 5", with the file's name when there are several. */
+  placeOf(row: number) {
+    const { columns, files } = this;
+    const line = `line ${columns.line[row].toLocaleString('en')}`;
+    return files.length > 1 ? `${line} of ${files[columns.file[row]].name}` : line;
+  }
+
+  /** A message as it is now. */
+  async message(row: number) {
+    return this.#bytesAt(this.#placeIn(row));
+  }
+
+  /** A message as it was read. */
+  async original(row: number) {
+    const original = this.originals.get(row);
+    return original ? this.#bytesAt(original) : this.message(row);
+  }
+
+  async #bytesAt({ start, size }: Stretch) {
+    return new Uint8Array(await this.blob.slice(start, start + size).arrayBuffer());
+  }
+
+  #placeIn(row: number): Stretch {
+    return { start: this.columns.offset[row], size: this.columns.size[row] };
+  }
+
+  /** All of it, with the changed messages in their places. */
+  whole() {
+    const parts: Blob[] = [];
+    let at = 0;
+    for (const [row, { start, size }] of [...this.originals].sort(([, left], [, right]) => left.start - right.start)) {
+      const now = this.#placeIn(row);
+      parts.push(this.blob.slice(at, start), this.blob.slice(now.start, now.start + now.size));
+      at = start + size;
+    }
+    return new Blob([...parts, this.blob.slice(at, this.size)]);
+  }
+
+  /** The latest message of the same kind in front of this one; -1 when there is none. */
+  previousOfKind(row: number) {
+    const ids = this.columns.id;
+    for (let at = row - 1; at >= 0; --at) if (ids[at] === ids[row]) return at;
+    return -1;
+  }
+
+  // Where some messages stand.
+  #places(rows: ArrayLike<number>) {
+    const { offset, size } = this.columns;
+    const offsets = new Float64Array(rows.length);
+    const sizes = new Uint32Array(rows.length);
+    for (let at = 0; at < rows.length; ++at) {
+      offsets[at] = offset[rows[at]];
+      sizes[at] = size[rows[at]];
+    }
+    return { blob: this.blob, offsets, sizes };
+  }
+
+  // A job over some rows, a piece of them after the other, so that the page answers meanwhile. Results come in the order
+  // of the rows; they are read in the order of their bytes.
+  async #ask<Kind extends Asked, Result extends Uint8Array | Float64Array>(
+    kind: Kind,
+    rows: Rows,
+    parts: object,
+    result: Result,
+    { onProgress, signal }: AskOptions = {},
+  ): Promise<Result> {
+    const { offset } = this.columns;
+    for (let from = 0; from < rows.length; from += pieceSize) {
+      const piece = rows.slice(from, from + pieceSize);
+      const order =
+        this.files.length > 1
+          ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]])
+          : undefined;
+      const places = this.#places(order ? order.map((at) => piece[at]) : piece);
+      const answer = await this.asking.run(kind, { ...places, ...parts } as never, { signal });
+      const some = 'numbers' in answer ? answer.numbers : answer.isFound;
+      if (order) order.forEach((at: number, i: number) => (result[from + at] = some[i]));
+      else result.set(some, from);
+      onProgress?.(Math.min(1, (from + pieceSize) / rows.length));
+    }
+    return result;
+  }
+
+  /** Of some rows, in order, what the worker's job finds of their messages: 0 or 1. */
+  find(job: 'search' | 'where', rows: Rows, parameters: object, signal?: AbortSignal) {
+    return this.#ask(job, rows, parameters, new Uint8Array(rows.length), { signal });
+  }
+
+  /** The numbers at a path of some rows. */
+  series(rows: Rows, path: string, options?: AskOptions) {
+    return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), options);
+  }
+
+  /** What the messages of some rows say in a line, with what stands at some paths, and in front of them on their lines. */
+  async digests(rows: Rows, paths: string[]) {
+    return (await this.asking.run('digests', { blob: this.blob, places: this.#linePlaces(rows), paths })).digests;
+  }
+
+  // Where messages stand, and where their lines have them: a changed one stands elsewhere.
+  #linePlaces(rows: Rows): LinePlace[] {
+    return Array.from(rows, (row) => ({ ...this.#placeIn(row), lineAt: (this.originals.get(row) ?? this.#placeIn(row)).start }));
+  }
+
+  /** The messages of some rows as a log. */
+  async lines(rows: Rows) {
+    return (await this.asking.run('lines', { blob: this.blob, places: this.#linePlaces(rows) })).lines;
+  }
+
+  /** The order in which some numbers are to stand so that they rise. */
+  async orderOf(numbers: Float64Array) {
+    return (await this.asking.run('order', { numbers })).order;
+  }
+
+  /** Puts another message in a row's place. `described` is the core's row of it. */
+  async change(row: number, bytes: Bytes, described: Bytes, core: CoreCalls) {
+    const { columns } = this;
+    const read = this.originals.get(row) ?? this.#placeIn(row);
+    const isAsRead = isSame(await this.#bytesAt(read), bytes);
+    const old = [columns.sequence[row], columns.hasSequence[row]];
+    this.#count(row, -1);
+    if (isAsRead) this.originals.delete(row);
+    else this.originals.set(row, read);
+    columns.offset[row] = isAsRead ? read.start : this.blob.size;
+    columns.size[row] = bytes.length;
+    if (!isAsRead) this.blob = new Blob([this.blob, bytes]);
+    columns.change(row, described);
+    this.#count(row, 1);
+    if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) await this.#countMissing(core, columns.file[row]);
+  }
+
+  // Which numbers are missing in a file, from its start on.
+  async #countMissing(core: CoreCalls, file: number) {
+    const { columns, counts } = this;
+    const numbers = new Int32Array(columns.count);
+    const rows = new Uint32Array(columns.count);
+    let found = 0;
+    await inSlices(columns.count, (from, to) => {
+      for (let row = from; row < to; ++row)
+        if (columns.file[row] === file && columns.hasSequence[row]) {
+          numbers[found] = columns.sequence[row];
+          rows[found++] = row;
+        }
+    });
+    const missing = await core.missing(numbers.slice(0, found));
+    const put = (row: number, value: number) => {
+      counts.missing += value - columns.missing[row];
+      counts.gaps += (value > 0 ? 1 : 0) - (columns.missing[row] > 0 ? 1 : 0);
+      columns.missing[row] = value;
+    };
+    let next = 0;
+    await inSlices(columns.count, (from, to) => {
+      for (let row = from; row < to; ++row)
+        if (columns.file[row] === file) put(row, rows[next] === row && next < found ? missing[next++] : 0);
+    });
+  }
+}

@@ -1,0 +1,275 @@
+// The page: brings the core to life and connects the parts with the log in hand.
+import { announce, busy, byId, seldom } from './elements.ts';
+import { Catalogue } from './catalogue.ts';
+import { Detail } from './detail.ts';
+import { Filters } from './filters.ts';
+import { History } from './history.ts';
+import { makeLeaving } from './leaving.ts';
+import { Log } from './log.ts';
+import { MessageList } from './messageList.ts';
+import { makeOpening } from './opening.ts';
+import type { Panel } from './panel.ts';
+import { idOf, makePanels } from './panels.ts';
+import { Plot } from './plot.ts';
+import { Reader, coreIn, type CoreCalls } from './reader.ts';
+import { saveBlob } from './saving.ts';
+import { setUnprintable, shownWords } from './signs.ts';
+import { makeTabs } from './tabs.ts';
+import { TimeLine } from './timeLine.ts';
+import type { Bytes, NamedBlob } from './types.ts';
+import { counted, number, sizeInWords } from './words.ts';
+
+class Page {
+  history = new History();
+  log?: Log;
+  row?: number; // whose message is shown
+  readonly list: MessageList;
+  readonly filters: Filters;
+  readonly timeLine: TimeLine;
+  readonly detail: Detail;
+  readonly panels: Panel[];
+  readonly plot: Plot;
+  readonly chooseTab: (tab: string) => void;
+
+  static async start(wasm: Bytes) {
+    const asking = new Reader(wasm);
+    const core = coreIn(asking);
+    const [kinds, findingNames, unprintable] = await Promise.all([core.kinds(), core.findingNames(), core.unprintable()]);
+    setUnprintable(unprintable);
+    return new Page(core, asking, new Reader(wasm), new Catalogue(kinds), findingNames);
+  }
+
+  constructor(
+    private readonly core: CoreCalls,
+    private readonly asking: Reader,
+    private readonly reader: Reader,
+    catalogue: Catalogue,
+    findingNames: string[],
+  ) {
+    this.list = new MessageList(catalogue, (row) => busy(this.#showRow(row)));
+    this.filters = new Filters(core, catalogue, findingNames, (rows, hasMore) => {
+      this.list.setRows(rows, hasMore);
+      void this.timeLine.follow(rows);
+      if (this.log?.isComplete && this.row === undefined && rows.length > 0) this.list.choose(rows[0]);
+    });
+    this.timeLine = new TimeLine(catalogue, {
+      row: (row) => this.#choose(row),
+      range: (range) => this.filters.setRange(range),
+    });
+    this.detail = new Detail(core, catalogue, (row, bytes) => this.#edit(row, bytes));
+    this.panels = makePanels({ core, catalogue, onRow: (row) => this.#choose(row) });
+    this.plot = this.panels.find((panel) => panel instanceof Plot)!;
+    this.chooseTab = makeTabs(byId('tabs'), (tab) => {
+      if (this.log) this.panels.find((panel) => tab === `${idOf(panel)}Tab`)?.open();
+    });
+    const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved, save: () => this.#saveLog() });
+    makeOpening(async (files) => (await mayLeave()) && busy(this.#open(files)));
+    byId('cancelReading').addEventListener('click', () => this.log?.cancel());
+    byId('saveLog').addEventListener('click', () => this.#saveLog());
+    byId('undoEdit').addEventListener('click', () => busy(this.#undo()));
+    byId('redoEdit').addEventListener('click', () => busy(this.#redo()));
+    document.addEventListener('keydown', (event) => this.#key(event));
+    byId('plotKey').addEventListener('click', () => this.#plotActive());
+    byId('backToList').addEventListener('click', () => this.#showPane('list'));
+  }
+
+  async #open(files: NamedBlob[]) {
+    this.log?.cancel();
+    const name = files.length === 1 ? files[0].name : `${counted(files.length, 'file')}`;
+    const log = new Log(name, files, this.reader, this.asking);
+    this.log = log;
+    this.row = undefined;
+    this.history = new History();
+    this.#prepare(log);
+    const refresh = async () => {
+      if (this.log === log) await this.#refresh(log);
+    };
+    const seldomRefresh = seldom(refresh, 300);
+    try {
+      await log.read(seldomRefresh);
+    } catch (error) {
+      const { message } = error as Error;
+      byId('readingProblem').textContent = shownWords(message);
+      announce(message, true);
+    }
+    if (this.log !== log) return;
+    await this.#order(log);
+    await refresh();
+    if (this.log !== log) return;
+    busy(Promise.all(this.panels.map((panel) => panel.complete())));
+    announce(`${log.isCut ? 'Stopped: ' : ''}${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`);
+    if (log.count > 0 && this.row === undefined) this.list.choose(0);
+    if (log.count === 1) this.detail.tree.focus();
+    else if (document.activeElement === document.body || byId('pasteDialog').contains(document.activeElement)) this.list.focus();
+    if (log.count === 1) this.#showPane('detail');
+  }
+
+  // Several files become one log; the message in sight stays.
+  async #order(log: Log) {
+    const places = await log.orderByTime();
+    if (!places || this.log !== log) return;
+    this.filters.forget();
+    this.list.reset(log);
+    const { row } = this;
+    this.row = undefined;
+    await this.filters.apply();
+    if (row !== undefined) this.list.choose(places[row]);
+  }
+
+  #prepare(log: Log) {
+    byId('welcome').hidden = true;
+    byId('work').hidden = false;
+    byId('progress').hidden = false;
+    byId('messagePanelBody').hidden = true;
+    byId('readingProblem').textContent = '';
+    this.#showHistory();
+    this.filters.reset(log);
+    this.list.reset(log);
+    this.timeLine.reset(log);
+    for (const panel of this.panels) panel.reset(log);
+    this.chooseTab('messageTab');
+    this.#showPane('list');
+    this.#showName(log);
+    this.list.focus();
+  }
+
+  #showName(log: Log) {
+    byId('fileName').textContent = shownWords([`${log.name}, ${sizeInWords(log.size)}`, ...log.notes].join(' · '));
+  }
+
+  #refresh(log: Log) {
+    byId('progress').hidden = log.isComplete;
+    byId('progressBar').value = log.size > 0 ? Math.min(1, log.done / log.size) : 1;
+    byId('progressWords').textContent =
+      log.blob.size > 0
+        ? `${sizeInWords(log.done)} of ${sizeInWords(log.size)}, ${counted(log.count, 'message')}`
+        : `${sizeInWords(log.done)} unpacked`;
+    this.#showName(log);
+    this.#showSummary(log);
+    this.filters.refresh();
+    for (const panel of this.panels) panel.refresh();
+    byId('overview').hidden = log.count < 2;
+    byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
+    return this.filters.apply();
+  }
+
+  #showSummary(log: Log) {
+    const { count, counts, kinds } = log;
+    const facts = [counted(count, 'message'), counted(kinds.size, 'kind')];
+    if (counts.withErrors > 0) facts.push(`${number(counts.withErrors)} with errors`);
+    if (counts.damaged > 0) facts.push(`${number(counts.damaged)} damaged`);
+    if (counts.gaps > 0) facts.push(`${counted(counts.gaps, 'gap')} with ${number(counts.missing)} missing`);
+    if (!log.isComplete) facts.push('still reading');
+    else if (log.isCut) facts.push(`only the first ${sizeInWords(log.done)} of ${sizeInWords(log.size)} were read`);
+    byId('summary').textContent = facts.join(' · ');
+  }
+
+  async #showRow(row: number) {
+    const { log } = this;
+    if (!log) return;
+    this.row = row;
+    const bytes = await log.message(row);
+    if (this.log !== log || this.row !== row) return;
+    await this.detail.show(log, row, bytes);
+    if (this.log === log && this.row === row) for (const panel of this.panels) panel.show(log, row, bytes);
+  }
+
+  #choose(row: number) {
+    this.list.choose(row);
+    this.list.focus();
+  }
+
+  async #edit(row: number, bytes: Bytes) {
+    if (!this.log) return;
+    const before = await this.log.message(row);
+    this.history.add({ row, before, after: bytes });
+    await this.#put(row, bytes);
+  }
+
+  // A message becomes another, everywhere.
+  async #put(row: number, bytes: Bytes) {
+    const { log } = this;
+    if (!log) return;
+    await log.change(row, bytes, await this.core.row(bytes), this.core);
+    this.#showHistory();
+    await this.filters.update(row);
+    this.list.draw();
+    this.#showSummary(log);
+    const panels = this.panels.map((panel) => panel.update(row));
+    await Promise.all([...panels, this.row === row ? this.#showRow(row) : this.#choose(row)]);
+  }
+
+  #showHistory() {
+    const { canUndo, canRedo, isSaved } = this.history;
+    byId('undoEdit').hidden = byId('redoEdit').hidden = !canUndo && !canRedo;
+    byId('undoEdit').disabled = !canUndo;
+    byId('redoEdit').disabled = !canRedo;
+    byId('saveLog').hidden = isSaved && !canUndo;
+  }
+
+  async #undo() {
+    if (!this.history.canUndo) return;
+    const { row, before } = this.history.undo();
+    await this.#put(row, before);
+    announce('Taken back.');
+  }
+
+  async #redo() {
+    if (!this.history.canRedo) return;
+    const { row, after } = this.history.redo();
+    await this.#put(row, after);
+    announce('Done again.');
+  }
+
+  #key(event: KeyboardEvent) {
+    if (!(event.ctrlKey || event.metaKey) || event.altKey || (event.target as Element).closest('input, textarea, select, dialog')) return;
+    const key = event.key.toLowerCase();
+    const isRedo = key === 'y' || (key === 'z' && event.shiftKey);
+    if (!isRedo && key !== 'z') return;
+    event.preventDefault();
+    busy(isRedo ? this.#redo() : this.#undo());
+  }
+
+  #saveLog() {
+    const { log } = this;
+    if (!log) return;
+    saveBlob(log.whole(), log.files.length === 1 ? log.name : 'log.txt');
+    this.history.noteSaved();
+    this.#showHistory();
+  }
+
+  #plotActive() {
+    const path = this.detail.numberPath;
+    if (path === undefined || !this.log || this.row === undefined) return;
+    this.chooseTab('plotTab');
+    byId('plotTab').focus();
+    busy(this.plot.add(this.log.columns.id[this.row], path));
+  }
+
+  // On a narrow page one pane is shown at a time.
+  #showPane(name: 'list' | 'detail') {
+    byId('work').dataset.pane = name;
+    if (name === 'list') this.list.draw();
+  }
+
+  get showPane() {
+    return (name: 'list' | 'detail') => this.#showPane(name);
+  }
+}
+
+async function start() {
+  const packed = Uint8Array.from(atob(byId('core').textContent ?? ''), (character) => character.charCodeAt(0));
+  const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream('gzip'));
+  const page = await Page.start(new Uint8Array(await new Response(stream).arrayBuffer()));
+  byId('messages').addEventListener('click', () => page.showPane('detail'));
+  byId('messages').addEventListener('keydown', ({ key }) => {
+    if (key !== 'Enter') return;
+    page.showPane('detail');
+    page.detail.tree.focus();
+  });
+  document.body.classList.add('isReady');
+}
+
+start().catch((error: Error) => {
+  byId('readingProblem').textContent = `The page can't start: ${error.message}. Open it in a current browser.`;
+});

@@ -1,0 +1,9 @@
+// What build.mjs puts in the place of these.
+declare module 'page:worker' {
+  const source: string;
+  export default source;
+}
+declare module 'page:example' {
+  const text: string;
+  export default text;
+}

@@ -1,0 +1,32 @@
+// What a panel is: a class with the id of its section less "Panel", the title of its tab, and of these what it needs.
+import type { Catalogue } from './catalogue.ts';
+import type { Log } from './log.ts';
+import type { CoreCalls } from './reader.ts';
+import type { Bytes } from './types.ts';
+
+/** What panels are made of. */
+export interface Parts {
+  core: CoreCalls;
+  catalogue: Catalogue;
+  /** Goes to a message. */
+  onRow: (row: number) => void;
+}
+
+/** A panel that does nothing yet. It is made once, of the page's parts: { core, catalogue, onRow }. */
+export class Panel {
+  static id: string;
+  static title: string;
+
+  /** Another log is in hand. */
+  reset(_log: Log): void {}
+  /** There is more of the log. */
+  refresh(): void {}
+  /** The log is read to its end. */
+  async complete(): Promise<void> {}
+  /** A message of the log's row is shown. */
+  show(_log: Log, _row: number, _bytes: Bytes): void {}
+  /** A row's message was changed. */
+  async update(_row: number): Promise<void> {}
+  /** The panel's tab was chosen. */
+  open(): void {}
+}

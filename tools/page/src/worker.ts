@@ -1,0 +1,225 @@
+// The worker: reads logs block by block, searches them, takes the numbers of plots from them, and answers the calls of
+// the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
+// block and what the core keeps of a message that has no end yet.
+import type { Bytes, LinePlace, NamedBlob } from './types.ts';
+import { coreText } from './bytes.ts';
+import { Core } from './core.ts';
+import { plainBlob } from './unpacking.ts';
+
+const blockSize = 2 << 20;
+const largestForms = 64 << 20;
+const longestHead = 200; // bytes of a line in front of a message that are looked at
+
+let core: Core;
+const cancelled = new Set<number>(); // jobs
+
+const bytesIn = async (blob: Blob, start: number, end: number) => new Uint8Array(await blob.slice(start, end).arrayBuffer());
+
+/** What the page is told while a job goes on. */
+export interface Progress {
+  note?: string;
+  unpacked?: number;
+  blob?: Blob;
+  rows?: Bytes;
+  file?: number;
+  start?: number;
+  done?: number;
+  share?: number;
+}
+
+// As a worker has it.
+const tellPage: (message: { job: number } & Progress & Record<string, unknown>, transfer?: Transferable[]) => void = postMessage as never;
+
+class Stopped extends Error {}
+
+function goOn(job: number) {
+  if (cancelled.has(job)) throw new Stopped();
+}
+
+// Messages in another form become a log of messages, one a line.
+async function asLog(blob: Blob) {
+  if (!core.isForm(await bytesIn(blob, 0, 65536))) return blob;
+  if (blob.size > largestForms) throw new Error('A file of messages as JSON or in words can have 64 MB at most.');
+  const made = core.readForms(await bytesIn(blob, 0, blob.size));
+  if (made.error !== undefined) throw new Error(made.error);
+  return new Blob([made.bytes]);
+}
+
+// The files one behind the other, and where each begins.
+async function joined(job: number, files: NamedBlob[]) {
+  const parts: (Blob | string)[] = [];
+  const starts: number[] = [];
+  let size = 0;
+  for (const { blob, name } of files) {
+    const tell = (note: string) => tellPage({ job, note: files.length > 1 ? `${name}: ${note}` : note });
+    const onBytes = (bytes: number) => {
+      goOn(job);
+      tellPage({ job, unpacked: bytes });
+    };
+    const plain = await asLog(await plainBlob(core, blob, name, tell, onBytes));
+    goOn(job);
+    starts.push(size);
+    parts.push(plain);
+    size += plain.size;
+    if (files.length === 1) return { blob: plain, starts, ends: [size] };
+    parts.push('\n');
+    ++size;
+  }
+  return { blob: new Blob(parts), starts, ends: [...starts.slice(1).map((start) => start - 1), size - 1] };
+}
+
+/** What the page asks for: each job with its parts, and what it gives in the end. */
+export type Jobs = typeof jobs;
+
+interface Job {
+  job: number;
+}
+
+// Some messages of the log, in order.
+interface Messages extends Job {
+  blob: Blob;
+  offsets: Float64Array;
+  sizes: Uint32Array;
+}
+
+const jobs = {
+  async open({ job, files }: Job & { files: NamedBlob[] }) {
+    const { blob, starts, ends } = await joined(job, files);
+    tellPage({ job, blob });
+    for (const [file, start] of starts.entries()) {
+      core.beginLog();
+      for (let at = start; at < ends[file]; at += blockSize) {
+        const end = Math.min(ends[file], at + blockSize);
+        const block = await bytesIn(blob, at, end);
+        goOn(job); // the core reads one log at a time: a newer one may have begun
+        const rows = core.takeLog(block);
+        tellPage({ job, rows, file, start, done: end }, [rows.buffer]);
+      }
+      const rows = core.takeLog();
+      tellPage({ job, rows, file, start, done: ends[file] }, [rows.buffer]);
+    }
+    return {};
+  },
+
+  // Which messages hold some bytes, letter case not counting. Bytes are compared as the characters of one-byte text.
+  async search({ job, blob, offsets, sizes, words }: Messages & { words: string }) {
+    const oneByte = new TextDecoder('latin1');
+    const wanted = oneByte.decode(new TextEncoder().encode(words)).toLowerCase();
+    const isFound = new Uint8Array(offsets.length);
+    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+      const text = oneByte.decode(block).toLowerCase();
+      let row = first;
+      for (let at = text.indexOf(wanted); at >= 0; at = text.indexOf(wanted, at + 1)) {
+        while (row < last && offsets[row] - start + sizes[row] <= at) ++row;
+        if (row === last) break;
+        const from = offsets[row] - start;
+        if (at >= from && at + wanted.length <= from + sizes[row]) isFound[row] = 1;
+      }
+    });
+    return { isFound };
+  },
+
+  // The numbers at some paths of messages.
+  async series({ job, blob, offsets, sizes, paths }: Messages & { paths: string[] }) {
+    const numbers = new Float64Array(offsets.length * paths.length);
+    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+      core.chooseSeries(paths);
+      numbers.set(core.takeSeries(placesIn(offsets, sizes, start, first, last), block), first * paths.length);
+    });
+    return { numbers };
+  },
+
+  // Which messages a condition chooses.
+  async where({ job, blob, offsets, sizes, expression }: Messages & { expression: string }) {
+    const isFound = new Uint8Array(offsets.length);
+    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+      const { error } = core.chooseWhere(expression);
+      if (!error) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
+    });
+    return { isFound };
+  },
+
+  // Some messages with what stands in front of them on their lines, as a log.
+  async lines({ job, blob, places }: Job & { blob: Blob; places: LinePlace[] }) {
+    const parts: BlobPart[] = [];
+    for (const [at, { start, size, lineAt }] of places.entries()) {
+      const head = await bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt);
+      goOn(job);
+      parts.push(head.subarray(head.lastIndexOf(0x0a) + 1), blob.slice(start, start + size), '\n');
+      if (at % 1000 === 0) tellPage({ job, share: at / places.length });
+    }
+    return { lines: new Blob(parts) };
+  },
+
+  // What some messages say in a line, and what stands in front of each on its line.
+  async digests({ blob, places, paths }: Job & { blob: Blob; places: LinePlace[]; paths: string[] }) {
+    const digests = places.map(async ({ start, size, lineAt }) => {
+      const [message, head] = await Promise.all([
+        bytesIn(blob, start, start + size),
+        bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt),
+      ]);
+      const line = head.subarray(head.lastIndexOf(0x0a) + 1);
+      return { ...core.digest(message, paths), head: coreText(line) };
+    });
+    return { digests: await Promise.all(digests) };
+  },
+
+  // The places of numbers in their order.
+  order({ numbers }: Job & { numbers: Float64Array }) {
+    return { order: Uint32Array.from(numbers.keys()).sort((left, right) => numbers[left] - numbers[right] || left - right) };
+  },
+
+  call({ name, parameters }: Job & { name: keyof Core; parameters: unknown[] }) {
+    return { result: (core[name] as (...all: unknown[]) => unknown)(...parameters) };
+  },
+};
+
+// Where the messages of a block are in it.
+function placesIn(offsets: Float64Array, sizes: Uint32Array, start: number, first: number, last: number) {
+  const places = new Uint32Array(2 * (last - first));
+  for (let row = first; row < last; ++row) places.set([offsets[row] - start, sizes[row]], 2 * (row - first));
+  return places;
+}
+
+// Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages in their
+// order: changed ones stand behind all others.
+type Take = (block: Bytes, start: number, first: number, last: number) => void;
+async function eachBlock(job: number, blob: Blob, offsets: Float64Array, sizes: Uint32Array, take: Take) {
+  for (let first = 0; first < offsets.length;) {
+    const start = offsets[first];
+    let last = first + 1;
+    while (last < offsets.length && offsets[last] >= offsets[last - 1] && offsets[last] + sizes[last] - start <= blockSize) ++last;
+    const block = await bytesIn(blob, start, offsets[last - 1] + sizes[last - 1]);
+    goOn(job);
+    take(block, start, first, last);
+    tellPage({ job, share: last / offsets.length });
+    first = last;
+  }
+}
+
+async function run(message: Job & { kind: keyof Jobs }) {
+  const { job, kind } = message;
+  try {
+    await started;
+    goOn(job);
+    tellPage({ job, ...(await jobs[kind](message as never)), isLast: true });
+  } catch (error) {
+    if (error instanceof Stopped) tellPage({ job, isCancelled: true });
+    else tellPage({ job, error: (error as Error).message });
+  }
+  cancelled.delete(job);
+}
+
+let isStarted: () => void;
+const started = new Promise<void>((resolve) => (isStarted = resolve));
+type Asked = { kind: 'start'; wasm: Bytes } | { kind: 'cancel'; job: number } | (Job & { kind: keyof Jobs });
+onmessage = async ({ data }: MessageEvent<Asked>) => {
+  if (data.kind === 'start') {
+    core = await Core.load(data.wasm);
+    isStarted();
+  } else if (data.kind === 'cancel') {
+    cancelled.add(data.job);
+  } else {
+    void run(data);
+  }
+};
