@@ -1,66 +1,44 @@
 // The page in a real browser, as people open it: from disk.
-import { chromium } from "../../tools/page/node_modules/playwright-core/index.mjs";
+import { chromium } from '../../tools/page/node_modules/playwright-core/index.mjs';
 
-const folder = new URL("../..", import.meta.url).pathname;
-export const pagePath =
-  process.env.VEK_PAGE ?? `${folder}build/page/vekmsg.html`;
-export const toolPath =
-  process.env.VEK_TOOL ?? `${folder}build/release/tools/vekmsg/vekmsg`;
+const folder = new URL('../..', import.meta.url).pathname;
+export const pagePath = process.env.VEK_PAGE ?? `${folder}build/page/vekmsg.html`;
+export const toolPath = process.env.VEK_TOOL ?? `${folder}build/release/tools/vekmsg/vekmsg`;
 
 const flags = [
-  "--headless",
-  "--no-sandbox",
-  "--disable-gpu",
-  "--disable-quic",
-  "--no-first-run",
-  "--disable-background-networking",
-  "--disable-component-update",
-  "--disable-sync",
+  '--headless',
+  '--no-sandbox',
+  '--disable-gpu',
+  '--disable-quic',
+  '--no-first-run',
+  '--disable-background-networking',
+  '--disable-component-update',
+  '--disable-sync',
 ];
 
 /**
  * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
  * policy (unless `isRefusing`), nothing asked of a network.
  */
-export async function withPage(
-  use,
-  {
-    width = 1400,
-    height = 900,
-    isDark = false,
-    scale = 1,
-    isRefusing = false,
-  } = {},
-) {
-  const browser = await chromium.launch({
-    executablePath: "/usr/bin/chromium",
-    args: flags,
-  });
+export async function withPage(use, { width = 1400, height = 900, isDark = false, scale = 1, isRefusing = false } = {}) {
+  const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
   try {
     const context = await browser.newContext({
       viewport: { width, height },
-      colorScheme: isDark ? "dark" : "light",
+      colorScheme: isDark ? 'dark' : 'light',
       deviceScaleFactor: scale,
       acceptDownloads: true,
     });
     const page = await context.newPage();
     page.setDefaultTimeout(60_000); // for what the machine may have to do beside
     const wrong = [];
-    page.on("pageerror", (error) => wrong.push(error.message));
-    page.on(
-      "console",
-      (message) => message.type() === "error" && wrong.push(message.text()),
-    );
-    page.on(
-      "request",
-      (request) =>
-        /^(file|blob|data):/.test(request.url()) || wrong.push(request.url()),
-    );
+    page.on('pageerror', (error) => wrong.push(error.message));
+    page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
+    page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || wrong.push(request.url()));
     await page.goto(`file://${pagePath}`);
-    await page.waitForSelector("body.isReady");
+    await page.waitForSelector('body.isReady');
     await use(page);
-    if (wrong.length > 0 && !isRefusing)
-      throw new Error(`in the page: ${wrong.join("; ")}`);
+    if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
   } finally {
     await browser.close();
   }
@@ -68,10 +46,7 @@ export async function withPage(
 
 /** Waits until an element's text has these words; what is shown may be drawn with the next picture. */
 export async function says(page, selector, words) {
-  await page.waitForFunction(
-    ([at, text]) => document.querySelector(at)?.textContent.includes(text),
-    [selector, words],
-  );
+  await page.waitForFunction(([at, text]) => document.querySelector(at)?.textContent.includes(text), [selector, words]);
 }
 
 /** Pastes a text as people do, without a clipboard of the machine. Waits until it is read. */
@@ -80,10 +55,8 @@ export async function paste(page, text) {
   await page.evaluate((words) => {
     document.activeElement?.blur();
     const data = new DataTransfer();
-    data.setData("text/plain", words);
-    document.body.dispatchEvent(
-      new ClipboardEvent("paste", { clipboardData: data, bubbles: true }),
-    );
+    data.setData('text/plain', words);
+    document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true }));
   }, text);
   await leaving(page);
   await reading(page);
@@ -92,30 +65,26 @@ export async function paste(page, text) {
 /** Opens files' bytes through the page's file choice. Waits until they are read. */
 export async function openFile(page, file) {
   await settled(page);
-  await page.setInputFiles("#file", file);
+  await page.setInputFiles('#file', file);
   await leaving(page);
   await reading(page);
 }
 
 // What was changed may go.
 async function leaving(page) {
-  if (await page.isVisible("#leaveDialog")) await page.click("#leaveLose");
+  if (await page.isVisible('#leaveDialog')) await page.click('#leaveLose');
 }
 
 /** Waits until the page has done what it was asked for. */
 export async function settled(page) {
-  await page.waitForSelector("#work:not([aria-busy])", { state: "attached" });
+  await page.waitForSelector('#work:not([aria-busy])', { state: 'attached' });
 }
 
 /** Waits until what was opened is read, and a message is shown when there is one. */
 export async function reading(page, timeout = 30_000) {
   const isRead = () => {
     const isHidden = (id) => document.getElementById(id).hidden;
-    return (
-      !isHidden("work") &&
-      isHidden("progress") &&
-      (!isHidden("noMessages") || !isHidden("messagePanelBody"))
-    );
+    return !isHidden('work') && isHidden('progress') && (!isHidden('noMessages') || !isHidden('messagePanelBody'));
   };
   await page.waitForFunction(isRead, undefined, { timeout });
   await settled(page);
@@ -125,30 +94,21 @@ export async function reading(page, timeout = 30_000) {
 export async function chooseMessage(page, index) {
   await page.click(`#messages-${index}`);
   await settled(page);
-  await page.waitForSelector("#messagePanelBody:not([hidden])", {
-    state: "attached",
-  });
+  await page.waitForSelector('#messagePanelBody:not([hidden])', { state: 'attached' });
 }
 
 /** What the tree shows: path and value of each row in sight. */
 export function treeRows(page) {
-  return page.$$eval("#tree .row:not([hidden])", (rows) =>
-    rows.map((row) => ({
-      path: row.dataset.path,
-      value: row.querySelector(".treeValue").textContent,
-    })),
+  return page.$$eval('#tree .row:not([hidden])', (rows) =>
+    rows.map((row) => ({ path: row.dataset.path, value: row.querySelector('.treeValue').textContent })),
   );
 }
 
 /** The bytes of what a button saves. */
 export async function saved(page, selector) {
-  const [download] = await Promise.all([
-    page.waitForEvent("download"),
-    page.click(selector),
-  ]);
+  const [download] = await Promise.all([page.waitForEvent('download'), page.click(selector)]);
   const chunks = [];
-  for await (const chunk of await download.createReadStream())
-    chunks.push(chunk);
+  for await (const chunk of await download.createReadStream()) chunks.push(chunk);
   return Buffer.concat(chunks);
 }
 
@@ -163,15 +123,13 @@ export async function wouldSave(page, selector) {
     let taken;
     URL.createObjectURL = (blob) => {
       taken = blob;
-      return "#";
+      return '#';
     };
     HTMLAnchorElement.prototype.click = () => {};
     button.click();
     delete HTMLAnchorElement.prototype.click;
     URL.createObjectURL = createObjectURL;
-    return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) =>
-      String.fromCharCode(byte),
-    ).join("");
+    return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');
   });
 }
 
@@ -181,18 +139,13 @@ export async function wouldSave(page, selector) {
  */
 export async function longestTask(page, use) {
   const browser = page.context().browser();
-  await browser.startTracing(page, { categories: ["toplevel"] });
+  await browser.startTracing(page, { categories: ['toplevel'] });
   await use();
   const { traceEvents } = JSON.parse(await browser.stopTracing());
   const thread = ({ pid, tid }) => `${pid} ${tid}`;
-  const isPages = ({ name, args }) =>
-    name === "thread_name" && args.name === "CrRendererMain";
+  const isPages = ({ name, args }) => name === 'thread_name' && args.name === 'CrRendererMain';
   const threads = new Set(traceEvents.filter(isPages).map(thread));
-  const tasks = traceEvents.filter(
-    (event) => event.name.endsWith("RunTask") && threads.has(thread(event)),
-  );
-  if (!tasks.some(({ tdur }) => tdur > 0)) throw new Error("no task was seen");
-  return (
-    tasks.reduce((longest, { tdur }) => Math.max(longest, tdur ?? 0), 0) / 1000
-  );
+  const tasks = traceEvents.filter((event) => event.name.endsWith('RunTask') && threads.has(thread(event)));
+  if (!tasks.some(({ tdur }) => tdur > 0)) throw new Error('no task was seen');
+  return tasks.reduce((longest, { tdur }) => Math.max(longest, tdur ?? 0), 0) / 1000;
 }

@@ -1,176 +1,117 @@
 // A log of 100 MB: listed in time, with bounded memory, while the page answers.
-import assert from "node:assert/strict";
-import { createWriteStream } from "node:fs";
-import { mkdtemp, rm } from "node:fs/promises";
-import { tmpdir } from "node:os";
-import { join } from "node:path";
-import { once } from "node:events";
-import { test } from "node:test";
-import {
-  longestTask,
-  openFile,
-  reading,
-  settled,
-  withPage,
-} from "./browser.mjs";
-import { logLines, message } from "./makeLog.mjs";
+import assert from 'node:assert/strict';
+import { createWriteStream } from 'node:fs';
+import { mkdtemp, rm } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { once } from 'node:events';
+import { test } from 'node:test';
+import { longestTask, openFile, reading, settled, withPage } from './browser.mjs';
+import { logLines, message } from './makeLog.mjs';
 
 const size = 100_000_000;
 const longestPause = 50; // of the page's own thread
-const day = (at) =>
-  new Date(Date.UTC(2026, 2, 1 + at)).toISOString().slice(0, 10);
+const day = (at) => new Date(Date.UTC(2026, 2, 1 + at)).toISOString().slice(0, 10);
 
 // Writes the log, the same piece on one day after the other: only the reader's work counts here.
 async function writeLog(path) {
-  const piece = [...logLines(20_000)].join("");
+  const piece = [...logLines(20_000)].join('');
   const file = createWriteStream(path);
   let days = 0;
-  for (; days * piece.length < size; ++days)
-    if (!file.write(piece.replaceAll("2026-03-01", day(days))))
-      await once(file, "drain");
+  for (; days * piece.length < size; ++days) if (!file.write(piece.replaceAll('2026-03-01', day(days)))) await once(file, 'drain');
   file.end();
-  await once(file, "finish");
+  await once(file, 'finish');
   return { count: days * 20_000, lastDay: day(days - 1) };
 }
 
 async function plot(page, label) {
-  await page.fill("#plotKeyName", label);
-  await page.press("#plotKeyName", "Enter");
-  await page.waitForSelector(`#plotCurves li:has-text("${label}")`, {
-    timeout: 30_000,
-  });
+  await page.fill('#plotKeyName', label);
+  await page.press('#plotKeyName', 'Enter');
+  await page.waitForSelector(`#plotCurves li:has-text("${label}")`, { timeout: 30_000 });
 }
 
-test("a message of 30 kB with 10,000 keys that none knows", async (context) => {
-  const buffer = Buffer.from(message(4112, 41, `{${"X=;".repeat(10_000)}}`));
+test('a message of 30 kB with 10,000 keys that none knows', async (context) => {
+  const buffer = Buffer.from(message(4112, 41, `{${'X=;'.repeat(10_000)}}`));
   await withPage(async (page) => {
     const pause = await longestTask(page, async () => {
-      await openFile(page, { name: "message.txt", mimeType: "", buffer });
-      await page.focus("#tree");
-      for (let at = 0; at < 10; ++at) await page.keyboard.press("ArrowDown");
+      await openFile(page, { name: 'message.txt', mimeType: '', buffer });
+      await page.focus('#tree');
+      for (let at = 0; at < 10; ++at) await page.keyboard.press('ArrowDown');
     });
-    context.diagnostic(
-      `a message with 5,000 problems: longest pause ${pause.toFixed(0)} ms`,
-    );
+    context.diagnostic(`a message with 5,000 problems: longest pause ${pause.toFixed(0)} ms`);
     assert.ok(pause < longestPause, `the page did not answer for ${pause} ms`);
     // All problems can be come to, and those in sight alone are drawn.
-    const [, count] = /^(5,\d\d\d) problems$/.exec(
-      await page.textContent("#problemCount"),
-    );
-    const first = await page.locator("#problems li").count();
+    const [, count] = /^(5,\d\d\d) problems$/.exec(await page.textContent('#problemCount'));
+    const first = await page.locator('#problems li').count();
     assert.ok(first < 200, `${first} problems are drawn`);
-    await page.evaluate(
-      () => (document.getElementById("problems").scrollTop = 1e6),
-    );
-    await page.waitForSelector(
-      `#problems li[aria-posinset="${count.replace(",", "")}"]`,
-    );
-    await page.waitForFunction(
-      () => document.querySelectorAll("#problems li").length < 200,
-    );
+    await page.evaluate(() => (document.getElementById('problems').scrollTop = 1e6));
+    await page.waitForSelector(`#problems li[aria-posinset="${count.replace(',', '')}"]`);
+    await page.waitForFunction(() => document.querySelectorAll('#problems li').length < 200);
   });
 });
 
-test(
-  "100 MB are listed while the page answers, and can be cancelled",
-  { timeout: 120_000 },
-  async (context) => {
-    const folder = await mkdtemp(join(tmpdir(), "vekmsg-"));
-    try {
-      const path = join(folder, "large.log");
-      const { count, lastDay } = await writeLog(path);
-      await withPage(async (page) => {
-        const counted = `${count.toLocaleString("en")} messages`;
-        const seconds = { start: performance.now() };
-        const note = (name) =>
-          (seconds[name] =
-            `${((performance.now() - seconds.start) / 1000).toFixed(1)} s`);
-        const readingPause = await longestTask(page, async () => {
-          await page.setInputFiles("#file", path);
-          // It is used while it reads: messages are there before the end.
-          await page.waitForFunction(() =>
-            document.querySelector("#messages .row"),
-          );
-          await page.click("#messages-1");
-          await page.waitForSelector("#messagePanelBody:not([hidden])");
-          note("shown");
-          // Searching and plotting meanwhile take nothing from it, and what is not complete says so.
-          await page.fill("#filterWords", "violet");
-          await page.click("#plotTab");
-          await plot(page, "focusValue_t FOCUS_VALUE");
-          const early = [
-            await page.textContent("#listCount"),
-            await page.textContent("#summary"),
-            await page.isVisible("#progress"),
-          ];
-          assert.ok(
-            !early[2] || /searching|so far|still reading/.test(early.join()),
-            early.join(),
-          );
-          await reading(page, 60_000);
-          note("listed");
-        });
-        const memory = await page.evaluate(
-          () => performance.memory.usedJSHeapSize,
-        );
-        const found = await page.textContent("#listCount");
-        assert.match(found, new RegExp(`^[\\d,]+ of ${counted}$`));
-        assert.ok(
-          Number(found.split(" ")[0].replaceAll(",", "")) > count / 2,
-          found,
-        );
-        assert.doesNotMatch(await page.textContent("#summary"), /reading|only/);
-
-        const usingPause = await longestTask(page, async () => {
-          await page.focus("#plot");
-          await page.keyboard.press("End");
-          assert.ok(
-            (await page.textContent("#plotReading")).startsWith(lastDay),
-            "the curve ends where the log ends",
-          );
-          await page.fill("#filterWords", "");
-          await page.waitForFunction(
-            (words) =>
-              document.getElementById("listCount").textContent === words,
-            counted,
-          );
-          // To the end of a list that is taller than a browser's elements may be.
-          await page.focus("#messages");
-          await page.keyboard.press("End");
-          await page.waitForSelector(
-            `#messages-${count - 1}[aria-selected=true]`,
-          );
-          await plot(page, "deviceStatus_t LOW_STATUS");
-          await page.selectOption("#plotBands", "deviceStatus_t STATUS");
-          await settled(page);
-          const box = await page.locator("#plot .u-over").boundingBox();
-          for (let at = 0; at < 20; ++at)
-            await page.mouse.move(box.x + 20 + at * 10, box.y + 60);
-        });
-        context.diagnostic(
-          `${count} messages: first shown after ${seconds.shown}, listed after ${seconds.listed}; longest pause ${readingPause.toFixed(0)} ms, ` +
-            `then ${usingPause.toFixed(0)} ms; ${(memory / 1e6).toFixed(0)} MB of script's memory`,
-        );
-        assert.ok(
-          Math.max(readingPause, usingPause) < longestPause,
-          `the page did not answer for ${readingPause} ms, ${usingPause} ms`,
-        );
-
-        await page.setInputFiles("#file", path);
-        await page.waitForSelector("#cancelReading", { state: "visible" });
-        await page.click("#cancelReading");
-        await reading(page);
-        const cancelled = Number(
-          (await page.textContent("#listCount")).replace(/\D/g, ""),
-        );
-        assert.ok(cancelled < count, "reading went on after it was cancelled");
-        assert.match(
-          await page.textContent("#summary"),
-          /only the first .* were read/,
-        );
+test('100 MB are listed while the page answers, and can be cancelled', { timeout: 120_000 }, async (context) => {
+  const folder = await mkdtemp(join(tmpdir(), 'vekmsg-'));
+  try {
+    const path = join(folder, 'large.log');
+    const { count, lastDay } = await writeLog(path);
+    await withPage(async (page) => {
+      const counted = `${count.toLocaleString('en')} messages`;
+      const seconds = { start: performance.now() };
+      const note = (name) => (seconds[name] = `${((performance.now() - seconds.start) / 1000).toFixed(1)} s`);
+      const readingPause = await longestTask(page, async () => {
+        await page.setInputFiles('#file', path);
+        // It is used while it reads: messages are there before the end.
+        await page.waitForFunction(() => document.querySelector('#messages .row'));
+        await page.click('#messages-1');
+        await page.waitForSelector('#messagePanelBody:not([hidden])');
+        note('shown');
+        // Searching and plotting meanwhile take nothing from it, and what is not complete says so.
+        await page.fill('#filterWords', 'violet');
+        await page.click('#plotTab');
+        await plot(page, 'focusValue_t FOCUS_VALUE');
+        const early = [await page.textContent('#listCount'), await page.textContent('#summary'), await page.isVisible('#progress')];
+        assert.ok(!early[2] || /searching|so far|still reading/.test(early.join()), early.join());
+        await reading(page, 60_000);
+        note('listed');
       });
-    } finally {
-      await rm(folder, { recursive: true });
-    }
-  },
-);
+      const memory = await page.evaluate(() => performance.memory.usedJSHeapSize);
+      const found = await page.textContent('#listCount');
+      assert.match(found, new RegExp(`^[\\d,]+ of ${counted}$`));
+      assert.ok(Number(found.split(' ')[0].replaceAll(',', '')) > count / 2, found);
+      assert.doesNotMatch(await page.textContent('#summary'), /reading|only/);
+
+      const usingPause = await longestTask(page, async () => {
+        await page.focus('#plot');
+        await page.keyboard.press('End');
+        assert.ok((await page.textContent('#plotReading')).startsWith(lastDay), 'the curve ends where the log ends');
+        await page.fill('#filterWords', '');
+        await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, counted);
+        // To the end of a list that is taller than a browser's elements may be.
+        await page.focus('#messages');
+        await page.keyboard.press('End');
+        await page.waitForSelector(`#messages-${count - 1}[aria-selected=true]`);
+        await plot(page, 'deviceStatus_t LOW_STATUS');
+        await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
+        await settled(page);
+        const box = await page.locator('#plot .u-over').boundingBox();
+        for (let at = 0; at < 20; ++at) await page.mouse.move(box.x + 20 + at * 10, box.y + 60);
+      });
+      context.diagnostic(
+        `${count} messages: first shown after ${seconds.shown}, listed after ${seconds.listed}; longest pause ${readingPause.toFixed(0)} ms, ` +
+          `then ${usingPause.toFixed(0)} ms; ${(memory / 1e6).toFixed(0)} MB of script's memory`,
+      );
+      assert.ok(Math.max(readingPause, usingPause) < longestPause, `the page did not answer for ${readingPause} ms, ${usingPause} ms`);
+
+      await page.setInputFiles('#file', path);
+      await page.waitForSelector('#cancelReading', { state: 'visible' });
+      await page.click('#cancelReading');
+      await reading(page);
+      const cancelled = Number((await page.textContent('#listCount')).replace(/\D/g, ''));
+      assert.ok(cancelled < count, 'reading went on after it was cancelled');
+      assert.match(await page.textContent('#summary'), /only the first .* were read/);
+    });
+  } finally {
+    await rm(folder, { recursive: true });
+  }
+});

@@ -1,309 +1,196 @@
 // Looking: what is opened is listed, found by filters, and shown as a tree beside its text.
-import assert from "node:assert/strict";
-import { spawnSync } from "node:child_process";
-import { test } from "node:test";
-import {
-  openFile,
-  paste,
-  saved,
-  toolPath,
-  treeRows,
-  withPage,
-} from "./browser.mjs";
-import { logLines, message, samples } from "./makeLog.mjs";
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { test } from 'node:test';
+import { openFile, paste, saved, toolPath, treeRows, withPage } from './browser.mjs';
+import { logLines, message, samples } from './makeLog.mjs';
 
-const listed = (page) => page.textContent("#listCount");
+const listed = (page) => page.textContent('#listCount');
 
-test("a generated log is listed whole, with its gaps and its damaged messages, and filtered", async () => {
+test('a generated log is listed whole, with its gaps and its damaged messages, and filtered', async () => {
   const facts = {};
-  const text = [...logLines(3000, facts)].join("");
+  const text = [...logLines(3000, facts)].join('');
   await withPage(async (page) => {
-    await openFile(page, {
-      name: "device.log",
-      mimeType: "text/plain",
-      buffer: Buffer.from(text),
-    });
+    await openFile(page, { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from(text) });
     assert.equal(
-      await page.textContent("#summary"),
+      await page.textContent('#summary'),
       `3,000 messages · ${facts.kinds.size} kinds · ${facts.damaged} with errors · ${facts.damaged} damaged · ${facts.gaps} gaps with ${facts.missing} missing`,
     );
-    assert.equal(await listed(page), "3,000 messages");
+    assert.equal(await listed(page), '3,000 messages');
 
-    await page.selectOption("#filterKind", "4112");
-    const focusCount = facts.kinds.get(4112).toLocaleString("en");
-    await page.waitForFunction(
-      (words) => document.getElementById("listCount").textContent === words,
-      `${focusCount} of 3,000 messages`,
-    );
-    await page.selectOption("#filterKind", "");
-    await page.selectOption("#filterProblem", "damaged");
-    await page.waitForFunction(
-      (words) => document.getElementById("listCount").textContent === words,
-      `${facts.damaged} of 3,000 messages`,
-    );
-    await page.selectOption("#filterProblem", "");
+    await page.selectOption('#filterKind', '4112');
+    const focusCount = facts.kinds.get(4112).toLocaleString('en');
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${focusCount} of 3,000 messages`);
+    await page.selectOption('#filterKind', '');
+    await page.selectOption('#filterProblem', 'damaged');
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${facts.damaged} of 3,000 messages`);
+    await page.selectOption('#filterProblem', '');
 
     // Words are found in the messages alone, not in what stands in front of them, in any letter case.
-    await page.fill("#filterWords", "plate 1234 OF");
-    const wanted = text
-      .split("\n")
-      .filter((line) => line.includes("Plate 1234 of")).length;
-    await page.waitForFunction(
-      (words) => document.getElementById("listCount").textContent === words,
-      `${wanted} of 3,000 messages`,
-    );
-    await page.fill("#filterWords", " device @@");
-    await page.waitForFunction(
-      () =>
-        document.getElementById("listCount").textContent ===
-        "0 of 3,000 messages",
-    );
-    assert.ok(await page.isVisible("#noMessages"));
-    await page.click("#clearFilters");
-    await page.waitForFunction(
-      () =>
-        document.getElementById("listCount").textContent === "3,000 messages",
-    );
+    await page.fill('#filterWords', 'plate 1234 OF');
+    const wanted = text.split('\n').filter((line) => line.includes('Plate 1234 of')).length;
+    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${wanted} of 3,000 messages`);
+    await page.fill('#filterWords', ' device @@');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '0 of 3,000 messages');
+    assert.ok(await page.isVisible('#noMessages'));
+    await page.click('#clearFilters');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
   });
 });
 
-test("a line says when, which way, what kind and what matters, by columns that people choose", async () => {
-  const status = message(
-    4161,
-    42,
-    "{STATUS=3;LOW_STATUS=0;SEVERITY=2;NUM_OF_MESSAGES=2;MSGS={Cassette 2 is empty,Load\u202e plates,};}",
-  );
+test('a line says when, which way, what kind and what matters, by columns that people choose', async () => {
+  const status = message(4161, 42, '{STATUS=3;LOW_STATUS=0;SEVERITY=2;NUM_OF_MESSAGES=2;MSGS={Cassette 2 is empty,Load\u202e plates,};}');
   const log = [
-    `2026-03-01T08:00:02.250 host > device ${message(4112, 41, "{MEDIA_NAME=Violet;FOCUS_VALUE=1024.500000;}")}`,
+    `2026-03-01T08:00:02.250 host > device ${message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=1024.500000;}')}`,
     `2026-03-01T08:00:02.300 host <- device ${status}`,
-    `2026-03-03T08:00:02.400 RX ${message(4101, 1, "{ARRAY_CASSETTE={{NAME=a;},{NAME=b;},};}")}`,
+    `2026-03-03T08:00:02.400 RX ${message(4101, 1, '{ARRAY_CASSETTE={{NAME=a;},{NAME=b;},};}')}`,
   ];
-  const cells = (page, index) =>
-    page.$$eval(`#messages-${index} > .cell`, (all) =>
-      all.map(({ textContent }) => textContent.trim()),
-    );
+  const cells = (page, index) => page.$$eval(`#messages-${index} > .cell`, (all) => all.map(({ textContent }) => textContent.trim()));
   const shows = (page, index, last) =>
-    page.waitForFunction(
-      ([at, words]) =>
-        document
-          .querySelector(`#messages-${at} .values`)
-          ?.textContent.trim() === words,
-      [index, last],
-    );
+    page.waitForFunction(([at, words]) => document.querySelector(`#messages-${at} .values`)?.textContent.trim() === words, [index, last]);
   await withPage(async (page) => {
-    await openFile(page, {
-      name: "a.log",
-      mimeType: "",
-      buffer: Buffer.from(log.join("\n")),
-    });
-    await shows(page, 2, "ARRAY_CASSETTE 2×");
-    assert.deepEqual(await cells(page, 0), [
-      "03-01 08:00:02.250",
-      "host → device",
-      "focusValue_t",
-      "Violet FOCUS_VALUE 1024.5",
-    ]);
+    await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
+    await shows(page, 2, 'ARRAY_CASSETTE 2×');
+    assert.deepEqual(await cells(page, 0), ['03-01 08:00:02.250', 'host → device', 'focusValue_t', 'Violet FOCUS_VALUE 1024.5']);
     assert.deepEqual((await cells(page, 1)).slice(1), [
-      "device → host",
-      "deviceStatus_t",
-      "Cassette 2 is empty; Load\\xe2\\x80\\xae plates STATUS 3 SEVERITY 2",
+      'device → host',
+      'deviceStatus_t',
+      'Cassette 2 is empty; Load\\xe2\\x80\\xae plates STATUS 3 SEVERITY 2',
     ]);
-    assert.equal((await cells(page, 2))[1], "rx");
-    assert.match(await page.getAttribute("#messages-1", "class"), /device2/);
+    assert.equal((await cells(page, 2))[1], 'rx');
+    assert.match(await page.getAttribute('#messages-1', 'class'), /device2/);
 
-    await page.click("#columns summary");
+    await page.click('#columns summary');
     await page.uncheck('#columnChoices li:has-text("Direction") input');
-    await page.fill("#columnPath", "ARRAY_CASSETTE[1].NAME");
-    await page.press("#columnPath", "Enter");
-    await page.waitForFunction(
-      () => document.querySelector("#messages-2 .path")?.textContent === "b",
-    );
+    await page.fill('#columnPath', 'ARRAY_CASSETTE[1].NAME');
+    await page.press('#columnPath', 'Enter');
+    await page.waitForFunction(() => document.querySelector('#messages-2 .path')?.textContent === 'b');
     await page.reload();
-    await page.waitForSelector("body.isReady");
-    await openFile(page, {
-      name: "a.log",
-      mimeType: "",
-      buffer: Buffer.from(log.join("\n")),
-    });
-    await shows(page, 2, "ARRAY_CASSETTE 2×");
-    assert.deepEqual((await cells(page, 2)).slice(1), [
-      "cassetteArray_t",
-      "b",
-      "ARRAY_CASSETTE 2×",
-    ]);
-    const box = await page.locator("#messages").boundingBox();
-    assert.ok(
-      box.height >= 30 * 24,
-      `${box.height} pixels are less than 30 lines`,
-    );
+    await page.waitForSelector('body.isReady');
+    await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
+    await shows(page, 2, 'ARRAY_CASSETTE 2×');
+    assert.deepEqual((await cells(page, 2)).slice(1), ['cassetteArray_t', 'b', 'ARRAY_CASSETTE 2×']);
+    const box = await page.locator('#messages').boundingBox();
+    assert.ok(box.height >= 30 * 24, `${box.height} pixels are less than 30 lines`);
   });
 });
 
-test("filters are those of --where, each a chip; the address opens the same view; what passes is saved", async () => {
+test('filters are those of --where, each a chip; the address opens the same view; what passes is saved', async () => {
   const lines = [...logLines(3000)];
-  const buffer = Buffer.from(lines.join(""));
+  const buffer = Buffer.from(lines.join(''));
   const asTool = (where) =>
-    spawnSync(toolPath, ["json", "--where", where, "-"], {
-      input: buffer,
-      maxBuffer: 1 << 26,
-    })
+    spawnSync(toolPath, ['json', '--where', where, '-'], { input: buffer, maxBuffer: 1 << 26 })
       .stdout.toString()
-      .split("\n")
+      .split('\n')
       .filter(Boolean).length;
   const counts = (page, count) =>
     page.waitForFunction(
-      (words) =>
-        document.getElementById("listCount").textContent.startsWith(words),
-      `${count.toLocaleString("en")} of 3,000`,
+      (words) => document.getElementById('listCount').textContent.startsWith(words),
+      `${count.toLocaleString('en')} of 3,000`,
     );
   const add = async (page, where) => {
-    await page.fill("#filterWhere", where);
-    await page.press("#filterWhere", "Enter");
+    await page.fill('#filterWhere', where);
+    await page.press('#filterWhere', 'Enter');
   };
   const first = 'MEDIA_NAME =~ "^North.* 0\\.3$" and FOCUS_VALUE >= 1030';
-  const second = "not @seq < 2000";
+  const second = 'not @seq < 2000';
   await withPage(async (page) => {
-    await openFile(page, { name: "device.log", mimeType: "", buffer });
-    for (const wrong of ["MEDIA_NAME =~ (", "FOCUS_VALUE >"]) {
+    await openFile(page, { name: 'device.log', mimeType: '', buffer });
+    for (const wrong of ['MEDIA_NAME =~ (', 'FOCUS_VALUE >']) {
       await add(page, wrong);
-      await page.waitForSelector("#whereProblem:not(:empty)");
-      assert.equal(await page.locator(".chip").count(), 0, wrong);
+      await page.waitForSelector('#whereProblem:not(:empty)');
+      assert.equal(await page.locator('.chip').count(), 0, wrong);
     }
     await add(page, first);
     await counts(page, asTool(first));
-    assert.equal(await page.textContent("#whereProblem"), "");
+    assert.equal(await page.textContent('#whereProblem'), '');
     await add(page, second);
     const both = asTool(`(${first}) and ${second}`);
     await counts(page, both);
     assert.ok(both > 0 && both < asTool(first));
 
-    const passing = (await saved(page, "#savePassing")).toString();
-    assert.equal(passing.split("\n").filter(Boolean).length, both);
+    const passing = (await saved(page, '#savePassing')).toString();
+    assert.equal(passing.split('\n').filter(Boolean).length, both);
     assert.ok(
       passing
-        .split("\n")
+        .split('\n')
         .filter(Boolean)
         .every((line) => buffer.includes(`${line}\n`)),
-      "whole lines",
+      'whole lines',
     );
 
-    await page.click(".chip:nth-child(1) .switch");
+    await page.click('.chip:nth-child(1) .switch');
     await counts(page, asTool(second));
     const address = page.url();
-    await page.click(".chip:nth-child(2) .remove");
-    await page.waitForFunction(
-      () =>
-        document.getElementById("listCount").textContent === "3,000 messages",
-    );
-    await page.goto("about:blank");
+    await page.click('.chip:nth-child(2) .remove');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await page.goto('about:blank');
     await page.goto(address);
-    await page.waitForSelector("body.isReady");
-    await openFile(page, { name: "device.log", mimeType: "", buffer });
+    await page.waitForSelector('body.isReady');
+    await openFile(page, { name: 'device.log', mimeType: '', buffer });
     await counts(page, asTool(second));
-    await page.click(".chip.off .switch");
+    await page.click('.chip.off .switch');
     await counts(page, both);
   });
 });
 
-test("the selected pair is lit in the tree and in the text, whichever was chosen", async () => {
+test('the selected pair is lit in the tree and in the text, whichever was chosen', async () => {
   await withPage(async (page) => {
-    await paste(page, samples.find(({ name }) => name.startsWith("4101")).text);
-    const lit = () =>
-      page.$$eval("#messageText mark", (marks) =>
-        marks.map((mark) => mark.textContent).join(""),
-      );
-    const selected = () =>
-      page.getAttribute("#tree .row[aria-selected=true]", "data-path");
+    await paste(page, samples.find(({ name }) => name.startsWith('4101')).text);
+    const lit = () => page.$$eval('#messageText mark', (marks) => marks.map((mark) => mark.textContent).join(''));
+    const selected = () => page.getAttribute('#tree .row[aria-selected=true]', 'data-path');
 
-    const { path } = (await treeRows(page)).find(
-      ({ path: one }) => one.endsWith(".VENDOR") || /\]\.[A-Z]+$/.test(one),
-    );
+    const { path } = (await treeRows(page)).find(({ path: one }) => one.endsWith('.VENDOR') || /\]\.[A-Z]+$/.test(one));
     await page.click(`#tree .row[data-path="${path}"]`);
     const pair = await lit();
-    assert.ok(
-      pair.startsWith(`${path.split(".").at(-1)}=`),
-      `${path} lights ${pair}`,
-    );
+    assert.ok(pair.startsWith(`${path.split('.').at(-1)}=`), `${path} lights ${pair}`);
 
-    await page.click("#messageText", { position: { x: 40, y: 16 } });
+    await page.click('#messageText', { position: { x: 40, y: 16 } });
     assert.notEqual(await selected(), path);
     assert.ok((await lit()).length > 0);
   });
 });
 
-test("problems say their place, what a host makes of them, and what was meant; choosing one goes there", async () => {
+test('problems say their place, what a host makes of them, and what was meant; choosing one goes there', async () => {
   await withPage(async (page) => {
-    await paste(
-      page,
-      "@@4112    80 7 45 {MEDIA_NAME=Violet;FOCUS_VALEU=3.5;}!!",
-    );
-    const problem = page.locator("#problems li[data-code=unknown-key] button");
-    assert.match(
-      await problem.textContent(),
-      /FOCUS_VALEU.*a host ignores it.*did you mean FOCUS_VALUE\?/,
-    );
+    await paste(page, '@@4112    80 7 45 {MEDIA_NAME=Violet;FOCUS_VALEU=3.5;}!!');
+    const problem = page.locator('#problems li[data-code=unknown-key] button');
+    assert.match(await problem.textContent(), /FOCUS_VALEU.*a host ignores it.*did you mean FOCUS_VALUE\?/);
     await problem.click();
-    assert.equal(await page.textContent("#messageText mark"), "FOCUS_VALEU");
-    assert.equal(
-      await page.getAttribute("#tree .row[aria-selected=true]", "data-path"),
-      "FOCUS_VALEU",
-    );
+    assert.equal(await page.textContent('#messageText mark'), 'FOCUS_VALEU');
+    assert.equal(await page.getAttribute('#tree .row[aria-selected=true]', 'data-path'), 'FOCUS_VALEU');
   });
 });
 
-test("files and texts are dropped on the page", async () => {
+test('files and texts are dropped on the page', async () => {
   await withPage(async (page) => {
     const drop = (fill) =>
       page.evaluate((given) => {
         const data = new DataTransfer();
-        if (given.file) data.items.add(new File([given.file], "dropped.log"));
-        else data.setData("text/plain", given.text);
-        for (const kind of ["dragover", "drop"])
-          document.body.dispatchEvent(
-            new DragEvent(kind, {
-              dataTransfer: data,
-              bubbles: true,
-              cancelable: true,
-            }),
-          );
+        if (given.file) data.items.add(new File([given.file], 'dropped.log'));
+        else data.setData('text/plain', given.text);
+        for (const kind of ['dragover', 'drop'])
+          document.body.dispatchEvent(new DragEvent(kind, { dataTransfer: data, bubbles: true, cancelable: true }));
       }, fill);
-    await drop({
-      file: `08:00:00 ${samples[0].text}\n08:00:01 ${samples[1].text}\n`,
-    });
-    await page.waitForFunction(
-      () =>
-        document.getElementById("summary").textContent ===
-        "2 messages · 2 kinds",
-    );
-    assert.match(await page.textContent("#fileName"), /^dropped\.log/);
+    await drop({ file: `08:00:00 ${samples[0].text}\n08:00:01 ${samples[1].text}\n` });
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '2 messages · 2 kinds');
+    assert.match(await page.textContent('#fileName'), /^dropped\.log/);
     await drop({ text: samples[2].text });
-    await page.waitForFunction(
-      () =>
-        document.getElementById("summary").textContent === "1 message · 1 kind",
-    );
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '1 message · 1 kind');
   });
 });
 
-test("messages in other forms, wrapped ones, and texts without any", async () => {
+test('messages in other forms, wrapped ones, and texts without any', async () => {
   await withPage(async (page) => {
-    await paste(
-      page,
-      '{"id":4112,"echo":7,"seq":41,"focusValue_t":{"MEDIA_NAME":"Violet","FOCUS_VALUE":3.25}}',
-    );
-    assert.equal(
-      await page.textContent("#messageText"),
-      "@@4112    62 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!",
-    );
-    await paste(
-      page,
-      "@@4112    62 7 41 {MEDIA_NAME=Violet;\nFOCUS_VALUE=3.250000;}!!",
-    );
-    await page.waitForSelector("#problems li[data-code=line-break]");
-    await paste(page, "no message at all");
-    assert.ok(await page.isVisible("#noMessages"));
-    assert.equal(await page.textContent("#summary"), "0 messages · 0 kinds");
+    await paste(page, '{"id":4112,"echo":7,"seq":41,"focusValue_t":{"MEDIA_NAME":"Violet","FOCUS_VALUE":3.25}}');
+    assert.equal(await page.textContent('#messageText'), '@@4112    62 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!');
+    await paste(page, '@@4112    62 7 41 {MEDIA_NAME=Violet;\nFOCUS_VALUE=3.250000;}!!');
+    await page.waitForSelector('#problems li[data-code=line-break]');
+    await paste(page, 'no message at all');
+    assert.ok(await page.isVisible('#noMessages'));
+    assert.equal(await page.textContent('#summary'), '0 messages · 0 kinds');
     await paste(page, '{"id":4112,');
-    assert.notEqual(await page.textContent("#readingProblem"), "");
-    assert.equal(await page.locator("#messages .row:visible").count(), 0);
+    assert.notEqual(await page.textContent('#readingProblem'), '');
+    assert.equal(await page.locator('#messages .row:visible').count(), 0);
   });
 });

@@ -1,139 +1,86 @@
 // Mending: values changed by their kind, keys added, the text sealed at each change, copied and saved; differences.
-import assert from "node:assert/strict";
-import { test } from "node:test";
-import {
-  chooseMessage,
-  openFile,
-  paste,
-  saved,
-  settled,
-  withPage,
-  wouldSave,
-} from "./browser.mjs";
-import { message, samples } from "./makeLog.mjs";
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { chooseMessage, openFile, paste, saved, settled, withPage, wouldSave } from './browser.mjs';
+import { message, samples } from './makeLog.mjs';
 
-const text = async (page) =>
-  Buffer.from(await wouldSave(page, "#saveText"), "latin1").toString();
+const text = async (page) => Buffer.from(await wouldSave(page, '#saveText'), 'latin1').toString();
 
 async function change(page, path, value) {
   await page.dblclick(`#tree .row[data-path="${path}"]`);
   await settled(page);
-  const control = page.locator("#editorValue");
-  if ((await control.evaluate((one) => one.localName)) === "select")
-    await control.selectOption(value);
+  const control = page.locator('#editorValue');
+  if ((await control.evaluate((one) => one.localName)) === 'select') await control.selectOption(value);
   else await control.fill(value);
-  await page.click("#editor button[type=submit]");
+  await page.click('#editor button[type=submit]');
   await settled(page);
 }
 
-test("numbers, texts and header numbers are changed, and the message is sealed each time", async () => {
+test('numbers, texts and header numbers are changed, and the message is sealed each time', async () => {
   await withPage(async (page) => {
-    await paste(
-      page,
-      message(4112, 41, "{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}"),
-    );
-    await change(page, "FOCUS_VALUE", "12.5");
-    assert.equal(
-      await text(page),
-      message(4112, 41, "{MEDIA_NAME=Violet;FOCUS_VALUE=12.500000;}"),
-    );
-    await change(page, "MEDIA_NAME", "Grün 2; new");
-    assert.equal(
-      Buffer.byteLength(await text(page)) + 1,
-      Number((await text(page)).slice(6, 12)),
-    );
-    assert.equal(
-      await page.textContent("#tree .row[data-path=MEDIA_NAME] .treeValue"),
-      "Grün 2; new",
-    );
-    await change(page, "@seq", "9");
+    await paste(page, message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}'));
+    await change(page, 'FOCUS_VALUE', '12.5');
+    assert.equal(await text(page), message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=12.500000;}'));
+    await change(page, 'MEDIA_NAME', 'Grün 2; new');
+    assert.equal(Buffer.byteLength(await text(page)) + 1, Number((await text(page)).slice(6, 12)));
+    assert.equal(await page.textContent('#tree .row[data-path=MEDIA_NAME] .treeValue'), 'Grün 2; new');
+    await change(page, '@seq', '9');
     assert.match(await text(page), /^@@4112 +\d+ 7 9 \{/);
 
     // What its kind can't hold is refused with words, and nothing changes.
     const before = await text(page);
-    await change(page, "FOCUS_VALUE", "wide");
-    assert.match(await page.textContent("#editorError"), /FOCUS_VALUE.*wide/);
-    await page.press("#editorValue", "Escape");
+    await change(page, 'FOCUS_VALUE', 'wide');
+    assert.match(await page.textContent('#editorError'), /FOCUS_VALUE.*wide/);
+    await page.press('#editorValue', 'Escape');
     assert.equal(await text(page), before);
 
-    for (let steps = 0; steps < 3; ++steps) await page.click("#undoEdit");
-    assert.equal(
-      await text(page),
-      message(4112, 41, "{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}"),
-    );
+    for (let steps = 0; steps < 3; ++steps) await page.click('#undoEdit');
+    assert.equal(await text(page), message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}'));
   });
 });
 
-test("names and booleans are chosen from a list, and missing keys are added where they belong", async () => {
+test('names and booleans are chosen from a list, and missing keys are added where they belong', async () => {
   await withPage(async (page) => {
-    const sample = samples.find(({ text: one }) =>
-      /=(TRUE|FALSE);/.test(one),
-    ).text;
+    const sample = samples.find(({ text: one }) => /=(TRUE|FALSE);/.test(one)).text;
     await paste(page, sample);
-    const row = page
-      .locator("#tree .row", { has: page.locator(".holds-boolean") })
-      .first();
-    const was = await row.locator(".treeValue").textContent();
-    const other = was === "TRUE" ? "FALSE" : "TRUE";
-    await change(page, await row.getAttribute("data-path"), other);
-    assert.equal(await row.locator(".treeValue").textContent(), other);
+    const row = page.locator('#tree .row', { has: page.locator('.holds-boolean') }).first();
+    const was = await row.locator('.treeValue').textContent();
+    const other = was === 'TRUE' ? 'FALSE' : 'TRUE';
+    await change(page, await row.getAttribute('data-path'), other);
+    assert.equal(await row.locator('.treeValue').textContent(), other);
 
-    await paste(page, message(4112, 41, "{FOCUS_VALUE=3.250000;}"));
-    await page.selectOption("#addKey", { label: "MEDIA_NAME" });
-    await page.click("#addKeyForm button");
-    await page.fill("#editorValue", "Violet");
-    await page.press("#editorValue", "Enter");
-    assert.equal(
-      await text(page),
-      message(4112, 41, "{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}"),
-    );
-    assert.ok(await page.isHidden("#addKeyForm"));
-    assert.ok(await page.isHidden("#problemPane"));
+    await paste(page, message(4112, 41, '{FOCUS_VALUE=3.250000;}'));
+    await page.selectOption('#addKey', { label: 'MEDIA_NAME' });
+    await page.click('#addKeyForm button');
+    await page.fill('#editorValue', 'Violet');
+    await page.press('#editorValue', 'Enter');
+    assert.equal(await text(page), message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}'));
+    assert.ok(await page.isHidden('#addKeyForm'));
+    assert.ok(await page.isHidden('#problemPane'));
   });
 });
 
-test("a change of a damaged message seals it; a log is saved with what was changed in it", async () => {
-  const damaged =
-    "@@4112    99 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!";
-  const whole = message(4112, 42, "{MEDIA_NAME=Violet;FOCUS_VALUE=4.000000;}");
+test('a change of a damaged message seals it; a log is saved with what was changed in it', async () => {
+  const damaged = '@@4112    99 7 41 {MEDIA_NAME=Violet;FOCUS_VALUE=3.250000;}!!';
+  const whole = message(4112, 42, '{MEDIA_NAME=Violet;FOCUS_VALUE=4.000000;}');
   await withPage(async (page) => {
-    await openFile(page, {
-      name: "a.log",
-      mimeType: "text/plain",
-      buffer: Buffer.from(`one ${damaged}\ntwo ${whole}\nend\n`),
-    });
+    await openFile(page, { name: 'a.log', mimeType: 'text/plain', buffer: Buffer.from(`one ${damaged}\ntwo ${whole}\nend\n`) });
     await chooseMessage(page, 0);
-    await change(page, "FOCUS_VALUE", "5");
-    const mended = message(
-      4112,
-      41,
-      "{MEDIA_NAME=Violet;FOCUS_VALUE=5.000000;}",
-    );
+    await change(page, 'FOCUS_VALUE', '5');
+    const mended = message(4112, 41, '{MEDIA_NAME=Violet;FOCUS_VALUE=5.000000;}');
     assert.equal(await text(page), mended);
-    assert.equal((await saved(page, "#saveText")).toString(), mended);
-    assert.equal(
-      (await saved(page, "#saveLog")).toString(),
-      `one ${mended}\ntwo ${whole}\nend\n`,
-    );
+    assert.equal((await saved(page, '#saveText')).toString(), mended);
+    assert.equal((await saved(page, '#saveLog')).toString(), `one ${mended}\ntwo ${whole}\nend\n`);
 
-    await page.click("#differenceTab");
-    assert.equal(await page.inputValue("#compareWith"), "original");
-    await page.waitForSelector("#differenceRows td");
-    const cells = await page.$$eval("#differenceRows tr", (rows) =>
-      rows.map((row) => [...row.children].map((one) => one.textContent)),
-    );
-    assert.deepEqual(cells, [["FOCUS_VALUE", "3.250000", "5.000000"]]);
+    await page.click('#differenceTab');
+    assert.equal(await page.inputValue('#compareWith'), 'original');
+    await page.waitForSelector('#differenceRows td');
+    const cells = await page.$$eval('#differenceRows tr', (rows) => rows.map((row) => [...row.children].map((one) => one.textContent)));
+    assert.deepEqual(cells, [['FOCUS_VALUE', '3.250000', '5.000000']]);
 
     // The one before of its kind is the changed one.
     await chooseMessage(page, 1);
-    await page.waitForFunction(
-      () =>
-        document.querySelector("#differenceRows [data-side=right]")
-          ?.textContent === "4.000000",
-    );
-    assert.equal(
-      await page.textContent("#differenceRows [data-side=left]"),
-      "5.000000",
-    );
+    await page.waitForFunction(() => document.querySelector('#differenceRows [data-side=right]')?.textContent === '4.000000');
+    assert.equal(await page.textContent('#differenceRows [data-side=left]'), '5.000000');
   });
 });

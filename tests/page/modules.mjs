@@ -1,19 +1,15 @@
 // Modules of the page's sources, for tests without a browser.
-import { build } from "../../tools/page/node_modules/esbuild/lib/main.js";
+import { build } from '../../tools/page/node_modules/esbuild/lib/main.js';
 
 /** What a module of tools/page/src exports. */
 export async function sourceModule(name) {
-  const entryPoints = [
-    new URL(`../../tools/page/src/${name}.ts`, import.meta.url).pathname,
-  ];
+  const entryPoints = [new URL(`../../tools/page/src/${name}.ts`, import.meta.url).pathname];
   const { outputFiles } = await build({
     entryPoints,
     bundle: true,
-    format: "esm",
+    format: 'esm',
     write: false,
-    external: ["page:*"],
+    external: ['page:*'],
   });
-  return import(
-    `data:text/javascript;base64,${Buffer.from(outputFiles[0].contents).toString("base64")}`
-  );
+  return import(`data:text/javascript;base64,${Buffer.from(outputFiles[0].contents).toString('base64')}`);
 }

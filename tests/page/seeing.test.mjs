@@ -1,116 +1,84 @@
 // Seeing: the time line, and numbers plotted over time, read off by pointing, zoomed; a status as bands.
-import assert from "node:assert/strict";
-import { test } from "node:test";
-import { openFile, withPage } from "./browser.mjs";
-import { logLines } from "./makeLog.mjs";
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { openFile, withPage } from './browser.mjs';
+import { logLines } from './makeLog.mjs';
 
 const facts = {};
-const log = {
-  name: "device.log",
-  mimeType: "text/plain",
-  buffer: Buffer.from([...logLines(3000, facts)].join("")),
-};
+const log = { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from([...logLines(3000, facts)].join('')) };
 
 async function drawn(page, label, count) {
-  await page.fill("#plotKeyName", label);
-  await page.press("#plotKeyName", "Enter");
-  await page.waitForFunction(
-    (curves) => document.querySelectorAll("#plotCurves li").length === curves,
-    count,
-  );
+  await page.fill('#plotKeyName', label);
+  await page.press('#plotKeyName', 'Enter');
+  await page.waitForFunction((curves) => document.querySelectorAll('#plotCurves li').length === curves, count);
 }
 
-test("the time line says how many there are, goes to messages, and zooms what is listed", async () => {
+test('the time line says how many there are, goes to messages, and zooms what is listed', async () => {
   await withPage(async (page) => {
     await openFile(page, log);
-    const box = await page.locator("#timeLine").boundingBox();
+    const box = await page.locator('#timeLine').boundingBox();
     const at = (share) => box.x + 160 + (box.width - 170) * share;
     const y = box.y + 20;
     await page.mouse.move(at(0.5), y);
-    assert.match(
-      await page.textContent("#timeLineWords"),
-      /^2026-03-01 \d\d:\d\d.*: \d+ messages?/,
-    );
+    assert.match(await page.textContent('#timeLineWords'), /^2026-03-01 \d\d:\d\d.*: \d+ messages?/);
     await page.mouse.click(at(0.5), y);
-    const middle = Number(
-      (await page.getAttribute("#messages", "aria-activedescendant")).split(
-        "-",
-      )[1],
-    );
-    assert.ok(
-      middle > 1300 && middle < 1700,
-      `the middle of the time is at message ${middle}`,
-    );
+    const middle = Number((await page.getAttribute('#messages', 'aria-activedescendant')).split('-')[1]);
+    assert.ok(middle > 1300 && middle < 1700, `the middle of the time is at message ${middle}`);
 
     await page.mouse.move(at(0.25), y);
     await page.mouse.down();
     await page.mouse.move(at(0.5), y);
     await page.mouse.up();
-    await page.waitForFunction(() =>
-      / of 3,000/.test(document.getElementById("listCount").textContent),
-    );
-    const inRange = Number.parseInt(await page.textContent("#listCount"), 10);
-    assert.ok(
-      inRange > 600 && inRange < 900,
-      `a quarter of the time has ${inRange} messages`,
-    );
-    await page.click("#wholeTime");
-    await page.waitForFunction(
-      () =>
-        document.getElementById("listCount").textContent === "3,000 messages",
-    );
+    await page.waitForFunction(() => / of 3,000/.test(document.getElementById('listCount').textContent));
+    const inRange = Number.parseInt(await page.textContent('#listCount'), 10);
+    assert.ok(inRange > 600 && inRange < 900, `a quarter of the time has ${inRange} messages`);
+    await page.click('#wholeTime');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
   });
 });
 
-test("several numbers are plotted, read off by pointing and by keys, and zoomed", async () => {
+test('several numbers are plotted, read off by pointing and by keys, and zoomed', async () => {
   await withPage(async (page) => {
     await openFile(page, log);
-    await page.click("#plotTab");
-    await drawn(page, "focusValue_t FOCUS_VALUE", 1);
-    await drawn(page, "deviceStatus_t LOW_STATUS", 2);
-    await page.selectOption("#plotBands", "deviceStatus_t STATUS");
+    await page.click('#plotTab');
+    await drawn(page, 'focusValue_t FOCUS_VALUE', 1);
+    await drawn(page, 'deviceStatus_t LOW_STATUS', 2);
+    await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
     await page.waitForSelector('#plot[aria-label$="bands of STATUS"]');
 
     // The values that keys go through are those of the log, in order.
-    await page.focus("#plot");
-    await page.keyboard.press("Home");
+    await page.focus('#plot');
+    await page.keyboard.press('Home');
     const read = [];
     for (let i = 0; i < 12; ++i) {
-      const reading = await page.textContent("#plotReading");
+      const reading = await page.textContent('#plotReading');
       const value = /FOCUS_VALUE ([\d.]+)/.exec(reading);
-      if (value && Number(value[1]) !== read.at(-1))
-        read.push(Number(value[1])); // it stays between its messages
-      await page.keyboard.press("ArrowRight");
+      if (value && Number(value[1]) !== read.at(-1)) read.push(Number(value[1])); // it stays between its messages
+      await page.keyboard.press('ArrowRight');
     }
     assert.ok(read.length > 2);
     assert.deepEqual(read, facts.focus.slice(0, read.length));
-    assert.match(await page.textContent("#plotReading"), /STATUS \d/);
+    assert.match(await page.textContent('#plotReading'), /STATUS \d/);
 
-    const box = await page.locator("#plot .u-over").boundingBox();
+    const box = await page.locator('#plot .u-over').boundingBox();
     await page.mouse.move(box.x + box.width * 0.5, box.y + 50);
-    assert.match(
-      await page.textContent("#plotReading"),
-      /^2026-03-01 \d\d:\d\d:\d\d/,
-    );
-    const whole = await page.textContent("#plotReading");
+    assert.match(await page.textContent('#plotReading'), /^2026-03-01 \d\d:\d\d:\d\d/);
+    const whole = await page.textContent('#plotReading');
     await page.mouse.move(box.x + box.width * 0.2, box.y + 50);
     await page.mouse.down();
     await page.mouse.move(box.x + box.width * 0.3, box.y + 60);
     await page.mouse.up();
-    assert.ok(await page.isVisible("#plotWhole"));
+    assert.ok(await page.isVisible('#plotWhole'));
     await page.mouse.move(box.x + box.width * 0.5, box.y + 55);
-    const zoomed = await page.textContent("#plotReading");
-    assert.ok(
-      zoomed < whole,
-      "the middle of the first third is earlier than the middle",
-    );
-    await page.click("#plotWhole");
-    assert.ok(await page.isHidden("#plotWhole"));
+    const zoomed = await page.textContent('#plotReading');
+    assert.ok(zoomed < whole, 'the middle of the first third is earlier than the middle');
+    await page.click('#plotWhole');
+    assert.ok(await page.isHidden('#plotWhole'));
 
-    await page.selectOption("#plotOver", "sequence");
+    await page.selectOption('#plotOver', 'sequence');
     await page.mouse.move(box.x + box.width * 0.4, box.y + 50);
-    assert.match(await page.textContent("#plotReading"), /^sequence [\d,]+: /);
-    await page.click("#plotCurves button");
-    assert.equal(await page.locator("#plotCurves li").count(), 1);
+    assert.match(await page.textContent('#plotReading'), /^sequence [\d,]+: /);
+    await page.click('#plotCurves button');
+    assert.equal(await page.locator('#plotCurves li').count(), 1);
   });
 });

@@ -1,113 +1,73 @@
 // What the command line reads the page reads: packed files, UTF-16, a lost "@", several files as one log. What is not
 // complete says so.
-import assert from "node:assert/strict";
-import { test } from "node:test";
-import { gzipSync } from "node:zlib";
-import { openFile, says, withPage, wouldSave } from "./browser.mjs";
-import { message } from "./makeLog.mjs";
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { gzipSync } from 'node:zlib';
+import { openFile, says, withPage, wouldSave } from './browser.mjs';
+import { message } from './makeLog.mjs';
 
-const focus = (sequence, name = "Gr\u00fcn \u{1f600}") =>
-  message(
-    4112,
-    sequence,
-    `{MEDIA_NAME=${name};FOCUS_VALUE=${sequence}.500000;}`,
-  );
+const focus = (sequence, name = 'Gr\u00fcn \u{1f600}') => message(4112, sequence, `{MEDIA_NAME=${name};FOCUS_VALUE=${sequence}.500000;}`);
 const log = `2026-03-01T08:00:01 a ${focus(1)}\n2026-03-01T08:00:03 a ${focus(3)}\n`;
 const other = `2026-03-01T08:00:02 b ${focus(2)}\n2026-03-01T08:00:04 b ${focus(4)}\n`;
-const bigEndian = (text) => Buffer.from(text, "utf16le").swap16();
+const bigEndian = (text) => Buffer.from(text, 'utf16le').swap16();
 const zstdStart = Buffer.from([0x28, 0xb5, 0x2f, 0xfd]);
 
 // Stored as it is.
-const beginnings = gzipSync(
-  Buffer.from([10, 0x1f, 0x8b, 8, 0, 0x1f, 0x8b, 8, 10]),
-  { level: 0 },
-);
+const beginnings = gzipSync(Buffer.from([10, 0x1f, 0x8b, 8, 0, 0x1f, 0x8b, 8, 10]), { level: 0 });
 
-test("packed files, UTF-16 and a damaged start are read, and say what they are", async () => {
+test('packed files, UTF-16 and a damaged start are read, and say what they are', async () => {
   const cases = [
-    ["gzip", gzipSync(log), /packed with gzip/],
+    ['gzip', gzipSync(log), /packed with gzip/],
     [
-      "gzip in several members, one of them full of what begins one",
-      Buffer.concat([
-        gzipSync(log.slice(0, 50)),
-        gzipSync(log.slice(50)),
-        gzipSync(""),
-        beginnings,
-      ]),
+      'gzip in several members, one of them full of what begins one',
+      Buffer.concat([gzipSync(log.slice(0, 50)), gzipSync(log.slice(50)), gzipSync(''), beginnings]),
       /packed with gzip/,
     ],
-    [
-      "UTF-16 with a mark",
-      Buffer.from(`\ufeff${log}`, "utf16le"),
-      /UTF-16, read as UTF-8/,
-    ],
-    ["UTF-16 without", Buffer.from(log, "utf16le"), /UTF-16, read as UTF-8/],
-    ["UTF-16, the other way", bigEndian(`\ufeff${log}`), /UTF-16/],
-    ["packed UTF-16", gzipSync(bigEndian(log)), /gzip.*UTF-16/],
+    ['UTF-16 with a mark', Buffer.from(`\ufeff${log}`, 'utf16le'), /UTF-16, read as UTF-8/],
+    ['UTF-16 without', Buffer.from(log, 'utf16le'), /UTF-16, read as UTF-8/],
+    ['UTF-16, the other way', bigEndian(`\ufeff${log}`), /UTF-16/],
+    ['packed UTF-16', gzipSync(bigEndian(log)), /gzip.*UTF-16/],
   ];
   await withPage(async (page) => {
     for (const [name, buffer, words] of cases) {
-      await openFile(page, { name: "a.log", mimeType: "", buffer });
-      assert.equal(
-        await page.textContent("#summary"),
-        "2 messages · 1 kind · 1 gap with 1 missing",
-        name,
-      );
-      assert.match(await page.textContent("#fileName"), words, name);
-      assert.equal(
-        Buffer.from(await wouldSave(page, "#saveText"), "latin1").toString(),
-        focus(1),
-        name,
-      );
+      await openFile(page, { name: 'a.log', mimeType: '', buffer });
+      assert.equal(await page.textContent('#summary'), '2 messages · 1 kind · 1 gap with 1 missing', name);
+      assert.match(await page.textContent('#fileName'), words, name);
+      assert.equal(Buffer.from(await wouldSave(page, '#saveText'), 'latin1').toString(), focus(1), name);
     }
-    await openFile(page, {
-      name: "a.txt",
-      mimeType: "",
-      buffer: Buffer.from(focus(1).slice(1)),
-    });
-    await page.waitForSelector("#problems li[data-code=no-start-marker]");
+    await openFile(page, { name: 'a.txt', mimeType: '', buffer: Buffer.from(focus(1).slice(1)) });
+    await page.waitForSelector('#problems li[data-code=no-start-marker]');
 
     // What can't be unpacked says so, and what to do.
-    await openFile(page, { name: "a.zst", mimeType: "", buffer: zstdStart }); // which no browser can unpack
-    await says(page, "#readingProblem", "zstd -d a.zst");
-    await openFile(page, {
-      name: "b.gz",
-      mimeType: "",
-      buffer: gzipSync(log).subarray(0, 60),
-    });
-    await says(page, "#readingProblem", "gunzip b.gz");
-    await openFile(page, {
-      name: "c.gz",
-      mimeType: "",
-      buffer: Buffer.concat([gzipSync(log), Buffer.from("rest")]),
-    });
-    await says(page, "#readingProblem", "gunzip c.gz");
+    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstdStart }); // which no browser can unpack
+    await says(page, '#readingProblem', 'zstd -d a.zst');
+    await openFile(page, { name: 'b.gz', mimeType: '', buffer: gzipSync(log).subarray(0, 60) });
+    await says(page, '#readingProblem', 'gunzip b.gz');
+    await openFile(page, { name: 'c.gz', mimeType: '', buffer: Buffer.concat([gzipSync(log), Buffer.from('rest')]) });
+    await says(page, '#readingProblem', 'gunzip c.gz');
   });
 });
 
-test("several files are one log in order of time, and each line knows its file", async () => {
+test('several files are one log in order of time, and each line knows its file', async () => {
   await withPage(async (page) => {
     await openFile(page, [
-      { name: "a.log", mimeType: "", buffer: Buffer.from(log) },
-      { name: "b.log.gz", mimeType: "", buffer: gzipSync(other) },
+      { name: 'a.log', mimeType: '', buffer: Buffer.from(log) },
+      { name: 'b.log.gz', mimeType: '', buffer: gzipSync(other) },
     ]);
-    assert.match(await page.textContent("#summary"), /^4 messages/);
+    assert.match(await page.textContent('#summary'), /^4 messages/);
     const expected = [
-      ["line 1 of a.log", "1"],
-      ["line 1 of b.log.gz", "2"],
-      ["line 2 of a.log", "3"],
-      ["line 2 of b.log.gz", "4"],
+      ['line 1 of a.log', '1'],
+      ['line 1 of b.log.gz', '2'],
+      ['line 2 of a.log', '3'],
+      ['line 2 of b.log.gz', '4'],
     ];
     for (const [at, [place, sequence]] of expected.entries()) {
       await page.click(`#messages-${at}`);
-      await says(page, "#messageFacts", place);
-      assert.equal(
-        await page.textContent('#tree .row[data-path="@seq"] .treeValue'),
-        sequence,
-      );
+      await says(page, '#messageFacts', place);
+      assert.equal(await page.textContent('#tree .row[data-path="@seq"] .treeValue'), sequence);
     }
-    await page.fill("#filterWords", "2.5");
-    await says(page, "#listCount", "1 of 4 messages");
-    assert.match(await page.getAttribute("#messages-0", "title"), /b\.log\.gz/);
+    await page.fill('#filterWords', '2.5');
+    await says(page, '#listCount', '1 of 4 messages');
+    assert.match(await page.getAttribute('#messages-0', 'title'), /b\.log\.gz/);
   });
 });
