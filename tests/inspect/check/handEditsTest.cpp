@@ -2,6 +2,7 @@
 // and how many of them help. With VEK_WRITE_TABLE set to a path, the table is written there as it is now: read what
 // changed in it.
 #include "tests/support/messages.hpp"
+#include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -74,6 +75,9 @@ std::string outcomeOf(const std::string &text) {
     say("seal   ", !whole.isRead()      ? joined({"refuses: ", inTable(whole.error)})
                    : whole.text == text ? "changes nothing"
                                         : joined({changesOf(text, whole.text), ": ", inTable(whole.text)}));
+    const mending_t mending = mended(text);
+    say("fix    ", mending.done.empty() ? joined({mending.isSound() ? "has nothing to do" : "asks"})
+                                        : joined({mending.isSound() ? "" : "asks, but makes ", inTable(mending.text)}));
     const structure_t structure(text);
     say("reads  ", structure.address == nullptr ? "nothing: the call refuses it"
                                                 : inTable(bodyOf(written(structure.id, structure.address))));

@@ -3,6 +3,7 @@
 #include "vek/inspect/change/change.hpp"
 
 #include "vek/inspect/change/diff.hpp"
+#include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/message/scalars.hpp"
@@ -35,37 +36,17 @@ std::string noSuchPath(const tree_t &tree, std::string_view path) {
     return withSuggestion(joined({"the message has no ", path}), meant == path ? std::string_view() : meant);
 }
 
-// Where the text is changed, and by what.
-struct replacement_t {
-    place_t place;
-    std::string text;
-};
-
 // With the one stretch replaced and the length put right; nothing else changes.
-change_t withReplacement(const tree_t &tree, const replacement_t &replacement) {
+change_t withReplacement(const tree_t &tree, place_t place, std::string text) {
     const envelopeParts_t &envelope = tree.envelope();
-    std::string text(tree.text());
-    text.replace(replacement.place.start, replacement.place.size(), replacement.text);
+    const std::size_t others = tree.text().size() - lengthPlace(envelope).size() - place.size() + text.size();
+    std::vector<remedy_t> edits{{place, std::move(text)}, rightLength(envelope, others)};
+    std::sort(edits.begin(), edits.end(),
+              [](const remedy_t &one, const remedy_t &other) { return one.place.start < other.place.start; });
     change_t change;
     change.oldLength = static_cast<std::size_t>(std::max(envelope.length.value, 0));
-    // The length keeps its five places, so it does not change the length itself; of more only five are left.
-    constexpr std::size_t places = 5;
-    const bool isInFront = replacement.place.end < envelope.length.place.start;
-    const std::size_t shift = isInFront ? replacement.text.size() - replacement.place.size() : 0;
-    const place_t old = envelope.length.place;
-    const std::size_t end = old.end + shift, lowest = envelope.id.place.end + 1 + shift;
-    const std::size_t start = std::max(lowest, std::min(old.start + shift, end - std::min(end, places)));
-    const std::size_t room = end - start, kept = std::min(room, places);
-    std::size_t length = text.size() + 1 - (room - kept);
-    std::string digits = std::to_string(length);
-    if (digits.size() > kept) {
-        length += digits.size() - kept;
-        digits = std::to_string(length);
-    }
-    digits.insert(0, kept > digits.size() ? kept - digits.size() : 0, ' ');
-    text.replace(start, room, digits);
-    change.newLength = length;
-    change.text = std::move(text);
+    change.text = applied(tree.text(), edits);
+    change.newLength = change.text.size() + 1;
     return change;
 }
 
@@ -81,7 +62,7 @@ change_t changedNumber(const tree_t &tree, std::string_view path, const envelope
         return refusedChange("the length follows from the text and is put right with every change");
     if (!number.isThere || !tree.envelope().length.isThere)
         return refusedChange("this number is missing in the message: seal it first");
-    change_t change = withReplacement(tree, {number.place, *text});
+    change_t change = withReplacement(tree, number.place, *text);
     change.oldValue = number.place.in(tree.text());
     change.newValue = *text;
     return change;
@@ -193,7 +174,7 @@ change_t added(const tree_t &tree, std::string_view path, std::string_view value
         pair.text.insert(0, 1, isRecord ? semicolon : comma);
     if (parent->value.isEmpty())
         pair.text = joined({"{", pair.text, "}"});
-    return withReplacement(tree, {{at, at}, std::move(pair.text)});
+    return withReplacement(tree, {at, at}, std::move(pair.text));
 }
 
 part_t partOf(const node_t &node) {
@@ -207,7 +188,7 @@ change_t replaced(const tree_t &tree, const node_t &node, std::string_view path,
         return refusedChange(joined({path, ": ", pair.error}));
     const place_t place{node.value.start - (node.isQuoted ? 1 : 0),
                         node.value.end + (node.isQuoted && !node.isQuoteOpen ? 1 : 0)};
-    return withReplacement(tree, {place, std::move(pair.text)});
+    return withReplacement(tree, place, std::move(pair.text));
 }
 
 // What goes with a pair: the groups around it that have nothing else. An element stays, since its list counts it.
@@ -430,7 +411,7 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     };
     if (!isForced && std::any_of(tree.nodes().begin(), tree.nodes().end(), isBound))
         return refusedChange(joined({path, " tells how its list is written: remove the list with its elements first"}));
-    return finished(tree, path, withReplacement(tree, {gone.whole, {}}), isForced, {});
+    return finished(tree, path, withReplacement(tree, gone.whole, {}), isForced, {});
 }
 
 } // namespace vek::inspect

@@ -17,6 +17,13 @@
 
 namespace vek::inspect {
 
+/// What puts a finding right: another text for a stretch of the message. The length does not follow by itself.
+struct remedy_t {
+    place_t place;
+    std::string text;
+    bool isCertain = false; ///< any careful reader would do just that
+};
+
 struct finding_t {
     findingCode_t code{};
     severity_t severity{};
@@ -25,6 +32,7 @@ struct finding_t {
     std::string message;     ///< what is wrong, without a full stop: unknown key "FOCUS_VALEU"
     std::string consequence; ///< what a host makes of it: "a host ignores it; FOCUS_VALUE will be 0.000000"
     std::string suggestion;  ///< what it should be, when that is known: "FOCUS_VALUE", "81"
+    std::optional<remedy_t> remedy{};
 
     /// message, and behind it what a host makes of it and "did you mean X?", in one line.
     std::string inWords() const;

@@ -1,5 +1,8 @@
 // What stands around a body: first what is missing or too much at both ends, then the length relative to that.
 #include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
@@ -11,6 +14,21 @@ namespace vek::inspect {
 namespace {
 
 constexpr std::string_view nothingRead = "a host reads nothing of the body: all values become 0 or empty";
+
+// Whether it was put around a message by an editor, a shell, a program or a mail, and says nothing.
+bool isWrapping(std::string_view around, std::string_view others) {
+    constexpr std::string_view quotes = "\"'`\xE2\x80\x9C\xE2\x80\x9D\xE2\x80\x9E\xE2\x80\x98\xE2\x80\x99";
+    while (!around.empty()) {
+        const bool isSpeltOut = around.starts_with("\\n") || around.starts_with("\\r") || around.starts_with("\\0");
+        const std::size_t size = isSpeltOut ? 2 : std::max<std::size_t>(utf8Size(around), 1);
+        const std::string_view one = around.substr(0, size);
+        if (!isSpeltOut && !isBlankOfAnyKind(one) && quotes.find(one) == std::string_view::npos &&
+            others.find(one) == std::string_view::npos)
+            return false;
+        around.remove_prefix(size);
+    }
+    return true;
+}
 
 // What stands around a message, in words.
 std::string inWords(std::string_view around) {
@@ -46,13 +64,19 @@ void checker_t::checkEnvelope() {
 void checker_t::checkFront() {
     const std::string_view before = envelope_.before.in(tree_.text());
     if (!before.empty()) {
-        if (report(noStartMarker, envelope_.before))
+        if (report(noStartMarker, envelope_.before)) {
             tell(joined({inWords(before), " stands in front of \"@@\""}), "a host reads nothing of the message");
+            mend(envelope_.before, {}, isWrapping(before, "@"));
+        }
     } else if (envelope_.startMarker.isEmpty() &&
                report(noStartMarker, {0, std::min<std::uint32_t>(2, envelope_.whole.end)})) {
         tell(tree_.text().starts_with('@') ? "the second \"@\" is missing at the start"
                                            : "the text does not begin with \"@@\"",
              "a host reads nothing of it");
+        const std::string_view text = tree_.text();
+        const std::size_t id = text.find_first_not_of("@ \t");
+        if (id != std::string_view::npos && isDigit(text[id]) && !envelope_.body.isEmpty())
+            mend({0, static_cast<std::uint32_t>(id)}, "@@", true);
     }
 }
 
@@ -75,6 +99,7 @@ void checker_t::checkId() {
                     meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id)}) : "",
                     lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
             "a host refuses it");
+        mendHead();
     } else if (tree_.record() == nullptr && report(noStructure, id.place)) {
         tell(joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it");
     }
@@ -131,6 +156,7 @@ void checker_t::checkNumbers() {
                                       : joined({"of length, echo tag and sequence number ",
                                                 called == "echo tag" ? "two are missing" : "one is missing"}),
                  joined({envelope_.isBodyRead ? "a host keeps its own number; " : "", whatHostTakes()}));
+            mendHead();
         }
         return; // behind it no other one is found
     }
@@ -155,9 +181,11 @@ void checker_t::checkEnd() {
     const std::string_view text = tree_.text();
     const place_t behind = envelope_.behind;
     if (!envelope_.endMarker.isEmpty()) {
-        if (!behind.isEmpty() && report(trailingText, behind))
+        if (!behind.isEmpty() && report(trailingText, behind)) {
             tell(joined({inWords(behind.in(text)), " stands behind \"!!\""}),
                  envelope_.isBodyRead ? whatHostTakes() : joined({"the length is wrong with it: ", nothingRead}));
+            mend(behind, {}, isWrapping(behind.in(text), ";,.!"));
+        }
         return;
     }
     if (report(noEndMarker, envelope_.endMarker)) {
@@ -172,6 +200,10 @@ void checker_t::checkEnd() {
              : rest.empty() ? "\"!!\" is missing at the end"
                             : joined({shownValue(rest), " stands at the end, where \"!!\" should be"}),
              joined({isCutOff() || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}));
+        constexpr std::size_t mostOfMarker = 4;
+        if (!isCutOff() && !isCutInHead() && missingBraces() == 0)
+            mend({envelope_.endMarker.start, envelope_.whole.end}, "!!",
+                 rest.size() <= mostOfMarker && rest.find_first_not_of("!?1 .;,'\"") == std::string_view::npos);
     }
 }
 
@@ -193,13 +225,17 @@ void checker_t::checkBodyShape() {
                          shownValue(value.substr(value.size() - 1)), " for the braces"}));
     } else if (envelope_.isBodyRead && !envelope_.isWholeForHost() && !value.empty() && areNumbersThere &&
                envelope_.behind.isEmpty() && !envelope_.endMarker.isEmpty()) {
-        if (report(bodyShape, {front, std::max(front, body.start)}))
+        if (report(bodyShape, {front, std::max(front, body.start)})) {
             tell("other characters than one blank in front of the body, or some behind it", whatHostTakes());
+            mendBlanks();
+        }
     } else if (areNumbersThere && !value.empty() &&
                (body.start != front + 1 || tree_.text()[front] != ' ' || envelope_.endMarker.start != body.end)) {
-        if (report(bodyShape, warning, {front, body.start}))
+        if (report(bodyShape, warning, {front, body.start})) {
             tell("one blank belongs in front of the body, and nothing behind it",
                  envelope_.isWholeForHost() ? "a host reads it, and writes it so" : "");
+            mendBlanks();
+        }
     }
 }
 
@@ -230,7 +266,52 @@ void checker_t::checkLength() {
         tell(joined({"the length says ", std::to_string(length.value), ", the message has ", std::to_string(right),
                      " characters with its NUL", isMended ? " once its ends are right" : ""}),
              std::string(nothingRead), std::to_string(right));
+        mendHead();
     }
+}
+
+// One blank in front of the body, and nothing behind it.
+void checker_t::mendBlanks() {
+    const place_t front{envelope_.sequenceNumber.place.end, envelope_.body.start};
+    const place_t behind{envelope_.body.end, envelope_.endMarker.start};
+    if (front.in(tree_.text()) != " ")
+        mend(front, " ", isBlankOfAnyKind(front.in(tree_.text())));
+    else
+        mend(behind, {}, isBlankOfAnyKind(behind.in(tree_.text())));
+}
+
+// The numbers anew, as far as it is certain which they are: of four words in front of the body the second is the
+// length, whatever it is; of three it is missing, unless one of them is near what it should be.
+void checker_t::mendHead() {
+    const std::string_view text = tree_.text();
+    const place_t body = envelope_.body;
+    const std::uint32_t start = envelope_.startMarker.end;
+    if (envelope_.startMarker.isEmpty() || body.start < start || envelope_.rightLength > longestReadableMessage)
+        return;
+    std::vector<std::string_view> words;
+    std::string_view rest = text.substr(start, body.start - start);
+    constexpr std::string_view between = " \t,;";
+    while (!(rest = rest.substr(std::min(rest.find_first_not_of(between), rest.size()))).empty()) {
+        words.push_back(rest.substr(0, rest.find_first_of(between)));
+        rest.remove_prefix(words.back().size());
+    }
+    const bool hasLength = words.size() == 4;
+    if (words.size() == 3)
+        words.insert(words.begin() + 1, std::string_view());
+    const auto numberIn = [&words](std::size_t index) {
+        const std::string_view word = index < words.size() ? words[index] : std::string_view();
+        const std::int32_t value = readInteger(word);
+        return words.size() == 4 && word == std::to_string(value) ? std::optional(value) : std::nullopt;
+    };
+    const std::optional<std::int32_t> id = numberIn(0), echoTag = numberIn(2), sequenceNumber = numberIn(3);
+    if (!id || !echoTag || !sequenceNumber || schema().find(*id) == nullptr)
+        return;
+    const std::string whole = sealed(*id, *echoTag, *sequenceNumber, body.in(text));
+    constexpr std::int64_t near = 16; // what a number takes, and an edit
+    if (!hasLength && std::abs(static_cast<std::int64_t>(whole.size()) - *echoTag) <= near)
+        return; // or it is the echo tag that is missing
+    mend({start, body.start},
+         whole.substr(startMarker.size(), whole.size() - body.size() - startMarker.size() - endMarker.size()), true);
 }
 
 } // namespace vek::inspect

@@ -181,6 +181,13 @@ std::string_view behindOddCharacters(std::string_view text) {
     return text.substr(static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isOdd) - text.begin()));
 }
 
+// Whether around a word of a key nothing stands but blanks, of any kind, and what mail puts in front of a line.
+bool isAllBlank(std::string_view key, std::string_view word) {
+    const std::size_t at = key.find(word);
+    return at != std::string_view::npos && isBlankOfAnyKind(key.substr(0, at)) &&
+           isBlankOfAnyKind(key.substr(at + word.size()));
+}
+
 // What is part of a key, and no part of its name.
 std::string_view besideWord(std::string_view key, std::string_view word) {
     if (trimmed(key) != word)
@@ -224,7 +231,7 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
             field = nullptr;
     }
     if (field != nullptr) {
-        const bool isThere = isExplained(*field) || nodes_[static_cast<std::size_t>(field->position)] != nullptr;
+        const bool isThere = isExplained(*field) || !isMissing(*field);
         explain(field);
         if (report(lineBreak, node.key, &node)) {
             const std::string odd = oddCharacterIn(key);
@@ -233,6 +240,8 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
                  joined({"a host ignores it",
                          isThere ? "" : joined({"; ", field->key, " becomes ", valueOfAbsent(*field)})}),
                  wordIn(key) == field->key ? std::string(field->key) : std::string());
+            if (!node.isKeyQuoted)
+                mend(node.key, std::string(field->key), !isThere && isAllBlank(key, field->key));
         }
         return;
     }
@@ -240,10 +249,12 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
     const bool hasSuggestion = suggestions_++ < mostSuggestions;
     findingWords_t words = wordsOfUnknown(record, key, hasSuggestion);
     const fieldSchema_t *meant = record != nullptr ? record->find(words.suggestion) : nullptr;
-    if (meant != nullptr && nodes_[static_cast<std::size_t>(meant->position)] != nullptr) {
+    bool wasExplained = false;
+    if (meant != nullptr && !isMissing(*meant)) {
         words.message += joined({"; ", meant->key, " stands here too"});
         words.suggestion.clear();
     } else if (meant != nullptr) {
+        wasExplained = isExplained(*meant);
         explain(meant);
         words.consequence += joined({"; ", meant->key, " becomes ", valueOfAbsent(*meant)});
     } else if (record != nullptr && hasSuggestion) {
@@ -253,15 +264,45 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
         else if (!place.empty())
             words.message += joined({", which belongs to ", place});
     }
-    if (report(unknownKey, node.key, &node))
+    const bool isMeant = meant != nullptr && !words.suggestion.empty();
+    if (report(unknownKey, node.key, &node)) {
         tell(std::move(words));
+        if (isMeant)
+            mend({node.key.start - (node.isKeyQuoted ? 1 : 0), node.key.end + (node.isKeyQuoted ? 1 : 0)},
+                 std::string(meant->key), !wasExplained && isPlainly(parent, node, *meant));
+    }
+}
+
+// Whether nothing in the body in hand may be meant for a field.
+bool checker_t::isMissing(const fieldSchema_t &field) const {
+    return nodes_[static_cast<std::size_t>(field.position)] == nullptr;
+}
+
+// Whether a key that is not known can only be that of a field: it is near, no other one that is missing is, and no
+// other key that is not known is near the field.
+bool checker_t::isPlainly(const node_t &parent, const node_t &node, const fieldSchema_t &meant) const {
+    const recordSchema_t &record = *tree_.recordOf(parent);
+    const std::string_view key = tree_.key(node);
+    const std::string word = withoutOddCharacters(key);
+    for (const node_t &other : tree_.children(parent))
+        if (&other != &node && other.use == pairUse_t::unknown && !nearest(tree_.key(other), {&meant.key, 1}).empty())
+            return false;
+    std::vector<std::string_view> missing;
+    for (const fieldSchema_t &field : record.fields)
+        if (isMissing(field))
+            missing.push_back(field.key);
+    return isMissing(meant) && tree_.record()->find(key) == nullptr && placeOfKey(*tree_.record(), key).empty() &&
+           inspect::isPlainly(word, meant.key, missing);
 }
 
 void checker_t::reportSwallowed(const node_t &node, std::string_view andMore) {
-    if (report(swallowedToken, node.value, &node))
+    if (report(swallowedToken, node.value, &node)) {
         tell(joined({tree_.key(node), " has no value"}),
              joined({"a host takes the next token for it, ", shownValue(tree_.value(node)), andMore,
                      "; an empty text is left out, with its key"}));
+        const std::uint32_t end = static_cast<std::uint32_t>(tree_.text().find_first_of(";,", node.key.end)) + 1;
+        mend({node.key.start - (node.isKeyQuoted ? 1 : 0), end}, {}, node.field != nullptr && isText(node));
+    }
 }
 
 // Two pairs of which a host makes something else: the ";" between them is missing, or a "=" stands in a text.
@@ -276,12 +317,18 @@ bool checker_t::checkJoined(const node_t &parent, const node_t &node, const node
         explain(field);
         reportSwallowed(node, joined({", and ignores ", shownValue(tree_.value(behind))}));
     } else if (field != nullptr) {
+        const bool isNew = isMissing(*field) && !isExplained(*field);
         explain(field);
         const auto at = static_cast<std::uint32_t>(node.value.end - field->key.size());
-        if (report(missingSeparator, {at, node.value.end}, &node))
+        if (report(missingSeparator, {at, node.value.end}, &node)) {
             tell(joined({"a \";\" is missing in front of ", field->key, oddCharacterIn(value)}),
                  joined({"a host reads ", shownValue(value), " as ", tree_.key(node), ", and ignores ",
                          shownValue(tree_.value(behind))}));
+            const std::string_view own =
+                withoutBlankAtEnd(value.substr(0, value.size() - field->key.size()), isText(node) ? "" : ":");
+            mend({node.value.start + static_cast<std::uint32_t>(own.size()), at}, ";",
+                 isNew && !own.empty() && judgeValue(*node.field, own).severity != severity_t::error);
+        }
     } else if (report(strayValue, behind.value, &behind)) {
         tell(joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
                      isText(node) ? "; " : "", isText(node) ? howToWrite(equalsSign) : ""}),
@@ -306,6 +353,7 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
     const std::string_view rest = field != nullptr ? word.substr(field->key.size()) : std::string_view();
     if (field != nullptr && (rest.empty() || rest[0] != '_') &&
         std::none_of(value.begin(), value.begin() + (word.data() - value.data()), &isWordCharacter)) {
+        const bool isNew = isMissing(*field) && !isExplained(*field);
         explain(field);
         if (report(missingSeparator, node.value, &node)) {
             const bool isColon = trimmed(rest).starts_with(':');
@@ -317,6 +365,11 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
                  rest.empty()
                      ? std::string()
                      : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))}));
+            if (const std::string pair = findings_.back().suggestion; !pair.empty())
+                mend(node.value, pair,
+                     isNew && !field->isGroup() &&
+                         judgeValue(*field, std::string_view(pair).substr(field->key.size() + 1)).severity !=
+                             severity_t::error);
         }
         return;
     }
@@ -361,7 +414,9 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         meant.clear();
     const bool isPoint = !meant.empty() && !isOfThousands;
     tell(joined({whole, ",", rest, isPoint ? " has a comma for its point" : " has a comma in it"}),
-         joined({"a host reads ", whole}), std::move(meant));
+         joined({"a host reads ", whole}), meant);
+    if (!meant.empty())
+        mend({before.value.start, node.value.end}, std::move(meant), true);
     return true;
 }
 
@@ -380,13 +435,22 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             behind != nullptr && behindValue(node).find(equalsSign) != std::string_view::npos)
             told_ = tree_.indexOf(*behind);
     } else if (node.isQuoted && isText(node)) {
-        if (report(leadingQuote, {valueStart, node.value.end}, &node))
+        if (report(leadingQuote, {valueStart, node.value.end}, &node)) {
             tell("the text begins with a double quote",
                  "a host reads up to the next one, and keeps neither; behind another character a "
                  "quote is kept");
+            const node_t *behind = next(parent, node);
+            std::string why;
+            if (const std::optional<std::string> text = spelt(*node.field, tree_.value(node), part_t::element, why))
+                mend({valueStart, node.value.end + 1}, *text,
+                     (parent.isKeyed || node.isElement) && (behind == nullptr || behind->use != pairUse_t::noKey));
+        }
     } else if (node.isQuoted || node.isKeyQuoted) {
-        if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node))
+        if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node)) {
             tell("double quotes", "a host reads what stands in them, and writes none");
+            if (const place_t quoted = node.isKeyQuoted ? node.key : node.value; !node.isBody || node.isKeyQuoted)
+                mend({quoted.start - 1, quoted.end + 1}, std::string(quoted.in(tree_.text())), true);
+        }
     } else if (const node_t *behind = next(parent, node);
                behind == nullptr || behind->use != pairUse_t::noKey || node.isElement) {
         checkSeparators(parent, node);
@@ -423,6 +487,13 @@ void checker_t::checkSeparators(const node_t &parent, const node_t &node) {
                  ? joined({"a ", right, " is missing behind ", whose})
                  : joined({shownValue(behind), " stands behind ", whose, ", where one ", right, " should be"}),
              "a host takes any run of \"=\", \";\" and \",\" for one");
+        const std::uint32_t end = node.value.end + (node.isQuoted ? 1 : 0);
+        if (!front.empty())
+            mend({node.whole.start, start}, {}, true);
+        else if (between != "=")
+            mend({node.key.end, node.value.start}, "=", true);
+        else
+            mend({end, node.whole.end}, std::string(right.substr(1, 1)), true);
     }
 }
 
@@ -442,8 +513,11 @@ void checker_t::checkScalar(const node_t &node) {
                         value.substr(rest, 40)});
         }
     }
-    if (report(finding.code, finding.severity, node.value, &node))
+    if (report(finding.code, finding.severity, node.value, &node)) {
         tell(std::move(finding.words));
+        if (const std::string &meant = findings_.back().suggestion; !meant.empty())
+            mend(node.value, meant, finding.isPlain);
+    }
 }
 
 } // namespace vek::inspect

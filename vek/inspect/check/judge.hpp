@@ -26,6 +26,7 @@ struct valueFinding_t {
     severity_t severity{};
     findingWords_t words;
     bool isThere = false;
+    bool isPlain = false; ///< its suggestion has one meaning to any careful reader
 };
 
 /// Judges the text of a single value: of a list, of an element; of a 16-bit text, of a code.
@@ -46,6 +47,12 @@ findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key
 /// The first character that looks like another one or like a blank, named with its code point: " with U+00A0 in it, a
 /// no-break space"; empty when there is none.
 std::string oddCharacterIn(std::string_view text);
+/// The same, each as one "?", so that it counts as one letter that differs.
+std::string withoutOddCharacters(std::string_view word);
+/// Whether nothing stands there but blanks, also those that are none for a host, line ends, and ">" behind one.
+bool isBlankOfAnyKind(std::string_view text);
+/// A text without such blanks at its end, and without some other characters there.
+std::string_view withoutBlankAtEnd(std::string_view text, std::string_view others);
 /// How a separator or brace is written in a text: "a \";\" in a text is written as the character 2".
 std::string howToWrite(char separator);
 findingWords_t wordsOfDuplicate(std::string_view key);

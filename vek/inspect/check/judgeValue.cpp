@@ -24,24 +24,45 @@ namespace {
 struct lookAlike_t {
     std::uint32_t first, last;
     std::string_view name;
+    char meant = 0; // of the first one; 0 when it may be several
 };
 constexpr lookAlike_t lookAlikes[] = {
-    {0xA0, 0xA0, "a no-break space"},     {0xAD, 0xAD, "a soft hyphen"},
-    {0x370, 0x3FF, "a Greek letter"},     {0x400, 0x4FF, "a Cyrillic letter"},
-    {0x2000, 0x200A, "a wide blank"},     {0x200B, 0x200F, "an invisible character"},
-    {0x2010, 0x2015, "a dash"},           {0x2018, 0x201F, "a typographic quote"},
-    {0x202F, 0x202F, "a narrow blank"},   {0x2212, 0x2212, "a minus sign"},
-    {0x3000, 0x3000, "a wide blank"},     {0xFEFF, 0xFEFF, "a byte order mark"},
-    {0xFF01, 0xFF5E, "a wide character"},
+    {0xA0, 0xA0, "a no-break space", ' '},     {0xAD, 0xAD, "a soft hyphen"},
+    {0x370, 0x3FF, "a Greek letter"},          {0x400, 0x4FF, "a Cyrillic letter"},
+    {0x2000, 0x200A, "a wide blank", ' '},     {0x200B, 0x200F, "an invisible character", ' '},
+    {0x2010, 0x2015, "a dash", '-'},           {0x2018, 0x201F, "a typographic quote"},
+    {0x202F, 0x202F, "a narrow blank", ' '},   {0x2212, 0x2212, "a minus sign", '-'},
+    {0x3000, 0x3000, "a wide blank", ' '},     {0xFEFF, 0xFEFF, "a byte order mark", ' '},
+    {0xFF01, 0xFF5E, "a wide character", '!'},
 };
 
-// Each character beyond ASCII as one, so that it counts as one that differs.
-std::string withoutOddCharacters(std::string_view word) {
+const lookAlike_t *lookAlike(std::uint32_t code) {
+    const auto *const kind = std::find_if(std::begin(lookAlikes), std::end(lookAlikes),
+                                          [code](const auto &one) { return code >= one.first && code <= one.last; });
+    return kind != std::end(lookAlikes) ? kind : nullptr;
+}
+
+// The ASCII character that one looks like, which is none; 0 when nobody knows.
+char meantBy(std::uint32_t code) {
+    const lookAlike_t *kind = lookAlike(code);
+    return kind == nullptr      ? '\0'
+           : kind->meant == '!' ? static_cast<char>('!' + (code - kind->first)) // each of its own
+                                : kind->meant;
+}
+
+// With ASCII characters for those that look like them, and no blanks at the ends.
+std::string inAscii(std::string_view value) {
     std::string text;
-    for (const char c : word.substr(0, 200))
-        if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U)
-            text += static_cast<unsigned char>(c) < 0x80 ? c : '?';
-    return text;
+    for (value = value.substr(0, 200); !value.empty();) {
+        const std::size_t size = std::max<std::size_t>(utf8Size(value), 1);
+        const char meant = size > 1 ? meantBy(utf8Character(value.substr(0, size))) : '\0';
+        if (meant != '\0')
+            text += meant;
+        else
+            text += value.substr(0, size);
+        value.remove_prefix(size);
+    }
+    return std::string(trimmed(text));
 }
 
 valueFinding_t found(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
@@ -53,6 +74,12 @@ valueFinding_t found(findingCode_t code, std::string message, std::string conseq
 valueFinding_t warned(findingCode_t code, std::string message, std::string consequence, std::string suggestion = {}) {
     valueFinding_t finding = found(code, std::move(message), std::move(consequence), std::move(suggestion));
     finding.severity = severity_t::warning;
+    return finding;
+}
+
+// Its suggestion has one meaning.
+valueFinding_t plainly(valueFinding_t finding) {
+    finding.isPlain = true;
     return finding;
 }
 
@@ -92,14 +119,23 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
     if (digits == 0)
         return found(noNumber, joined({shownValue(value), " is no number", oddCharacterIn(value)}), reads(read));
     if (end < value.size() && trimmed(value.substr(end)).empty())
-        return warned(trailingCharacters, joined({"white space stands behind the number ", value.substr(0, end)}),
-                      joined({"a host reads ", read}), std::string(read));
+        return plainly(warned(trailingCharacters,
+                              joined({"white space stands behind the number ", value.substr(0, end)}),
+                              joined({"a host reads ", read}), std::string(read)));
     if (end < value.size())
         return found(trailingCharacters,
                      joined({shownValue(value.substr(end)), " stands behind the number ", value.substr(0, end),
                              oddCharacterIn(value.substr(end))}),
                      reads(read));
     return {};
+}
+
+valueFinding_t unusualNumber(std::string_view value, const std::string &text) {
+    valueFinding_t finding =
+        found(findingCode_t::numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
+              joined({"a host reads it, and writes ", text}), text);
+    finding.isPlain = trimmed(value) == text; // else hosts have nothing against it
+    return finding;
 }
 
 valueFinding_t judgeInteger(std::string_view value, bool isShort) {
@@ -116,8 +152,7 @@ valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     if (real < lowest || real > highest)
         return found(numberRange, joined({value.substr(0, 40), " does not fit ", isShort ? "16" : "32", " bits"}),
                      reads(text));
-    return found(numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
-                 joined({"a host reads it, and writes ", text}), text);
+    return unusualNumber(value, text);
 }
 
 double readAs(fieldKind_t kind, double value) {
@@ -160,8 +195,7 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
     if (!isKept)
         return found(numberSpelling, joined({shownValue(value), " has digits behind the six decimals of a message"}),
                      joined({"a host reads ", digits, ", and writes ", text}));
-    return found(numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
-                 joined({"a host reads it, and writes ", text}), text);
+    return unusualNumber(value, text);
 }
 
 valueFinding_t judgeBoolean(std::string_view value) {
@@ -175,8 +209,11 @@ valueFinding_t judgeBoolean(std::string_view value) {
         if (std::equal(value.begin(), value.end(), others[i].begin(), others[i].end(),
                        [](char one, char other) { return asciiToLower(one) == other; }))
             meant = both[i / 3];
-    return found(noBoolean, joined({shownValue(value), " is neither TRUE nor FALSE", oddCharacterIn(value)}),
-                 reads("FALSE"), std::string(meant));
+    valueFinding_t finding =
+        found(noBoolean, joined({shownValue(value), " is neither TRUE nor FALSE", oddCharacterIn(value)}),
+              reads("FALSE"), std::string(meant));
+    finding.isPlain = !meant.empty() && (nearest(value, both).empty() || isPlainly(inAscii(value), meant, both));
+    return finding;
 }
 
 valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
@@ -189,9 +226,12 @@ valueFinding_t judgeName(const fieldSchema_t &field, std::string_view value) {
     std::string valid;
     for (std::size_t i = 0; meant.empty() && i < names.size() && i < most; ++i)
         valid += joined({i == 0 ? "; there are " : i + 1 == names.size() ? " and " : ", ", names[i]});
-    return found(unknownName,
-                 joined({"no ", field.words().title, " is called ", shownValue(value), oddCharacterIn(value), valid}),
-                 reads(names.front()), std::move(meant));
+    valueFinding_t finding =
+        found(unknownName,
+              joined({"no ", field.words().title, " is called ", shownValue(value), oddCharacterIn(value), valid}),
+              reads(names.front()), meant);
+    finding.isPlain = isPlainly(withoutOddCharacters(inAscii(value)), meant, names);
+    return finding;
 }
 
 valueFinding_t judgeText(std::string_view value, std::optional<std::int32_t> room) {
@@ -229,7 +269,9 @@ std::string shownValue(std::string_view value) {
     return value.size() > most ? text + "..." : text;
 }
 
-valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
+namespace {
+
+valueFinding_t judgeAsItStands(const fieldSchema_t &field, std::string_view value) {
     switch (field.kind) {
     case fieldKind_t::integer32:
         return judgeInteger(value, false);
@@ -250,6 +292,22 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
         break;
     }
     return {};
+}
+
+} // namespace
+
+valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
+    valueFinding_t finding = judgeAsItStands(field, value);
+    if (finding.severity != severity_t::error || !finding.isThere || !isNumber(field.kind))
+        return finding;
+    // A minus sign that is none, wide digits
+    std::string meant = inAscii(value);
+    const valueFinding_t other = judgeAsItStands(field, meant);
+    if (meant != value && (!other.isThere || other.code == findingCode_t::numberSpelling)) {
+        finding.words.suggestion = std::move(meant);
+        finding.isPlain = true;
+    }
+    return finding;
 }
 
 std::string valueOfAbsent(const fieldSchema_t &field) {
@@ -335,13 +393,41 @@ std::string oddCharacterIn(std::string_view text) {
         std::transform(hex.begin(), hex.end(), hex.begin(),
                        [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
         hex.insert(0, hex.size() < 4 ? 4 - hex.size() : 0, '0');
-        const auto *const kind = std::find_if(std::begin(lookAlikes), std::end(lookAlikes), [code](const auto &one) {
-            return code >= one.first && code <= one.last;
-        });
-        return joined({", with U+", hex, " in it", kind != std::end(lookAlikes) ? ", " : "",
-                       kind != std::end(lookAlikes) ? kind->name : ""});
+        const lookAlike_t *kind = lookAlike(code);
+        return joined({", with U+", hex, " in it", kind != nullptr ? ", " : "", kind != nullptr ? kind->name : ""});
     }
     return {};
+}
+
+// Each character beyond ASCII as one, so that it counts as one that differs.
+std::string withoutOddCharacters(std::string_view word) {
+    std::string text;
+    for (const char c : word.substr(0, 200))
+        if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U)
+            text += static_cast<unsigned char>(c) < 0x80 ? c : '?';
+    return text;
+}
+
+bool isBlankOfAnyKind(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t size = utf8Size(text);
+        const bool isMark = text.front() == '>' && size == 1;
+        if (size == 0 || (!isSpace(text.front()) && !isMark && meantBy(utf8Character(text.substr(0, size))) != ' '))
+            return false;
+        text.remove_prefix(size);
+    }
+    return true;
+}
+
+std::string_view withoutBlankAtEnd(std::string_view text, std::string_view others) {
+    for (std::size_t size = 1; size <= std::min<std::size_t>(text.size(), 4); ++size) {
+        const std::string_view last = text.substr(text.size() - size);
+        const bool isOne = utf8Size(last) == size;
+        if (isOne && (isBlankOfAnyKind(last) || others.find(last) != std::string_view::npos ||
+                      meantBy(utf8Character(last)) == semicolon))
+            return withoutBlankAtEnd(text.substr(0, text.size() - size), others);
+    }
+    return text;
 }
 
 std::string howToWrite(char separator) {

@@ -57,6 +57,17 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
     return best;
 }
 
+bool isPlainly(std::string_view word, std::string_view meant, std::span<const std::string_view> candidates) {
+    if (word.empty() || word.size() > longest || meant.empty() || meant.size() > longest)
+        return false;
+    const std::size_t found = distance(word, meant);
+    constexpr std::size_t most = 2, lettersForOne = 4;
+    return found == 0 || (found <= most && found * lettersForOne <= meant.size() &&
+                          std::all_of(candidates.begin(), candidates.end(), [&](std::string_view other) {
+                              return other == meant || other.size() > longest || distance(word, other) >= found + 2;
+                          }));
+}
+
 std::string didYouMean(std::string_view meant) {
     return meant.empty() ? std::string() : joined({"did you mean ", meant, "?"});
 }

@@ -13,6 +13,10 @@ namespace vek::inspect {
 /// exchange of two neighbours counts once, letter case nothing). Empty when none is near.
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates);
 
+/// Whether a careful reader would take a word for `meant` and for no other of the candidates: at most two of its
+/// letters differ, and from every other one at least two more.
+bool isPlainly(std::string_view word, std::string_view meant, std::span<const std::string_view> candidates);
+
 /// "did you mean X?"; nothing for an empty word.
 std::string didYouMean(std::string_view meant);
 

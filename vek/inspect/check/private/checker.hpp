@@ -98,6 +98,15 @@ private:
         tell(findingWords_t{std::move(message), std::move(consequence), std::move(suggestion)});
     }
 
+    /// What puts the finding right that was told last.
+    void mend(place_t place, std::string text, bool isCertain) {
+        findings_.back().remedy = {place, std::move(text), isCertain};
+    }
+    bool isMissing(const fieldSchema_t &field) const;
+    bool isPlainly(const node_t &parent, const node_t &node, const fieldSchema_t &meant) const;
+    void mendBlanks();
+    void mendHead();
+
     const tree_t &tree_;
     const envelopeParts_t &envelope_;
     purpose_t purpose_;

@@ -1,0 +1,185 @@
+// Round by round what is certain is done, and the result judged again: what makes nothing better is left. The ends and
+// numbers around a body come last, when nothing else is wrong.
+#include "vek/inspect/change/mending.hpp"
+
+#include "vek/inspect/check/judge.hpp"
+#include "vek/inspect/words/words.hpp"
+
+#include <algorithm>
+#include <numeric>
+
+namespace vek::inspect {
+
+namespace {
+
+bool isError(const finding_t &finding) {
+    return finding.severity == severity_t::error;
+}
+
+bool isOfEnvelope(const finding_t &finding) {
+    return finding.code <= findingCode_t::bodyShape;
+}
+
+bool isCertain(const finding_t &finding) {
+    return finding.remedy && finding.remedy->isCertain;
+}
+
+std::size_t errorsIn(const std::vector<finding_t> &findings) {
+    return static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), &isError));
+}
+
+// Whether one text was judged better than another.
+bool isBetter(const std::vector<finding_t> &findings, const std::vector<finding_t> &before) {
+    const std::size_t errors = errorsIn(findings), errorsBefore = errorsIn(before);
+    return errors != errorsBefore ? errors < errorsBefore : findings.size() < before.size();
+}
+
+// Those in order of which none begins in front of the end of another.
+void keepApart(std::vector<remedy_t> &remedies) {
+    std::stable_sort(remedies.begin(), remedies.end(),
+                     [](const remedy_t &one, const remedy_t &other) { return one.place.start < other.place.start; });
+    std::uint32_t end = 0;
+    std::erase_if(remedies, [&, isFirst = true](const remedy_t &remedy) mutable {
+        if (!isFirst && remedy.place.start < end)
+            return true;
+        isFirst = false;
+        end = std::max(end, remedy.place.end);
+        return false;
+    });
+}
+
+// A message on its way.
+class mender_t {
+public:
+    explicit mender_t(std::string_view text) : mending_{std::string(withoutNul(text)), {}, {}} {
+        tree_.read(mending_.text);
+        mending_.left = check(tree_);
+    }
+
+    mending_t mend() {
+        const auto isOfBody = [](const finding_t &finding) { return isCertain(finding) && !isOfEnvelope(finding); };
+        const auto isAround = [](const finding_t &finding) {
+            return isCertain(finding) && isOfEnvelope(finding) && finding.code != findingCode_t::wrongLength;
+        };
+        while (doAll(isOfBody))
+            ;
+        const auto isOpen = [](const finding_t &finding) {
+            return isError(finding) && !(isOfEnvelope(finding) && isCertain(finding));
+        };
+        if (std::none_of(mending_.left.begin(), mending_.left.end(), isOpen))
+            while (doAll(isAround) || doAll(&isCertain))
+                ;
+        return std::move(mending_);
+    }
+
+private:
+    // Applies the remedies of some findings, all together or those that help by themselves. Whether anything was done.
+    template <typename choice_t>
+    bool doAll(choice_t isChosen) {
+        std::vector<std::size_t> chosen;
+        for (std::size_t i = 0; i < mending_.left.size(); ++i)
+            if (isChosen(mending_.left[i]))
+                chosen.push_back(i);
+        if (chosen.empty() || rounds_ == 0)
+            return false;
+        --rounds_;
+        if (tryThese(chosen))
+            return true;
+        constexpr std::size_t most = 20;
+        for (std::size_t i = 0; chosen.size() > 1 && i < std::min(chosen.size(), most); ++i)
+            if (tryThese({chosen[i]}))
+                return true;
+        return false;
+    }
+
+    bool tryThese(const std::vector<std::size_t> &chosen) {
+        std::vector<remedy_t> remedies;
+        for (const std::size_t i : chosen)
+            remedies.push_back(*mending_.left[i].remedy);
+        std::string text = applied(mending_.text, withLength(tree_, std::move(remedies)));
+        const tree_t tree(text);
+        std::vector<finding_t> left = check(tree);
+        if (!isBetter(left, mending_.left))
+            return false;
+        for (const std::size_t i : chosen)
+            mending_.done.push_back(std::move(mending_.left[i]));
+        mending_.left = std::move(left);
+        mending_.text = std::move(text);
+        tree_.read(mending_.text);
+        return true;
+    }
+
+    tree_t tree_;
+    mending_t mending_;
+    int rounds_ = 20; // each makes the findings fewer; what a hostile text may cost stays small
+};
+
+} // namespace
+
+place_t lengthPlace(const envelopeParts_t &envelope) {
+    const place_t old = envelope.length.place;
+    const std::uint32_t wide = old.end - std::min<std::uint32_t>(old.end, lengthDigits);
+    return {std::max(envelope.id.place.end + 1, std::min(old.start, wide)), old.end};
+}
+
+// It keeps its five places, so it does not change the length itself; of more only five are left.
+remedy_t rightLength(const envelopeParts_t &envelope, std::size_t others) {
+    const place_t place = lengthPlace(envelope);
+    std::size_t room = std::min(place.size(), lengthDigits);
+    std::string digits = std::to_string(others + room + 1);
+    if (digits.size() > room) {
+        room = digits.size();
+        digits = std::to_string(others + room + 1);
+    }
+    digits.insert(0, room - std::min(room, digits.size()), ' ');
+    return {place, std::move(digits)};
+}
+
+std::vector<remedy_t> withLength(const tree_t &tree, std::vector<remedy_t> remedies) {
+    keepApart(remedies);
+    const envelopeParts_t &envelope = tree.envelope();
+    if (!envelope.isBodyRead || !envelope.length.isThere)
+        return remedies;
+    const place_t place = lengthPlace(envelope);
+    if (std::any_of(remedies.begin(), remedies.end(), [place](const remedy_t &remedy) {
+            return remedy.place.start < place.end && place.start < remedy.place.end;
+        }))
+        return remedies;
+    std::size_t others = tree.text().size() - place.size();
+    for (const remedy_t &remedy : remedies)
+        others += remedy.text.size() - remedy.place.size();
+    remedy_t length = rightLength(envelope, others);
+    if (length.place.in(tree.text()) != length.text)
+        remedies.push_back(std::move(length));
+    keepApart(remedies);
+    return remedies;
+}
+
+std::string applied(std::string_view text, std::span<const remedy_t> remedies) {
+    std::string result;
+    std::size_t at = 0;
+    for (const remedy_t &remedy : remedies) {
+        result += text.substr(at, remedy.place.start - at);
+        result += remedy.text;
+        at = remedy.place.end;
+    }
+    result += text.substr(at);
+    return result;
+}
+
+std::string inWords(const remedy_t &remedy, std::string_view text) {
+    const std::string_view old = remedy.place.in(text);
+    return remedy.text.empty() ? joined({"take ", shownValue(old), " out"})
+           : old.empty()       ? joined({"put ", shownValue(remedy.text), " in"})
+                               : joined({"write ", shownValue(remedy.text), " for ", shownValue(old)});
+}
+
+bool mending_t::isSound() const {
+    return std::none_of(left.begin(), left.end(), &isError);
+}
+
+mending_t mended(std::string_view text) {
+    return mender_t(text).mend();
+}
+
+} // namespace vek::inspect
