@@ -22,11 +22,12 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
                                                 WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL)
 
-# vekDebianPackage(COMPONENT SECTION section MULTIARCH same|foreign DESCRIPTION text [NEEDS components] [CONTROL files])
+# vekDebianPackage(COMPONENT SECTION section MULTIARCH same|foreign DESCRIPTION text [NEEDS components] [CONTROL files]
+#                  INSIDE parts [BESIDE sonames])
 # What is the same for all architectures may be installed beside that of another; a program serves those of others, too.
 # The first line of the description is what lists of packages show. Components that are needed are of this very version.
 macro(vekDebianPackage component)
-    cmake_parse_arguments(package "" "SECTION;MULTIARCH;DESCRIPTION" "NEEDS;CONTROL" ${ARGN})
+    cmake_parse_arguments(package "" "SECTION;MULTIARCH;DESCRIPTION" "NEEDS;CONTROL;INSIDE;BESIDE" ${ARGN})
     string(TOUPPER ${component} upper)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${debianNameOf_${component}})
@@ -45,6 +46,11 @@ macro(vekDebianPackage component)
     set(CPACK_DEBIAN_${upper}_DESCRIPTION "${package_DESCRIPTION}")
     if(NOT WIN32)
         vekDocumentFolder(${component} documents)
+        if(package_INSIDE)
+            set(name ${debianNameOf_${component}})
+            vekBill(${name} INSIDE ${package_INSIDE} BESIDE ${package_BESIDE})
+            install(DIRECTORY ${PROJECT_BINARY_DIR}/bills/${name}/ DESTINATION ${documents} COMPONENT ${component})
+        endif()
         # Of the packages only: `cmake --install` leaves them out.
         install(FILES packaging/copyright ${PROJECT_BINARY_DIR}/changelog.gz ${PROJECT_BINARY_DIR}/changelog.Debian.gz
                 DESTINATION ${documents} COMPONENT ${component} EXCLUDE_FROM_ALL)
@@ -56,7 +62,8 @@ file(STRINGS CHANGELOG.md versionLine REGEX "^## ${PROJECT_VERSION}, ")
 if(NOT versionLine MATCHES ", ([0-9-]+)$")
     message(FATAL_ERROR "CHANGELOG.md has no line '## ${PROJECT_VERSION}, YEAR-MONTH-DAY'")
 endif()
-execute_process(COMMAND env LC_ALL=C date -u -d ${CMAKE_MATCH_1} "+%s;%a, %d %b %Y %T %z" OUTPUT_VARIABLE date
+set(VEK_VERSION_DATE ${CMAKE_MATCH_1})
+execute_process(COMMAND env LC_ALL=C date -u -d ${VEK_VERSION_DATE} "+%s;%a, %d %b %Y %T %z" OUTPUT_VARIABLE date
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 list(GET date 0 epoch)
 list(GET date 1 packageDate)
@@ -106,9 +113,16 @@ endfunction()
 # two do not exist, and goes on.
 set(withoutScripts packaging/none/postinst packaging/none/postrm)
 
+include(cmake/thirdParties.cmake)
+set(runTime libstdc++.so.6 libgcc_s.so.1 libc.so.6)
+if(WIN32)
+    vekBill(vekParams2ASCII INSIDE gcc-runtime mingw-w64 winpthreads nlohmann-json CLI11 zlib)
+    install(DIRECTORY ${PROJECT_BINARY_DIR}/bills/vekParams2ASCII/ DESTINATION doc COMPONENT library)
+endif()
+
 vekLibraryControl(library vekParams2ASCII vek/api/exports.map)
 vekDebianPackage(
-    library SECTION libs MULTIARCH same CONTROL ${libraryControl}
+    library SECTION libs MULTIARCH same CONTROL ${libraryControl} INSIDE gcc-runtime BESIDE ${runTime}
     DESCRIPTION "messages of laser exposure devices as structures and text
 Converts the parameter and status messages of a laser exposure device between
 fixed-layout structures and self-describing text that can be sent, logged,
@@ -116,7 +130,7 @@ read and edited by hand.
 .
 This package contains the shared library with its four C functions.")
 vekDebianPackage(
-    development SECTION libdevel MULTIARCH same NEEDS library
+    development SECTION libdevel MULTIARCH same NEEDS library INSIDE gcc-runtime
     DESCRIPTION "messages of laser exposure devices (development files)
 Converts the parameter and status messages of a laser exposure device between
 fixed-layout structures and self-describing text that can be sent, logged,
@@ -127,7 +141,7 @@ structures, the reference of every message, and examples.")
 if(VEK_INSPECT)
     vekLibraryControl(inspect vekInspect vek/inspect/exports/exports.map)
     vekDebianPackage(
-        inspect SECTION libs MULTIARCH same CONTROL ${libraryControl}
+        inspect SECTION libs MULTIARCH same CONTROL ${libraryControl} INSIDE gcc-runtime nlohmann-json BESIDE ${runTime}
         DESCRIPTION "messages of laser exposure devices as JSON
 Tells what stands in a text message of a laser exposure device and what is
 wrong with it, for hosts in any language.
@@ -142,7 +156,8 @@ wrong with it, for hosts in any language.
 This package contains the header for C and C++, and what CMake and pkg-config
 need to find the library.")
     vekDebianPackage(
-        vekmsg SECTION utils MULTIARCH foreign
+        vekmsg SECTION utils MULTIARCH foreign INSIDE gcc-runtime nlohmann-json CLI11
+        BESIDE ${runTime} libcurl.so.4 libsqlite3.so.0 libz.so.1 libzstd.so.1
         DESCRIPTION "messages of laser exposure devices on the command line
 Shows, checks, mends, changes and compares text messages of laser exposure
 devices, alone or amid the lines of a log, and turns them into JSON, tables

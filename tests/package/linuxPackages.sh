@@ -115,6 +115,15 @@ for name in $names; do
         [ -f "$root/usr/share/doc/$name/$file" ] || fail "no $file in $name"
     done
 done
+while read -r name target file; do
+    root=$work/root/$name/usr
+    "$source/tests/package/bills.py" "$build" "$root/share/doc/$name/$name.spdx.json" "$target" "$(find "$root" -name "$file")"
+done <<'END'
+libvekparams2ascii1 vekParams2ASCII libvekParams2ASCII.so.*.*
+libvekparams2ascii-dev vekTypes libvekTypes.a
+libvekinspect1 vekInspect libvekInspect.so.*.*
+vekmsg vekmsg vekmsg
+END
 
 # What builds programs has all they need, and says what it has not.
 for name in libvekparams2ascii-dev libvekinspect-dev; do

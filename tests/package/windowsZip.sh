@@ -23,6 +23,8 @@ for file in bin/vekmsg.exe lib/libvekTypes.a lib/{libvekParams2ASCII.dll.a,vekPa
 done
 
 "$source/tests/package/installedTree.sh" "$root" 50
+"$source/tests/package/bills.py" "$build" "$root/doc/vekParams2ASCII.spdx.json" vekParams2ASCII "$root/bin/vekParams2ASCII.dll" \
+    vekTypes "$root/lib/libvekTypes.a" vekInspect "$root/bin/vekInspect.dll" vekmsg "$root/bin/vekmsg.exe"
 
 for file in vekParams2ASCII.dll vekInspect.dll vekmsg.exe; do
     resource=$("$windres" -O rc -i "$root/bin/$file")
