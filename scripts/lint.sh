@@ -14,22 +14,40 @@ files=("$@")
 
 clang-format --dry-run -Werror "${files[@]}"
 
-# How each file is compiled; nothing needs to be built for it.
-cmake --preset release -DVEK_TESTS=ON -DVEK_BENCH=ON >/dev/null
-cmake --preset fuzz >/dev/null
+# How the files are compiled; nothing needs to be built for it. All of them are analysed several at once, as the builds from
+# nothing compile them (what they include is read once for all); single ones alone.
+unity=OFF
+[ $# -gt 0 ] || unity=ON
+cmake --preset release -B build/lint/release -DVEK_UNITY=$unity -DVEK_TESTS=ON -DVEK_BENCH=ON \
+    -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
+cmake --preset fuzz -B build/lint/fuzz -DVEK_UNITY=$unity -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
 
-# tidy FILE: prints what was found, and nothing else. The static analyzer follows a tenth of the paths through a function
-# that it would: beyond, it takes three times as long in all.
+# tidy FILE: prints what was found, and nothing else. What the build wrote is checked as the folder's own files are. The
+# static analyzer follows a tenth of the paths through a function that it would: beyond, it takes three times as long.
 tidy() {
-    local build=build/release output
-    [[ $1 != fuzz/* ]] || build=build/fuzz
-    output=$(clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option \
-        --extra-arg=-Wno-ignored-optimization-argument --extra-arg=-Xclang --extra-arg=-analyzer-config \
-        --extra-arg=-Xclang --extra-arg=max-nodes=20000 -p "$build" "$1" 2>&1) && return 0
+    local build=release folder=${1#"$PWD/build/lint/"} output
+    [[ $1 != "$PWD/fuzz/"* && $folder != fuzz/* ]] || build=fuzz
+    folder=${folder#*/}
+    output=$(clang-tidy --quiet -p "build/lint/$build" \
+        --checks="-bugprone-suspicious-include,$(sed -n 's/^Checks: //p' "${folder%%/*}/.clang-tidy" 2>/dev/null)" \
+        --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-ignored-optimization-argument \
+        --extra-arg=-Xclang --extra-arg=-analyzer-opt-analyze-headers \
+        --extra-arg=-Xclang --extra-arg=-analyzer-config --extra-arg=-Xclang --extra-arg=max-nodes=20000 "$1" 2>&1) && return 0
     echo "$output"
     return 1
 }
 export -f tidy
-for file in "${files[@]}"; do # those that are compiled here: a peer that is not installed is not
-    if grep -qF "\"$PWD/$file\"" build/release/compile_commands.json build/fuzz/compile_commands.json; then echo "$file"; fi
-done | xargs -r -P "$(nproc)" -I '{}' bash -c 'tidy {}'
+
+# What is compiled here (a peer that is not installed is not); of the fuzzers' build the fuzzers alone.
+compiled() {
+    {
+        sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/release/compile_commands.json
+        sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/fuzz/compile_commands.json |
+            grep -E "^.{${#PWD}}/(build/lint/fuzz/)?fuzz/"
+    } | sort -u
+}
+if [ $# -gt 0 ]; then
+    compiled | { grep -xF "$(printf '%s\n' "${files[@]/#/$PWD/}")" || true; }
+else
+    compiled
+fi | xargs -r -d '\n' -P "$(nproc)" -n 1 bash -c 'tidy "$0"'

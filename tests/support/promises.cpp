@@ -9,6 +9,7 @@
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/quoting.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -320,10 +321,10 @@ std::string brokenOfWords(std::string_view text) {
     for (std::size_t i = 0; i < std::size(forms); ++i) {
         const std::string form = withoutText(forms[i], kinds[i]);
         if (const std::string one = brokenOfForm(form); !one.empty())
-            broken += form + "\n" + one + "\n";
+            broken += inspect::joined({form, "\n", one, "\n"});
         const formResult_t result = readForm(form, kinds[i]);
         if (result.isRead() && !made.empty() && result.text != made)
-            broken += form + "\nmakes " + result.text + "\nanother makes " + made + "\n";
+            broken += inspect::joined({form, "\nmakes ", result.text, "\nanother makes ", made, "\n"});
         made = result.isRead() ? result.text : made;
     }
     return broken;

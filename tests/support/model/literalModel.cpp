@@ -242,8 +242,8 @@ const pair_t *find(const pairList_t &list, const std::string &key, std::size_t i
 // ---- Fields.
 
 struct field_t {
-    explicit field_t(const node_t &described, std::string withKey = {})
-        : node(&described), key(withKey.empty() ? described.key : std::move(withKey)) {
+    explicit field_t(const node_t &described, const std::string &withKey = {})
+        : node(&described), key(withKey.empty() ? described.key : withKey) {
         if (node->kind == kind_t::record)
             for (const node_t &member : node->members)
                 fields.emplace_back(member);
