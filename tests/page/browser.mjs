@@ -127,6 +127,7 @@ export async function wouldSave(page, selector) {
     };
     HTMLAnchorElement.prototype.click = () => {};
     button.click();
+    while (!taken) await new Promise((resolve) => setTimeout(resolve));
     delete HTMLAnchorElement.prototype.click;
     URL.createObjectURL = createObjectURL;
     return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');

@@ -131,6 +131,20 @@ test('filters are those of --where, each a chip; the address opens the same view
     await counts(page, asTool(second));
     await page.click('.chip.off .switch');
     await counts(page, both);
+
+    // A view is kept by the browser; what the text filter finds is marked in list, tree and text, wherever its elements end.
+    await page.fill('#filterWords', 'violet 0.3;FOCUS');
+    await page.click('#views summary');
+    await page.fill('#viewName', 'high');
+    await page.press('#viewName', 'Enter');
+    await page.click('#clearFilters');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await page.click('#views summary');
+    await page.click('#viewChoices button');
+    await counts(page, both);
+    await page.waitForFunction(() => [...(CSS.highlights.get('match') ?? [])].map(String).join() === 'violet 0.3;FOCUS');
+    await page.fill('#filterWords', 'violet');
+    await page.waitForFunction(() => [...(CSS.highlights.get('match') ?? [])].length > 20);
   });
 });
 

@@ -1,7 +1,7 @@
 // Seeing: the time line, and numbers plotted over time, read off by pointing, zoomed; a status as bands.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { openFile, withPage } from './browser.mjs';
+import { openFile, says, settled, withPage, wouldSave } from './browser.mjs';
 import { logLines } from './makeLog.mjs';
 
 const facts = {};
@@ -80,5 +80,64 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
     assert.match(await page.textContent('#plotReading'), /^sequence [\d,]+: /);
     await page.click('#plotCurves button');
     assert.equal(await page.locator('#plotCurves li').count(), 1);
+  });
+});
+
+test('plot and time line look at one stretch; a point opens its message; what is in sight is saved; filters are followed', async () => {
+  await withPage(async (page) => {
+    await openFile(page, log);
+    await page.click('#plotTab');
+    await drawn(page, 'focusValue_t FOCUS_VALUE', 1);
+    const csv = async () => (await wouldSave(page, '#plotCsv')).split('\n').slice(1, -1);
+    const whole = await csv();
+    const values = whole.map((line) => Number(line.split(',')[1])); // those of damaged messages too
+    assert.deepEqual(
+      facts.focus.filter((value) => !values.includes(value)),
+      [],
+    );
+
+    // The wheel zooms about the pointer; the time line and the list go with it, and back.
+    const box = await page.locator('#plot .u-over').boundingBox();
+    await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
+    await page.mouse.wheel(0, -240);
+    await page.waitForFunction(() => / of 3,000/.test(document.getElementById('listCount').textContent));
+    const seen = await csv();
+    assert.ok(seen.length > whole.length / 3 && seen.length < (2 * whole.length) / 3, `${seen.length} of ${whole.length} are in sight`);
+    const ends = await page.textContent('#timeLineWords');
+    assert.ok(seen[0].slice(0, 19) >= ends.slice(0, 19) && seen.at(-1).slice(0, 19) <= ends.slice(27, 46), `${ends} holds ${seen[0]}`);
+    // With Shift it zooms the values, and they can be dragged over.
+    await page.keyboard.down('Shift');
+    await page.mouse.wheel(0, -240);
+    await page.keyboard.up('Shift');
+    assert.equal((await csv()).length, seen.length);
+    await page.click('#wholeTime');
+    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    assert.equal((await csv()).length, whole.length);
+
+    const svg = await wouldSave(page, '#plotSvg');
+    assert.match(svg, /^<svg .*FOCUS_VALUE.*<\/svg>\n$/s);
+    assert.ok(!/NaN|undefined/.test(svg));
+    assert.match(await wouldSave(page, '#plotPng'), /^\x89PNG/);
+
+    await page.fill('#filterWhere', 'FOCUS_VALUE > 1040');
+    await page.press('#filterWhere', 'Enter');
+    await page.selectOption('#filterKind', '4112');
+    const high = values.filter((value) => value > 1040);
+    await page.waitForFunction((count) => document.getElementById('listCount').textContent === `${count} of 3,000 messages`, high.length);
+    await settled(page);
+    assert.equal((await csv()).length, high.length);
+
+    // The first point's message is opened by Enter, one beside the pointer by a click.
+    await page.focus('#plot');
+    await page.keyboard.press('Home');
+    await page.keyboard.press('Enter');
+    await says(page, '#messageText', `FOCUS_VALUE=${high[0].toFixed(6)}`);
+    await page.click('#plotTab');
+    await page.focus('#plot');
+    await page.keyboard.press('Home');
+    const boxOf = (selector) => page.$eval(selector, (one) => one.getBoundingClientRect().toJSON());
+    await page.mouse.click((await boxOf('#plot .u-cursor-x')).x, (await boxOf('#plot .u-cursor-y')).y);
+    await says(page, '#messageText', `FOCUS_VALUE=${high[0].toFixed(6)}`);
+    assert.ok(await page.isVisible('#messagePanelBody'));
   });
 });

@@ -88,8 +88,8 @@ export class Curve {
     if (this.rows[at] === row) this.numbers[at] = isOfKind ? (await log.series([row], this.path))[0] : NaN;
   }
 
-  /** Puts its points in order of time, or of sequence numbers; those without a place or a value are left out. */
-  async place(log: Log, isTime: boolean) {
+  /** Puts its points in order of time, or of sequence numbers; those without a place or a value, and of messages that a filter leaves out, are left out. */
+  async place(log: Log, isTime: boolean, passes?: (row: number) => boolean) {
     const { microseconds, sequence } = log.columns;
     const { rows, numbers } = this;
     const xs = new Float64Array(rows.length);
@@ -99,7 +99,7 @@ export class Curve {
     await inSlices(rows.length, (from, to) => {
       for (let i = from; i < to; ++i) {
         const x = isTime ? microseconds[rows[i]] / 1e6 : sequence[rows[i]];
-        if (!Number.isFinite(numbers[i]) || !Number.isFinite(x)) continue;
+        if (!Number.isFinite(numbers[i]) || !Number.isFinite(x) || passes?.(rows[i]) === false) continue;
         isOrdered &&= count === 0 || xs[count - 1] <= x;
         xs[count] = x;
         at[count++] = i;
@@ -195,6 +195,14 @@ function envelope(curves: Points[], stretches: Range[], from: number, to: number
     return drawn;
   });
   return [places, ...values];
+}
+
+/** All points of a stretch. */
+export function pointsIn(curves: Points[], [from, to]: Range): Drawn {
+  return merged(
+    curves,
+    curves.map(({ xs }) => [lowerBound(xs, from), firstWhere(xs.length, (at) => xs[at] > to)]),
+  );
 }
 
 /** What is drawn of a stretch of the curves: every point, or as much of them as can be seen. */

@@ -26,6 +26,8 @@ interface Elements {
   redoEdit: HTMLButtonElement;
   timeLine: HTMLCanvasElement;
   undoEdit: HTMLButtonElement;
+  viewName: HTMLInputElement;
+  views: HTMLDetailsElement;
 }
 
 export function byId<Id extends string>(id: Id): Id extends keyof Elements ? Elements[Id] : HTMLElement;
@@ -63,6 +65,18 @@ export function setOptions(select: HTMLSelectElement, options: HTMLOptionElement
   const chosen = select.value;
   select.replaceChildren(...options);
   if (options.some((one) => one.value === chosen)) select.value = chosen;
+}
+
+/** Closes a box of choices when people go on elsewhere. */
+export function closesByItself(details: HTMLDetailsElement) {
+  document.addEventListener('pointerdown', ({ target }) => {
+    if (!details.contains(target as Node)) details.open = false;
+  });
+  details.addEventListener('keydown', ({ key }) => {
+    if (key !== 'Escape') return;
+    details.open = false;
+    details.querySelector('summary')?.focus();
+  });
 }
 
 /** Lets the page answer before more is done. */

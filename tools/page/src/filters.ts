@@ -6,9 +6,11 @@ import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Range } from './types.ts';
 import { busy, byId, element, inSlices, oneByOne, option, seldom, setOptions } from './elements.ts';
+import { Matches } from './matches.ts';
 import { RowSearch } from './rowSearch.ts';
 import { saveBlob } from './saving.ts';
 import { shown, shownWords } from './signs.ts';
+import { makeViews } from './views.ts';
 import { number } from './words.ts';
 
 type Test = (row: number) => boolean;
@@ -39,15 +41,25 @@ export class Filters {
   #searches = new Map<string, RowSearch>(); // by their chips
   log!: Log;
   #passed?: Passed;
+  #told = ''; // of what onOthers() was told
+  #applyRange = seldom(() => void this.#applyAnew(), 60);
   #looking = oneByOne(() => this.#look());
-  #address = new URLSearchParams(location.hash.slice(1)); // that the page was opened with
+  #address = new URLSearchParams(location.hash.slice(1)); // that the page was opened with, or a view's
+  #matches = new Matches();
 
   constructor(
     private readonly core: CoreCalls,
     private readonly catalogue: Catalogue,
     private readonly findingNames: string[],
-    private readonly onResult: (rows: Uint32Array, hasMore: boolean) => void,
+    private readonly on: {
+      /** These rows pass; hasMore: not all are known. */
+      rows: (rows: Uint32Array, hasMore: boolean) => void;
+      /** What passes, the stretch aside, is something else. */
+      others: (passes: Test | undefined) => void;
+      stretch: (range: Range | undefined) => void;
+    },
   ) {
+    makeViews((address) => this.#show(new URLSearchParams(address)));
     this.#kind.addEventListener('change', () => this.#applyAnew());
     this.#problem.addEventListener('change', () => this.#applyAnew());
     this.#words.addEventListener(
@@ -71,10 +83,24 @@ export class Filters {
     this.#range = undefined;
     this.#empty();
     this.forget();
+    this.#takeAddress();
+  }
+
+  #takeAddress() {
     this.#words.value = this.#address.get('text') ?? '';
     this.#conditions = this.#address.getAll('where');
     this.#off = new Set(this.#address.getAll('off'));
+    const [from, to] = (this.#address.get('stretch') ?? '').split('..').map(Number);
+    if (to > from) this.on.stretch([from, to]);
     this.refresh();
+  }
+
+  // A view.
+  #show(address: URLSearchParams) {
+    this.clear();
+    this.#address = address;
+    this.#takeAddress();
+    void this.#applyAnew();
   }
 
   #empty() {
@@ -89,18 +115,19 @@ export class Filters {
     for (const search of this.#searches.values()) search.end();
     this.#searches.clear();
     this.#passed = undefined;
+    this.#told = '';
   }
 
   clear() {
     this.#empty();
-    if (this.#range) byId('wholeTime').click();
+    if (this.#range) this.on.stretch(undefined);
     void this.#applyAnew();
     this.#words.focus();
   }
 
   setRange(range: Range | undefined) {
     this.#range = range;
-    void this.#applyAnew();
+    this.#applyRange();
   }
 
   /** A message was changed. */
@@ -168,7 +195,7 @@ export class Filters {
       ]),
       [this.#kind.value !== '', 'kind', words(this.#kind), clear(this.#kind)],
       [this.#problem.value !== '', 'problem', words(this.#problem), clear(this.#problem)],
-      [this.#range !== undefined, 'stretch', 'stretch of the time line', () => byId('wholeTime').click()],
+      [this.#range !== undefined, 'stretch', 'stretch of the time line', () => this.on.stretch(undefined)],
     ];
     return chosen.filter(([isChosen]) => isChosen).map(([, name, label = '', remove]) => ({ name, label, remove }));
   }
@@ -209,12 +236,13 @@ export class Filters {
     for (const [name, { value }] of Object.entries({ text: this.#words, kind: this.#kind, problem: this.#problem }))
       if (value !== '') address.set(name, value);
     for (const condition of this.#conditions) address.append('where', condition);
+    if (this.#range) address.set('stretch', this.#range.map(Math.round).join('..'));
     for (const name of this.#off) address.append('off', name);
     const hash = address.size > 0 ? `#${address}` : '';
     if (location.hash !== hash) history.replaceState(null, '', hash || location.pathname + location.search);
   }
 
-  #tests() {
+  #testsBesideRange() {
     const { columns } = this.log;
     const isOn = (name: string) => !this.#off.has(name);
     const tests: Test[] = [];
@@ -227,12 +255,16 @@ export class Filters {
     else if (problem === 'damaged') tests.push((row) => columns.isDamaged[row] === 1);
     else if (problem === 'gaps') tests.push((row) => columns.missing[row] > 0);
     else if (code >= 0) tests.push((row) => columns.hasFinding(row, code));
-    if (this.#range && isOn('stretch')) {
-      const [from, to] = this.#range;
-      tests.push((row) => this.log.positionOf(row) >= from && this.log.positionOf(row) <= to);
-    }
     for (const search of this.#searches.values()) tests.push((row) => search.isFound[row] === 1);
     return tests;
+  }
+
+  #tests() {
+    const tests = this.#testsBesideRange();
+    if (!this.#range || this.#off.has('stretch')) return tests;
+    const [from, to] = this.#range;
+    const { log } = this;
+    return [(row: number) => log.positionOf(row) >= from && log.positionOf(row) <= to, ...tests];
   }
 
   // The searches that are wanted now; those of before go on.
@@ -270,12 +302,25 @@ export class Filters {
       },
       passed.end,
     );
-    if (this.#passed === passed && this.log === log) this.onResult(passed.rows.subarray(0, passed.count), count < log.count);
+    if (this.#passed !== passed || this.log !== log) return;
+    this.on.rows(passed.rows.subarray(0, passed.count), count < log.count);
+    this.#tellOthers(passed.tests, count);
   }
 
-  /** Calls onResult with the rows that pass, again when there are more or a search has found more. */
+  // What looks at the whole time follows the other filters.
+  #tellOthers(tests: Test[], count: number) {
+    const others = this.#chosen().filter(({ name }) => name !== 'stretch' && !this.#off.has(name));
+    const told = others.length === 0 ? '' : [count, ...others.map(({ label }) => label)].join('\n');
+    if (told === this.#told) return;
+    this.#told = told;
+    const besideRange = this.#range && !this.#off.has('stretch') ? this.#testsBesideRange() : tests;
+    this.on.others(told === '' ? undefined : (row) => row < count && besideRange.every((test) => test(row)));
+  }
+
+  /** Calls on.rows() with the rows that pass, again when there are more or a search has found more. */
   async apply() {
     this.#chooseSearches();
+    this.#matches.show(this.#off.has('text') ? '' : this.#words.value);
     this.#showChips(this.#chosen());
     const looked = this.#looking();
     for (const search of this.#searches.values())

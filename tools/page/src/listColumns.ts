@@ -1,5 +1,5 @@
 // The columns of the list: which ones, what they are called, how wide they are; chosen by people and kept by the browser.
-import { byId, element } from './elements.ts';
+import { byId, closesByItself, element } from './elements.ts';
 import { shownWords } from './signs.ts';
 
 const kept = 'vekmsg columns';
@@ -51,15 +51,7 @@ export class ListColumns {
       byId('columnPath').value = '';
       if (path !== '' && !this.paths.includes(path)) this.#choose(() => void this.#chosen.paths.push(path));
     });
-    const details = byId('columns');
-    document.addEventListener('pointerdown', ({ target }) => {
-      if (!details.contains(target as Node)) details.open = false;
-    });
-    details.addEventListener('keydown', ({ key }) => {
-      if (key !== 'Escape') return;
-      details.open = false;
-      details.querySelector('summary')?.focus();
-    });
+    closesByItself(byId('columns'));
     this.#list();
   }
 

@@ -16,7 +16,7 @@ import { saveBlob } from './saving.ts';
 import { setUnprintable, shownWords } from './signs.ts';
 import { makeTabs } from './tabs.ts';
 import { TimeLine } from './timeLine.ts';
-import type { Bytes, NamedBlob } from './types.ts';
+import type { Bytes, NamedBlob, Range } from './types.ts';
 import { counted, number, sizeInWords } from './words.ts';
 
 class Page {
@@ -47,17 +47,30 @@ class Page {
     findingNames: string[],
   ) {
     this.list = new MessageList(catalogue, (row) => busy(this.#showRow(row)));
-    this.filters = new Filters(core, catalogue, findingNames, (rows, hasMore) => {
-      this.list.setRows(rows, hasMore);
-      void this.timeLine.follow(rows);
-      if (this.log?.isComplete && this.row === undefined && rows.length > 0) this.list.choose(rows[0]);
-    });
+    const rows = (passing: Uint32Array, hasMore: boolean) => {
+      this.list.setRows(passing, hasMore);
+      void this.timeLine.follow(passing);
+      if (this.log?.isComplete && this.row === undefined && passing.length > 0) this.list.choose(passing[0]);
+    };
+    const others = (passes?: (row: number) => boolean) => {
+      for (const panel of this.panels) panel.follow(passes);
+    };
+    const stretch = (range: Range | undefined) => this.#lookAt(range);
+    this.filters = new Filters(core, catalogue, findingNames, { rows, others, stretch });
     this.timeLine = new TimeLine(catalogue, {
       row: (row) => this.#choose(row),
-      range: (range) => this.filters.setRange(range),
+      range: stretch,
     });
     this.detail = new Detail(core, catalogue, (row, bytes) => this.#edit(row, bytes));
-    this.panels = makePanels({ core, catalogue, onRow: (row) => this.#choose(row) });
+    this.panels = makePanels({
+      core,
+      catalogue,
+      onRow: (row) => {
+        this.#choose(row);
+        this.chooseTab('messageTab');
+      },
+      onStretch: stretch,
+    });
     this.plot = this.panels.find((panel) => panel instanceof Plot)!;
     this.chooseTab = makeTabs(byId('tabs'), (tab) => {
       if (this.log) this.panels.find((panel) => tab === `${idOf(panel)}Tab`)?.open();
@@ -123,10 +136,10 @@ class Page {
     byId('messagePanelBody').hidden = true;
     byId('readingProblem').textContent = '';
     this.#showHistory();
-    this.filters.reset(log);
     this.list.reset(log);
     this.timeLine.reset(log);
     for (const panel of this.panels) panel.reset(log);
+    this.filters.reset(log);
     this.chooseTab('messageTab');
     this.#showPane('list');
     this.#showName(log);
@@ -172,6 +185,13 @@ class Page {
     if (this.log !== log || this.row !== row) return;
     await this.detail.show(log, row, bytes);
     if (this.log === log && this.row === row) for (const panel of this.panels) panel.show(log, row, bytes);
+  }
+
+  // List, time line and panels look at one stretch.
+  #lookAt(range: Range | undefined) {
+    this.timeLine.show(range);
+    this.filters.setRange(range);
+    for (const panel of this.panels) panel.stretch(range);
   }
 
   #choose(row: number) {

@@ -2,17 +2,19 @@
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
-import type { Bytes } from './types.ts';
+import type { Bytes, Range } from './types.ts';
 
 /** What panels are made of. */
 export interface Parts {
   core: CoreCalls;
   catalogue: Catalogue;
-  /** Goes to a message. */
+  /** Goes to a message, and shows it. */
   onRow: (row: number) => void;
+  /** Another stretch of the log is to be looked at, as the time line has it; nothing for all. */
+  onStretch: (range: Range | undefined) => void;
 }
 
-/** A panel that does nothing yet. It is made once, of the page's parts: { core, catalogue, onRow }. */
+/** A panel that does nothing yet. It is made once, of the page's parts. */
 export class Panel {
   static id: string;
   static title: string;
@@ -27,6 +29,10 @@ export class Panel {
   show(_log: Log, _row: number, _bytes: Bytes): void {}
   /** A row's message was changed. */
   async update(_row: number): Promise<void> {}
+  /** Other messages pass the filters, that by the stretch aside; nothing when all do. */
+  follow(_passes: ((row: number) => boolean) | undefined): void {}
+  /** Another stretch of the log is looked at. */
+  stretch(_range: Range | undefined): void {}
   /** The panel's tab was chosen. */
   open(): void {}
 }

@@ -1,37 +1,24 @@
 // Numbers of a log's messages drawn over time or sequence, several together, with a status as bands behind them.
 import uPlot from 'uplot';
-import { Curve, type Band, drawn, extent, nearestPlace, nextPlace } from './curves.ts';
+import { Curve, drawn, extent, nearestPlace, nextPlace } from './curves.ts';
 import { announce, busy, byId, element, nextTask, option, setOptions } from './elements.ts';
-import { colour, onColourChange, seriesColour } from './colours.ts';
+import { onColourChange } from './colours.ts';
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import { Panel, type Parts } from './panel.ts';
 import type { NumberKey, Range } from './types.ts';
+import { chartOptions, type Drawing } from './plotChart.ts';
+import { plotCsv, plotPng, plotSvg } from './plotSaving.ts';
 import { Cancelled } from './reader.ts';
+import { saveBlob } from './saving.ts';
 import { lowerBound } from './search.ts';
 import { counted, number, timeInWords } from './words.ts';
 
 const mostCurves = 8;
 const leastHeight = 260;
+const savedKinds = ['Png', 'Svg', 'Csv'] as const;
 
-// Ticks of a clock of 24 hours, by the step from tick to tick: what is written, and where the day is new.
-const ticks = (step: number, clock: string, hasDate: boolean) => [
-  step,
-  clock,
-  hasDate ? '\n{YYYY}-{MM}-{DD}' : null,
-  null,
-  hasDate ? '\n{MM}-{DD}' : null,
-  null,
-  null,
-  null,
-  1,
-];
-const timeTicks = (hasDate: boolean) => [
-  ...(hasDate ? [[86_400, '{YYYY}-{MM}-{DD}', null, null, null, null, null, null, 1]] : []),
-  ticks(60, '{HH}:{mm}', hasDate),
-  ticks(1, '{HH}:{mm}:{ss}', hasDate),
-  ticks(0.001, '{HH}:{mm}:{ss}.{fff}', hasDate),
-];
+const inSeconds = (from: number, to: number): Range => [from / 1e6, to / 1e6];
 
 type Key = NumberKey & { id: number; label: string };
 
@@ -45,18 +32,22 @@ export class Plot extends Panel {
   #chart?: uPlot;
   #isOverChosen = false; // by people
   #kinds?: number; // how many the keys are of
-  #stretches: Band[] = []; // of the bands
-  #whole: Range = [0, 1]; // first and last place of the curves
+  #drawing?: Drawing;
+  #values = new Map<string, Range>(); // of paths, which values are in sight
+  #passes?: (row: number) => boolean;
+  #stretch?: Range; // of the time line
+  #whole: Range = [0, 1]; // first and last place
   #range?: Range; // what is shown of it; nothing for all
   #place?: number; // that the keyboard goes to
   #readPlace?: number; // that was read off
   #round = 0;
+  #pressedAt = [0, 0];
 
   readonly #catalogue: Catalogue;
 
-  constructor({ catalogue }: Parts) {
+  constructor(private readonly parts: Parts) {
     super();
-    this.#catalogue = catalogue;
+    this.#catalogue = parts.catalogue;
     byId('plotForm').addEventListener('submit', (event) => {
       event.preventDefault();
       this.#addNamed(byId('plotKeyName').value);
@@ -66,9 +57,15 @@ export class Plot extends Panel {
       busy(this.#placeAll());
     });
     byId('plotBands').addEventListener('change', () => busy(this.#chooseBands()));
-    byId('plotWhole').addEventListener('click', () => this.#show(undefined));
+    byId('plotWhole').addEventListener('click', () => this.#lookAtAll());
+    for (const kind of savedKinds) byId(`plot${kind}`).addEventListener('click', () => busy(this.#save(kind)));
+    byId('plot').addEventListener('wheel', (event) => this.#wheel(event), { passive: false });
+    byId('plot').addEventListener('pointerdown', ({ clientX, clientY }) => (this.#pressedAt = [clientX, clientY]));
+    byId('plot').addEventListener('click', (event) => this.#click(event));
     byId('plot').addEventListener('keydown', (event) => this.#key(event));
-    new ResizeObserver(() => this.#resize()).observe(byId('plot'));
+    const size = new ResizeObserver(() => this.#resize());
+    size.observe(byId('plot'));
+    size.observe(byId('detailPane'));
     onColourChange(() => this.draw());
   }
 
@@ -77,6 +74,9 @@ export class Plot extends Panel {
     this.#curves = [];
     this.#bands = undefined;
     this.#kinds = undefined;
+    this.#stretch = undefined;
+    this.#passes = undefined;
+    this.#values.clear();
     byId('plotBands').value = '';
     this.#isOverChosen = false;
     this.refresh();
@@ -181,14 +181,14 @@ export class Plot extends Panel {
     const { log } = this;
     if (!log) return;
     const round = ++this.#round;
-    const isTime = byId('plotOver').value === 'time';
+    const isTime = this.#isTime();
     for (const curve of this.#all()) {
-      await curve.place(log, isTime);
+      await curve.place(log, isTime, this.#passes);
       await nextTask();
     }
     if (this.log !== log || round !== this.#round) return;
-    this.#stretches = this.#bands?.stretches() ?? [];
-    this.#range = undefined;
+    this.#values.clear();
+    this.#range = this.#stretchHere();
     this.draw();
   }
 
@@ -200,15 +200,50 @@ export class Plot extends Panel {
     this.#chart?.destroy();
     this.#chart = undefined;
     byId('plotHint').hidden = this.#curves.length > 0;
+    byId('plotSaving').hidden = this.#curves.length === 0;
     this.#listCurves();
     const { log } = this;
     if (!log || this.#curves.length === 0 || byId('plotPanel').hidden) return;
-    this.#whole = extent(this.#curves) ?? [0, 1];
-    const chart = new uPlot(this.#options(log), [[]], byId('plot'));
-    this.#chart = chart;
+    const isTime = this.#isTime();
+    this.#whole = (isTime && log.isTimed ? inSeconds(log.times.first, log.times.last) : extent(this.#curves)) ?? [0, 1];
+    const bandsOf = this.#bands?.stretches() ?? [];
+    this.#drawing = { curves: this.#curves, bands: bandsOf, isTime, hasDate: log.columns.hasDate[0] === 1, values: this.#values };
+    const hooks = { setSelect: [(plot: uPlot) => this.#zoomToSelection(plot)], setCursor: [(plot: uPlot) => this.#noteCursor(plot)] };
+    this.#chart = new uPlot(chartOptions(this.#drawing, byId('plot').clientWidth, this.#height(), hooks), [[]], byId('plot'));
     this.#show(this.#range);
     const bands = this.#bands ? `, with bands of ${this.#bands.path}` : '';
     byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}${bands}`);
+  }
+
+  #isTime() {
+    return byId('plotOver').value === 'time';
+  }
+
+  // Time line and plot look at the same stretch when both are over time.
+  #stretchHere() {
+    return this.#stretch && this.#isTime() && this.log?.isTimed ? inSeconds(...this.#stretch) : undefined;
+  }
+
+  override stretch(range: Range | undefined) {
+    this.#stretch = range;
+    if (this.#isTime()) this.#show(this.#stretchHere());
+  }
+
+  override follow(passes: ((row: number) => boolean) | undefined) {
+    this.#passes = passes;
+    if (this.#curves.length > 0) busy(this.#placeAll());
+  }
+
+  // As people want it.
+  #lookAt(range: Range | undefined) {
+    this.#show(range);
+    const seen = this.#range;
+    if (this.#isTime() && this.log?.isTimed) this.parts.onStretch(seen && [seen[0] * 1e6, seen[1] * 1e6]);
+  }
+
+  #lookAtAll() {
+    this.#values.clear();
+    this.#lookAt(undefined);
   }
 
   /** Shows a stretch of the places, or all. */
@@ -217,7 +252,7 @@ export class Plot extends Panel {
     const [from, to] = range ? [Math.max(first, range[0]), Math.min(last, range[1])] : this.#whole;
     const isWhole = from <= first && to >= last;
     this.#range = isWhole ? undefined : [from, to];
-    byId('plotWhole').hidden = isWhole;
+    byId('plotWhole').hidden = isWhole && this.#values.size === 0;
     const chart = this.#chart;
     if (!chart) return;
     chart.batch(() => {
@@ -226,82 +261,76 @@ export class Plot extends Panel {
     });
   }
 
-  #options(log: Log): uPlot.Options {
-    const isTime = byId('plotOver').value === 'time';
-    const hasDate = log.columns.hasDate[0] === 1;
-    const axis = {
-      stroke: colour('muted'),
-      font: `12px ${getComputedStyle(document.body).fontFamily}`,
-      grid: { stroke: colour('line'), width: 1 },
-      ticks: { stroke: colour('line'), width: 1 },
-    };
-    // The scales of the first two curves stand at the left and at the right.
-    const valueAxes = this.#curves.slice(0, 2).map((curve, at) => ({
-      ...axis,
-      ...(curve.isState
-        ? {
-            values: (_plot: uPlot, values: number[]) => values.map((value) => (Number.isInteger(value) ? curve.nameOf(value) : '')),
-            incrs: [1, 2, 5, 10],
-          }
-        : {}),
-      scale: curve.path,
-      side: at === 0 ? 3 : 1,
-      stroke: seriesColour(at),
-      grid: at === 0 ? axis.grid : { show: false },
-      size: curve.isState ? 110 : 64,
-    }));
-    return {
-      width: byId('plot').clientWidth,
-      height: this.#height(),
-      legend: { show: false },
-      tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1e3), 'Etc/UTC'),
-      cursor: { drag: { x: true, y: false, setScale: false } },
-      scales: { x: { time: isTime } },
-      series: [{}, ...this.#curves.map((curve, at) => curveStyle(curve, seriesColour(at)))],
-      axes: [{ ...axis, ...(isTime ? { values: timeTicks(hasDate), space: 90 } : {}) }, ...valueAxes],
-      hooks: {
-        drawClear: [(plot) => this.#drawBands(plot)],
-        setSelect: [(plot) => this.#zoomToSelection(plot)],
-        setCursor: [(plot) => this.#noteCursor(plot)],
-      },
-    };
-  }
-
-  #drawBands(plot: uPlot) {
-    if (!this.#bands) return;
-    const { ctx: context, bbox } = plot;
-    const ratio = devicePixelRatio || 1;
-    const { min = 0, max = 0 } = plot.scales.x;
-    const values = [...new Set(this.#stretches.map(({ value }) => value))].sort((left, right) => left - right);
-    const colours = new Map(values.map((value, at) => [value, seriesColour(at + 2)]));
-    const muted = colour('muted');
-    context.save();
-    context.font = `${11 * ratio}px ${getComputedStyle(document.body).fontFamily}`;
-    context.textBaseline = 'top';
-    const last = lowerBound(this.#stretches, max, ({ start }) => start);
-    let drawnTo = bbox.left;
-    for (let at = Math.max(0, lowerBound(this.#stretches, min, ({ start }) => start) - 1); at < last; ++at) {
-      const { value, name, start, end } = this.#stretches[at];
-      const left = Math.max(bbox.left, plot.valToPos(start, 'x', true));
-      const right = Math.min(bbox.left + bbox.width, end === Infinity ? Infinity : plot.valToPos(end, 'x', true));
-      if (right - drawnTo < 0.5) continue; // it would not be seen
-      drawnTo = right;
-      context.globalAlpha = 0.14;
-      context.fillStyle = colours.get(value) ?? muted;
-      context.fillRect(left, bbox.top, right - left, bbox.height);
-      context.globalAlpha = 1;
-      context.fillStyle = muted;
-      if (right - left > 20 * ratio && context.measureText(name).width + 8 * ratio < right - left)
-        context.fillText(name, left + 4 * ratio, bbox.top + 4 * ratio);
-    }
-    context.restore();
-  }
-
   #zoomToSelection(plot: uPlot) {
-    const { left, width } = plot.select;
-    if (width < 5) return;
-    this.#show([plot.posToVal(left, 'x'), plot.posToVal(left + width, 'x')]);
+    const { left, top, width, height } = plot.select;
+    if (width < 5 || height < 5) return;
     plot.setSelect({ left: 0, top: 0, width: 0, height: 0 }, false);
+    const isOfValues = height < plot.over.clientHeight;
+    if (isOfValues) this.#lookAtValues(plot, top, top + height);
+    const isOfPlaces = width < plot.over.clientWidth;
+    this.#lookAt(isOfPlaces ? [plot.posToVal(left, 'x'), plot.posToVal(left + width, 'x')] : this.#range);
+  }
+
+  // Those between two heights.
+  #lookAtValues(plot: uPlot, top: number, bottom: number) {
+    for (const { path } of this.#curves) this.#values.set(path, [plot.posToVal(bottom, path), plot.posToVal(top, path)]);
+  }
+
+  // Zooms about the pointer, with Shift the values; sideways it goes along.
+  #wheel(event: WheelEvent) {
+    const plot = this.#chart;
+    if (!plot || event.ctrlKey) return;
+    event.preventDefault();
+    const box = plot.over.getBoundingClientRect();
+    const { min = 0, max = 1 } = plot.scales.x;
+    const along = event.shiftKey ? 0 : event.deltaX;
+    const turned = event.deltaY || (event.shiftKey ? event.deltaX : 0);
+    if (Math.abs(along) > Math.abs(turned)) {
+      const step = (along / box.width) * (max - min);
+      const [first, last] = this.#whole;
+      const kept = Math.max(first - min, Math.min(last - max, step));
+      this.#lookAt([min + kept, max + kept]);
+      return;
+    }
+    const factor = Math.exp(Math.max(-240, Math.min(240, turned)) / 400);
+    if (event.shiftKey) {
+      const y = event.clientY - box.top;
+      this.#lookAtValues(plot, y - y * factor, y + (box.height - y) * factor);
+      this.#show(this.#range);
+    } else {
+      const middle = plot.posToVal(event.clientX - box.left, 'x');
+      this.#lookAt([middle - (middle - min) * factor, middle + (max - middle) * factor]);
+    }
+  }
+
+  // The message of the nearest point.
+  #click(event: MouseEvent) {
+    const plot = this.#chart;
+    const isDrag = Math.hypot(event.clientX - this.#pressedAt[0], event.clientY - this.#pressedAt[1]) > 4;
+    if (!plot || isDrag || !plot.over.contains(event.target as Node)) return;
+    const box = plot.over.getBoundingClientRect();
+    const [x, y] = [event.clientX - box.left, event.clientY - box.top];
+    let nearest: { row: number; away: number } | undefined;
+    for (const { xs, ys, at, path } of this.#curves) {
+      const middle = lowerBound(xs, plot.posToVal(x, 'x'));
+      for (let i = Math.max(0, middle - 200); i < Math.min(xs.length, middle + 200); ++i) {
+        const away = Math.hypot(plot.valToPos(xs[i], 'x') - x, plot.valToPos(ys[i], path) - y);
+        if (away < (nearest?.away ?? 60)) nearest = { row: at[i], away };
+      }
+    }
+    if (nearest) this.parts.onRow(nearest.row);
+  }
+
+  async #save(kind: (typeof savedKinds)[number]) {
+    const [plot, drawing] = [this.#chart, this.#drawing];
+    if (!plot || !drawing) return;
+    const makers = {
+      Png: () => plotPng(plot, drawing),
+      Svg: () => plotSvg(plot, drawing),
+      Csv: () => plotCsv(this.#all(), this.#range ?? this.#whole, drawing),
+    };
+    const blob = await makers[kind]();
+    if (blob) saveBlob(blob, `${this.#curves.map(({ path }) => path).join(' ')}.${kind.toLowerCase()}`);
   }
 
   #noteCursor(plot: uPlot) {
@@ -313,7 +342,7 @@ export class Plot extends Panel {
       curve.path,
       curve.isState ? this.#nameAt(curve, x) : curve.ys[curve.lastUpTo(x)],
     ]);
-    const when = byId('plotOver').value === 'time' ? timeInWords(x * 1e6, this.log?.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
+    const when = this.#isTime() ? timeInWords(x * 1e6, this.log?.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
     if (this.#bands) values.push([this.#bands.path, this.#nameAt(this.#bands, x)]);
     byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value ?? 'not yet known'}`).join(', ')}`;
   }
@@ -350,14 +379,16 @@ export class Plot extends Panel {
   // What the pane has left below the form.
   #height() {
     const pane = byId('detailPane').getBoundingClientRect();
-    const room = pane.bottom - byId('plot').getBoundingClientRect().top - byId('plotReading').offsetHeight - 30;
-    return matchMedia('(max-width: 800px)').matches ? leastHeight : Math.max(leastHeight, room);
+    const room = pane.bottom - byId('plot').getBoundingClientRect().top - byId('plotReading').offsetHeight - 50;
+    return Math.max(leastHeight, matchMedia('(max-width: 800px)').matches ? innerHeight / 2 : room);
   }
 
   #resize() {
     const width = byId('plot').clientWidth;
-    if (!this.#chart || width === 0 || width === this.#chart.width) return;
-    this.#chart.setSize({ width, height: this.#height() });
+    if (!this.#chart || width === 0) return;
+    const height = Math.floor(this.#height());
+    if (width === this.#chart.width && Math.abs(height - this.#chart.height) < 2) return;
+    this.#chart.setSize({ width, height });
     this.#show(this.#range);
   }
 
@@ -366,7 +397,7 @@ export class Plot extends Panel {
     if (!this.#chart) return;
     const [first, last] = this.#range ?? this.#whole;
     const x = this.#readPlace;
-    const next = (isBack: boolean) => (x === undefined ? first : nextPlace(this.#curves, x, isBack));
+    const next = (isBack: boolean) => (x === undefined ? nearestPlace(this.#curves, first) : nextPlace(this.#curves, x, isBack));
     const places: Record<string, () => number | undefined> = {
       ArrowRight: () => next(false),
       ArrowLeft: () => next(true),
@@ -375,7 +406,8 @@ export class Plot extends Panel {
     };
     if (event.key in places) this.#goTo(places[event.key]());
     else if (event.key === '+' || event.key === '-') this.#zoom(event.key === '+' ? 0.5 : 2);
-    else if (event.key === 'Escape') this.#show(undefined);
+    else if (event.key === 'Escape') this.#lookAtAll();
+    else if (event.key === 'Enter') this.#openRead();
     else return;
     event.preventDefault();
   }
@@ -395,11 +427,12 @@ export class Plot extends Panel {
     const { min = 0, max = 1 } = this.#chart?.scales.x ?? {};
     const x = this.#readPlace;
     const middle = x !== undefined && x >= min && x <= max ? x : (min + max) / 2;
-    this.#show([middle - (middle - min) * factor, middle + (max - middle) * factor]);
+    this.#lookAt([middle - (middle - min) * factor, middle + (max - middle) * factor]);
   }
-}
 
-function curveStyle({ path, isState }: Curve, stroke: string): uPlot.Series {
-  const steps = isState ? { paths: uPlot.paths.stepped?.({ align: 1 }) } : {};
-  return { label: path, scale: path, stroke, width: 1.5, spanGaps: true, points: { size: 5 }, ...steps };
+  #openRead() {
+    const x = this.#readPlace;
+    const curve = x === undefined ? undefined : this.#curves.find((one) => one.xs[one.lastUpTo(x)] === x);
+    if (x !== undefined && curve) this.parts.onRow(curve.at[curve.lastUpTo(x)]);
+  }
 }

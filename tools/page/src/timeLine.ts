@@ -55,7 +55,7 @@ export class TimeLine {
     this.#canvas.addEventListener('pointerdown', (event) => this.#startDrag(event));
     this.#canvas.addEventListener('pointerup', (event) => this.#endDrag(event));
     this.#canvas.addEventListener('pointerleave', () => this.#say());
-    byId('wholeTime').addEventListener('click', () => this.zoom(undefined));
+    byId('wholeTime').addEventListener('click', () => this.#zoom(undefined));
   }
 
   reset(log: Log) {
@@ -67,12 +67,16 @@ export class TimeLine {
     byId('wholeTime').hidden = true;
   }
 
-  /** Shows a stretch, or all. */
-  zoom(range: Range | undefined) {
+  // Asks for a stretch, or for all.
+  #zoom(range: Range | undefined) {
+    this.on.range(range);
+  }
+
+  /** The same; others know. */
+  show(range: Range | undefined) {
     this.range = range;
     this.#cursor = -1;
     byId('wholeTime').hidden = range === undefined;
-    this.on.range(range);
     void this.count();
   }
 
@@ -270,7 +274,7 @@ export class TimeLine {
   }
 
   #zoomToColumns(left: number, right: number) {
-    this.zoom([this.#placeOf(left), this.#placeOf(right)]);
+    this.#zoom([this.#placeOf(left), this.#placeOf(right)]);
   }
 
   // The nearest message to a column.
@@ -290,7 +294,7 @@ export class TimeLine {
     if (event.key in steps) this.#cursor = this.#nextBin(x, steps[event.key]);
     else if (event.key === 'Enter') return this.#goTo(x);
     else if (event.key === '+') return this.#zoomToColumns(Math.max(0, x - last / 8), Math.min(last, x + last / 8));
-    else if (event.key === '-' || event.key === 'Escape') return this.zoom(undefined);
+    else if (event.key === '-' || event.key === 'Escape') return this.#zoom(undefined);
     else return undefined;
     event.preventDefault();
     return this.#draw();
