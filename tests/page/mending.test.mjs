@@ -84,3 +84,36 @@ test('a change of a damaged message seals it; a log is saved with what was chang
     assert.equal(await page.textContent('#differenceRows [data-side=left]'), '5.000000');
   });
 });
+
+test('what can be done about a problem is done by a button, alone or in the whole log; sealing says what it changes', async () => {
+  const broken = (sequence) => message(4112, sequence, `{MEDIA_NAME=Violet;FOCUS_VALEU=${sequence}.500000;}`);
+  const mended = (sequence) => message(4112, sequence, `{MEDIA_NAME=Violet;FOCUS_VALUE=${sequence}.500000;}`);
+  const sequences = Array.from({ length: 700 }, (_one, at) => at + 1);
+  const log = (mendedOnes) => sequences.map((at) => `line ${at} ${mendedOnes.includes(at) ? mended(at) : broken(at)}\n`).join('');
+  await withPage(async (page) => {
+    await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log([]), 'latin1') });
+    const button = (words) => page.locator('.remedy button', { hasText: words });
+    await button('write "FOCUS_VALUE"').click();
+    await page.waitForSelector('#problemPane', { state: 'hidden' });
+    await settled(page);
+    assert.equal(await wouldSave(page, '#saveLog'), log([1]));
+    await chooseMessage(page, 1);
+    await button('in all 699').click();
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '700 messages · 1 kind');
+    await settled(page);
+    assert.equal(await wouldSave(page, '#saveLog'), log(sequences));
+    await page.click('#undoEdit'); // one step
+    await settled(page);
+    assert.equal(await wouldSave(page, '#saveLog'), log([1]));
+    await page.click('#redoEdit');
+    await page.waitForFunction(() => document.getElementById('summary').textContent === '700 messages · 1 kind');
+
+    await paste(
+      page,
+      mended(3)
+        .replace(/ +\d+(?= 7 3)/, ' 9')
+        .slice(0, -2),
+    );
+    assert.equal(await page.textContent('#sealChanges'), 'length 9 -> 61, "!!" added');
+  });
+});

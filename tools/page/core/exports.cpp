@@ -3,6 +3,7 @@
 #include "tools/page/core/exchange.hpp"
 #include "tools/page/core/logRows.hpp"
 #include "tools/page/core/messageView.hpp"
+#include "tools/page/core/remedies.hpp"
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
@@ -136,6 +137,30 @@ std::int32_t pageUnprintable() {
 
 std::int32_t pageSeal(std::size_t size) {
     return handOut(seal(exchange.take(size)));
+}
+
+/// What a sealed message has that the message has not, in words.
+std::int32_t pageSealChanges(std::size_t size, std::size_t sealedSize) {
+    const std::string_view text = exchange.take(size);
+    exchange.result = changesOf(text, exchange.take(sealedSize));
+    return 1;
+}
+
+/// What can be done about the findings of a message, and the message with it done to one, or to all of a kind.
+std::int32_t pageRemedies(std::size_t size) {
+    const tree_t tree(exchange.take(size));
+    page::appendRemedies(exchange.result, tree, check(tree));
+    return 1;
+}
+
+std::int32_t pageMend(std::size_t size, std::int32_t number) {
+    exchange.result = page::mendedAt(tree_t(exchange.take(size)), static_cast<std::size_t>(number));
+    return 1;
+}
+
+std::int32_t pageMendKind(std::size_t size, std::int32_t code) {
+    exchange.result = page::mendedOf(tree_t(exchange.take(size)), static_cast<findingCode_t>(code));
+    return 1;
 }
 
 /// A message in another form: 0 readable, 1 JSON, 2 flat.

@@ -75,6 +75,8 @@ void logRows_t::message(const foundMessage_t &found) {
     row.isDamaged = found.isDamaged ? 1 : 0;
     row.hasSequence = head.sequenceNumber.isThere ? 1 : 0;
     row.sequence = head.sequenceNumber.value;
+    row.hasEcho = head.echoTag.isThere ? 1 : 0;
+    row.echo = head.echoTag.value;
     if (head.sequenceNumber.isThere) // a damaged message is there too
         row.missing = sequences_.take(row.sequence);
     const auto tell = [&row](findingCode_t code, severity_t severity) {

@@ -29,8 +29,11 @@ struct row_t {
     std::uint8_t isDamaged;    ///< its end is not where its length says
     std::uint8_t hasDate;      ///< of its time
     std::uint8_t hasSequence;
+    std::int32_t echo;
+    std::uint8_t hasEcho;
+    std::uint8_t unused[3];
 };
-static_assert(sizeof(row_t) == 48);
+static_assert(sizeof(row_t) == 56);
 
 class logRows_t final : public inspect::messageSink_t {
 public:

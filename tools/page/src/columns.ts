@@ -2,7 +2,7 @@
 import type { Bytes } from './types.ts';
 import { inSlices, nextTask } from './elements.ts';
 
-const rowSize = 48; // row_t in core/logRows.hpp
+const rowSize = 56; // row_t in core/logRows.hpp
 
 // Of a column, its type and where it stands in a row.
 const layout = {
@@ -19,6 +19,8 @@ const layout = {
   isDamaged: [Uint8Array, 45],
   hasDate: [Uint8Array, 46],
   hasSequence: [Uint8Array, 47],
+  echo: [Int32Array, 48],
+  hasEcho: [Uint8Array, 52],
 } as const;
 
 type Name = keyof typeof layout;
@@ -46,6 +48,8 @@ export class Columns {
   isDamaged!: Uint8Array;
   hasDate!: Uint8Array;
   hasSequence!: Uint8Array;
+  echo!: Int32Array;
+  hasEcho!: Uint8Array;
   file!: Uint16Array;
   #room = 0;
 
@@ -86,12 +90,33 @@ export class Columns {
     return Math.max(this.#room * 2, Math.ceil(1.05 * count * (size / Math.max(latest, 1))) || count, count);
   }
 
-  /** Takes what the core says of a message that was changed: all but where and when it stands. */
-  change(row: number, bytes: Bytes) {
-    for (const name of ['id', 'sequence', 'findingsLow', 'findingsHigh', 'severity', 'isDamaged', 'hasSequence'] as const) {
+  /** Takes what the core says of a message that was changed, the one at a place of several: all but where and when it stands. */
+  change(row: number, bytes: Bytes, at: number) {
+    for (const name of [
+      'id',
+      'sequence',
+      'findingsLow',
+      'findingsHigh',
+      'severity',
+      'isDamaged',
+      'hasSequence',
+      'echo',
+      'hasEcho',
+    ] as const) {
       const [type, start] = layout[name];
-      this[name][row] = new type(bytes.buffer, start, 1)[0];
+      this[name][row] = new type(bytes.buffer, at * rowSize + start, 1)[0];
     }
+  }
+
+  /** What the core said of some rows, as it gave it. */
+  described(rows: Uint32Array): Bytes {
+    const bytes = new Uint8Array(rows.length * rowSize);
+    for (const [name, [type, start]] of Object.entries(layout)) {
+      const words = new type(bytes.buffer);
+      const step = rowSize / type.BYTES_PER_ELEMENT;
+      for (let i = 0, at = start / type.BYTES_PER_ELEMENT; i < rows.length; ++i, at += step) words[at] = this[name as Name][rows[i]];
+    }
+    return bytes;
   }
 
   /** Puts the rows into another order: `rows` has them as they shall stand. */

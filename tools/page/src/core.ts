@@ -30,6 +30,13 @@ interface Exports {
   [call: string]: unknown;
 }
 
+/** What can be done about a problem. */
+export interface Remedy {
+  problem: number;
+  words: string;
+  certain: boolean;
+}
+
 /** A key that a message may have. */
 export interface AddableKey {
   path: string;
@@ -104,6 +111,22 @@ export class Core {
   }
   seal(message: Bytes) {
     return this.#message('pageSeal', [message]);
+  }
+  /** What sealing changes, in words. */
+  sealChanges(message: Bytes, sealed: Bytes) {
+    return shownText(this.#call('pageSealChanges', [message, sealed]).bytes);
+  }
+  /** What can be done about the problems of a message, by their numbers. */
+  remedies(message: Bytes): Remedy[] {
+    return this.#json('pageRemedies', message);
+  }
+  /** The message with what is to be done about a problem. */
+  mend(message: Bytes, problem: number) {
+    return this.#call('pageMend', [message], problem).bytes;
+  }
+  /** The same about all of a kind, where it is certain; findings go by their numbers. */
+  mendKind(message: Bytes, finding: number) {
+    return this.#call('pageMendKind', [message], finding).bytes;
   }
   form(message: Bytes, form: Exclude<Form, 'message'>) {
     return this.#call('pageForm', [message], { show: 0, json: 1, flat: 2 }[form]).bytes;

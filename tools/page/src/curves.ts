@@ -77,8 +77,13 @@ export class Curve {
     this.numbers = together(Float64Array, this.numbers, numbers);
   }
 
-  /** A message was changed. */
-  async update(log: Log, row: number) {
+  /** Messages were changed. */
+  async update(log: Log, changed: Uint32Array) {
+    if (changed.length > 1) {
+      this.order = undefined; // so that all are read again
+      return this.readOn(log, {});
+    }
+    const [row] = changed;
     const isOfKind = log.columns.id[row] === this.id;
     const at = lowerBound(this.rows, row);
     if (this.rows[at] !== row && isOfKind) {

@@ -33,15 +33,25 @@ export class Detail {
   #round = 0;
   #addable?: { model: MessageModel; group: Pair; keys: AddableKey[] }; // the keys that a group has not
 
-  /** onEdit(row, bytes): a message is to be changed; its promise is done when the page shows it. */
   constructor(
     private readonly core: CoreCalls,
     private readonly catalogue: Catalogue,
-    private readonly onEdit: (row: number, bytes: Bytes) => Promise<void>,
+    findingNames: string[],
+    private readonly on: {
+      /** A message is to be changed; the promise is done when the page shows it. */
+      edit: (row: number, bytes: Bytes) => Promise<void>;
+      /** All that is certain is to be done about a finding, in the whole log. */
+      mendKind: (finding: number) => Promise<void>;
+    },
   ) {
     this.tree = new TreeView({ node: (node) => this.#lightNode(node), edit: (node) => this.#edit(node) });
     this.text = new TextView((at) => this.#goToByte(at));
-    this.problems = new ProblemList((problem) => this.#goTo(problem));
+    this.problems = new ProblemList({
+      problem: (problem) => this.#goTo(problem),
+      mend: (problem) => busy(this.#mend(problem)),
+      mendKind: (code) => busy(on.mendKind(findingNames.indexOf(code))),
+      count: (code) => this.log.findings.get(findingNames.indexOf(code)) ?? 0,
+    });
     this.editor = new Editor(this.tree, (...value) => this.#take(this.core.set(this.bytes, ...value)));
     this.listEditor = new ListEditor((...list) => this.#take(this.#setList(...list)));
     byId('formChoice').addEventListener('change', (event) => busy(this.#showForm((event.target as HTMLSelectElement).value as Form)));
@@ -68,13 +78,18 @@ export class Detail {
     byId('messagePanelBody').hidden = false;
     this.#showTitle();
     this.tree.show(model);
-    for (const part of [() => this.text.show(model), () => this.#lightNode(this.tree.active), () => this.problems.show(model)]) {
+    const remedies = model.problemCount > 0 ? await this.core.remedies(bytes) : [];
+    for (const part of [() => this.text.show(model), () => this.#lightNode(this.tree.active), () => this.problems.show(model, remedies)]) {
       await nextTask();
       if (round !== this.#round) return;
       part();
     }
     const [{ error, bytes: sealed }] = await Promise.all([this.core.seal(bytes), this.#showForm(this.#form)]);
-    if (round === this.#round) byId('sealMessage').hidden = error === undefined && isSame(sealed, bytes);
+    const isOpen = error !== undefined || !isSame(sealed, bytes);
+    const changes = error === undefined && isOpen ? await this.core.sealChanges(bytes, sealed) : '';
+    if (round !== this.#round) return;
+    byId('sealMessage').hidden = !isOpen;
+    show(byId('sealChanges'), changes);
   }
 
   get bytes() {
@@ -152,9 +167,14 @@ export class Detail {
     const { row } = this;
     const { bytes, error } = await change;
     if (error !== undefined) return error;
-    await this.onEdit(row, bytes);
+    await this.on.edit(row, bytes);
     announce('Changed, and sealed again.');
     return undefined;
+  }
+
+  async #mend(problem: number) {
+    await this.on.edit(this.row, await this.core.mend(this.bytes, problem));
+    announce('Mended.');
   }
 
   async #seal() {

@@ -130,9 +130,9 @@ export class Filters {
     this.#applyRange();
   }
 
-  /** A message was changed. */
-  async update(row: number) {
-    for (const search of this.#searches.values()) await search.update(row);
+  /** Messages were changed. */
+  async update(rows: Uint32Array) {
+    for (const search of this.#searches.values()) await search.update(rows);
     this.refresh();
     await this.#applyAnew();
   }

@@ -1,12 +1,12 @@
 // What was changed, step by step, so that it can be taken back and done again.
 
-import type { Bytes } from './types.ts';
+import type { Snapshot } from './log.ts';
 
-/** Rows with their messages before and after. */
+/** Messages of some rows before and after. */
 export interface Step {
-  row: number;
-  before: Bytes;
-  after: Bytes;
+  rows: Uint32Array;
+  before: Snapshot;
+  after: Snapshot;
 }
 
 export class History {

@@ -12,6 +12,13 @@ const pieceSize = 50_000; // messages
 
 const noCounts = () => ({ damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 });
 
+/** Messages that rows have or had: where they stand, and what the core says of them. */
+export interface Snapshot {
+  offsets: Float64Array;
+  sizes: Uint32Array;
+  described: Bytes;
+}
+
 type Rows = Uint32Array | number[];
 type Asked = 'search' | 'where' | 'series';
 type AskOptions = { onProgress?: (share: number) => void; signal?: AbortSignal };
@@ -263,21 +270,54 @@ export class Log {
     return (await this.asking.run('order', { numbers })).order;
   }
 
-  /** Puts another message in a row's place. `described` is the core's row of it. */
-  async change(row: number, bytes: Bytes, described: Bytes, core: CoreCalls) {
-    const { columns } = this;
-    const read = this.originals.get(row) ?? this.#placeIn(row);
-    const isAsRead = isSame(await this.#bytesAt(read), bytes);
-    const old = [columns.sequence[row], columns.hasSequence[row]];
-    this.#count(row, -1);
-    if (isAsRead) this.originals.delete(row);
-    else this.originals.set(row, read);
-    columns.offset[row] = isAsRead ? read.start : this.blob.size;
-    columns.size[row] = bytes.length;
-    if (!isAsRead) this.blob = new Blob([this.blob, bytes]);
-    columns.change(row, described);
-    this.#count(row, 1);
-    if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) await this.#countMissing(core, columns.file[row]);
+  /** Where messages of some rows stand, and what the core says of them. */
+  snapshot(rows: Uint32Array): Snapshot {
+    const { offsets, sizes } = this.#places(rows);
+    return { offsets, sizes, described: this.columns.described(rows) };
+  }
+
+  /** Takes other messages for some rows, to be put in their places. A message that is as it was read is that one again. */
+  async take(rows: Uint32Array, messages: Blob, sizes: Uint32Array, described: Bytes): Promise<Snapshot> {
+    const offsets = new Float64Array(rows.length);
+    for (let at = 0, end = this.blob.size; at < rows.length; end += sizes[at++]) offsets[at] = end;
+    if (rows.length === 1) {
+      const read = this.originals.get(rows[0]) ?? this.#placeIn(rows[0]);
+      if (isSame(await this.#bytesAt(read), new Uint8Array(await messages.arrayBuffer()))) offsets[0] = read.start;
+    }
+    this.blob = new Blob([this.blob, messages]);
+    return { offsets, sizes, described };
+  }
+
+  /** Puts messages in their rows' places. */
+  async put(rows: Uint32Array, { offsets, sizes, described }: Snapshot, core: CoreCalls) {
+    const { columns, originals } = this;
+    const files = new Set<number>(); // whose sequence numbers are others now
+    await inSlices(rows.length, (from, to) => {
+      for (let at = from; at < to; ++at) {
+        const row = rows[at];
+        const read = originals.get(row) ?? this.#placeIn(row);
+        const old = [columns.sequence[row], columns.hasSequence[row]];
+        this.#count(row, -1);
+        if (offsets[at] === read.start) originals.delete(row);
+        else originals.set(row, read);
+        columns.offset[row] = offsets[at];
+        columns.size[row] = sizes[at];
+        columns.change(row, described, at);
+        this.#count(row, 1);
+        if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) files.add(columns.file[row]);
+      }
+    });
+    for (const file of files) await this.#countMissing(core, file);
+  }
+
+  /** What of the messages with a finding is mended when all that is certain is done about it: rows, and what they become. */
+  async mended(finding: number) {
+    const rows: number[] = [];
+    await inSlices(this.count, (from, to) => {
+      for (let row = from; row < to; ++row) if (this.columns.hasFinding(row, finding)) rows.push(row);
+    });
+    const { changed, messages, sizes, described } = await this.asking.run('mend', { ...this.#places(rows), finding });
+    return { rows: Uint32Array.from(changed, (at) => rows[at]), messages, sizes, described };
   }
 
   // Which numbers are missing in a file, from its start on.

@@ -5,7 +5,7 @@ import { Detail } from './detail.ts';
 import { Filters } from './filters.ts';
 import { History } from './history.ts';
 import { makeLeaving } from './leaving.ts';
-import { Log } from './log.ts';
+import { Log, type Snapshot } from './log.ts';
 import { MessageList } from './messageList.ts';
 import { makeOpening } from './opening.ts';
 import type { Panel } from './panel.ts';
@@ -61,7 +61,10 @@ class Page {
       row: (row) => this.#choose(row),
       range: stretch,
     });
-    this.detail = new Detail(core, catalogue, (row, bytes) => this.#edit(row, bytes));
+    this.detail = new Detail(core, catalogue, findingNames, {
+      edit: (row, bytes) => this.#edit(row, bytes),
+      mendKind: (finding) => this.#mendKind(finding),
+    });
     this.panels = makePanels({
       core,
       catalogue,
@@ -201,22 +204,42 @@ class Page {
 
   async #edit(row: number, bytes: Bytes) {
     if (!this.log) return;
-    const before = await this.log.message(row);
-    this.history.add({ row, before, after: bytes });
-    await this.#put(row, bytes);
+    const described = await this.core.row(bytes);
+    await this.#change(Uint32Array.of(row), new Blob([bytes]), Uint32Array.of(bytes.length), described);
   }
 
-  // A message becomes another, everywhere.
-  async #put(row: number, bytes: Bytes) {
+  // Messages of some rows become others, which can be taken back.
+  async #change(rows: Uint32Array, messages: Blob, sizes: Uint32Array, described: Bytes) {
     const { log } = this;
     if (!log) return;
-    await log.change(row, bytes, await this.core.row(bytes), this.core);
+    const before = log.snapshot(rows);
+    const after = await log.take(rows, messages, sizes, described);
+    this.history.add({ rows, before, after });
+    await this.#put(rows, after);
+  }
+
+  async #mendKind(finding: number) {
+    const { log } = this;
+    if (!log) return;
+    const { rows, messages, sizes, described } = await log.mended(finding);
+    if (this.log !== log) return;
+    if (rows.length > 0) await this.#change(rows, messages, sizes, described);
+    announce(`${counted(rows.length, 'message')} mended.`);
+  }
+
+  // Messages become others, everywhere.
+  async #put(rows: Uint32Array, messages: Snapshot) {
+    const { log } = this;
+    if (!log) return;
+    await log.put(rows, messages, this.core);
     this.#showHistory();
-    await this.filters.update(row);
+    await this.filters.update(rows);
     this.list.draw();
     this.#showSummary(log);
-    const panels = this.panels.map((panel) => panel.update(row));
-    await Promise.all([...panels, this.row === row ? this.#showRow(row) : this.#choose(row)]);
+    const panels = this.panels.map((panel) => panel.update(rows));
+    const shown = this.row !== undefined && rows.includes(this.row) ? this.#showRow(this.row) : undefined;
+    if (!shown) this.#choose(rows[0]);
+    await Promise.all([...panels, shown]);
   }
 
   #showHistory() {
@@ -229,15 +252,15 @@ class Page {
 
   async #undo() {
     if (!this.history.canUndo) return;
-    const { row, before } = this.history.undo();
-    await this.#put(row, before);
+    const { rows, before } = this.history.undo();
+    await this.#put(rows, before);
     announce('Taken back.');
   }
 
   async #redo() {
     if (!this.history.canRedo) return;
-    const { row, after } = this.history.redo();
-    await this.#put(row, after);
+    const { rows, after } = this.history.redo();
+    await this.#put(rows, after);
     announce('Done again.');
   }
 

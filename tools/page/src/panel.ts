@@ -27,8 +27,8 @@ export class Panel {
   async complete(): Promise<void> {}
   /** A message of the log's row is shown. */
   show(_log: Log, _row: number, _bytes: Bytes): void {}
-  /** A row's message was changed. */
-  async update(_row: number): Promise<void> {}
+  /** Messages of some rows were changed. */
+  async update(_rows: Uint32Array): Promise<void> {}
   /** Other messages pass the filters, that by the stretch aside; nothing when all do. */
   follow(_passes: ((row: number) => boolean) | undefined): void {}
   /** Another stretch of the log is looked at. */

@@ -160,11 +160,11 @@ export class Plot extends Panel {
     await this.#placeAll();
   }
 
-  /** A message was changed. */
-  override async update(row: number) {
+  /** Messages were changed. */
+  override async update(rows: Uint32Array) {
     const { log } = this;
     if (!log) return;
-    for (const curve of this.#all()) await curve.update(log, row);
+    for (const curve of this.#all()) await curve.update(log, rows);
     if (this.log !== log) return;
     this.refresh();
     await this.#placeAll();

@@ -1,10 +1,11 @@
 // What was found in a message, each with its place; choosing one goes there. A list of any length: it stands there in
 // pieces, of which only those in sight are drawn.
 import type { MessageModel } from './messageModel.ts';
+import type { Remedy } from './core.ts';
 import type { Problem } from './types.ts';
 import { byId, element } from './elements.ts';
 import { shown } from './signs.ts';
-import { counted } from './words.ts';
+import { counted, number } from './words.ts';
 
 const pieceSize = 50;
 const usualHeight = 36; // of a problem, in pixels, until it was drawn
@@ -15,11 +16,25 @@ export class ProblemList {
   #pieces = new Map<HTMLElement, { first: number; count: number; isDrawn?: boolean }>();
   #sight: IntersectionObserver;
 
-  constructor(private readonly onProblem: (problem: Problem) => void) {
+  #remedies = new Map<number, Remedy>(); // by their problems
+
+  constructor(
+    private readonly on: {
+      /** A problem was chosen. */
+      problem: (problem: Problem) => void;
+      /** What can be done about a problem is to be done. */
+      mend: (problem: number) => void;
+      /** The same about all of a kind in the log. */
+      mendKind: (code: string) => void;
+      /** How many messages of the log have such a problem. */
+      count: (code: string) => number;
+    },
+  ) {
     this.#sight = new IntersectionObserver((entries) => this.#follow(entries), { root: this.#list, rootMargin: '300px' });
   }
 
-  show(model: MessageModel) {
+  show(model: MessageModel, remedies: Remedy[]) {
+    this.#remedies = new Map(remedies.map((remedy) => [remedy.problem, remedy]));
     this.model = model;
     this.#sight.disconnect();
     this.#pieces.clear();
@@ -72,13 +87,28 @@ export class ProblemList {
       { 'data-code': code, 'aria-setsize': this.model.problemCount, 'aria-posinset': at + 1 },
       element(
         'button',
-        { type: 'button', class: `problem ${severity}`, onclick: () => this.onProblem(problem) },
+        { type: 'button', class: `problem ${severity}`, onclick: () => this.on.problem(problem) },
         element('span', { class: 'problemSeverity' }, severity),
         part('problemMessage', message),
         consequence ? part('problemConsequence', consequence) : null,
         suggestion ? element('span', { class: 'problemMeant' }, 'did you mean ', element('b', {}, ...shown(suggestion)), '?') : null,
         part('problemPlace', `${path ? `${path}, ` : ''}${placeInWords(start, end)}`),
       ),
+      this.#remedy(at, code),
+    );
+  }
+
+  #remedy(at: number, code: string) {
+    const remedy = this.#remedies.get(at);
+    if (!remedy) return null;
+    const button = (words: string, onclick: () => void) =>
+      element('button', { type: 'button', class: 'quiet small', onclick }, ...shown(words));
+    const count = this.on.count(code);
+    return element(
+      'span',
+      { class: 'remedy' },
+      button(remedy.certain ? remedy.words : `${remedy.words}?`, () => this.on.mend(at)),
+      remedy.certain && count > 1 ? button(`in all ${number(count)} messages with this`, () => this.on.mendKind(code)) : null,
     );
   }
 }

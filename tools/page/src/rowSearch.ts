@@ -48,8 +48,10 @@ export class RowSearch {
     onMore();
   }
 
-  /** A message was changed. */
-  async update(row: number) {
-    if (row < this.count) this.isFound[row] = (await this.log.find(this.job, [row], this.parameters))[0];
+  /** Messages were changed. */
+  async update(rows: Uint32Array) {
+    const known = rows.filter((row) => row < this.count);
+    const isFound = await this.log.find(this.job, known, this.parameters);
+    known.forEach((row, at) => (this.isFound[row] = isFound[at]));
   }
 }

@@ -2,7 +2,7 @@
 // the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
 // block and what the core keeps of a message that has no end yet.
 import type { Bytes, LinePlace, NamedBlob } from './types.ts';
-import { coreText } from './bytes.ts';
+import { coreText, isSame } from './bytes.ts';
 import { Core } from './core.ts';
 import { plainBlob } from './unpacking.ts';
 
@@ -137,6 +137,25 @@ const jobs = {
       if (!error) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
     });
     return { isFound };
+  },
+
+  // Messages with all that is certain done about a finding: which ones are others then, and what the core says of those.
+  async mend({ job, blob, offsets, sizes, finding }: Messages & { finding: number }) {
+    const changed: number[] = [];
+    const made: Bytes[] = [];
+    const rows: Bytes[] = [];
+    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+      for (let at = first; at < last; ++at) {
+        const message = block.subarray(offsets[at] - start, offsets[at] - start + sizes[at]);
+        const mended = core.mendKind(message, finding);
+        if (isSame(mended, message)) continue;
+        changed.push(at);
+        made.push(mended);
+        rows.push(core.row(mended));
+      }
+    });
+    const described = new Uint8Array(await new Blob(rows).arrayBuffer());
+    return { changed, messages: new Blob(made), sizes: Uint32Array.from(made, ({ length }) => length), described };
   },
 
   // Some messages with what stands in front of them on their lines, as a log.
