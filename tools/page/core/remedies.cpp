@@ -13,9 +13,8 @@ using namespace vek::inspect;
 namespace {
 
 std::string withRemedies(const tree_t &tree, std::vector<remedy_t> remedies) {
-    std::stable_sort(remedies.begin(), remedies.end(), [](const remedy_t &left, const remedy_t &right) {
-        return left.place.start < right.place.start;
-    });
+    std::stable_sort(remedies.begin(), remedies.end(),
+                     [](const remedy_t &left, const remedy_t &right) { return left.place.start < right.place.start; });
     return applied(tree.text(), withLength(tree, std::move(remedies)));
 }
 
