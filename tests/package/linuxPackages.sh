@@ -185,6 +185,19 @@ for file in man/man1/vekmsg.1 bash-completion/completions/vekmsg zsh/vendor-comp
     [ -s "$tool/share/$file" ] || [ -s "$tool/share/$file.gz" ] || fail "no $file in the package"
 done
 
+# The service: as systemd reads it, and what it runs.
+unit=$tool/lib/systemd/system/vekmsg-load@.service
+if command -v systemd-analyze >/dev/null; then
+    said=$(systemd-analyze verify --man=no "$unit" 2>&1) || fail "systemd refuses the service: $said"
+    [ -z "$said" ] || fail "systemd says of the service: $said"
+fi
+run=$(sed -n "s/^ExecStart=.*'\(.*\)'$/\1/p" "$unit")
+"$tool/bin/vekmsg" example --messages 100 "$work/fleet" 2>/dev/null
+PATH=$tool/bin:$PATH INTO=$work/fleet.sqlite LOGS="$work/fleet/*.log" OPTIONS='--pattern {device}.log' timeout 4 sh -c "$run" ||
+    [ $? = 124 ] || fail "the service ends"
+[ "$(sqlite3 "$work/fleet.sqlite" 'SELECT count(DISTINCT device) FROM sources JOIN messages USING (source_id)')" = 8 ] ||
+    fail "the service does not load"
+
 # As part of the hosts' project, which gets the libraries and nothing else of this project. The same build folder serves
 # both ways, so that the library's sources are compiled once.
 crowded=-DCMAKE_PROJECT_hosts_INCLUDE=$source/tests/package/crowdedProject.cmake

@@ -16,66 +16,12 @@ import sys
 import tempfile
 import threading
 import time
-import urllib.error
-import urllib.request
+
+from servers import Server
 
 vekmsg = os.path.abspath(sys.argv[1])
 seed = int(sys.argv[2]) if len(sys.argv) > 2 else os.getpid()
 random.seed(seed)
-server_program = shutil.which("clickhouse-server", path=os.environ["PATH"] + ":/usr/sbin")
-if server_program is None:
-    print("clickhouse-server is not there; scripts/packages.sh cluster installs it")
-    sys.exit(1 if os.environ.get("CI") else 77)
-
-
-def free_port():
-    with socket.socket() as one:
-        one.bind(("127.0.0.1", 0))
-        return one.getsockname()[1]
-
-
-class Server:
-    CONFIG = """<yandex>
-    <listen_host>127.0.0.1</listen_host> <http_port>{0.port}</http_port> <tcp_port>{0.tcp}</tcp_port>
-    <path>{0.folder}/data/</path> <tmp_path>{0.folder}/tmp/</tmp_path> <mark_cache_size>50000000</mark_cache_size>
-    <logger> <level>warning</level> <log>{0.folder}/log</log> <errorlog>{0.folder}/errors.log</errorlog> </logger>
-    <users_config>users.xml</users_config> <default_profile>default</default_profile>
-</yandex>"""
-    USERS = """<yandex> <profiles> <default/> </profiles> <quotas> <default/> </quotas> <users> <default>
-    <password/> <networks> <ip>127.0.0.1</ip> </networks> <profile>default</profile> <quota>default</quota>
-</default> </users> </yandex>"""
-
-    def __init__(self, folder):
-        self.folder, self.port, self.tcp = folder, free_port(), free_port()
-        pathlib.Path(folder).mkdir()
-        pathlib.Path(folder, "config.xml").write_text(self.CONFIG.format(self))
-        pathlib.Path(folder, "users.xml").write_text(self.USERS)
-        self.start()
-
-    def start(self):
-        with open(f"{self.folder}/out", "ab") as out:
-            self.process = subprocess.Popen([server_program, "--config-file=config.xml"], cwd=self.folder, stdout=out,
-                                            stderr=out)
-        for _ in range(300):
-            try:
-                return self.ask("SELECT 1", "default")
-            except OSError:
-                time.sleep(0.1)
-        raise SystemExit("the server does not start")
-
-    def kill(self):
-        self.process.kill()
-        self.process.wait()
-
-    def ask(self, statement, database):
-        url = f"http://127.0.0.1:{self.port}/?database={database}"
-        try:
-            with urllib.request.urlopen(url, statement.encode(), timeout=60) as answer:
-                return answer.read().decode()
-        except urllib.error.HTTPError as error:
-            raise SystemExit(error.read().decode()) from error
-
-
 class Proxy:
     """Passes requests on; of a request that inserts, `fault` says what becomes of it."""
 
@@ -132,7 +78,7 @@ class Proxy:
                 request = self.request(client)
                 if request is None:
                     return
-                fault = self.fault if b"_data_format" in request and random.random() < 0.3 else None
+                fault = self.fault if (b"decompress=" in request or b"session_id=" in request) and random.random() < 0.3 else None
                 self.hits += fault is not None
                 if fault == "late":  # the connection is lost, and the request comes after all
                     return self.later(random.random() * 2, request)
@@ -152,7 +98,7 @@ class Proxy:
 timers = []
 failures = 0
 folder = tempfile.mkdtemp()
-server = Server(f"{folder}/server")
+server = Server(f"{folder}/server").start()
 databases = 0
 
 
@@ -242,7 +188,7 @@ try:
         time.sleep(random.random() * 0.5)
         server.kill()
         time.sleep(0.5)
-        server.start()
+        server.restart()
     finish(one)
     expect("a killed server", database, wanted)
 
@@ -360,8 +306,8 @@ try:
     server.kill()
     with open(f"{folder}/followed.log", "a", encoding="utf-8") as file:
         file.write(pathlib.Path(logs[1]).read_text())
-    time.sleep(1.5)
-    server.start()
+    time.sleep(6)
+    server.restart()
     whole = undisturbed("followed.log")
     for _ in range(300):
         if content(database) == whole:

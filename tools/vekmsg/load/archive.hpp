@@ -51,7 +51,7 @@ public:
     virtual void commit(bool isLast) = 0;
     /// There is so much that it should be committed.
     virtual bool isFull() const = 0;
-    /// Milliseconds that a followed log's rows may wait for others.
+    /// Milliseconds that a log's rows may wait for those of others.
     virtual unsigned patience() const = 0;
 
     /// Whether rows can be taken away again, as those of a message that was cut off.

@@ -18,12 +18,13 @@ public:
         : options_(options), times_(options.reading.timeExpression), archive_(archive) {}
 
     int run() {
-        const std::uint64_t begun = milliseconds();
+        const std::uint64_t begun = committed_ = milliseconds();
         if (options_.reading.follows)
             follow();
         else
             for (const std::string &name : options_.reading.files)
                 loadAll(name);
+        commit(true);
         progress_.clear();
         if (!options_.isQuiet) {
             sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
@@ -91,7 +92,10 @@ private:
         } catch (const usageError_t &error) {
             complainAbout(error.what(), exitUsage);
         }
-        commit(true);
+        if (archive_.hasBegun())
+            log.save();
+        if (archive_.isFull() || milliseconds() - committed_ >= archive_.patience())
+            commit(true);
         logs_.clear();
     }
 
@@ -161,7 +165,6 @@ private:
                 commit(false);
             return true;
         });
-        commit(true);
     }
 
     const loadOptions_t &options_;

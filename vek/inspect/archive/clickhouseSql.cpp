@@ -65,7 +65,8 @@ std::vector<sqlColumn_t> clickhouseSourceColumns() {
 
 std::string clickhouseCreateSources(std::string_view name, std::string_view engine) {
     return created(name, clickhouseSourceColumns(),
-                   engine.empty() ? "ReplacingMergeTree(\"loaded_bytes\") ORDER BY (\"source_id\", \"claim\")"
+                   engine.empty() ? "ReplacingMergeTree(\"loaded_bytes\") ORDER BY (\"source_id\", \"claim\") "
+                                    "SETTINGS index_granularity = 64" // one log is looked for
                                   : engine);
 }
 

@@ -39,26 +39,24 @@ std::string listed(std::span<const std::uint64_t> numbers) {
 }
 
 // The rows of a log agree with each other in all but how far they were when they were written.
-std::vector<claims_t::known_t> claims_t::find(const std::string &condition) {
+std::vector<archivedLog_t> claims_t::find(const std::string &condition) {
     std::string columns;
     for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {
         const std::string name = sqlName(column.name);
         const std::string value = column.clickhouse == "String" ? "hex(" + name + ")" : "toString(" + name + ")";
         columns += column.name == "source_id" ? "toString(source_id)" : ", argMax(" + value + ", loaded_bytes)";
     }
-    std::vector<known_t> found;
-    for (const auto &line : server_.table(
-             inspect::joined({"SELECT ", columns, ", argMax(is_settled, claim * 2 + is_settled) FROM sources WHERE ",
-                              "source_id GLOBAL IN (SELECT source_id FROM sources WHERE ", condition,
-                              ") GROUP BY source_id ORDER BY source_id"}))) {
-        known_t &known = found.emplace_back();
+    std::vector<archivedLog_t> found;
+    for (const auto &line : server_.table(inspect::joined(
+             {"SELECT ", columns, " FROM sources WHERE source_id GLOBAL IN (SELECT source_id FROM sources WHERE ",
+              condition, ") GROUP BY source_id ORDER BY source_id"}))) {
+        archivedLog_t &known = found.emplace_back();
         std::size_t at = 0;
         for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {
             const std::string &value = line[at++];
             if (column.set != nullptr)
-                column.set(known.log, column.clickhouse == "String" ? unhexed(value) : value);
+                column.set(known, column.clickhouse == "String" ? unhexed(value) : value);
         }
-        known.isSettled = line[at] == "1";
     }
     return found;
 }
@@ -80,15 +78,10 @@ void claims_t::saveMarks(std::string_view rows) {
 }
 
 void claims_t::insert(const std::string &table, std::span<const inspect::sqlColumn_t> columns, std::string_view rows) {
-    std::string names, structure;
-    for (const auto &[name, type] : columns) {
+    std::string names;
+    for (const auto &[name, type] : columns)
         names.append(names.empty() ? "" : ", ").append(sqlName(name));
-        structure.append(structure.empty() ? "" : ", ").append(name).append(" ").append(type);
-    }
-    // A row that arrives twice is the same one.
-    while (!server_.insert(inspect::joined({"INSERT INTO ", table, " (", names, ") SELECT ", names, " FROM _data"}),
-                           structure, rows, table + "-" + nextQueryName())) {
-    }
+    server_.insert(inspect::joined({"INSERT INTO ", table, " (", names, ") FORMAT RowBinary"}), rows);
 }
 
 std::set<std::uint64_t> claims_t::claimsOf(std::span<const std::uint64_t> numbers) {

@@ -22,13 +22,8 @@ class claims_t {
 public:
     explicit claims_t(clusterServer_t &server) : server_(server) {}
 
-    /// A log as the server has it.
-    struct known_t {
-        inspect::archivedLog_t log;
-        bool isSettled = false; ///< all rows in front of its position are there, and none behind
-    };
-    /// Those for which a condition on the table of sources is true.
-    std::vector<known_t> find(const std::string &condition);
+    /// Logs as the server has them, for which a condition on the table of sources is true.
+    std::vector<inspect::archivedLog_t> find(const std::string &condition);
 
     /// Claims a log, and waits until nothing that was sent under another claim of it is on its way into the tables.
     void claim(const inspect::archivedLog_t &log);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "tools/vekmsg/load/clickhouse/httpClient.hpp"
+#include "tools/vekmsg/load/clickhouse/packedRows.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -33,15 +34,19 @@ public:
     const std::string &database() const { return database_; }
     const std::string &cluster() const { return cluster_; } ///< "" when one server has it all
     const std::string &name() const { return name_; }       ///< for people
+    bool isPatient() const { return isPatient_; }
 
     /// The answer to a statement. Asks again for a minute while the server is away, or for ever; then, and when it
     /// refuses, throws databaseError_t.
     std::string ask(const std::string &statement);
     /// The same, as the fields of its lines. Texts with tabs and the like in them are to be asked for with hex().
     std::vector<std::vector<std::string>> table(const std::string &statement);
-    /// Runs an INSERT that selects from rows sent with it in RowBinary, which are "_data" there and have this
-    /// structure, under a name of its own. False when it is not known whether it was run, or is running still, or it
-    /// was in part. Throws like ask().
+    /// Sends rows of a table until they have arrived, be it more than once.
+    void insert(const std::string &statement, std::string_view rows);
+    /// The rows that are sent with an INSERT, as it reads them: so many, if they should arrive twice.
+    static std::string sentRows(std::size_t count);
+    /// Runs an INSERT that selects from rows sent with it in RowBinary, of this structure, under a name of its own.
+    /// False when it is not known whether it was run, or is running still, or it was in part. Throws like ask().
     bool insert(const std::string &statement, const std::string &structure, std::string_view rows,
                 const std::string &queryName);
     /// The names of all queries that are running on the server, or on those of the cluster.
@@ -56,14 +61,15 @@ private:
     enum class outcome_t : std::uint8_t { done, tryAgain };
 
     clusterServer_t(const httpAddress_t &address, bool isPatient);
-    outcome_t send(const httpClient_t::parameters_t &parameters, const httpClient_t::parts_t &parts,
-                   std::string &answer);
+    outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
+    outcome_t sendRows(httpClient_t::parameters_t parameters, const packedRows_t &packed);
     void judge(const httpClient_t::answer_t &answer);
     void waitAfter(const std::string &why);
     [[noreturn]] void refuse(const std::string &why) const;
 
     std::string name_, database_, cluster_;
     httpClient_t client_;
+    std::uint64_t sessions_ = 0;
     std::uint64_t waited_ = 0; // milliseconds, since it last worked
     std::uint64_t patience_;
     bool isPatient_;

@@ -1,55 +1,21 @@
 #include "tools/vekmsg/load/clickhouse/clusterStore.hpp"
 
 #include "tools/vekmsg/load/clickhouse/migration.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
+#include "vek/inspect/archive/marks.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
+#include <set>
 
 namespace vek::tool {
 
 using inspect::archivedLog_t;
 
-namespace {
-
-std::string conditionOf(const std::map<std::uint64_t, std::uint64_t> &offsets) {
-    std::string condition;
-    for (const auto &[log, offset] : offsets)
-        condition.append(condition.empty() ? "(" : " OR (")
-            .append("source_id = " + std::to_string(log) + " AND byte_offset >= " + std::to_string(offset) + ")");
-    return condition;
-}
-
-} // namespace
-
 std::unique_ptr<archive_t> openCluster(const std::string &url, bool isPatient) {
     return std::make_unique<clusterStore_t>(url, isPatient);
-}
-
-void rowBatch_t::begin(std::uint64_t log, std::uint64_t offset) {
-    if (pieces_.empty() || pieces_.back().log != log || pieces_.back().offset != offset)
-        pieces_.push_back({log, offset, bytes_.size()});
-}
-
-std::map<std::uint64_t, std::uint64_t> rowBatch_t::logs() const {
-    std::map<std::uint64_t, std::uint64_t> logs;
-    for (const piece_t &piece : pieces_)
-        logs.try_emplace(piece.log, piece.offset);
-    return logs;
-}
-
-void rowBatch_t::dropBelow(const std::map<std::uint64_t, std::uint64_t> &offsets) {
-    rowBatch_t kept;
-    for (std::size_t at = 0; at < pieces_.size(); ++at) {
-        const piece_t &piece = pieces_[at];
-        if (const auto wanted = offsets.find(piece.log); wanted != offsets.end() && piece.offset < wanted->second)
-            continue;
-        kept.begin(piece.log, piece.offset);
-        const std::size_t end = at + 1 < pieces_.size() ? pieces_[at + 1].begin : bytes_.size();
-        kept.bytes_.append(bytes_, piece.begin, end - piece.begin);
-    }
-    *this = std::move(kept);
 }
 
 clusterStore_t::clusterStore_t(const std::string &url, bool isPatient) : server_(url, isPatient) {
@@ -60,6 +26,9 @@ clusterStore_t::clusterStore_t(const std::string &url, bool isPatient) : server_
             own.names.append(own.names.empty() ? "" : ", ").append(sqlName(name));
             own.structure.append(own.structure.empty() ? "" : ", ").append(name).append(" ").append(type);
         }
+        own.key = "toUInt64(source_id), toUInt64(byte_offset)";
+        for (std::size_t at = 0; at < table.depth; ++at)
+            own.key.append(", toUInt32(" + sqlName(inspect::elementColumn(at)) + ")");
     }
     makeTables();
 }
@@ -114,13 +83,15 @@ std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     const std::string first = std::to_string(log.firstHash()), head = std::to_string(log.headHash());
     const std::string named = "source = " + sqlText(log.name);
     std::vector<archivedLog_t> found;
-    for (claims_t::known_t &known :
+    for (archivedLog_t &known :
          claims_.find(inspect::joined({"first_hash = ", first, " OR (head_hash = ", head, " AND ", head,
                                        " != 0 AND length(first_bytes) < 4096) OR ", named}))) {
-        if (known.log.first.empty() && hasMessagesOf(known.log.number, log.first))
-            known.log.first = log.first;
-        found.push_back(known.log);
-        entered_[known.log.number] = {std::move(known.log), true, known.isSettled};
+        if (const auto saved = saved_.find(known.number); saved != saved_.end())
+            known = saved->second;
+        if (known.first.empty() && hasMessagesOf(known.number, log.first))
+            known.first = log.first;
+        found.push_back(known);
+        entered_[known.number] = std::move(known);
     }
     std::stable_sort(found.begin(), found.end(), [&](const archivedLog_t &one, const archivedLog_t &other) {
         return one.loadedAt > other.loadedAt;
@@ -166,65 +137,62 @@ void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
         text.append(1, '\0').append(part);
     log.number = inspect::hashOf(text) >> (64 - bits) | 1;
     while (true) {
-        const std::vector<claims_t::known_t> known = claims_.find("source_id = " + std::to_string(log.number));
+        const std::vector<archivedLog_t> known = claims_.find("source_id = " + std::to_string(log.number));
         if (known.empty() && !entered_.contains(log.number))
             break;
-        if (!isNew && !known.empty() && known.front().log.head() == log.head() &&
-            (known.front().log.first.starts_with(log.first) || log.first.starts_with(known.front().log.first)))
+        if (!isNew && !known.empty() && known.front().head() == log.head() &&
+            (known.front().first.starts_with(log.first) || log.first.starts_with(known.front().first)))
             throw usageError_t("another vekmsg has begun to load " + log.name + " into " + name() + "; let it");
         log.number += 2;
     }
-    claim(entered_[log.number] = {log, false, true});
+    claim(entered_[log.number] = log);
 }
 
-// Its rows may be there behind what the table of sources says, when a loader was interrupted.
-void clusterStore_t::claim(entered_t &entered) {
-    claims_.claim(entered.log);
-    const std::vector<claims_t::known_t> now = claims_.find("source_id = " + std::to_string(entered.log.number));
-    if (now.empty() || now.front().log.position.offset != entered.log.position.offset)
-        throw usageError_t("another vekmsg loads " + entered.log.name + " into " + name() +
-                           " at the same time; let it");
-    if (entered.isKnown && !entered.isSettled)
-        askWanted(tables_, entered.log);
-    entered.isKnown = true;
+void clusterStore_t::claim(const archivedLog_t &log) {
+    claims_.claim(log);
+    const std::vector<archivedLog_t> now = claims_.find("source_id = " + std::to_string(log.number));
+    if (now.empty() || now.front().position.offset != log.position.offset)
+        throw usageError_t("another vekmsg loads " + log.name + " into " + name() + " at the same time; let it");
 }
 
-void clusterStore_t::askWanted(std::span<table_t> tables, const archivedLog_t &log) {
-    std::string statement;
-    for (std::size_t at = 0; at < tables.size(); ++at)
-        statement.append(at == 0 ? "" : " UNION ALL ")
-            .append("SELECT " + std::to_string(at) + ", count(), max(byte_offset) FROM ")
-            .append(sqlName(tables[at].declared->name))
-            .append(" WHERE " + conditionOf({{log.number, log.position.offset}}));
-    for (const auto &line : server_.table(statement))
-        if (line[1] != "0")
-            tables[std::stoul(line[0])].wanted[log.number] = std::stoull(line[2]) + 1;
-}
-
-// Of many marks the first ones tell as much.
+// Of many marks the first ones tell as much. Some wait here, to go out with the messages.
 archive_t::overlap_t clusterStore_t::overlap(const archivedLog_t &log, std::span<const std::int64_t> marks) {
     constexpr std::size_t enough = 1000;
-    std::string some;
-    for (const std::int64_t mark : marks.first(std::min(enough, marks.size())))
-        some.append(some.empty() ? "" : ", ").append(std::to_string(mark));
-    overlap_t most;
+    const std::set<std::int64_t> some(marks.begin(),
+                                      marks.begin() + static_cast<std::ptrdiff_t>(std::min(enough, marks.size())));
     if (some.empty())
-        return most;
-    for (const auto &line : server_.table("SELECT source_id, uniqExact(mark) AS count FROM marks WHERE mark IN (" +
-                                          some + ") AND source_id != " + std::to_string(log.number) +
-                                          " GROUP BY source_id ORDER BY count DESC LIMIT 1")) {
-        most.count = std::stoul(line[1]);
-        for (claims_t::known_t &known : claims_.find("source_id = " + line[0]))
-            most.log = std::move(known.log);
-    }
+        return {};
+    std::map<std::uint64_t, std::size_t> counts;
+    for (const auto &[mark, number] : marks_)
+        counts[number] += number != log.number && some.contains(mark) ? 1 : 0;
+    std::string listed;
+    for (const std::int64_t mark : some)
+        listed.append(listed.empty() ? "" : ", ").append(std::to_string(mark));
+    for (const auto &line : server_.table(inspect::joined(
+             {"SELECT source_id, uniqExact(mark) AS count FROM marks WHERE mark IN (", listed,
+              ") AND source_id != ", std::to_string(log.number), " GROUP BY source_id ORDER BY count DESC LIMIT 1"})))
+        counts[std::stoull(line[0])] += std::stoul(line[1]);
+    overlap_t most;
+    for (const auto &[number, count] : counts)
+        if (count > most.count) {
+            most.log.number = number;
+            most.count = count;
+        }
+    if (most.count > 0)
+        for (archivedLog_t &known : claims_.find("source_id = " + std::to_string(most.log.number)))
+            most.log = std::move(known);
     return most;
 }
 
+// Of logs that are followed some are looked for at once: a few come with every round.
 archive_t::overlap_t clusterStore_t::mark(const archivedLog_t &log, std::span<const std::int64_t> marks) {
-    if (claims_.holds(log.number))
-        for (const std::int64_t mark : marks)
-            inspect::appendMark(marks_, mark, log.number);
-    return overlap(log, marks);
+    const std::size_t enough = server_.isPatient() ? inspect::markMaker_t::first : 1;
+    std::vector<std::int64_t> &news = news_[log.number];
+    for (const std::int64_t mark : marks) {
+        news.push_back(mark);
+        marks_.emplace_back(mark, log.number);
+    }
+    return news.size() < enough ? overlap_t{} : overlap(log, std::exchange(news, {}));
 }
 
 void clusterStore_t::row(const inspect::row_t &row) {
@@ -232,33 +200,32 @@ void clusterStore_t::row(const inspect::row_t &row) {
     if (!claims_.holds(number))
         claim(entered_.at(number));
     table_t &table = tables_[row.table.number];
-    if (const auto wanted = table.wanted.find(number);
-        wanted != table.wanted.end() && row.front.byteOffset < wanted->second)
-        return;
     if (row.table.number == 0) {
         ++counts_.messages;
         counts_.damaged += row.isDamaged ? 1 : 0;
     }
-    table.batch.begin(number, row.front.byteOffset);
-    std::string &bytes = table.batch.bytes();
-    const std::size_t before = bytes.size();
-    inspect::appendRowBinary(bytes, row);
-    size_ += bytes.size() - before;
+    table.logs.try_emplace(number, row.front.byteOffset);
+    ++table.count;
+    const std::size_t before = table.rows.size();
+    inspect::appendRowBinary(table.rows, row);
+    size_ += table.rows.size() - before;
 }
 
 // Bytes of all tables: large batches are what such a server likes, and the memory is bounded.
 bool clusterStore_t::isFull() const {
-    constexpr std::size_t batchSize = std::size_t{16} << 20;
+    constexpr std::size_t batchSize = std::size_t{64} << 20;
     return size_ >= batchSize;
 }
 
 void clusterStore_t::save(const archivedLog_t &log) {
     if (claims_.holds(log.number))
-        saved_.push_back(log);
+        saved_[log.number] = log;
 }
 
-// A claim that counts behind all the batches has counted for each of them.
+// A claim that counts behind all the batches has counted for each of them. What is not said of them is found when it is
+// needed: rows that are there are not taken again.
 void clusterStore_t::commit(bool isLast) {
+    constexpr std::uint64_t pause = 60'000; // milliseconds
     hasBegun_ = false;
     for (table_t &table : tables_)
         send(table);
@@ -266,11 +233,18 @@ void clusterStore_t::commit(bool isLast) {
     if (saved_.empty())
         return;
     claims_.verify();
-    claims_.saveMarks(marks_);
+    if (!isLast && milliseconds() - savedAt_ < pause)
+        return;
+    savedAt_ = milliseconds();
+    std::string marks;
+    for (const auto &[mark, number] : marks_)
+        inspect::appendMark(marks, mark, number);
+    claims_.saveMarks(marks);
     marks_.clear();
-    claims_.save(saved_, isLast);
-    for (const archivedLog_t &log : saved_)
-        entered_[log.number] = {log, true, isLast};
+    std::vector<archivedLog_t> logs;
+    for (const auto &[number, log] : saved_)
+        logs.push_back(entered_[number] = log);
+    claims_.save(logs, isLast);
     saved_.clear();
     if (isLast)
         claims_.clear();
@@ -280,25 +254,36 @@ std::int64_t clusterStore_t::all() {
     return std::stoll(server_.ask("SELECT count() FROM messages"));
 }
 
+// Where rows of a batch may be there already: behind a place in each log, or, of many logs, exactly where these are.
+std::string clusterStore_t::placesOf(const table_t &table) {
+    constexpr std::size_t few = 4;
+    if (table.logs.size() > few)
+        return "(source_id, byte_offset) GLOBAL IN (SELECT source_id, byte_offset FROM " +
+               clusterServer_t::sentRows(table.count) + ")";
+    std::string places;
+    for (const auto &[log, offset] : table.logs)
+        places += inspect::joined({places.empty() ? "(" : " OR (", "source_id = ", std::to_string(log),
+                                   " AND byte_offset >= ", std::to_string(offset), ")"});
+    return places;
+}
+
 void clusterStore_t::send(table_t &table) {
     const std::string name = sqlName(table.declared->name);
-    while (!table.batch.isEmpty()) {
-        const offsets_t logs = table.batch.logs();
-        std::vector<std::uint64_t> numbers;
-        for (const auto &[log, offset] : logs)
-            numbers.push_back(log);
+    std::vector<std::uint64_t> numbers;
+    for (const auto &[log, offset] : table.logs)
+        numbers.push_back(log);
+    while (table.count > 0) {
         const std::string statement = inspect::joined(
-            {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.names, " FROM _data WHERE ",
-             claims_.condition(numbers), " AND (source_id, byte_offset) NOT IN (SELECT source_id, byte_offset FROM ",
-             name, " WHERE ", conditionOf(logs), ")"});
-        if (server_.insert(statement, table.structure, table.batch.bytes(), claims_.nextQueryName()))
+            {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.names, " FROM ",
+             clusterServer_t::sentRows(table.count), " WHERE ", claims_.condition(numbers), " AND (", table.key,
+             ") NOT IN (SELECT ", table.key, " FROM ", name, " WHERE ", placesOf(table), ")"});
+        if (server_.insert(statement, table.structure, table.rows, claims_.nextQueryName()))
             break;
         claims_.renew();
-        for (const auto &[log, offset] : logs)
-            askWanted({&table, 1}, entered_.at(log).log);
-        table.batch.dropBelow(table.wanted);
     }
-    table.batch = {};
+    table.rows.clear();
+    table.count = 0;
+    table.logs.clear();
 }
 
 } // namespace vek::tool

@@ -2,7 +2,6 @@
 #include "tools/vekmsg/load/clickhouse/httpClient.hpp"
 
 #include <curl/curl.h>
-#include <new>
 
 namespace vek::tool {
 
@@ -99,28 +98,7 @@ httpClient_t::httpClient_t(const httpAddress_t &address) : connection_(std::make
 
 httpClient_t::~httpClient_t() = default;
 
-namespace {
-
-struct formReleaser_t {
-    void operator()(curl_mime *form) const { curl_mime_free(form); }
-};
-using form_t = std::unique_ptr<curl_mime, formReleaser_t>;
-
-form_t formOf(CURL *curl, const httpClient_t::parts_t &parts) {
-    form_t form(curl_mime_init(curl));
-    for (const auto &[name, bytes] : parts) {
-        curl_mimepart *const part = curl_mime_addpart(form.get());
-        if (curl_mime_name(part, name.c_str()) != CURLE_OK ||
-            curl_mime_data(part, bytes.data(), bytes.size()) != CURLE_OK ||
-            (&bytes == &parts.back().second && curl_mime_filename(part, name.c_str()) != CURLE_OK))
-            throw std::bad_alloc();
-    }
-    return form;
-}
-
-} // namespace
-
-httpClient_t::answer_t httpClient_t::post(const parameters_t &parameters, const parts_t &parts) {
+httpClient_t::answer_t httpClient_t::post(const parameters_t &parameters, std::string_view body) {
     CURL *const curl = connection_->curl.get();
     std::string url = connection_->server + "/";
     char mark = '?';
@@ -132,13 +110,8 @@ httpClient_t::answer_t httpClient_t::post(const parameters_t &parameters, const 
     answer_t answer;
     curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
-    const form_t form = parts.size() > 1 ? formOf(curl, parts) : nullptr;
-    if (form) {
-        curl_easy_setopt(curl, CURLOPT_MIMEPOST, form.get());
-    } else {
-        curl_easy_setopt(curl, CURLOPT_POSTFIELDS, parts.front().second.data());
-        curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(parts.front().second.size()));
-    }
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDS, body.data());
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
     connection_->words[0] = '\0';
     const CURLcode code = curl_easy_perform(curl);
     if (code == CURLE_COULDNT_CONNECT)

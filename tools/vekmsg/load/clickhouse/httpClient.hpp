@@ -43,12 +43,8 @@ public:
     httpClient_t(const httpClient_t &) = delete;
     httpClient_t &operator=(const httpClient_t &) = delete;
 
-    /// What a request carries: one part without a name is its body, named ones are fields of a form, the last of which
-    /// is a file.
-    using parts_t = std::vector<std::pair<std::string, std::string_view>>;
-
-    /// Sends the parts, and the parameters in the address of the request. Throws connectionError_t.
-    answer_t post(const parameters_t &parameters, const parts_t &parts);
+    /// Sends the bytes, and the parameters in the address of the request. Throws connectionError_t.
+    answer_t post(const parameters_t &parameters, std::string_view body);
 
 private:
     struct connection_t;
