@@ -8,6 +8,7 @@ const [corePath, examplePath, version, outputPath] = process.argv.slice(2);
 const folder = new URL('.', import.meta.url).pathname;
 const read = (path) => readFileSync(path, 'utf8');
 const largest = 1_000_000;
+const modules = new Set(); // of others, that are bundled
 
 async function bundle(entry, virtual = {}) {
   const texts = {
@@ -17,9 +18,10 @@ async function bundle(entry, virtual = {}) {
       onLoad({ filter: /.*/, namespace: 'page' }, ({ path }) => ({ contents: virtual[path], loader: 'text' }));
     },
   };
-  const { outputFiles } = await build({
+  const { outputFiles, metafile } = await build({
     entryPoints: [folder + entry],
     bundle: true,
+    metafile: true,
     minify: true,
     format: 'esm',
     target: 'es2022',
@@ -28,6 +30,10 @@ async function bundle(entry, virtual = {}) {
     write: false,
     plugins: [texts],
   });
+  for (const input of Object.keys(metafile.inputs)) {
+    const name = /node_modules\/((?:@[^/]+\/)?[^/]+)\//.exec(input)?.[1];
+    if (name) modules.add(name);
+  }
   return outputFiles[0].text.trim();
 }
 
@@ -45,8 +51,9 @@ async function bundleStyles() {
 const hashOf = (text) => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
 const escaped = (text) => text.replaceAll('&', '&amp;').replaceAll('<', '&lt;').replaceAll('"', '&quot;');
 
-// The licences of what is compiled into the core, as Debian states them.
-const copyrightOf = (name) => `${name}\n\n${read(`/usr/share/doc/${name}/copyright`)}`;
+// The licences of what is inside: of the modules that were bundled, and of what is compiled into the core.
+const noticeOf = (name) => read(`${folder}../../packaging/notices/${name}.txt`);
+const licenceOf = (name) => `Name: ${name}\n\n${read(`${folder}node_modules/${name}/LICENSE`)}`;
 
 const worker = await bundle('src/worker.ts');
 // What ends a script element must not stand in one.
@@ -71,8 +78,9 @@ const parts = {
   script,
   version: escaped(version),
   core: gzipSync(readFileSync(corePath), { level: 9 }).toString('base64'),
-  uplotLicence: escaped(read(`${folder}node_modules/uplot/LICENSE`)),
-  otherLicences: escaped(['libfast-float-dev', 'nlohmann-json3-dev'].map(copyrightOf).join('\n\n')),
+  licences: escaped(
+    [...[...modules].sort().map(licenceOf), ...['nlohmann-json', 'fast_float', 'emscripten'].map(noticeOf)].join('\n----\n\n'),
+  ),
 };
 const page = read(`${folder}index.html`).replaceAll(/\{\{(\w+)\}\}/g, (_all, name) => parts[name]);
 if (Buffer.byteLength(page) >= largest) throw new Error(`the page has ${Buffer.byteLength(page)} bytes, and ${largest} are too many`);
