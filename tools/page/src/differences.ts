@@ -6,7 +6,9 @@ import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Bytes, Difference } from './types.ts';
-import { show, shown, shownWords } from './signs.ts';
+import { MessageModel } from './messageModel.ts';
+import type { OtherLog } from './otherLog.ts';
+import { shown, shownWords } from './signs.ts';
 import { counted } from './words.ts';
 
 export class Differences extends Panel {
@@ -21,10 +23,19 @@ export class Differences extends Panel {
   readonly #core: CoreCalls;
   readonly #catalogue: Catalogue;
 
-  constructor({ core, catalogue }: Parts) {
+  readonly #others: OtherLog;
+
+  constructor({ core, catalogue, other }: Parts) {
     super();
     this.#core = core;
     this.#catalogue = catalogue;
+    this.#others = other;
+    other.onChange(() => {
+      if (!this.#log || !this.#bytes) return;
+      this.show(this.#log, this.#row, this.#bytes);
+      if (this.#inOther(this.#log) !== undefined) byId('compareWith').value = 'other';
+      this.open();
+    });
     byId('compareWith').addEventListener('change', () => busy(this.draw()));
     byId('markMessage').addEventListener('click', () => this.#mark());
   }
@@ -44,9 +55,23 @@ export class Differences extends Panel {
     if (log.originals.has(row)) choices.push(option('original', 'as it was read'));
     if (this.#previous >= 0) choices.push(option('previous', `the ${this.#called(log, this.#previous)}, the one before of its kind`));
     if (this.#marked) choices.push(option('marked', `the ${this.#marked.name}, marked`));
+    const other = this.#inOther(log);
+    if (other)
+      choices.push(option('other', `the ${this.#called(other.log, other.row)} of ${shownWords(other.log.name)}, at this time of its day`));
     setOptions(byId('compareWith'), choices);
-    byId('compareForm').hidden = choices.length === 0;
+    byId('compareWith').disabled = choices.length === 0;
     if (!byId('differencePanel').hidden) busy(this.draw());
+  }
+
+  // The message of the same kind in the other log, that was the latest at this time of its day, or else the first.
+  #inOther(log: Log) {
+    const other = this.#others.log;
+    if (!other) return undefined;
+    const ids = other.columns.id.subarray(0, other.count);
+    const id = log.columns.id[this.#row];
+    const before = ids.lastIndexOf(id, this.#others.rowAt(log, this.#row));
+    const row = before >= 0 ? before : ids.indexOf(id);
+    return row >= 0 ? { log: other, row } : undefined;
   }
 
   #called(log: Log, row: number) {
@@ -64,6 +89,8 @@ export class Differences extends Panel {
 
   async #other(log: Log, choice: string) {
     if (choice === 'marked' && this.#marked) return this.#marked.bytes;
+    const other = choice === 'other' && this.#inOther(log);
+    if (other) return other.log.message(other.row);
     return choice === 'previous' ? log.message(this.#previous) : log.original(this.#row);
   }
 
@@ -88,9 +115,25 @@ export class Differences extends Panel {
     byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
     table.hidden = found.length === 0;
     byId('differenceRows').replaceChildren(...found.map(differenceRow));
-    show(byId('leftText'), coreText(left), true);
-    show(byId('rightText'), coreText(bytes), true);
+    const paths = found.map(({ path }) => path);
+    const texts = { left: await MessageModel.of(this.#core, left), right: await MessageModel.of(this.#core, bytes) };
+    for (const [side, model] of Object.entries(texts)) byId(`${side}Text`).replaceChildren(...markedText(model, paths));
   }
+}
+
+// The text with what stands at some paths marked.
+function markedText(model: MessageModel, paths: string[]): (string | HTMLElement)[] {
+  const { bytes } = model;
+  const places = paths.flatMap((path) => model.find(path)?.whole ?? []).sort((left, right) => left.start - right.start);
+  const words = (start: number, end: number) => shown(coreText(bytes.subarray(start, end)), true);
+  const parts: (string | HTMLElement)[] = [];
+  let at = 0;
+  for (const { start, end } of places) {
+    if (start < at || start === end) continue; // it is in the one before
+    parts.push(...words(at, start), element('mark', {}, ...words(start, end)));
+    at = end;
+  }
+  return [...parts, ...words(at, bytes.length)];
 }
 
 function differenceRow({ path, left, right }: Difference) {

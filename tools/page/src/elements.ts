@@ -18,12 +18,14 @@ interface Elements {
   listDialog: HTMLDialogElement;
   pasteDialog: HTMLDialogElement;
   pasteText: HTMLTextAreaElement;
+  otherFile: HTMLInputElement;
   plotBands: HTMLSelectElement;
   plotKey: HTMLButtonElement;
   plotKeyName: HTMLInputElement;
   plotOver: HTMLSelectElement;
   progressBar: HTMLProgressElement;
   redoEdit: HTMLButtonElement;
+  stateSince: HTMLSelectElement;
   timeLine: HTMLCanvasElement;
   undoEdit: HTMLButtonElement;
   viewName: HTMLInputElement;

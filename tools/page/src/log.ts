@@ -23,6 +23,13 @@ type Rows = Uint32Array | number[];
 type Asked = 'search' | 'where' | 'series';
 type AskOptions = { onProgress?: (share: number) => void; signal?: AbortSignal };
 
+/** Of each kind the latest row up to one. */
+export function latestOfKinds(log: Log, row: number): Map<number, number> {
+  const rows = new Map<number, number>();
+  for (let at = row; at >= 0 && rows.size < log.kinds.size; --at) if (!rows.has(log.columns.id[at])) rows.set(log.columns.id[at], at);
+  return rows;
+}
+
 export class Log {
   columns = new Columns();
   blob = new Blob();

@@ -8,6 +8,7 @@ import { makeLeaving } from './leaving.ts';
 import { Log, type Snapshot } from './log.ts';
 import { MessageList } from './messageList.ts';
 import { makeOpening } from './opening.ts';
+import { OtherLog } from './otherLog.ts';
 import type { Panel } from './panel.ts';
 import { idOf, makePanels } from './panels.ts';
 import { Plot } from './plot.ts';
@@ -68,6 +69,7 @@ class Page {
     this.panels = makePanels({
       core,
       catalogue,
+      other: new OtherLog(reader, asking),
       onRow: (row) => {
         this.#choose(row);
         this.chooseTab('messageTab');

@@ -1,6 +1,7 @@
 // What a panel is: a class with the id of its section less "Panel", the title of its tab, and of these what it needs.
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
+import type { OtherLog } from './otherLog.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Bytes, Range } from './types.ts';
 
@@ -8,6 +9,7 @@ import type { Bytes, Range } from './types.ts';
 export interface Parts {
   core: CoreCalls;
   catalogue: Catalogue;
+  other: OtherLog;
   /** Goes to a message, and shows it. */
   onRow: (row: number) => void;
   /** Another stretch of the log is to be looked at, as the time line has it; nothing for all. */

@@ -4,8 +4,9 @@ import { byId, element } from './elements.ts';
 import { Differences } from './differences.ts';
 import type { Panel, Parts } from './panel.ts';
 import { Plot } from './plot.ts';
+import { State } from './state.ts';
 
-const panels = [Differences, Plot];
+const panels = [Differences, Plot, State];
 
 /** The id of a panel's section and tab. */
 export const idOf = (panel: Panel) => (panel.constructor as typeof Panel).id;
