@@ -16,7 +16,8 @@ constexpr std::string_view findingIntroduction = R"(# What is found in messages
 
 What `vekmsg check`, the inspector and `vekInspectToJson` find, by its stable name, the `code` in JSON. An **error**
 means that a host reads something else than the text seems to say, or nothing; a **warning**, that it reads what was
-meant, but writes it another way. A finding that is an error may be a warning in a milder form. Certain remedies are done by `vekmsg seal`, as it says there.
+meant, but writes it another way. A finding that is an error may be a warning in a milder form. What has one meaning to any careful reader is put
+right by `vekmsg fix`, of these examples where it says so.
 
 Of each an example, and below it what `vekmsg check` says. Control characters are shown as pictures (␊ is a line end, ␀ a
 NUL). What a host makes of the rest of a message is on [text-format.md](text-format.md).
@@ -31,7 +32,7 @@ void writeFinding(std::ostream &out, const findingKind_t &kind) {
         << (kind.severity == severity_t::error ? "An error: " : "A warning: ") << kind.about << ".\n\n```\n"
         << explanation.example << "\n"
         << explanation.words << "\n```\n\n"
-        << explanation.remedy << (explanation.isSealed ? " `vekmsg seal` does that.\n" : "\n");
+        << explanation.remedy << (explanation.isMended ? " `vekmsg fix` does that.\n" : "\n");
 }
 
 } // namespace

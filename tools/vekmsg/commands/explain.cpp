@@ -49,7 +49,7 @@ public:
               wrapped(inspect::joined({kind.name, "  ", severityName(kind.severity), ": ", kind.about}), width_, 4));
         paragraph(explanation.example, colours_.dim);
         paragraph(explanation.words, {});
-        paragraph(plain(explanation.remedy) + (explanation.isSealed ? " vekmsg seal does that." : ""), colours_.green);
+        paragraph(plain(explanation.remedy) + (explanation.isMended ? " vekmsg fix does that." : ""), colours_.green);
     }
 
     std::string out;

@@ -16,7 +16,7 @@ struct colorOption_t {
                          .type = "WHEN",
                          .oneOf = {"auto", "always", "never"}});
     }
-    colours_t colours() const { return colours_t::of(color); }
+    colours_t colours(int descriptor = 1) const { return colours_t::of(color, descriptor); }
 };
 
 /// The numbers of a message that is made.

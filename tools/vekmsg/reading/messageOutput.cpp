@@ -8,7 +8,7 @@ void messageTask_t::take(const item_t &item) {
     if (!text)
         return;
     if (rewriter != nullptr)
-        return rewriter->replace(item, *text);
+        return isAsItWas ? void() : rewriter->replace(item, *text);
     if (!isFirst)
         out += '\n';
     isFirst = false;
@@ -35,13 +35,13 @@ int writeMessages(const readingOptions_t &options, bool isInPlace, messageTask_t
             reader.run();
             const int own = task.hasFailed ? exitDifferences : reader.statusWithMessages();
             if (own == exitFine)
-                rewriter.commit();
+                rewriter.commit(task.keepsBackup);
             else
                 complain(name + " stays as it was");
             status = std::max(status, own);
         }
     }
-    return status == exitFine && task.hasFailed ? exitDifferences : status;
+    return std::max<int>(status, task.hasFailed ? exitDifferences : task.status);
 }
 
 } // namespace vek::tool

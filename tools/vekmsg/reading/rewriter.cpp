@@ -3,6 +3,8 @@
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 
+#include <filesystem>
+
 namespace vek::tool {
 
 namespace {
@@ -13,6 +15,16 @@ const std::string &changeable(const std::string &name) {
     if (!openSource(name)->isPlain())
         throw usageError_t(name + " is packed or wrapped, so it can't be changed in place; unpack it first");
     return name;
+}
+
+// Beside the file, under a name that no other one has.
+void keepBackup(const std::string &name) {
+    std::string backup = name + ".bak";
+    for (int number = 2; identityOf(backup); ++number)
+        backup = name + ".bak" + std::to_string(number);
+    std::error_code error;
+    if (!std::filesystem::copy_file(name, backup, error))
+        throw usageError_t("cannot keep a copy of " + name + " as " + backup + ": " + error.message());
 }
 
 } // namespace
@@ -40,11 +52,14 @@ void rewriter_t::replace(const item_t &item, std::string_view text) {
     done_ = item.offset + stretch;
 }
 
-void rewriter_t::commit() {
+void rewriter_t::commit(bool keepsBackup) {
     if (!isChanged_)
         return;
     copyUntil(UINT64_MAX);
+    const std::string name = original_->name();
     original_.reset();
+    if (keepsBackup)
+        keepBackup(name);
     replacement_.commit();
 }
 

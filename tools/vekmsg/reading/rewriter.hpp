@@ -20,8 +20,8 @@ public:
 
     /// Puts a text in the place of an item of this file. Items come in order.
     void replace(const item_t &item, std::string_view text);
-    /// Replaces the file, when something in it changed.
-    void commit();
+    /// Replaces the file, when something in it changed; of the old one a copy is kept, as FILE.bak, when it is wanted.
+    void commit(bool keepsBackup = false);
 
 private:
     void copyUntil(std::uint64_t offset);

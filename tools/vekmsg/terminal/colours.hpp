@@ -24,9 +24,9 @@ struct colours_t {
         cyan = "\x1b[36m";
         reset = "\x1b[0m";
     }
-    /// For standard output, by --color (auto, always, never), NO_COLOR and the kind of terminal.
-    static colours_t of(const std::string &option) {
-        const bool isPossible = isTerminal(1) && !environment("NO_COLOR") && environment("TERM") != "dumb";
+    /// For standard output or error, by --color (auto, always, never), NO_COLOR and the kind of terminal.
+    static colours_t of(const std::string &option, int descriptor = 1) {
+        const bool isPossible = isTerminal(descriptor) && !environment("NO_COLOR") && environment("TERM") != "dumb";
         return colours_t(option == "always" || (option == "auto" && isPossible));
     }
 

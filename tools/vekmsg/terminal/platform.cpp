@@ -231,6 +231,14 @@ std::optional<fileIdentity_t> identityOf(const std::string &name) {
 }
 #endif
 
+std::optional<std::string> readLine() {
+    std::string line;
+    for (char c = 0; ::read(0, &c, 1) == 1; line += c)
+        if (c == '\n')
+            return line;
+    return line.empty() ? std::nullopt : std::optional(line);
+}
+
 void writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const auto room = static_cast<unsigned>(std::min<std::size_t>(bytes.size(), 1U << 20));

@@ -63,6 +63,9 @@ private:
 /// Whether there is such a file, and which.
 std::optional<fileIdentity_t> identityOf(const std::string &name);
 
+/// A line that a person types, without its end; nothing at the end of the input.
+std::optional<std::string> readLine();
+
 /// Writes all to a descriptor. A pipe without a reader ends the program quietly.
 void writeAll(int descriptor, std::string_view bytes);
 

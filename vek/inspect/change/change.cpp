@@ -286,14 +286,20 @@ std::vector<std::string> pathsBoundTo(const tree_t &tree, std::string_view path)
     return all;
 }
 
-std::string newRefusal(const tree_t &before, const tree_t &after) {
+// What is wrong only afterwards; where something was wrong at the path before, that.
+std::string newRefusal(const tree_t &before, const tree_t &after, std::string_view path) {
     std::multiset<std::string> known;
     for (refusal_t &refusal : refusalsOf(before, true))
         known.insert(std::move(refusal.words));
     for (refusal_t &refusal : refusalsOf(after, true)) {
         const auto old = known.find(refusal.words);
-        if (old == known.end())
-            return std::move(refusal.words);
+        if (old == known.end()) {
+            const std::string front = joined({path, ": "});
+            const auto there = known.lower_bound(front);
+            return there != known.end() && there->starts_with(front)
+                       ? joined({*there, "; that is to be put right first (vekmsg fix does what is certain)"})
+                       : std::move(refusal.words);
+        }
         known.erase(old);
     }
     return {};
@@ -346,7 +352,7 @@ change_t verified(const tree_t &before, std::string_view path, std::string_view 
     const tree_t after(change.text);
     if (!after.envelope().isWholeForHost())
         return refusedChange(sealFirst);
-    if (std::string words = newRefusal(before, after); !words.empty())
+    if (std::string words = newRefusal(before, after, path); !words.empty())
         return refusedChange(std::move(words));
     const node_t *node = after.find(path);
     const bool isThere = path.starts_with('@') || !value || (node != nullptr && isValueAt(after, *node, *value));

@@ -1,6 +1,6 @@
 #include "vek/inspect/change/explanation.hpp"
 
-#include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -37,13 +37,9 @@ explanation_t explain(const findingKind_t &kind) {
     const auto found = std::find_if(findings.begin(), findings.end(), isIt);
     if (found == findings.end())
         throw std::logic_error(joined({"check() does not find ", kind.name, " in its example, ", text.substr(0, 200)}));
-    const formResult_t whole = seal(text);
-    bool isSealed = false;
-    if (whole.isRead()) {
-        const std::vector<finding_t> left = check(tree_t(whole.text));
-        isSealed = std::none_of(left.begin(), left.end(), isIt);
-    }
-    return {withPictures(text), withPictures(found->inWords()), std::string(kind.remedy), isSealed};
+    const std::vector<finding_t> left = mended(text).left;
+    const bool isMended = found->remedy && found->remedy->isCertain && std::none_of(left.begin(), left.end(), isIt);
+    return {withPictures(text), withPictures(found->inWords()), std::string(kind.remedy), isMended};
 }
 
 } // namespace vek::inspect

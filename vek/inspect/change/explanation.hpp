@@ -15,7 +15,7 @@ struct explanation_t {
     std::string example;
     std::string words;  ///< what check() says of it
     std::string remedy; ///< how to write it right: sentences in Markdown
-    bool isSealed;      ///< seal() puts it right
+    bool isMended;      ///< mended() puts it right, unasked
 };
 
 /// Throws std::logic_error when check() does not find it in the example of the table.

@@ -415,8 +415,9 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     const bool isPoint = !meant.empty() && !isOfThousands;
     tell(joined({whole, ",", rest, isPoint ? " has a comma for its point" : " has a comma in it"}),
          joined({"a host reads ", whole}), meant);
-    if (!meant.empty())
-        mend({before.value.start, node.value.end}, std::move(meant), true);
+    if (std::string why; !meant.empty())
+        mend({before.value.start, node.value.end}, spelt(*before.field, meant, part_t::element, why).value_or(meant),
+             true);
     return true;
 }
 
@@ -515,8 +516,9 @@ void checker_t::checkScalar(const node_t &node) {
     }
     if (report(finding.code, finding.severity, node.value, &node)) {
         tell(std::move(finding.words));
+        std::string why;
         if (const std::string &meant = findings_.back().suggestion; !meant.empty())
-            mend(node.value, meant, finding.isPlain);
+            mend(node.value, spelt(*node.field, meant, part_t::element, why).value_or(meant), finding.isPlain);
     }
 }
 

@@ -184,8 +184,7 @@ inline constexpr std::array<findingKind_t, findingCodeCount> findingKinds = [] {
          "{MEDIA_NAME=a\tb;FOCUS_VALUE=3.250000;}", "Take the character out of the text."},
         {leadingQuote, "leading-quote", warning, "a text that begins with a double quote", 4112,
          "{MEDIA_NAME=\"a;b\";FOCUS_VALUE=3.250000;}",
-         "Take the quotes off where the text does without. One with separators or braces in it is read, and a host "
-         "writes it without quotes, as something else: choose another text."},
+         "Take the quotes off. Separators and braces in the text are then written by their codes, as a host does."},
     }};
 }();
 
