@@ -25,17 +25,22 @@ struct line_t {
     template <std::int32_t Id, class... More>
     requires structuredId<Id>
     [[nodiscard]] owned_t<structureOf_t<Id>> parse(const textToRead_t &text, More &&...more) {
-        auto structure = vek::parse<Id>(text, more...);
-        if (structure != nullptr) {
-            const envelopeNumbers_t numbers = readEnvelopeHead(text.whole).numbers({0, echoTag, sequenceNumber});
-            echoTag = numbers.echoTag;
-            sequenceNumber = numbers.sequenceNumber;
-        }
-        return structure;
+        return taken(text, vek::parse<Id>(text, more...));
     }
     template <soleStructure Structure, class... More>
     [[nodiscard]] owned_t<Structure> parse(const textToRead_t &text, More &&...more) {
         return parse<idOf<Structure>>(text, more...);
+    }
+
+    /// The same of vek::parseStrictly.
+    template <std::int32_t Id, class... More>
+    requires structuredId<Id>
+    [[nodiscard]] owned_t<structureOf_t<Id>> parseStrictly(const textToRead_t &text, More &&...more) {
+        return taken(text, vek::parseStrictly<Id>(text, more...));
+    }
+    template <soleStructure Structure, class... More>
+    [[nodiscard]] owned_t<Structure> parseStrictly(const textToRead_t &text, More &&...more) {
+        return parseStrictly<idOf<Structure>>(text, more...);
     }
 
     /// As vek::dispatch, by this line's parse.
@@ -59,6 +64,18 @@ struct line_t {
         if (!text.empty())
             sequenceNumber = next;
         return text;
+    }
+
+private:
+    // A structure that was read, with the numbers of its text taken over.
+    template <class Owned>
+    Owned taken(const textToRead_t &text, Owned structure) {
+        if (structure != nullptr) {
+            const envelopeNumbers_t numbers = readEnvelopeHead(text.whole).numbers({0, echoTag, sequenceNumber});
+            echoTag = numbers.echoTag;
+            sequenceNumber = numbers.sequenceNumber;
+        }
+        return structure;
     }
 };
 

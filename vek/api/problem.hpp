@@ -43,13 +43,23 @@ enum class problemCode_t {
     notFinite,        ///< a real is an infinity or not a number
     rangeNotKept,     ///< a continuous range is not two values, the smaller first, the larger -1.0 at least
     noKey,            ///< a member that no key carries is not 0
+    // Of a body, told by strict reading alone:
+    noBraces,      ///< the body does not stand in braces, right between one blank and "!!"
+    unbalanced,    ///< a brace or a quotation mark without its other one
+    unknownKey,    ///< a key that the structure does not have
+    duplicateKey,  ///< a key that stood there before
+    strayValue,    ///< a value without a key
+    wrongValue,    ///< no number, name, flag or group where one belongs, or a number that does not fit
+    beyondRoom,    ///< more elements or characters than there is room for
+    countMismatch, ///< a list has more elements than its count says
+    unclear,       ///< read in a way that may not be what was meant
 };
 
 struct problem_t {
     problemCode_t code = problemCode_t::none;
     std::size_t offset = 0;  ///< of the byte in the text where it is wrong; 0 when it is a structure that is wrong
     std::string text;        ///< why, for people, with the member
-    std::string member = {}; ///< of a structure: where it is wrong, for example "punchSysName[2]"
+    std::string member = {}; ///< of a structure: where it is wrong, for example "punchSysName[2]"; of a body the keys
     envelopeNumbers_t numbers = {}; ///< of a text: as far as they could be read, so that it can be answered
 
     explicit operator bool() const { return code != problemCode_t::none; }
@@ -66,7 +76,7 @@ public:
 
 private:
     static std::string describe(const problem_t &problem) {
-        const bool isInText = problem.code < problemCode_t::tooLong;
+        const bool isInText = problem.code < problemCode_t::tooLong || problem.code > problemCode_t::noKey;
         return isInText ? problem.text + " (byte " + std::to_string(problem.offset) + ")" : problem.text;
     }
 

@@ -21,6 +21,7 @@
 #pragma once
 
 #include "vek/api/envelope.hpp"
+#include "vek/api/front/strictReading.hpp"
 #include "vek/api/front/structureCheck.hpp"
 #include "vek/api/messageTable.hpp"
 #include "vek/api/messageText.hpp"
@@ -127,6 +128,25 @@ const structureCheck_t &checkOf() {
     using message = messageOf_t<idsOfStructure<Structure>.first>; // of several, all have one record class
     static const lasting_t<structureCheck_t> check(&conversionOf<Structure, typename message::record_t>::visit);
     return check.get();
+}
+
+template <messageStructure Structure>
+const strictReading_t &strictReadingOf() {
+    using message = messageOf_t<idsOfStructure<Structure>.first>;
+    static const lasting_t<strictReading_t> reading(&conversionOf<Structure, typename message::record_t>::visit);
+    return reading.get();
+}
+
+/// Whether the body of a text with an ordinary envelope is as the library writes it.
+template <std::int32_t Id>
+bool isStrictlyOrdinary(const textToRead_t &text) {
+    return strictReadingOf<structureOf_t<Id>>().isOrdinary(withoutNul(text.whole));
+}
+
+/// What of a text whose envelope is right would be ignored or read otherwise, if anything.
+template <std::int32_t Id>
+problem_t checkStrictly(const textToRead_t &text) {
+    return strictReadingOf<structureOf_t<Id>>().first(withoutNul(text.whole));
 }
 
 /// Counts beyond the room that writing takes on trust: what lies behind the structure would be read.
@@ -269,6 +289,50 @@ requires requires(const textToRead_t &text, More &...more) {
 template <class Structure, class... More>
 requires noSoleStructure<Structure>
 void parse(const textToRead_t &, More &&...) = delete; // say which message: parse<VEK_MSG_ID_RECORD_4189>(text)
+
+/// As parse, and refuses also what reading would ignore or take for something else than it says: an unknown key or one
+/// that stands there twice, "abc" or "3,25" for a number, a name that its enumeration does not have, a missing brace,
+/// more than there is room for. The problem has the path of the key and the byte. What is read as it is meant is taken
+/// however it is spelt: keys in any order or left out, values in quotes, blanks around numbers, "3.25".
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] owned_t<structureOf_t<Id>> parseStrictly(const textToRead_t &text, problem_t &problem,
+                                                       std::size_t longest = longestReadableMessage) {
+    if (problem)
+        problem = {};
+    const bool isOrdinary = detail::isOrdinary<Id>(text, longest);
+    if (!isOrdinary)
+        problem = checkMessage(text.whole, Id, longest);
+    if (!problem && !(isOrdinary && detail::isStrictlyOrdinary<Id>(text)))
+        problem = detail::checkStrictly<Id>(text);
+    if (problem)
+        return nullptr;
+    return detail::readMessage<Id>(text);
+}
+
+template <std::int32_t Id>
+requires structuredId<Id>
+[[nodiscard]] owned_t<structureOf_t<Id>> parseStrictly(const textToRead_t &text,
+                                                       std::size_t longest = longestReadableMessage) {
+    const bool isOrdinary = detail::isOrdinary<Id>(text, longest);
+    if (!isOrdinary)
+        detail::requireRight(text.whole, Id, longest);
+    if (!isOrdinary || !detail::isStrictlyOrdinary<Id>(text))
+        if (problem_t problem = detail::checkStrictly<Id>(text))
+            throw messageError_t(std::move(problem));
+    return detail::readMessage<Id>(text);
+}
+
+template <soleStructure Structure, class... More>
+requires requires(const textToRead_t &text, More &...more) {
+    parseStrictly<idOf<Structure>>(text, more...);
+}
+[[nodiscard]] owned_t<Structure> parseStrictly(const textToRead_t &text, More &&...more) {
+    return parseStrictly<idOf<Structure>>(text, more...);
+}
+template <class Structure, class... More>
+requires noSoleStructure<Structure>
+void parseStrictly(const textToRead_t &, More &&...) = delete; // say which message, as of parse
 
 /// A structure with its message's declared defaults.
 template <std::int32_t Id>

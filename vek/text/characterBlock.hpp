@@ -22,6 +22,12 @@ public:
     /// A bit for each character, from the lowest: is it `c`?
     unsigned equal(char c) const { return mask(equalBytes(c)); }
 
+    /// A bit for each character, from the lowest: is it one of these, both of ASCII, or between them?
+    unsigned between(char first, char last) const {
+        return mask(_mm_and_si128(_mm_cmpgt_epi8(block_, _mm_set1_epi8(static_cast<char>(first - 1))),
+                                  _mm_cmplt_epi8(block_, _mm_set1_epi8(static_cast<char>(last + 1)))));
+    }
+
     /// A bit for each character, from the lowest: is it one of these?
     template <class... Characters>
     unsigned equalAny(Characters... characters) const {

@@ -162,6 +162,29 @@ char *writeReal(double value, char *to) {
     return writeSixDigits(number.millionths, to);
 }
 
+std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
+    const char *const end = text.data() + text.size();
+    const char *at = skipToDigits(text.data(), end).at;
+    const auto skipDigits = [&] {
+        const char *const start = at;
+        while (at != end && isDigit(*at))
+            ++at;
+        return static_cast<std::size_t>(at - start);
+    };
+    digits = skipDigits();
+    if (isReal && at != end && *at == '.') {
+        ++at;
+        digits += skipDigits();
+    }
+    if (isReal && digits > 0 && at != end && (*at == 'e' || *at == 'E')) {
+        const char *const exponent = at++;
+        at += at != end && (*at == '-' || *at == '+') ? 1 : 0;
+        if (skipDigits() == 0)
+            at = exponent;
+    }
+    return static_cast<std::size_t>(at - text.data());
+}
+
 // The usual number, digits with a point, is read in one go: its digits as an integer, which may wrap unseen when there
 // are more than 19, and one exact division. Anything else starts over in readUnsignedReal. The sign comes last, so that
 // "-0" is read as -0.0.

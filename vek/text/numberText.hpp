@@ -89,6 +89,10 @@ inline std::int32_t readInteger(std::string_view text);
 /// ignores what follows. No digits give 0.0, a value beyond the range of double an infinity.
 double readReal(std::string_view text);
 
+/// How far a number reaches in a text, as readInteger or readReal takes it; `digits` becomes how many it has in front
+/// of an exponent.
+std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits);
+
 /// Reads a real as writeReal writes it, with up to seven digits in front of the point, "-12.500000", and without a
 /// loop. Returns the place behind it; null when something else is here, or when less than two characters follow.
 inline const char *readSixDecimals(const char *at, const char *end, double &value);

@@ -87,30 +87,6 @@ std::string reads(std::string_view value) {
     return joined({"a host reads ", value});
 }
 
-// How far a number reaches in a text, as the reader takes it; `digits` becomes how many it has.
-std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
-    const char *const end = text.data() + text.size();
-    const char *at = skipToDigits(text.data(), end).at;
-    const auto skipDigits = [&] {
-        const char *const start = at;
-        while (at != end && isDigit(*at))
-            ++at;
-        return static_cast<std::size_t>(at - start);
-    };
-    digits = skipDigits();
-    if (isReal && at != end && *at == '.') {
-        ++at;
-        digits += skipDigits();
-    }
-    if (isReal && digits > 0 && at != end && (*at == 'e' || *at == 'E')) {
-        const char *const exponent = at++;
-        at += at != end && (*at == '-' || *at == '+') ? 1 : 0;
-        if (skipDigits() == 0)
-            at = exponent;
-    }
-    return static_cast<std::size_t>(at - text.data());
-}
-
 // What stands there is no number, or goes on behind one.
 valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view read) {
     using enum findingCode_t;
