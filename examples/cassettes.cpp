@@ -1,11 +1,12 @@
-// A host that edits the cassettes of a device: reads them, changes, adds and removes some, and sends them back.
+// A host that edits the cassettes of a device: reads them if nothing in them would be ignored, changes, adds and
+// removes some, and sends them back.
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <algorithm>
 #include <iostream>
 
 int main() {
-    const auto cassettes = vek::parse<vek::CassetteArray>(
+    const auto cassettes = vek::parseStrictly<vek::CassetteArray>(
         "@@4101   169 7 41 "
         "{ARRAY_CASSETTE={{NAME=Plates;IS_INSTALLED=TRUE;NUM_AVAILABLE_PUNCH_SYS=1;PUNCH_SYS_NAME={Pin "
         "425,};VERSION={TYPE=mediaPlate_e;};},{NAME=Films;},};}!!");

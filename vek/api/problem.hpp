@@ -159,16 +159,37 @@ inline bool isPadded(std::string_view text, std::size_t number) {
 
 } // namespace detail
 
+/// How many characters such a message has in front of its header numbers.
+inline constexpr std::size_t ordinaryHeadSize = detail::ordinaryStart<1000>.size() + lengthDigits;
+
+namespace detail {
+
+/// Where the body of such a message begins, behind a blank and header numbers of ordinary length; 0 when they are not.
+inline std::size_t ordinaryBody(std::string_view text) {
+    const char *at = text.data() + ordinaryHeadSize;
+    for (int numbers = 0; numbers < 2; ++numbers) {
+        constexpr int mostDigits = 9;
+        at += *at == ' ' && at[1] == '-' ? 2 : *at == ' ' ? 1 : 0;
+        const char *const digits = at;
+        while (isDigit(*at)) // the text does not end in one
+            ++at;
+        if (at == digits || at - digits > mostDigits)
+            return 0;
+    }
+    return *at == ' ' ? static_cast<std::size_t>(at + 1 - text.data()) : 0;
+}
+
+} // namespace detail
+
 /// Whether a text without a NUL is message `Id` with an envelope as the library writes it, told in fewer steps than
 /// checkMessage: that would find no problem either. Of other texts, which checkMessage may find right too, it tells
 /// false.
 template <std::int32_t Id>
 bool isOrdinaryMessage(std::string_view text) {
     const auto &start = detail::ordinaryStart<Id>;
-    constexpr std::size_t behindLength = start.size() + lengthDigits;
     // Whatever stands between a blank behind the length and the "!!" at the end, reading meets them both.
-    return text.size() >= behindLength + 3 && std::memcmp(text.data(), start.data(), start.size()) == 0 &&
-           text[behindLength] == ' ' && text.ends_with(endMarker) &&
+    return text.size() >= ordinaryHeadSize + 3 && std::memcmp(text.data(), start.data(), start.size()) == 0 &&
+           text[ordinaryHeadSize] == ' ' && text.ends_with(endMarker) &&
            detail::isPadded(text.substr(start.size(), lengthDigits), text.size() + 1);
 }
 

@@ -30,6 +30,7 @@
 #include "vek/records/conversion.hpp"
 #include "vek/records/enumerations.hpp"
 #include "vek/vek_std/std_sys/vek_lasting.hpp"
+#include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -79,6 +80,13 @@ template <messageStructure Structure>
 using owned_t = std::unique_ptr<Structure, releaser_t<Structure>>;
 
 namespace detail {
+
+/// Whether all modules of a process have one heap.
+#ifdef _WIN32
+inline constexpr bool isOneHeap = false;
+#else
+inline constexpr bool isOneHeap = true;
+#endif
 
 /// The structure of a text, or with its declared defaults when the text is null.
 template <class Structure>
@@ -132,15 +140,58 @@ const structureCheck_t &checkOf() {
 
 template <messageStructure Structure>
 const strictReading_t &strictReadingOf() {
-    using message = messageOf_t<idsOfStructure<Structure>.first>;
-    static const lasting_t<strictReading_t> reading(&conversionOf<Structure, typename message::record_t>::visit);
+    using conversion = conversionOf<Structure, typename messageOf_t<idsOfStructure<Structure>.first>::record_t>;
+    static const lasting_t<strictReading_t> reading(&conversion::visit, &conversion::createFrom);
     return reading.get();
 }
 
-/// Whether the body of a text with an ordinary envelope is as the library writes it.
+/// The header numbers of an ordinary message alone, for the library to take over: as a message of an id without a
+/// structure. Made some time before it is handed over: it would be waited for until it can be read in larger pieces.
+class headerAlone_t {
+public:
+    headerAlone_t(std::string_view message, std::size_t body) {
+        const auto &start = ordinaryStart<bareId>;
+        const std::string_view numbers =
+            message.substr(ordinaryHeadSize, std::min(body - ordinaryHeadSize, mostNumbers));
+        const std::size_t size = start.size() + 2 + numbers.size() + endMarker.size() + 1;
+        char *at = std::copy(start.begin(), start.end(), text_);
+        *at++ = static_cast<char>('0' + size / 10);
+        *at++ = static_cast<char>('0' + size % 10);
+        copyShort(numbers.data(), numbers.size(), at);
+        *std::copy(endMarker.begin(), endMarker.end(), at + numbers.size()) = '\0';
+    }
+
+    void handOver() const {
+        std::int32_t id = bareId;
+        void *none = nullptr;
+        vekStrToVal(text_, &id, &none);
+    }
+
+private:
+    static constexpr std::int32_t bareId = 4190;
+    static constexpr std::size_t mostNumbers = 32; // two of ten characters at most, and blanks
+
+    char text_[64];
+};
+
+/// The structure of a text with an ordinary envelope whose body is as the library writes it: read by this module, which
+/// knows whether it was, as the library does not say it. Null of any other text, of which nothing is taken over then.
 template <std::int32_t Id>
-bool isStrictlyOrdinary(const textToRead_t &text) {
-    return strictReadingOf<structureOf_t<Id>>().isOrdinary(withoutNul(text.whole));
+owned_t<structureOf_t<Id>> readStrictly(const textToRead_t &text) {
+    using structure_t = structureOf_t<Id>;
+    const std::string_view message = withoutNul(text.whole);
+    const std::size_t start = ordinaryBody(message);
+    // On Windows the library may have a heap of its own, from which it releases what has no destructor of its module.
+    if ((!isOneHeap && !std::is_polymorphic_v<structure_t>) || start == 0)
+        return nullptr;
+    const headerAlone_t header(message, start);
+    const std::string_view body = message.substr(start, message.size() - endMarker.size() - start);
+    auto *const read = static_cast<structure_t *>(strictReadingOf<structure_t>().readOrdinary(body));
+    if (read == nullptr)
+        return nullptr;
+    owned_t<structure_t> structure(read);
+    header.handOver();
+    return structure;
 }
 
 /// What of a text whose envelope is right would be ignored or read otherwise, if anything.
@@ -301,9 +352,12 @@ requires structuredId<Id>
     if (problem)
         problem = {};
     const bool isOrdinary = detail::isOrdinary<Id>(text, longest);
+    if (isOrdinary)
+        if (auto structure = detail::readStrictly<Id>(text))
+            return structure;
     if (!isOrdinary)
         problem = checkMessage(text.whole, Id, longest);
-    if (!problem && !(isOrdinary && detail::isStrictlyOrdinary<Id>(text)))
+    if (!problem)
         problem = detail::checkStrictly<Id>(text);
     if (problem)
         return nullptr;
@@ -314,13 +368,11 @@ template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] owned_t<structureOf_t<Id>> parseStrictly(const textToRead_t &text,
                                                        std::size_t longest = longestReadableMessage) {
-    const bool isOrdinary = detail::isOrdinary<Id>(text, longest);
-    if (!isOrdinary)
-        detail::requireRight(text.whole, Id, longest);
-    if (!isOrdinary || !detail::isStrictlyOrdinary<Id>(text))
-        if (problem_t problem = detail::checkStrictly<Id>(text))
-            throw messageError_t(std::move(problem));
-    return detail::readMessage<Id>(text);
+    problem_t problem;
+    auto structure = parseStrictly<Id>(text, problem, longest);
+    if (problem)
+        throw messageError_t(std::move(problem));
+    return structure;
 }
 
 template <soleStructure Structure, class... More>

@@ -5,6 +5,7 @@
 #include "vek/text/bodyWriter.hpp"
 #include "vek/text/description.hpp"
 
+#include <cstddef>
 #include <string_view>
 
 namespace vek {
@@ -15,8 +16,12 @@ template <class Structure, class Record>
 struct conversionOf {
     /// A structure with its declared defaults. Throws std::bad_alloc.
     static void *create();
-    /// Reads a body: every member with a key takes its value from it, or the value of an absent key.
+    /// Reads a body, which stands in an envelope: every member with a key takes its value from it, or the value of an
+    /// absent key.
     static void parse(void *structure, std::string_view body);
+    /// Makes a structure of a body that looks as the library writes it, and of which therefore all is read as it says;
+    /// null of any other one. Throws std::bad_alloc.
+    static void *createFrom(const char *body, std::size_t size);
     /// Appends the body of a structure, which is only read; nothing when no field is set.
     static bodyWriter_t print(const void *structure, bodyWriter_t out);
     /// Releases a structure that create() made.

@@ -137,6 +137,10 @@ public:
         text_ = text;
         isSet = 1;
     }
+    canonicalCursor_t readAt(canonicalCursor_t at) override {
+        fromText(at.value());
+        return !text_.empty() && text_.size() < size_ ? at : canonicalCursor_t();
+    }
     void describe(fieldDescription_t &description) const override;
 
     /// Writes the text and its terminator over what stands there, except for what would fall behind the room.
@@ -172,7 +176,10 @@ struct imageTopLeft_t : record_t<ImageTopLeft> {
     /// Hosts rely on a long name running on into the separation, and on the separation then being written over it;
     /// so both are placed after the parse, in this order, whatever order the text has them in.
     void assignPairs(tolerantScanner_t &pairs) override;
-    canonicalCursor_t readAt(canonicalCursor_t) override { return {}; } // by assignPairs alone
+    canonicalCursor_t readAt(canonicalCursor_t at) override;
+
+private:
+    void placeTexts();
 };
 
 void placedTextField_t::describe(fieldDescription_t &description) const {
@@ -189,12 +196,22 @@ void placedTextField_t::place() {
     start_[length] = '\0';
 }
 
-void imageTopLeft_t::assignPairs(tolerantScanner_t &pairs) {
+void imageTopLeft_t::placeTexts() {
     std::fill(std::begin(structure.name), std::end(structure.name), '\0');
     std::fill(std::begin(structure.separation), std::end(structure.separation), '\0');
-    record_t::assignPairs(pairs);
     name.place();
     separation.place();
+}
+
+void imageTopLeft_t::assignPairs(tolerantScanner_t &pairs) {
+    record_t::assignPairs(pairs);
+    placeTexts();
+}
+
+canonicalCursor_t imageTopLeft_t::readAt(canonicalCursor_t at) {
+    at = record_t::readAt(at);
+    placeTexts();
+    return at;
 }
 
 template struct conversionOf<ExposeResolution, exposeResolution_t>;

@@ -1,9 +1,10 @@
 // canonicalCursor_t: a place in a body that is read in one go, as long as the body looks as this library writes it:
-// keys in member order, no quotes, braces only around groups and lists, each value followed by one separator.
+// keys in member order, no quotes, braces only around groups and lists that are not empty, each value followed by one
+// separator and one that its field has.
 //
 // A body that looks otherwise is no error. The reading is given up (the cursor is nowhere), and the body is read again
-// with a tolerantScanner_t, which knows every rule. So what a cursor takes, it must take as the scanner would; and what
-// is rare it need not take. The body must outlive it.
+// with a tolerantScanner_t, which knows every rule. So what a cursor takes, it must take as the scanner would, and as
+// it says: strict reading trusts it. What is rare it need not take. The body must outlive it.
 #pragma once
 
 #include "vek/text/characterBlock.hpp"
@@ -24,11 +25,8 @@ class canonicalCursor_t {
 public:
     /// Nowhere: the reading is given up.
     canonicalCursor_t() = default;
-    /// At the start of a body that it takes.
+    /// At the start of a body, in front of whose end 16 characters can be read: an envelope has as many.
     explicit canonicalCursor_t(std::string_view body) : at_(body.data()), end_(at_ + body.size()) {}
-
-    /// Not bodies that are shorter than a block of characters.
-    static bool takes(std::string_view body) { return body.size() >= blockSize; }
 
     bool isNowhere() const { return at_ == nullptr; }
     bool isAtEnd() const { return at_ != nullptr && at_ == end_; }
@@ -53,6 +51,13 @@ public:
     bool skipKey(std::string_view key) {
         const bool isHere = isKeyAt(at_, end_, key);
         at_ += isHere ? key.size() + 1 : 0;
+        return isHere;
+    }
+
+    /// Goes behind `{`; false also when nothing stands in the braces.
+    bool enter() {
+        const bool isHere = end_ - at_ > 1 && *at_ == openBrace && at_[1] != closeBrace;
+        at_ += isHere ? 1 : 0;
         return isHere;
     }
 
@@ -126,8 +131,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t blockSize = 16;
-
     // The last characters of a body are looked at as part of its last block, so that nothing behind it is.
     static const char *findStructural(const char *at, const char *end) {
 #ifdef __SSE2__

@@ -28,6 +28,11 @@ public:
         }
     }
 
+    canonicalCursor_t readAt(canonicalCursor_t at) override {
+        basicEnumField_t::fromText(at.value());
+        return isSet != 0 ? at : canonicalCursor_t();
+    }
+
     void describe(fieldDescription_t &description) const override {
         description.kind = fieldKind_t::enumeration;
         description.details = names_->words();

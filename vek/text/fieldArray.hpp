@@ -81,20 +81,18 @@ public:
 
     // With the element's record made inline, where the compiler knows the pass.
     [[gnu::flatten]] canonicalCursor_t readAt(canonicalCursor_t at) override {
-        if (!at.skip(openBrace))
+        if (!at.enter())
             return {};
         for (found_ = 0; !at.skip(closeBrace); ++found_) {
-            const bool isEmpty = isMadeForEach && at.skip("{}");
-            isEmpty ? appendBlank() : elements_.append();
+            elements_.append();
             if (found_ >= elements_.allocated())
                 return {};
-            if (!isEmpty)
-                at = elements_.element(found_, pass_t::parse).readAt(at);
+            at = elements_.element(found_, pass_t::parse).readAt(at);
             if (at.isNowhere() || !at.skip(comma))
                 return {};
         }
         isSet = 1;
-        return at;
+        return elements_.printed() >= found_ ? at : canonicalCursor_t(); // a count may say that there are fewer
     }
 
     void describe(fieldDescription_t &description) const override { elements_.describe(description); }

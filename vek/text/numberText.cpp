@@ -185,6 +185,18 @@ std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits) {
     return static_cast<std::size_t>(at - text.data());
 }
 
+bool isInteger32(std::string_view text) {
+    std::size_t digits = 0;
+    const bool isWhole = numberEnd(text, false, digits) == text.size() && digits > 0;
+    const double value = readReal(text);
+    return isWhole && value >= INT32_MIN && value <= INT32_MAX;
+}
+
+bool isReal(std::string_view text) {
+    std::size_t digits = 0;
+    return numberEnd(text, true, digits) == text.size() && digits > 0 && std::isfinite(readReal(text));
+}
+
 // The usual number, digits with a point, is read in one go: its digits as an integer, which may wrap unseen when there
 // are more than 19, and one exact division. Anything else starts over in readUnsignedReal. The sign comes last, so that
 // "-0" is read as -0.0.

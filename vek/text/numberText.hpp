@@ -93,6 +93,10 @@ double readReal(std::string_view text);
 /// of an exponent.
 std::size_t numberEnd(std::string_view text, bool isReal, std::size_t &digits);
 
+/// Whether a text is an integer of 32 bits, or a finite real, with nothing behind it.
+bool isInteger32(std::string_view text);
+bool isReal(std::string_view text);
+
 /// Reads a real as writeReal writes it, with up to seven digits in front of the point, "-12.500000", and without a
 /// loop. Returns the place behind it; null when something else is here, or when less than two characters follow.
 inline const char *readSixDecimals(const char *at, const char *end, double &value);

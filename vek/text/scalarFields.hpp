@@ -1,8 +1,9 @@
 // The leaves of a body: integers, reals, texts, booleans and enumerations.
 //
 // A codec writes and reads the text form of one kind of value; readAt, where it has one, reads the usual form of it at
-// a cursor, and tells whether it stood there. boundField_t ties a codec to a member of a message structure; ownField_t
-// keeps the value itself, for the records that are their own message structure.
+// a cursor, and tells whether it stood there; has tells whether another text says a value that the member can hold.
+// boundField_t ties a codec to a member of a message structure; ownField_t keeps the value itself, for the records that
+// are their own message structure.
 #pragma once
 
 #include "vek/text/numberText.hpp"
@@ -10,6 +11,7 @@
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -40,6 +42,7 @@ struct longCodec_t : numberCodec_t<std::int32_t, fieldKind_t::integer32> {
     }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
     static bool readAt(canonicalCursor_t &at, value_t &value) { return at.integer(value); }
+    static bool has(std::string_view text) { return isInteger32(text); }
 };
 
 struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
@@ -49,6 +52,7 @@ struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
     }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
     static bool readAt(canonicalCursor_t &at, value_t &value) { return at.real(value); }
+    static bool has(std::string_view text) { return isReal(text); }
 };
 
 /// Stands in the text as the numbers of another codec, `Text`, do; Narrowing::narrow makes the value of what that
@@ -67,8 +71,14 @@ struct narrowedCodec_t : numberCodec_t<Value, Kind> {
         wide_t wide = 0;
         const bool isRead = Text::readAt(at, wide);
         value = Narrowing::narrow(wide);
-        return isRead;
+        return isRead && Narrowing::isHeld(wide, value);
     }
+    static bool has(std::string_view text) {
+        wide_t wide = 0;
+        Text::read(text, wide);
+        return Text::has(text) && Narrowing::isHeld(wide, Narrowing::narrow(wide));
+    }
+    static bool isHeld(wide_t wide, Value narrow) { return static_cast<wide_t>(narrow) == wide; }
 };
 
 /// The low 16 bits.
@@ -79,6 +89,7 @@ struct shortCodec_t : narrowedCodec_t<shortCodec_t, longCodec_t, std::int16_t, f
 /// The nearest float.
 struct floatCodec_t : narrowedCodec_t<floatCodec_t, doubleCodec_t, float, fieldKind_t::float32> {
     static value_t narrow(double real) { return static_cast<value_t>(real); }
+    static bool isHeld(double, value_t narrow) { return std::isfinite(narrow); } // not every digit
 };
 
 /// A 32-bit pixel size that stands in the text as a real: truncated toward zero, 0 when that doesn't fit 32 bits.
@@ -106,6 +117,7 @@ struct boolCodec_t : numberCodec_t<std::uint8_t, fieldKind_t::boolean> {
         value = at.skip("TRUE") ? 1 : 0;
         return value != 0 || at.skip("FALSE");
     }
+    static bool has(std::string_view) { return false; }
 };
 
 struct stringCodec_t {
@@ -125,6 +137,7 @@ struct fixedTextCodec_t {
     using value_t = char[Room];
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static constexpr std::int32_t room = Room;
+    static bool has(std::string_view text) { return text.size() < Room; }
     // The array is zero behind its text: in a fresh structure, and after everything that is done here.
     static void clear(value_t &value) {
         if (value[0] != '\0')
@@ -158,12 +171,21 @@ public:
     }
 
     canonicalCursor_t readAt(canonicalCursor_t at) override {
-        if constexpr (requires { Codec::readAt(at, value_); })
+        if constexpr (requires { Codec::readAt(at, value_); }) {
             if (Codec::readAt(at, value_)) [[likely]] {
                 isSet = 1;
                 return at;
             }
-        return textField_t::readAt(at);
+            return readOther(at);
+        } else if constexpr (requires { Codec::has({}); }) {
+            const std::string_view value = at.value();
+            if (value.empty() || !Codec::has(value))
+                return {};
+            valueField_t::fromText(value);
+            return at;
+        } else {
+            return textField_t::readAt(at);
+        }
     }
 
     void describe(fieldDescription_t &description) const override {
@@ -180,6 +202,13 @@ protected:
     explicit valueField_t(Holder value) : value_(value) {}
 
     Holder value_;
+
+private:
+    // What is not in the usual form.
+    [[gnu::noinline, gnu::cold]] canonicalCursor_t readOther(canonicalCursor_t at) {
+        canonicalCursor_t behind = at;
+        return Codec::has(behind.value()) ? textField_t::readAt(at) : canonicalCursor_t();
+    }
 };
 
 /// A field bound to a member of a message structure.

@@ -62,7 +62,7 @@ void textGroup_t::fromText(std::string_view text) {
 
 // Each member is due once, so whatever comes out of order, or again, ends the reading.
 canonicalCursor_t textGroup_t::readAt(canonicalCursor_t at) {
-    if (!at.skip(openBrace))
+    if (!at.enter())
         return {};
     for (textField_t *member = first_; member != nullptr; member = member->next_) {
         if (!at.skipKey(member->key()))

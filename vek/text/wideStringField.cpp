@@ -23,7 +23,7 @@ canonicalCursor_t wideCharacter_t::readAt(canonicalCursor_t at) {
     if (!at.integer(number))
         return {};
     *this = {static_cast<std::int16_t>(number), 1};
-    return at;
+    return code == number ? at : canonicalCursor_t();
 }
 
 void wideElements_t::describe(fieldDescription_t &description) const {
@@ -103,7 +103,7 @@ void wideStringField_t::fromText(std::string_view text) {
 }
 
 canonicalCursor_t wideStringField_t::readAt(canonicalCursor_t at) {
-    if (!at.skip(openBrace))
+    if (!at.enter())
         return {};
     found_ = at.countCommas();
     elements_.allocate(found_);

@@ -53,13 +53,14 @@ void converts() {
     group.mediaGroup.add("Green");
     vek::MediaGroupArray groups;
     groups.add(group);
-    expect(*vek::parse<vek::MediaGroupArray>(vek::print(groups).str()) == groups, "containers and lists come back");
+    expect(*vek::parseStrictly<vek::MediaGroupArray>(vek::print(groups).str()) == groups,
+           "containers and lists come back");
     expect(vek::nameOf<vek::mediaType_t>(VEK_MEDIA_PLATE) == "mediaPlate_e", "enumerations have names");
 
     vek::DeviceStatus status{};
     status.numOfMessages = 1;
     vek::setText(status.msgs[0], "Drum stopped");
-    expect(*vek::parse<vek::DeviceStatus>(vek::print(status)) == status, "plain structures come back");
+    expect(*vek::parseStrictly<vek::DeviceStatus>(vek::print(status)) == status, "plain structures come back");
 
     const std::string_view job = "@@4194    49 -1 0 {JOB_NAME={65,0,};JOB_ID=7;}!!";
     const auto asked = vek::parse<vek::JobPort>(job);
@@ -74,7 +75,8 @@ void converts() {
     expect(vek::check(path).size() == 1, "an enumeration of a job structure is checked");
     vek::JobSepList separations;
     separations.sepList.add(u"Cyan");
-    expect(*vek::parse<vek::JobSepList>(vek::print(separations)) == separations, "lists of job structures come back");
+    expect(*vek::parseStrictly<vek::JobSepList>(vek::print(separations)) == separations,
+           "lists of job structures come back");
 #endif
 }
 

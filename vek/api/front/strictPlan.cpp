@@ -19,7 +19,6 @@ void pairCounters(strictPlan_t &plan, const std::vector<fieldDescription_t> &all
                 int &number = plan.fields[key].counter;
                 number = number < 0 ? next++ : number;
                 plan.fields[list].counter = number;
-                plan.hasCounters = true;
                 if (all[list].list->room)
                     plan.fields[key].room = *all[list].list->room;
             }

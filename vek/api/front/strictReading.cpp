@@ -1,7 +1,6 @@
-// Goes over a body by the keys of its plan: in one go what looks as the library writes it, the rest token by token.
+// Goes over a body token by token, by the keys of its plan.
 #include "vek/api/front/strictReading.hpp"
 
-#include "vek/api/front/private/ordinaryBody.hpp"
 #include "vek/api/front/private/strictPlan.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
@@ -11,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <string>
 #include <vector>
@@ -19,23 +17,6 @@
 namespace vek {
 
 namespace {
-
-// Where the braces of a body are that stands behind numbers of ordinary length; null when it does not.
-const char *ordinaryStart(const char *at, const char *end) {
-    constexpr int numbers = 2;
-    for (int i = 0; i < numbers; ++i) {
-        constexpr int mostDigits = 9;
-        if (at == end || *at++ != ' ')
-            return nullptr;
-        at += at != end && *at == '-' ? 1 : 0;
-        const char *const digits = at;
-        while (at != end && isDigit(*at))
-            ++at;
-        if (at == digits || at - digits > mostDigits)
-            return nullptr;
-    }
-    return at != end && *at == ' ' ? at + 1 : nullptr;
-}
 
 // The keys and elements around a value.
 struct step_t {
@@ -334,19 +315,16 @@ private:
 
 } // namespace
 
-strictReading_t::strictReading_t(void (*show)(recordVisitor_t &)) : plan_(makeStrictPlan(show).release()) {}
+strictReading_t::strictReading_t(void (*show)(recordVisitor_t &), make_t make)
+    : plan_(makeStrictPlan(show).release()), make_(make) {}
 
 strictReading_t::~strictReading_t() {
     delete plan_;
 }
 
-bool strictReading_t::isOrdinary(const char *text, std::size_t size) const {
-    constexpr std::size_t behindLength = startMarker.size() + 5 + lengthDigits; // an id of four digits, and a blank
-    if (size <= behindLength + endMarker.size())
-        return false;
-    const char *const end = text + size - endMarker.size();
-    const char *const start = ordinaryStart(text + behindLength, end);
-    return start != nullptr && (start == end || ordinaryBody_t(end).record(*plan_, start) == end);
+void *strictReading_t::readOrdinary(const char *body, std::size_t size) const {
+    const floatingPointGuard_t guard;
+    return make_(body, size);
 }
 
 void strictReading_t::tell(const char *text, std::size_t size, take_t take, void *taker) const {

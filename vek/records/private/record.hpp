@@ -10,6 +10,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <type_traits>
 
@@ -95,8 +96,15 @@ bool readBody(Structure &structure, std::string_view body, reading_t reading) {
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
     auto &read = *static_cast<Structure *>(structure);
-    if (!canonicalCursor_t::takes(body) || !detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
+    if (!detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
         detail::readBody<Record>(read, body, detail::reading_t::byEveryRule);
+}
+
+template <class Structure, class Record>
+void *conversionOf<Structure, Record>::createFrom(const char *body, std::size_t size) {
+    std::unique_ptr<void, void (*)(void *)> structure(create(), &destroy);
+    auto &read = *static_cast<Structure *>(structure.get());
+    return detail::readBody<Record>(read, {body, size}, detail::reading_t::inOneGo) ? structure.release() : nullptr;
 }
 
 template <class Structure, class Record>

@@ -25,10 +25,7 @@ struct strictField_t {
 };
 
 struct strictReading_t::plan_t {
-    static constexpr int mostCounters = 4;
-
     std::vector<strictField_t> fields;
-    bool hasCounters = false;
 };
 
 using strictPlan_t = strictReading_t::plan_t;
