@@ -115,6 +115,8 @@ for name in $names; do
         [ -f "$root/usr/share/doc/$name/$file" ] || fail "no $file in $name"
     done
 done
+page=$source/build/page/vekmsg.html # when it was made
+[ ! -f "$page" ] || cmp "$page" "$work/root/vekmsg/usr/share/vekmsg/inspector.html" || fail "the inspector is not in vekmsg"
 while read -r name target file; do
     root=$work/root/$name/usr
     "$source/tests/package/bills.py" "$build" "$root/share/doc/$name/$name.spdx.json" "$target" "$(find "$root" -name "$file")"

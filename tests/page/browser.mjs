@@ -1,5 +1,6 @@
 // The page in a real browser, as people open it: from disk.
 import { chromium } from '../../tools/page/node_modules/playwright-core/index.mjs';
+import firefoxDriver from '../../tools/page/node_modules/playwright-firefox/index.mjs';
 
 const folder = new URL('../..', import.meta.url).pathname;
 export const pagePath = process.env.VEK_PAGE ?? `${folder}build/page/vekmsg.html`;
@@ -16,12 +17,21 @@ const flags = [
   '--disable-sync',
 ];
 
+/** The tests run in Chromium, or in the browser that VEK_BROWSER names: firefox. */
+export const isFirefox = process.env.VEK_BROWSER === 'firefox';
+
+// Debian's Firefox takes commands that newer drivers don't speak any more: it has one of its own.
+const launch = () =>
+  isFirefox
+    ? firefoxDriver.firefox.launch({ channel: 'moz-firefox', executablePath: '/usr/bin/firefox-esr' })
+    : chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
+
 /**
  * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
  * policy (unless `isRefusing`), nothing asked of a network.
  */
 export async function withPage(use, { width = 1400, height = 900, isDark = false, scale = 1, isRefusing = false } = {}) {
-  const browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
+  const browser = await launch();
   try {
     const context = await browser.newContext({
       viewport: { width, height },

@@ -55,5 +55,12 @@ test('what the device said last of each kind, since when, what is not as before,
     await says(page, '#stateMoment', '3 kinds.');
     await page.click('#stateRows button:text("deviceStatus_t")');
     await says(page, '#messageText', 'Ready');
+
+    // On paper stand its facts, every pair and the text, and nothing of the page around.
+    await page.emulateMedia({ media: 'print' });
+    await page.evaluate(() => dispatchEvent(new Event('beforeprint')));
+    const printed = await page.evaluate(() => document.body.innerText);
+    for (const words of ['deviceStatus_t', 'today.log', 'MSGS', 'Ready', status.slice(-40)]) assert.ok(printed.includes(words), words);
+    assert.ok(!printed.includes('Compared with') && !printed.includes('Message inspector'));
   });
 });

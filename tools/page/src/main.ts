@@ -12,6 +12,7 @@ import { OtherLog } from './otherLog.ts';
 import type { Panel } from './panel.ts';
 import { idOf, makePanels } from './panels.ts';
 import { Plot } from './plot.ts';
+import { makePrinting } from './printing.ts';
 import { Reader, coreIn, type CoreCalls } from './reader.ts';
 import { saveBlob } from './saving.ts';
 import { setUnprintable, shownWords } from './signs.ts';
@@ -88,6 +89,7 @@ class Page {
     byId('redoEdit').addEventListener('click', () => busy(this.#redo()));
     document.addEventListener('keydown', (event) => this.#key(event));
     byId('plotKey').addEventListener('click', () => this.#plotActive());
+    makePrinting(() => ({ log: this.log, model: byId('messagePanelBody').hidden ? undefined : this.detail.model }));
     byId('backToList').addEventListener('click', () => this.#showPane('list'));
   }
 
