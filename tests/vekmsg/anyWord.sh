@@ -36,6 +36,7 @@ needs() {
     table) echo --keys @seq device.log ;;
     diff) echo device.log device.log ;;
     load) echo --into "$folder/archive.sqlite" device.log ;;
+    export) echo --from="$folder/archive.sqlite" ;;
     new | describe) echo FocusValue ;;
     edit) echo device.log --head 1 ;;
     example) echo fleet ;;
@@ -46,7 +47,7 @@ needs() {
 
 # Where any text but an empty one makes sense.
 isFree() {
-    case $1 in --source | --device | --site | --host | --ignore | --into) true ;; *) false ;; esac
+    case $1 in --source | --device | --site | --host | --ignore | --into | --from | --to | --forget) true ;; *) false ;; esac
 }
 
 declare -A tried
@@ -55,6 +56,7 @@ for command in $commands; do
     read -ra needed <<<"$(needs "$command")"
     for at in "${!needed[@]}"; do
         words=("${needed[@]}")
+        [[ ${words[at]} != --from=* ]] || continue
         words[at]=
         attempt fail empty "$command" "${words[@]}"
         for word in '?' '[' '{}' '=' "$(printf '%020000d' 7)"; do

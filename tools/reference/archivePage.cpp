@@ -29,6 +29,9 @@ The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `ve
 - **Every message comes back byte for byte**: from its rows when they say all of it, spelt as hosts spell messages; else its
   text stands in `messages.text`. That is so when anything was found, and for a header, a number or a list that is spelt
   otherwise (`@@ 4112`, `1.5` for `1.500000`), for a 16-bit text without its NUL, and for `-0.0`, which is 0.0 in SQLite.
+- **Every log comes back byte for byte**, with `vekmsg export`: what stands in front of a message, from the one before on, is
+  kept in `sources.usual_fronts` once for all messages of an id, and in `fronts` where it is otherwise. Logs that an older
+  vekmsg began to load come back as their messages alone; `sources.is_whole` tells.
 - **Reals** are there to their last bit, infinite ones as `inf`: in ClickHouse `inf`, in SQLite `Inf`, in rows as JSON the
   text `"inf"`.
 

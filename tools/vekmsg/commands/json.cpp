@@ -1,10 +1,10 @@
 // vekmsg json: messages for programs, whole or as the rows of the archive's tables.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/commands/tableNames.hpp"
 #include "tools/vekmsg/reading/messageJson.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/check/check.hpp"
-#include "vek/inspect/words/nearest.hpp"
 
 namespace vek::tool {
 
@@ -71,18 +71,6 @@ private:
     const inspect::table_t *only_;
     inspect::rowMaker_t rows_;
 };
-
-const inspect::table_t *tableNamed(const std::string &name) {
-    if (name.empty())
-        return nullptr;
-    if (const inspect::table_t *table = inspect::archiveTables().find(name))
-        return table;
-    std::vector<std::string_view> names;
-    for (const inspect::table_t &table : inspect::archiveTables().all())
-        names.push_back(table.name);
-    throw usageError_t("--table " + name + ": there is no such table; " +
-                       inspect::didYouMean(name, names, "vekmsg schema --sql clickhouse shows all"));
-}
 
 int runRows(const jsonArguments_t &arguments) {
     const timeFinder_t times(arguments.reading.timeExpression);

@@ -14,6 +14,7 @@ struct loadArguments_t {
     loadOptions_t load;
 
     void declare(argumentList_t &list) {
+        load.reading.files.clear();
         list.add(load.reading.files, {"LOG", "Logs, also packed ones; - for standard input", ""});
         list.add(load.target,
                  {.names = "--into",
@@ -33,6 +34,17 @@ struct loadArguments_t {
                   "How the end of the logs' names says all that: {site}/{device}.log; besides {host}, and * "
                   "for anything but a /",
                   "PATTERN"});
+        list.addFlag(load.isReplacing, "--replace",
+                     "Load logs anew that are there already, also when they are others now under their names: the new "
+                     "rows take the place of the old ones at once");
+        list.add(load.forgotten, {"--forget",
+                                  "Take this log out of the database, with all that is known of it; before others are "
+                                  "loaded, or alone",
+                                  "SOURCE"});
+        list.add(load.keep, {"--keep",
+                             "Then take away messages that are older than this: 90d, 12h; what is loaded of "
+                             "the logs stays known, so that they don't come again",
+                             "TIME"});
         load.reading.declareTime(list);
         load.reading.declareFollowing(list);
         list.addFlag(load.isQuiet, "-q,--quiet", "Don't say how much was loaded");
@@ -40,7 +52,9 @@ struct loadArguments_t {
 };
 
 int runLoad(const loadArguments_t &arguments) {
-    const loadOptions_t &load = arguments.load;
+    loadOptions_t load = arguments.load;
+    if (load.reading.files.empty() && load.forgotten.empty() && load.keep.empty())
+        load.reading.files = {"-"};
 #ifdef VEK_DATABASES
     try {
         const bool isServer = load.target.find("://") != std::string::npos;
@@ -63,6 +77,7 @@ const commandOf_t<loadArguments_t>
                  .examples = "  vekmsg load --into archive.sqlite device.log\n"
                              "  sqlite3 -box archive.sqlite 'SELECT log_time, low_status FROM device_status'\n"
                              "  vekmsg load --into archive.sqlite --follow device-*.log\n"
+                             "  vekmsg load --into archive.sqlite --keep 90d\n"
                              "  vekmsg load --into 'http://HOST:8123/fleet?cluster=all' device-*.log"},
                 runLoad);
 

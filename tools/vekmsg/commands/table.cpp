@@ -1,5 +1,6 @@
 // vekmsg table: values as CSV or TSV.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/reading/csv.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/words/nearest.hpp"
@@ -98,13 +99,8 @@ private:
         if (arguments_.isTabs) {
             for (const char c : value)
                 out += c == '\t' || c == '\n' || c == '\r' ? ' ' : c;
-        } else if (value.find_first_of(",\"\r\n") == std::string_view::npos) {
-            out += value;
         } else {
-            out += '"';
-            for (const char c : value)
-                out.append(c == '"' ? 2 : 1, c);
-            out += '"';
+            appendCsvCell(out, value);
         }
     }
 

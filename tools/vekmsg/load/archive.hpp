@@ -59,6 +59,13 @@ public:
     /// Takes away the messages of a log from an offset on.
     virtual void removeFrom(std::uint64_t log, std::uint64_t offset) = 0;
 
+    /// All logs that it holds.
+    virtual std::vector<inspect::archivedLog_t> logs() = 0;
+    /// Takes a log away, with all its rows and what is known of it, at the next commit.
+    virtual void forget(const inspect::archivedLog_t &log) = 0;
+    /// Takes away messages that are older than a time; how far logs are loaded stays. Gives their number.
+    virtual std::int64_t removeOlder(const inspect::logTime_t &time) = 0;
+
     /// Messages that came, less those that were taken away; and all that are there.
     const counts_t &counts() const { return counts_; }
     virtual std::int64_t all() = 0;

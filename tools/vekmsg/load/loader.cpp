@@ -5,26 +5,35 @@
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
+#include "vek/inspect/words/nearest.hpp"
 
 #include <algorithm>
 
 namespace vek::tool {
+
+using inspect::archivedLog_t;
 
 namespace {
 
 class loader_t {
 public:
     loader_t(archive_t &archive, const loadOptions_t &options)
-        : options_(options), times_(options.reading.timeExpression), archive_(archive) {}
+        : options_(options), times_(options.reading.timeExpression), archive_(archive) {
+        static_cast<void>(oldest());
+        if (options.isReplacing && options.reading.follows)
+            throw usageError_t("--replace loads a log to its end and --follow goes on: first the one, then the other");
+    }
 
     int run() {
         const std::uint64_t begun = committed_ = milliseconds();
+        forget();
         if (options_.reading.follows)
             follow();
         else
             for (const std::string &name : options_.reading.files)
                 loadAll(name);
         commit(true);
+        removeOld();
         progress_.clear();
         if (!options_.isQuiet) {
             sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
@@ -34,6 +43,47 @@ public:
     }
 
 private:
+    void forget() {
+        std::vector<archivedLog_t> logs = options_.forgotten.empty() ? std::vector<archivedLog_t>() : archive_.logs();
+        std::vector<std::string_view> names;
+        for (const archivedLog_t &log : logs)
+            names.push_back(log.name);
+        for (const std::string &name : options_.forgotten)
+            if (std::ranges::find(names, name) == names.end())
+                throw usageError_t("--forget " + name + ": there is no such log; " +
+                                   inspect::didYouMean(name, names, "the table sources has their names"));
+        for (const archivedLog_t &log : logs)
+            if (std::ranges::find(options_.forgotten, log.name) != options_.forgotten.end())
+                inTransaction([&] { archive_.forget(log); });
+    }
+
+    // A log without a zone has the time of this place.
+    std::optional<logTime_t> oldest() const {
+        if (options_.keep.empty())
+            return std::nullopt;
+        const std::optional<givenTime_t> time = timeOfArgument("-" + options_.keep);
+        if (!time)
+            throw usageError_t("--keep " + options_.keep + ": how long? write 90d, 12h, or 30m");
+        return time->local.isBefore(time->zoned) ? time->local : time->zoned;
+    }
+
+    void removeOld() {
+        removed_ = milliseconds();
+        const std::optional<logTime_t> time = oldest();
+        std::int64_t count = 0;
+        if (time)
+            inTransaction([&] { count = archive_.removeOlder(*time); });
+        if (count > 0 && !options_.isQuiet)
+            sayRemoved(count, time->inWords());
+    }
+
+    template <class Do>
+    void inTransaction(Do change) {
+        archive_.begin();
+        change();
+        archive_.commit(true);
+    }
+
     void begin(logLoad_t &log) {
         if (!archive_.hasBegun())
             archive_.begin();
@@ -54,7 +104,7 @@ private:
         if (!log.hasBegun())
             log.begin(block, false);
         log.take(block);
-        if (archive_.isFull())
+        if (archive_.isFull() && !options_.isReplacing)
             commit(false);
     }
 
@@ -86,6 +136,7 @@ private:
                     log.takeTail();
                 else
                     log.finish(); // which can't grow
+                log.forgetReplaced();
             }
             if (log.at() > 0 && log.isWithoutMessages())
                 complainAbout("no message in " + file + "; a message begins with @@ and its number", exitDifferences);
@@ -163,6 +214,11 @@ private:
         tool::follow(std::move(logs), [this](bool) {
             if (milliseconds() - committed_ >= archive_.patience())
                 commit(false);
+            constexpr std::uint64_t hour = 3'600'000;
+            if (!options_.keep.empty() && milliseconds() - removed_ >= hour) {
+                commit(true);
+                removeOld();
+            }
             return true;
         });
     }
@@ -171,7 +227,7 @@ private:
     timeFinder_t times_;
     archive_t &archive_;
     std::vector<logLoad_t *> logs_; // that may have to be saved
-    std::uint64_t committed_ = 0;
+    std::uint64_t committed_ = 0, removed_ = milliseconds();
     progress_t progress_;
     exitCode_t status_ = exitFine;
 };

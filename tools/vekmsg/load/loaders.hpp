@@ -12,7 +12,10 @@ struct loadOptions_t {
     sourceOption_t source;
     std::string target; ///< the database
     std::string device, site, host;
-    std::string pattern; ///< of the logs' names, with these three in it
+    std::string pattern;                ///< of the logs' names, with these three in it
+    bool isReplacing = false;           ///< logs that are there are loaded anew
+    std::vector<std::string> forgotten; ///< names of logs to take away first
+    std::string keep;                   ///< how old messages may be: "90d"; empty: they stay
     bool isQuiet = false;
 };
 

@@ -3,6 +3,7 @@
 #include "tools/vekmsg/load/namePattern.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/archive/lineFront.hpp"
 #include "vek/inspect/forms/forms.hpp"
 
 #include <algorithm>
@@ -85,12 +86,16 @@ void logLoad_t::begin(std::string_view first, bool isNew) {
     const std::string name = log_.name;
     takeOrigin();
     log_.first = first.substr(0, archivedLog_t::firstBytes);
+    if (options_.isReplacing)
+        return beginAnew(name);
     const bool isBesideOthers = !isNew && !find(name) && log_.number != 0;
     if (isBesideOthers)
         log_.number = 0;
     const bool isEntered = log_.number == 0;
-    if (isEntered)
+    if (isEntered) {
         refuseExtract(first);
+        log_.isWhole = true;
+    }
     archive_.enter(log_, isNew);
     if (isEntered && !isNew)
         refuseTwice(name);
@@ -101,7 +106,31 @@ void logLoad_t::begin(std::string_view first, bool isNew) {
         complain(file_ + " is another log than the one that was loaded under this name; it is loaded beside it");
     scanner_ = inspect::logScanner_t(log_.position);
     marks_ = inspect::markMaker_t(log_.position.offset > 0);
+    front_ = log_.behind;
+    frontStart_ = log_.position.offset - std::min<std::uint64_t>(log_.position.offset, front_.size());
     lastText_.clear();
+}
+
+// As another log, beside what it was before: until it is whole that stays.
+void logLoad_t::beginAnew(const std::string &name) {
+    for (archivedLog_t &known : archive_.find(log_))
+        if (const bool isNamedSo = isCalled(known, name); isSame(known, isNamedSo) || (isNamedSo && replaced_.empty()))
+            replaced_.push_back(std::move(known));
+    if (!replaced_.empty())
+        for (const auto part : {&archivedLog_t::device, &archivedLog_t::site, &archivedLog_t::host})
+            if ((log_.*part).empty())
+                log_.*part = replaced_.front().*part;
+    log_.isWhole = true;
+    isOverlapTold_ = true;
+    archive_.enter(log_, true);
+    hasBegun_ = true;
+    scanner_ = inspect::logScanner_t(log_.position);
+}
+
+void logLoad_t::forgetReplaced() {
+    for (const archivedLog_t &log : replaced_)
+        archive_.forget(log);
+    replaced_.clear();
 }
 
 // Whether one of the archive's logs is this one, which then is taken for it. If not, the number of one that has the
@@ -230,12 +259,14 @@ void logLoad_t::dropTail() {
     if (log_.hasTail)
         archive_.removeFrom(log_.number, scanner_.decided());
     log_.hasTail = false;
+    log_.tail.clear();
 }
 
 void logLoad_t::takeTail() {
     if (!hasBegun_ || log_.hasTail || isCutShort())
         return;
     isTail_ = isTouched_ = true;
+    log_.tail.clear();
     inspect::logScanner_t ahead = scanner_;
     const std::int64_t messages = archive_.counts().messages;
     hasCutOff_ = false;
@@ -254,7 +285,44 @@ void logLoad_t::finish() {
     isTouched_ = true;
 }
 
+// Memory is bounded: long words between messages are kept in pieces, which end where no message begins.
+void logLoad_t::between(std::string_view words) {
+    constexpr std::size_t piece = std::size_t{1} << 16;
+    if (isTail_) {
+        log_.tail += words;
+        return;
+    }
+    for (front_ += words; front_.size() > piece; front_.erase(0, piece), frontStart_ += piece)
+        putFront(frontStart_ + piece, inspect::patternOf(std::string_view(front_).substr(0, piece), std::nullopt));
+}
+
+void logLoad_t::putFront(std::uint64_t offset, std::string_view text) {
+    constexpr std::uint32_t element = 0;
+    const auto cell = inspect::cell_t::ofText(text);
+    const inspect::rowFront_t front{log_.name, offset, 0, time_, log_.number};
+    if (log_.isWhole)
+        archive_.row({inspect::archiveTables().fronts(), front, {}, {}, false, {&element, 1}, {&cell, 1}, {}});
+}
+
+// What is in front of the first message lacks the end of a line.
+void logLoad_t::saveFront(std::uint64_t offset) {
+    const inspect::envelopeNumber_t &number = tree_.envelope().id;
+    const std::optional<std::int32_t> id = number.isThere ? std::optional(number.value) : std::nullopt;
+    room_.clear();
+    const std::string *const usual = log_.fronts.of(id);
+    if (usual != nullptr)
+        inspect::appendFront(room_, *usual, time_);
+    if (usual == nullptr || room_ != front_) {
+        const std::string pattern = inspect::patternOf(front_, time_);
+        if (usual != nullptr || log_.last.size == 0 || !log_.isWhole || !log_.fronts.learn(id, pattern))
+            putFront(offset, pattern);
+    }
+    front_.clear();
+}
+
 void logLoad_t::message(const inspect::foundMessage_t &found) {
+    if (isTail_)
+        log_.tail += found.text;
     if (isTail_ && !archive_.canRemove()) {
         hasCutOff_ = true;
         return;
@@ -264,6 +332,9 @@ void logLoad_t::message(const inspect::foundMessage_t &found) {
     rows_.make(tree_, {log_.name, found.offset, found.line, time, log_.number}, archive_);
     if (isTail_)
         return;
+    time_ = time;
+    saveFront(found.offset);
+    frontStart_ = found.offset + found.text.size();
     marks_.add(found.text, time);
     log_.last = {found.offset, found.text.size(), 0};
     lastText_ = found.text;
@@ -280,6 +351,7 @@ void logLoad_t::save() {
     if (log_.last.size > 0 && log_.last.hash == 0)
         log_.last.hash = inspect::hashOf(lastText_);
     log_.position = scanner_.position();
+    log_.behind = front_;
     log_.loadedAt = nowInWords();
     log_.loadedBy = kept(userAndMachine());
     saveMarks();

@@ -42,6 +42,9 @@ public:
     /// The log ends here for good.
     void finish();
 
+    /// Takes away what the log was loaded as before, when it was to be replaced.
+    void forgetReplaced();
+
     /// Nothing more was there than is loaded, and not even that.
     bool isCutShort() const { return hasBegun_ && at_ < log_.position.offset; }
     /// No message was ever found in it.
@@ -52,8 +55,12 @@ public:
 
 private:
     void message(const inspect::foundMessage_t &found) override;
+    void between(std::string_view words) override;
+    void putFront(std::uint64_t offset, std::string_view text);
+    void saveFront(std::uint64_t offset);
     void takeOrigin();
     bool find(const std::string &name);
+    void beginAnew(const std::string &name);
     void refuseTwice(const std::string &name);
     bool isCalled(const inspect::archivedLog_t &known, const std::string &name) const;
     bool isSame(const inspect::archivedLog_t &known, bool isNamedSo) const;
@@ -69,11 +76,16 @@ private:
     const std::string file_; // for people
     const bool isNamed_;     // by the user: a log of another name is another one
     inspect::archivedLog_t log_;
+    std::vector<inspect::archivedLog_t> replaced_;
     inspect::logScanner_t scanner_;
     inspect::tree_t tree_;
     inspect::rowMaker_t rows_;
     inspect::markMaker_t marks_;
-    std::string lastText_; // of the last message, or what stands in its place now
+    std::string room_;
+    std::string front_;                      // what came behind the last message
+    std::uint64_t frontStart_ = 0;           // where in the log
+    std::optional<inspect::logTime_t> time_; // of the last message
+    std::string lastText_;                   // of the last message, or what stands in its place now
     std::uint64_t at_ = 0;
     bool hasBegun_ = false, isTail_ = false, isTouched_ = false;
     bool isOverlapTold_ = false;

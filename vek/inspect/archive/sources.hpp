@@ -2,6 +2,7 @@
 // database. It stands apart from the messages: what is deleted of these is not loaded again.
 #pragma once
 
+#include "vek/inspect/archive/lineFront.hpp"
 #include "vek/inspect/archive/rows.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
@@ -29,6 +30,12 @@ struct archivedLog_t {
     message_t last;       ///< that was loaded last: it must still be where it was. Of size 0 when there is none
     bool hasTail = false; ///< there are rows behind the position, made of what stood at the log's end
     std::string loadedAt, loadedBy;
+
+    /// Every byte of it is kept, not its messages alone, as by older versions.
+    bool isWhole = false;
+    usualFronts_t fronts; ///< what stands in front of its messages
+    std::string behind;   ///< what stands behind the last one, up to the position
+    std::string tail;     ///< and from there to the end, when that may go on
 
     /// Its beginning as it stays when the log grows: at most tellingBytes, up to its first message's end.
     std::string_view head() const;

@@ -13,7 +13,7 @@
 namespace vek::inspect {
 
 /// What a database of this layout has for PRAGMA user_version and application_id.
-inline constexpr int sqliteVersion = 3;
+inline constexpr int sqliteVersion = 4;
 inline constexpr int sqliteApplication = 0x76656B6D; // "vekm"
 
 /// Bits of a message's number in SQLite that are its offset; in front of them stands its source's number.

@@ -59,6 +59,7 @@ public:
     void build() {
         addMessages();
         addProblems();
+        addFronts();
         for (const messageSchema_t &message : schema().messages())
             archive_.byMessage_.push_back(message.record != nullptr ? ofRecord(*message.record) : nullptr);
     }
@@ -95,6 +96,13 @@ private:
             fixed("consequence", text, true, "what a host makes of it"),
             fixed("suggestion", text, true, "what it should be, when that is known"),
         };
+    }
+
+    void addFronts() {
+        add("fronts", "What stands in front of a message, from the one before on, where it is not as usual in its log",
+            1)
+            .columns = {fixed("text", columnType_t::text, true,
+                              "the words; a time as on most lines is left out of them, U+0011 marks its place")};
     }
 
     // Messages that share a record share its table.

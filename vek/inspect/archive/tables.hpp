@@ -61,7 +61,7 @@ struct table_t {
     std::size_t number = 0; ///< among all tables, from 0
     std::size_t depth = 0;  ///< numbers of elements in front: 0 for a message's record, 1 for a list's elements...
     std::vector<column_t> columns;
-    recordColumns_t record; ///< empty for `messages` and `problems`
+    recordColumns_t record; ///< empty for those that are of no record
 };
 
 class archiveTables_t {
@@ -70,12 +70,14 @@ public:
     archiveTables_t(const archiveTables_t &) = delete;
     archiveTables_t &operator=(const archiveTables_t &) = delete;
 
-    /// `messages`, `problems`, and then each record with the tables of its lists behind it.
+    /// `messages`, `problems`, `fronts`, and then each record with the tables of its lists behind it.
     const std::deque<table_t> &all() const { return tables_; }
     /// Of every message there is.
     const table_t &messages() const { return tables_[0]; }
     /// Of what check() finds.
     const table_t &problems() const { return tables_[1]; }
+    /// Of what stands in front of messages.
+    const table_t &fronts() const { return tables_[2]; }
     /// Of a message's record; null when it has none.
     const table_t *of(const messageSchema_t *message) const;
     /// The same with the tables of its lists.

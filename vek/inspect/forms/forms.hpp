@@ -66,6 +66,8 @@ void appendFlat(std::string &out, const tree_t &tree);
 /// The characters that appendJsonString() has, without quotes and escapes: bytes as well-formed UTF-8. `room` is used
 /// when they aren't.
 std::string_view wellFormed(std::string_view bytes, std::string &room);
+/// And back: the bytes that such characters stand for.
+std::string jsonBytes(std::string_view text);
 
 /// What a text looks like.
 enum class form_t : std::uint8_t { message, show, json, flat, none };

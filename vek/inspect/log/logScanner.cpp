@@ -104,7 +104,7 @@ std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t
             ++at;
             continue;
         }
-        pass(text.substr(passed, at - passed));
+        pass(text.substr(passed, at - passed), sink);
         passed = at;
         if (candidate.kind == undecided)
             return passed;
@@ -115,7 +115,7 @@ std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t
     }
     const bool isHalf = !isLast && text.ends_with(startMarker[0]) && passed < text.size();
     const std::size_t end = text.size() - (isHalf ? 1 : 0);
-    pass(text.substr(passed, end - passed));
+    pass(text.substr(passed, end - passed), sink);
     return end;
 }
 
@@ -179,9 +179,10 @@ logScanner_t::candidate_t logScanner_t::findEndWithoutId(std::string_view text, 
 }
 
 // Goes over what is no message.
-void logScanner_t::pass(std::string_view words) {
+void logScanner_t::pass(std::string_view words, messageSink_t &sink) {
     if (words.empty())
         return;
+    sink.between(words);
     offset_ += words.size();
     const std::uint64_t lines = countLines(words);
     if (lines > 0) {

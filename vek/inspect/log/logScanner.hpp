@@ -38,6 +38,8 @@ struct logPosition_t {
 class messageSink_t {
 public:
     virtual void message(const foundMessage_t &found) = 0;
+    /// What stands between messages, in pieces: with the messages it is all of the log.
+    virtual void between(std::string_view) {}
 
 protected:
     ~messageSink_t() = default;
@@ -91,7 +93,7 @@ private:
     static candidate_t examine(std::string_view text, std::size_t at, bool isLast);
     static candidate_t findDamagedEnd(std::string_view text, std::size_t at, bool isLast);
     static candidate_t findEndWithoutId(std::string_view text, std::size_t at, bool isLast);
-    void pass(std::string_view words);
+    void pass(std::string_view words, messageSink_t &sink);
     void passMessage(std::string_view message);
 
     std::string kept_;     // what was not decided yet

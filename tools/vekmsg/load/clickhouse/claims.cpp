@@ -44,7 +44,8 @@ std::vector<archivedLog_t> claims_t::find(const std::string &condition) {
     for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {
         const std::string name = sqlName(column.name);
         const std::string value = column.clickhouse == "String" ? "hex(" + name + ")" : "toString(" + name + ")";
-        columns += column.name == "source_id" ? "toString(source_id)" : ", argMax(" + value + ", loaded_bytes)";
+        columns += column.name == "source_id" ? "toString(source_id)"
+                                              : ", argMax(" + value + ", loaded_bytes + length(tail_bytes))";
     }
     std::vector<archivedLog_t> found;
     for (const auto &line : server_.table(inspect::joined(

@@ -217,7 +217,12 @@ bool clusterStore_t::isFull() const {
     return size_ >= batchSize;
 }
 
+// Also words without messages are more of a log.
 void clusterStore_t::save(const archivedLog_t &log) {
+    const auto size = [](const archivedLog_t &one) { return one.position.offset + one.tail.size(); };
+    if (const archivedLog_t &entered = entered_.at(log.number);
+        !claims_.holds(log.number) && size(log) != size(entered))
+        claim(entered);
     if (claims_.holds(log.number))
         saved_[log.number] = log;
 }
@@ -225,13 +230,22 @@ void clusterStore_t::save(const archivedLog_t &log) {
 // A claim that counts behind all the batches has counted for each of them. What is not said of them is found when it is
 // needed: rows that are there are not taken again.
 void clusterStore_t::commit(bool isLast) {
-    constexpr std::uint64_t pause = 60'000; // milliseconds
     hasBegun_ = false;
     for (table_t &table : tables_)
         send(table);
     size_ = 0;
-    if (saved_.empty())
-        return;
+    if (!saved_.empty())
+        settle(isLast);
+    if (isLast && !forgotten_.empty()) {
+        std::vector<std::string> tables = tableNames();
+        tables.insert(tables.end(), {"marks", "sources"});
+        remove(std::move(tables), "source_id IN (" + listed(forgotten_) + ")");
+        forgotten_.clear();
+    }
+}
+
+void clusterStore_t::settle(bool isLast) {
+    constexpr std::uint64_t pause = 60'000; // milliseconds
     claims_.verify();
     if (!isLast && milliseconds() - savedAt_ < pause)
         return;
@@ -284,6 +298,51 @@ void clusterStore_t::send(table_t &table) {
     table.rows.clear();
     table.count = 0;
     table.logs.clear();
+}
+
+std::vector<archivedLog_t> clusterStore_t::logs() {
+    return claims_.find("1");
+}
+
+std::vector<std::string> clusterStore_t::tableNames() const {
+    std::vector<std::string> names;
+    for (const table_t &table : tables_)
+        names.push_back(table.declared->name);
+    return names;
+}
+
+void clusterStore_t::forget(const archivedLog_t &log) {
+    forgotten_.push_back(log.number);
+}
+
+std::int64_t clusterStore_t::removeOlder(const inspect::logTime_t &time) {
+    std::string words;
+    time.appendTo(words, ' ', inspect::logTime_t::fraction_t::none);
+    return remove(tableNames(), "log_time < toDateTime('" + words + "', 'UTC')");
+}
+
+// Gives the number of messages. A server takes its time for it; what was asked for is done also when it is stopped.
+std::int64_t clusterStore_t::remove(std::vector<std::string> tables, const std::string &condition) {
+    if (!server_.cluster().empty())
+        throw databaseError_t(server_.name() +
+                              ": rows of a cluster are taken away on each server: ALTER TABLE "
+                              "messages_local DELETE WHERE " +
+                              condition + ", and so in the other tables");
+    std::string counts;
+    for (const std::string &table : tables)
+        counts.append(counts.empty() ? "" : " UNION ALL ")
+            .append(inspect::joined({"SELECT '", table, "', count() FROM ", sqlName(table), " WHERE ", condition}));
+    std::int64_t messages = 0;
+    for (const auto &line : server_.table(counts))
+        if (line[1] != "0") {
+            messages += line[0] == "messages" ? std::stoll(line[1]) : 0;
+            server_.ask(inspect::joined({"ALTER TABLE ", sqlName(line[0]), " DELETE WHERE ", condition}));
+        }
+    constexpr unsigned pause = 100; // milliseconds
+    while (server_.ask("SELECT count() FROM system.mutations WHERE is_done = 0 AND database = " +
+                       sqlText(server_.database())) != "0\n")
+        sleepMilliseconds(pause);
+    return messages;
 }
 
 } // namespace vek::tool

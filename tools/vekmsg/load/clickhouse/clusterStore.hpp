@@ -41,6 +41,9 @@ public:
     unsigned patience() const override { return 5000; }
     bool canRemove() const override { return false; }
     void removeFrom(std::uint64_t, std::uint64_t) override {}
+    std::vector<inspect::archivedLog_t> logs() override;
+    void forget(const inspect::archivedLog_t &log) override;
+    std::int64_t removeOlder(const inspect::logTime_t &time) override;
     std::int64_t all() override;
 
 private:
@@ -59,6 +62,9 @@ private:
     void claim(const inspect::archivedLog_t &log);
     static std::string placesOf(const table_t &table);
     void send(table_t &table);
+    void settle(bool isLast);
+    std::vector<std::string> tableNames() const;
+    std::int64_t remove(std::vector<std::string> tables, const std::string &condition);
 
     clusterServer_t server_;
     claims_t claims_{server_};
@@ -71,6 +77,7 @@ private:
     std::size_t size_ = 0;                                      // of all batches
     std::uint64_t savedAt_ = 0;                                 // milliseconds
     bool hasBegun_ = false;
+    std::vector<std::uint64_t> forgotten_;
 };
 
 } // namespace vek::tool

@@ -44,6 +44,25 @@ archivedLog_t logIn(const statement_t &row) {
 
 } // namespace
 
+std::vector<archivedLog_t> logsIn(database_t &database, const std::string &rest) {
+    std::vector<archivedLog_t> logs;
+    statement_t rows(database, "SELECT " + sourceNames() + " FROM sources " + rest);
+    while (rows.next())
+        logs.push_back(logIn(rows));
+    return logs;
+}
+
+void archiveFile_t::bringUpToDate(const std::string &file) {
+    bool isCurrent = false;
+    {
+        database_t database(file, true);
+        isCurrent = database.number("PRAGMA application_id") == sqliteApplication &&
+                    database.number("PRAGMA user_version") == sqliteVersion;
+    }
+    if (!isCurrent)
+        archiveFile_t{file};
+}
+
 std::unique_ptr<archive_t> openSqlite(const std::string &file) {
     return std::make_unique<archiveFile_t>(file);
 }
@@ -109,9 +128,8 @@ void archiveFile_t::completeSources() {
     complete("sources", sqliteCreateSources(), sqliteSourceColumns());
     complete("marks", sqliteCreateMarks(), sqliteMarkColumns());
     database_.run(sqliteCreateSourceIndexes());
-    statement_t rows(database_, "SELECT " + sourceNames() + " FROM sources WHERE first_hash = 0");
-    while (rows.next())
-        save(logIn(rows)); // of a version that had no hashes
+    for (const archivedLog_t &log : logsIn(database_, "WHERE first_hash = 0"))
+        save(log); // of a version that had no hashes
 }
 
 std::vector<archivedLog_t> archiveFile_t::find(const archivedLog_t &log) {
@@ -154,10 +172,8 @@ archive_t::overlap_t archiveFile_t::overlap(const archivedLog_t &log, std::span<
     for (const auto &[other, count] : counts)
         if (count > most.count)
             std::tie(number, most.count) = std::tie(other, count);
-    statement_t row(database_, "SELECT " + sourceNames() + " FROM sources WHERE source_id = ?");
-    row.bind(1, number);
-    if (row.next())
-        most.log = logIn(row);
+    for (archivedLog_t &other : logsIn(database_, "WHERE source_id = " + std::to_string(number)))
+        most.log = std::move(other);
     return most;
 }
 
@@ -201,6 +217,8 @@ void archiveFile_t::save(const archivedLog_t &log) {
         const cell_t cell = column.get(log);
         if (column.sqlite.starts_with("BLOB"))
             insert.bindBytes(++parameter, cell.text);
+        else if (cell.kind == cell_t::kind_t::text)
+            insert.bind(++parameter, cell.text); // well-formed already
         else
             bindCell(insert, ++parameter, cell);
     }
@@ -234,6 +252,7 @@ void archiveFile_t::row(const row_t &row) {
     if (row.front.byteOffset >> sqliteOffsetBits != 0)
         throw usageError_t(std::string(row.front.source) + " has more than a terabyte; split it, and load the pieces");
     roomCount_ = 0;
+    messageId_ = messageId(row.front.number, row.front.byteOffset);
     if (&row.table == &archiveTables().messages())
         beginMessage(row);
     writer_t &writer = writerOf(row.table);
@@ -248,7 +267,6 @@ void archiveFile_t::row(const row_t &row) {
 void archiveFile_t::beginMessage(const row_t &row) {
     ++counts_.messages;
     counts_.damaged += row.isDamaged ? 1 : 0;
-    messageId_ = messageId(row.front.number, row.front.byteOffset);
     frontRooms_.resize(frontColumns().size());
     front_.clear();
     for (const frontColumn_t &column : frontColumns())
@@ -312,20 +330,60 @@ void archiveFile_t::bindCell(statement_t &insert, int parameter, const cell_t &c
 }
 
 void archiveFile_t::removeFrom(std::uint64_t source, std::uint64_t offset) {
-    constexpr const char *where = " WHERE \"message_id\" >= ? AND \"message_id\" < ?";
-    const auto bound = [&](const std::string &sql) {
-        statement_t statement(database_, sql + where);
-        statement.bind(1, messageId(source, offset));
-        statement.bind(2, messageId(source + 1, 0));
-        return statement;
-    };
-    statement_t count = bound("SELECT count(*), coalesce(sum(\"damaged\"), 0) FROM \"messages\"");
+    const std::int64_t first = messageId(source, offset), end = messageId(source + 1, 0);
+    statement_t count(database_, "SELECT count(*), coalesce(sum(damaged), 0) FROM messages WHERE message_id >= ? AND "
+                                 "message_id < ?");
+    count.bind(1, first);
+    count.bind(2, end);
     if (count.next()) {
         counts_.messages -= count.integer(0);
         counts_.damaged -= count.integer(1);
     }
-    for (const sqliteTable_t &table : allTables())
-        bound("DELETE FROM " + quotedName(table.name)).run();
+    removeBetween(first, end);
+}
+
+void archiveFile_t::removeBetween(std::int64_t first, std::int64_t end) {
+    for (const sqliteTable_t &table : allTables()) {
+        statement_t remove(database_,
+                           "DELETE FROM " + quotedName(table.name) + " WHERE message_id >= ? AND message_id < ?");
+        remove.bind(1, first);
+        remove.bind(2, end);
+        remove.run();
+    }
+}
+
+void archiveFile_t::forget(const archivedLog_t &log) {
+    removeBetween(messageId(log.number, 0), messageId(log.number + 1, 0));
+    for (const char *table : {"marks", "sources"})
+        database_.run(joined({"DELETE FROM ", table, " WHERE source_id = ", std::to_string(log.number)}));
+}
+
+std::int64_t archiveFile_t::removeOlder(const logTime_t &time) {
+    std::string limit;
+    time.appendTo(limit, ' ', logTime_t::fraction_t::always);
+    std::int64_t count = 0;
+    for (const archivedLog_t &log : logs())
+        count += removeOlder(log.number, limit);
+    return count;
+}
+
+// A log's messages up to the first one that stays, also those among them without a time.
+std::int64_t archiveFile_t::removeOlder(std::uint64_t source, const std::string &time) {
+    const std::int64_t first = messageId(source, 0), end = messageId(source + 1, 0);
+    statement_t young(database_, "SELECT message_id FROM messages WHERE message_id >= ? AND message_id < ? AND "
+                                 "log_time >= ? ORDER BY message_id LIMIT 1");
+    young.bind(1, first);
+    young.bind(2, end);
+    young.bind(3, std::string_view(time));
+    const std::int64_t stays = young.next() ? young.integer(0) : end;
+    statement_t timed(database_,
+                      "SELECT count(*), count(log_time) FROM messages WHERE message_id >= ? AND message_id < ?");
+    timed.bind(1, first);
+    timed.bind(2, stays);
+    if (!timed.next() || timed.integer(1) == 0)
+        return 0; // nobody knows how old they are
+    removeBetween(first, stays);
+    return timed.integer(0);
 }
 
 } // namespace vek::tool

@@ -15,11 +15,17 @@
 
 namespace vek::tool {
 
+/// Rows of the table of sources, those of what stands behind its name in a SELECT.
+std::vector<inspect::archivedLog_t> logsIn(database_t &database, const std::string &rest);
+
 class archiveFile_t final : public archive_t {
 public:
     /// Opens a database of these tables, or makes one; what an older version or somebody else made lacks is added.
     /// Throws when the file is something else.
     explicit archiveFile_t(const std::string &file);
+
+    /// Adds what an archive lacks that an older version made. Throws when the file is something else.
+    static void bringUpToDate(const std::string &file);
 
     database_t &database() { return database_; }
 
@@ -38,6 +44,9 @@ public:
     unsigned patience() const override { return 0; }
     bool canRemove() const override { return true; }
     void removeFrom(std::uint64_t source, std::uint64_t offset) override;
+    std::vector<inspect::archivedLog_t> logs() override { return logsIn(database_, "ORDER BY source_id"); }
+    void forget(const inspect::archivedLog_t &log) override;
+    std::int64_t removeOlder(const inspect::logTime_t &time) override;
     std::int64_t all() override { return database_.number("SELECT count(*) FROM messages"); }
 
     static std::int64_t messageId(std::uint64_t source, std::uint64_t offset) {
@@ -60,6 +69,8 @@ private:
     void beginMessage(const inspect::row_t &row);
     void insertRow(statement_t &insert, const inspect::row_t &row);
     void insertList(statement_t &insert, const inspect::row_t &row, const inspect::cell_t &list);
+    std::int64_t removeOlder(std::uint64_t source, const std::string &time);
+    void removeBetween(std::int64_t first, std::int64_t end);
     int bindFront(statement_t &insert, const inspect::row_t &row);
     void bindCell(statement_t &insert, int parameter, const inspect::cell_t &cell);
 

@@ -14,13 +14,14 @@ void statement_t::closer_t::operator()(sqlite3_stmt *handle) const {
     sqlite3_finalize(handle);
 }
 
-database_t::database_t(const std::string &file) : file_(file) {
+database_t::database_t(const std::string &file, bool isReadOnly) : file_(file) {
     // Locks and counts that one thread has no use for are a tenth of its time.
     static const bool isAlone = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK &&
                                 sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
     static_cast<void>(isAlone);
     sqlite3 *handle = nullptr;
-    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; // one thread uses it
+    const int flags = (isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) |
+                      SQLITE_OPEN_NOMUTEX; // one thread uses it
     const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
     handle_.reset(handle);
     if (result != SQLITE_OK)
@@ -123,6 +124,14 @@ bool statement_t::next() {
     if (result != SQLITE_DONE && result != SQLITE_ROW)
         database_->fail();
     return result == SQLITE_ROW;
+}
+
+bool statement_t::isNull(int column) const {
+    return sqlite3_column_type(handle_.get(), column) == SQLITE_NULL;
+}
+
+double statement_t::real(int column) const {
+    return sqlite3_column_double(handle_.get(), column);
 }
 
 std::int64_t statement_t::integer(int column) const {

@@ -18,8 +18,8 @@ namespace vek::tool {
 
 class database_t {
 public:
-    /// Opens a file, which is made when there is none.
-    explicit database_t(const std::string &file);
+    /// Opens a file, which is made when there is none and it may be written.
+    explicit database_t(const std::string &file, bool isReadOnly = false);
 
     const std::string &file() const { return file_; }
     void run(const std::string &sql);
@@ -59,7 +59,9 @@ public:
     bool next();
     /// Before it is bound and its rows are asked for again.
     void reset();
+    bool isNull(int column) const;
     std::int64_t integer(int column) const;
+    double real(int column) const;
     std::string text(int column) const;
 
 private:

@@ -10,7 +10,4 @@ namespace vek::inspect {
 /// Bytes from 0x80 on that are no UTF-8 are written as the characters that begin here, in order.
 inline constexpr std::uint32_t byteCharacters = 0xEF80;
 
-/// The bytes that a string stands for, as appendJsonString() made it.
-std::string jsonBytes(std::string_view text);
-
 } // namespace vek::inspect
