@@ -2,14 +2,40 @@
 
 #include "tools/vekmsg/reading/input.hpp"
 
+#include <filesystem>
+
 namespace vek::tool {
 
 followedLog_t::followedLog_t(const std::string &name)
-    : name_(name), file_(std::make_unique<rawFile_t>(name)), block_(source_t::blockSize, '\0'),
-      latest_(milliseconds()) {}
+    : name_(name), block_(source_t::blockSize, '\0'), latest_(milliseconds()) {
+    if (!open())
+        complain(name_ + " is not there yet; waiting for it");
+}
+
+// False when there is no file of this name, which may come.
+bool followedLog_t::open() {
+    try {
+        file_ = std::make_unique<rawFile_t>(name_);
+    } catch (const usageError_t &) {
+        std::error_code error;
+        if (std::filesystem::status(name_, error).type() != std::filesystem::file_type::not_found)
+            throw;
+    }
+    return file_ != nullptr;
+}
+
+// Waits for a pipe until something comes, but not for long; what comes to files is asked for.
+void followedLog_t::rest(unsigned pause) const {
+    if (file_ != nullptr && !file_->identity().isRegular)
+        (void)file_->comesUntil(milliseconds() + pause);
+    else
+        sleepMilliseconds(pause);
+}
 
 // Takes what has come; false when nothing had.
 bool followedLog_t::read() {
+    if ((file_ == nullptr && !open()) || (file_->canWait() && !file_->comesUntil(0)))
+        return false;
     if (const std::size_t size = file_->read(block_.data(), block_.size()); size > 0) {
         taken_ += size;
         take({block_.data(), size});
@@ -23,7 +49,7 @@ bool followedLog_t::read() {
         return false;
     end(isRotated);
     if (isRotated)
-        file_ = std::make_unique<rawFile_t>(name_);
+        file_.reset();
     taken_ = 0;
     return true;
 }
@@ -51,7 +77,7 @@ void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::functio
     constexpr unsigned pause = 20; // milliseconds
     for (bool isBusy = true; !logs.empty();) {
         if (!isBusy)
-            sleepMilliseconds(pause);
+            logs.front()->rest(pause);
         isBusy = false;
         for (const auto &log : logs)
             isBusy |= log->step();

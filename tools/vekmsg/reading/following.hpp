@@ -1,5 +1,5 @@
 // follow(): growing files, all at once, through rotation: when another file has a name, the rest of the old one is read
-// and then the new one from its start.
+// and then the new one from its start. A file that is not there yet is waited for.
 //
 // One thread at a time.
 #pragma once
@@ -38,10 +38,12 @@ protected:
 private:
     friend void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::function<bool(bool)> &round);
     bool step();
+    bool open();
     bool read();
+    void rest(unsigned pause) const;
 
     std::string name_;
-    std::unique_ptr<rawFile_t> file_;
+    std::unique_ptr<rawFile_t> file_; // null while there is none
     std::string block_;
     std::uint64_t taken_ = 0, latest_ = 0; // bytes of the file, and when they came
     bool isStill_ = false, isEnded_ = false;

@@ -21,7 +21,7 @@ void readingOptions_t::declareTime(argumentList_t &list) {
 
 void readingOptions_t::declareFollowing(argumentList_t &list) {
     list.addFlag(follows, "-f,--follow",
-                 "Go on when the file grows, also when another takes its name; each message at once");
+                 "Go on when the file grows, comes, or another takes its name; each message at once");
 }
 
 void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSplit) {

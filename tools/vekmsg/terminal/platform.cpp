@@ -3,6 +3,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/words/quoting.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -56,7 +57,7 @@ fileIdentity_t identityFrom(HANDLE file) {
 }
 #else
 int openToRead(const std::string &name) {
-    return open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
 }
 
 fileIdentity_t identityFrom(const struct stat &status) {
@@ -181,22 +182,30 @@ std::size_t rawFile_t::read(char *buffer, std::size_t room) {
 #endif
 
 bool rawFile_t::comesUntil(std::uint64_t moment) const {
-    for (constexpr unsigned pause = 10;; sleepMilliseconds(pause)) {
 #ifdef _WIN32
+    for (constexpr unsigned pause = 10;; sleepMilliseconds(pause)) {
         DWORD size = 0;
         const HANDLE file = handleOf(descriptor_);
         const DWORD kind = GetFileType(file);
         if (kind == FILE_TYPE_DISK ||
             (kind == FILE_TYPE_PIPE && !PeekNamedPipe(file, nullptr, 0, nullptr, &size, nullptr)) || size > 0)
             return true;
-#else
-        pollfd waiting{descriptor_, POLLIN, 0};
-        if (poll(&waiting, 1, 0) != 0)
-            return true;
-#endif
         if (milliseconds() >= moment)
             return false;
     }
+#else
+    const std::uint64_t now = milliseconds();
+    pollfd waiting{descriptor_, POLLIN, 0};
+    return poll(&waiting, 1, static_cast<int>(std::max(moment, now) - now)) != 0;
+#endif
+}
+
+bool rawFile_t::canWait() const {
+#ifdef _WIN32
+    return GetFileType(handleOf(descriptor_)) != FILE_TYPE_CHAR;
+#else
+    return true;
+#endif
 }
 
 void rawFile_t::seek(std::uint64_t offset) {

@@ -51,6 +51,8 @@ public:
     std::size_t read(char *buffer, std::size_t room);
     /// Whether read() has something to tell before a moment of milliseconds(), be it the end.
     bool comesUntil(std::uint64_t moment) const;
+    /// Whether comesUntil() knows: what is typed at some consoles shows only when it is read.
+    bool canWait() const;
     void seek(std::uint64_t offset);
     fileIdentity_t identity() const;
     const std::string &name() const { return name_; }
