@@ -96,7 +96,7 @@ test('every kind of request is refused by the policy', async () => {
             request.open('GET', address);
             request.send();
           },
-          'connect-src socket': () => new WebSocket('ws://127.0.0.1:9/asked'),
+          'connect-src socket': () => new WebSocket('ws://192.0.2.1:9/asked'),
           'connect-src events': () => new EventSource(address),
           'img-src image': () => add('img', { src: address }),
           'media-src sound': () => add('audio', { src: address }),

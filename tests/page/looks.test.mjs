@@ -66,7 +66,17 @@ const states = {
     await settled(page);
     await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
   },
+  state: (page) => page.click('#stateTab'),
+  views: async (page) => {
+    if (await page.isVisible('#backToList')) await page.click('#backToList');
+    await page.click('#views summary');
+  },
+  live: async (page) => {
+    await page.keyboard.press('Escape');
+    await page.click('#openLive');
+  },
   list: async (page) => {
+    await page.click('#liveCancel');
     await openFile(page, {
       name: 'a',
       mimeType: '',

@@ -67,6 +67,7 @@ const policy = [
   `script-src ${hashOf(script)} 'wasm-unsafe-eval'`,
   `style-src ${hashOf(style)}`,
   'worker-src blob:',
+  'connect-src ws://127.0.0.1:* ws://localhost:*', // a bridge on this machine
   "base-uri 'none'",
   "form-action 'none'",
   "require-trusted-types-for 'script'",

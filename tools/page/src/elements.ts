@@ -16,6 +16,11 @@ interface Elements {
   filterWords: HTMLInputElement;
   leaveDialog: HTMLDialogElement;
   listDialog: HTMLDialogElement;
+  liveAddress: HTMLInputElement;
+  liveBaud: HTMLInputElement;
+  liveDialog: HTMLDialogElement;
+  liveFile: HTMLButtonElement;
+  liveSerial: HTMLButtonElement;
   pasteDialog: HTMLDialogElement;
   pasteText: HTMLTextAreaElement;
   otherFile: HTMLInputElement;
@@ -25,6 +30,8 @@ interface Elements {
   plotOver: HTMLSelectElement;
   progressBar: HTMLProgressElement;
   redoEdit: HTMLButtonElement;
+  sendDialog: HTMLDialogElement;
+  sendNow: HTMLButtonElement;
   stateSince: HTMLSelectElement;
   timeLine: HTMLCanvasElement;
   undoEdit: HTMLButtonElement;

@@ -43,6 +43,7 @@ export class Log {
   notes: string[] = []; // what was done to read it
   done = 0;
   isComplete = false;
+  isLive = false; // it goes on
   order = 0; // changes when the messages stand in another one
   #stop = new AbortController();
 
@@ -81,6 +82,13 @@ export class Log {
     } finally {
       this.isComplete = true;
     }
+  }
+
+  /** Takes what has come of a log that goes on, and the rows of the messages that end in it. */
+  grow(bytes: Bytes, rows: Bytes) {
+    this.blob = new Blob([this.blob, bytes]);
+    this.size = this.done = this.blob.size;
+    if (rows.length > 0) this.#append(rows, 0, 0);
   }
 
   cancel() {

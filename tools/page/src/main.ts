@@ -5,6 +5,7 @@ import { Detail } from './detail.ts';
 import { Filters } from './filters.ts';
 import { History } from './history.ts';
 import { makeLeaving } from './leaving.ts';
+import { Live } from './live.ts';
 import { Log, type Snapshot } from './log.ts';
 import { MessageList } from './messageList.ts';
 import { makeOpening } from './opening.ts';
@@ -31,6 +32,10 @@ class Page {
   readonly detail: Detail;
   readonly panels: Panel[];
   readonly plot: Plot;
+  readonly live: Live;
+  #follower?: Reader; // that reads a log that goes on
+  #growing = Promise.resolve(); // until what came is read
+  #plotOn = seldom(() => this.log?.isLive && busy(Promise.all(this.panels.map((panel) => panel.complete()))), 500);
   readonly chooseTab: (tab: string) => void;
 
   static async start(wasm: Bytes) {
@@ -38,13 +43,14 @@ class Page {
     const core = coreIn(asking);
     const [kinds, findingNames, unprintable] = await Promise.all([core.kinds(), core.findingNames(), core.unprintable()]);
     setUnprintable(unprintable);
-    return new Page(core, asking, new Reader(wasm), new Catalogue(kinds), findingNames);
+    return new Page(core, asking, new Reader(wasm), () => new Reader(wasm), new Catalogue(kinds), findingNames);
   }
 
   constructor(
     private readonly core: CoreCalls,
     private readonly asking: Reader,
     private readonly reader: Reader,
+    private readonly makeReader: () => Reader,
     catalogue: Catalogue,
     findingNames: string[],
   ) {
@@ -83,6 +89,14 @@ class Page {
     });
     const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved, save: () => this.#saveLog() });
     makeOpening(async (files) => (await mayLeave()) && busy(this.#open(files)));
+    this.live = new Live(core, {
+      mayBegin: mayLeave,
+      begin: (name) => this.#openLive(name),
+      bytes: (bytes) => void this.#grow(bytes),
+      end: () => busy(this.#endLive()),
+      follow: () => this.#chooseNewest(),
+      message: () => (this.row === undefined ? undefined : this.detail.bytes),
+    });
     byId('cancelReading').addEventListener('click', () => this.log?.cancel());
     byId('saveLog').addEventListener('click', () => this.#saveLog());
     byId('undoEdit').addEventListener('click', () => busy(this.#undo()));
@@ -94,6 +108,7 @@ class Page {
   }
 
   async #open(files: NamedBlob[]) {
+    this.live.stop();
     this.log?.cancel();
     const name = files.length === 1 ? files[0].name : `${counted(files.length, 'file')}`;
     const log = new Log(name, files, this.reader, this.asking);
@@ -122,6 +137,49 @@ class Page {
     if (log.count === 1) this.detail.tree.focus();
     else if (document.activeElement === document.body || byId('pasteDialog').contains(document.activeElement)) this.list.focus();
     if (log.count === 1) this.#showPane('detail');
+  }
+
+  #openLive(name: string) {
+    this.log?.cancel();
+    const log = new Log(name, [{ name, blob: new Blob() }], this.reader, this.asking);
+    log.isLive = true;
+    this.log = log;
+    this.row = undefined;
+    this.history = new History();
+    this.#follower ??= this.makeReader();
+    this.#growing = this.#follower.run('follow', { bytes: new Uint8Array() }).then(() => {});
+    this.#prepare(log);
+    void this.#refresh(log);
+  }
+
+  // In the order in which it came.
+  #grow(bytes: Bytes) {
+    const { log } = this;
+    this.#growing = this.#growing.then(async () => {
+      if (this.log !== log || !log?.isLive || !this.#follower) return;
+      const { rows } = await this.#follower.run('follow', { bytes });
+      log.grow(bytes, rows);
+      await this.#refresh(log);
+      if (rows.length === 0) return;
+      if (this.live.isFollowing) this.#chooseNewest();
+      this.#plotOn();
+    });
+    return this.#growing;
+  }
+
+  async #endLive() {
+    const { log } = this;
+    await this.#growing;
+    if (this.log !== log || !log?.isLive) return;
+    log.isLive = false;
+    log.isComplete = true;
+    await this.#refresh(log);
+    await Promise.all(this.panels.map((panel) => panel.complete()));
+  }
+
+  #chooseNewest() {
+    const row = this.list.rows.at(-1);
+    if (row !== undefined) this.list.choose(row);
   }
 
   // Several files become one log; the message in sight stays.
@@ -158,7 +216,7 @@ class Page {
   }
 
   #refresh(log: Log) {
-    byId('progress').hidden = log.isComplete;
+    byId('progress').hidden = log.isComplete || log.isLive;
     byId('progressBar').value = log.size > 0 ? Math.min(1, log.done / log.size) : 1;
     byId('progressWords').textContent =
       log.blob.size > 0
@@ -179,7 +237,8 @@ class Page {
     if (counts.withErrors > 0) facts.push(`${number(counts.withErrors)} with errors`);
     if (counts.damaged > 0) facts.push(`${number(counts.damaged)} damaged`);
     if (counts.gaps > 0) facts.push(`${counted(counts.gaps, 'gap')} with ${number(counts.missing)} missing`);
-    if (!log.isComplete) facts.push('still reading');
+    if (log.isLive) facts.push('live');
+    else if (!log.isComplete) facts.push('still reading');
     else if (log.isCut) facts.push(`only the first ${sizeInWords(log.done)} of ${sizeInWords(log.size)} were read`);
     byId('summary').textContent = facts.join(' · ');
   }
@@ -216,6 +275,7 @@ class Page {
   async #change(rows: Uint32Array, messages: Blob, sizes: Uint32Array, described: Bytes) {
     const { log } = this;
     if (!log) return;
+    if (log.isLive) return announce('It goes on: stop it before you change its messages.', true);
     const before = log.snapshot(rows);
     const after = await log.take(rows, messages, sizes, described);
     this.history.add({ rows, before, after });

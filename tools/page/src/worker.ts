@@ -101,6 +101,13 @@ const jobs = {
     return {};
   },
 
+  // A log that goes on, a block as it comes; one without bytes begins another.
+  follow({ bytes }: Job & { bytes: Bytes }) {
+    if (bytes.length > 0) return { rows: core.takeLog(bytes) };
+    core.beginLog();
+    return { rows: bytes };
+  },
+
   // Which messages hold some bytes, letter case not counting. Bytes are compared as the characters of one-byte text.
   async search({ job, blob, offsets, sizes, words }: Messages & { words: string }) {
     const oneByte = new TextDecoder('latin1');

@@ -1,0 +1,225 @@
+// Logs that go on: a file that grows, a serial line, a WebSocket of a bridge on this machine. What comes is read at once;
+// what is sent was looked at first.
+import { announce, busy, byId } from './elements.ts';
+import type { CoreCalls } from './reader.ts';
+import { coreText } from './bytes.ts';
+import { showLines, shownWords } from './signs.ts';
+import type { Bytes } from './types.ts';
+
+const pause = 20; // milliseconds between looks at a file, and between what is handed on
+
+/** Where bytes come from, and can be sent to. */
+interface Line {
+  name: string;
+  send?: (bytes: Bytes) => Promise<void> | void;
+  close: () => Promise<void> | void;
+}
+
+type OnBytes = (bytes: Bytes) => void;
+type OnEnd = (why?: string) => void;
+
+// What browsers have of these, and the compiler does not know.
+interface SerialPort {
+  open(options: { baudRate: number }): Promise<void>;
+  close(): Promise<void>;
+  readable: ReadableStream<Bytes>;
+  writable: WritableStream<Bytes>;
+}
+interface Ways {
+  showOpenFilePicker?: () => Promise<{ name: string; getFile: () => Promise<File> }[]>;
+  navigator: { serial?: { requestPort: () => Promise<SerialPort> } };
+}
+const ways = window as unknown as Ways;
+
+async function fileLine(onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
+  const [handle] = await ways.showOpenFilePicker!();
+  let at = 0;
+  let isOpen = true;
+  const look = async () => {
+    try {
+      const file = await handle.getFile();
+      if (!isOpen) return;
+      if (file.size < at) return onEnd(`${handle.name} has become shorter: another log stands in it now. Follow it again.`);
+      if (file.size > at) onBytes(new Uint8Array(await file.slice(at).arrayBuffer()));
+      at = file.size;
+      setTimeout(() => void look(), pause);
+    } catch (error) {
+      onEnd(`${handle.name} can't be read any more: ${(error as Error).message}`);
+    }
+  };
+  setTimeout(() => void look());
+  const close = () => {
+    isOpen = false;
+  };
+  return { name: handle.name, close };
+}
+
+async function serialLine(baudRate: number, onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
+  const port = await ways.navigator.serial!.requestPort();
+  await port.open({ baudRate });
+  const reader = port.readable.getReader();
+  const writer = port.writable.getWriter();
+  const read = async () => {
+    try {
+      for (;;) {
+        const { done, value } = await reader.read();
+        if (value) onBytes(value);
+        if (done) return;
+      }
+    } catch (error) {
+      onEnd(`The serial line ended: ${(error as Error).message}`);
+    }
+  };
+  void read();
+  const close = async () => {
+    await reader.cancel();
+    reader.releaseLock();
+    writer.releaseLock();
+    await port.close();
+  };
+  return { name: `serial line, ${baudRate} baud`, send: (bytes) => writer.write(bytes), close };
+}
+
+function socketLine(address: string, onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
+  return new Promise((resolve, reject) => {
+    const socket = new WebSocket(address);
+    socket.binaryType = 'arraybuffer';
+    const encoder = new TextEncoder();
+    socket.onopen = () => resolve({ name: address, send: (bytes) => socket.send(bytes), close: () => socket.close() });
+    socket.onmessage = ({ data }: MessageEvent<string | ArrayBuffer>) =>
+      onBytes(typeof data === 'string' ? encoder.encode(data) : new Uint8Array(data));
+    socket.onclose = () => {
+      reject(new Error(`Nothing answers at ${address}: start the bridge there, as websocketd --port=8765 tail -f device.log`));
+      onEnd(`${address} has ended.`);
+    };
+  });
+}
+
+export class Live {
+  #line?: Line;
+  #waiting: Bytes[] = [];
+  #timer?: ReturnType<typeof setTimeout>;
+  isFollowing = true;
+
+  constructor(
+    private readonly core: CoreCalls,
+    private readonly on: {
+      /** Whether another log may be opened. */
+      mayBegin: () => Promise<boolean>;
+      begin: (name: string) => void;
+      bytes: (bytes: Bytes) => void;
+      end: () => void;
+      /** The newest message is to be shown. */
+      follow: () => void;
+      /** The message that is shown. */
+      message: () => Bytes | undefined;
+    },
+  ) {
+    const dialog = byId('liveDialog');
+    byId('openLive').addEventListener('click', () => dialog.showModal());
+    byId('liveCancel').addEventListener('click', () => dialog.close());
+    const open = (make: (onBytes: OnBytes, onEnd: OnEnd) => Promise<Line>) => () => busy(this.#open(make));
+    byId('liveFile').disabled = !ways.showOpenFilePicker;
+    byId('liveSerial').disabled = !ways.navigator.serial;
+    byId('liveFile').addEventListener('click', open(fileLine));
+    byId('liveSerial').addEventListener(
+      'click',
+      open((...ons) => serialLine(Number(byId('liveBaud').value) || 9600, ...ons)),
+    );
+    byId('liveForm').addEventListener('submit', (event) => {
+      event.preventDefault();
+      void open((...ons) => socketLine(byId('liveAddress').value.trim(), ...ons))();
+    });
+    byId('liveHold').addEventListener('click', () => this.#follow(!this.isFollowing));
+    byId('liveStop').addEventListener('click', () => this.stop());
+    byId('liveSend').addEventListener('click', () => busy(this.#look()));
+    byId('sendCancel').addEventListener('click', () => byId('sendDialog').close());
+    byId('sendForm').addEventListener('submit', (event) => {
+      event.preventDefault();
+      busy(this.#send());
+    });
+  }
+
+  get isOn() {
+    return this.#line !== undefined;
+  }
+
+  async #open(make: (onBytes: OnBytes, onEnd: OnEnd) => Promise<Line>) {
+    if (!(await this.on.mayBegin())) return;
+    this.stop();
+    byId('liveProblem').textContent = '';
+    let line: Line | undefined;
+    try {
+      line = await make(
+        (bytes) => this.#take(bytes),
+        (why) => {
+          if (line === undefined || this.#line !== line) return;
+          this.stop();
+          if (why) announce(shownWords(why), true);
+        },
+      );
+    } catch (error) {
+      byId('liveProblem').textContent = shownWords((error as Error).message);
+      return;
+    }
+    this.#line = line;
+    byId('liveDialog').close();
+    byId('live').hidden = false;
+    byId('liveName').textContent = shownWords(line.name);
+    byId('liveSend').hidden = line.send === undefined;
+    this.on.begin(line.name);
+    this.#follow(true);
+  }
+
+  // Handed on a few times a second at most, since each is a job.
+  #take(bytes: Bytes) {
+    this.#waiting.push(bytes);
+    this.#timer ??= setTimeout(() => void this.#handOn(), pause);
+  }
+
+  async #handOn() {
+    this.#timer = undefined;
+    if (!this.#line || this.#waiting.length === 0) return;
+    const bytes = new Uint8Array(await new Blob(this.#waiting.splice(0)).arrayBuffer());
+    this.on.bytes(bytes);
+  }
+
+  #follow(isFollowing: boolean) {
+    this.isFollowing = isFollowing;
+    byId('liveHold').textContent = isFollowing ? 'Hold' : 'Follow';
+    if (isFollowing) this.on.follow();
+  }
+
+  /** What was read stays, as a log that is complete. */
+  stop() {
+    const line = this.#line;
+    if (!line) return;
+    this.#line = undefined;
+    this.#waiting = [];
+    byId('live').hidden = true;
+    void line.close();
+    this.on.end();
+  }
+
+  // What would be sent: the message that is shown, sealed.
+  async #look() {
+    const message = this.on.message();
+    if (!message) return;
+    const { bytes, error } = await this.core.seal(message);
+    byId('sendProblem').textContent = error === undefined ? '' : `It can't be sent: ${shownWords(error)}`;
+    byId('sendNow').disabled = error !== undefined;
+    this.#toSend = bytes;
+    showLines(byId('sendText'), coreText(bytes ?? message));
+    byId('sendChanges').textContent = bytes ? (await this.core.sealChanges(message, bytes)) || 'It is sealed already.' : '';
+    byId('sendDialog').showModal();
+  }
+
+  #toSend?: Bytes;
+
+  async #send() {
+    byId('sendDialog').close();
+    if (!this.#toSend || !this.#line?.send) return;
+    await this.#line.send(this.#toSend);
+    announce('Sent.');
+  }
+}
