@@ -193,6 +193,7 @@ with tempfile.TemporaryDirectory() as folder:
         expect("message", tool("json", str(file))[:150], spoils)
         expect("message", tool("last", "--json", str(file)), spoils)
         expect("checkFinding", tool("check", "--json", str(file))[:150], spoils)
+        expect("stats", tool("stats", "@length", "--json", "--by", "kind", str(file)), spoils)
         rows = tool("json", "--rows", str(file))[:400]
         for row in rows:
             expect(f"row_{json.loads(row)['table']}", [row], spoils)

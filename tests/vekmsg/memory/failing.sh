@@ -34,4 +34,5 @@ endsWell 0 check "$examples/messages/4112-focus-value.txt"
 endsWell 0 new DEVICE_INFO
 endsWell 0 json "$examples/messages/4100-cassette.txt"
 endsWell 0 summary "$examples/device.log"
+endsWell 0 stats @seq "$examples/device.log" --by kind
 endsWell 0 set "$examples/messages/4112-focus-value.txt" FOCUS_VALUE=2

@@ -1,11 +1,8 @@
 // vekmsg table: values as CSV or TSV.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/reading/columns.hpp"
 #include "tools/vekmsg/reading/csv.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
-#include "vek/inspect/message/valueAt.hpp"
-#include "vek/inspect/words/nearest.hpp"
-
-#include <algorithm>
 
 namespace vek::tool {
 
@@ -48,17 +45,12 @@ public:
         out += lineEnd();
     }
 
-    // What may be a column besides paths: something of the place where a message was found.
-    static constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before",
-                                                      "id",   "name", "echo", "seq",    "length"};
-    static bool isPlace(std::string_view key) { return std::ranges::find(placeNames, key) != std::end(placeNames); }
-
     void take(const item_t &item) override {
         values_.clear();
         bool hasValue = false, hasPath = false;
         for (const std::string &key : arguments_.keys) {
-            const bool isPath = !isPlace(key);
-            std::optional<std::string> value = isPath ? inspect::valueAt(item.tree(), key) : ofPlace(item, key);
+            const bool isPath = !isPlaceColumn(key);
+            std::optional<std::string> value = columnOf(item, times_, key);
             hasPath |= isPath;
             hasValue |= isPath && value;
             values_.push_back(value ? std::move(*value) : std::string());
@@ -75,24 +67,6 @@ private:
     // RFC 4180 has CR LF for commas; spreadsheets and plotters take LF from either.
     static std::string_view lineEnd() { return "\n"; }
 
-    std::optional<std::string> ofPlace(const item_t &item, std::string_view key) const {
-        if (key == "time") {
-            const std::optional<logTime_t> time = times_.in(item.lineHead);
-            return time ? std::optional(time->inWords()) : std::nullopt;
-        }
-        if (key == "file")
-            return std::string(item.file);
-        if (key == "line")
-            return std::to_string(item.line);
-        if (key == "offset")
-            return std::to_string(item.offset);
-        if (key == "before")
-            return std::string(item.before);
-        if (key == "name")
-            return item.tree().record() != nullptr ? std::string(item.tree().record()->name) : std::string();
-        return inspect::valueAt(item.tree(), "@" + std::string(key));
-    }
-
     void cell(std::string_view value, bool isFirst) {
         if (!isFirst)
             out += arguments_.isTabs ? '\t' : ',';
@@ -108,29 +82,6 @@ private:
     const timeFinder_t &times_;
     std::vector<std::string> values_;
 };
-
-// The key at the end of a path, without an element's number.
-std::string_view lastKey(std::string_view path) {
-    path.remove_prefix(path.rfind('.') + 1);
-    return path.substr(0, path.find('['));
-}
-
-void checkKeys(const tableArguments_t &arguments) {
-    const std::vector<std::string_view> keys = inspect::schema().keys();
-    for (const std::string &path : arguments.keys) {
-        const std::string_view key = lastKey(path);
-        const inspect::envelopeParts_t anyEnvelope;
-        const bool isOfHeader = path.starts_with('@') && inspect::headerNumberAt(anyEnvelope, path) != nullptr;
-        if (tableTask_t::isPlace(path) || isOfHeader || std::ranges::find(keys, key) != keys.end())
-            continue;
-        std::vector<std::string_view> candidates = keys;
-        if (path.starts_with('@'))
-            candidates = {"@id", "@echo", "@seq", "@length"};
-        candidates.insert(candidates.end(), std::begin(tableTask_t::placeNames), std::end(tableTask_t::placeNames));
-        throw usageError_t("--keys " + path + ": no message has this key; " +
-                           inspect::didYouMean(key, candidates, "vekmsg describe shows the keys of a message"));
-    }
-}
 
 // The values of a record that are no groups, and its lists.
 void addKeys(std::vector<std::string> &keys, const inspect::recordSchema_t &record, const std::string &path) {
@@ -158,7 +109,8 @@ int runTable(const tableArguments_t &given) {
     arguments.isOfOneKind = arguments.keys.empty();
     if (arguments.isOfOneKind)
         arguments.keys = allKeys(arguments.reading.ids);
-    checkKeys(arguments);
+    for (const std::string &key : arguments.keys)
+        checkColumn("--keys", key);
     const timeFinder_t times(arguments.reading.timeExpression);
     tableTask_t task(arguments, times);
     task.header();

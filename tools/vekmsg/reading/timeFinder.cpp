@@ -13,26 +13,6 @@ namespace {
 
 constexpr std::int64_t second = 1'000'000, day = 86'400 * second;
 
-// The microseconds of "2h", "1d12h", "90s"; nothing when it is something else.
-std::optional<std::int64_t> durationOf(std::string_view text) {
-    constexpr std::pair<std::string_view, std::int64_t> units[] = {{"s", 1},       {"sec", 1},      {"m", 60},
-                                                                   {"min", 60},    {"h", 3600},     {"d", 86400},
-                                                                   {"day", 86400}, {"days", 86400}, {"w", 604800}};
-    constexpr std::size_t mostDigits = 6;
-    std::int64_t duration = 0;
-    do {
-        const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-        const std::string_view behind = text.substr(digits);
-        const std::string_view word = behind.substr(0, behind.find_first_of("0123456789"));
-        const auto unit = std::ranges::find(units, word, [](const auto &known) { return known.first; });
-        if (digits == 0 || digits > mostDigits || unit == std::end(units))
-            return std::nullopt;
-        duration += readInteger(text) * unit->second * second;
-        text.remove_prefix(digits + word.size());
-    } while (!text.empty());
-    return duration;
-}
-
 std::optional<givenTime_t> fromNow(std::string_view text) {
     const std::int64_t now = secondsSinceEpoch(), here = localSeconds(now);
     const auto at = [&](std::int64_t back) {
@@ -49,6 +29,26 @@ std::optional<givenTime_t> fromNow(std::string_view text) {
 }
 
 } // namespace
+
+std::optional<std::int64_t> durationOf(std::string_view text) {
+    constexpr std::pair<std::string_view, std::int64_t> units[] = {{"s", 1},       {"sec", 1},      {"m", 60},
+                                                                   {"min", 60},    {"h", 3600},     {"d", 86400},
+                                                                   {"day", 86400}, {"days", 86400}, {"w", 604800}};
+    constexpr std::size_t mostDigits = 6;
+    constexpr std::int64_t longest = 1'000'000 * day;
+    std::int64_t duration = 0;
+    do {
+        const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+        const std::string_view behind = text.substr(digits);
+        const std::string_view word = behind.substr(0, behind.find_first_of("0123456789"));
+        const auto unit = std::ranges::find(units, word, [](const auto &known) { return known.first; });
+        if (digits == 0 || digits > mostDigits || unit == std::end(units) || duration > longest)
+            return std::nullopt;
+        duration += readInteger(text) * unit->second * second;
+        text.remove_prefix(digits + word.size());
+    } while (!text.empty());
+    return duration;
+}
 
 std::optional<givenTime_t> timeOfArgument(std::string_view text) {
     std::size_t size = 0;

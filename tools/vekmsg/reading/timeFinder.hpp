@@ -5,6 +5,7 @@
 
 #include "vek/inspect/log/logTime.hpp"
 
+#include <cstdint>
 #include <optional>
 #include <regex>
 #include <string>
@@ -26,6 +27,9 @@ struct givenTime_t {
 /// What a person gives for --since: a time in one of the usual spellings, a date alone, "-2h", "now", "today" or
 /// "yesterday".
 std::optional<givenTime_t> timeOfArgument(std::string_view text);
+
+/// The microseconds of "2h", "1d12h", "90s"; nothing when it is something else.
+std::optional<std::int64_t> durationOf(std::string_view text);
 
 class timeFinder_t {
 public:

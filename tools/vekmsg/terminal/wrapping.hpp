@@ -14,9 +14,15 @@ inline std::size_t pageWidth() {
     return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 40) : 100;
 }
 
+/// The characters of UTF-8 in a text: the columns that they take, but for wide ones.
+inline std::size_t columnsOf(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+}
+
 /// A text with blanks behind it, or in front of it, up to a width.
 inline std::string padded(std::string_view text, std::size_t width, bool isRight = false) {
-    const std::string space(width - std::min(width, text.size()), ' ');
+    const std::string space(width - std::min(width, columnsOf(text)), ' ');
     return isRight ? space + std::string(text) : std::string(text) + space;
 }
 

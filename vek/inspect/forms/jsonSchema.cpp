@@ -79,6 +79,30 @@ constexpr std::string_view fixedDefinitions = R"({
   },
   "dependencies": {"record": ["constant"], "constant": ["record"]}
 },
+"stats": {
+  "description": "How the numbers at a path are spread, all together or in a group of messages",
+  "members": {
+    "path!": "string",
+    "by": {"description": "What groups are made by", "type": "string"},
+    "group": "string",
+    "count!": {"type": "integer", "minimum": 1},
+    "min!": "number",
+    "mean!": "number",
+    "max!": "number",
+    "percentiles!": {
+      "type": "object",
+      "patternProperties": {"^p[0-9.]+$": {"type": "number"}},
+      "additionalProperties": false
+    },
+    "error!": {"description": "How far percentiles may be off, as a part of the number", "type": "number", "minimum": 0},
+    "histogram!": {
+      "description": "The numbers from one on and below another; those that are one, when both are the same",
+      "type": "array",
+      "items": {"members": {"from!": "number", "to!": "number", "count!": "#byte"}}
+    }
+  },
+  "dependencies": {"by": ["group"], "group": ["by"]}
+},
 "catalogueKeys": "[]#catalogueKey",
 "catalogueKey": {
   "members": {
@@ -204,7 +228,7 @@ public:
         json_.member("title", joined({"The JSON of vekmsg and vekInspect, version ", std::to_string(jsonVersion)}));
         json_.name("anyOf");
         json_.open('[');
-        for (const std::string_view name : {"message", "checkFinding", "catalogue"})
+        for (const std::string_view name : {"message", "checkFinding", "catalogue", "stats"})
             reference(name);
         for (const std::string_view name : documents)
             reference(name);

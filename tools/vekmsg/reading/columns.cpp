@@ -1,0 +1,83 @@
+#include "tools/vekmsg/reading/columns.hpp"
+
+#include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/message/valueAt.hpp"
+#include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
+
+#include <algorithm>
+
+namespace vek::tool {
+
+namespace {
+
+constexpr std::string_view placeNames[] = {"time", "file", "line", "offset", "before",
+                                           "id",   "name", "echo", "seq",    "length"};
+
+// The key at the end of a path, without an element's number.
+std::string_view lastKey(std::string_view path) {
+    path.remove_prefix(path.rfind('.') + 1);
+    return path.substr(0, path.find('['));
+}
+
+} // namespace
+
+bool isPlaceColumn(std::string_view column) {
+    return std::ranges::find(placeNames, column) != std::end(placeNames);
+}
+
+std::optional<std::string> columnOf(const item_t &item, const timeFinder_t &times, std::string_view column) {
+    if (!isPlaceColumn(column))
+        return inspect::valueAt(item.tree(), column);
+    if (column == "time") {
+        const std::optional<logTime_t> time = times.in(item.lineHead);
+        return time ? std::optional(time->inWords()) : std::nullopt;
+    }
+    if (column == "file")
+        return std::string(item.file);
+    if (column == "line")
+        return std::to_string(item.line);
+    if (column == "offset")
+        return std::to_string(item.offset);
+    if (column == "before")
+        return std::string(item.before);
+    if (column == "name")
+        return item.tree().record() != nullptr ? std::string(item.tree().record()->name) : std::string();
+    return inspect::valueAt(item.tree(), "@" + std::string(column));
+}
+
+void forEachOfColumn(const item_t &item, const timeFinder_t &times, std::string_view column,
+                     const std::function<void(std::string_view value)> &take) {
+    constexpr std::string_view any = "[*]";
+    const std::size_t place = column.find(any);
+    if (place == std::string_view::npos) {
+        if (const std::optional<std::string> value = columnOf(item, times, column))
+            take(*value);
+        return;
+    }
+    const inspect::tree_t &tree = item.tree();
+    const std::string_view list = column.substr(0, place), rest = column.substr(place + any.size());
+    if (const inspect::node_t *node = tree.find(list); node != nullptr)
+        for (const inspect::node_t &element : tree.children(*node))
+            if (element.index >= 0)
+                forEachOfColumn(item, times, inspect::joined({list, "[", std::to_string(element.index), "]", rest}),
+                                take);
+}
+
+void checkColumn(const std::string &option, const std::string &column) {
+    const std::vector<std::string_view> keys = inspect::schema().keys();
+    const std::string_view key = lastKey(column);
+    const inspect::envelopeParts_t anyEnvelope;
+    const bool isOfHeader = column.starts_with('@') && inspect::headerNumberAt(anyEnvelope, column) != nullptr;
+    if (isPlaceColumn(column) || isOfHeader || std::ranges::find(keys, key) != keys.end())
+        return;
+    std::vector<std::string_view> candidates = keys;
+    if (column.starts_with('@'))
+        candidates = {"@id", "@echo", "@seq", "@length"};
+    candidates.insert(candidates.end(), std::begin(placeNames), std::end(placeNames));
+    throw usageError_t(
+        inspect::joined({option, " ", column, ": no message has this key; ",
+                         inspect::didYouMean(key, candidates, "vekmsg describe shows the keys of a message")}));
+}
+
+} // namespace vek::tool
