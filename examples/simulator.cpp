@@ -1,8 +1,9 @@
-// A simulated device: reads messages, one a line, from standard input or from the script below, changes its state,
-// answers, and refuses what it can't take. What comes in begins with "<", what goes out with ">".
+// A simulated device: takes messages, changes its state, answers, and refuses what it can't take.
 //
-//     simulator         runs the script
-//     simulator -       reads standard input
+//     simulator         runs the script below: what comes in begins with "<", what goes out with ">"
+//     simulator -       is on a line: takes the bytes of standard input as they come, and answers on standard output;
+//                       socat TCP-LISTEN:4001,reuseaddr,fork EXEC:'simulator -' gives it a network
+#include "vek/api/framer.hpp"
 #include "vek/api/vekParams2ASCII.hpp"
 
 #include <iostream>
@@ -46,6 +47,12 @@ public:
         }
     }
 
+    /// The answer to what is no whole message. It never reached the library, whose header numbers are still those of
+    /// the one before.
+    vek::messageText_t refuse(const vek::problem_t &problem) const {
+        return vek::reply(problem.numbers.echoTag, status(3, problem.text));
+    }
+
 private:
     // A message that the device takes, or refuses: wrong ones before their content is looked at.
     template <class Structure>
@@ -57,11 +64,6 @@ private:
         if (const std::string why = (this->*use)(*structure); !why.empty())
             return vek::print(status(2, why)); // the library has the echo tag of a message that it has read
         return vek::print(*structure);
-    }
-
-    // The message never reached the library, whose header numbers are still those of the one before.
-    vek::messageText_t refuse(const vek::problem_t &problem) const {
-        return vek::reply(problem.numbers.echoTag, status(3, problem.text));
     }
 
     vek::DeviceStatus status(std::int32_t severity, std::string_view why) const {
@@ -120,15 +122,33 @@ private:
     vek::CassetteArray cassettes_;
 };
 
-void run(std::istream &in) {
+void run() {
     device_t device;
-    for (std::string line; std::getline(in, line);)
+    std::istringstream lines(script);
+    for (std::string line; std::getline(lines, line);)
         std::cout << "< " << line << "\n> " << device.receive(line) << '\n';
+}
+
+void serve() {
+    device_t device;
+    vek::framer_t framer;
+    const auto answer =
+        vek::overloaded{[&](std::string_view message) { std::cout << device.receive(message) << std::flush; },
+                        [&](const vek::problem_t &problem) { std::cout << device.refuse(problem) << std::flush; }};
+    std::ios::sync_with_stdio(false); // what has come is there at once
+    while (std::cin.peek() != std::istream::traits_type::eof()) {
+        char bytes[4096];
+        const std::streamsize size = std::cin.readsome(bytes, sizeof bytes);
+        framer.feed({bytes, static_cast<std::size_t>(size)}, answer);
+    }
+    framer.finish(answer);
 }
 
 } // namespace
 
 int main(int count, char **arguments) {
-    std::istringstream lines(script);
-    run(count > 1 && std::string_view(arguments[1]) == "-" ? std::cin : lines);
+    if (count > 1 && std::string_view(arguments[1]) == "-")
+        serve();
+    else
+        run();
 }

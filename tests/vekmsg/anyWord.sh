@@ -40,14 +40,15 @@ needs() {
     new | describe) echo FocusValue ;;
     edit) echo device.log --head 1 ;;
     example) echo fleet ;;
-    list | schema) ;;
+    replay) echo device.log --head 1 ;;
+    list | schema | stamp) ;;
     *) echo device.log ;;
     esac
 }
 
 # Where any text but an empty one makes sense.
 isFree() {
-    case $1 in --source | --device | --site | --host | --ignore | --into | --from | --to | --forget) true ;; *) false ;; esac
+    case $1 in --source | --label | --device | --site | --host | --ignore | --into | --from | --to | --forget) true ;; *) false ;; esac
 }
 
 declare -A tried

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] EXAMPLES FILE [EMULATOR] PROGRAM
+#   runTranscript.sh [--update] [--with ANOTHER_PROGRAM] EXAMPLES FILE [EMULATOR] PROGRAM
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -12,22 +12,26 @@
 #   [exit 1]
 #   ```
 # A block that begins with ```console skip is not run. All blocks share a new folder, in which the sample
-# messages lie as samples/*.txt, a sample log as device.log; $archives has what older versions made. --update writes what
-# came out into the file instead of comparing it.
+# messages lie as samples/*.txt, a sample log as device.log; $archives has what older versions made, $port is one that
+# nobody else should have. --update writes what came out into the file instead of comparing it.
 set -euo pipefail
 isUpdate=false
 if [ "$1" = --update ]; then
     isUpdate=true
     shift
 fi
-examples=$(realpath "$1") file=$2
-program=("${@:3}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/bin"
+if [ "$1" = --with ]; then
+    ln -s "$(realpath "$2")" "$work/bin"
+    shift 2
+fi
+examples=$(realpath "$1") file=$2
+program=("${@:3}")
 printf '#!/bin/bash\nexec %s "$@"\n' "${program[*]@Q}" >"$work/bin/vekmsg"
 chmod +x "$work/bin/vekmsg"
-export archives=$(dirname "$(realpath "$0")")/archives PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
+export archives=$(dirname "$(realpath "$0")")/archives port=$((20000 + $$ % 12000)) PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
 unset NO_COLOR VISUAL EDITOR
 
 # runCommand COMMAND: its output, with a line end, and its exit code.

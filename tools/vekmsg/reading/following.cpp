@@ -6,8 +6,8 @@
 
 namespace vek::tool {
 
-followedLog_t::followedLog_t(const std::string &name)
-    : name_(name), block_(source_t::blockSize, '\0'), latest_(milliseconds()) {
+followedLog_t::followedLog_t(const std::string &name, bool isGrowing)
+    : name_(name), block_(source_t::blockSize, '\0'), latest_(milliseconds()), isGrowing_(isGrowing) {
     if (!open())
         complain(name_ + " is not there yet; waiting for it");
 }
@@ -44,7 +44,7 @@ bool followedLog_t::read() {
     const fileIdentity_t own = file_->identity();
     const std::optional<fileIdentity_t> named = name_ == "-" ? own : identityOf(name_);
     const bool isRotated = own.isRegular && named && (!named->isSameFile(own) || own.size < taken_);
-    isEnded_ = !own.isRegular;
+    isEnded_ = !own.isRegular || !isGrowing_;
     if (!isRotated && !isEnded_)
         return false;
     end(isRotated);

@@ -18,7 +18,8 @@ namespace vek::tool {
 /// A followed file, and what becomes of its bytes. What follow() calls may throw usageError_t, which goes to fail().
 class followedLog_t {
 public:
-    explicit followedLog_t(const std::string &name);
+    /// `isGrowing`: the end of a file is not the end.
+    explicit followedLog_t(const std::string &name, bool isGrowing = true);
     followedLog_t(const followedLog_t &) = delete;
     followedLog_t &operator=(const followedLog_t &) = delete;
     virtual ~followedLog_t() = default;
@@ -46,6 +47,7 @@ private:
     std::unique_ptr<rawFile_t> file_; // null while there is none
     std::string block_;
     std::uint64_t taken_ = 0, latest_ = 0; // bytes of the file, and when they came
+    const bool isGrowing_;
     bool isStill_ = false, isEnded_ = false;
 };
 

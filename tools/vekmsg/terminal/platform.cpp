@@ -92,7 +92,12 @@ void prepareStreams() {
 }
 
 bool isTerminal(int descriptor) {
-    return isatty(descriptor) != 0;
+#ifdef _WIN32
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(descriptor), &mode) != 0;
+#else
+    return tcgetpgrp(descriptor) >= 0; // which fails of others than the one that the program was started from
+#endif
 }
 
 std::size_t terminalWidth() {

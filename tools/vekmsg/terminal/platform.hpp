@@ -14,6 +14,7 @@ namespace vek::tool {
 
 /// Standard streams carry bytes; consoles understand colour sequences where they can.
 void prepareStreams();
+/// Whether a person sits there: not of the terminals that serial lines and the ends of tunnels are.
 bool isTerminal(int descriptor);
 /// What a person does on a terminal to end the input.
 #ifdef _WIN32
