@@ -74,7 +74,7 @@ for command in $commands; do
         for word in "${nonsense[@]}"; do
             ought=fail
             case $option$word in
-            --id9* | --tolerance9*) ought=any ;;
+            --id9* | --tolerance9* | --speed9*) ought=any ;;
             --echo-1 | --seq-1) ought=any ;;
             --time'?' | --time'[') ;;
             --time*) ought=any ;;
