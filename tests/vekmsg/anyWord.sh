@@ -9,6 +9,7 @@ set -euo pipefail
 program=$(realpath "$1") folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cp "$2/device.log" "$folder/device.log"
+head -n 3 "$2/device.log" >"$folder/start.log"
 cd "$folder"
 count=0
 
@@ -40,7 +41,7 @@ needs() {
     new | describe) echo FocusValue ;;
     edit) echo device.log --head 1 ;;
     example) echo fleet ;;
-    replay) echo device.log --head 1 ;;
+    replay) echo start.log ;; # of some milliseconds
     list | schema | stamp) ;;
     *) echo device.log ;;
     esac
