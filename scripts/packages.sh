@@ -7,6 +7,7 @@
 #   packages.sh coverage   as test, and what counts the lines the tests reach
 #   packages.sh cluster    the server that the demonstration of a cluster runs twice (13 MB); Debian's package starts one
 #                          of its own at once, where services are started
+#   packages.sh bindings   what the packages for other languages are made and tested with
 #   packages.sh page       what the inspector and its tests in a browser need
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
 set -euo pipefail
@@ -28,6 +29,10 @@ bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
                pkg-config valgrind python3)
     ;;
+bindings)
+    packages+=("${testing[@]}" python3-build python3-wheel python3-setuptools python3-venv mypy python3-pandas
+               python3-matplotlib)
+    ;;
 cluster) packages+=(clickhouse-server curl) ;;
 coverage) packages+=("${testing[@]}" python3) ;;
 page)
@@ -39,7 +44,7 @@ windows)
                debootstrap)
     ;;
 *)
-    echo "packages: '$1' is not build, test, all, bench, coverage, cluster, page or windows" >&2
+    echo "packages: '$1' is not build, test, all, bench, bindings, coverage, cluster, page or windows" >&2
     exit 2
     ;;
 esac

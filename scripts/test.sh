@@ -3,8 +3,9 @@
 # already serves again.
 #   test.sh          one optimised build and its tests, with the tool and the page's core
 #   test.sh all      that, unless these very sources have passed it, and then the rest: form and clang-tidy of the sources,
-#                    the sanitizers with both compilers, the fuzzers for 10 seconds each, the packages, the page in a
-#                    browser, and the Windows DLLs under Wine where scripts/windows-setup.sh prepared it
+#                    the sanitizers with both compilers, the fuzzers for 10 seconds each, the packages, those for other
+#                    languages, the page in a browser, and the Windows DLLs under Wine where scripts/windows-setup.sh
+#                    prepared it
 #   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -66,6 +67,7 @@ runRest() {
     else
         echo "**** The Windows tests did NOT run. scripts/windows-setup.sh prepares this machine for them. ****"
     fi
+    scripts/bindings.sh # with the DLLs, where they are
 }
 
 case ${1:-} in

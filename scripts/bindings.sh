@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# Makes the packages for other languages in build/bindings, and tests each as its user has it: installed, and run against
+# what the library itself says of 2,600 messages. Installs what is missing.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+# shellcheck source=scripts/talk.sh
+. scripts/talk.sh
+build=build/release out=$PWD/build/bindings
+
+conformance() {
+    $build/tests/vekConformance >"$out/conformance.jsonl"
+}
+
+# notices FOLDER BUILD: what others made and is inside.
+notices() {
+    cp "$2"/bills/vekBindings/* packaging/copyright "$1/"
+}
+
+# wheel PLATFORM BUILD LIBRARY
+wheel() {
+    local folder=$out/python-$1
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    cp -r tools/bindings/python/. "$folder/"
+    cp $build/tools/bindings/python/_messages.py "$3" "$folder/vek/"
+    notices "$folder/vek" "$2"
+    (cd "$folder" && VEK_PLATFORM=$1 /usr/bin/python3 -m build --wheel --no-isolation --outdir "$out" .)
+}
+
+# withDlls FUNCTION: for each width whose build of the Windows libraries is there.
+withDlls() {
+    local width
+    for width in 32 64; do
+        [ -e build/mingw$width/CMakeCache.txt ] || continue
+        cmake --preset mingw$width >/dev/null
+        cmake --build --preset mingw$width --target vekBindings
+        "$1" "$width" build/mingw$width
+    done
+}
+windowsWheel() {
+    local platform=win32
+    [ "$1" -eq 32 ] || platform=win_amd64
+    wheel $platform "$2" "$2/bin/vekBindings.dll"
+}
+
+testPython() {
+    rm -rf "$out/venv"
+    /usr/bin/python3 -m venv --system-site-packages "$out/venv"
+    "$out/venv/bin/pip" install --no-index --no-deps "$out"/vekparams2ascii-*-linux_x86_64.whl
+    # Its users' type checker, and the smallest version of the language.
+    local packages
+    packages=$(echo "$out/venv"/lib/python3*/site-packages)
+    MYPYPATH=$packages mypy --strict --python-version 3.9 --scripts-are-modules --cache-dir "$out/mypy" examples/python/*.py \
+        "$packages"/vek/*.py
+    "$out/venv/bin/python" tests/bindings/conformance_test.py "$out/conformance.jsonl" examples/device.log \
+        $build/tools/vekmsg/vekmsg
+    tests/bindings/examples.sh examples/python py "$out/venv/bin/python"
+    "$out/venv/bin/python" examples/python/log_to_pandas.py examples/device.log "$out/focus.png"
+    "$out/venv/bin/python" tests/bindings/speed.py "$out/conformance.jsonl"
+}
+
+# A step is a process of its own, which ends with the first command that fails.
+if [ $# -gt 0 ]; then
+    "$@"
+    exit
+fi
+step() {
+    local words=$1
+    shift
+    talk "$words" scripts/bindings.sh "$@"
+}
+
+scripts/packages.sh bindings
+talk "bindings: preparing" cmake --preset release -DVEK_TESTS=ON
+talk "bindings: building" cmake --build --preset release --target bindings vekConformance vekmsg
+mkdir -p "$out"
+step "bindings: what the library says" conformance
+
+rm -f "$out"/*.whl
+step "python: making the wheel" wheel linux_x86_64 $build $build/tools/bindings/libvekBindings.so
+step "python: testing" testPython
+talkShows '^Ran|messages a second'
+step "python: wheels for Windows" withDlls windowsWheel
