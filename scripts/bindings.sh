@@ -59,6 +59,47 @@ testPython() {
     "$out/venv/bin/python" tests/bindings/speed.py "$out/conformance.jsonl"
 }
 
+# Mono's compiler has no reference assemblies of .NET Standard: what is called is of its own, and forwarded elsewhere.
+assembly() {
+    mkdir -p "$out/dotnet"
+    mcs -langversion:7.2 -target:library -optimize -r:System.Numerics.dll -doc:"$out/dotnet/VekParams.xml" -nowarn:1591 \
+        -out:"$out/dotnet/VekParams.dll" tools/bindings/dotnet/*.cs $build/tools/bindings/dotnet/Messages.cs
+}
+
+# nupkg: with the native libraries that there are.
+nupkg() {
+    local files=("lib/netstandard2.0/VekParams.dll=$out/dotnet/VekParams.dll"
+                 "lib/netstandard2.0/VekParams.xml=$out/dotnet/VekParams.xml") folder file version
+    local -A folders=([build/release]=linux-x64 [build/mingw32]=win-x86 [build/mingw64]=win-x64)
+    for folder in "${!folders[@]}"; do
+        for file in $folder/tools/bindings/libvekBindings.so $folder/bin/vekBindings.dll; do
+            [ -e "$file" ] || continue
+            files+=("runtimes/${folders[$folder]}/native/$(basename "$file")=$file"
+                    "notices/${folders[$folder]}/NOTICES=$folder/bills/vekBindings/NOTICES"
+                    "notices/${folders[$folder]}/vekBindings.spdx.json=$folder/bills/vekBindings/vekBindings.spdx.json")
+        done
+    done
+    files+=("copyright=packaging/copyright")
+    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
+    python3 tools/bindings/dotnet/pack.py "$version" "$out/VekParams.$version.nupkg" "${files[@]}"
+}
+
+# As a host has it: what is in the package, and nothing else.
+testDotnet() {
+    local host=$out/dotnet/host example
+    rm -rf "$host"
+    mkdir -p "$host"
+    python3 -m zipfile -e "$out"/VekParams.*.nupkg "$host/package"
+    cp "$host"/package/lib/netstandard2.0/VekParams.dll "$host"/package/runtimes/linux-x64/native/* "$host/"
+    mcs -r:System.Numerics.dll -r:"$host/VekParams.dll" -out:"$host/Conformance.exe" tests/bindings/Conformance.cs \
+        tools/bindings/dotnet/Json.cs
+    LC_ALL=C.UTF-8 mono "$host/Conformance.exe" "$out/conformance.jsonl" examples/device.log
+    for example in examples/dotnet/*.cs; do
+        mcs -r:"$host/VekParams.dll" -out:"$host/$(basename "$example" .cs).exe" "$example"
+    done
+    tests/bindings/examples.sh "$host" exe mono
+}
+
 # A step is a process of its own, which ends with the first command that fails.
 if [ $# -gt 0 ]; then
     "$@"
@@ -81,3 +122,9 @@ step "python: making the wheel" wheel linux_x86_64 $build $build/tools/bindings/
 step "python: testing" testPython
 talkShows '^Ran|messages a second'
 step "python: wheels for Windows" withDlls windowsWheel
+
+rm -rf "$out"/*.nupkg "$out/dotnet"
+step ".NET: compiling" assembly
+step ".NET: making the package" nupkg
+step ".NET: testing" testDotnet
+talkShows 'messages a second|failures'

@@ -31,7 +31,7 @@ bench)
     ;;
 bindings)
     packages+=("${testing[@]}" python3-build python3-wheel python3-setuptools python3-venv mypy python3-pandas
-               python3-matplotlib)
+               python3-matplotlib mono-mcs mono-runtime libmono-system-core4.0-cil libmono-system-numerics4.0-cil)
     ;;
 cluster) packages+=(clickhouse-server curl) ;;
 coverage) packages+=("${testing[@]}" python3) ;;
