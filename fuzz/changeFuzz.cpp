@@ -1,4 +1,5 @@
-// A message, whatever it is, and a change of it: refused, or done and nothing else moved; its paths and what differs;
+// A message, whatever it is, and a change of it: refused, or done and nothing else moved; mended; its paths and what
+// differs;
 // and the C functions with bytes of any kind and rooms that are too small. One of these is tried at a time.
 #include "fuzz/fuzzInput.hpp"
 #include "tests/support/promises.hpp"
@@ -43,6 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         break;
     case 2:
         tryCall(&vekInspectFromJson, text);
+        break;
+    case 3:
+    case 4:
+        expectSame(text, "", brokenOfMending(text));
         break;
     default:
         expectSame(text, "", brokenOfAnyChange(text, choice / 8));

@@ -2,6 +2,7 @@
 
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/change/diff.hpp"
+#include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
@@ -396,6 +397,36 @@ std::string brokenOfAnyChange(std::string_view text, std::size_t choice) {
         value = hostile[below(std::size(hostile))];
     const std::string broken = brokenOfChange(text, path, value);
     return broken.empty() ? "" : path + " = " + std::string(value.value_or("(nothing)")) + "\n" + broken;
+}
+
+std::string brokenOfMending(std::string_view text) {
+    const tree_t before(text);
+    const mending_t mending = mended(text);
+    const tree_t after(mending.text);
+    const auto broken = [&](std::string_view what) { return joined({what, "\n", mending.text}); };
+    if (isClean(before) && mending.text != before.text())
+        return broken("a sound message is changed");
+    if (errorCount(after) > errorCount(before))
+        return broken("there are more errors: " + errorsOf(after));
+    if (const mending_t again = mended(mending.text); again.text != mending.text)
+        return broken("mended again it becomes " + again.text);
+    const bool isWhole = mending.isSound() && !mending.done.empty();
+    if (isWhole && !after.envelope().isBodyRead)
+        return broken("mended, and no host reads it");
+    std::set<std::string> faults;
+    for (const finding_t &finding : check(before))
+        if (!finding.path.empty())
+            faults.insert(finding.path);
+    for (const leaf_t &leaf : leaves(before)) {
+        const bool isAtFault = std::any_of(faults.begin(), faults.end(), [&leaf](const std::string &path) {
+            return isWithin(leaf.path, path) || isWithin(path, leaf.path);
+        });
+        const node_t *now = isAtFault || leaf.node->use != pairUse_t::assigned ? nullptr : after.find(leaf.path);
+        if (now != nullptr ? after.value(*now) != leaf.value
+                           : !isAtFault && leaf.node->use == pairUse_t::assigned)
+            return broken("the value of " + leaf.path + " is not kept");
+    }
+    return {};
 }
 
 } // namespace vek::test

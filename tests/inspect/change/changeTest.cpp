@@ -2,12 +2,16 @@
 #include "vek/inspect/change/change.hpp"
 #include "tests/support/messages.hpp"
 #include "vek/inspect/change/diff.hpp"
+#include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,6 +39,80 @@ TEST(Change, IsNotDoneInADamagedMessage) {
         const change_t change = changed(tree_t(text), "MEDIA_NAME", "b");
         EXPECT_TRUE(change.text.empty() && change.error.find("seal it first") != std::string::npos) << change.error;
     }
+}
+
+// Damages of one pair that have one meaning: the pair's text becomes another. Those that can't be done to it leave it.
+std::string damaged(std::size_t kind, const tree_t &tree, const node_t &node) {
+    std::string key(tree.key(node)), value(tree.value(node)), end(tree.text().substr(node.value.end, 1));
+    const bool isReal = node.valueKind() == fieldKind_t::float64, isNumeric = isNumber(node.valueKind());
+    switch (kind) {
+    case 0:
+        return key + "==" + value + end;
+    case 1:
+        return key + "=" + value + (node.isBody ? end : ";;");
+    case 2:
+        return ";" + key + "=" + value + end;
+    case 3:
+        return "\r\n> " + key + "=" + value + end;
+    case 4:
+        return key + " \xC2\xA0=" + value + end;
+    case 5:
+        std::transform(key.begin(), key.end(), key.begin(), [](char c) { return asciiToLower(c); });
+        return key + "=" + value + end;
+    case 6:
+        std::swap(key[key.size() - 1], key[key.size() - 2]);
+        return key + "=" + value + end;
+    case 7:
+        if (isReal && value.find('.') != std::string::npos)
+            value[value.find('.')] = ',';
+        return key + "=" + value + end;
+    case 8:
+        return key + (isNumeric ? " : " : "=") + value + end;
+    case 9:
+        return key + "=" + (isNumeric && value[0] == '-' ? "\xE2\x88\x92" + value.substr(1) : value) + end;
+    case 10:
+        return key + "=" + (isNumeric ? "\"" + value + "\"" : value) + end;
+    default:
+        return "\"" + key + "\"=" + value + end;
+    }
+}
+constexpr std::size_t damages = 12;
+
+TEST(Mending, RestoresWhatIsCertainAndNothingElse) {
+    std::size_t restored = 0, asked = 0;
+    const auto tryOne = [&](const std::string &text, const std::string &good, const std::string &what, bool isSure) {
+        const mending_t mending = mended(text);
+        ++(mending.text == good ? restored : asked);
+        if (isSure || mending.isSound()) {
+            EXPECT_EQ(mending.text, good) << what << ": " << text;
+        }
+    };
+    for (const sample_t &sample : samples()) {
+        const std::string &good = sample.text;
+        const tree_t tree(good);
+        if (isClean(tree) && !good.empty()) {
+            const std::size_t length = tree.envelope().length.place.start;
+            for (const std::string &text :
+                 {good.substr(1), good.substr(2), "@" + good, good.substr(0, good.size() - 1), good + "!",
+                  good.substr(0, good.size() - 2), "\xEF\xBB\xBF" + good + "\r\n", "> " + good, "'" + good + "'",
+                  std::string(good).replace(length, 1, "x"), std::string(good).insert(length, "1"),
+                  std::string(good).erase(length, tree.envelope().length.place.size())})
+                tryOne(text, good, sample.file, true);
+        }
+        std::size_t count = 0;
+        for (const node_t &node : tree.nodes())
+            for (std::size_t kind = 0; kind < damages && node.hasKey && node.isCanonical && count < 200; ++kind) {
+                const std::string pair = damaged(kind, tree, node);
+                const std::string body = joined({good.substr(0, node.whole.start), pair, good.substr(node.whole.end)});
+                const bool isOnly = kind == 8 && tree.nodes()[node.parent].childCount == 1; // no "=" is left
+                const bool isSure = kind != 6 && !isOnly && isClean(tree);
+                tryOne(message(sample.id, body.substr(tree.body().value.start,
+                                                      body.size() - tree.body().value.start - 2)),
+                       message(sample.id, sample.body), std::to_string(kind), isSure);
+                ++count;
+            }
+    }
+    EXPECT_GT(restored, asked * 50) << restored << " " << asked;
 }
 
 TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {

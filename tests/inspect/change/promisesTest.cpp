@@ -150,6 +150,7 @@ TEST(Promises, OfTextsTheirWordsAndChanges) {
         if (testing::Test::HasFailure())
             return;
         EXPECT_EQ(brokenOfText(text), "") << shown(text);
+        EXPECT_EQ(brokenOfMending(text), "") << shown(text);
         EXPECT_EQ(brokenOfWords(text), "") << shown(text);
         for (int i = 0; i < 3; ++i)
             EXPECT_EQ(brokenOfAnyChange(text, choice = choice * 6364136223846793005U + 1442695040888963407U), "")

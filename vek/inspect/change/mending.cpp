@@ -51,7 +51,7 @@ void keepApart(std::vector<remedy_t> &remedies) {
 // A message on its way.
 class mender_t {
 public:
-    explicit mender_t(std::string_view text) : mending_{std::string(withoutNul(text)), {}, {}} {
+    explicit mender_t(std::string_view text) : mending_{std::string(text), {}, {}} {
         tree_.read(mending_.text);
         mending_.left = check(tree_);
     }
@@ -179,6 +179,8 @@ bool mending_t::isSound() const {
 }
 
 mending_t mended(std::string_view text) {
+    while (text.ends_with('\0')) // the rest of a buffer
+        text.remove_suffix(1);
     return mender_t(text).mend();
 }
 

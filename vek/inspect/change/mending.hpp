@@ -30,7 +30,7 @@ std::vector<remedy_t> withLength(const tree_t &tree, std::vector<remedy_t> remed
 std::string applied(std::string_view text, std::span<const remedy_t> remedies);
 
 struct mending_t {
-    std::string text;            ///< without a NUL; what was given when nothing is certain
+    std::string text;            ///< without NULs at its end; what was given when nothing is certain
     std::vector<finding_t> done; ///< what was put right, with its remedies and places in the text it was found in
     std::vector<finding_t> left; ///< what check() finds afterwards
 

@@ -489,12 +489,13 @@ void checker_t::checkSeparators(const node_t &parent, const node_t &node) {
                  : joined({shownValue(behind), " stands behind ", whose, ", where one ", right, " should be"}),
              "a host takes any run of \"=\", \";\" and \",\" for one");
         const std::uint32_t end = node.value.end + (node.isQuoted ? 1 : 0);
+        const bool isCertain = parent.isKeyed || node.isElement; // else the "=" may be missing
         if (!front.empty())
-            mend({node.whole.start, start}, {}, true);
+            mend({node.whole.start, start}, {}, isCertain);
         else if (between != "=")
-            mend({node.key.end, node.value.start}, "=", true);
+            mend({node.key.end, node.value.start}, "=", isCertain);
         else
-            mend({end, node.whole.end}, std::string(right.substr(1, 1)), true);
+            mend({end, node.whole.end}, std::string(right.substr(1, 1)), isCertain);
     }
 }
 
