@@ -422,8 +422,7 @@ std::string brokenOfMending(std::string_view text) {
             return isWithin(leaf.path, path) || isWithin(path, leaf.path);
         });
         const node_t *now = isAtFault || leaf.node->use != pairUse_t::assigned ? nullptr : after.find(leaf.path);
-        if (now != nullptr ? after.value(*now) != leaf.value
-                           : !isAtFault && leaf.node->use == pairUse_t::assigned)
+        if (now != nullptr ? after.value(*now) != leaf.value : !isAtFault && leaf.node->use == pairUse_t::assigned)
             return broken("the value of " + leaf.path + " is not kept");
     }
     return {};

@@ -106,9 +106,9 @@ TEST(Mending, RestoresWhatIsCertainAndNothingElse) {
                 const std::string body = joined({good.substr(0, node.whole.start), pair, good.substr(node.whole.end)});
                 const bool isOnly = kind == 8 && tree.nodes()[node.parent].childCount == 1; // no "=" is left
                 const bool isSure = kind != 6 && !isOnly && isClean(tree);
-                tryOne(message(sample.id, body.substr(tree.body().value.start,
-                                                      body.size() - tree.body().value.start - 2)),
-                       message(sample.id, sample.body), std::to_string(kind), isSure);
+                tryOne(
+                    message(sample.id, body.substr(tree.body().value.start, body.size() - tree.body().value.start - 2)),
+                    message(sample.id, sample.body), std::to_string(kind), isSure);
                 ++count;
             }
     }

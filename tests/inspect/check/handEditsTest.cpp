@@ -107,14 +107,18 @@ TEST(HandEdits, AreAsTheTableSays) {
     if (const char *path = std::getenv("VEK_WRITE_TABLE"))
         std::ofstream(path) << anew.str();
     std::map<char, std::size_t> marks;
+    std::size_t restored = 0, asked = 0;
     for (const row_t &row : rows) {
         ++marks[row.name[0]];
+        asked += row.outcome.find("fix    asks") != std::string::npos ? 1 : 0;
+        restored += row.outcome.find("fix    @@") != std::string::npos ? 1 : 0;
         EXPECT_EQ(outcomeOf(textOf(row.damage)), row.outcome) << row.name;
     }
     EXPECT_GE(rows.size(), 150U);
     EXPECT_EQ(marks['!'], 0U);
     EXPECT_EQ(marks['-'], 0U);
     EXPECT_GE((marks['+'] + marks['=']) * 100, rows.size() * 85);
+    EXPECT_GE(restored * 100, (restored + asked) * 60);
 }
 
 } // namespace

@@ -63,6 +63,8 @@ public:
         };
         while (doAll(isOfBody))
             ;
+        if (errorsIn(mending_.left) > 0 && !tryProven() && hasOddLineBreaks())
+            return std::move(mending_);
         const auto isOpen = [](const finding_t &finding) {
             return isError(finding) && !(isOfEnvelope(finding) && isCertain(finding));
         };
@@ -92,21 +94,118 @@ private:
         return false;
     }
 
+    // The length is a witness: of the texts that one brace more or less, or without the line ends that an editor or a
+    // mail put in, would make of this one, a single one may have just that length and no error.
+    bool tryProven() {
+        const envelopeParts_t &envelope = tree_.envelope();
+        constexpr std::size_t mostOfText = 20'000;
+        if (!envelope.length.isThere || mending_.text.size() > mostOfText)
+            return false;
+        std::vector<remedy_t> ends;
+        for (const finding_t &finding : mending_.left)
+            if (isCertain(finding) && isOfEnvelope(finding) && finding.code <= findingCode_t::noEndMarker)
+                ends.push_back(*finding.remedy);
+        std::string proven;
+        std::size_t fewest = SIZE_MAX;
+        bool isOnly = false;
+        for (std::vector<remedy_t> &candidate : candidates()) {
+            candidate.insert(candidate.end(), ends.begin(), ends.end());
+            keepApart(candidate);
+            std::string text = applied(mending_.text, candidate);
+            if (text.size() + 1 != static_cast<std::size_t>(envelope.length.value) || text == proven)
+                continue;
+            const tree_t tree(text);
+            const std::size_t findings = check(tree).size();
+            if (!isClean(tree, tolerance_t::warnings) || findings > fewest)
+                continue;
+            isOnly = findings < fewest;
+            fewest = findings;
+            proven = std::move(text);
+        }
+        if (!isOnly)
+            return false;
+        for (finding_t &finding : mending_.left)
+            mending_.done.push_back(std::move(finding));
+        take(std::move(proven));
+        return true;
+    }
+
+    std::vector<std::vector<remedy_t>> candidates() const {
+        std::vector<std::vector<remedy_t>> all = withoutLineBreaks();
+        const place_t body = tree_.envelope().body;
+        const std::string_view text = tree_.text();
+        const auto isOneOf = [&](std::uint32_t at, std::string_view some) {
+            return at < text.size() && some.find(text[at]) != std::string_view::npos;
+        };
+        const auto add = [&all](place_t place, const char *by) { all.push_back({remedy_t{place, by}}); };
+        for (const finding_t &finding : mending_.left) {
+            const std::uint32_t at = finding.place.start;
+            if (finding.code == findingCode_t::bodyShape && finding.place == body && !body.isEmpty()) {
+                const std::uint32_t front = isOneOf(body.start, "([<") ? 1 : 0, behind = isOneOf(body.end - 1, ")]>");
+                const remedy_t open{{body.start, body.start + front}, "{"}, close{{body.end - behind, body.end}, "}"};
+                for (const auto &one : {std::vector{open}, std::vector{close}, std::vector{open, close}})
+                    all.push_back(one);
+            } else if (finding.code == findingCode_t::noEndMarker && isError(finding)) {
+                add({tree_.envelope().whole.end, tree_.envelope().whole.end}, "}!!");
+            } else if (finding.code == findingCode_t::nestedMissing) {
+                add({at, at}, "{");
+            } else if (finding.code == findingCode_t::unbalancedBrace) {
+                add({at, at + 1}, "");
+                constexpr std::size_t most = 100;
+                for (std::uint32_t to = at; isOneOf(at, "{") && to < body.end && all.size() < most; ++to)
+                    if (isOneOf(to, ";,}"))
+                        add({to, to}, "}");
+            }
+        }
+        return all;
+    }
+
+    // Line ends that may be part of a value or not: the length does not tell.
+    bool hasOddLineBreaks() const {
+        const envelopeParts_t &envelope = tree_.envelope();
+        return static_cast<std::size_t>(std::max(envelope.length.value, 0)) != envelope.rightLength &&
+               envelope.body.in(tree_.text()).find_first_of("\r\n") != std::string_view::npos;
+    }
+
+    // All of them taken out, with what may stand behind; or a blank in the place of each.
+    std::vector<std::vector<remedy_t>> withoutLineBreaks() const {
+        std::vector<std::vector<remedy_t>> all;
+        const place_t body = tree_.envelope().body;
+        for (const std::string_view with : {"\r\n", "\r\n >"})
+            for (const char *by : {"", " "}) {
+                std::vector<remedy_t> breaks;
+                for (std::uint32_t at = body.start; at < body.end;) {
+                    const std::size_t start = std::min<std::size_t>(tree_.text().find_first_of("\r\n", at), body.end);
+                    const std::size_t end =
+                        std::min<std::size_t>(tree_.text().find_first_not_of(with, start), body.end);
+                    at = static_cast<std::uint32_t>(end);
+                    if (start < end)
+                        breaks.push_back({{static_cast<std::uint32_t>(start), at}, by});
+                }
+                if (!breaks.empty())
+                    all.push_back(std::move(breaks));
+            }
+        return all;
+    }
+
     bool tryThese(const std::vector<std::size_t> &chosen) {
         std::vector<remedy_t> remedies;
         for (const std::size_t i : chosen)
             remedies.push_back(*mending_.left[i].remedy);
         std::string text = applied(mending_.text, withLength(tree_, std::move(remedies)));
         const tree_t tree(text);
-        std::vector<finding_t> left = check(tree);
-        if (!isBetter(left, mending_.left))
+        if (!isBetter(check(tree), mending_.left))
             return false;
         for (const std::size_t i : chosen)
             mending_.done.push_back(std::move(mending_.left[i]));
-        mending_.left = std::move(left);
+        take(std::move(text));
+        return true;
+    }
+
+    void take(std::string text) {
         mending_.text = std::move(text);
         tree_.read(mending_.text);
-        return true;
+        mending_.left = check(tree_);
     }
 
     tree_t tree_;

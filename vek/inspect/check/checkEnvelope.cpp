@@ -99,7 +99,10 @@ void checker_t::checkId() {
                     meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id)}) : "",
                     lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
             "a host refuses it");
-        mendHead();
+        if (meant != nullptr && !lacksId()) {
+            const std::string right = std::to_string(meant->id);
+            mend(findings_.back().place, right, isOnlyWithKeys(*meant) && inspect::isPlainly(word, right, {}));
+        }
     } else if (tree_.record() == nullptr && report(noStructure, id.place)) {
         tell(joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it");
     }

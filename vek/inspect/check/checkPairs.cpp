@@ -57,7 +57,33 @@ void checker_t::checkGroup(const node_t &node) {
                      isWide ? ", as a 16-bit text is written by its codes" : ""}),
              "a host takes its first and last characters for the braces",
              isWide && isWhole ? wideCodes(value).value_or("") : std::string());
+        if (const std::string &codes = findings_.back().suggestion; !codes.empty())
+            mend(node.value, codes, true);
+        else
+            mendList(node);
     }
+}
+
+// Numbers of a list without its braces, or in square brackets.
+void checker_t::mendList(const node_t &node) {
+    const node_t &parent = tree_.nodes()[node.parent];
+    if (node.field == nullptr || node.isElement || !node.field->isList() || !isNumber(node.field->kind))
+        return;
+    std::string list = "{";
+    std::uint32_t end = node.value.end;
+    for (const node_t *one = &node; one == &node || (one != nullptr && one->use == pairUse_t::noKey);
+         one = next(parent, *one)) {
+        if (one != &node && tree_.text().substr(end, one->value.start - end) != ",")
+            return;
+        end = one->value.end;
+        const std::string_view value = trimmed(tree_.value(*one), "[] ");
+        if (value.empty() && tree_.value(*one) == "]")
+            continue;
+        if (one->isQuoted || judgeValue(*node.field, value).isThere)
+            return;
+        list.append(value).append(1, comma);
+    }
+    mend({node.value.start, end}, list + "}", true);
 }
 
 bool checker_t::lacksBraces(const node_t &node) const {
@@ -183,7 +209,10 @@ std::string_view behindOddCharacters(std::string_view text) {
 
 // Whether around a word of a key nothing stands but blanks, of any kind, and what mail puts in front of a line.
 bool isAllBlank(std::string_view key, std::string_view word) {
-    const std::size_t at = key.find(word);
+    const std::size_t at = key.rfind(word);
+    if (at != std::string_view::npos && trimmed(key).starts_with('#')) // a comment on a line of its own
+        if (const std::size_t end = key.find('\n', key.find('#')); end < at)
+            return isAllBlank(key.substr(end), word);
     return at != std::string_view::npos && isBlankOfAnyKind(key.substr(0, at)) &&
            isBlankOfAnyKind(key.substr(at + word.size()));
 }
@@ -373,6 +402,15 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
         }
         return;
     }
+    if (isBlankOfAnyKind(value) && !node.isQuoted) {
+        if (report(lineBreak, node.value, &node)) {
+            tell(joined({value.find_first_of("\r\n") != std::string_view::npos ? "a line break" : "a blank",
+                         " stands between pairs"}),
+                 "a host ignores it");
+            mend({node.value.start, node.whole.end}, {}, true);
+        }
+        return;
+    }
     const node_t *before = previous(parent, node);
     const bool isBehindText = before != nullptr && before->use == pairUse_t::assigned && isText(*before);
     const std::string_view between = before != nullptr ? behindValue(*before) : std::string_view();
@@ -513,6 +551,9 @@ void checker_t::checkScalar(const node_t &node) {
             finding.words.message =
                 joined({"a \",\" is missing between ", value.substr(0, std::min<std::size_t>(blank, 40)), " and ",
                         value.substr(rest, 40)});
+            finding.words.suggestion = joined({value.substr(0, blank), ",", value.substr(rest)});
+            finding.isPlain = !judgeValue(*node.field, value.substr(0, blank)).isThere &&
+                              !judgeValue(*node.field, value.substr(rest)).isThere;
         }
     }
     if (report(finding.code, finding.severity, node.value, &node)) {

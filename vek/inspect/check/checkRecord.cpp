@@ -50,6 +50,24 @@ void checker_t::explain(const fieldSchema_t *field) {
         explained_[position(*field)] = 1;
 }
 
+namespace {
+
+bool hasKeys(const messageSchema_t &message, const tree_t &tree, std::span<const node_t> nodes) {
+    return message.record != nullptr && std::all_of(nodes.begin(), nodes.end(), [&](const node_t &node) {
+               return node.hasKey && message.record->find(tree.key(node)) != nullptr;
+           });
+}
+
+} // namespace
+
+// Whether no other message has all the keys of the body.
+bool checker_t::isOnlyWithKeys(const messageSchema_t &message) const {
+    const auto &messages = schema().messages();
+    return std::none_of(messages.begin(), messages.end(), [&](const messageSchema_t &other) {
+        return other.id != message.id && hasKeys(other, tree_, tree_.children(tree_.body()));
+    });
+}
+
 // The first message that has all the keys of a body; null when there is none, or there are too many keys.
 const messageSchema_t *checker_t::messageWithKeys(const node_t &body) const {
     const std::span<const node_t> children = tree_.children(body);
@@ -57,11 +75,8 @@ const messageSchema_t *checker_t::messageWithKeys(const node_t &body) const {
     if (children.empty() || children.size() > most)
         return nullptr;
     const auto &messages = schema().messages();
-    const auto found = std::find_if(messages.begin(), messages.end(), [&](const messageSchema_t &message) {
-        return message.record != nullptr && std::all_of(children.begin(), children.end(), [&](const node_t &child) {
-                   return child.hasKey && message.record->find(tree_.key(child)) != nullptr;
-               });
-    });
+    const auto found = std::find_if(messages.begin(), messages.end(),
+                                    [&](const messageSchema_t &message) { return hasKeys(message, tree_, children); });
     return found != messages.end() ? &*found : nullptr;
 }
 
@@ -161,6 +176,10 @@ void checker_t::checkCount(const fieldSchema_t &list) {
              said > count         ? std::string() // elements may be missing
              : counter != nullptr ? std::to_string(count)
                                   : joined({list.counter()->key, "=", std::to_string(count)}));
+        if (said < count && counter == nullptr)
+            mend({node->whole.start, node->whole.start}, findings_.back().suggestion + semicolon, false);
+        else if (said < count)
+            mend(counter->value, findings_.back().suggestion, false);
     }
 }
 

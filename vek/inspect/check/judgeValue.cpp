@@ -247,6 +247,16 @@ std::string shownValue(std::string_view value) {
 
 namespace {
 
+// Blanks between groups of three digits, with a point behind them so that they are no list, are taken out.
+std::string withoutThousands(std::string number) {
+    const std::size_t point = std::min(number.find('.'), number.size());
+    std::string digits;
+    for (std::size_t i = 0; i < number.size(); ++i)
+        if (number[i] != ' ' || i == 0 || i > point || (point - i) % 4 != 0)
+            digits += number[i];
+    return point < number.size() && digits.find(' ') == std::string::npos ? digits : number;
+}
+
 valueFinding_t judgeAsItStands(const fieldSchema_t &field, std::string_view value) {
     switch (field.kind) {
     case fieldKind_t::integer32:
@@ -276,8 +286,10 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
     valueFinding_t finding = judgeAsItStands(field, value);
     if (finding.severity != severity_t::error || !finding.isThere || !isNumber(field.kind))
         return finding;
-    // A minus sign that is none, wide digits
-    std::string meant = inAscii(value);
+    // A minus sign that is none, wide digits,
+    // "=>" and ":=" for "="; thousands apart
+    std::string meant =
+        withoutThousands(inAscii(value.substr(value.starts_with('>') || value.starts_with(':') ? 1 : 0)));
     const valueFinding_t other = judgeAsItStands(field, meant);
     if (meant != value && (!other.isThere || other.code == findingCode_t::numberSpelling)) {
         finding.words.suggestion = std::move(meant);

@@ -55,6 +55,7 @@ private:
     void checkBody(const node_t &body);
     void gather(const node_t &body, const recordSchema_t &record);
     const messageSchema_t *messageWithKeys(const node_t &body) const;
+    bool isOnlyWithKeys(const messageSchema_t &message) const;
     bool checkOtherId(const node_t &body);
     void checkRecord(const node_t &body, const recordSchema_t &record);
     void checkMissing(const node_t &body, const std::vector<const fieldSchema_t *> &fields);
@@ -105,6 +106,7 @@ private:
     bool isMissing(const fieldSchema_t &field) const;
     bool isPlainly(const node_t &parent, const node_t &node, const fieldSchema_t &meant) const;
     void mendBlanks();
+    void mendList(const node_t &node);
     void mendHead();
 
     const tree_t &tree_;
