@@ -1,31 +1,12 @@
 // Logs that go on: through a WebSocket of a bridge and as a file that grows; followed or held; messages sent after a look.
 import assert from 'node:assert/strict';
-import { createHash } from 'node:crypto';
-import { createServer } from 'node:http';
 import { test } from 'node:test';
+import { bridge } from './bridge.mjs';
 import { says, settled, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const focus = (sequence) => message(4112, sequence, `{MEDIA_NAME=Violet;FOCUS_VALUE=${sequence}.500000;}`);
 const line = (sequence) => `2026-03-01T08:00:0${sequence} ${focus(sequence)}\n`;
-
-// What a bridge does: texts out, and the first frame in, of fewer than 126 bytes.
-async function bridge() {
-  let take;
-  const received = new Promise((resolve) => (take = resolve));
-  const sockets = [];
-  const server = createServer();
-  server.on('upgrade', ({ headers }, socket) => {
-    const key = createHash('sha1').update(`${headers['sec-websocket-key']}258EAFA5-E914-47DA-95CA-C5AB0DC85B11`).digest('base64');
-    socket.write(`HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Accept: ${key}\r\n\r\n`);
-    socket.on('data', (data) => take(data.subarray(6).map((byte, at) => byte ^ data[2 + (at & 3)])));
-    sockets.push(socket);
-  });
-  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
-  const send = (text) => sockets[0].write(Buffer.concat([Buffer.from([0x81, text.length]), Buffer.from(text)]));
-  const close = () => (sockets.forEach((socket) => socket.destroy()), server.close());
-  return { address: `ws://127.0.0.1:${server.address().port}/`, received, send, close };
-}
 
 test('messages of a bridge appear as they come, are held, and one is sent after a look', async () => {
   const { address, received, send, close } = await bridge();
@@ -49,7 +30,7 @@ test('messages of a bridge appear as they come, are held, and one is sent after 
       await says(page, '#messageText', 'FOCUS_VALUE=4.5');
 
       await page.click('#liveSend');
-      assert.equal(await page.textContent('#sendText'), focus(4));
+      assert.equal(await page.inputValue('#sendText'), focus(4));
       assert.equal(await page.textContent('#sendChanges'), 'It is sealed already.');
       await page.click('#sendNow');
       assert.equal((await received).toString(), focus(4));

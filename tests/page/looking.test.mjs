@@ -168,7 +168,7 @@ test('the selected pair is lit in the tree and in the text, whichever was chosen
 test('problems say their place, what a host makes of them, and what was meant; choosing one goes there', async () => {
   await withPage(async (page) => {
     await paste(page, '@@4112    80 7 45 {MEDIA_NAME=Violet;FOCUS_VALEU=3.5;}!!');
-    const problem = page.locator('#problems li[data-code=unknown-key] button');
+    const problem = page.locator('#problems li[data-code=unknown-key] .problem');
     assert.match(await problem.textContent(), /FOCUS_VALEU.*a host ignores it.*did you mean FOCUS_VALUE\?/);
     await problem.click();
     assert.equal(await page.textContent('#messageText mark'), 'FOCUS_VALEU');

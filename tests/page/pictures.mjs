@@ -2,6 +2,7 @@
 import { mkdirSync } from 'node:fs';
 import { openFile, paste, settled, withPage } from './browser.mjs';
 import { logLines, samples } from './makeLog.mjs';
+import { today, yesterday } from './morning.mjs';
 
 const folder = process.argv[2];
 mkdirSync(folder, { recursive: true });
@@ -63,12 +64,33 @@ async function mend(page, name) {
   await page.screenshot({ path: `${folder}/${name}.png`, animations: 'disabled' });
 }
 
+async function compare(page, name) {
+  await openFile(page, today);
+  await page.click('#messages-180');
+  await page.setInputFiles('#otherFile', yesterday);
+  await page.click('#differenceTab');
+  await page.waitForSelector('#leftText mark');
+  await picture(page, name);
+}
+
+async function stateOf(page, name) {
+  await openFile(page, today);
+  await page.fill('#filterWords', 'empty');
+  await page.waitForFunction(() => document.getElementById('listCount').textContent.startsWith('1 of'));
+  await page.click('#messages-0');
+  await settled(page);
+  await page.click('#stateTab');
+  await picture(page, name);
+}
+
 const pictures = [
   ['looking-light', look, {}],
   ['looking-dark', look, { isDark: true }],
   ['plot-light', plot, {}],
   ['plot-dark', plot, { isDark: true }],
   ['mending', mend, { height: 720 }],
+  ['morning-state', stateOf, { height: 620 }],
+  ['morning-yesterday', compare, {}],
   ['phone', lookClosely, { width: 390, height: 780 }],
 ];
 for (const [name, make, options] of pictures) await withPage((page) => make(page, name), { width: 1280, height: 800, ...options });

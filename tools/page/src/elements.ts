@@ -32,6 +32,7 @@ interface Elements {
   redoEdit: HTMLButtonElement;
   sendDialog: HTMLDialogElement;
   sendNow: HTMLButtonElement;
+  sendText: HTMLTextAreaElement;
   stateSince: HTMLSelectElement;
   timeLine: HTMLCanvasElement;
   undoEdit: HTMLButtonElement;

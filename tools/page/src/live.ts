@@ -2,8 +2,8 @@
 // what is sent was looked at first.
 import { announce, busy, byId } from './elements.ts';
 import type { CoreCalls } from './reader.ts';
-import { coreText } from './bytes.ts';
-import { showLines, shownWords } from './signs.ts';
+import { bytesOf, coreText, isUtf8 } from './bytes.ts';
+import { shownWords } from './signs.ts';
 import type { Bytes } from './types.ts';
 
 const pause = 20; // milliseconds between looks at a file, and between what is handed on
@@ -99,6 +99,8 @@ export class Live {
   #line?: Line;
   #waiting: Bytes[] = [];
   #timer?: ReturnType<typeof setTimeout>;
+  #message: Bytes = new Uint8Array(); // to be sent
+  #toSend?: Bytes; // the same, sealed
   isFollowing = true;
 
   constructor(
@@ -133,6 +135,10 @@ export class Live {
     byId('liveHold').addEventListener('click', () => this.#follow(!this.isFollowing));
     byId('liveStop').addEventListener('click', () => this.stop());
     byId('liveSend').addEventListener('click', () => busy(this.#look()));
+    byId('sendText').addEventListener('input', () => {
+      this.#message = bytesOf(byId('sendText').value);
+      busy(this.#judge());
+    });
     byId('sendCancel').addEventListener('click', () => byId('sendDialog').close());
     byId('sendForm').addEventListener('submit', (event) => {
       event.preventDefault();
@@ -201,20 +207,26 @@ export class Live {
     this.on.end();
   }
 
-  // What would be sent: the message that is shown, sealed.
-  async #look() {
-    const message = this.on.message();
-    if (!message) return;
-    const { bytes, error } = await this.core.seal(message);
-    byId('sendProblem').textContent = error === undefined ? '' : `It can't be sent: ${shownWords(error)}`;
-    byId('sendNow').disabled = error !== undefined;
-    this.#toSend = bytes;
-    showLines(byId('sendText'), coreText(bytes ?? message));
-    byId('sendChanges').textContent = bytes ? (await this.core.sealChanges(message, bytes)) || 'It is sealed already.' : '';
+  // The message that is shown, to be looked at, or another that people put in its place.
+  #look() {
+    this.#message = this.on.message() ?? new Uint8Array();
+    byId('sendText').value = coreText(this.#message);
+    byId('sendText').readOnly = !isUtf8(this.#message);
     byId('sendDialog').showModal();
+    return this.#judge();
   }
 
-  #toSend?: Bytes;
+  // Says what of it would be sent: as it is sealed.
+  async #judge() {
+    const message = this.#message;
+    const { bytes, error } = await this.core.seal(message);
+    const changes = bytes ? await this.core.sealChanges(message, bytes) : '';
+    if (message !== this.#message) return;
+    this.#toSend = bytes;
+    byId('sendProblem').textContent = error === undefined ? '' : `It can't be sent: ${shownWords(error)}`;
+    byId('sendNow').disabled = error !== undefined;
+    byId('sendChanges').textContent = error !== undefined ? '' : changes ? `Sent is: ${shownWords(changes)}` : 'It is sealed already.';
+  }
 
   async #send() {
     byId('sendDialog').close();

@@ -1,0 +1,27 @@
+// A WebSocket bridge of this machine, as websocketd is one, for tests.
+import { createHash } from 'node:crypto';
+import { createServer } from 'node:http';
+
+// The text of a browser's frame.
+function unmasked(frame) {
+  const start = (frame[1] & 0x7f) === 126 ? 4 : 2;
+  return frame.subarray(start + 4).map((byte, at) => byte ^ frame[start + (at & 3)]);
+}
+
+/** What a bridge to a device does: texts out, of fewer than 126 bytes, and the first message in. */
+export async function bridge() {
+  let take;
+  const received = new Promise((resolve) => (take = resolve));
+  const sockets = [];
+  const server = createServer();
+  server.on('upgrade', ({ headers }, socket) => {
+    const key = createHash('sha1').update(`${headers['sec-websocket-key']}258EAFA5-E914-47DA-95CA-C5AB0DC85B11`).digest('base64');
+    socket.write(`HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Accept: ${key}\r\n\r\n`);
+    socket.on('data', (data) => take(unmasked(data)));
+    sockets.push(socket);
+  });
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  const send = (text) => sockets[0].write(Buffer.concat([Buffer.from([0x81, text.length]), Buffer.from(text)]));
+  const close = () => (sockets.forEach((socket) => socket.destroy()), server.close());
+  return { address: `ws://127.0.0.1:${server.address().port}/`, received, send, close };
+}
