@@ -24,7 +24,7 @@ vek/inspect/change
 vek/inspect/archive vek/inspect/exports
 tools/vekmsg/terminal
 tools/vekmsg/reading tools/vekmsg/fleet
-tools/vekmsg/load tools/vekmsg/figures
+tools/vekmsg/load tools/vekmsg/figures tools/vekmsg/lsp
 tools/vekmsg/load/sqlite tools/vekmsg/load/clickhouse
 tools/vekmsg/commands
 tools/vekmsg tools/page/core tools/reference

@@ -42,7 +42,7 @@ needs() {
     edit) echo device.log --head 1 ;;
     example) echo fleet ;;
     replay) echo start.log ;; # of some milliseconds
-    list | schema | stamp) ;;
+    list | schema | stamp | lsp) ;;
     *) echo device.log ;;
     esac
 }

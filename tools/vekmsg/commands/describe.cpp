@@ -30,21 +30,6 @@ using inspect::fieldSchema_t;
 using inspect::messageSchema_t;
 using inspect::recordSchema_t;
 
-std::string_view defaultInWords(const fieldSchema_t &field) {
-    switch (field.defaultKind) {
-    case inspect::defaultKind_t::value:
-        return field.defaultText;
-    case inspect::defaultKind_t::zero:
-        return "all zero";
-    case inspect::defaultKind_t::null:
-        return "(null)";
-    case inspect::defaultKind_t::notSet:
-        return "(not set)";
-    default:
-        return "";
-    }
-}
-
 class description_t {
 public:
     explicit description_t(const colours_t &colours) : colours_(colours) {}
@@ -93,7 +78,7 @@ private:
         for (const fieldSchema_t &field : record.fields) {
             keyWidth = std::max(keyWidth, field.key.size());
             kindWidth = std::max(kindWidth, kindOf(field).size());
-            presetWidth = std::max(presetWidth, defaultInWords(field).size());
+            presetWidth = std::max(presetWidth, inspect::defaultInWords(field).size());
             memberWidth = std::max(memberWidth, field.member.path.size());
         }
         const bool hasRoom = indent + keyWidth + kindWidth + presetWidth + memberWidth + 8 <= width_;
@@ -103,7 +88,7 @@ private:
         for (const fieldSchema_t &field : record.fields) {
             out.append(indent, ' ').append(colours_.cyan).append(padded(field.key, keyWidth)).append(colours_.reset);
             const std::string kind = kindOf(field);
-            const std::string_view preset = defaultInWords(field);
+            const std::string_view preset = inspect::defaultInWords(field);
             std::size_t column = below + kind.size();
             const auto gap = [&](std::string_view next) {
                 const bool isBelow = !hasRoom && column + 2 + next.size() > width_;

@@ -24,17 +24,6 @@ struct explainArguments_t {
     }
 };
 
-// Markdown without its marks: of a link its words, of code the code.
-std::string plain(std::string_view markdown) {
-    std::string out;
-    for (std::size_t i = 0; i < markdown.size(); ++i)
-        if (markdown.substr(i, 2) == "](")
-            i = markdown.find(')', i);
-        else if (markdown[i] != '[' && markdown[i] != '`')
-            out += markdown[i];
-    return out;
-}
-
 class explanations_t {
 public:
     explicit explanations_t(const colours_t &colours) : colours_(colours) {}
@@ -49,7 +38,8 @@ public:
               wrapped(inspect::joined({kind.name, "  ", severityName(kind.severity), ": ", kind.about}), width_, 4));
         paragraph(explanation.example, colours_.dim);
         paragraph(explanation.words, {});
-        paragraph(plain(explanation.remedy) + (explanation.isMended ? " vekmsg fix does that." : ""), colours_.green);
+        paragraph(inspect::plainWords(explanation.remedy) + (explanation.isMended ? " vekmsg fix does that." : ""),
+                  colours_.green);
     }
 
     std::string out;

@@ -190,20 +190,6 @@ void reader_t::begin(const std::string &name) {
         lookForWhole(skipped);
 }
 
-namespace {
-
-// What an editor or another program puts around the message of a file, but not what a log has there: no words.
-bool isMerelyAround(std::string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if (const bool isSpeltOut = i > 0 && text[i - 1] == '\\';
-            !isSpeltOut && (isDigit(text[i]) || (text[i] >= 'A' && text[i] <= 'Z') ||
-                            (text[i] >= 'a' && text[i] <= 'z') || text[i] == '@' || text[i] == '{'))
-            return false;
-    return true;
-}
-
-} // namespace
-
 // In a file of one message, what stands around it is part of what a host would read.
 void reader_t::lookForWhole(std::size_t skipped) {
     struct : inspect::messageSink_t {
@@ -218,7 +204,7 @@ void reader_t::lookForWhole(std::size_t skipped) {
     scanner.feed(input_->start, alone);
     scanner.finish(alone);
     const std::string_view text = input_->start;
-    if (alone.count != 1 || !isMerelyAround(text.substr(0, alone.start)) || !isMerelyAround(text.substr(alone.end)))
+    if (alone.count != 1 || !inspect::isMerelyAround(text.substr(0, alone.start)) || !inspect::isMerelyAround(text.substr(alone.end)))
         return;
     input_->sink.form = form_t::message;
     input_->whole = inspect::joined({inspect::byteOrderMark.substr(0, skipped), text});

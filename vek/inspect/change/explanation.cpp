@@ -42,4 +42,14 @@ explanation_t explain(const findingKind_t &kind) {
     return {withPictures(text), withPictures(found->inWords()), std::string(kind.remedy), isMended};
 }
 
+std::string plainWords(std::string_view markdown) {
+    std::string out;
+    for (std::size_t i = 0; i < markdown.size(); ++i)
+        if (markdown.substr(i, 2) == "](")
+            i = markdown.find(')', i);
+        else if (markdown[i] != '[' && markdown[i] != '`')
+            out += markdown[i];
+    return out;
+}
+
 } // namespace vek::inspect

@@ -6,6 +6,7 @@
 #include "vek/inspect/check/findingKinds.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace vek::inspect {
 
@@ -20,5 +21,8 @@ struct explanation_t {
 
 /// Throws std::logic_error when check() does not find it in the example of the table.
 explanation_t explain(const findingKind_t &kind);
+
+/// Markdown without its marks: of a link its words, of code the code.
+std::string plainWords(std::string_view markdown);
 
 } // namespace vek::inspect

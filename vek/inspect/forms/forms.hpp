@@ -69,6 +69,9 @@ std::string_view wellFormed(std::string_view bytes, std::string &room);
 /// And back: the bytes that such characters stand for.
 std::string jsonBytes(std::string_view text);
 
+/// The bytes that such characters stand for.
+std::string jsonBytes(std::string_view text);
+
 /// What a text looks like.
 enum class form_t : std::uint8_t { message, show, json, flat, none };
 

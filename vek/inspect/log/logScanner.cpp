@@ -5,6 +5,7 @@
 #include "vek/api/envelope.hpp"
 #include "vek/inspect/log/private/lineCount.hpp"
 #include "vek/inspect/words/trimming.hpp"
+#include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
@@ -72,6 +73,14 @@ bool isMeantAsMessage(std::string_view text) {
     text = trimmed(text);
     return text.size() > endMarker.size() &&
            (text.front() == startMarker[0] || text.front() == '{' || text.ends_with(endMarker));
+}
+
+bool isMerelyAround(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (const bool isSpeltOut = i > 0 && text[i - 1] == '\\';
+            !isSpeltOut && (isWordCharacter(text[i]) || text[i] == '@' || text[i] == '{') && text[i] != '_')
+            return false;
+    return true;
 }
 
 logScanner_t::logScanner_t(std::uint64_t offset, std::uint64_t line) : offset_(offset), line_(line) {}

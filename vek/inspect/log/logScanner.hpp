@@ -49,6 +49,10 @@ protected:
 /// body alone.
 bool isMeantAsMessage(std::string_view text);
 
+/// Whether a text in front of the one message of a file, or behind it, is what an editor or another program puts there,
+/// but not what a log has: no words.
+bool isMerelyAround(std::string_view text);
+
 class logScanner_t {
 public:
     /// How much of a line in front of a message is kept.

@@ -42,4 +42,19 @@ std::string kindInWords(const fieldSchema_t &field) {
                                       : joined({words, "; ", field.counter()->key, " of them are written, unchecked"});
 }
 
+std::string_view defaultInWords(const fieldSchema_t &field) {
+    switch (field.defaultKind) {
+    case defaultKind_t::value:
+        return field.defaultText;
+    case defaultKind_t::zero:
+        return "all zero";
+    case defaultKind_t::null:
+        return "(null)";
+    case defaultKind_t::notSet:
+        return "(not set)";
+    default:
+        return "";
+    }
+}
+
 } // namespace vek::inspect
