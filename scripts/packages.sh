@@ -23,7 +23,7 @@ test) packages+=("${testing[@]}") ;;
 all)
     packages+=("${testing[@]}" clang clang-format clang-tidy libclang-rt-dev libc++-dev libc++abi-dev libbenchmark-dev
                rapidjson-dev pkg-config dpkg-dev file lintian g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
-               libz-mingw-w64-dev llvm lld neovim)
+               libz-mingw-w64-dev llvm lld neovim zsh)
     ;;
 bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev

@@ -111,6 +111,8 @@ TEST_F(FrontTest, StructuresAreEqualAsTheirTextsAre) {
     });
     static_assert(!std::equality_comparable_with<Media, string_t>);
     EXPECT_FALSE(static_cast<const DeviceInfo &>(DeviceInfo2()) == DeviceInfo()); // another message
+    EXPECT_FALSE((vekColorValue{.flags = 1} == vekColorValue{.flags = 2}));
+    EXPECT_FALSE((vekIdRecord{.id = 1} == vekIdRecord{.id = 2}));
 }
 
 TEST_F(FrontTest, ReadsViewsThatNoNulFollows) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands of transcripts and compares what they put out with what stands there.
-#   runTranscript.sh [--update] [--with ANOTHER_PROGRAM] EXAMPLES FILE [EMULATOR] PROGRAM
+#   runTranscript.sh [--update] [--with ANOTHER_PROGRAM] [--locale NAME] EXAMPLES FILE [EMULATOR] PROGRAM
 #
 # A transcript is any text with blocks of this form; "$" begins a command, ">" goes on with it, and below stands its
 # output (standard output and standard error), with the exit code when it is not 0:
@@ -27,9 +27,21 @@ if [ "$1" = --with ]; then
     ln -s "$(realpath "$2")" "$work/bin"
     shift 2
 fi
+place=()
+if [ "$1" = --locale ]; then
+    mkdir "$work/locales"
+    localedef -i "$2" -f UTF-8 "$work/locales/$2.UTF-8"
+    place=(env "LOCPATH=$work/locales" "LC_ALL=$2.UTF-8")
+    case $2 in de_DE | tr_TR) [ "$("${place[@]}" printf %.1f 0)" = 0,0 ] || { echo "the locale $2 has no comma"; exit 1; } ;; esac
+    shift 2
+fi
 examples=$(realpath "$1") file=$2
 program=("${@:3}")
-printf '#!/bin/bash\nexec %s "$@"\n' "${program[*]@Q}" >"$work/bin/vekmsg"
+{
+    echo '#!/bin/bash'
+    [ ${#place[@]} -eq 0 ] || echo "[ \"\$LC_ALL\" = C ] || exec ${place[*]@Q} ${program[*]@Q} \"\$@\""
+    echo "exec ${program[*]@Q} \"\$@\""
+} >"$work/bin/vekmsg"
 chmod +x "$work/bin/vekmsg"
 export archives=$(dirname "$(realpath "$0")")/archives port=$((20000 + $$ % 12000)) PATH=$work/bin:$PATH LC_ALL=C.UTF-8 TZ=UTC
 unset NO_COLOR VISUAL EDITOR
