@@ -27,14 +27,14 @@ tools/vekmsg/reading tools/vekmsg/fleet
 tools/vekmsg/load tools/vekmsg/figures tools/vekmsg/lsp
 tools/vekmsg/load/sqlite tools/vekmsg/load/clickhouse
 tools/vekmsg/commands
-tools/vekmsg tools/page/core tools/reference
+tools/vekmsg tools/page/core tools/reference tools/bindings/core
 """
 
 SEEN = {
-    "vek/vek_std/std_sys": ["vek/text", "vek/api", "vek/inspect/exports"],
+    "vek/vek_std/std_sys": ["vek/text", "vek/api", "vek/inspect/exports", "tools/bindings/core"],
     "vek/text": ["vek/records"],
     "vek/records": ["vek/api", "vek/inspect/schema", "tools/reference"],
-    "vek/api": ["vek/inspect/schema", "vek/inspect/message"],
+    "vek/api": ["vek/inspect/schema", "vek/inspect/message", "tools/bindings/core"],
 }
 
 LEVELS = {room: level for level, line in enumerate(ORDER.split("\n")) for room in line.split()}
