@@ -36,7 +36,7 @@ bindings)
 cluster) packages+=(clickhouse-server curl) ;;
 coverage) packages+=("${testing[@]}" python3) ;;
 page)
-    packages+=(emscripten libfast-float-dev nodejs chromium fonts-inter fonts-jetbrains-mono)
+    packages+=(emscripten libfast-float-dev nodejs chromium firefox-esr fonts-inter fonts-jetbrains-mono)
     command -v npm >/dev/null || packages+=(npm) # Debian's nodejs has none; others bring their own
     ;;
 windows)

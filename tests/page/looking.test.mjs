@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { openFile, paste, saved, toolPath, treeRows, withPage } from './browser.mjs';
+import { chooseMessage, openFile, paste, saved, says, toolPath, treeRows, withPage } from './browser.mjs';
 import { logLines, message, samples } from './makeLog.mjs';
 
 const listed = (page) => page.textContent('#listCount');
@@ -206,5 +206,21 @@ test('messages in other forms, wrapped ones, and texts without any', async () =>
     await paste(page, '{"id":4112,');
     assert.notEqual(await page.textContent('#readingProblem'), '');
     assert.equal(await page.locator('#messages .row:visible').count(), 0);
+  });
+});
+
+test('lines that are no messages are counted where they stand, and shown folded', async () => {
+  const focus = message(4112, 1, '{MEDIA_NAME=Violet;FOCUS_VALUE=1.000000;}');
+  const buffer = Buffer.from(`door open\ndoor shut\nfirst ${focus} still first\nfan on\n\nfan off\nsecond ${focus}\nthird ${focus}\n`);
+  await withPage(async (page) => {
+    await openFile(page, { name: 'a.log', mimeType: '', buffer });
+    await page.waitForFunction(() => document.querySelectorAll('#messages .between').length === 2);
+    for (const [at, words] of ['door open\ndoor shut', 'fan on\nfan off'].entries()) {
+      await chooseMessage(page, at);
+      await says(page, '#linesCount', '2 lines in front of it');
+      await says(page, '#linesText', words);
+    }
+    await chooseMessage(page, 2);
+    await page.waitForSelector('#linesBefore', { state: 'hidden' });
   });
 });

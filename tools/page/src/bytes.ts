@@ -73,6 +73,14 @@ export function isSame(left: Bytes, right: Bytes) {
   return left.length === right.length && left.every((byte, at) => byte === right[at]);
 }
 
+/** Of what stands between two messages, the whole lines; at a log's start there is no message whose line goes on. */
+export function linesBetween(bytes: Bytes, isStart: boolean): string[] {
+  return coreText(bytes)
+    .split('\n')
+    .slice(isStart ? 0 : 1, -1)
+    .filter((line) => line.trim() !== '');
+}
+
 /** Whether bytes are UTF-8, so that a clipboard can hold them. */
 export function isUtf8(bytes: Bytes) {
   return decoded(bytes) !== undefined;

@@ -17,6 +17,8 @@ import { TextView } from './textView.ts';
 import { TreeView } from './treeView.ts';
 import { counted, timeInWords } from './words.ts';
 
+const mostLines = 500; // in front of a message that are shown
+
 const extensions: Record<Form, string> = { message: 'txt', show: 'show.txt', json: 'json', flat: 'flat.txt' };
 
 export class Detail {
@@ -105,6 +107,16 @@ export class Detail {
     const facts = [known?.constant, time, this.log.placeOf(this.row), counted(this.bytes.length, 'byte')];
     show(byId('messageFacts'), facts.filter(Boolean).join(' · '));
     byId('messageAbout').textContent = known?.about ?? '';
+    void this.#showLines(this.log, this.row);
+  }
+
+  // What stands in the log in front of the message, folded.
+  async #showLines(log: Log, row: number) {
+    const lines = await log.linesInFrontOf(row);
+    if (this.log !== log || this.row !== row) return;
+    byId('linesBefore').hidden = lines.length === 0;
+    byId('linesCount').textContent = `${counted(lines.length, 'line')} in front of it`;
+    showLines(byId('linesText'), lines.slice(-mostLines).join('\n'));
   }
 
   #lightNode(node: Pair | undefined) {

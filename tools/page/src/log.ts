@@ -2,7 +2,7 @@
 // behind the log's bytes, so that searches, plots and comparisons see it as what there is, and the others stay where they
 // are.
 import { inSlices } from './elements.ts';
-import { isSame } from './bytes.ts';
+import { isSame, linesBetween } from './bytes.ts';
 import { Columns } from './columns.ts';
 import { Cancelled, type CoreCalls, type Reader } from './reader.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
@@ -272,7 +272,28 @@ export class Log {
 
   // Where messages stand, and where their lines have them: a changed one stands elsewhere.
   #linePlaces(rows: Rows): LinePlace[] {
-    return Array.from(rows, (row) => ({ ...this.#placeIn(row), lineAt: (this.originals.get(row) ?? this.#placeIn(row)).start }));
+    return Array.from(rows, (row) => ({ ...this.#placeIn(row), lineAt: this.#readAt(row).start, after: this.#endInFrontOf(row) }));
+  }
+
+  // Where a message was read.
+  #readAt(row: number) {
+    return this.originals.get(row) ?? this.#placeIn(row);
+  }
+
+  // Where the one in front of it in its file was read to.
+  #endInFrontOf(row: number) {
+    const { file } = this.columns;
+    let at = row - 1;
+    while (at >= 0 && file[at] !== file[row]) --at;
+    if (at < 0) return this.files.length === 1 ? 0 : this.#readAt(row).start;
+    const { start, size } = this.#readAt(at);
+    return Math.min(start + size, this.#readAt(row).start);
+  }
+
+  /** The lines between a message and the one in front of it. */
+  async linesInFrontOf(row: number) {
+    const [from, to] = [this.#endInFrontOf(row), this.#readAt(row).start];
+    return linesBetween(await this.#bytesAt({ start: from, size: to - from }), from === 0);
   }
 
   /** The messages of some rows as a log. */

@@ -193,6 +193,9 @@ export class MessageList {
       'span',
       { class: 'cell values' },
       this.log.originals.has(row) ? element('span', { class: 'badge edited' }, 'edited') : null,
+      digest?.between
+        ? element('span', { class: 'badge between', title: 'Lines in front of it that are no messages' }, `+${number(digest.between)}`)
+        : null,
       missing > 0 ? element('span', { class: 'badge gap' }, `${number(missing)} missing`) : null,
       columns.isDamaged[row] ? element('span', { class: 'badge damaged' }, 'damaged') : null,
       ...parts,

@@ -20,6 +20,8 @@ export interface Stretch {
 /** And where the line has it: a changed one stands elsewhere. */
 export interface LinePlace extends Stretch {
   lineAt: number;
+  /** Where the message in front of it in its file ends. */
+  after: number;
 }
 
 export interface NamedBlob {
@@ -89,6 +91,8 @@ export interface Digest {
 /** With what stands in front of it on its line. */
 export interface LineDigest extends Digest {
   head: string;
+  /** How many lines stand between it and the message in front of it, of those that are near. */
+  between: number;
 }
 
 /** How a pair is read. */

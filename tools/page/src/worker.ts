@@ -2,12 +2,13 @@
 // the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
 // block and what the core keeps of a message that has no end yet.
 import type { Bytes, LinePlace, NamedBlob } from './types.ts';
-import { coreText, isSame } from './bytes.ts';
+import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
 import { plainBlob } from './unpacking.ts';
 
 const blockSize = 2 << 20;
 const largestForms = 64 << 20;
+const longestBetween = 65_536; // bytes in front of a message whose lines are counted
 const longestHead = 200; // bytes of a line in front of a message that are looked at
 
 let core: Core;
@@ -179,13 +180,14 @@ const jobs = {
 
   // What some messages say in a line, and what stands in front of each on its line.
   async digests({ blob, places, paths }: Job & { blob: Blob; places: LinePlace[]; paths: string[] }) {
-    const digests = places.map(async ({ start, size, lineAt }) => {
+    const digests = places.map(async ({ start, size, lineAt, after }) => {
       const [message, head] = await Promise.all([
         bytesIn(blob, start, start + size),
-        bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt),
+        bytesIn(blob, Math.max(after, lineAt - longestBetween), lineAt),
       ]);
       const line = head.subarray(head.lastIndexOf(0x0a) + 1);
-      return { ...core.digest(message, paths), head: coreText(line) };
+      const between = linesBetween(head, after === 0).length;
+      return { ...core.digest(message, paths), head: coreText(line.subarray(-longestHead)), between };
     });
     return { digests: await Promise.all(digests) };
   },
