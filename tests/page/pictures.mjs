@@ -66,7 +66,10 @@ async function mend(page, name) {
 
 async function compare(page, name) {
   await openFile(page, today);
-  await page.click('#messages-180');
+  await page.selectOption('#filterProblem', 'problems');
+  await page.waitForFunction(() => document.getElementById('listCount').textContent.startsWith('1 of'));
+  await page.click('#messages-0');
+  await settled(page);
   await page.setInputFiles('#otherFile', yesterday);
   await page.click('#differenceTab');
   await page.waitForSelector('#leftText mark');
