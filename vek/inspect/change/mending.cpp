@@ -28,12 +28,6 @@ std::size_t errorsIn(const std::vector<finding_t> &findings) {
     return static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), &isError));
 }
 
-// Whether one text was judged better than another.
-bool isBetter(const std::vector<finding_t> &findings, const std::vector<finding_t> &before) {
-    const std::size_t errors = errorsIn(findings), errorsBefore = errorsIn(before);
-    return errors != errorsBefore ? errors < errorsBefore : findings.size() < before.size();
-}
-
 // Those in order of which none begins in front of the end of another.
 void keepApart(std::vector<remedy_t> &remedies) {
     std::stable_sort(remedies.begin(), remedies.end(),
@@ -190,12 +184,18 @@ private:
 
     bool tryThese(const std::vector<std::size_t> &chosen) {
         std::vector<remedy_t> remedies;
-        for (const std::size_t i : chosen)
+        remedies.reserve(chosen.size());
+        std::size_t errors = 0;
+        for (const std::size_t i : chosen) {
             remedies.push_back(*mending_.left[i].remedy);
+            errors += isError(mending_.left[i]) ? 1 : 0;
+        }
         std::string text = applied(mending_.text, withLength(tree_, std::move(remedies)));
         const tree_t tree(text);
-        if (!isBetter(check(tree), mending_.left))
-            return false;
+        const std::vector<finding_t> left = check(tree);
+        const std::size_t before = errorsIn(mending_.left), after = errorsIn(left);
+        if (after + errors > before || (errors == 0 && left.size() >= mending_.left.size()))
+            return false; // one of them made nothing better
         for (const std::size_t i : chosen)
             mending_.done.push_back(std::move(mending_.left[i]));
         take(std::move(text));

@@ -284,7 +284,7 @@ void checker_t::mendBlanks() {
 }
 
 // The numbers anew, as far as it is certain which they are: of four words in front of the body the second is the
-// length, whatever it is; of three it is missing, unless one of them is near what it should be.
+// length, whatever it is; of three it is missing, unless the first stands in its places or is near what it should be.
 void checker_t::mendHead() {
     const std::string_view text = tree_.text();
     const place_t body = envelope_.body;
@@ -311,7 +311,9 @@ void checker_t::mendHead() {
         return;
     const std::string whole = sealed(*id, *echoTag, *sequenceNumber, body.in(text));
     constexpr std::int64_t near = 16; // what a number takes, and an edit
-    if (!hasLength && std::abs(static_cast<std::int64_t>(whole.size()) - *echoTag) <= near)
+    const bool isInItsPlaces =
+        words[2].data() + words[2].size() == words[0].data() + words[0].size() + 1 + lengthDigits;
+    if (!hasLength && (isInItsPlaces || std::abs(static_cast<std::int64_t>(whole.size()) - *echoTag) <= near))
         return; // or it is the echo tag that is missing
     mend({start, body.start},
          whole.substr(startMarker.size(), whole.size() - body.size() - startMarker.size() - endMarker.size()), true);

@@ -330,7 +330,9 @@ void checker_t::reportSwallowed(const node_t &node, std::string_view andMore) {
              joined({"a host takes the next token for it, ", shownValue(tree_.value(node)), andMore,
                      "; an empty text is left out, with its key"}));
         const std::uint32_t end = static_cast<std::uint32_t>(tree_.text().find_first_of(";,", node.key.end)) + 1;
-        mend({node.key.start - (node.isKeyQuoted ? 1 : 0), end}, {}, node.field != nullptr && isText(node));
+        const recordSchema_t *record = tree_.recordOf(tree_.nodes()[node.parent]);
+        mend({node.key.start - (node.isKeyQuoted ? 1 : 0), end}, {},
+             isText(node) && record != nullptr && record->find(tree_.value(node)) != nullptr);
     }
 }
 
@@ -355,8 +357,12 @@ bool checker_t::checkJoined(const node_t &parent, const node_t &node, const node
                          shownValue(tree_.value(behind))}));
             const std::string_view own =
                 withoutBlankAtEnd(value.substr(0, value.size() - field->key.size()), isText(node) ? "" : ":");
+            // A text in capitals may end with the letters of a short key.
+            constexpr std::size_t longKey = 8;
+            const bool isApart = !isText(node) || field->key.size() >= longKey || own.empty() ||
+                                 (!isAsciiUpper(own.back()) && own.back() != '_');
             mend({node.value.start + static_cast<std::uint32_t>(own.size()), at}, ";",
-                 isNew && !own.empty() && judgeValue(*node.field, own).severity != severity_t::error);
+                 isNew && isApart && !own.empty() && judgeValue(*node.field, own).severity != severity_t::error);
         }
     } else if (report(strayValue, behind.value, &behind)) {
         tell(joined({"a \"=\" stands behind ", shownValue(value), ", the value of ", tree_.key(node),
@@ -396,7 +402,8 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
                      : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))}));
             if (const std::string pair = findings_.back().suggestion; !pair.empty())
                 mend(node.value, pair,
-                     isNew && !field->isGroup() &&
+                     isNew && !field->isGroup() && // and not a longer word in capitals
+                         (!isAsciiUpper(rest[0]) || std::any_of(rest.begin(), rest.end(), &isAsciiLower)) &&
                          judgeValue(*field, std::string_view(pair).substr(field->key.size() + 1)).severity !=
                              severity_t::error);
         }
