@@ -16,6 +16,8 @@ import sys
 import tempfile
 import threading
 import time
+import urllib.parse
+import urllib.request
 
 from servers import Server
 
@@ -291,6 +293,21 @@ try:
     is_right = has == ["1", "1"]
     print(f"{'right' if is_right else 'WRONG'}: missing columns and tables are added, altered ones filled", flush=True)
     failures += not is_right
+
+    restored = make()
+    finish(load(restored, os.devnull))  # makes the tables
+
+    def ask_bytes(database, statement, data=b""):
+        url = f"http://127.0.0.1:{server.port}/?database={database}&query={urllib.parse.quote(statement)}"
+        with urllib.request.urlopen(url, data, timeout=60) as answer:
+            return answer.read()
+
+    database = make()
+    finish(load(database, *logs))
+    for table in server.ask("SHOW TABLES", database).split():
+        ask_bytes(restored, f"INSERT INTO {table} FORMAT Native", ask_bytes(database, f"SELECT * FROM {table} FORMAT Native"))
+    finish(load(restored, *logs))
+    expect("a backup that is restored", restored, wanted, logs)
 
     database, former, pieces = make(), make(), [f"{folder}/piece{number}.log" for number in (0, 1)]
     for log, piece in zip(logs, pieces):

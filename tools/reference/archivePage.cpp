@@ -48,6 +48,12 @@ In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and 
 `messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from
 `message_id`, which is the key, and take no room.
 
+Further in SQLite: the rows of a message refer to it (`ON DELETE CASCADE`, where `PRAGMA foreign_keys` is on), and three
+views answer what is asked most: `latest_state`, of each log the last device status with what it said; `gaps`, where sequence
+numbers are missing; `findings`, the problems with their logs and lines. A log's rows lie side by side in every table,
+between `source_id << 40` and `(source_id + 1 << 40) - 1`: a condition on `message_id` that says so needs no index.
+`message_id` is below 2^53, which every language holds, for 8191 logs.
+
 ## Logs
 
 The table `sources` has a row for each log and what is known of it. How far it is loaded stands there, apart from the

@@ -49,6 +49,8 @@ std::string sqliteCreate(const sqliteTable_t &table);
 std::vector<sqlColumn_t> sqliteSourceColumns();
 std::string sqliteCreateSources();
 std::string sqliteCreateSourceIndexes();
+/// The questions that are asked most, as views; what is there under their names stays.
+std::string sqliteCreateViews();
 /// The same for the marks of their messages.
 std::vector<sqlColumn_t> sqliteMarkColumns();
 std::string sqliteCreateMarks();

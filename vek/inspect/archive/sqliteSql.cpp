@@ -64,7 +64,9 @@ std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table) {
         columns.push_back({std::string(name), std::move(type)});
     };
     const frontColumn_t &key = frontColumns().front();
-    add(key.name, joined({key.sqlite.type, table.depth == 0 ? " PRIMARY KEY" : " NOT NULL"}));
+    const bool isOfMessages = table.table != &archiveTables().messages() && table.table != &archiveTables().fronts();
+    add(key.name, joined({key.sqlite.type, table.depth == 0 ? " PRIMARY KEY" : " NOT NULL",
+                          isOfMessages ? " REFERENCES \"messages\" ON DELETE CASCADE" : ""}));
     for (const frontColumn_t &column : frontColumns().subspan(1))
         if (column.isComputed())
             add(column.name, std::string(column.sqlite.type));
@@ -113,6 +115,28 @@ CREATE INDEX IF NOT EXISTS "sources_by_head" ON "sources" ("head_hash") WHERE le
 )";
 }
 
+// By the key, in whose order a log's messages stand: so they need no index, and no sorting.
+std::string sqliteCreateViews() {
+    return R"(CREATE VIEW IF NOT EXISTS "latest_state" AS
+SELECT sources.source_id, source, device, site, log_time, status, low_status, severity,
+       (SELECT group_concat(value, '; ') FROM device_status_msgs AS said WHERE said.message_id = state.message_id) AS said
+FROM sources JOIN device_status AS state ON state.message_id =
+    (SELECT max(message_id) FROM device_status
+     WHERE message_id BETWEEN sources.source_id << 40 AND (sources.source_id + 1 << 40) - 1);
+CREATE VIEW IF NOT EXISTS "gaps" AS
+SELECT source_id, source, device, site, log_time, message_id, previous + 1 AS first_missing, number - previous - 1 AS missing
+FROM (SELECT message_id, log_time, sequence_number AS number, source_id AS log,
+             (SELECT sequence_number FROM messages AS earlier WHERE earlier.message_id < messages.message_id AND
+              earlier.message_id >= messages.source_id << 40 ORDER BY earlier.message_id DESC LIMIT 1) AS previous
+      FROM messages LIMIT -1) JOIN sources ON source_id = log
+WHERE number > previous + 1;
+CREATE VIEW IF NOT EXISTS "findings" AS
+SELECT source_id, source, device, site, log_time, line, record, message_id, code, severity, path, message, consequence,
+       suggestion
+FROM problems JOIN messages USING (message_id, source_id) JOIN sources USING (source_id);
+)";
+}
+
 std::vector<sqlColumn_t> sqliteMarkColumns() {
     return {{"mark", "INTEGER PRIMARY KEY"}, {"source_id", "INTEGER NOT NULL"}};
 }
@@ -134,6 +158,8 @@ void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables
     for (const table_t *table : tables)
         for (const sqliteTable_t &one : sqliteTablesOf(*table))
             append(sqliteCreate(one));
+    if (tables.size() == archiveTables().all().size())
+        out += sqliteCreateViews();
 }
 
 } // namespace vek::inspect

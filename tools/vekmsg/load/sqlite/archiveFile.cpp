@@ -74,6 +74,7 @@ archiveFile_t::archiveFile_t(const std::string &file) : database_(file), writers
     completeSources();
     for (const sqliteTable_t &table : allTables())
         complete(table.name, sqliteCreate(table), sqliteColumns(table));
+    database_.run(sqliteCreateViews());
     if (database_.number("PRAGMA user_version") != sqliteVersion)
         database_.run("PRAGMA user_version = " + std::to_string(sqliteVersion));
     transaction.commit();
