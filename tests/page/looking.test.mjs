@@ -142,6 +142,7 @@ test('filters are those of --where, each a chip; the address opens the same view
     await page.click('#views summary');
     await page.click('#viewChoices button');
     await counts(page, both);
+    await chooseMessage(page, 0);
     await page.waitForFunction(() => [...(CSS.highlights.get('match') ?? [])].map(String).join() === 'violet 0.3;FOCUS');
     await page.fill('#filterWords', 'violet');
     await page.waitForFunction(() => [...(CSS.highlights.get('match') ?? [])].length > 20);

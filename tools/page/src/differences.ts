@@ -8,7 +8,7 @@ import type { CoreCalls } from './reader.ts';
 import type { Bytes, Difference } from './types.ts';
 import { MessageModel } from './messageModel.ts';
 import type { OtherLog } from './otherLog.ts';
-import { shown, shownWords } from './signs.ts';
+import { shown, shownWords, withBreaks } from './signs.ts';
 import { counted } from './words.ts';
 
 export class Differences extends Panel {
@@ -125,7 +125,7 @@ export class Differences extends Panel {
 function markedText(model: MessageModel, paths: string[]): (string | HTMLElement)[] {
   const { bytes } = model;
   const places = paths.flatMap((path) => model.find(path)?.whole ?? []).sort((left, right) => left.start - right.start);
-  const words = (start: number, end: number) => shown(coreText(bytes.subarray(start, end)), true);
+  const words = (start: number, end: number) => withBreaks(shown(coreText(bytes.subarray(start, end)), true));
   const parts: (string | HTMLElement)[] = [];
   let at = 0;
   for (const { start, end } of places) {

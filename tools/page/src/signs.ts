@@ -55,3 +55,9 @@ export function showLines(target: HTMLElement, text: string) {
       ...text.split(/(?<=\n)/).flatMap((line) => (line.endsWith('\n') ? [...shown(line.slice(0, -1)), '\n'] : shown(line))),
     );
 }
+
+/** Text of a message whose lines end between pairs where they can. */
+export function withBreaks(pieces: (string | HTMLElement)[]) {
+  const broken = (text: string) => text.split(/(?<=[;,])/).flatMap((one) => (/[;,]$/.test(one) ? [one, element('wbr')] : [one]));
+  return pieces.flatMap((piece) => (typeof piece === 'string' ? broken(piece) : [piece]));
+}

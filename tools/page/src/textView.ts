@@ -3,7 +3,7 @@
 // number of problems is shown at once.
 import { byId, element } from './elements.ts';
 import { bytesOfCoreText, characterStart, coreText } from './bytes.ts';
-import { rawSigns, shown, shownWords } from './signs.ts';
+import { rawSigns, shown, shownWords, withBreaks } from './signs.ts';
 import type { MessageModel } from './messageModel.ts';
 import type { Bytes, Place } from './types.ts';
 
@@ -12,12 +12,6 @@ const stretchSize = 2048; // bytes
 // Of what viewing.ts says of each byte.
 const severityClasses = ['', 'wrong-warning', 'wrong-error'];
 const kindClasses = ['', 'valueNumber', 'valueText', 'valueName', 'valueIgnored'];
-
-// Lines end between pairs where they can.
-function withBreaks(pieces: (string | HTMLElement)[]) {
-  const broken = (text: string) => text.split(/(?<=[;,])/).flatMap((one) => (/[;,]$/.test(one) ? [one, element('wbr')] : [one]));
-  return pieces.flatMap((piece) => (typeof piece === 'string' ? broken(piece) : [piece]));
-}
 
 interface Piece extends Place {
   made: HTMLElement;
