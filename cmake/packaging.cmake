@@ -58,11 +58,7 @@ macro(vekDebianPackage component)
 endmacro()
 
 # Packages made twice of the same sources are the same: their files are as old as the version.
-file(STRINGS CHANGELOG.md versionLine REGEX "^## ${PROJECT_VERSION}, ")
-if(NOT versionLine MATCHES ", ([0-9-]+)$")
-    message(FATAL_ERROR "CHANGELOG.md has no line '## ${PROJECT_VERSION}, YEAR-MONTH-DAY'")
-endif()
-set(VEK_VERSION_DATE ${CMAKE_MATCH_1})
+include(cmake/thirdParties.cmake)
 execute_process(COMMAND env LC_ALL=C date -u -d ${VEK_VERSION_DATE} "+%s;%a, %d %b %Y %T %z" OUTPUT_VARIABLE date
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 list(GET date 0 epoch)
@@ -113,7 +109,6 @@ endfunction()
 # two do not exist, and goes on.
 set(withoutScripts packaging/none/postinst packaging/none/postrm)
 
-include(cmake/thirdParties.cmake)
 set(runTime libstdc++.so.6 libgcc_s.so.1 libc.so.6)
 if(WIN32)
     vekBill(vekParams2ASCII INSIDE gcc-runtime mingw-w64 winpthreads nlohmann-json CLI11 zlib)

@@ -2,6 +2,13 @@
 # software bill of materials (SPDX 2.3), for each package. Names, licences and notices are in packaging/notices/, of
 # which the version is found here: that of the very headers and compilers that build.
 
+# Of the day of the version.
+file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md versionLine REGEX "^## ${PROJECT_VERSION}, ")
+if(NOT versionLine MATCHES ", ([0-9-]+)$")
+    message(FATAL_ERROR "CHANGELOG.md has no line '## ${PROJECT_VERSION}, YEAR-MONTH-DAY'")
+endif()
+set(VEK_VERSION_DATE ${CMAKE_MATCH_1})
+
 # vekDefined(RESULT HEADER MACROS...): what the header defines them to, joined by points.
 function(vekDefined result header)
     set(parts)
@@ -33,6 +40,14 @@ function(vekPartVersion result part)
     elseif(part STREQUAL "zlib")
         find_path(ZLIB_INCLUDE_DIR zlib.h)
         vekDefined(version ${ZLIB_INCLUDE_DIR}/zlib.h ZLIB_VERSION)
+    elseif(part STREQUAL "emscripten")
+        set(version ${EMSCRIPTEN_VERSION})
+    elseif(part STREQUAL "fast_float") # whose headers don't tell
+        find_file(VEK_FAST_FLOAT_VERSION FastFloatConfigVersion.cmake NO_CMAKE_FIND_ROOT_PATH
+                  PATHS /usr/share /usr/lib PATH_SUFFIXES cmake/FastFloat)
+        mark_as_advanced(VEK_FAST_FLOAT_VERSION)
+        include(${VEK_FAST_FLOAT_VERSION})
+        set(version ${PACKAGE_VERSION})
     elseif(part STREQUAL "gcc-runtime")
         set(version ${CMAKE_CXX_COMPILER_VERSION})
     else() # of MinGW

@@ -100,6 +100,35 @@ testDotnet() {
     tests/bindings/examples.sh "$host" exe mono
 }
 
+typescript() {
+    tools/page/node_modules/.bin/tsc "$@"
+}
+
+javascript() {
+    local folder=$out/javascript version
+    rm -rf "$folder" "$out"/*.tgz
+    cp -r tools/bindings/javascript "$folder"
+    cp $build/tools/bindings/javascript/messages.ts "$folder/src/"
+    typescript -p "$folder"
+    cp build/page/tools/bindings/vekBindings.wasm "$folder/dist/"
+    notices "$folder" build/page
+    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
+    sed -i "s/\"version\": \"0.0.0\"/\"version\": \"$version\"/" "$folder/package.json"
+    (cd "$folder" && npm pack --silent --pack-destination "$out")
+}
+
+# As a program has it that depends on the package.
+testJavascript() {
+    local user=$out/javascript-user
+    rm -rf "$user"
+    mkdir -p "$user/node_modules/vekparams2ascii"
+    tar -xzf "$out"/vekparams2ascii-*.tgz --strip-components 1 -C "$user/node_modules/vekparams2ascii"
+    cp tests/bindings/*.mjs tests/bindings/*.ts tests/bindings/tsconfig.json examples/javascript/*.mjs "$user/"
+    typescript -p "$user"
+    node "$user/conformance.mjs" "$out/conformance.jsonl" examples/device.log
+    tests/bindings/examples.sh "$user" mjs node
+}
+
 # A step is a process of its own, which ends with the first command that fails.
 if [ $# -gt 0 ]; then
     "$@"
@@ -113,6 +142,11 @@ step() {
 
 scripts/packages.sh bindings
 talk "bindings: preparing" cmake --preset release -DVEK_TESTS=ON
+scripts/packages.sh page
+talk "bindings: preparing WebAssembly" cmake --preset page
+talk "bindings: building WebAssembly" cmake --build --preset page --target vekBindings
+[ tools/page/node_modules/.package-lock.json -nt tools/page/package-lock.json ] ||
+    talk "bindings: fetching the compiler of TypeScript" npm ci --prefix tools/page --no-audit --no-fund --ignore-scripts
 talk "bindings: building" cmake --build --preset release --target bindings vekConformance vekmsg
 mkdir -p "$out"
 step "bindings: what the library says" conformance
@@ -128,3 +162,7 @@ step ".NET: compiling" assembly
 step ".NET: making the package" nupkg
 step ".NET: testing" testDotnet
 talkShows 'messages a second|failures'
+
+step "JavaScript: making the package" javascript
+step "JavaScript: testing" testJavascript
+talkShows 'messages a second|cases'

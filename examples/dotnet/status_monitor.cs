@@ -16,7 +16,7 @@ internal static class StatusMonitor
                 var status = found.Id == DeviceStatus.TypeId ? (DeviceStatus)found.Message : null;
                 if (status != null)
                 {
-                    string time = found.Time?.ToString("yyyy-MM-ddTHH:mm:ss.fff", CultureInfo.InvariantCulture) ?? "-";
+                    string time = found.Time?.ToString("yyyy-MM-ddTHH:mm:ss", CultureInfo.InvariantCulture) ?? "-";
                     string words = string.Join(", ", status.Msgs);
                     Console.WriteLine($"{time} status {status.Status}, severity {status.Severity}: {words}");
                 }

@@ -11,5 +11,5 @@ for found in vek.messages(log):
     if found.id == vek.DeviceStatus.MESSAGE_ID:
         status = found.message
         if isinstance(status, vek.DeviceStatus):
-            time = found.time.isoformat(timespec="milliseconds") if found.time else "-"
+            time = found.time.isoformat(timespec="seconds") if found.time else "-"
             print(f"{time} status {status.status}, severity {status.severity}: {', '.join(status.msgs)}")
