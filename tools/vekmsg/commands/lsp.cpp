@@ -29,7 +29,7 @@ int runLsp(const lspArguments_t & /*arguments*/) {
             isEnded = size == 0;
         } while (!isEnded && ++blocks < mostBlocks && input.comesUntil(0));
         while (std::optional<lsp::wire_t::received_t> received = wire.next())
-            server.take(std::move(*received));
+            server.take(*received);
         server.work();
     }
     return server.exitCode();

@@ -17,14 +17,14 @@ void document_t::change(std::vector<edit_t> edits, std::int64_t newVersion) {
     std::optional<change_t> all;
     for (edit_t &edit : edits) {
         place_t place{0, static_cast<std::uint32_t>(text().size())};
+        const std::size_t size = edit.text.size();
         if (edit.range) {
             place = placeOf(*edit.range);
             text_.replace(place, edit.text);
         } else {
             text_ = text_t(std::move(edit.text));
         }
-        const std::size_t rest = edit.range ? edit.text.size() : text().size();
-        const change_t one{place.start, place.end, place.start + rest};
+        const change_t one{place.start, place.end, place.start + size};
         if (all)
             all->join(one);
         else

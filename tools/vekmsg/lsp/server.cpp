@@ -29,7 +29,7 @@ server_t::server_t(std::string version, send_t send) : version_(std::move(versio
 
 server_t::~server_t() = default;
 
-void server_t::take(wire_t::received_t received) {
+void server_t::take(const wire_t::received_t &received) {
     try {
         if (!received.problem.empty())
             throw rpcError_t(rpcError_t::parseError, received.problem);

@@ -32,7 +32,7 @@ public:
     ~server_t();
 
     /// Takes what came, and then does it: what was called off meanwhile is not done, and problems are told once.
-    void take(wire_t::received_t received);
+    void take(const wire_t::received_t &received);
     void work();
 
     /// The client said that it is over, and how the program ends then.
