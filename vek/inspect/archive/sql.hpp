@@ -66,18 +66,29 @@ void appendClickhouseSchema(std::string &out, std::span<const table_t *const> ta
 std::string sqliteType(const column_t &column);
 std::string clickhouseType(const column_t &column);
 
-/// One of these statements, without a semicolon, for a table of any name, and of another engine when one is given.
-std::string clickhouseCreate(const table_t &table, std::string_view name, std::string_view engine = {});
+/// What a ClickHouse server has, and how its tables are kept.
+struct clickhouseServer_t {
+    bool isCurrent = false;      ///< it has DateTime64, LowCardinality and codecs, as since version 23
+    std::string_view replicated; ///< where in ZooKeeper copies of a table find each other; empty: there is one
+};
+
+/// One of these statements, without a semicolon, for a table of any name. Its parts are those of months: all rows of a
+/// month may be dropped at once.
+std::string clickhouseCreate(const table_t &table, std::string_view name, const clickhouseServer_t &server = {});
+
+/// The day of a row's time, 1970-01-01 when it has none, which the server computes.
+inline constexpr std::string_view clickhouseDay = "log_date";
+sqlColumn_t clickhouseDayColumn();
 
 /// All columns of a table in ClickHouse, in their order.
 std::vector<sqlColumn_t> clickhouseColumns(const table_t &table);
 
 /// The table of logs in ClickHouse: a row a claim of a loader, the latest of which tells how far a log is loaded.
 std::vector<sqlColumn_t> clickhouseSourceColumns();
-std::string clickhouseCreateSources(std::string_view name, std::string_view engine = {});
+std::string clickhouseCreateSources(std::string_view name, const clickhouseServer_t &server = {});
 /// The marks of their messages. One that is there twice is the same one.
 std::vector<sqlColumn_t> clickhouseMarkColumns();
-std::string clickhouseCreateMarks(std::string_view name);
+std::string clickhouseCreateMarks(std::string_view name, const clickhouseServer_t &server = {});
 
 /// A name in double quotes.
 std::string quotedName(std::string_view name);

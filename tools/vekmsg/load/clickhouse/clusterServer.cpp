@@ -30,6 +30,7 @@ enum serverCode_t : int {
     wrongPassword = 193,
     alreadyRunning = 216,
     cancelled = 394,
+    earlierInsertWaits = 286, // for its copies
 };
 
 refusal_t refusalIn(std::string_view body) {
@@ -92,14 +93,37 @@ clusterServer_t::clusterServer_t(const httpAddress_t &address, bool isPatient)
       isPatient_(false) {
     if (database_.empty() || database_.find('/') != std::string::npos)
         throw usageError_t(name_ + " names no database; write " + address.server + "/DATABASE");
-    for (const auto &[name, value] : address.parameters) {
-        if (name != "cluster" || value.empty())
-            throw usageError_t("behind the ? of " + name_ + " there may stand cluster=NAME, not \"" + name + "\"");
-        cluster_ = value;
-    }
-    ask("SELECT 1");
+    for (const auto &[name, value] : address.parameters)
+        if (name == "cluster" && !value.empty())
+            cluster_ = value;
+        else if (name == "replicated" && value == "yes")
+            isReplicated_ = true;
+        else
+            throw usageError_t("behind the ? of " + name_ +
+                               " there may stand cluster=NAME and &replicated=yes, not \"" + name + "=" + value + "\"");
+    if (isReplicated_ && cluster_.empty())
+        throw usageError_t(name_ + ": write ?cluster=NAME in front of &replicated=yes");
+    // A distributed table answers when the rows are where they belong, not when it has put them aside.
+    always_ = {{"database", database_}, {"insert_distributed_sync", "1"}};
+    constexpr unsigned long currentVersion = 23;
+    isCurrent_ = std::strtoul(ask("SELECT version()").c_str(), nullptr, 10) >= currentVersion;
+    if (isReplicated_)
+        askMajority();
     patience_ = laterPatience;
     isPatient_ = isPatient;
+}
+
+// What most copies have is there for good, and whoever asks one that lacks it is told so. Of two copies that is both.
+void clusterServer_t::askMajority() {
+    const std::string copies = ask(
+        "SELECT max(copies) FROM (SELECT count() AS copies FROM system.clusters WHERE cluster = " + sqlText(cluster_) +
+        " GROUP BY shard_num)");
+    const unsigned long majority = std::strtoul(copies.c_str(), nullptr, 10) / 2 + 1;
+    always_.insert(always_.end(), {{"insert_quorum", std::to_string(majority)},
+                                   {"insert_quorum_timeout", "20000"}, // milliseconds
+                                   {"select_sequential_consistency", "1"}});
+    if (isCurrent_)
+        always_.emplace_back("insert_quorum_parallel", "0");
 }
 
 std::string clusterServer_t::ask(const std::string &statement) {
@@ -150,20 +174,23 @@ bool clusterServer_t::insert(const std::string &statement, const std::string &st
            sendRows(
                {{"session_id", session}, {"query", inspect::joined({"INSERT INTO ", sentTable, " FORMAT RowBinary"})}},
                packed) == outcome_t::tryAgain);
-    return send({{"session_id", session},
-                 {"session_timeout", "1"}, // seconds; then the server forgets the rows
-                 {"query_id", queryName},
-                 {"max_threads", "1"},
-                 {"min_insert_block_size_rows", "100000000"},
-                 {"min_insert_block_size_bytes", "4000000000"}},
-                statement, answer) == outcome_t::done;
+    httpClient_t::parameters_t settings = {{"session_id", session},
+                                           {"session_timeout", "1"}, // seconds; then the server forgets the rows
+                                           {"query_id", queryName},
+                                           {"max_threads", "1"},
+                                           {"min_insert_block_size_rows", "100000000"},
+                                           {"min_insert_block_size_bytes", "4000000000"}};
+    if (isCurrent_) // as logs of many years have
+        settings.emplace_back("max_partitions_per_insert_block", "0");
+    return send(settings, statement, answer) == outcome_t::done;
 }
 
 std::vector<std::string> clusterServer_t::running() {
-    const std::string processes =
-        cluster_.empty() ? "system.processes" : "cluster(" + sqlText(cluster_) + ", system, processes)";
     std::vector<std::string> names;
-    for (const auto &line : table("SELECT query_id, initial_query_id FROM " + processes))
+    const std::string query = "SELECT query_id, initial_query_id FROM ", own = query + "system.processes";
+    for (const auto &line : table(cluster_.empty() ? own
+                                                   : own + " UNION ALL " + query + "cluster(" + sqlText(cluster_) +
+                                                         ", system, processes)"))
         names.insert(names.end(), line.begin(), line.end());
     return names;
 }
@@ -182,13 +209,13 @@ void clusterServer_t::inPieces(std::span<const std::string> texts, std::size_t c
 
 clusterServer_t::outcome_t clusterServer_t::send(const httpClient_t::parameters_t &settings, std::string_view body,
                                                  std::string &text) {
-    // A distributed table answers when the rows are where they belong, not when it has put them aside.
-    httpClient_t::parameters_t parameters = {{"database", database_}, {"insert_distributed_sync", "1"}};
+    httpClient_t::parameters_t parameters = always_;
     parameters.insert(parameters.end(), settings.begin(), settings.end());
     try {
         httpClient_t::answer_t answer = client_.post(parameters, body);
         if (answer.status == 200) {
             waited_ = 0;
+            isToldAway_ = false;
             text = std::move(answer.body);
             return outcome_t::done;
         }
@@ -216,6 +243,12 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
     const bool isOtherwiseLater = answer.status >= 500 || refusal.code == alreadyRunning || refusal.code == cancelled;
     if (!isOtherwiseLater && !isTableAway)
         refuse(why);
+    if (refusal.code == earlierInsertWaits && waited_ == 0) { // one of another loader
+        constexpr unsigned moment = 100;
+        sleepMilliseconds(moment);
+        waited_ = moment;
+        return;
+    }
     waitAfter(isTableAway ? why + "; each server of a cluster gets its tables when something is loaded through it"
                           : why);
 }
@@ -225,7 +258,8 @@ void clusterServer_t::waitAfter(const std::string &why) {
         refuse(why + (patience_ == firstPatience ? "; does a ClickHouse server run there?"
                                                  : "; what was loaded is there, and loading the same again goes on "
                                                    "behind it"));
-    if (waited_ == 0) {
+    if (!isToldAway_) {
+        isToldAway_ = true;
         if (isTerminal(2))
             writeAll(2, "\r\x1b[K"); // there may be a bar of progress
         complain(name_ + ": " + why + "; trying again" +

@@ -26,7 +26,8 @@ std::string sqlText(std::string_view bytes);
 
 class clusterServer_t {
 public:
-    /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster. Throws
+    /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster, and with
+    /// &replicated=yes behind it when each shard's servers have all of its rows. Throws
     /// usageError_t when it is not, and databaseError_t when nobody answers there or without such a database.
     /// `isPatient`: it never gives up a server that was there.
     clusterServer_t(const std::string &url, bool isPatient);
@@ -35,6 +36,9 @@ public:
     const std::string &cluster() const { return cluster_; } ///< "" when one server has it all
     const std::string &name() const { return name_; }       ///< for people
     bool isPatient() const { return isPatient_; }
+    bool isReplicated() const { return isReplicated_; }
+    /// Whether it has what is known since version 23.
+    bool isCurrent() const { return isCurrent_; }
 
     /// The answer to a statement. Asks again for a minute while the server is away, or for ever; then, and when it
     /// refuses, throws databaseError_t.
@@ -61,6 +65,7 @@ private:
     enum class outcome_t : std::uint8_t { done, tryAgain };
 
     clusterServer_t(const httpAddress_t &address, bool isPatient);
+    void askMajority();
     outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
     outcome_t sendRows(httpClient_t::parameters_t parameters, const packedRows_t &packed);
     void judge(const httpClient_t::answer_t &answer);
@@ -72,7 +77,9 @@ private:
     std::uint64_t sessions_ = 0;
     std::uint64_t waited_ = 0; // milliseconds, since it last worked
     std::uint64_t patience_;
-    bool isPatient_;
+    bool isPatient_, isReplicated_ = false, isCurrent_ = false;
+    bool isToldAway_ = false;           // since it last worked
+    httpClient_t::parameters_t always_; // in every request
 };
 
 } // namespace vek::tool

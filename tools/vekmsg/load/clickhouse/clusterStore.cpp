@@ -39,42 +39,67 @@ void clusterStore_t::makeTables() {
         engines_[line[0]] = line[1];
     for (const auto &line : server_.table("SELECT table, name FROM system.columns" + where))
         columns_[line[0]] += "," + line[1] + ",";
-    const std::string local = server_.cluster().empty() ? "" : "_local";
-    makeTable("sources", inspect::clickhouseCreateSources("sources" + local), local,
-              inspect::clickhouseSourceColumns());
+    makeTable("sources", inspect::clickhouseCreateSources, inspect::clickhouseSourceColumns());
     for (const std::string &name : migrateFromNames(server_, columns_))
         engines_[name].clear();
-    makeTable("marks", inspect::clickhouseCreateMarks("marks" + local), local, inspect::clickhouseMarkColumns());
-    for (const table_t &table : tables_)
-        makeTable(table.declared->name, inspect::clickhouseCreate(*table.declared, table.declared->name + local), local,
-                  inspect::clickhouseColumns(*table.declared));
+    makeTable("marks", inspect::clickhouseCreateMarks, inspect::clickhouseMarkColumns());
+    for (const table_t &table : tables_) {
+        std::vector<inspect::sqlColumn_t> columns = inspect::clickhouseColumns(*table.declared);
+        columns.push_back(inspect::clickhouseDayColumn());
+        const auto create = [&](std::string_view name, const inspect::clickhouseServer_t &server) {
+            return inspect::clickhouseCreate(*table.declared, name, server);
+        };
+        makeTable(table.declared->name, create, columns);
+    }
+    takeFinerTimes(where);
 }
 
-// All rows of a log are on one server. What others made or changed is taken as it is, and columns that are new are
-// added.
-void clusterStore_t::makeTable(const std::string &name, const std::string &create, const std::string &local,
+// Where a time has its fraction in it.
+void clusterStore_t::takeFinerTimes(const std::string &where) {
+    std::set<std::string> finer;
+    for (const auto &line : server_.table("SELECT table FROM system.columns" + where +
+                                          " AND name = 'log_time' AND type LIKE '%DateTime64%'"))
+        finer.insert(line[0]);
+    const std::string name = sqlName("log_time");
+    for (table_t &table : tables_) {
+        table.values = table.names;
+        if (finer.contains(table.declared->name))
+            table.values.replace(table.values.find(name), name.size(),
+                                 "addMicroseconds(toDateTime64(log_time, 6, 'UTC'), log_microsecond)");
+    }
+}
+
+// All rows of a log are on one server, or on those of its shard. What others made or changed is taken as it is, and
+// columns that are new are added.
+void clusterStore_t::makeTable(const std::string &name, const create_t &create,
                                const std::vector<inspect::sqlColumn_t> &columns) {
+    const bool isDistributed = !server_.cluster().empty();
+    const std::string local = name + (isDistributed ? "_local" : "");
     const auto there = engines_.find(name);
-    if (there != engines_.end() && !local.empty() && there->second != "Distributed")
+    if (there != engines_.end() && isDistributed && there->second != "Distributed")
         throw databaseError_t(server_.name() + ": the tables there belong to this server alone; for the cluster " +
                               server_.cluster() + " load into another database");
-    std::vector<std::string> tables = {name + local};
-    if (!local.empty())
-        tables.push_back(name);
-    for (const std::string &table : tables) {
+    const std::string everywhere = server_.isReplicated() ? " ON CLUSTER " + sqlName(server_.cluster()) : "";
+    const std::string database = sqlName(server_.database()) + ".";
+    const std::string path = "/clickhouse/tables/{shard}/" + server_.database() + "/" + local;
+    for (const std::string &table : isDistributed ? std::vector{local, name} : std::vector{name}) {
         if (!engines_.contains(table)) {
-            const std::string distributed = "CREATE TABLE IF NOT EXISTS " + sqlName(name) + " AS " +
-                                            sqlName(name + local) + " ENGINE = Distributed(" +
-                                            sqlName(server_.cluster()) + ", " + sqlName(server_.database()) + ", " +
-                                            sqlName(name + local) + ", source_id)";
-            server_.ask(table == name && !local.empty() ? distributed : create);
+            std::string statement =
+                table == local
+                    ? create(local, {server_.isCurrent(), server_.isReplicated() ? path : ""})
+                    : inspect::joined({"CREATE TABLE IF NOT EXISTS ", sqlName(name), " AS ", database, sqlName(local),
+                                       " ENGINE = Distributed(", sqlName(server_.cluster()), ", ",
+                                       sqlName(server_.database()), ", ", sqlName(local), ", intDiv(source_id, 2))"});
+            const std::size_t at = statement.find(table); // between its quotes
+            server_.ask(statement.insert(at + table.size() + 1, everywhere).insert(at - 1, database));
             engines_[table] = "";
             continue;
         }
         for (const auto &[column, type] : columns) {
             if (columns_[table].find("," + column + ",") != std::string::npos || engines_[table].empty())
                 continue;
-            server_.ask("ALTER TABLE " + sqlName(table) + " ADD COLUMN " + sqlName(column) + " " + type);
+            server_.ask(inspect::joined(
+                {"ALTER TABLE ", database, sqlName(table), everywhere, " ADD COLUMN ", sqlName(column), " ", type}));
         }
     }
 }
@@ -288,7 +313,7 @@ void clusterStore_t::send(table_t &table) {
         numbers.push_back(log);
     while (table.count > 0) {
         const std::string statement = inspect::joined(
-            {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.names, " FROM ",
+            {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.values, " FROM ",
              clusterServer_t::sentRows(table.count), " WHERE ", claims_.condition(numbers), " AND (", table.key,
              ") NOT IN (SELECT ", table.key, " FROM ", name, " WHERE ", placesOf(table), ")"});
         if (server_.insert(statement, table.structure, table.rows, claims_.nextQueryName()))

@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -49,15 +50,16 @@ public:
 private:
     struct table_t {
         const inspect::table_t *declared;
-        std::string names, structure, key; // of its columns
-        std::string rows;                  // that go out together
+        std::string names, values, structure, key; // of its columns
+        std::string rows;                          // that go out together
         std::size_t count = 0;
         std::map<std::uint64_t, std::uint64_t> logs; // of these, with their first offsets
     };
 
     void makeTables();
-    void makeTable(const std::string &name, const std::string &create, const std::string &local,
-                   const std::vector<inspect::sqlColumn_t> &columns);
+    using create_t = std::function<std::string(std::string_view name, const inspect::clickhouseServer_t &server)>;
+    void makeTable(const std::string &name, const create_t &create, const std::vector<inspect::sqlColumn_t> &columns);
+    void takeFinerTimes(const std::string &where);
     bool hasMessagesOf(std::uint64_t number, std::string_view first);
     void claim(const inspect::archivedLog_t &log);
     static std::string placesOf(const table_t &table);

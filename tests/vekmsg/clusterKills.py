@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""Loads logs into two shards of two replicas while loaders, servers and ZooKeeper are killed at random and one replica is
+killed for good, with another one put in its place: after that every table has the rows of an undisturbed run, each once, on
+every replica, without a merge.
+   clusterKills.py VEKMSG [KILLS [SEED]]      50 kills; without servers it ends with 77
+"""
+import os
+import pathlib
+import random
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+from servers import Server, ZooKeeper
+
+vekmsg = os.path.abspath(sys.argv[1])
+kills = int(sys.argv[2]) if len(sys.argv) > 2 else 50
+seed = int(sys.argv[3]) if len(sys.argv) > 3 else os.getpid()
+random.seed(seed)
+folder = tempfile.mkdtemp()
+running = []
+
+
+def load(server, *logs, database="killed"):
+    to = f"http://127.0.0.1:{server.port}/{database}?cluster=fleet&replicated=yes"
+    return subprocess.Popen([vekmsg, "load", "--into", to, *logs],
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+
+
+def finish(process):
+    said = process.communicate(timeout=300)[0]
+    if process.returncode != 0:
+        raise SystemExit(f"a loader ended with {process.returncode} (seed {seed}):\n{said}")
+
+
+def content(server, database, suffix=""):
+    """Of each table: how many rows, how many keys among them, and the sum of the rows' hashes."""
+    parts = []
+    for line in server.ask("SELECT table, arrayStringConcat(groupArray(name), ', ') FROM system.columns WHERE database = "
+                           f"'{database}' AND table NOT LIKE '%_local' AND table NOT IN ('sources', 'marks') GROUP BY table",
+                           database).splitlines():
+        table, names = line.split("\t")
+        key = ", ".join(["source_id", "byte_offset", *(name for name in names.split(", ") if name.startswith("element"))])
+        hashed = ", ".join(f"ifNull(toString({name}), '-')" if name != "msgs" else name for name in names.split(", "))
+        parts.append(f"SELECT '{table}', count() AS rows, uniqExact({key}), sum(cityHash64({hashed})) FROM {table}{suffix}")
+    lines = sorted(server.ask(" UNION ALL ".join(parts), database, select_sequential_consistency=1).splitlines())
+    return [line for line in lines if line.split("\t")[1] != "0"]
+
+
+def same(what, wanted, there):
+    twice = [line for line in there if line.split("\t")[1] != line.split("\t")[2]]
+    if there != wanted or twice:
+        raise SystemExit("\n  ".join([f"WRONG: {what} (seed {seed})", "wanted", *wanted, "there", *there]))
+    print(f"right: {what}", flush=True)
+
+
+def added(name, shard):
+    servers.append(Server(f"{folder}/{name}", shard))
+    return servers[-1]
+
+
+try:
+    subprocess.run([vekmsg, "example", "--messages=24000", "--devices=6", f"{folder}/logs"], check=True, stderr=subprocess.DEVNULL)
+    logs = sorted(str(path) for path in pathlib.Path(folder, "logs").iterdir())
+    running.append(zookeeper := ZooKeeper(f"{folder}/zookeeper"))
+    servers = []
+    for name, shard in (("one", 1), ("other", 1), ("third", 2), ("fourth", 2)):
+        added(name, shard)
+    for server in servers:
+        running.append(server.start(servers, zookeeper))
+    servers[0].ask("CREATE DATABASE killed ON CLUSTER fleet", "default")
+    pieces = [[] for _ in logs]
+    growing = [f"{folder}/growing{number}.log" for number in range(len(logs))]
+    for number, log in enumerate(logs):
+        lines = pathlib.Path(log).read_bytes().splitlines(True)
+        cuts = [0, *sorted(random.sample(range(len(lines)), kills)), len(lines)]
+        pieces[number] = [b"".join(lines[begin:end]) for begin, end in zip(cuts, cuts[1:])]
+    lost = random.randrange(kills // 4, kills // 2)
+    for number in range(kills):
+        for path, parts in zip(growing, pieces):
+            with open(path, "ab") as file:
+                file.write(parts[number])
+        one, via = None, random.choice(servers)
+        if number == lost:
+            gone = servers.pop(random.randrange(4))
+            gone.kill()
+            shutil.rmtree(f"{gone.folder}/data")
+            fresh = added("fresh", gone.shard)
+            for server in servers:
+                server.know(servers, zookeeper)
+            running.append(fresh.start(servers, zookeeper))
+            fresh.ask("CREATE DATABASE killed", "default")
+            via = fresh  # which gets its tables by this
+            time.sleep(3)  # so that all have read who belongs to the cluster
+        one = load(via, *growing)
+        time.sleep(random.random() * 1.5)
+        victim = random.choice([one, one, *servers])
+        victim.kill()
+        if victim is not one:
+            time.sleep(random.random())
+            victim.restart()
+        else:
+            one.communicate()
+            one = load(random.choice(servers), *growing)
+        finish(one)
+    for path, parts in zip(growing, pieces):
+        with open(path, "ab") as file:
+            file.write(parts[-1])
+    finish(load(servers[0], *growing))
+    servers[0].ask("CREATE DATABASE undisturbed ON CLUSTER fleet", "default")
+    finish(load(servers[0], *growing, database="undisturbed"))
+    wanted = content(servers[0], "undisturbed")
+    same(f"{kills} kills and a replica that never came back", wanted, content(servers[0], "killed"))
+    for shard in (1, 2):
+        one, other = [server for server in servers if server.shard == shard]
+        same(f"both replicas of shard {shard}", content(one, "killed", "_local"), content(other, "killed", "_local"))
+finally:
+    for process in running:
+        process.kill()
+    if not os.environ.get("KEEP"):
+        shutil.rmtree(folder, ignore_errors=True)
