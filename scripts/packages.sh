@@ -56,11 +56,13 @@ for package in "${packages[@]}"; do
 done
 # fetchEngines WHAT: the database engines of today, for the tests of archives, are npm's (615 MB).
 fetchEngines() {
-    local from=tests/engines to=build/engines
-    [ "$1" = all ] && [ ! "$to/node_modules/.package-lock.json" -nt "$from/package-lock.json" ] || return 0
+    local project
+    project=$(dirname "$0")/..
+    local from=$project/tests/engines to=$project/build/engines
+    [ "$1" = all ] && [ ! "$to/node_modules/.package-lock.json" -nt "$from/package.json" ] || return 0
     mkdir -p "$to"
-    cp "$from"/package*.json "$to"
-    talk "Fetching database engines" npm ci --prefix "$to" --no-audit --no-fund --ignore-scripts
+    cp "$from/package.json" "$to"
+    talk "Fetching database engines" npm install --prefix "$to" --no-audit --no-fund --ignore-scripts
 }
 [ ${#missing[@]} -gt 0 ] || { fetchEngines "${1:-}" && exit; }
 

@@ -7,7 +7,7 @@ import { createRequire } from 'node:module';
 const [modules, folder] = process.argv.slice(2);
 const { Session } = createRequire(`${modules}/node_modules/`)('chdb');
 const session = new Session(`${folder}/data`);
-const run = statement => session.query(statement, 'TabSeparated');
+const run = async statement => (await session.queryAsync(statement, { format: 'TabSeparated' })).bytes();
 
 // Blocks in zstd with 25 bytes in front: without them it is a file in zstd.
 function unpacked(body) {
@@ -22,14 +22,14 @@ function unpacked(body) {
 
 const noSettings = ['database', 'query', 'query_id', 'session_id', 'session_timeout', 'decompress'];
 
-function answer(url, body) {
+async function answer(url, body) {
     const parameters = new URL(url, 'http://server').searchParams;
-    run(`USE ${parameters.get('database')}`);
+    await run(`USE ${parameters.get('database')}`);
     for (const [name, value] of parameters)
-        if (!noSettings.includes(name)) run(`SET ${name} = ${value}`);
+        if (!noSettings.includes(name)) await run(`SET ${name} = ${value}`);
     if (!parameters.has('query')) {
         // Sessions are one here: what another one has left is of no use.
-        if (body.includes('CREATE TEMPORARY')) run('DROP TEMPORARY TABLE IF EXISTS vekmsg_rows');
+        if (body.includes('CREATE TEMPORARY')) await run('DROP TEMPORARY TABLE IF EXISTS vekmsg_rows');
         return run(body.toString());
     }
     const isPacked = parameters.get('decompress') === '1';
@@ -42,7 +42,7 @@ const server = createServer(async (request, response) => {
     const pieces = [];
     for await (const piece of request) pieces.push(piece);
     try {
-        response.end(answer(request.url, Buffer.concat(pieces)));
+        response.end(await answer(request.url, Buffer.concat(pieces)));
     } catch (error) {
         response.statusCode = 500;
         response.end(error.message);

@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""Loads the same logs into Debian's ClickHouse and into the engine of today, and runs on both what there is to run: every
+table, every query of the page on archives, rows as JSON, tables that others made, export. Both give the same, and the logs
+byte for byte. What the engine of today writes as Parquet another one reads.
+   generations.py VEKMSG PROJECT      without the engines it ends with 77; scripts/packages.sh all and cluster bring them
+"""
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+from servers import Server, need
+
+vekmsg, project = (os.path.abspath(path) for path in sys.argv[1:3])
+engines = f"{project}/build/engines"
+need(shutil.which("node"), os.path.isdir(f"{engines}/node_modules/chdb"))
+folder = tempfile.mkdtemp()
+
+
+class Current(Server):
+    def __init__(self):  # the engine in a process of its own
+        self.process = subprocess.Popen(["node", f"{project}/tests/vekmsg/currentServer.mjs", engines, folder],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.port = int(self.process.stdout.readline())
+
+
+def run(*command, **more):
+    ended = subprocess.run(command, capture_output=True, cwd=folder, **more)
+    if ended.returncode != 0:
+        raise SystemExit(f"{command} ended with {ended.returncode}: {ended.stderr}")
+    return ended.stdout
+
+
+def same(what, one, other):
+    if one != other:
+        raise SystemExit(f"WRONG: {what}:\n{one[:2000]}\n-- and --\n{other[:2000]}")
+    print(f"right: {what}", flush=True)
+
+
+def content(server, database, without=()):
+    """Of all tables: their rows, in types that both engines write alike."""
+    text = ""
+    for table in server.ask("SHOW TABLES", database).split():
+        if table in ("sources", "marks"):
+            continue
+        columns = [line.split("\t") for line in
+                   server.ask(f"SELECT name, type FROM system.columns WHERE database = '{database}' AND table = '{table}'",
+                              database).splitlines()]
+        plain = [f"toUInt32({name})" if name == "log_time" else f"arrayMap(x -> round(x, 3), {name})" if "Array(F" in kind
+                 else f"round({name}, 3)" if "Float" in kind else f"`{name}`"
+                 for name, kind in columns if name not in ("own", *without)]
+        key = ", ".join(["source", "byte_offset", *(name for name, _ in columns if name.startswith("element"))])
+        text += table + "\n" + server.ask(f"SELECT {', '.join(plain)} FROM {table} ORDER BY {key}", database)
+    return text
+
+
+try:
+    servers = [Server(f"{folder}/server").start(), Current()]
+    run(vekmsg, "example", "--messages=6000", "fleet")
+    logs = [f"fleet/{path.name}" for path in sorted(pathlib.Path(folder, "fleet").iterdir())]
+    for server in servers:
+        server.ask("CREATE DATABASE fleet", "default")
+        # What others made: a column of their own, other parts, types that mean the same.
+        server.ask("CREATE TABLE focus_value (source_id UInt64, source String, byte_offset UInt64, own UInt8 DEFAULT 1, "
+                   "log_time DateTime, focus_value Float64) ENGINE = MergeTree() PARTITION BY source ORDER BY source_id", "fleet")
+        to = f"http://127.0.0.1:{server.port}/fleet"
+        for _ in range(2):
+            run(vekmsg, "load", "-q", "--into", to, *logs)
+        run(vekmsg, "export", "--from", to, "--to", f"back{server.port}")
+        run("diff", "-r", "fleet", f"back{server.port}/fleet")
+    same("all tables", *(content(server, "fleet") for server in servers))
+    for query in re.findall(r"```sql\n(.*?)```", pathlib.Path(project, "docs/archive.md").read_text(), re.S):
+        for statement in filter(str.strip, query.split(";")):
+            if "Parquet" not in statement:
+                same(statement.strip().splitlines()[0], *(server.ask(statement, "fleet") for server in servers))
+    for server in servers:
+        server.ask("CREATE DATABASE rows", "default")
+        for statement in run(vekmsg, "schema", "--sql", "clickhouse", text=True).split(";\n"):
+            if statement.strip():
+                server.ask(statement, "rows")
+        rows = {}
+        for line in run(vekmsg, "json", "--rows", *logs, text=True).splitlines():
+            rows.setdefault(json.loads(line)["table"], []).append(line)
+        for table, lines in rows.items():
+            server.ask(f"INSERT INTO {table} FORMAT JSONEachRow\n" + "\n".join(lines), "rows",
+                       input_format_skip_unknown_fields=1)
+    same("rows as JSON", *(content(server, "rows", ["log_date"]) for server in servers))
+    parquet = [statement for statement in re.findall(r"```sql\n(.*?)```",
+               pathlib.Path(project, "docs/archive.md").read_text(), re.S) if "Parquet" in statement]
+    servers[1].ask(parquet[0].replace("'messages.parquet'", f"'{folder}/messages.parquet'").strip(" ;\n"), "fleet")
+    script = ("const { DuckDBInstance } = require(process.argv[1] + '/node_modules/@duckdb/node-api');"
+              "(async () => { const at = await (await DuckDBInstance.create()).connect();"
+              "const read = await at.runAndReadAll(`SELECT count(*), count(DISTINCT byte_offset), sum(line) FROM "
+              "'${process.argv[2]}/messages.parquet'`); console.log(read.getRowsJson()[0].join('\\t')); })()")
+    same("Parquet", run("node", "-e", script, engines, folder, text=True),
+         servers[0].ask("SELECT count(), uniqExact(byte_offset), sum(line) FROM messages", "fleet"))
+finally:
+    for server in servers:
+        server.kill()
+    shutil.rmtree(folder, ignore_errors=True)
