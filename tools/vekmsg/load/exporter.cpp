@@ -56,6 +56,7 @@ private:
                                   const std::string &option) {
             const std::vector<archivedLog_t> all = logs;
             std::vector<std::string_view> names;
+            names.reserve(all.size());
             for (const archivedLog_t &log : all)
                 names.push_back(log.*part);
             for (const std::string &word : words)
