@@ -10,6 +10,7 @@
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 #include <filesystem>
@@ -61,8 +62,8 @@ private:
                 names.push_back(log.*part);
             for (const std::string &word : words)
                 if (std::ranges::find(names, word) == names.end())
-                    throw usageError_t(option + " " + word + ": there is no such log; " +
-                                       didYouMean(word, names, "the table sources has their names"));
+                    throw usageError_t(joined({option, " ", word, ": there is no such log; ",
+                                               didYouMean(word, names, "the table sources has their names")}));
             if (!words.empty())
                 std::erase_if(
                     logs, [&](const archivedLog_t &log) { return std::ranges::find(words, log.*part) == words.end(); });

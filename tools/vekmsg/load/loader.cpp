@@ -6,6 +6,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
 #include "vek/inspect/words/nearest.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -46,12 +47,14 @@ private:
     void forget() {
         std::vector<archivedLog_t> logs = options_.forgotten.empty() ? std::vector<archivedLog_t>() : archive_.logs();
         std::vector<std::string_view> names;
+        names.reserve(logs.size());
         for (const archivedLog_t &log : logs)
             names.push_back(log.name);
         for (const std::string &name : options_.forgotten)
             if (std::ranges::find(names, name) == names.end())
-                throw usageError_t("--forget " + name + ": there is no such log; " +
-                                   inspect::didYouMean(name, names, "the table sources has their names"));
+                throw usageError_t(
+                    inspect::joined({"--forget ", name, ": there is no such log; ",
+                                     inspect::didYouMean(name, names, "the table sources has their names")}));
         for (const archivedLog_t &log : logs)
             if (std::ranges::find(options_.forgotten, log.name) != options_.forgotten.end())
                 inTransaction([&] { archive_.forget(log); });
