@@ -17,6 +17,7 @@
 #include <cmath>
 #include <deque>
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -85,8 +86,8 @@ bool hasError(const std::vector<finding_t> &findings) {
 }
 
 TEST(Check, IsNeverSilent) {
-    std::size_t clean = 0;
-    forEachText(rounds(8000), [&clean](const std::string &text) {
+    std::size_t clean = 0, plain = 0, odd = 0;
+    forEachText(rounds(8000), [&](const std::string &text) {
         if (testing::Test::HasFailure())
             return;
         const tree_t tree(text);
@@ -97,6 +98,11 @@ TEST(Check, IsNeverSilent) {
             EXPECT_LE(finding.place.start, finding.place.end) << findingName(finding.code);
             EXPECT_LE(finding.place.end, tree.text().size()) << findingName(finding.code);
             EXPECT_LE(finding.severity, findingKind(finding.code).severity) << findingName(finding.code);
+        }
+        if (const std::optional<std::string> written = asRead(tree)) { // most often told without its pairs
+            const std::vector<finding_t> left = check(tree_t(*written));
+            EXPECT_EQ(isClean(tree_t(*written)), left.empty()) << shown(*written);
+            (isPlainlyClean(*written) ? plain : odd) += 1;
         }
         checkOptions_t few;
         few.most = 2;
@@ -115,6 +121,8 @@ TEST(Check, IsNeverSilent) {
         EXPECT_EQ(shown(bodyOf(written(structure.id, structure.address))), shown(std::string(tree.value(tree.body()))));
     });
     EXPECT_GT(clean, samples().size());
+    EXPECT_GT(plain, samples().size());
+    EXPECT_GT(odd, 0U);
 }
 
 TEST(Check, FindsNoErrorInWhatTheLibraryWrites) {

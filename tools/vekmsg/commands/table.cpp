@@ -4,6 +4,8 @@
 #include "tools/vekmsg/reading/csv.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 
+#include <algorithm>
+
 namespace vek::tool {
 
 namespace {
@@ -46,6 +48,8 @@ public:
     }
 
     void take(const item_t &item) override {
+        if (!mayHaveValue(item))
+            return;
         values_.clear();
         bool hasValue = false, hasPath = false;
         for (const std::string &key : arguments_.keys) {
@@ -66,6 +70,14 @@ public:
 private:
     // RFC 4180 has CR LF for commas; spreadsheets and plotters take LF from either.
     static std::string_view lineEnd() { return "\n"; }
+
+    // A message of another kind is told without its pairs.
+    bool mayHaveValue(const item_t &item) const {
+        const auto isPlace = [](const std::string &key) { return isPlaceColumn(key); };
+        return arguments_.isOfOneKind || std::ranges::all_of(arguments_.keys, isPlace) ||
+               std::ranges::any_of(arguments_.keys,
+                                   [&](const std::string &key) { return !isPlace(key) && mayHavePath(item, key); });
+    }
 
     void cell(std::string_view value, bool isFirst) {
         if (!isFirst)

@@ -26,6 +26,17 @@ bool isPlaceColumn(std::string_view column) {
     return std::ranges::find(placeNames, column) != std::end(placeNames);
 }
 
+bool mayHavePath(const item_t &item, std::string_view path) {
+    const std::string_view key = path.substr(0, path.find_first_of(".[#"));
+    const envelopeHead_t head = readEnvelopeHead(item.text);
+    if (!head.hasStartMarker || item.whole.size() != item.text.size() ||
+        key.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_") != key.npos)
+        return true;
+    const inspect::messageSchema_t *message = inspect::schema().find(head.id.value);
+    return (message != nullptr && message->record != nullptr && message->record->find(key) != nullptr) ||
+           item.text.find(key) != key.npos;
+}
+
 std::optional<std::string> columnOf(const item_t &item, const timeFinder_t &times, std::string_view column) {
     if (!isPlaceColumn(column))
         return inspect::valueAt(item.tree(), column);

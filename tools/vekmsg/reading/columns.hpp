@@ -16,6 +16,10 @@ namespace vek::tool {
 
 bool isPlaceColumn(std::string_view column);
 
+/// Whether a message may have a value at a path, told without its tree: the path's first key is of its record, or
+/// stands in its text.
+bool mayHavePath(const item_t &item, std::string_view path);
+
 /// The value of a path or of a place; nothing when a message has none.
 std::optional<std::string> columnOf(const item_t &item, const timeFinder_t &times, std::string_view column);
 

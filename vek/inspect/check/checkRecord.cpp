@@ -10,20 +10,22 @@ namespace vek::inspect {
 
 namespace {
 
-// Whether a host writes the field although its key was not there: texts and lists are empty then, and left out.
-bool isAlwaysWritten(const fieldSchema_t &field) {
+bool isRangeType(const recordSchema_t &record, const fieldSchema_t &field) {
+    return std::any_of(record.fields.begin(), record.fields.end(),
+                       [&](const fieldSchema_t &other) { return other.rangeType() == &field; });
+}
+
+// Whether a host writes the field although its key was not there: texts and lists are empty then, and left out, and so
+// is the type of a range.
+bool isAlwaysWritten(const recordSchema_t &record, const fieldSchema_t &field) {
     if (field.isList(listKind_t::array))
         return field.counter() == nullptr;
     if (field.isList())
         return false;
     if (field.kind == fieldKind_t::record)
-        return std::any_of(field.record()->fields.begin(), field.record()->fields.end(), &isAlwaysWritten);
-    return field.kind != fieldKind_t::text && field.kind != fieldKind_t::text16;
-}
-
-bool isRangeType(const recordSchema_t &record, const fieldSchema_t &field) {
-    return std::any_of(record.fields.begin(), record.fields.end(),
-                       [&](const fieldSchema_t &other) { return other.rangeType() == &field; });
+        return std::any_of(field.record()->fields.begin(), field.record()->fields.end(),
+                           [&field](const fieldSchema_t &one) { return isAlwaysWritten(*field.record(), one); });
+    return field.kind != fieldKind_t::text && field.kind != fieldKind_t::text16 && !isRangeType(record, field);
 }
 
 std::size_t position(const fieldSchema_t &field) {
@@ -118,7 +120,7 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     std::vector<const fieldSchema_t *> missing;
     if (record.kind != structureKind_t::ownRecord)
         for (const fieldSchema_t &field : record.fields)
-            if (isAlwaysWritten(field) && !isRangeType(record, field)) {
+            if (isAlwaysWritten(record, field)) {
                 isEverEmpty = false;
                 if (nodes_[position(field)] == nullptr && !isExplained(field))
                     missing.push_back(&field);

@@ -37,7 +37,12 @@ const node_t *tree_t::find(std::string_view wanted) const {
     const node_t *at = &body();
     for (std::string reached; !wanted.empty();) {
         const auto next = [&]() -> const node_t * {
+            const std::string_view step =
+                wanted.substr(std::min(wanted.size(), reached.empty() ? 0 : reached.size() + 1));
             for (const node_t &child : children(*at)) {
+                const bool isNamed = child.hasKey && child.field != nullptr && child.index < 0;
+                if (isNamed && !step.starts_with(child.field->key))
+                    continue; // most of them
                 std::string there = path(child);
                 if (!wanted.starts_with(there))
                     continue;

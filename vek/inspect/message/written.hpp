@@ -23,4 +23,14 @@ std::optional<std::string> newMessage(std::int32_t id, std::int32_t echoTag = -1
 /// the id has no structure. Throws std::bad_alloc.
 std::optional<std::string> asRead(const tree_t &tree);
 
+/// A message that the library writes as it stands.
+struct writtenMessage_t {
+    const recordSchema_t *record;
+    std::string_view body;
+};
+
+/// What a text is that comes back byte for byte when it is read and written again; nothing of any other one. Throws
+/// std::bad_alloc.
+std::optional<writtenMessage_t> writtenMessage(std::string_view text);
+
 } // namespace vek::inspect

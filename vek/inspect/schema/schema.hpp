@@ -117,6 +117,7 @@ struct recordSchema_t {
     std::string_view about;     ///< what it is about, a sentence or two; empty for a nested record
     structureKind_t kind = structureKind_t::plain;
     bool ownsMemory = false;
+    bool hasCounts = false;            ///< a key of it, or of a record in it, counts a list
     bool isNested = false;             ///< a part of the structure of another record, whose members it names
     targetBytes_t size;                ///< of its structure
     std::vector<fieldSchema_t> fields; ///< in text order; never changes, so pointers to its elements stay

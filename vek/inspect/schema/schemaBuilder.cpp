@@ -132,6 +132,7 @@ void schemaBuilder_t::addFields(recordSchema_t &record, const textGroup_t &group
             schema.list->counter = findBound(record, group, description.list->countMember, 1);
         if (description.isList(listKind_t::range))
             schema.list->rangeType = findBound(record, group, description.member, description.memberSize);
+        record.hasCounts |= schema.counter() != nullptr || (schema.record() != nullptr && schema.record()->hasCounts);
     }
 }
 
