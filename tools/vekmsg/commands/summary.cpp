@@ -71,7 +71,8 @@ public:
         if (kind.count++ == 0)
             kind.first.set(item);
         kind.last.set(item);
-        if (item.isDamaged || (isChecked_ && !inspect::isClean(item.tree(), inspect::tolerance_t::warnings)))
+        if (item.isDamaged || (isChecked_ && !inspect::isPlainlyClean(item.whole) &&
+                               !inspect::isClean(item.tree(), inspect::tolerance_t::warnings)))
             ++kind.damaged;
         if (!head.sequenceNumber.isThere)
             return;

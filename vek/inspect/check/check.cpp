@@ -62,8 +62,6 @@ checkResult_t check(const tree_t &tree, const checkOptions_t &options) {
 }
 
 bool isClean(const tree_t &tree, tolerance_t tolerance) {
-    if (isPlainlyClean(tree.text()))
-        return true;
     checker_t checker(tree, purpose_t::whether);
     checker.tolerate(tolerance);
     checker.run();

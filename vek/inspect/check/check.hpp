@@ -69,7 +69,8 @@ enum class tolerance_t : std::uint8_t {
 /// Whether check() would find anything; much faster, for what is only counted.
 bool isClean(const tree_t &tree, tolerance_t tolerance = tolerance_t::nothing);
 
-/// Whether isClean() is true of a message, told without a tree: of nearly all that the library wrote. False of others.
+/// Whether isClean() is true of a message, told in less time than a tree takes: of nearly all that the library wrote.
+/// False of others.
 bool isPlainlyClean(std::string_view text);
 
 } // namespace vek::inspect
