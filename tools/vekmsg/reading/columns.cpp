@@ -1,6 +1,7 @@
 #include "tools/vekmsg/reading/columns.hpp"
 
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/api/envelope.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
