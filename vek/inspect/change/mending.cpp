@@ -55,7 +55,11 @@ public:
         const auto isAround = [](const finding_t &finding) {
             return isCertain(finding) && isOfEnvelope(finding) && finding.code != findingCode_t::wrongLength;
         };
-        while (doAll(isOfBody))
+        const auto isOfShape = [](const finding_t &finding) {
+            return isError(finding) && finding.code == findingCode_t::bodyShape;
+        };
+        // Without braces a host's body is another one than people see.
+        while (std::none_of(mending_.left.begin(), mending_.left.end(), isOfShape) && doAll(isOfBody))
             ;
         if (errorsIn(mending_.left) > 0 && !tryProven() && hasOddLineBreaks())
             return std::move(mending_);

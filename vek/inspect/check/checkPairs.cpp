@@ -402,7 +402,8 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
                      : joined({field->key, "=", trimmed(behindOddCharacters(trimmed(rest).substr(isColon ? 1 : 0)))}));
             if (const std::string pair = findings_.back().suggestion; !pair.empty())
                 mend(node.value, pair,
-                     isNew && !field->isGroup() && // and not a longer word in capitals
+                     isNew && !field->isGroup() &&
+                         pair.find_first_of("{}") == std::string::npos && // and not a longer word in capitals
                          (!isAsciiUpper(rest[0]) || std::any_of(rest.begin(), rest.end(), &isAsciiLower)) &&
                          judgeValue(*field, std::string_view(pair).substr(field->key.size() + 1)).severity !=
                              severity_t::error);
