@@ -56,7 +56,8 @@ public:
             return isCertain(finding) && isOfEnvelope(finding) && finding.code != findingCode_t::wrongLength;
         };
         const auto isOfShape = [](const finding_t &finding) {
-            return isError(finding) && finding.code == findingCode_t::bodyShape;
+            return isError(finding) && (finding.code == findingCode_t::bodyShape ||
+                                        (finding.code == findingCode_t::noEndMarker && !isCertain(finding)));
         };
         // Without braces a host's body is another one than people see.
         while (std::none_of(mending_.left.begin(), mending_.left.end(), isOfShape) && doAll(isOfBody))
