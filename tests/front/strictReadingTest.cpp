@@ -18,7 +18,8 @@ template <std::int32_t Id>
 problem_t problemOf(std::string_view body) {
     problem_t problem;
     const std::string text = message(Id, body);
-    EXPECT_EQ(parseStrictly<Id>(text, problem) == nullptr, static_cast<bool>(problem)) << body;
+    const auto structure = parseStrictly<Id>(text, problem);
+    EXPECT_EQ(structure == nullptr, static_cast<bool>(problem)) << body;
     EXPECT_NE(parse<Id>(text), nullptr);
     return problem;
 }

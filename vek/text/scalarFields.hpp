@@ -68,10 +68,14 @@ struct narrowedCodec_t : numberCodec_t<Value, Kind> {
         value = Narrowing::narrow(wide);
     }
     static bool readAt(canonicalCursor_t &at, Value &value) {
+        canonicalCursor_t behind = at; // what is not held stays for readOther
         wide_t wide = 0;
-        const bool isRead = Text::readAt(at, wide);
+        const bool isRead = Text::readAt(behind, wide);
         value = Narrowing::narrow(wide);
-        return isRead && Narrowing::isHeld(wide, value);
+        if (!isRead || !Narrowing::isHeld(wide, value))
+            return false;
+        at = behind;
+        return true;
     }
     static bool has(std::string_view text) {
         wide_t wide = 0;
