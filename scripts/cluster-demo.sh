@@ -217,7 +217,8 @@ rows=$(awk '$1 == "messages" { print $2 }' counted)
 [ "$rows" = "$messages" ] || fail "there are $rows messages, not $messages"
 "$vekmsg" json --rows logs/*.log | awk -F '"' '{ ++rows[$4] } END { for (name in rows) print name "\t" rows[name] }' |
     LC_ALL=C sort >made
-cut -f 1,2 counted | LC_ALL=C sort | diff - made || fail "< rows there, > rows there should be"
+# What stood between the messages is told by the loader alone.
+cut -f 1,2 counted | grep -v '^fronts' | LC_ALL=C sort | diff - made || fail "< rows there, > rows there should be"
 echo "  All $messages messages are there, none twice."
 copy() { ask "$1" "SELECT count(), sum(cityHash64(source_id, byte_offset, id, text)) FROM messages_local"; }
 for pair in '1 2' '3 5'; do
