@@ -182,9 +182,10 @@ void logLoad_t::refuseExtract(std::string_view first) {
     isOverlapTold_ = true;
     const std::string words = file_ + " has messages of " + other.log.name + ", which is loaded";
     if (!isNamed_ && !isOfOtherOrigin(other.log))
-        throw usageError_t(words +
-                           ": nothing of it is loaded; if it has others too, take these alone, or load all of it "
-                           "as another log, with --source NAME");
+        throw usageError_t(inspect::joined(
+            {words, ": nothing of it is loaded; ",
+             isCalled(other.log, log_.name) ? "--replace loads it in the place of the other; " : "",
+             "if it has others too, take these alone, or load all of it as another log, with --source NAME"}));
     complain(words + "; they are there twice now");
 }
 
@@ -334,7 +335,8 @@ void logLoad_t::message(const inspect::foundMessage_t &found) {
         return;
     time_ = time;
     saveFront(found.offset);
-    frontStart_ = found.offset + found.text.size();
+    frontStart_ = found.offset + tree_.text().size();
+    front_ = found.text.substr(tree_.text().size()); // the NUL of one that was cut off
     marks_.add(found.text, time);
     log_.last = {found.offset, found.text.size(), 0};
     lastText_ = found.text;
