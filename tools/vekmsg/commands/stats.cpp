@@ -144,10 +144,12 @@ using groups_t = std::map<group_t, spread_t>;
 
 enum : int { rare = 1, usual, needed };
 
+// Percentiles that were asked for stay.
 std::vector<figures_t> figuresOf(const groups_t &groups, const std::vector<double> &percents) {
+    const bool isUsual = percents == percentsOf({});
     std::vector<figures_t> columns{{"count", {}, needed}, {"min", {}, usual}, {"mean", {}, needed}};
     for (const double percent : percents)
-        columns.push_back({"p" + numberText(percent), {}, rare});
+        columns.push_back({"p" + numberText(percent), {}, isUsual ? rare : needed});
     columns.push_back({"max", {}, usual});
     for (const auto &[group, spread] : groups) {
         auto column = columns.begin();

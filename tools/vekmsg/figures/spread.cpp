@@ -9,6 +9,9 @@ namespace vek::tool {
 
 namespace {
 
+// Numbers are summed up as so small a part of them that no sum is too large.
+constexpr double part = 0x1p-64;
+
 // The pattern of a number's bits as an integer that grows with the number, and back.
 std::int64_t patternOf(double number) {
     const auto bits = std::bit_cast<std::int64_t>(number + 0.0); // there is one 0
@@ -24,7 +27,7 @@ void spread_t::add(double number) {
     least_ = count_ == 0 ? number : std::min(least_, number);
     most_ = count_ == 0 ? number : std::max(most_, number);
     ++count_;
-    sum(number);
+    sum(number * part);
     count(patternOf(number) >> bits_, 1);
 }
 
@@ -88,7 +91,7 @@ void spread_t::sum(double number) {
 }
 
 double spread_t::mean() const {
-    return std::clamp((sum_ + lost_) / static_cast<double>(count_), least_, most_);
+    return std::clamp((sum_ + lost_) / static_cast<double>(count_) / part, least_, most_);
 }
 
 double spread_t::numberOf(std::int64_t place) const {
