@@ -164,13 +164,14 @@ private:
     }
 
     void tellLeft(const item_t &item, const inspect::mending_t &mending) const {
-        for (const inspect::finding_t &finding : mending.left)
-            if (finding.severity == inspect::severity_t::error)
-                writeText(2,
-                          joined({colours_.bold, item.place(), ": ", colours_.red, "error: ", colours_.reset,
-                                  finding.inWords(), colours_.dim, " [", inspect::findingName(finding.code), "]",
-                                  colours_.reset, "\n"}),
-                          true);
+        for (const inspect::finding_t &finding : mending.left) {
+            const bool isError = finding.severity == inspect::severity_t::error;
+            writeText(2,
+                      joined({colours_.bold, item.place(), ": ", isError ? colours_.red : colours_.magenta,
+                              isError ? "error: " : "warning: ", colours_.reset, finding.inWords(), colours_.dim, " [",
+                              inspect::findingName(finding.code), "]", colours_.reset, "\n"}),
+                      true);
+        }
     }
 
     bool isWanted() {
