@@ -2,6 +2,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/lsp/server.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 namespace vek::tool {
 
@@ -16,6 +17,10 @@ struct lspArguments_t {
 };
 
 int runLsp(const lspArguments_t & /*arguments*/) {
+    if (isTerminal(0))
+        complain(std::string("this is for editors, which start it themselves (docs/editors.md); vekmsg check finds the "
+                             "same; ") +
+                 endOfTyping);
     rawFile_t input("-");
     lsp::wire_t wire;
     lsp::server_t server(VEK_VERSION, [](std::string_view json) { writeAll(1, lsp::framed(json)); });

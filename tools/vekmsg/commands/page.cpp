@@ -119,7 +119,8 @@ std::string bashCompletion(const CLI::App &app) {
                 before += joined({"'", name, " --", longName, "'"});
             }
             if (const std::string words = shellWords(*option); !words.empty())
-                values += joined({"    ", before, ") options=\"", words, "\" ;;\n"});
+                values += joined(
+                    {"    ", before, isPositional(option) ? ") options+=\" " : ") options=\"", words, "\" ;;\n"});
         }
         cases += "' ;;\n";
     }

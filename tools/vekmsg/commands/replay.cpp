@@ -1,6 +1,7 @@
 // vekmsg replay: the messages of a log as they came, byte for byte and with the pauses between them.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 
 #include <algorithm>
 
@@ -29,8 +30,12 @@ public:
     void take(const item_t &item) override {
         if (const std::optional<logTime_t> time = times_.in(item.lineHead))
             waitFor(*time);
+        ++messages_;
         writeText(1, arguments_.hasLines || isTerminal(1) ? std::string(item.text) + "\n" : std::string(item.text));
     }
+
+    /// All at once, which nobody asked for.
+    bool isWithoutTimes() const { return messages_ > 1 && !latest_; }
 
 private:
     // A message without a time goes with the one before, as one does whose time is earlier: somebody set the clock.
@@ -50,6 +55,7 @@ private:
 
     const replayArguments_t &arguments_;
     const timeFinder_t &times_;
+    std::uint64_t messages_ = 0;
     std::optional<logTime_t> latest_;
     std::uint64_t begun_ = 0; // when the first message went
     double inLog_ = 0;        // milliseconds from the first message to the latest, on the log's clock
@@ -62,6 +68,8 @@ int runReplay(const replayArguments_t &arguments) {
     replayTask_t task(arguments, times);
     reader_t reader(arguments.reading, task);
     reader.run();
+    if (task.isWithoutTimes())
+        complain("no time stands in front of the messages: they went without pauses; --time says where it stands");
     return reader.statusWithMessages();
 }
 

@@ -105,6 +105,8 @@ private:
 };
 
 int runStamp(const stampArguments_t &arguments) {
+    if (arguments.label.find_first_of("\r\n") != std::string::npos || arguments.label.find("@@") != std::string::npos)
+        throw usageError_t("--label: the words stand on one line, without @@, which begins a message");
     auto stamper = std::make_unique<stamper_t>(arguments);
     const stamper_t &line = *stamper;
     std::vector<std::unique_ptr<followedLog_t>> lines;
