@@ -5,6 +5,7 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/lineFront.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 #include <chrono>
