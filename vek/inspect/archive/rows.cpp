@@ -64,6 +64,7 @@ void rowMaker_t::make(const tree_t &tree, const rowFront_t &front, rowSink_t &si
     sink_ = &sink;
     textCount_ = 0;
     elements_.clear();
+    listCells_.clear(); // of the last message
     findings_.clear();
     if (!isClean(tree))
         findings_ = check(tree);
