@@ -29,7 +29,9 @@ void keepBackup(const std::string &name) {
 
 } // namespace
 
-rewriter_t::rewriter_t(const std::string &name) : original_(std::in_place, changeable(name)), replacement_(name) {}
+rewriter_t::rewriter_t(const std::string &name)
+    : original_(std::in_place, changeable(name)), identity_(identityOf(name).value_or(fileIdentity_t{})),
+      replacement_(name) {}
 
 void rewriter_t::copyUntil(std::uint64_t offset) {
     std::string block(source_t::blockSize, '\0');
@@ -58,6 +60,9 @@ void rewriter_t::commit(bool keepsBackup) {
     copyUntil(UINT64_MAX);
     const std::string name = original_->name();
     original_.reset();
+    const std::optional<fileIdentity_t> now = identityOf(name);
+    if (!now || !now->isSameFile(identity_) || now->size < identity_.size)
+        throw usageError_t(name + " was written anew or moved away meanwhile, and stays as it is now; try again");
     if (keepsBackup)
         keepBackup(name);
     replacement_.commit();

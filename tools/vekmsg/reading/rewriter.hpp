@@ -20,13 +20,15 @@ public:
 
     /// Puts a text in the place of an item of this file. Items come in order.
     void replace(const item_t &item, std::string_view text);
-    /// Replaces the file, when something in it changed; of the old one a copy is kept, as FILE.bak, when it is wanted.
+    /// Replaces the file, when something in it changed; throws usageError_t when another took its name meanwhile. Of
+    /// the old one a copy is kept, as FILE.bak, when it is wanted.
     void commit(bool keepsBackup = false);
 
 private:
     void copyUntil(std::uint64_t offset);
 
     std::optional<rawFile_t> original_; // closed before it is replaced, which Windows wants
+    fileIdentity_t identity_;
     replacement_t replacement_;
     std::uint64_t done_ = 0; // of the original
     bool isChanged_ = false;
