@@ -19,7 +19,7 @@ import time
 import urllib.parse
 import urllib.request
 
-from servers import Server
+from servers import Server, folder_of_servers
 
 vekmsg = os.path.abspath(sys.argv[1])
 seed = int(sys.argv[2]) if len(sys.argv) > 2 else os.getpid()
@@ -99,7 +99,7 @@ class Proxy:
 
 timers = []
 failures = 0
-folder = tempfile.mkdtemp()
+folder = folder_of_servers()
 server = Server(f"{folder}/server").start()
 databases = 0
 
@@ -210,17 +210,20 @@ try:
     finish(load(database, *logs))
     expect("three loaders of the same logs", database, wanted, logs)
 
-    database, short = make(), f"{folder}/short.log"
-    text = pathlib.Path(logs[0]).read_text()
-    pathlib.Path(short).write_text(text[:900])
-    both = [load(database, short), load(database, os.path.relpath(short, folder))]
-    with open(short, "a", encoding="utf-8") as file:
-        file.write(text[900:3900])
-    both += [load(database, short), load(database, "./short.log")]
-    for one in both:
-        one.communicate(timeout=200)
-    finish(load(database, short))
-    expect("four loaders of one short log that grows", database, undisturbed(short))
+    text, short = pathlib.Path(logs[0]).read_text(), f"{folder}/short.log"
+    for size in (200, 900, 900, 3000):
+        database = make()
+        finish(load(database, os.devnull))  # makes the tables: so they come closer to each other
+        pathlib.Path(short).write_text(text[:size])
+        both = [load(database, short), load(database, os.path.relpath(short, folder))]
+        time.sleep(random.random() * 0.15)
+        with open(short, "a", encoding="utf-8") as file:
+            file.write(text[size:3900])
+        both += [load(database, short), load(database, "./short.log")]
+        for one in both:
+            one.communicate(timeout=200)
+        finish(load(database, short))
+        expect(f"four loaders of one log that grows from {size} bytes", database, undisturbed(short), [short])
     finish(load(database, logs[1]))
     text = pathlib.Path(logs[1]).read_text()
     pathlib.Path(folder, "extract.log").write_text(text[len(text) // 2 :])

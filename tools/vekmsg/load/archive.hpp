@@ -32,6 +32,9 @@ public:
     /// Gives a new log its number, or prepares one that was found for more of its rows. `isNew`: it is another one even
     /// when one begins the same.
     virtual void enter(inspect::archivedLog_t &log, bool isNew) = 0;
+    /// One log, entered under several numbers by loaders that had begun at the same time, as far as is known without
+    /// messages. Takes all of it from them, and gives the place of the one to go on with: of two at most one has rows.
+    virtual std::size_t takeOver(std::span<const inspect::archivedLog_t>) { return 0; }
 
     /// The other log that has most of these messages, by their marks, and how many.
     struct overlap_t {

@@ -72,6 +72,9 @@ private:
         keep(options_.devices, &archivedLog_t::device, "--device");
         keep(options_.sites, &archivedLog_t::site, "--site");
         keep(options_.hosts, &archivedLog_t::host, "--host");
+        std::erase_if(logs, [this](const archivedLog_t &log) { // entered, and nothing of it is loaded yet
+            return options_.table == nullptr && log.isWhole && log.position.offset == 0 && log.tail.empty();
+        });
         return logs;
     }
 

@@ -18,6 +18,11 @@ namespace {
 
 using inspect::archivedLog_t;
 
+// Something of it is loaded, as its entry says; its rows come earlier.
+bool isBegun(const archivedLog_t &log) {
+    return log.position.offset > 0 || !log.tail.empty();
+}
+
 // As names stand in an archive.
 std::string kept(std::string_view name) {
     std::string room;
@@ -98,7 +103,7 @@ void logLoad_t::begin(std::string_view first, bool isNew) {
         log_.isWhole = true;
     }
     archive_.enter(log_, isNew);
-    if (isEntered && !isNew)
+    if (!isNew && !isBegun(log_))
         refuseTwice(name);
     hasBegun_ = true;
     if (log_.name != name && plainPath(log_.name) != plainPath(name))
@@ -137,19 +142,24 @@ void logLoad_t::forgetReplaced() {
 // Whether one of the archive's logs is this one, which then is taken for it. If not, the number of one that has the
 // name is left.
 bool logLoad_t::find(const std::string &name) {
-    const archivedLog_t own = log_;
-    for (archivedLog_t &known : archive_.find(own)) {
+    std::vector<archivedLog_t> same;
+    for (archivedLog_t &known : archive_.find(log_)) {
         const bool isNamedSo = isCalled(known, name);
-        if (isSame(known, isNamedSo)) {
-            if (known.first.size() < own.first.size() && known.position.offset <= own.first.size())
-                known.first = own.first;
-            log_ = std::move(known);
-            return true;
-        }
-        if (isNamedSo)
+        if (isSame(known, isNamedSo))
+            same.push_back(std::move(known));
+        else if (isNamedSo && same.empty())
             log_.number = known.number;
     }
-    return false;
+    if (same.empty())
+        return false;
+    const auto begun = std::ranges::find_if(same, isBegun);
+    archivedLog_t &known = begun != same.end() ? *begun : same[archive_.takeOver(same)];
+    for (const archivedLog_t &one : same)
+        numbers_.insert(one.number);
+    if (known.first.size() < log_.first.size() && known.position.offset <= log_.first.size())
+        known.first = log_.first;
+    log_ = std::move(known);
+    return true;
 }
 
 bool logLoad_t::isOfOtherOrigin(const archivedLog_t &known) const {
@@ -201,10 +211,11 @@ void logLoad_t::saveMarks() {
     complain(file_ + " has messages of " + other.log.name + ", which is loaded; they are there twice now");
 }
 
-// Of two loaders that enter one log under two numbers each finds the other's, or the later one does.
+// Of two loaders that enter one log under two numbers each finds the other's, or the later one does. What they leave is
+// taken over by the next one, which looks again for a third one.
 void logLoad_t::refuseTwice(const std::string &name) {
     for (const archivedLog_t &known : archive_.find(log_))
-        if (known.number != log_.number && isSame(known, isCalled(known, name)))
+        if (known.number != log_.number && !numbers_.contains(known.number) && isSame(known, isCalled(known, name)))
             throw usageError_t("another vekmsg has begun to load " + file_ + "; let it");
 }
 

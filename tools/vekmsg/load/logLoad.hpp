@@ -12,6 +12,7 @@
 #include "vek/inspect/log/logScanner.hpp"
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -77,6 +78,7 @@ private:
     const bool isNamed_;     // by the user: a log of another name is another one
     inspect::archivedLog_t log_;
     std::vector<inspect::archivedLog_t> replaced_;
+    std::set<std::uint64_t> numbers_; // it was found under
     inspect::logScanner_t scanner_;
     inspect::tree_t tree_;
     inspect::rowMaker_t rows_;

@@ -107,10 +107,16 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
 std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
     const std::string first = std::to_string(log.firstHash()), head = std::to_string(log.headHash());
     const std::string named = "source = " + sqlText(log.name);
+    // Those that may have grown since begin alike; one that is short itself has no hash that stays when it grows.
+    const std::string size = std::to_string(log.first.size());
+    const std::string alike =
+        log.first.size() < archivedLog_t::tellingBytes
+            ? inspect::joined({"substring(first_bytes, 1, ", size, ") = ", sqlText(log.first)})
+            : inspect::joined({"head_hash = ", head, " AND least(length(first_bytes), ", size, ") < 4096"});
     std::vector<archivedLog_t> found;
-    for (archivedLog_t &known :
-         claims_.find(inspect::joined({"first_hash = ", first, " OR (head_hash = ", head, " AND ", head,
-                                       " != 0 AND length(first_bytes) < 4096) OR ", named}))) {
+    for (archivedLog_t &known : claims_.find(inspect::joined(
+             {"first_hash = ", first, " OR (head_hash = 0 AND length(first_bytes) BETWEEN 1 AND 255) OR (", alike,
+              ") OR ", named}))) {
         if (const auto saved = saved_.find(known.number); saved != saved_.end())
             known = saved->second;
         if (known.first.empty() && hasMessagesOf(known.number, log.first))
@@ -171,6 +177,22 @@ void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
         log.number += 2;
     }
     claim(entered_[log.number] = log);
+}
+
+// In the order of their numbers, so that of two loaders that do so one gives way to the other.
+std::size_t clusterStore_t::takeOver(std::span<const archivedLog_t> logs) {
+    std::map<std::uint64_t, std::size_t> places;
+    for (std::size_t at = 0; at < logs.size(); ++at)
+        places[logs[at].number] = at;
+    std::vector<std::uint64_t> numbers;
+    for (const auto &[number, at] : places) {
+        if (!claims_.holds(number))
+            claim(logs[at]);
+        numbers.push_back(number);
+    }
+    const auto begun =
+        server_.table("SELECT DISTINCT source_id FROM messages WHERE source_id IN (" + listed(numbers) + ")");
+    return places.at(begun.empty() ? numbers.front() : std::stoull(begun.front().front()));
 }
 
 void clusterStore_t::claim(const archivedLog_t &log) {

@@ -30,6 +30,7 @@ public:
     const std::string &name() const override { return server_.name(); }
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
     void enter(inspect::archivedLog_t &log, bool isNew) override;
+    std::size_t takeOver(std::span<const inspect::archivedLog_t> logs) override;
     overlap_t overlap(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
     overlap_t mark(const inspect::archivedLog_t &log, std::span<const std::int64_t> marks) override;
     void begin() override { hasBegun_ = true; }
