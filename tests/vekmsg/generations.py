@@ -11,14 +11,13 @@ import re
 import shutil
 import subprocess
 import sys
-import tempfile
 
-from servers import Server, need
+from servers import Server, folder_of_servers, need
 
 vekmsg, project = (os.path.abspath(path) for path in sys.argv[1:3])
 engines = f"{project}/build/engines"
 need(shutil.which("node"), os.path.isdir(f"{engines}/node_modules/chdb"))
-folder = tempfile.mkdtemp()
+folder = folder_of_servers()
 
 
 class Current(Server):
