@@ -204,7 +204,8 @@ void reader_t::lookForWhole(std::size_t skipped) {
     scanner.feed(input_->start, alone);
     scanner.finish(alone);
     const std::string_view text = input_->start;
-    if (alone.count != 1 || !inspect::isMerelyAround(text.substr(0, alone.start)) || !inspect::isMerelyAround(text.substr(alone.end)))
+    if (alone.count != 1 || !inspect::isMerelyAround(text.substr(0, alone.start)) ||
+        !inspect::isMerelyAround(text.substr(alone.end)))
         return;
     input_->sink.form = form_t::message;
     input_->whole = inspect::joined({inspect::byteOrderMark.substr(0, skipped), text});
