@@ -3,6 +3,7 @@ start, in folders of their own, ended by whoever started them.
 """
 import os
 import pathlib
+import random
 import shutil
 import socket
 import subprocess
@@ -33,9 +34,12 @@ def folder_of_servers():
 
 
 def free_port():
-    with socket.socket() as one:
-        one.bind(("127.0.0.1", 0))
-        return one.getsockname()[1]
+    """Of those that no connection gets by itself, so that it is free still when a killed server comes again."""
+    while True:
+        port = random.SystemRandom().randrange(20000, 32000)
+        with socket.socket() as one:
+            if one.connect_ex(("127.0.0.1", port)) != 0:
+                return port
 
 
 class Process:
@@ -114,7 +118,7 @@ class Server(Process):
                 return self
             except OSError:
                 time.sleep(0.1)
-        raise SystemExit("the server does not start")
+        raise SystemExit("the server does not start:\n" + pathlib.Path(self.folder, "errors.log").read_text()[-3000:])
 
     def ask(self, statement, database, **settings):
         url = f"http://127.0.0.1:{self.port}/?" + urllib.parse.urlencode({"database": database, **settings})
