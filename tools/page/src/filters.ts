@@ -59,7 +59,10 @@ export class Filters {
       stretch: (range: Range | undefined) => void;
     },
   ) {
-    makeViews((address) => this.#show(new URLSearchParams(address)));
+    makeViews(
+      (address) => this.#show(new URLSearchParams(address)),
+      () => this.#asAddress(),
+    );
     this.#kind.addEventListener('change', () => this.#applyAnew());
     this.#problem.addEventListener('change', () => this.#applyAnew());
     this.#words.addEventListener(
@@ -231,14 +234,20 @@ export class Filters {
     byId('clearFilters').hidden = byId('savePassing').hidden = chosen.length === 0;
   }
 
-  #keepInAddress() {
+  // As the controls stand, also where what was typed is not looked for yet.
+  #asAddress() {
     const address = new URLSearchParams();
     for (const [name, { value }] of Object.entries({ text: this.#words, kind: this.#kind, problem: this.#problem }))
       if (value !== '') address.set(name, value);
     for (const condition of this.#conditions) address.append('where', condition);
     if (this.#range) address.set('stretch', this.#range.map(Math.round).join('..'));
     for (const name of this.#off) address.append('off', name);
-    const hash = address.size > 0 ? `#${address}` : '';
+    return String(address);
+  }
+
+  #keepInAddress() {
+    const address = this.#asAddress();
+    const hash = address === '' ? '' : `#${address}`;
     if (location.hash !== hash) history.replaceState(null, '', hash || location.pathname + location.search);
   }
 

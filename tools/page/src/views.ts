@@ -15,8 +15,8 @@ function load(): View[] {
   }
 }
 
-/** onView(address): a view is to be shown. */
-export function makeViews(onView: (address: string) => void) {
+/** onView(address): a view is to be shown; addressNow(): what would show what is shown. */
+export function makeViews(onView: (address: string) => void, addressNow: () => string) {
   const details = byId('views');
   const name = byId('viewName');
   let views = load();
@@ -61,7 +61,7 @@ export function makeViews(onView: (address: string) => void) {
     const called = name.value.trim();
     if (called === '') return;
     name.value = '';
-    change([...views.filter((one) => one.name !== called), { name: called, address: location.hash.slice(1) }]);
+    change([...views.filter((one) => one.name !== called), { name: called, address: addressNow() }]);
     announce('The filters are kept under this name.');
   });
   draw();
