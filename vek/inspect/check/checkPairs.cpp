@@ -495,8 +495,12 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
     } else if (node.isQuoted || node.isKeyQuoted) {
         if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node)) {
             tell("double quotes", "a host reads what stands in them, and writes none");
-            if (const place_t quoted = node.isKeyQuoted ? node.key : node.value; !node.isBody || node.isKeyQuoted)
-                mend({quoted.start - 1, quoted.end + 1}, std::string(quoted.in(tree_.text())), true);
+            const place_t quoted = node.isKeyQuoted ? node.key : node.value;
+            const std::string_view bare = quoted.in(tree_.text());
+            // What would be several tokens without them is left.
+            if ((!node.isBody || node.isKeyQuoted) && !bare.empty() &&
+                bare.find_first_of("{}=;,\" ") == std::string_view::npos)
+                mend({quoted.start - 1, quoted.end + 1}, std::string(bare), true);
         }
     } else if (const node_t *behind = next(parent, node);
                behind == nullptr || behind->use != pairUse_t::noKey || node.isElement) {
