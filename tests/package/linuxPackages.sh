@@ -119,12 +119,13 @@ page=$source/build/page/vekmsg.html # when it was made
 [ ! -f "$page" ] || cmp "$page" "$work/root/vekmsg/usr/share/vekmsg/inspector.html" || fail "the inspector is not in vekmsg"
 while read -r name target file; do
     root=$work/root/$name/usr
-    "$source/tests/package/bills.py" "$build" "$root/share/doc/$name/$name.spdx.json" "$target" "$(find "$root" -name "$file")"
+    "$source/tests/package/bills.py" "$build" "$root/share/doc/$name/$name.spdx.json" "$target" \
+        "$(find "$root" -type f -path "*/$file")"
 done <<'END'
 libvekparams2ascii1 vekParams2ASCII libvekParams2ASCII.so.*.*
 libvekparams2ascii-dev vekTypes libvekTypes.a
 libvekinspect1 vekInspect libvekInspect.so.*.*
-vekmsg vekmsg vekmsg
+vekmsg vekmsg bin/vekmsg
 END
 
 # What builds programs has all they need, and says what it has not.

@@ -2,11 +2,13 @@
 // numbers around a body come last, when nothing else is wrong.
 #include "vek/inspect/change/mending.hpp"
 
+#include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 
 namespace vek::inspect {
 
@@ -42,6 +44,34 @@ void keepApart(std::vector<remedy_t> &remedies) {
     });
 }
 
+// Whether every value of which nothing was told stands at its path as before. Where the end marker is missing a host
+// takes other characters for the body.
+bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, const tree_t &after) {
+    if (before.envelope().endMarker.isEmpty())
+        return true;
+    std::set<std::string, std::less<>> told;
+    for (const finding_t &finding : findings)
+        if (!finding.path.empty())
+            told.insert(finding.path);
+    const auto isStep = [](std::string_view path, std::size_t at) { return path[at] == '.' || path[at] == '['; };
+    const auto isTold = [&](std::string_view path) {
+        for (std::size_t end = 1; end <= path.size(); ++end)
+            if ((end == path.size() || isStep(path, end)) && told.contains(path.substr(0, end)))
+                return true;
+        // Of a list or group also what is told of its parts.
+        const auto next = told.lower_bound(path);
+        return next != told.end() && next->size() > path.size() && next->starts_with(path) &&
+               isStep(*next, path.size());
+    };
+    const std::vector<leaf_t> all = leaves(before);
+    return std::all_of(all.begin(), all.end(), [&](const leaf_t &leaf) {
+        if (leaf.node->use != pairUse_t::assigned || isTold(leaf.path))
+            return true;
+        const node_t *now = after.find(leaf.path);
+        return now != nullptr && after.value(*now) == leaf.value;
+    });
+}
+
 // A message on its way.
 class mender_t {
 public:
@@ -73,6 +103,9 @@ public:
         return std::move(mending_);
     }
 
+    /// It would take too long.
+    bool isGivenUp() const { return isGivenUp_; }
+
 private:
     // Applies the remedies of some findings, all together or those that help by themselves. Whether anything was done.
     template <typename choice_t>
@@ -81,9 +114,8 @@ private:
         for (std::size_t i = 0; i < mending_.left.size(); ++i)
             if (isChosen(mending_.left[i]))
                 chosen.push_back(i);
-        if (chosen.empty() || rounds_ == 0)
+        if (chosen.empty())
             return false;
-        --rounds_;
         if (tryThese(chosen))
             return true;
         constexpr std::size_t most = 20;
@@ -188,6 +220,11 @@ private:
     }
 
     bool tryThese(const std::vector<std::size_t> &chosen) {
+        const std::size_t cost = mending_.text.size() + costOfAny;
+        isGivenUp_ = isGivenUp_ || budget_ < cost;
+        if (isGivenUp_)
+            return false;
+        budget_ -= cost;
         std::vector<remedy_t> remedies;
         remedies.reserve(chosen.size());
         std::size_t errors = 0;
@@ -201,6 +238,8 @@ private:
         const std::size_t before = errorsIn(mending_.left), after = errorsIn(left);
         if (after + errors > before || (errors == 0 && left.size() >= mending_.left.size()))
             return false; // one of them made nothing better
+        if (!isRestKept(tree_, mending_.left, tree))
+            return false;
         for (const std::size_t i : chosen)
             mending_.done.push_back(std::move(mending_.left[i]));
         take(std::move(text));
@@ -215,7 +254,10 @@ private:
 
     tree_t tree_;
     mending_t mending_;
-    int rounds_ = 20; // each makes the findings fewer; what a hostile text may cost stays small
+    // What a hostile text may cost stays small: characters that are judged.
+    static constexpr std::size_t costOfAny = 1000;
+    std::size_t budget_ = 50'000'000;
+    bool isGivenUp_ = false;
 };
 
 } // namespace
@@ -285,7 +327,9 @@ bool mending_t::isSound() const {
 mending_t mended(std::string_view text) {
     while (text.ends_with('\0')) // the rest of a buffer
         text.remove_suffix(1);
-    return mender_t(text).mend();
+    mender_t mender(text);
+    mending_t mending = mender.mend();
+    return mender.isGivenUp() ? mending_t{std::string(text), {}, check(tree_t(text))} : mending;
 }
 
 } // namespace vek::inspect
