@@ -415,7 +415,9 @@ std::string brokenOfMending(std::string_view text) {
         return broken("mended, and no host reads it");
     std::set<std::string> faults;
     for (const finding_t &finding : check(before))
-        if (!finding.path.empty())
+        if (finding.code == findingCode_t::missingSeparator && finding.path.ends_with(']'))
+            faults.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
+        else if (!finding.path.empty())
             faults.insert(finding.path);
     const bool isTorn = before.envelope().endMarker.isEmpty(); // a host may read less than stands there
     for (const leaf_t &leaf : leaves(before)) {

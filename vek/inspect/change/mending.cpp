@@ -51,7 +51,9 @@ bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, co
         return true;
     std::set<std::string, std::less<>> told;
     for (const finding_t &finding : findings)
-        if (!finding.path.empty())
+        if (finding.code == findingCode_t::missingSeparator && finding.path.ends_with(']'))
+            told.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
+        else if (!finding.path.empty())
             told.insert(finding.path);
     const auto isStep = [](std::string_view path, std::size_t at) { return path[at] == '.' || path[at] == '['; };
     const auto isTold = [&](std::string_view path) {
