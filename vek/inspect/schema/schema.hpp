@@ -188,7 +188,8 @@ const schema_t &schema();
 /// In a word for people: "long integer", "list of strings", "enumeration media type", "array of 10 shorts".
 std::string kindInWords(const fieldSchema_t &field);
 
-/// The declared default as it is written in a body, or what a structure has instead: "(null)"; empty when there is none.
+/// The declared default as it is written in a body, or what a structure has instead: "(null)"; empty when there is
+/// none.
 std::string_view defaultInWords(const fieldSchema_t &field);
 
 /// Of a scalar kind alone: "long integer", "double", "string"; "pixels" are a double in the text, a long integer in the
