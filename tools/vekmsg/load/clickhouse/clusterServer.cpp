@@ -99,8 +99,9 @@ clusterServer_t::clusterServer_t(const httpAddress_t &address, bool isPatient)
         else if (name == "replicated" && value == "yes")
             isReplicated_ = true;
         else
-            throw usageError_t("behind the ? of " + name_ +
-                               " there may stand cluster=NAME and &replicated=yes, not \"" + name + "=" + value + "\"");
+            throw usageError_t(
+                inspect::joined({"behind the ? of ", name_, " there may stand cluster=NAME and &replicated=yes, not \"",
+                                 name, "=", value, "\""}));
     if (isReplicated_ && cluster_.empty())
         throw usageError_t(name_ + ": write ?cluster=NAME in front of &replicated=yes");
     // A distributed table answers when the rows are where they belong, not when it has put them aside.
@@ -189,8 +190,8 @@ std::vector<std::string> clusterServer_t::running() {
     std::vector<std::string> names;
     const std::string query = "SELECT query_id, initial_query_id FROM ", own = query + "system.processes";
     for (const auto &line : table(cluster_.empty() ? own
-                                                   : own + " UNION ALL " + query + "cluster(" + sqlText(cluster_) +
-                                                         ", system, processes)"))
+                                                   : inspect::joined({own, " UNION ALL ", query, "cluster(",
+                                                                      sqlText(cluster_), ", system, processes)"})))
         names.insert(names.end(), line.begin(), line.end());
     return names;
 }

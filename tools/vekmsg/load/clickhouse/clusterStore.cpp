@@ -286,7 +286,7 @@ void clusterStore_t::commit(bool isLast) {
     if (isLast && !forgotten_.empty()) {
         std::vector<std::string> tables = tableNames();
         tables.insert(tables.end(), {"marks", "sources"});
-        remove(std::move(tables), "source_id IN (" + listed(forgotten_) + ")");
+        remove(tables, "source_id IN (" + listed(forgotten_) + ")");
         forgotten_.clear();
     }
 }
@@ -369,7 +369,7 @@ std::int64_t clusterStore_t::removeOlder(const inspect::logTime_t &time) {
 }
 
 // Gives the number of messages. A server takes its time for it; what was asked for is done also when it is stopped.
-std::int64_t clusterStore_t::remove(std::vector<std::string> tables, const std::string &condition) {
+std::int64_t clusterStore_t::remove(const std::vector<std::string> &tables, const std::string &condition) {
     if (!server_.cluster().empty())
         throw databaseError_t(server_.name() +
                               ": rows of a cluster are taken away on each server: ALTER TABLE "

@@ -67,7 +67,7 @@ private:
     void send(table_t &table);
     void settle(bool isLast);
     std::vector<std::string> tableNames() const;
-    std::int64_t remove(std::vector<std::string> tables, const std::string &condition);
+    std::int64_t remove(const std::vector<std::string> &tables, const std::string &condition);
 
     clusterServer_t server_;
     claims_t claims_{server_};
