@@ -141,9 +141,11 @@ private:
 };
 
 TEST(Archive, WhatHasNoTextComesBackFromItsRows) {
+    std::size_t texts = 0;
     std::size_t fromRows = 0;
     rowMaker_t maker;
     forEachText(rounds(3000), [&](const std::string &text) {
+        ++texts;
         const tree_t tree(text);
         keeper_t kept;
         maker.make(tree, {"log", 0, 1, std::nullopt}, kept);
@@ -157,7 +159,7 @@ TEST(Archive, WhatHasNoTextComesBackFromItsRows) {
                                 [&](const table_t &table) { return std::span<const keptRow_t>(kept.rows[&table]); }),
             tree.text());
     });
-    EXPECT_GE(fromRows, 100);
+    EXPECT_GE(fromRows, texts / 20);
     for (const sample_t &sample : samples()) { // which columns hold all of
         keeper_t kept;
         maker.make(tree_t(sample.text), {"log", 0, 1, std::nullopt}, kept);
