@@ -6,7 +6,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { once } from 'node:events';
 import { test } from 'node:test';
-import { longestTask, openFile, reading, settled, withPage } from './browser.mjs';
+import { longestTask, openFile, reading, says, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const size = 100_000_000;
@@ -103,8 +103,17 @@ test('100 MB are listed while the page answers, and can be cancelled', { timeout
       );
       assert.ok(Math.max(readingPause, usingPause) < longestPause, `the page did not answer for ${readingPause} ms, ${usingPause} ms`);
 
+      // A search is seen while it goes on, and ended where it is; the list says so.
+      await page.fill('#filterWords', 'job');
+      await page.click('#tasks .remove');
+      await says(page, '#listCount', 'only the first');
+      await page.click('#clearFilters');
+
       await page.setInputFiles('#file', path);
       await page.waitForSelector('#cancelReading', { state: 'visible' });
+      // Another log is read beside it, each for itself.
+      await page.setInputFiles('#otherFile', { name: 'yesterday.log', mimeType: '', buffer: Buffer.from([...logLines(50)].join('')) });
+      await says(page, '#announcer', 'yesterday.log: 50 messages to compare with');
       await page.click('#cancelReading');
       await reading(page);
       const cancelled = Number((await page.textContent('#listCount')).replace(/\D/g, ''));

@@ -1,5 +1,6 @@
 // What a plot draws: the numbers at a key of the log's messages, and what of them is drawn of a stretch of any length.
 import type { Log } from './log.ts';
+import { RowJob } from './rowJob.ts';
 import type { Holds, NumberKey, Place, Range } from './types.ts';
 import { inSlices } from './elements.ts';
 import { firstWhere, lowerBound } from './search.ts';
@@ -13,7 +14,6 @@ const together = <Kind extends Numbers>(Type: new (size: number) => Kind, first:
 };
 
 type Points = Pick<Curve, 'xs' | 'ys'>;
-type SeriesOptions = { onProgress?: (share: number) => void; signal?: AbortSignal };
 
 /** A row of places, and of each curve a row of values. */
 export type Drawn = [number[], ...(number | null)[][]];
@@ -24,22 +24,21 @@ export interface Band extends Place {
   name: string;
 }
 
-export class Curve {
+export class Curve extends RowJob {
   readonly id!: number;
   readonly path!: string;
   readonly holds!: Holds;
   readonly names?: string[];
-  order?: number; // the log's, that the rows are of
   rows = new Uint32Array(); // of its kind, in order
   numbers = new Float64Array(); // not a number where there is none
-  end = 0; // the rows in front of it are known
   // Its points in order of their places: place, value and row.
   xs = new Float64Array();
   ys = new Float64Array();
   at = new Uint32Array();
 
   /** number: { id, path, holds, names } of the catalogue. */
-  constructor(number: NumberKey & { id: number }) {
+  constructor(log: Log, number: NumberKey & { id: number }) {
+    super(log, number.path);
     Object.assign(this, number);
   }
 
@@ -52,38 +51,29 @@ export class Curve {
     return this.holds === 'boolean' ? ['FALSE', 'TRUE'][value] : (this.names?.[value] ?? String(value));
   }
 
-  /** Takes the numbers of the messages that it has not yet, of all when the log is complete. */
-  async readOn(log: Log, options: SeriesOptions) {
-    do await this.#readSome(log, options);
-    while (log.isComplete && (this.end < log.count || this.order !== log.order));
+  protected override forget() {
+    this.rows = new Uint32Array();
+    this.numbers = new Float64Array();
   }
 
-  async #readSome(log: Log, options: SeriesOptions) {
-    if (this.order !== log.order) Object.assign(this, { order: log.order, rows: new Uint32Array(), numbers: new Float64Array(), end: 0 });
-    const { columns, count } = log;
-    const rows = new Uint32Array(count - this.end);
-    let found = 0;
-    await inSlices(
-      count,
-      (from, to) => {
-        for (let row = from; row < to; ++row) if (columns.id[row] === this.id) rows[found++] = row;
-      },
-      this.end,
-    );
-    const more = rows.slice(0, found);
-    const numbers = await log.series(more, this.path, options);
-    this.end = count;
-    this.rows = together(Uint32Array, this.rows, more);
-    this.numbers = together(Float64Array, this.numbers, numbers);
+  protected override async take(from: number, to: number, signal: AbortSignal) {
+    const { columns } = this.log;
+    const more = Uint32Array.from({ length: to - from }, (_one, at) => from + at).filter((row) => columns.id[row] === this.id);
+    const numbers = await this.log.series(more, this.path, signal);
+    return () => {
+      this.rows = together(Uint32Array, this.rows, more);
+      this.numbers = together(Float64Array, this.numbers, numbers);
+    };
   }
 
-  /** Messages were changed. */
-  async update(log: Log, changed: Uint32Array) {
+  protected override async renew(changed: Uint32Array) {
+    const { log } = this;
     if (changed.length > 1) {
-      this.order = undefined; // so that all are read again
-      return this.readOn(log, {});
+      this.restart();
+      return this.run();
     }
     const [row] = changed;
+    if (row === undefined) return undefined;
     const isOfKind = log.columns.id[row] === this.id;
     const at = lowerBound(this.rows, row);
     if (this.rows[at] !== row && isOfKind) {
@@ -91,10 +81,12 @@ export class Curve {
       this.numbers = together(Float64Array, together(Float64Array, this.numbers.subarray(0, at), [NaN]), this.numbers.subarray(at));
     }
     if (this.rows[at] === row) this.numbers[at] = isOfKind ? (await log.series([row], this.path))[0] : NaN;
+    return undefined;
   }
 
   /** Puts its points in order of time, or of sequence numbers; those without a place or a value, and of messages that a filter leaves out, are left out. */
-  async place(log: Log, isTime: boolean, passes?: (row: number) => boolean) {
+  async place(isTime: boolean, passes?: (row: number) => boolean) {
+    const { log } = this;
     const { microseconds, sequence } = log.columns;
     const { rows, numbers } = this;
     const xs = new Float64Array(rows.length);

@@ -52,8 +52,8 @@ export class Filters {
     private readonly catalogue: Catalogue,
     private readonly findingNames: string[],
     private readonly on: {
-      /** These rows pass; hasMore: not all are known. */
-      rows: (rows: Uint32Array, hasMore: boolean) => void;
+      /** These rows pass; of those from `known` on that is not known, and not looked for when a search was stopped. */
+      rows: (rows: Uint32Array, known: number, isStopped: boolean) => void;
       /** What passes, the stretch aside, is something else. */
       others: (passes: Test | undefined) => void;
       stretch: (range: Range | undefined) => void;
@@ -115,7 +115,7 @@ export class Filters {
 
   /** The rows are others now. */
   forget() {
-    for (const search of this.#searches.values()) search.end();
+    for (const search of this.#searches.values()) search.stop();
     this.#searches.clear();
     this.#passed = undefined;
     this.#told = '';
@@ -280,12 +280,13 @@ export class Filters {
   #chooseSearches() {
     const words = this.#words.value;
     const wanted = new Map<string, () => RowSearch>();
-    for (const expression of this.#conditions) wanted.set(`where ${expression}`, () => new RowSearch(this.log, 'where', { expression }));
-    if (words !== '') wanted.set('text', () => new RowSearch(this.log, 'search', { words }));
+    for (const expression of this.#conditions)
+      wanted.set(`where ${expression}`, () => new RowSearch(this.log, expression, 'where', { expression }));
+    if (words !== '') wanted.set('text', () => new RowSearch(this.log, `"${words}"`, 'search', { words }));
     for (const name of this.#off) wanted.delete(name);
     for (const [name, search] of this.#searches)
       if (!wanted.has(name) || (name === 'text' && 'words' in search.parameters && search.parameters.words !== words)) {
-        search.end();
+        search.stop();
         this.#searches.delete(name);
         this.#passed = undefined;
       }
@@ -299,7 +300,7 @@ export class Filters {
   // Goes on from the rows that were looked at for the same filters. What a search has not come to is not listed yet.
   async #look() {
     const { log } = this;
-    const count = Math.min(log.count, ...[...this.#searches.values()].map((search) => search.count));
+    const count = Math.min(log.count, ...[...this.#searches.values()].map(({ end }) => end));
     const passed = (this.#passed ??= { rows: new Uint32Array(1024), count: 0, end: 0, tests: this.#tests() });
     await inSlices(
       count,
@@ -312,7 +313,8 @@ export class Filters {
       passed.end,
     );
     if (this.#passed !== passed || this.log !== log) return;
-    this.on.rows(passed.rows.subarray(0, passed.count), count < log.count);
+    const isStopped = [...this.#searches.values()].some((search) => search.isStopped && search.end < log.count);
+    this.on.rows(passed.rows.subarray(0, passed.count), count, isStopped);
     this.#tellOthers(passed.tests, count);
   }
 
@@ -332,9 +334,14 @@ export class Filters {
     this.#matches.show(this.#off.has('text') ? '' : this.#words.value);
     this.#showChips(this.#chosen());
     const looked = this.#looking();
-    for (const search of this.#searches.values())
-      void busy(search.run(() => [...this.#searches.values()].includes(search) && void this.#looking()));
+    for (const search of this.#searches.values()) void busy(this.#run(search));
     await looked;
+  }
+
+  async #run(search: RowSearch) {
+    const look = () => [...this.#searches.values()].includes(search) && void this.#looking();
+    await search.run(look);
+    if (search.isStopped) look();
   }
 
   // The filters are others now, or what they look at is.

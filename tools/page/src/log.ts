@@ -4,7 +4,8 @@
 import { inSlices } from './elements.ts';
 import { isSame, linesBetween } from './bytes.ts';
 import { Columns } from './columns.ts';
-import { Cancelled, type CoreCalls, type Reader } from './reader.ts';
+import type { Lane, Queue } from './queue.ts';
+import { Cancelled } from './reader.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
 import type { Progress } from './worker.ts';
 
@@ -21,7 +22,6 @@ export interface Snapshot {
 
 type Rows = Uint32Array | number[];
 type Asked = 'search' | 'where' | 'series';
-type AskOptions = { onProgress?: (share: number) => void; signal?: AbortSignal };
 
 /** Of each kind the latest row up to one. */
 export function latestOfKinds(log: Log, row: number): Map<number, number> {
@@ -47,12 +47,11 @@ export class Log {
   order = 0; // changes when the messages stand in another one
   #stop = new AbortController();
 
-  /** files: [{ name, blob }]; `asking` is the worker for what is asked while another reads. */
   constructor(
     readonly name: string,
     readonly files: NamedBlob[],
-    readonly reader: Reader,
-    readonly asking: Reader,
+    readonly queue: Queue,
+    readonly lane: Lane,
   ) {
     this.size = files.reduce((sum, { blob }) => sum + blob.size, 0);
     this.#forget();
@@ -75,7 +74,7 @@ export class Log {
       onChange();
     };
     try {
-      await this.reader.run('open', { files: this.files }, { onProgress, signal: this.#stop.signal });
+      await this.queue.run('open', { files: this.files }, { onProgress, signal: this.#stop.signal, lane: this.lane });
     } catch (error) {
       this.isCut = true;
       if (!(error instanceof Cancelled)) throw error;
@@ -84,11 +83,16 @@ export class Log {
     }
   }
 
-  /** Takes what has come of a log that goes on, and the rows of the messages that end in it. */
-  grow(bytes: Bytes, rows: Bytes) {
+  /** Takes what has come of a log that goes on, in the order of the calls; gives whether there are more messages now. */
+  async follow(step: 'begin' | 'more' | 'end', bytes: Bytes = new Uint8Array()) {
+    this.isLive = true;
+    const { rows } = await this.queue.run('follow', { step, bytes }, { lane: this.lane });
     this.blob = new Blob([this.blob, bytes]);
     this.size = this.done = this.blob.size;
     if (rows.length > 0) this.#append(rows, 0, 0);
+    this.isLive = step !== 'end';
+    this.isComplete = !this.isLive;
+    return rows.length > 0;
   }
 
   cancel() {
@@ -236,7 +240,7 @@ export class Log {
     rows: Rows,
     parts: object,
     result: Result,
-    { onProgress, signal }: AskOptions = {},
+    signal?: AbortSignal,
   ): Promise<Result> {
     const { offset } = this.columns;
     for (let from = 0; from < rows.length; from += pieceSize) {
@@ -246,28 +250,27 @@ export class Log {
           ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]])
           : undefined;
       const places = this.#places(order ? order.map((at) => piece[at]) : piece);
-      const answer = await this.asking.run(kind, { ...places, ...parts } as never, { signal });
+      const answer = await this.queue.run(kind, { ...places, ...parts } as never, { signal });
       const some = 'numbers' in answer ? answer.numbers : answer.isFound;
       if (order) order.forEach((at: number, i: number) => (result[from + at] = some[i]));
       else result.set(some, from);
-      onProgress?.(Math.min(1, (from + pieceSize) / rows.length));
     }
     return result;
   }
 
   /** Of some rows, in order, what the worker's job finds of their messages: 0 or 1. */
   find(job: 'search' | 'where', rows: Rows, parameters: object, signal?: AbortSignal) {
-    return this.#ask(job, rows, parameters, new Uint8Array(rows.length), { signal });
+    return this.#ask(job, rows, parameters, new Uint8Array(rows.length), signal);
   }
 
   /** The numbers at a path of some rows. */
-  series(rows: Rows, path: string, options?: AskOptions) {
-    return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), options);
+  series(rows: Rows, path: string, signal?: AbortSignal) {
+    return this.#ask('series', rows, { paths: [path] }, new Float64Array(rows.length), signal);
   }
 
   /** What the messages of some rows say in a line, with what stands at some paths, and in front of them on their lines. */
   async digests(rows: Rows, paths: string[]) {
-    return (await this.asking.run('digests', { blob: this.blob, places: this.#linePlaces(rows), paths })).digests;
+    return (await this.queue.run('digests', { blob: this.blob, places: this.#linePlaces(rows), paths })).digests;
   }
 
   // Where messages stand, and where their lines have them: a changed one stands elsewhere.
@@ -298,12 +301,12 @@ export class Log {
 
   /** The messages of some rows as a log. */
   async lines(rows: Rows) {
-    return (await this.asking.run('lines', { blob: this.blob, places: this.#linePlaces(rows) })).lines;
+    return (await this.queue.run('lines', { blob: this.blob, places: this.#linePlaces(rows) })).lines;
   }
 
   /** The order in which some numbers are to stand so that they rise. */
   async orderOf(numbers: Float64Array) {
-    return (await this.asking.run('order', { numbers })).order;
+    return (await this.queue.run('order', { numbers })).order;
   }
 
   /** Where messages of some rows stand, and what the core says of them. */
@@ -325,7 +328,7 @@ export class Log {
   }
 
   /** Puts messages in their rows' places. */
-  async put(rows: Uint32Array, { offsets, sizes, described }: Snapshot, core: CoreCalls) {
+  async put(rows: Uint32Array, { offsets, sizes, described }: Snapshot) {
     const { columns, originals } = this;
     const files = new Set<number>(); // whose sequence numbers are others now
     await inSlices(rows.length, (from, to) => {
@@ -343,7 +346,7 @@ export class Log {
         if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) files.add(columns.file[row]);
       }
     });
-    for (const file of files) await this.#countMissing(core, file);
+    for (const file of files) await this.#countMissing(file);
   }
 
   /** What of the messages with a finding is mended when all that is certain is done about it: rows, and what they become. */
@@ -352,12 +355,12 @@ export class Log {
     await inSlices(this.count, (from, to) => {
       for (let row = from; row < to; ++row) if (this.columns.hasFinding(row, finding)) rows.push(row);
     });
-    const { changed, messages, sizes, described } = await this.asking.run('mend', { ...this.#places(rows), finding });
+    const { changed, messages, sizes, described } = await this.queue.run('mend', { ...this.#places(rows), finding });
     return { rows: Uint32Array.from(changed, (at) => rows[at]), messages, sizes, described };
   }
 
   // Which numbers are missing in a file, from its start on.
-  async #countMissing(core: CoreCalls, file: number) {
+  async #countMissing(file: number) {
     const { columns, counts } = this;
     const numbers = new Int32Array(columns.count);
     const rows = new Uint32Array(columns.count);
@@ -369,7 +372,7 @@ export class Log {
           rows[found++] = row;
         }
     });
-    const missing = await core.missing(numbers.slice(0, found));
+    const missing = await this.queue.core.missing(numbers.slice(0, found));
     const put = (row: number, value: number) => {
       counts.missing += value - columns.missing[row];
       counts.gaps += (value > 0 ? 1 : 0) - (columns.missing[row] > 0 ? 1 : 0);

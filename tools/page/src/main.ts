@@ -14,7 +14,7 @@ import type { Panel } from './panel.ts';
 import { idOf, makePanels } from './panels.ts';
 import { Plot } from './plot.ts';
 import { makePrinting } from './printing.ts';
-import { Reader, coreIn, type CoreCalls } from './reader.ts';
+import { Queue } from './queue.ts';
 import { saveBlob } from './saving.ts';
 import { setUnprintable, shownWords } from './signs.ts';
 import { makeTabs } from './tabs.ts';
@@ -33,30 +33,26 @@ class Page {
   readonly panels: Panel[];
   readonly plot: Plot;
   readonly live: Live;
-  #follower?: Reader; // that reads a log that goes on
-  #growing = Promise.resolve(); // until what came is read
   #plotOn = seldom(() => this.log?.isLive && busy(Promise.all(this.panels.map((panel) => panel.complete()))), 500);
   readonly chooseTab: (tab: string) => void;
 
   static async start(wasm: Bytes) {
-    const asking = new Reader(wasm);
-    const core = coreIn(asking);
+    const queue = new Queue(wasm);
+    const { core } = queue;
     const [kinds, findingNames, unprintable] = await Promise.all([core.kinds(), core.findingNames(), core.unprintable()]);
     setUnprintable(unprintable);
-    return new Page(core, asking, new Reader(wasm), () => new Reader(wasm), new Catalogue(kinds), findingNames);
+    return new Page(queue, new Catalogue(kinds), findingNames);
   }
 
   constructor(
-    private readonly core: CoreCalls,
-    private readonly asking: Reader,
-    private readonly reader: Reader,
-    private readonly makeReader: () => Reader,
+    private readonly queue: Queue,
     catalogue: Catalogue,
     findingNames: string[],
   ) {
     this.list = new MessageList(catalogue, (row) => busy(this.#showRow(row)));
-    const rows = (passing: Uint32Array, hasMore: boolean) => {
-      this.list.setRows(passing, hasMore);
+    const { core } = queue;
+    const rows = (passing: Uint32Array, known: number, isStopped: boolean) => {
+      this.list.setRows(passing, known, isStopped);
       void this.timeLine.follow(passing);
       if (this.log?.isComplete && this.row === undefined && passing.length > 0) this.list.choose(passing[0]);
     };
@@ -76,7 +72,7 @@ class Page {
     this.panels = makePanels({
       core,
       catalogue,
-      other: new OtherLog(reader, asking),
+      other: new OtherLog(queue),
       onRow: (row) => {
         this.#choose(row);
         this.chooseTab('messageTab');
@@ -111,7 +107,7 @@ class Page {
     this.live.stop();
     this.log?.cancel();
     const name = files.length === 1 ? files[0].name : `${counted(files.length, 'file')}`;
-    const log = new Log(name, files, this.reader, this.asking);
+    const log = new Log(name, files, this.queue, 'log');
     this.log = log;
     this.row = undefined;
     this.history = new History();
@@ -141,38 +137,31 @@ class Page {
 
   #openLive(name: string) {
     this.log?.cancel();
-    const log = new Log(name, [{ name, blob: new Blob() }], this.reader, this.asking);
-    log.isLive = true;
+    const log = new Log(name, [{ name, blob: new Blob() }], this.queue, 'live');
     this.log = log;
     this.row = undefined;
     this.history = new History();
-    this.#follower ??= this.makeReader();
-    this.#growing = this.#follower.run('follow', { bytes: new Uint8Array() }).then(() => {});
     this.#prepare(log);
+    busy(log.follow('begin'));
     void this.#refresh(log);
   }
 
-  // In the order in which it came.
-  #grow(bytes: Bytes) {
+  async #grow(bytes: Bytes) {
     const { log } = this;
-    this.#growing = this.#growing.then(async () => {
-      if (this.log !== log || !log?.isLive || !this.#follower) return;
-      const { rows } = await this.#follower.run('follow', { bytes });
-      log.grow(bytes, rows);
-      await this.#refresh(log);
-      if (rows.length === 0) return;
-      if (this.live.isFollowing) this.#chooseNewest();
-      this.#plotOn();
-    });
-    return this.#growing;
+    if (!log?.isLive) return;
+    const isMore = await log.follow('more', bytes);
+    if (this.log !== log) return;
+    await this.#refresh(log);
+    if (!isMore) return;
+    if (this.live.isFollowing) this.#chooseNewest();
+    this.#plotOn();
   }
 
   async #endLive() {
     const { log } = this;
-    await this.#growing;
-    if (this.log !== log || !log?.isLive) return;
-    log.isLive = false;
-    log.isComplete = true;
+    if (!log?.isLive) return;
+    await log.follow('end');
+    if (this.log !== log) return;
     await this.#refresh(log);
     await Promise.all(this.panels.map((panel) => panel.complete()));
   }
@@ -267,7 +256,7 @@ class Page {
 
   async #edit(row: number, bytes: Bytes) {
     if (!this.log) return;
-    const described = await this.core.row(bytes);
+    const described = await this.queue.core.row(bytes);
     await this.#change(Uint32Array.of(row), new Blob([bytes]), Uint32Array.of(bytes.length), described);
   }
 
@@ -295,7 +284,7 @@ class Page {
   async #put(rows: Uint32Array, messages: Snapshot) {
     const { log } = this;
     if (!log) return;
-    await log.put(rows, messages, this.core);
+    await log.put(rows, messages);
     this.#showHistory();
     await this.filters.update(rows);
     this.list.draw();

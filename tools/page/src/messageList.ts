@@ -72,16 +72,21 @@ export class MessageList {
     this.setRows(new Uint32Array());
   }
 
-  /** Shows these rows; the active message stays the active one while it is among them. hasMore: not all are known. */
-  setRows(rows: Uint32Array, hasMore = false) {
+  /**
+   * Shows these rows; the active message stays the active one while it is among them. What of the log is behind `known`
+   * is looked for still, or not when that was stopped.
+   */
+  setRows(rows: Uint32Array, known = 0, isStopped = false) {
     this.rows = rows;
     this.#list.active = this.#shown === undefined ? -1 : placeIn(rows, this.#shown);
     this.#list.setCount(rows.length);
     const { count } = this.log;
     const words = rows.length === count ? counted(count, 'message') : `${number(rows.length)} of ${counted(count, 'message')}`;
+    const hasMore = known < count;
     const isPartial = hasMore || !this.log.isComplete;
+    const rest = isStopped ? `: only the first ${number(known)} were looked at` : hasMore ? ', searching…' : isPartial ? ' so far' : '';
     byId('leftOut').hidden = this.#shown === undefined || this.#list.active >= 0;
-    byId('listCount').textContent = `${words}${hasMore ? ', searching…' : isPartial ? ' so far' : ''}`;
+    byId('listCount').textContent = words + rest;
     byId('noMessages').hidden = rows.length > 0 || isPartial;
     byId('noMessages').textContent =
       count === 0

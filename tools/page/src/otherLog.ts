@@ -1,7 +1,7 @@
 // Another log to compare with, as yesterday's: read beside the one in hand.
 import { announce, busy, byId } from './elements.ts';
 import { Log } from './log.ts';
-import type { Reader } from './reader.ts';
+import type { Queue } from './queue.ts';
 import { shownWords } from './signs.ts';
 import { counted } from './words.ts';
 
@@ -9,12 +9,10 @@ const day = 86_400e6; // microseconds
 
 export class OtherLog {
   log?: Log;
+  #reading?: Log;
   #listeners: (() => void)[] = [];
 
-  constructor(
-    private readonly reader: Reader,
-    private readonly asking: Reader,
-  ) {
+  constructor(private readonly queue: Queue) {
     const file = byId('otherFile');
     for (const button of document.querySelectorAll('.openOther')) button.addEventListener('click', () => file.click());
     file.addEventListener('change', () => {
@@ -31,9 +29,11 @@ export class OtherLog {
     const log = new Log(
       name,
       files.map((blob) => ({ blob, name: blob.name })),
-      this.reader,
-      this.asking,
+      this.queue,
+      'other',
     );
+    this.#reading?.cancel();
+    this.#reading = log;
     try {
       await log.read(() => {});
       await log.orderByTime();
@@ -41,6 +41,7 @@ export class OtherLog {
       announce((error as Error).message, true);
       return;
     }
+    if (this.#reading !== log) return;
     this.log = log;
     announce(`${shownWords(name)}: ${counted(log.count, 'message')} to compare with.`);
     for (const call of this.#listeners) call();

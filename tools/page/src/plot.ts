@@ -1,7 +1,7 @@
 // Numbers of a log's messages drawn over time or sequence, several together, with a status as bands behind them.
 import uPlot from 'uplot';
 import { Curve, drawn, extent, nearestPlace, nextPlace } from './curves.ts';
-import { announce, busy, byId, element, nextTask, option, setOptions } from './elements.ts';
+import { announce, busy, byId, element, nextTask, option, seldom, setOptions } from './elements.ts';
 import { onColourChange } from './colours.ts';
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
@@ -9,7 +9,6 @@ import { Panel, type Parts } from './panel.ts';
 import type { NumberKey, Range } from './types.ts';
 import { chartOptions, type Drawing } from './plotChart.ts';
 import { plotCsv, plotPng, plotSvg } from './plotSaving.ts';
-import { Cancelled } from './reader.ts';
 import { saveBlob } from './saving.ts';
 import { lowerBound } from './search.ts';
 import { counted, number, timeInWords } from './words.ts';
@@ -41,6 +40,7 @@ export class Plot extends Panel {
   #place?: number; // that the keyboard goes to
   #readPlace?: number; // that was read off
   #round = 0;
+  #placeSoon = seldom(() => busy(this.#placeAll()), 500);
   #pressedAt = [0, 0];
 
   readonly #catalogue: Catalogue;
@@ -70,6 +70,7 @@ export class Plot extends Panel {
   }
 
   override reset(log: Log) {
+    for (const curve of this.#all()) curve.stop();
     this.log = log;
     this.#curves = [];
     this.#bands = undefined;
@@ -118,30 +119,25 @@ export class Plot extends Panel {
       byId('plotProblem').textContent = `There are ${mostCurves} curves: take one away first.`;
       return;
     }
-    const curve = await this.#read(this.keys?.find((one) => one.id === id && one.path === path));
-    if (!curve) return;
+    const key = this.keys?.find((one) => one.id === id && one.path === path);
+    if (!this.log || !key) return;
+    const curve = new Curve(this.log, key);
     this.#curves.push(curve);
-    await this.#placeAll();
-    announce(`${path}: ${counted(curve.rows.length, 'value')} drawn${this.log?.isComplete ? '' : ' so far: the log is still being read'}.`);
+    await this.#readOn([curve]);
+    if (this.#curves.includes(curve)) announce(`${path}: ${counted(curve.rows.length, 'value')} drawn${this.#lack(curve)}.`);
   }
 
-  async #read(key: Key | undefined) {
+  // What is not drawn of a curve, in words.
+  #lack({ isComplete, isStopped, end, log }: Curve) {
+    if (isComplete && log.isComplete) return '';
+    return isStopped ? ` of the first ${number(end)} messages` : ' so far';
+  }
+
+  // Draws what some curves have, and what they get.
+  async #readOn(curves: Curve[]) {
     const { log } = this;
-    if (!log || !key) return undefined;
-    const curve = new Curve(key);
-    try {
-      await this.#readOn(log, curve);
-      return this.log === log ? curve : undefined;
-    } catch (error) {
-      if (!(error instanceof Cancelled)) byId('plotProblem').textContent = (error as Error).message;
-      return undefined;
-    }
-  }
-
-  async #readOn(log: Log, curve: Curve) {
-    const onProgress = (share: number) => (byId('plotReading').textContent = `Reading ${curve.path}: ${Math.round(100 * share)} %`);
-    await curve.readOn(log, { onProgress });
-    byId('plotReading').textContent = '';
+    await Promise.all(curves.map((curve) => curve.run(() => curve.isComplete || this.#placeSoon())));
+    if (this.log === log) await this.#placeAll();
   }
 
   #all() {
@@ -149,22 +145,15 @@ export class Plot extends Panel {
   }
 
   /** The log is read to its end: the curves go on to it. */
-  override async complete() {
-    const { log } = this;
-    if (!log) return;
+  override complete() {
     this.refresh();
-    for (const curve of this.#all()) {
-      await this.#readOn(log, curve);
-      if (this.log !== log) return;
-    }
-    await this.#placeAll();
+    return this.#readOn(this.#all());
   }
 
   /** Messages were changed. */
   override async update(rows: Uint32Array) {
     const { log } = this;
-    if (!log) return;
-    for (const curve of this.#all()) await curve.update(log, rows);
+    for (const curve of this.#all()) await curve.update(rows);
     if (this.log !== log) return;
     this.refresh();
     await this.#placeAll();
@@ -172,8 +161,9 @@ export class Plot extends Panel {
 
   async #chooseBands() {
     const key = this.keys?.find(({ label }) => label === byId('plotBands').value);
-    this.#bands = key && (await this.#read(key));
-    await this.#placeAll();
+    this.#bands?.stop();
+    this.#bands = this.log && key && new Curve(this.log, key);
+    await this.#readOn(this.#all());
   }
 
   // Puts all points where they belong, and draws them.
@@ -183,7 +173,7 @@ export class Plot extends Panel {
     const round = ++this.#round;
     const isTime = this.#isTime();
     for (const curve of this.#all()) {
-      await curve.place(log, isTime, this.#passes);
+      await curve.place(isTime, this.#passes);
       await nextTask();
     }
     if (this.log !== log || round !== this.#round) return;
@@ -359,7 +349,7 @@ export class Plot extends Panel {
           'li',
           {},
           element('span', { class: `swatch swatch${at}` }),
-          `${this.#catalogue.name(curve.id)} ${curve.path}`,
+          `${this.#catalogue.name(curve.id)} ${curve.path}${this.#lack(curve)}`,
           element(
             'button',
             { type: 'button', class: 'remove', 'aria-label': `Take ${curve.path} away`, onclick: () => this.#remove(curve) },
@@ -371,6 +361,7 @@ export class Plot extends Panel {
   }
 
   #remove(curve: Curve) {
+    curve.stop();
     this.#curves = this.#curves.filter((one) => one !== curve);
     this.draw();
     byId('plotKeyName').focus();

@@ -1,57 +1,37 @@
-// Which messages a filter lets pass that the worker has to look into: known for the first rows, and looked for in the
-// others as they come.
+// Which messages a filter lets pass that the worker has to look into.
 import type { Log } from './log.ts';
-import { Cancelled } from './reader.ts';
+import { RowJob } from './rowJob.ts';
 
-const atOnce = 200_000; // messages
-
-export class RowSearch {
+export class RowSearch extends RowJob {
   isFound = new Uint8Array();
-  count = 0; // rows that were looked at
-  #stop = new AbortController();
-
-  isRunning = false;
 
   /** job: the worker's, 'search' or 'where', with its parameters. */
   constructor(
-    readonly log: Log,
+    log: Log,
+    words: string,
     readonly job: 'search' | 'where',
     readonly parameters: { words: string } | { expression: string },
-  ) {}
-
-  end() {
-    this.#stop.abort();
+  ) {
+    super(log, words);
   }
 
-  /** Looks at the rows that are not known yet; onMore is called with each stretch. */
-  async run(onMore: () => void) {
-    if (this.isRunning) return;
-    this.isRunning = true;
-    try {
-      while (this.count < this.log.count) await this.#take(Math.min(this.log.count, this.count + atOnce), onMore);
-    } catch (error) {
-      if (!(error instanceof Cancelled)) throw error;
-    } finally {
-      this.isRunning = false;
-    }
+  protected override forget() {
+    this.isFound = new Uint8Array();
   }
 
-  async #take(end: number, onMore: () => void) {
-    const rows = new Uint32Array(end - this.count);
-    for (let at = 0; at < rows.length; ++at) rows[at] = this.count + at;
-    const isFound = await this.log.find(this.job, rows, this.parameters, this.#stop.signal);
-    const all = new Uint8Array(end);
-    all.set(this.isFound.subarray(0, this.count));
-    all.set(isFound, this.count);
-    this.isFound = all;
-    this.count = end;
-    onMore();
+  protected override async take(from: number, to: number, signal: AbortSignal) {
+    const rows = Uint32Array.from({ length: to - from }, (_one, at) => from + at);
+    const isFound = await this.log.find(this.job, rows, this.parameters, signal);
+    return () => {
+      const all = new Uint8Array(to);
+      all.set(this.isFound.subarray(0, from));
+      all.set(isFound, from);
+      this.isFound = all;
+    };
   }
 
-  /** Messages were changed. */
-  async update(rows: Uint32Array) {
-    const known = rows.filter((row) => row < this.count);
-    const isFound = await this.log.find(this.job, known, this.parameters);
-    known.forEach((row, at) => (this.isFound[row] = isFound[at]));
+  protected override async renew(rows: Uint32Array) {
+    const isFound = await this.log.find(this.job, rows, this.parameters);
+    rows.forEach((row, at) => (this.isFound[row] = isFound[at]));
   }
 }

@@ -102,9 +102,9 @@ const jobs = {
     return {};
   },
 
-  // A log that goes on, a block as it comes; one without bytes begins another.
-  follow({ bytes }: Job & { bytes: Bytes }) {
-    if (bytes.length > 0) return { rows: core.takeLog(bytes) };
+  // A log that goes on, a block as it comes.
+  follow({ step, bytes }: Job & { step: 'begin' | 'more' | 'end'; bytes: Bytes }) {
+    if (step !== 'begin') return { rows: core.takeLog(bytes) };
     core.beginLog();
     return { rows: bytes };
   },
