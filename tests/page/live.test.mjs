@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { bridge } from './bridge.mjs';
-import { says, settled, withPage } from './browser.mjs';
+import { says, settled, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const focus = (sequence) => message(4112, sequence, `{MEDIA_NAME=Violet;FOCUS_VALUE=${sequence}.500000;}`);
@@ -75,4 +75,66 @@ test('a file that grows is followed within a moment; one that becomes shorter sa
     assert.ok(await page.isHidden('#live'));
     await says(page, '#listCount', '2 messages');
   });
+});
+
+test('messages of a log that goes on are changed, taken back and saved; nothing that comes meanwhile is lost', async () => {
+  const { address, send, close } = await bridge();
+  try {
+    await withPage(async (page) => {
+      await page.click('#openLive');
+      await page.fill('#liveAddress', address);
+      await page.press('#liveAddress', 'Enter');
+      await page.waitForSelector('#live:not([hidden])');
+      send(line(1));
+      send(line(2));
+      await says(page, '#messageText', 'FOCUS_VALUE=2.5');
+      const edit = async (path, value) => {
+        await page.dblclick(`#tree .row[data-path="${path}"]`);
+        await page.fill('#editorValue', value);
+      };
+      // What comes while a value is typed, and between two pieces of a message, leaves it alone.
+      await edit('FOCUS_VALUE', '9');
+      send(line(4));
+      await says(page, '#summary', '3 messages · 1 kind · 1 gap with 1 missing · live');
+      assert.equal(await page.inputValue('#editorValue'), '9');
+      send(line(5).slice(0, 50));
+      await page.press('#editorValue', 'Enter');
+      await says(page, '#messageText', 'FOCUS_VALUE=9.0');
+      send(line(5).slice(50));
+      await says(page, '#summary', '4 messages');
+      const changed = line(2).replace('2.5', '9.0');
+      assert.equal(await wouldSave(page, '#saveLog'), line(1) + changed + line(4) + line(5));
+
+      // What is missing follows changed numbers, in what came and in what comes.
+      await edit('@seq', '3');
+      await page.press('#editorValue', 'Enter');
+      await says(page, '#messages-1', '1 missing');
+      assert.equal(await page.locator('#messages .badge.gap').count(), 1);
+      await page.keyboard.press('Control+z');
+      await page.keyboard.press('Control+z');
+      await says(page, '#messageText', 'FOCUS_VALUE=2.5');
+      send(line(6));
+      send(line(7).slice(0, 60));
+      await says(page, '#summary', '5 messages');
+      assert.equal(await wouldSave(page, '#saveLog'), line(1) + line(2) + line(4) + line(5) + line(6) + line(7).slice(0, 60));
+      await page.keyboard.press('Control+y');
+      await says(page, '#messageText', 'FOCUS_VALUE=9.0');
+      await page.click('#filterWords');
+      await page.fill('#filterWords', '9.000000');
+      await says(page, '#listCount', '1 of 5 messages');
+      const isAsking = () => page.evaluate(() => !dispatchEvent(new Event('beforeunload', { cancelable: true })));
+      assert.equal(await wouldSave(page, '#saveLog'), line(1) + changed + line(4) + line(5) + line(6) + line(7).slice(0, 60));
+      assert.ok(!(await isAsking()), 'what was saved may go');
+
+      // What is cut off is listed at the end; it is kept nowhere else.
+      send(line(7).slice(60, 70));
+      await page.waitForFunction(() => !dispatchEvent(new Event('beforeunload', { cancelable: true })));
+      await page.click('#liveStop');
+      await says(page, '#summary', '6 messages');
+      assert.match(await page.textContent('#summary'), /1 damaged/);
+      assert.equal((await wouldSave(page, '#saveLog')).slice(-70), line(7).slice(0, 70));
+    });
+  } finally {
+    close();
+  }
 });

@@ -44,6 +44,8 @@ export class Detail {
       edit: (row: number, bytes: Bytes) => Promise<void>;
       /** All that is certain is to be done about a finding, in the whole log. */
       mendKind: (finding: number) => Promise<void>;
+      /** A value is being changed: the message is to stay. */
+      editing: () => void;
     },
   ) {
     this.tree = new TreeView({ node: (node) => this.#lightNode(node), edit: (node) => this.#edit(node) });
@@ -160,6 +162,7 @@ export class Detail {
 
   #edit(node: Pair | undefined) {
     const kind = node && this.model.editorOf(node);
+    this.on.editing();
     if (node && kind === 'list') this.listEditor.open(this.model, node);
     else if (node && kind) void busy(this.editor.open(node, kind, (bytes) => this.core.quote(bytes)));
     else if (node?.count !== undefined) this.tree.openKeys(node);
@@ -211,6 +214,7 @@ export class Detail {
   #addKey() {
     const { path, field } = this.#addable?.keys[Number(byId('addKey').value)] ?? {};
     if (path === undefined || !field) return;
+    this.on.editing();
     const kind = this.model.editorOf({ path, field, use: 'assigned', parent: 0, value: '' });
     if (kind === 'list') this.listEditor.open(this.model, { path, field });
     else if (kind) this.editor.openNew(path, kind, field);

@@ -108,7 +108,7 @@ export class Live {
     private readonly on: {
       /** Whether another log may be opened. */
       mayBegin: () => Promise<boolean>;
-      begin: (name: string) => void;
+      begin: (name: string, isFile: boolean) => void;
       bytes: (bytes: Bytes) => void;
       end: () => void;
       /** The newest message is to be shown. */
@@ -173,7 +173,7 @@ export class Live {
     byId('live').hidden = false;
     byId('liveName').textContent = shownWords(line.name);
     byId('liveSend').hidden = line.send === undefined;
-    this.on.begin(line.name);
+    this.on.begin(line.name, make === fileLine);
     this.#follow(true);
   }
 
@@ -188,6 +188,11 @@ export class Live {
     if (!this.#line || this.#waiting.length === 0) return;
     const bytes = new Uint8Array(await new Blob(this.#waiting.splice(0)).arrayBuffer());
     this.on.bytes(bytes);
+  }
+
+  /** Other messages don't take the place of the one that is shown. */
+  hold() {
+    if (this.isOn && this.isFollowing) this.#follow(false);
   }
 
   #follow(isFollowing: boolean) {

@@ -1,10 +1,10 @@
-// The log in hand: where its messages are, what was found in them, and what people changed. A changed message stands
-// behind the log's bytes, so that searches, plots and comparisons see it as what there is, and the others stay where they
-// are.
+// The log in hand: where its messages are, what was found in them, and what people changed. Searches, plots and
+// comparisons see a changed message as what there is; what was read stays where it is, and may go on meanwhile.
 import { inSlices } from './elements.ts';
 import { isSame, linesBetween } from './bytes.ts';
 import { Columns } from './columns.ts';
 import type { Lane, Queue } from './queue.ts';
+import { changesAt, sliceOf, type Source } from './source.ts';
 import { Cancelled } from './reader.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
 import type { Progress } from './worker.ts';
@@ -32,7 +32,7 @@ export function latestOfKinds(log: Log, row: number): Map<number, number> {
 
 export class Log {
   columns = new Columns();
-  blob = new Blob();
+  source: Source = { read: new Blob(), changed: new Blob() };
   size: number;
   kinds!: Map<number, number>; // messages of each id
   findings!: Map<number, number>; // messages of each finding code
@@ -44,6 +44,8 @@ export class Log {
   done = 0;
   isComplete = false;
   isLive = false; // it goes on
+  keptSize = Infinity; // so much of it is kept elsewhere: nothing of what comes over a line until it is saved
+  #isRenumbered = false; // by changes
   order = 0; // changes when the messages stand in another one
   #stop = new AbortController();
 
@@ -66,7 +68,7 @@ export class Log {
     const onProgress = (part: Progress) => {
       if (part.note) this.notes.push(part.note);
       if (part.blob) {
-        this.blob = part.blob;
+        this.source = { ...this.source, read: part.blob };
         this.size = part.blob.size;
       }
       if (part.rows) this.#append(part.rows, part.file ?? 0, part.start ?? 0);
@@ -87,11 +89,13 @@ export class Log {
   async follow(step: 'begin' | 'more' | 'end', bytes: Bytes = new Uint8Array()) {
     this.isLive = true;
     const { rows } = await this.queue.run('follow', { step, bytes }, { lane: this.lane });
-    this.blob = new Blob([this.blob, bytes]);
-    this.size = this.done = this.blob.size;
+    const read = new Blob([this.source.read, bytes]);
+    this.source = { ...this.source, read };
+    this.size = this.done = read.size;
     if (rows.length > 0) this.#append(rows, 0, 0);
     this.isLive = step !== 'end';
     this.isComplete = !this.isLive;
+    if (this.#isRenumbered) await this.#countMissing(0); // the core knows what was read alone
     return rows.length > 0;
   }
 
@@ -195,7 +199,7 @@ export class Log {
   }
 
   async #bytesAt({ start, size }: Stretch) {
-    return new Uint8Array(await this.blob.slice(start, start + size).arrayBuffer());
+    return new Uint8Array(await sliceOf(this.source, start, start + size).arrayBuffer());
   }
 
   #placeIn(row: number): Stretch {
@@ -208,10 +212,10 @@ export class Log {
     let at = 0;
     for (const [row, { start, size }] of [...this.originals].sort(([, left], [, right]) => left.start - right.start)) {
       const now = this.#placeIn(row);
-      parts.push(this.blob.slice(at, start), this.blob.slice(now.start, now.start + now.size));
+      parts.push(this.source.read.slice(at, start), sliceOf(this.source, now.start, now.start + now.size));
       at = start + size;
     }
-    return new Blob([...parts, this.blob.slice(at, this.size)]);
+    return new Blob([...parts, this.source.read.slice(at)]);
   }
 
   /** The latest message of the same kind in front of this one; -1 when there is none. */
@@ -230,7 +234,7 @@ export class Log {
       offsets[at] = offset[rows[at]];
       sizes[at] = size[rows[at]];
     }
-    return { blob: this.blob, offsets, sizes };
+    return { source: this.source, offsets, sizes };
   }
 
   // A job over some rows, a piece of them after the other, so that the page answers meanwhile. Results come in the order
@@ -270,7 +274,7 @@ export class Log {
 
   /** What the messages of some rows say in a line, with what stands at some paths, and in front of them on their lines. */
   async digests(rows: Rows, paths: string[]) {
-    return (await this.queue.run('digests', { blob: this.blob, places: this.#linePlaces(rows), paths })).digests;
+    return (await this.queue.run('digests', { source: this.source, places: this.#linePlaces(rows), paths })).digests;
   }
 
   // Where messages stand, and where their lines have them: a changed one stands elsewhere.
@@ -301,7 +305,7 @@ export class Log {
 
   /** The messages of some rows as a log. */
   async lines(rows: Rows) {
-    return (await this.queue.run('lines', { blob: this.blob, places: this.#linePlaces(rows) })).lines;
+    return (await this.queue.run('lines', { source: this.source, places: this.#linePlaces(rows) })).lines;
   }
 
   /** The order in which some numbers are to stand so that they rise. */
@@ -318,12 +322,14 @@ export class Log {
   /** Takes other messages for some rows, to be put in their places. A message that is as it was read is that one again. */
   async take(rows: Uint32Array, messages: Blob, sizes: Uint32Array, described: Bytes): Promise<Snapshot> {
     const offsets = new Float64Array(rows.length);
-    for (let at = 0, end = this.blob.size; at < rows.length; end += sizes[at++]) offsets[at] = end;
-    if (rows.length === 1) {
-      const read = this.originals.get(rows[0]) ?? this.#placeIn(rows[0]);
-      if (isSame(await this.#bytesAt(read), new Uint8Array(await messages.arrayBuffer()))) offsets[0] = read.start;
+    const read = this.#readAt(rows[0]);
+    if (rows.length === 1 && isSame(await this.#bytesAt(read), new Uint8Array(await messages.arrayBuffer()))) {
+      offsets[0] = read.start;
+      return { offsets, sizes, described };
     }
-    this.blob = new Blob([this.blob, messages]);
+    const { changed } = this.source;
+    for (let at = 0, end = changesAt + changed.size; at < rows.length; end += sizes[at++]) offsets[at] = end;
+    this.source = { ...this.source, changed: new Blob([changed, messages]) };
     return { offsets, sizes, described };
   }
 
@@ -334,7 +340,7 @@ export class Log {
     await inSlices(rows.length, (from, to) => {
       for (let at = from; at < to; ++at) {
         const row = rows[at];
-        const read = originals.get(row) ?? this.#placeIn(row);
+        const read = this.#readAt(row);
         const old = [columns.sequence[row], columns.hasSequence[row]];
         this.#count(row, -1);
         if (offsets[at] === read.start) originals.delete(row);
@@ -346,6 +352,7 @@ export class Log {
         if (old[0] !== columns.sequence[row] || old[1] !== columns.hasSequence[row]) files.add(columns.file[row]);
       }
     });
+    this.#isRenumbered ||= files.size > 0;
     for (const file of files) await this.#countMissing(file);
   }
 
@@ -362,10 +369,11 @@ export class Log {
   // Which numbers are missing in a file, from its start on.
   async #countMissing(file: number) {
     const { columns, counts } = this;
-    const numbers = new Int32Array(columns.count);
-    const rows = new Uint32Array(columns.count);
+    const { count } = columns; // it may become more
+    const numbers = new Int32Array(count);
+    const rows = new Uint32Array(count);
     let found = 0;
-    await inSlices(columns.count, (from, to) => {
+    await inSlices(count, (from, to) => {
       for (let row = from; row < to; ++row)
         if (columns.file[row] === file && columns.hasSequence[row]) {
           numbers[found] = columns.sequence[row];
@@ -379,7 +387,7 @@ export class Log {
       columns.missing[row] = value;
     };
     let next = 0;
-    await inSlices(columns.count, (from, to) => {
+    await inSlices(count, (from, to) => {
       for (let row = from; row < to; ++row)
         if (columns.file[row] === file) put(row, rows[next] === row && next < found ? missing[next++] : 0);
     });

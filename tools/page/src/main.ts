@@ -68,6 +68,7 @@ class Page {
     this.detail = new Detail(core, catalogue, findingNames, {
       edit: (row, bytes) => this.#edit(row, bytes),
       mendKind: (finding) => this.#mendKind(finding),
+      editing: () => this.live.hold(),
     });
     this.panels = makePanels({
       core,
@@ -83,11 +84,11 @@ class Page {
     this.chooseTab = makeTabs(byId('tabs'), (tab) => {
       if (this.log) this.panels.find((panel) => tab === `${idOf(panel)}Tab`)?.open();
     });
-    const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved, save: () => this.#saveLog() });
+    const mayLeave = makeLeaving({ isSaved: () => this.history.isSaved && this.#isKept, save: () => this.#saveLog() });
     makeOpening(async (files) => (await mayLeave()) && busy(this.#open(files)));
     this.live = new Live(core, {
       mayBegin: mayLeave,
-      begin: (name) => this.#openLive(name),
+      begin: (name, isFile) => this.#openLive(name, isFile),
       bytes: (bytes) => void this.#grow(bytes),
       end: () => busy(this.#endLive()),
       follow: () => this.#chooseNewest(),
@@ -135,9 +136,10 @@ class Page {
     if (log.count === 1) this.#showPane('detail');
   }
 
-  #openLive(name: string) {
+  #openLive(name: string, isFile: boolean) {
     this.log?.cancel();
     const log = new Log(name, [{ name, blob: new Blob() }], this.queue, 'live');
+    if (!isFile) log.keptSize = 0;
     this.log = log;
     this.row = undefined;
     this.history = new History();
@@ -208,11 +210,12 @@ class Page {
     byId('progress').hidden = log.isComplete || log.isLive;
     byId('progressBar').value = log.size > 0 ? Math.min(1, log.done / log.size) : 1;
     byId('progressWords').textContent =
-      log.blob.size > 0
+      log.source.read.size > 0
         ? `${sizeInWords(log.done)} of ${sizeInWords(log.size)}, ${counted(log.count, 'message')}`
         : `${sizeInWords(log.done)} unpacked`;
     this.#showName(log);
     this.#showSummary(log);
+    this.#showHistory();
     this.filters.refresh();
     for (const panel of this.panels) panel.refresh();
     byId('overview').hidden = log.count < 2;
@@ -264,7 +267,6 @@ class Page {
   async #change(rows: Uint32Array, messages: Blob, sizes: Uint32Array, described: Bytes) {
     const { log } = this;
     if (!log) return;
-    if (log.isLive) return announce('It goes on: stop it before you change its messages.', true);
     const before = log.snapshot(rows);
     const after = await log.take(rows, messages, sizes, described);
     this.history.add({ rows, before, after });
@@ -284,6 +286,7 @@ class Page {
   async #put(rows: Uint32Array, messages: Snapshot) {
     const { log } = this;
     if (!log) return;
+    this.live.hold(); // what was changed stays in sight
     await log.put(rows, messages);
     this.#showHistory();
     await this.filters.update(rows);
@@ -295,12 +298,17 @@ class Page {
     await Promise.all([...panels, shown]);
   }
 
+  // Whether what was read is there elsewhere too.
+  get #isKept() {
+    return !this.log || this.log.size <= this.log.keptSize;
+  }
+
   #showHistory() {
     const { canUndo, canRedo, isSaved } = this.history;
     byId('undoEdit').hidden = byId('redoEdit').hidden = !canUndo && !canRedo;
     byId('undoEdit').disabled = !canUndo;
     byId('redoEdit').disabled = !canRedo;
-    byId('saveLog').hidden = isSaved && !canUndo;
+    byId('saveLog').hidden = isSaved && !canUndo && this.#isKept;
   }
 
   async #undo() {
@@ -329,8 +337,9 @@ class Page {
   #saveLog() {
     const { log } = this;
     if (!log) return;
-    saveBlob(log.whole(), log.files.length === 1 ? log.name : 'log.txt');
+    saveBlob(log.whole(), log.files.length === 1 ? log.name.replaceAll(/[\\/:*?"<>|]+/g, '-') : 'log.txt');
     this.history.noteSaved();
+    if (!this.#isKept) log.keptSize = log.size;
     this.#showHistory();
   }
 

@@ -4,6 +4,7 @@
 import type { Bytes, LinePlace, NamedBlob } from './types.ts';
 import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
+import { sliceOf, type Source } from './source.ts';
 import { plainBlob } from './unpacking.ts';
 
 const blockSize = 2 << 20;
@@ -14,7 +15,8 @@ const longestHead = 200; // bytes of a line in front of a message that are looke
 let core: Core;
 const cancelled = new Set<number>(); // jobs
 
-const bytesIn = async (blob: Blob, start: number, end: number) => new Uint8Array(await blob.slice(start, end).arrayBuffer());
+const bytesOf = async (blob: Blob) => new Uint8Array(await blob.arrayBuffer());
+const bytesIn = (source: Source, start: number, end: number) => bytesOf(sliceOf(source, start, end));
 
 /** What the page is told while a job goes on. */
 export interface Progress {
@@ -39,9 +41,9 @@ function goOn(job: number) {
 
 // Messages in another form become a log of messages, one a line.
 async function asLog(blob: Blob) {
-  if (!core.isForm(await bytesIn(blob, 0, 65536))) return blob;
+  if (!core.isForm(await bytesOf(blob.slice(0, 65536)))) return blob;
   if (blob.size > largestForms) throw new Error('A file of messages as JSON or in words can have 64 MB at most.');
-  const made = core.readForms(await bytesIn(blob, 0, blob.size));
+  const made = core.readForms(await bytesOf(blob));
   if (made.error !== undefined) throw new Error(made.error);
   return new Blob([made.bytes]);
 }
@@ -78,7 +80,7 @@ interface Job {
 
 // Some messages of the log, in order.
 interface Messages extends Job {
-  blob: Blob;
+  source: Source;
   offsets: Float64Array;
   sizes: Uint32Array;
 }
@@ -91,7 +93,7 @@ const jobs = {
       core.beginLog();
       for (let at = start; at < ends[file]; at += blockSize) {
         const end = Math.min(ends[file], at + blockSize);
-        const block = await bytesIn(blob, at, end);
+        const block = await bytesOf(blob.slice(at, end));
         goOn(job); // the core reads one log at a time: a newer one may have begun
         const rows = core.takeLog(block);
         tellPage({ job, rows, file, start, done: end }, [rows.buffer]);
@@ -110,11 +112,11 @@ const jobs = {
   },
 
   // Which messages hold some bytes, letter case not counting. Bytes are compared as the characters of one-byte text.
-  async search({ job, blob, offsets, sizes, words }: Messages & { words: string }) {
+  async search({ job, source, offsets, sizes, words }: Messages & { words: string }) {
     const oneByte = new TextDecoder('latin1');
     const wanted = oneByte.decode(new TextEncoder().encode(words)).toLowerCase();
     const isFound = new Uint8Array(offsets.length);
-    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+    await eachBlock(job, source, offsets, sizes, (block, start, first, last) => {
       const text = oneByte.decode(block).toLowerCase();
       let row = first;
       for (let at = text.indexOf(wanted); at >= 0; at = text.indexOf(wanted, at + 1)) {
@@ -128,9 +130,9 @@ const jobs = {
   },
 
   // The numbers at some paths of messages.
-  async series({ job, blob, offsets, sizes, paths }: Messages & { paths: string[] }) {
+  async series({ job, source, offsets, sizes, paths }: Messages & { paths: string[] }) {
     const numbers = new Float64Array(offsets.length * paths.length);
-    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+    await eachBlock(job, source, offsets, sizes, (block, start, first, last) => {
       core.chooseSeries(paths);
       numbers.set(core.takeSeries(placesIn(offsets, sizes, start, first, last), block), first * paths.length);
     });
@@ -138,9 +140,9 @@ const jobs = {
   },
 
   // Which messages a condition chooses.
-  async where({ job, blob, offsets, sizes, expression }: Messages & { expression: string }) {
+  async where({ job, source, offsets, sizes, expression }: Messages & { expression: string }) {
     const isFound = new Uint8Array(offsets.length);
-    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+    await eachBlock(job, source, offsets, sizes, (block, start, first, last) => {
       const { error } = core.chooseWhere(expression);
       if (!error) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
     });
@@ -148,11 +150,11 @@ const jobs = {
   },
 
   // Messages with all that is certain done about a finding: which ones are others then, and what the core says of those.
-  async mend({ job, blob, offsets, sizes, finding }: Messages & { finding: number }) {
+  async mend({ job, source, offsets, sizes, finding }: Messages & { finding: number }) {
     const changed: number[] = [];
     const made: Bytes[] = [];
     const rows: Bytes[] = [];
-    await eachBlock(job, blob, offsets, sizes, (block, start, first, last) => {
+    await eachBlock(job, source, offsets, sizes, (block, start, first, last) => {
       for (let at = first; at < last; ++at) {
         const message = block.subarray(offsets[at] - start, offsets[at] - start + sizes[at]);
         const mended = core.mendKind(message, finding);
@@ -167,23 +169,23 @@ const jobs = {
   },
 
   // Some messages with what stands in front of them on their lines, as a log.
-  async lines({ job, blob, places }: Job & { blob: Blob; places: LinePlace[] }) {
+  async lines({ job, source, places }: Job & { source: Source; places: LinePlace[] }) {
     const parts: BlobPart[] = [];
     for (const [at, { start, size, lineAt }] of places.entries()) {
-      const head = await bytesIn(blob, Math.max(0, lineAt - longestHead), lineAt);
+      const head = await bytesIn(source, Math.max(0, lineAt - longestHead), lineAt);
       goOn(job);
-      parts.push(head.subarray(head.lastIndexOf(0x0a) + 1), blob.slice(start, start + size), '\n');
+      parts.push(head.subarray(head.lastIndexOf(0x0a) + 1), sliceOf(source, start, start + size), '\n');
       if (at % 1000 === 0) tellPage({ job, share: at / places.length });
     }
     return { lines: new Blob(parts) };
   },
 
   // What some messages say in a line, and what stands in front of each on its line.
-  async digests({ blob, places, paths }: Job & { blob: Blob; places: LinePlace[]; paths: string[] }) {
+  async digests({ source, places, paths }: Job & { source: Source; places: LinePlace[]; paths: string[] }) {
     const digests = places.map(async ({ start, size, lineAt, after }) => {
       const [message, head] = await Promise.all([
-        bytesIn(blob, start, start + size),
-        bytesIn(blob, Math.max(after, lineAt - longestBetween), lineAt),
+        bytesIn(source, start, start + size),
+        bytesIn(source, Math.max(after, lineAt - longestBetween), lineAt),
       ]);
       const line = head.subarray(head.lastIndexOf(0x0a) + 1);
       const between = linesBetween(head, after === 0).length;
@@ -210,14 +212,14 @@ function placesIn(offsets: Float64Array, sizes: Uint32Array, start: number, firs
 }
 
 // Calls take(bytes, their place, first message, behind the last one) with stretches that hold whole messages in their
-// order: changed ones stand behind all others.
+// order: changed ones stand in a blob of their own.
 type Take = (block: Bytes, start: number, first: number, last: number) => void;
-async function eachBlock(job: number, blob: Blob, offsets: Float64Array, sizes: Uint32Array, take: Take) {
+async function eachBlock(job: number, source: Source, offsets: Float64Array, sizes: Uint32Array, take: Take) {
   for (let first = 0; first < offsets.length;) {
     const start = offsets[first];
     let last = first + 1;
     while (last < offsets.length && offsets[last] >= offsets[last - 1] && offsets[last] + sizes[last] - start <= blockSize) ++last;
-    const block = await bytesIn(blob, start, offsets[last - 1] + sizes[last - 1]);
+    const block = await bytesIn(source, start, offsets[last - 1] + sizes[last - 1]);
     goOn(job);
     take(block, start, first, last);
     tellPage({ job, share: last / offsets.length });
