@@ -58,7 +58,7 @@ export abstract class RowJob {
 
   /** Goes on to the last row that there is; onMore is called with each stretch. */
   run(onMore?: () => void) {
-    return (this.#running ??= this.#goOn(onMore));
+    return (this.#running ??= this.#goOn(onMore).finally(() => (this.#running = undefined)));
   }
 
   async #goOn(onMore?: () => void) {
@@ -78,7 +78,6 @@ export abstract class RowJob {
     } catch (error) {
       if (!(error instanceof Cancelled)) throw error;
     } finally {
-      this.#running = undefined;
       tasks.delete(this);
     }
   }
