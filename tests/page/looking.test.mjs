@@ -101,6 +101,18 @@ test('filters are those of --where, each a chip; the address opens the same view
       await page.waitForSelector('#whereProblem:not(:empty)');
       assert.equal(await page.locator('.chip').count(), 0, wrong);
     }
+    // What is wrong is underlined as it is typed, where it stands, and gone when it is mended.
+    await page.fill('#filterWhere', '');
+    await page.locator('#filterWhere').pressSequentially('MEDIA_NAME and focus');
+    await page.waitForSelector('#whereMarks .wrong-error:has-text("focus")');
+    const [mark, field] = await Promise.all(['#whereMarks .wrong-error', '#filterWhere'].map((one) => page.locator(one).boundingBox()));
+    const letter = mark.width / 5;
+    assert.ok(Math.abs(mark.x - field.x - 15 * letter) < 2 * letter, `${mark.x} in ${field.x}`);
+    await page.press('#filterWhere', 'ArrowDown');
+    await page.press('#filterWhere', 'Enter');
+    assert.equal(await page.inputValue('#filterWhere'), 'MEDIA_NAME and FOCUS_VALUE');
+    await page.waitForSelector('#whereMarks .wrong-error', { state: 'detached' });
+    assert.equal(await page.textContent('#whereProblem'), '');
     await add(page, first);
     await counts(page, asTool(first));
     assert.equal(await page.textContent('#whereProblem'), '');

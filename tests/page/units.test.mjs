@@ -41,3 +41,28 @@ test('which way a message went is what its line says', async () => {
   };
   for (const [head, direction] of Object.entries(cases)) assert.equal(directionIn(head), direction, head);
 });
+
+test('what can stand next in a condition is offered at its place', async () => {
+  const { charactersAt, offersAt } = await sourceModule('condition');
+  const keys = [
+    { path: 'MSGS[*]', holds: 'text' },
+    { path: 'LIST[*].TYPE', holds: 'name', names: ['film', 'plate'] },
+    { path: 'IS_SPOT', holds: 'boolean' },
+  ];
+  const cases = {
+    'ms|': 'MSGS[*]',
+    'not (ty|': 'LIST[*].TYPE',
+    'MSGS[*] ~ a and is|_S': 'IS_SPOT LIST[*].TYPE',
+    'LIST[12].TYPE = |': 'film plate',
+    'LIST[*].TYPE != pl|': 'plate',
+    'IS_SPOT = f|': 'FALSE',
+    'MSGS[*] ~ m|': '',
+    'IS_SPOT |': '',
+    'x or @e|': '@echo',
+  };
+  for (const [at, words] of Object.entries(cases)) {
+    const caret = at.indexOf('|');
+    assert.equal(offersAt(at.replace('|', ''), caret, keys).words.join(' '), words, at);
+  }
+  assert.deepEqual(charactersAt('A = \u00fc\ud83d\ude00 x', { start: 11, end: 12 }), { start: 8, end: 9 });
+});

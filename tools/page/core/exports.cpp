@@ -12,6 +12,7 @@
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/utf16.hpp"
+#include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
 #include <memory>
@@ -272,12 +273,14 @@ std::int32_t pageUtf16Take(std::size_t size) {
     return 1;
 }
 
-/// Chooses messages by their values; 0 with the reason when it is no condition.
+/// Chooses messages by their values; 0 when it is no condition, with the first and the last end of what is wrong in it,
+/// and why, on a line each.
 std::int32_t pageWhereChoose(std::size_t size) {
     const std::string_view text = exchange.take(size);
     expression_t chosen;
     if (const std::optional<expressionError_t> error = chosen.read(text))
-        return refuse(error->inText(text));
+        return refuse(
+            joined({std::to_string(error->place.start), "\n", std::to_string(error->place.end), "\n", error->words}));
     where = std::move(chosen);
     return 1;
 }

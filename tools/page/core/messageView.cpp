@@ -99,14 +99,12 @@ void writeNode(jsonAppender_t &json, fieldTable_t &fields, const tree_t &tree, c
     json.close('}');
 }
 
-// The paths of a record's single numbers, also in the records that it nests.
-void writeNumbers(jsonAppender_t &json, const recordSchema_t &record, const std::string &before) {
+// The paths of a record's values, also in the records that it nests; [*] is any element of a list.
+void writePaths(jsonAppender_t &json, const recordSchema_t &record, const std::string &before) {
     for (const fieldSchema_t &field : record.fields) {
-        std::string path = before + std::string(field.key);
-        if (field.isList() || field.kind == fieldKind_t::text || field.kind == fieldKind_t::text16)
-            continue;
+        std::string path = joined({before, field.key, field.isList() ? "[*]" : ""});
         if (field.record() != nullptr) {
-            writeNumbers(json, *field.record(), path + '.');
+            writePaths(json, *field.record(), path + '.');
             continue;
         }
         json.open('{');
@@ -166,9 +164,9 @@ void appendKinds(std::string &out) {
             json.member("constant", message.constant);
             json.member("name", message.record->name);
             json.member("about", message.record->about);
-            json.name("numbers");
+            json.name("keys");
             json.open('[');
-            writeNumbers(json, *message.record, "");
+            writePaths(json, *message.record, "");
             json.close(']');
         }
         json.close('}');

@@ -19,8 +19,8 @@ void appendView(std::string &out, const inspect::tree_t &tree);
 /// in their order.
 void appendAddable(std::string &out, const inspect::tree_t &tree, std::size_t node);
 
-/// What messages there are as a JSON array: id, constant, name, about, and "numbers", the paths of what can be plotted
-/// with what stands there: "integer", "real", "boolean" or "name", which has its names.
+/// What messages there are as a JSON array: id, constant, name, about, and "keys", the paths of their values with what
+/// stands there, and its names where it has some; [*] is any element of a list.
 void appendKinds(std::string &out);
 
 /// The differences of two messages as a JSON array: path, left, right; a side that is not there is left out.

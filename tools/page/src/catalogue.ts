@@ -1,6 +1,6 @@
 // The catalogue: what the page knows of each id without a message of it.
 
-import type { Holds, Kind, NumberKey } from './types.ts';
+import type { Holds, Kind, KindKey } from './types.ts';
 
 const numeric = new Set<Holds | undefined>(['integer', 'real', 'boolean', 'name']);
 
@@ -26,7 +26,12 @@ export class Catalogue {
   }
 
   /** The paths of a message's single numbers, with what they hold and its names. */
-  numbers(id: number): NumberKey[] {
-    return this.#kinds.get(id)?.numbers ?? [];
+  numbers(id: number) {
+    return this.keys(id).filter(({ path, holds }) => isNumeric(holds) && !path.includes('['));
+  }
+
+  /** The paths of all its values. */
+  keys(id: number): KindKey[] {
+    return this.#kinds.get(id)?.keys ?? [];
   }
 }

@@ -1,5 +1,5 @@
 // The inspection core: the calls of core/exports.cpp. An instance serves one thread.
-import type { Bytes, Difference, Digest, Field, Form, Kind, Made } from './types.ts';
+import type { Bytes, Difference, Digest, Field, Form, Kind, Made, Place } from './types.ts';
 import type { CoreView, View } from './viewing.ts';
 import { bytesOf, shownText } from './bytes.ts';
 import { viewed } from './viewing.ts';
@@ -173,9 +173,12 @@ export class Core {
   takeUtf16(block: Bytes) {
     return this.#call('pageUtf16Take', [block]).bytes;
   }
-  /** Chooses messages by a condition as the command line's --where takes it; says what is wrong with it. */
-  chooseWhere(expression: string) {
-    return this.#message('pageWhereChoose', [bytesOf(expression)]);
+  /** Chooses messages by a condition as the command line's --where takes it; says what is wrong with it, and where. */
+  chooseWhere(expression: string): (Place & { words: string }) | undefined {
+    const { isGood, bytes } = this.#call('pageWhereChoose', [bytesOf(expression)]);
+    if (isGood) return undefined;
+    const [start, end, ...words] = shownText(bytes).split('\n');
+    return { start: Number(start), end: Number(end), words: words.join('\n') };
   }
   takeWhere(places: Uint32Array<ArrayBuffer>, block: Bytes) {
     return this.#call('pageWhereTake', [new Uint8Array(places.buffer, 0, places.byteLength), block]).bytes;

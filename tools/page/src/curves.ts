@@ -1,7 +1,7 @@
 // What a plot draws: the numbers at a key of the log's messages, and what of them is drawn of a stretch of any length.
 import type { Log } from './log.ts';
 import { RowJob } from './rowJob.ts';
-import type { Holds, NumberKey, Place, Range } from './types.ts';
+import type { Holds, KindKey, Place, Range } from './types.ts';
 import { inSlices } from './elements.ts';
 import { firstWhere, lowerBound } from './search.ts';
 
@@ -37,7 +37,7 @@ export class Curve extends RowJob {
   at = new Uint32Array();
 
   /** number: { id, path, holds, names } of the catalogue. */
-  constructor(log: Log, number: NumberKey & { id: number }) {
+  constructor(log: Log, number: KindKey & { id: number }) {
     super(log, number.path);
     Object.assign(this, number);
   }

@@ -6,6 +6,7 @@ import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Range } from './types.ts';
 import { busy, byId, element, inSlices, oneByOne, option, seldom, setOptions } from './elements.ts';
+import { ConditionField } from './conditionField.ts';
 import { Matches } from './matches.ts';
 import { RowSearch } from './rowSearch.ts';
 import { saveBlob } from './saving.ts';
@@ -34,7 +35,7 @@ export class Filters {
   #words = byId('filterWords');
   #kind = byId('filterKind');
   #problem = byId('filterProblem');
-  #where = byId('filterWhere');
+  #where: ConditionField;
   #conditions: string[] = []; // on values, as the command line takes them
   #off = new Set<string>(); // the chips that are switched off
   #range?: Range; // of the time line
@@ -48,7 +49,7 @@ export class Filters {
   #matches = new Matches();
 
   constructor(
-    private readonly core: CoreCalls,
+    core: CoreCalls,
     private readonly catalogue: Catalogue,
     private readonly findingNames: string[],
     private readonly on: {
@@ -59,6 +60,7 @@ export class Filters {
       stretch: (range: Range | undefined) => void;
     },
   ) {
+    this.#where = new ConditionField(core, () => this.#keys());
     makeViews(
       (address) => this.#show(new URLSearchParams(address)),
       () => this.#asAddress(),
@@ -77,8 +79,10 @@ export class Filters {
     byId('savePassing').addEventListener('click', () => busy(this.#save()));
   }
 
-  get controls() {
-    return [this.#words, this.#kind, this.#problem, this.#where];
+  // Those of the kinds that there are most of first.
+  #keys() {
+    const kinds = [...this.log.kinds].sort(([, left], [, right]) => right - left);
+    return kinds.flatMap(([id]) => this.catalogue.keys(id));
   }
 
   reset(log: Log) {
@@ -107,8 +111,8 @@ export class Filters {
   }
 
   #empty() {
-    for (const control of this.controls) control.value = '';
-    byId('whereProblem').textContent = '';
+    for (const control of [this.#words, this.#kind, this.#problem]) control.value = '';
+    this.#where.text = '';
     this.#conditions = [];
     this.#off.clear();
   }
@@ -141,12 +145,9 @@ export class Filters {
   }
 
   async #addCondition() {
-    const text = this.#where.value.trim();
-    const error = text === '' ? undefined : (await this.core.chooseWhere(text)).error;
-    byId('whereProblem').replaceChildren(...shown(error ?? ''));
-    this.#where.setAttribute('aria-invalid', String(error !== undefined));
-    if (error !== undefined || text === '') return;
-    this.#where.value = '';
+    const { text } = this.#where;
+    if (!(await this.#where.judge()) || text === '') return;
+    this.#where.text = '';
     if (!this.#conditions.includes(text)) this.#conditions.push(text);
     await this.#applyAnew();
   }

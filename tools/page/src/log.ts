@@ -5,7 +5,7 @@ import { isSame, linesBetween } from './bytes.ts';
 import { Columns } from './columns.ts';
 import type { Lane, Queue } from './queue.ts';
 import { changesAt, sliceOf, type Source } from './source.ts';
-import { Cancelled } from './reader.ts';
+import { Cancelled } from './cancelled.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
 import type { Progress } from './worker.ts';
 

@@ -6,7 +6,7 @@ import { onColourChange } from './colours.ts';
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import { Panel, type Parts } from './panel.ts';
-import type { NumberKey, Range } from './types.ts';
+import type { KindKey, Range } from './types.ts';
 import { chartOptions, type Drawing } from './plotChart.ts';
 import { plotCsv, plotPng, plotSvg } from './plotSaving.ts';
 import { saveBlob } from './saving.ts';
@@ -19,7 +19,7 @@ const savedKinds = ['Png', 'Svg', 'Csv'] as const;
 
 const inSeconds = (from: number, to: number): Range => [from / 1e6, to / 1e6];
 
-type Key = NumberKey & { id: number; label: string };
+type Key = KindKey & { id: number; label: string };
 
 export class Plot extends Panel {
   static override id = 'plot';

@@ -1,4 +1,5 @@
 // The page's side of a worker: jobs side by side, each a promise.
+import { Cancelled } from './cancelled.ts';
 import type { Core } from './core.ts';
 import type { Bytes } from './types.ts';
 import type { Jobs, Progress } from './worker.ts';
@@ -31,8 +32,6 @@ export type CoreCalls = {
 interface TrustedTypes {
   createPolicy(name: string, rules: { createScriptURL: (url: string) => string }): { createScriptURL(url: string): unknown };
 }
-
-export class Cancelled extends Error {}
 
 // Scripts are only run from texts that this policy makes; there is one.
 const policy = (globalThis as { trustedTypes?: TrustedTypes }).trustedTypes?.createPolicy('page', {

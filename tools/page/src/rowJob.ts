@@ -1,7 +1,7 @@
 // What is asked of all messages of a log, be it still read or going on: known of its first rows, and asked of the others
 // as they come, a stretch after the other.
 import type { Log } from './log.ts';
-import { Cancelled } from './reader.ts';
+import { Cancelled } from './cancelled.ts';
 
 const atOnce = 200_000; // rows
 

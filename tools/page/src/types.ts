@@ -43,8 +43,8 @@ export interface Field {
   names?: string[];
 }
 
-/** A key that can be plotted. */
-export interface NumberKey {
+/** The path of a value that messages of a kind may have; [*] is any element of a list. */
+export interface KindKey {
   path: string;
   holds: Holds;
   names?: string[];
@@ -56,7 +56,7 @@ export interface Kind {
   constant?: string;
   name?: string;
   about?: string;
-  numbers?: NumberKey[];
+  keys?: KindKey[];
 }
 
 /** A message that was made, or why there is none. */

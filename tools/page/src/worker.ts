@@ -143,8 +143,7 @@ const jobs = {
   async where({ job, source, offsets, sizes, expression }: Messages & { expression: string }) {
     const isFound = new Uint8Array(offsets.length);
     await eachBlock(job, source, offsets, sizes, (block, start, first, last) => {
-      const { error } = core.chooseWhere(expression);
-      if (!error) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
+      if (!core.chooseWhere(expression)) isFound.set(core.takeWhere(placesIn(offsets, sizes, start, first, last), block), first);
     });
     return { isFound };
   },
