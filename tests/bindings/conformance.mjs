@@ -100,6 +100,15 @@ assert.ok(found.every((one) => whole.subarray(one.offset, one.offset + one.sourc
 assert.equal(found.filter((one) => one.problems.length > 0).length, 1);
 await assert.rejects(async () => vek.messages(['text']).next(), TypeError);
 
+// The inspector's calls are of the same module, and read the same.
+const { inspector } = vek;
+for (const { source, problems } of found) {
+  assert.equal(inspector.view(source).problems?.length ?? 0, problems.length);
+  const [remedy] = inspector.remedies(source);
+  assert.equal(remedy === undefined, problems.length === 0);
+  if (remedy) assert.equal(vek.check(inspector.mend(source, remedy.problem)).length, problems.length - 1);
+}
+
 const speed = (all, work) => {
   for (let i = 0; i < 200; ++i) all.forEach(work); // until it is compiled
   const started = process.hrtime.bigint();

@@ -1,5 +1,6 @@
 // What a user's compiler has to accept, and what it has to refuse.
-import { DeviceStatus, FocusValue, JobPort, Media, MediaType, MessageError, messages, parse, parseAs } from 'vekparams2ascii';
+import { DeviceStatus, FocusValue, inspector, JobPort, Media, MediaType, MessageError, messages, parse, parseAs } from 'vekparams2ascii';
+import type { Remedy } from 'vekparams2ascii/inspector';
 
 const focus: FocusValue = parseAs(FocusValue, '', { damaged: true });
 focus.focusValue += 1;
@@ -10,6 +11,7 @@ export async function told(log: ReadableStream<Uint8Array>): Promise<string[]> {
   for await (const found of messages(log)) if (found.message instanceof DeviceStatus) words.push(...found.message.msgs);
   return words;
 }
+export const remedies: Remedy[] = inspector.remedies(focus.toBytes());
 export const where = (error: unknown) => (error instanceof MessageError ? error.problems.map((one) => one.start) : []);
 // @ts-expect-error a text is no real
 focus.focusValue = 'high';

@@ -4,7 +4,7 @@ import { readFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 
 const root = new URL('../..', import.meta.url).pathname;
-const core = `${root}build/page/tools/page/pageCore.wasm`;
+const core = `${root}build/page/tools/bindings/vekBindings.wasm`;
 const made = `${root}build/page/dev.html`;
 const port = Number(process.env.PORT ?? 8000);
 

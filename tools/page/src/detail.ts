@@ -1,6 +1,6 @@
 // One message: its tree, its text in every form, its problems; changing, sealing, copying and saving it.
 import type { Catalogue } from './catalogue.ts';
-import type { AddableKey } from './core.ts';
+import type { AddableKey } from 'vekparams2ascii/inspector';
 import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Bytes, Form, Made, Problem } from './types.ts';

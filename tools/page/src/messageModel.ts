@@ -74,7 +74,7 @@ export class MessageModel {
   #tree: Parameters<typeof innermostAt>[0];
 
   static async of(core: CoreCalls, bytes: Bytes) {
-    return new MessageModel(bytes, await core.view(bytes));
+    return new MessageModel(bytes, await core.shown(bytes));
   }
 
   constructor(

@@ -1,7 +1,7 @@
 // What was found in a message, each with its place; choosing one goes there. A list of any length: it stands there in
 // pieces, of which only those in sight are drawn.
 import type { MessageModel } from './messageModel.ts';
-import type { Remedy } from './core.ts';
+import type { Remedy } from 'vekparams2ascii/inspector';
 import type { Problem } from './types.ts';
 import { byId, element } from './elements.ts';
 import { shown } from './signs.ts';

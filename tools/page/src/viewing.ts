@@ -1,5 +1,6 @@
 // What the page shows of a message, made in the worker so that the page is not kept by a message of any length: the
 // core's view of it in tables, and of each byte what it is part of and how bad that is.
+import type { View as CoreView } from 'vekparams2ascii/inspector';
 import type { Bytes, Field, Holds, Place, Problem, Severity, Use } from './types.ts';
 import { firstWhere } from './search.ts';
 import { packed, type Packed } from './table.ts';
@@ -25,20 +26,6 @@ const nodeColumns = [
   'wholeEnd',
 ] as const;
 const problemColumns = ['code', 'severity', 'path', 'message', 'consequence', 'suggestion', 'start', 'end', 'node'] as const;
-
-/** What the core says of a message. */
-export interface CoreView {
-  id?: number;
-  name?: string;
-  echo?: number;
-  seq?: number;
-  length?: number;
-  envelope: Record<string, Place>;
-  fields: Field[];
-  nodes: { path: string; use: Use; parent?: number; value?: Place; whole: Place }[];
-  more: { field?: number; depth: number; element?: boolean; count?: number; value?: string }[];
-  problems?: Omit<Problem, 'node'>[];
-}
 
 type NodeRow = CoreView['more'][number] &
   Place & {

@@ -1,6 +1,7 @@
 // The worker: reads logs block by block, searches them, takes the numbers of plots from them, and answers the calls of
 // the core. Jobs run side by side, and calls are answered between their blocks. It never holds more of a log than a
 // block and what the core keeps of a message that has no end yet.
+import { loadLibrary } from 'vekparams2ascii/library';
 import type { Bytes, LinePlace, NamedBlob } from './types.ts';
 import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
@@ -244,7 +245,7 @@ const started = new Promise<void>((resolve) => (isStarted = resolve));
 type Asked = { kind: 'start'; wasm: Bytes } | { kind: 'cancel'; job: number } | (Job & { kind: keyof Jobs });
 onmessage = async ({ data }: MessageEvent<Asked>) => {
   if (data.kind === 'start') {
-    core = await Core.load(data.wasm);
+    core = new Core(await loadLibrary(data.wasm));
     isStarted();
   } else if (data.kind === 'cancel') {
     cancelled.add(data.job);

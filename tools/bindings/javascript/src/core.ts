@@ -1,30 +1,8 @@
 // The library as WebAssembly, and what its calls say. It is loaded with the module.
 
-interface Library {
-  memory: WebAssembly.Memory;
-  _initialize?: () => void;
-  malloc: (size: number) => number;
-  free: (at: number) => void;
-  vekBindingsRead: Call;
-  vekBindingsWrite: Call;
-  vekBindingsOpenLog: () => number;
-  vekBindingsTakeLog: (log: number, block: number, size: number) => number;
-  vekBindingsFound: (log: number) => number;
-  vekBindingsCloseLog: (log: number) => void;
-}
-type Call = (text: number, size: number, buffer: number, room: number) => number;
-
-/** A problem as the library says it. */
-export interface FoundProblem {
-  severity: 'error' | 'warning';
-  code: string;
-  path: string;
-  start: number;
-  end: number;
-  message: string;
-  consequence: string;
-  suggestion: string;
-}
+import type { Bytes } from './bytes.js';
+import type { FoundProblem } from './inspector.js';
+import { loadLibrary, type Call } from './library.js';
 
 /** A message as the library says it. */
 export interface Found {
@@ -82,25 +60,15 @@ export class MessageError extends Error {
   }
 }
 
-async function wasm(): Promise<BufferSource> {
+async function wasm(): Promise<Bytes> {
   const at = new URL('./vekBindings.wasm', import.meta.url);
-  if (at.protocol !== 'file:') return (await fetch(at)).arrayBuffer();
+  if (at.protocol !== 'file:') return new Uint8Array(await (await fetch(at)).arrayBuffer());
   const files = 'node:fs/promises'; // of node, whose types a page has not
-  const { readFile } = (await import(files)) as { readFile: (file: URL) => Promise<Uint8Array<ArrayBuffer>> };
+  const { readFile } = (await import(files)) as { readFile: (file: URL) => Promise<Bytes> };
   return readFile(at);
 }
 
-// What a module without a system asks of one: nothing of it is of use.
-function systemCalls(module: WebAssembly.Module): WebAssembly.Imports {
-  const imports: WebAssembly.Imports = {};
-  for (const { module: from, name } of WebAssembly.Module.imports(module)) (imports[from] ??= {})[name] = () => 0;
-  return imports;
-}
-
-const module = await WebAssembly.compile(await wasm());
-const library = (await WebAssembly.instantiate(module, systemCalls(module))).exports as unknown as Library;
-library._initialize?.();
-
+export const library = await loadLibrary(await wasm());
 const encoder = new TextEncoder();
 const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
 let room = 1 << 16;
@@ -165,40 +133,4 @@ export class Scanner {
     library.vekBindingsCloseLog(this.#log);
     this.#log = 0;
   }
-}
-
-const firstByte = 0xef80,
-  lastByte = 0xefff;
-const strict = new TextDecoder('utf-8', { fatal: true, ignoreBOM: true });
-const isByte = (character: string) => character.charCodeAt(0) >= firstByte && character.charCodeAt(0) <= lastByte;
-
-/** The bytes of a text, in which those that are no UTF-8 are the characters U+EF80 to U+EFFF. */
-export function bytesOf(text: string): Uint8Array {
-  if (!/[\uef80-\uefff]/.test(text)) return encoder.encode(text);
-  return Uint8Array.from([...text].flatMap((one) => (isByte(one) ? [one.charCodeAt(0) & 0xff] : [...encoder.encode(one)])));
-}
-
-/** The text of such bytes. */
-export function textOf(bytes: Uint8Array): string {
-  try {
-    const whole = strict.decode(bytes);
-    if (!/[\uef80-\uefff]/.test(whole)) return whole;
-  } catch {
-    // byte by byte
-  }
-  let text = '';
-  for (let at = 0; at < bytes.length;) {
-    const first = bytes[at] ?? 0;
-    const size = first < 0x80 ? 1 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
-    let one = '';
-    try {
-      one = strict.decode(bytes.subarray(at, at + size));
-    } catch {
-      // the sequence is unsound, or cut off
-    }
-    const isSound = one !== '' && !isByte(one);
-    text += isSound ? one : String.fromCharCode(0xef00 | first);
-    at += isSound ? size : 1;
-  }
-  return text;
 }

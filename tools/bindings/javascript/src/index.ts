@@ -1,11 +1,17 @@
 // Messages of laser exposure devices: read, written, checked, and found in logs.
-import { bytesOf, MessageError, problemsOf, read, Scanner, type Found, type Problem } from './core.js';
+import { bytesOf } from './bytes.js';
+import { library, MessageError, problemsOf, read, Scanner, type Found, type Problem } from './core.js';
+import { Inspector } from './inspector.js';
 import { messageClasses } from './messages.js';
 import { readInto, type Message } from './record.js';
 
 export { MessageError, Problem } from './core.js';
+export { Inspector } from './inspector.js';
 export { Message, Record, type Field, type Values } from './record.js';
 export * from './messages.js';
+
+/** What people see of a message and may do to it: trees, forms, remedies, conditions; nothing of the classes. */
+export const inspector = new Inspector(library);
 
 function made(found: Found, problems: readonly Problem[]): Message {
   const kind = messageClasses.get(found.id ?? 0);

@@ -1,5 +1,6 @@
 // What the classes of messages have in common: reading, writing, comparing.
-import { MessageError, textOf, write, type Problem } from './core.js';
+import { textOf } from './bytes.js';
+import { MessageError, write, type Problem } from './core.js';
 
 /** A member as its class describes it. */
 export interface Field {
