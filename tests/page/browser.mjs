@@ -1,4 +1,8 @@
 // The page in a real browser, as people open it: from disk.
+import { mkdtemp, readdir, readFile, rm } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { setTimeout as delay } from 'node:timers/promises';
 import { chromium } from '../../tools/page/node_modules/playwright-core/index.mjs';
 import firefoxDriver from '../../tools/page/node_modules/playwright-firefox/index.mjs';
 
@@ -20,37 +24,59 @@ const flags = [
 /** The tests run in Chromium, or in the browser that VEK_BROWSER names: firefox. */
 export const isFirefox = process.env.VEK_BROWSER === 'firefox';
 
-// Debian's Firefox takes commands that newer drivers don't speak any more: it has one of its own.
-const launch = () =>
-  isFirefox
-    ? firefoxDriver.firefox.launch({ channel: 'moz-firefox', executablePath: '/usr/bin/firefox-esr' })
-    : chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
+// Debian's Firefox takes commands that newer drivers don't speak any more: it has one of its own, which can't tell it how
+// to show pages, nor fetch what is downloaded.
+const launchFirefox = ({ colorScheme, forcedColors, reducedMotion }, downloads) =>
+  firefoxDriver.firefox.launch({
+    channel: 'moz-firefox',
+    executablePath: '/usr/bin/firefox-esr',
+    firefoxUserPrefs: {
+      'layout.css.prefers-color-scheme.content-override': colorScheme === 'dark' ? 0 : 1,
+      'browser.display.document_color_use': forcedColors === 'active' ? 2 : 1,
+      'ui.prefersReducedMotion': reducedMotion === 'reduce' ? 1 : 0,
+      'browser.download.folderList': 2,
+      'browser.download.dir': downloads,
+    },
+  });
 
 /**
  * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
  * policy (unless `isRefusing`), nothing asked of a network.
  */
-export async function withPage(use, { width = 1400, height = 900, isDark = false, scale = 1, isRefusing = false } = {}) {
-  const browser = await launch();
+export async function withPage(
+  use,
+  { width = 1400, height = 900, isDark = false, isForced = false, isStill = false, scale = 1, isRefusing = false } = {},
+) {
+  const looks = {
+    colorScheme: isDark ? 'dark' : 'light',
+    forcedColors: isForced ? 'active' : 'none',
+    reducedMotion: isStill ? 'reduce' : 'no-preference',
+  };
+  const downloads = isFirefox ? await mkdtemp(join(tmpdir(), 'vekmsg-')) : undefined;
+  const browser = isFirefox
+    ? await launchFirefox(looks, downloads)
+    : await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
   try {
     const context = await browser.newContext({
+      ...(isFirefox ? {} : looks),
       viewport: { width, height },
-      colorScheme: isDark ? 'dark' : 'light',
       deviceScaleFactor: scale,
       acceptDownloads: true,
     });
-    const page = await context.newPage();
+    const page = Object.assign(await context.newPage(), { downloads });
     page.setDefaultTimeout(60_000); // for what the machine may have to do beside
     const wrong = [];
     page.on('pageerror', (error) => wrong.push(error.message));
     page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
-    page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || wrong.push(request.url()));
+    const isSocket = (request) => request.headers()['sec-websocket-version'] !== undefined; // Firefox tells of them, too
+    page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || isSocket(request) || wrong.push(request.url()));
     await page.goto(`file://${pagePath}`);
     await page.waitForSelector('body.isReady');
     await use(page);
     if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
   } finally {
     await browser.close();
+    if (downloads) await rm(downloads, { recursive: true });
   }
 }
 
@@ -64,12 +90,20 @@ export async function paste(page, text) {
   await settled(page);
   await page.evaluate((words) => {
     document.activeElement?.blur();
-    const data = new DataTransfer();
-    data.setData('text/plain', words);
-    document.body.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true }));
+    const clipboardData = new DataTransfer();
+    clipboardData.setData('text/plain', words);
+    const event = new Event('paste', { bubbles: true, cancelable: true }); // Firefox makes clipboard events of its own alone
+    document.body.dispatchEvent(Object.assign(event, { clipboardData }));
   }, text);
   await leaving(page);
   await reading(page);
+}
+
+/** Clicks twice on what a selector names. */
+export async function doubleClick(page, selector) {
+  if (!isFirefox) return page.dblclick(selector);
+  await page.click(selector); // its driver makes two single clicks of a double one
+  return page.dispatchEvent(selector, 'dblclick');
 }
 
 /** Opens files' bytes through the page's file choice. Waits until they are read. */
@@ -116,10 +150,24 @@ export function treeRows(page) {
 
 /** The bytes of what a button saves. */
 export async function saved(page, selector) {
+  if (page.downloads) return downloaded(page, selector);
   const [download] = await Promise.all([page.waitForEvent('download'), page.click(selector)]);
   const chunks = [];
   for await (const chunk of await download.createReadStream()) chunks.push(chunk);
   return Buffer.concat(chunks);
+}
+
+async function downloaded(page, selector) {
+  const before = await readdir(page.downloads);
+  await page.click(selector);
+  for (let waited = 0; waited < 60_000; waited += 50) {
+    const names = await readdir(page.downloads);
+    const made = names.find((name) => !before.includes(name) && !name.endsWith('.part'));
+    const bytes = made && !names.some((name) => name.endsWith('.part')) ? await readFile(join(page.downloads, made)) : '';
+    if (bytes.length > 0) return bytes;
+    await delay(50);
+  }
+  throw new Error('nothing was saved');
 }
 
 /**
@@ -142,6 +190,30 @@ export async function wouldSave(page, selector) {
     URL.createObjectURL = createObjectURL;
     return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');
   });
+}
+
+/** What has the focus, as a screen reader would say it. */
+export async function spokenFocus(page) {
+  if (isFirefox) {
+    const focused = page.locator(':focus');
+    const [, role, name] = /^- '?(\w+)(?: "(.*?)")?/.exec(await focused.ariaSnapshot());
+    return { role, name: name ?? (role === 'text' ? await focused.textContent() : '') };
+  }
+  const session = await page.context().newCDPSession(page);
+  const { result } = await session.send('Runtime.evaluate', { expression: 'document.activeElement' });
+  const { nodes } = await session.send('Accessibility.getPartialAXTree', { objectId: result.objectId, fetchRelatives: false });
+  return { role: nodes[0].role?.value ?? '', name: nodes[0].name?.value ?? '' };
+}
+
+/** Shows the page as it is printed. */
+export async function showPrinted(page) {
+  if (!isFirefox) await page.emulateMedia({ media: 'print' });
+  await page.evaluate((isByHand) => {
+    const rules = [...document.styleSheets].flatMap(({ cssRules }) => [...cssRules]).filter(({ media }) => media);
+    for (const { media } of isByHand ? rules : [])
+      if (/^(print|screen)\b/.test(media.mediaText)) media.mediaText = /^print/.test(media.mediaText) ? 'all' : 'not all';
+    dispatchEvent(new Event('beforeprint'));
+  }, isFirefox);
 }
 
 /**

@@ -118,7 +118,7 @@ test('every kind of request is refused by the policy', async () => {
               'securitypolicyviolation',
               ({ effectiveDirective }) => effectiveDirective.startsWith(directive) && resolve(true),
             );
-            setTimeout(() => resolve(false), 2000);
+            setTimeout(() => resolve(false), 10_000);
           });
           try {
             Promise.resolve(attempt()).catch(() => {});

@@ -1,7 +1,7 @@
 // Everything once without a pointer: only keys are pressed, and what has the focus has a name.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { reading, says, settled, withPage } from './browser.mjs';
+import { reading, says, settled, spokenFocus, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 // The id of what has the focus, else its class; nothing when the browser itself has it.
@@ -18,14 +18,6 @@ async function tabTo(page, id, key = 'Tab') {
     await page.keyboard.press(key);
   }
   assert.fail(`Tab never comes to ${id}`);
-}
-
-// What a screen reader would say of the element with the focus, as the browser computes it.
-async function nameOfFocused(page) {
-  const session = await page.context().newCDPSession(page);
-  const { result } = await session.send('Runtime.evaluate', { expression: 'document.activeElement' });
-  const { nodes } = await session.send('Accessibility.getPartialAXTree', { objectId: result.objectId, fetchRelatives: false });
-  return { role: nodes[0].role?.value ?? '', name: nodes[0].name?.value ?? '' };
 }
 
 test('a log is opened, filtered, looked at, mended, compared and plotted by keys alone', async () => {
@@ -45,17 +37,17 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
 
     // The list has the focus: to the third message, and into it.
     await page.waitForFunction(() => document.activeElement.id === 'messages');
-    assert.deepEqual(await nameOfFocused(page).then(({ role }) => role), 'listbox');
+    assert.deepEqual(await spokenFocus(page).then(({ role }) => role), 'listbox');
     await page.keyboard.press('ArrowDown');
     await page.keyboard.press('ArrowDown');
     assert.equal(await page.getAttribute('#messages', 'aria-activedescendant'), 'messages-2');
     await says(page, '#messageText', '3.500000');
     await page.keyboard.press('Enter');
-    assert.equal((await nameOfFocused(page)).role, 'tree');
+    assert.equal((await spokenFocus(page)).role, 'tree');
     await page.keyboard.press('End');
     await page.keyboard.press('Enter');
     await settled(page);
-    assert.deepEqual(await nameOfFocused(page), { role: 'textbox', name: 'FOCUS_VALUE' });
+    assert.deepEqual(await spokenFocus(page), { role: 'textbox', name: 'FOCUS_VALUE' });
     await page.keyboard.press('Control+A');
     await page.keyboard.insertText('7');
     await page.keyboard.press('Enter');
@@ -102,7 +94,7 @@ test('a log is opened, filtered, looked at, mended, compared and plotted by keys
       await page.keyboard.press('Tab');
       const id = await focused(page);
       if (id === '') continue;
-      const { role, name } = await nameOfFocused(page);
+      const { role, name } = await spokenFocus(page);
       assert.notEqual(name, '', `${id}, a ${role}, has no name`);
       stops.add(id);
     }

@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { openFile, settled, withPage } from './browser.mjs';
+import { doubleClick, openFile, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const audit = readFileSync(new URL('../../tools/page/node_modules/axe-core/axe.min.js', import.meta.url), 'utf8');
@@ -82,7 +82,7 @@ const states = {
       mimeType: '',
       buffer: Buffer.from(message(4161, 1, '{STATUS=3;LOW_STATUS=0;SEVERITY=0;NUM_OF_MESSAGES=2;MSGS={one,two,};}')),
     });
-    await page.dblclick('#tree .row[data-path=MSGS]');
+    await doubleClick(page, '#tree .row[data-path=MSGS]');
   },
 };
 
@@ -95,21 +95,22 @@ const ways = {
 
 for (const [way, options] of Object.entries(ways))
   test(`every state: ${way}`, async () => {
-    await withPage(async (page) => {
-      if (options.isForced) await page.emulateMedia({ forcedColors: 'active' });
-      await page.emulateMedia({ reducedMotion: 'reduce' });
-      await page.evaluate(audit);
-      for (const [state, go] of Object.entries(states)) {
-        await go(page);
-        await settled(page);
-        await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 120))); // what was done is said
-        await look(page, `${way}: ${state}`);
-      }
-      if (!options.isForced) return;
-      // Without the page's colours, what is chosen is told from what isn't.
-      const styles = (selector, name) => page.$$eval(selector, (all, key) => all.map((one) => getComputedStyle(one)[key]), name);
-      await page.click('#listCancel');
-      assert.equal(new Set(await styles('#tree .row:not([hidden])', 'backgroundColor')).size, 2);
-      assert.equal(new Set(await styles('[role=tab]', 'borderBottomWidth')).size, 2);
-    }, options);
+    await withPage(
+      async (page) => {
+        await page.evaluate(audit);
+        for (const [state, go] of Object.entries(states)) {
+          await go(page);
+          await settled(page);
+          await page.evaluate(() => new Promise((resolve) => setTimeout(resolve, 120))); // what was done is said
+          await look(page, `${way}: ${state}`);
+        }
+        if (!options.isForced) return;
+        // Without the page's colours, what is chosen is told from what isn't.
+        const styles = (selector, name) => page.$$eval(selector, (all, key) => all.map((one) => getComputedStyle(one)[key]), name);
+        await page.click('#listCancel');
+        assert.equal(new Set(await styles('#tree .row:not([hidden])', 'backgroundColor')).size, 2);
+        assert.equal(new Set(await styles('[role=tab]', 'borderBottomWidth')).size, 2);
+      },
+      { ...options, isStill: true },
+    );
   });

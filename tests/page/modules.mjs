@@ -1,6 +1,15 @@
 // Modules of the page's sources, for tests without a browser.
 import { build } from '../../tools/page/node_modules/esbuild/lib/main.js';
 
+// What build.mjs puts into the page is nothing here.
+const nothing = {
+  name: 'nothing',
+  setup({ onResolve, onLoad }) {
+    onResolve({ filter: /^page:/ }, ({ path }) => ({ path, namespace: 'page' }));
+    onLoad({ filter: /.*/, namespace: 'page' }, () => ({ contents: '', loader: 'text' }));
+  },
+};
+
 /** What a module of tools/page/src exports. */
 export async function sourceModule(name) {
   const entryPoints = [new URL(`../../tools/page/src/${name}.ts`, import.meta.url).pathname];
@@ -9,7 +18,7 @@ export async function sourceModule(name) {
     bundle: true,
     format: 'esm',
     write: false,
-    external: ['page:*'],
+    plugins: [nothing],
   });
   return import(`data:text/javascript;base64,${Buffer.from(outputFiles[0].contents).toString('base64')}`);
 }

@@ -1,7 +1,7 @@
 // The state of the device at a message, what of it changed, what was asked and answered, and another log beside this one.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, openFile, says, settled, withPage } from './browser.mjs';
+import { chooseMessage, openFile, says, settled, showPrinted, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const line = (day, second, echo, text) => `2026-03-0${day}T08:00:0${second} ${text.replace(' 7 ', ` ${echo} `)}\n`;
@@ -57,8 +57,7 @@ test('what the device said last of each kind, since when, what is not as before,
     await says(page, '#messageText', 'Ready');
 
     // On paper stand its facts, every pair and the text, and nothing of the page around.
-    await page.emulateMedia({ media: 'print' });
-    await page.evaluate(() => dispatchEvent(new Event('beforeprint')));
+    await showPrinted(page);
     const printed = await page.evaluate(() => document.body.innerText);
     for (const words of ['deviceStatus_t', 'today.log', 'MSGS', 'Ready', status.slice(-40)]) assert.ok(printed.includes(words), words);
     assert.ok(!printed.includes('Compared with') && !printed.includes('Message inspector'));
