@@ -9,7 +9,6 @@ import os
 import pathlib
 import random
 import shutil
-import signal
 import socket
 import subprocess
 import sys
@@ -329,26 +328,48 @@ try:
     expect("an archive of version 1 on a server", former,
            [line for line in undisturbed(*pieces) if not line.startswith("fronts\t")])
 
-    database = make()
-    shutil.copy(logs[0], f"{folder}/followed.log")
-    one = load(database, "followed.log", options=["--follow"])
+    # Logs that are followed, one of them rotated, while the server is away; then by another loader, when the first one is killed.
+    subprocess.run([vekmsg, "example", "--messages=600", "--devices=1", "--seed=2", f"{folder}/more"], check=True)
+    database, followed = make(), [f"{folder}/followed{number}.log" for number in range(len(logs))]
+    texts = [pathlib.Path(log).read_bytes() for log in [*logs, next(pathlib.Path(folder, "more").iterdir())]]
+    half = [len(text) // 2 for text in texts]
+
+    def append(name, text):
+        with open(name, "ab") as file:
+            file.write(text)
+
+    def expect_followed(what, *whole):
+        wanted = undisturbed(*whole)
+        for _ in range(300):
+            if content(database) == wanted:
+                break
+            time.sleep(0.1)
+        expect(what, database, wanted)
+
+    for name, text, size in zip(followed, texts, half):
+        append(name, text[:size])
+    one = load(database, *followed, options=["--follow"])
     time.sleep(2)
     server.kill()
-    with open(f"{folder}/followed.log", "a", encoding="utf-8") as file:
-        file.write(pathlib.Path(logs[1]).read_text())
-    time.sleep(6)
+    for name, text, size in zip(followed, texts, half):
+        append(name, text[size:])
+    time.sleep(1)
+    os.rename(followed[0], f"{folder}/rotated.log")
+    append(followed[0], texts[-1][: half[-1]])
+    time.sleep(5)
     server.restart()
-    whole = undisturbed("followed.log")
-    for _ in range(300):
-        if content(database) == whole:
-            break
-        time.sleep(0.1)
-    one.send_signal(signal.SIGKILL)
+    expect_followed("a server that was away while logs were followed", f"{folder}/rotated.log", *followed)
+    one.kill()
     said = one.communicate()[0]
-    expect("a server that was away while a log was followed", database, whole, [f"{folder}/followed.log"])
     if "trying again until it is there" not in said:
         print("WRONG: it did not say so:", said)
         failures += 1
+    one = load(database, *followed, options=["--follow"])
+    append(followed[0], texts[-1][half[-1] :])
+    expect_followed("  and by another loader", f"{folder}/rotated.log", *followed)
+    one.terminate()
+    one.communicate()
+    expect("  and back", database, undisturbed(f"{folder}/rotated.log", *followed), [f"{folder}/rotated.log", *followed])
 finally:
     server.kill()
     shutil.rmtree(folder, ignore_errors=True)

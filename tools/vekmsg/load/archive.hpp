@@ -27,6 +27,16 @@ public:
 
     virtual const std::string &name() const = 0; ///< for people
 
+    /// A log that is about to begin: as it will be entered, its size, and marks of its first messages.
+    struct coming_t {
+        inspect::archivedLog_t log;
+        std::uint64_t size = 0;
+        std::vector<std::int64_t> marks;
+        bool isNew = false;
+    };
+    /// Asks what there is to ask for all of them at once. Each of them begins as without it, only faster.
+    virtual void expect(std::span<const coming_t>) {}
+
     /// Logs that may be this one: those that begin with the same bytes, and the latest of its name.
     virtual std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) = 0;
     /// Gives a new log its number, or prepares one that was found for more of its rows. `isNew`: it is another one even
@@ -52,6 +62,8 @@ public:
     virtual void save(const inspect::archivedLog_t &log) = 0;
     /// `isLast`: nothing more comes for now.
     virtual void commit(bool isLast) = 0;
+    /// Nothing more comes of a log that was saved.
+    virtual void leave(const inspect::archivedLog_t &) {}
     /// There is so much that it should be committed.
     virtual bool isFull() const = 0;
     /// Milliseconds that a log's rows may wait for those of others.

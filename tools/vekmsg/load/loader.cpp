@@ -17,6 +17,8 @@ using inspect::archivedLog_t;
 namespace {
 
 class loader_t {
+    class followed_t;
+
 public:
     loader_t(archive_t &archive, const loadOptions_t &options)
         : options_(options), times_(options.reading.timeExpression), archive_(archive) {
@@ -169,14 +171,28 @@ private:
     class followed_t final : public followedLog_t {
     public:
         followed_t(const std::string &file, loader_t &loader) : followedLog_t(file), loader_(loader) { restart(); }
-        ~followed_t() override { std::erase(loader_.logs_, log_.get()); }
+        ~followed_t() override {
+            std::erase(loader_.logs_, log_.get());
+            std::erase(loader_.coming_, this);
+        }
+
+        archive_t::coming_t coming() {
+            const std::optional<fileIdentity_t> file = identityOf(name());
+            return log_->coming(first_, file ? file->size : 0, isRotated_);
+        }
+        void begin() {
+            loader_.begin(*log_);
+            log_->begin(first_, isRotated_);
+            loader_.takeBlock(*log_, first_);
+        }
 
     private:
+        // Logs that begin in one round do so together; their blocks stay where they are until the next one.
         void take(std::string_view block) override {
-            loader_.begin(*log_);
-            if (!log_->hasBegun())
-                log_->begin(block, isRotated_);
-            loader_.takeBlock(*log_, block);
+            if (log_->hasBegun())
+                return loader_.takeBlock(*log_, block);
+            first_ = block;
+            loader_.coming_.push_back(this);
         }
         void end(bool isRotated) override {
             if (log_->hasBegun()) {
@@ -185,7 +201,7 @@ private:
             }
             if (!isRotated)
                 return;
-            loader_.commit(true);
+            log_->leave();
             isRotated_ = true;
             restart();
         }
@@ -207,14 +223,27 @@ private:
 
         loader_t &loader_;
         std::unique_ptr<logLoad_t> log_;
+        std::string_view first_;
         bool isRotated_ = false;
     };
+
+    void beginComing() {
+        const std::vector<followed_t *> logs = std::exchange(coming_, {});
+        std::vector<archive_t::coming_t> coming;
+        for (followed_t *log : logs)
+            coming.push_back(log->coming());
+        archive_.expect(coming);
+        for (followed_t *log : logs)
+            log->attempt([log] { log->begin(); });
+    }
 
     void follow() {
         std::vector<std::unique_ptr<followedLog_t>> logs;
         for (const std::string &name : options_.reading.files)
             logs.push_back(std::make_unique<followed_t>(name, *this));
         tool::follow(std::move(logs), [this](bool) {
+            if (!coming_.empty())
+                beginComing();
             if (milliseconds() - committed_ >= archive_.patience())
                 commit(false);
             constexpr std::uint64_t hour = 3'600'000;
@@ -229,7 +258,8 @@ private:
     const loadOptions_t &options_;
     timeFinder_t times_;
     archive_t &archive_;
-    std::vector<logLoad_t *> logs_; // that may have to be saved
+    std::vector<logLoad_t *> logs_;    // that may have to be saved
+    std::vector<followed_t *> coming_; // that begin after this round
     std::uint64_t committed_ = 0, removed_ = milliseconds();
     progress_t progress_;
     exitCode_t status_ = exitFine;

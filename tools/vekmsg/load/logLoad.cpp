@@ -48,6 +48,25 @@ std::size_t commonBeginning(std::string_view one, std::string_view other) {
     return one.substr(0, size) == other.substr(0, size) ? size : 0;
 }
 
+// The marks of the messages that a log begins with.
+inspect::markMaker_t firstMarks(const timeFinder_t &times, std::string_view first) {
+    struct ahead_t final : inspect::messageSink_t {
+        explicit ahead_t(const timeFinder_t &finder) : times(finder) {}
+        void message(const inspect::foundMessage_t &found) override {
+            if (maker.count() < inspect::markMaker_t::first)
+                maker.add(found.text, times.in(found.lineHead));
+        }
+        const timeFinder_t &times;
+        inspect::markMaker_t maker;
+    } ahead(times);
+    inspect::logScanner_t scanner;
+    constexpr std::size_t piece = 4096;
+    for (; !first.empty() && ahead.maker.count() < inspect::markMaker_t::first;
+         first.remove_prefix(std::min(first.size(), piece)))
+        scanner.feed(first.substr(0, piece), ahead);
+    return std::move(ahead.maker);
+}
+
 std::string nowInWords() {
     using namespace std::chrono;
     inspect::logTime_t now{duration_cast<microseconds>(system_clock::now().time_since_epoch()).count(), true, true};
@@ -69,14 +88,6 @@ logLoad_t::logLoad_t(archive_t &archive, const timeFinder_t &times, const loadOp
     log_.name = kept(isNamed_ ? options.source.source : file);
 }
 
-void logLoad_t::takeOrigin() {
-    nameBy(options_.pattern, plainName(log_.name), log_);
-    for (const auto &[said, own] :
-         {std::pair(&options_.device, &log_.device), {&options_.site, &log_.site}, {&options_.host, &log_.host}})
-        if (!said->empty())
-            *own = kept(*said);
-}
-
 std::string readBeginning(source_t &source) {
     std::string beginning;
     while (beginning.size() < archivedLog_t::firstBytes) {
@@ -88,10 +99,25 @@ std::string readBeginning(source_t &source) {
     return beginning;
 }
 
+void logLoad_t::takeHead(std::string_view first) {
+    nameBy(options_.pattern, plainName(log_.name), log_);
+    for (const auto &[said, own] :
+         {std::pair(&options_.device, &log_.device), {&options_.site, &log_.site}, {&options_.host, &log_.host}})
+        if (!said->empty())
+            *own = kept(*said);
+    log_.first = first.substr(0, archivedLog_t::firstBytes);
+}
+
+archive_t::coming_t logLoad_t::coming(std::string_view first, std::uint64_t size, bool isNew) {
+    takeHead(first);
+    archive_t::coming_t coming{log_, size, firstMarks(times_, first).marks, isNew};
+    coming.log.isWhole = true;
+    return coming;
+}
+
 void logLoad_t::begin(std::string_view first, bool isNew) {
     const std::string name = log_.name;
-    takeOrigin();
-    log_.first = first.substr(0, archivedLog_t::firstBytes);
+    takeHead(first);
     if (options_.isReplacing)
         return beginAnew(name);
     const bool isBesideOthers = !isNew && !find(name) && log_.number != 0;
@@ -173,22 +199,9 @@ constexpr std::size_t manyAlike = 4;
 
 // A log that begins like none, with messages of one that is loaded, is a part of it: nobody wants these twice.
 void logLoad_t::refuseExtract(std::string_view first) {
-    struct ahead_t final : inspect::messageSink_t {
-        explicit ahead_t(const timeFinder_t &finder) : times(finder) {}
-        void message(const inspect::foundMessage_t &found) override {
-            if (maker.count() < inspect::markMaker_t::first)
-                maker.add(found.text, times.in(found.lineHead));
-        }
-        const timeFinder_t &times;
-        inspect::markMaker_t maker;
-    } ahead(times_);
-    inspect::logScanner_t scanner;
-    constexpr std::size_t piece = 4096;
-    for (std::string_view left = first; !left.empty() && ahead.maker.count() < inspect::markMaker_t::first;
-         left.remove_prefix(std::min(left.size(), piece)))
-        scanner.feed(left.substr(0, piece), ahead);
-    const archive_t::overlap_t other = archive_.overlap(log_, ahead.maker.marks);
-    if (other.count == 0 || other.count < std::min(manyAlike, ahead.maker.chosen))
+    const inspect::markMaker_t ahead = firstMarks(times_, first);
+    const archive_t::overlap_t other = archive_.overlap(log_, ahead.marks);
+    if (other.count == 0 || other.count < std::min(manyAlike, ahead.chosen))
         return;
     isOverlapTold_ = true;
     const std::string words = file_ + " has messages of " + other.log.name + ", which is loaded";
@@ -371,6 +384,12 @@ void logLoad_t::save() {
     saveMarks();
     archive_.save(log_);
     isTouched_ = false;
+}
+
+void logLoad_t::leave() {
+    save();
+    if (hasBegun_)
+        archive_.leave(log_);
 }
 
 } // namespace vek::tool

@@ -27,6 +27,8 @@ public:
 
     bool hasBegun() const { return hasBegun_; }
 
+    /// What it will begin as with these first bytes.
+    archive_t::coming_t coming(std::string_view first, std::uint64_t size, bool isNew);
     /// Enters the log by its first bytes: as the one in the archive that begins so, whatever its file is called now.
     /// `isNew`: it is known to be another one than before.
     void begin(std::string_view first, bool isNew);
@@ -53,13 +55,15 @@ public:
     /// Behind archive_t::begin(), and in front of archive_t::commit().
     void check();
     void save();
+    /// Nothing more comes of it.
+    void leave();
 
 private:
     void message(const inspect::foundMessage_t &found) override;
     void between(std::string_view words) override;
     void putFront(std::uint64_t offset, std::string_view text);
     void saveFront(std::uint64_t offset);
-    void takeOrigin();
+    void takeHead(std::string_view first);
     bool find(const std::string &name);
     void beginAnew(const std::string &name);
     void refuseTwice(const std::string &name);

@@ -56,8 +56,9 @@ bool followedLog_t::read() {
 
 bool followedLog_t::step() {
     constexpr std::uint64_t stillness = 1000; // milliseconds
-    try {
-        const bool isBusy = read();
+    bool isBusy = false;
+    attempt([&] {
+        isBusy = read();
         if (isBusy) {
             latest_ = milliseconds();
             isStill_ = false;
@@ -65,11 +66,16 @@ bool followedLog_t::step() {
             isStill_ = true;
             standStill();
         }
-        return isBusy;
+    });
+    return isBusy;
+}
+
+void followedLog_t::attempt(const std::function<void()> &action) {
+    try {
+        action();
     } catch (const usageError_t &error) {
         isEnded_ = true;
         fail(error);
-        return false;
     }
 }
 

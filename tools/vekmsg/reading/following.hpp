@@ -26,6 +26,9 @@ public:
 
     const std::string &name() const { return name_; }
 
+    /// Does something with the log between two rounds; when it throws usageError_t, that goes to fail().
+    void attempt(const std::function<void()> &action);
+
 protected:
     /// The next bytes.
     virtual void take(std::string_view block) = 0;

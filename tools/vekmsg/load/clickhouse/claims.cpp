@@ -110,22 +110,42 @@ std::vector<std::uint64_t> claims_t::numbers() const {
     return numbers;
 }
 
-void claims_t::claim(const archivedLog_t &log) {
-    const std::uint64_t number = log.number;
-    std::set<std::uint64_t> claims = claimsOf({&number, 1});
-    const std::uint64_t highest = claims.empty() ? 0 : *claims.rbegin();
+std::set<std::uint64_t> claims_t::claim(std::span<const archivedLog_t> logs) {
+    std::vector<std::uint64_t> numbers;
+    for (const archivedLog_t &log : logs)
+        numbers.push_back(log.number);
+    const std::set<std::uint64_t> before = claimsOf(numbers);
+    const std::uint64_t highest = before.empty() ? 0 : *before.rbegin();
     if (claim_ == 0 || highest >= claim_) {
         if (logs_.empty())
             raise(highest);
         else
             renew(highest);
     }
-    insert({&log, 1}, false);
-    logs_[number] = log;
-    claims = claimsOf({&number, 1});
-    if (*claims.rbegin() != claim_)
+    insert(logs, false);
+    const auto now = latest(numbers);
+    std::erase_if(numbers, [&](std::uint64_t number) { return now.at(number) != claim_; });
+    std::set<std::uint64_t> own(numbers.begin(), numbers.end());
+    for (const archivedLog_t &log : logs)
+        if (own.contains(log.number))
+            logs_[log.number] = log;
+    if (!own.empty())
+        waitForOthers(claimsOf(numbers));
+    return own;
+}
+
+void claims_t::claim(const archivedLog_t &log) {
+    if (claim({&log, 1}).empty())
         refuse();
-    waitForOthers(claims);
+}
+
+std::map<std::uint64_t, std::uint64_t> claims_t::latest(std::span<const std::uint64_t> numbers) {
+    std::map<std::uint64_t, std::uint64_t> claims;
+    for (const auto &line :
+         server_.table(inspect::joined({"SELECT source_id, max(claim) FROM sources WHERE source_id IN (",
+                                        listed(numbers), ") GROUP BY source_id"})))
+        claims[std::stoull(line[0])] = std::stoull(line[1]);
+    return claims;
 }
 
 void claims_t::renew(std::uint64_t above) {
@@ -145,11 +165,8 @@ void claims_t::renew(std::uint64_t above) {
 void claims_t::verify() {
     if (logs_.empty())
         return;
-    const std::string some = listed(numbers());
-    const std::string statement =
-        "SELECT source_id, max(claim) FROM sources WHERE source_id IN (" + some + ") GROUP BY source_id";
-    for (const auto &line : server_.table(statement))
-        if (!own_.contains(std::stoull(line[1])))
+    for (const auto &[number, claim] : latest(numbers()))
+        if (!own_.contains(claim))
             refuse();
 }
 

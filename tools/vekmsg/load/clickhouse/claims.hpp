@@ -25,7 +25,10 @@ public:
     /// Logs as the server has them, for which a condition on the table of sources is true.
     std::vector<inspect::archivedLog_t> find(const std::string &condition);
 
-    /// Claims a log, and waits until nothing that was sent under another claim of it is on its way into the tables.
+    /// Claims logs, and waits until nothing that was sent under another claim of them is on its way into the tables.
+    /// Gives the numbers of those that no other loader has claimed since.
+    std::set<std::uint64_t> claim(std::span<const inspect::archivedLog_t> logs);
+    /// The same for one log. Throws databaseError_t when another loader has claimed it since.
     void claim(const inspect::archivedLog_t &log);
     /// The same anew for all logs, when it is not known what became of rows that were sent. Throws databaseError_t when
     /// another loader has claimed one of them since.
@@ -41,6 +44,7 @@ public:
     bool holds(std::uint64_t number) const { return logs_.contains(number); }
     /// Lets go what was settled.
     void clear() { logs_.clear(); }
+    void release(std::uint64_t number) { logs_.erase(number); }
 
     /// The logs of a row, as a condition that is true as long as their claims count.
     std::string condition(std::span<const std::uint64_t> numbers) const;
@@ -51,6 +55,7 @@ private:
     void insert(std::span<const inspect::archivedLog_t> logs, bool isSettled);
     void insert(const std::string &table, std::span<const inspect::sqlColumn_t> columns, std::string_view rows);
     std::set<std::uint64_t> claimsOf(std::span<const std::uint64_t> numbers);
+    std::map<std::uint64_t, std::uint64_t> latest(std::span<const std::uint64_t> numbers);
     void raise(std::uint64_t above);
     void waitForOthers(const std::set<std::uint64_t> &others);
     std::vector<std::uint64_t> numbers() const;

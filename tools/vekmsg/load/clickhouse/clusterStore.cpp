@@ -105,24 +105,15 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
 }
 
 std::vector<archivedLog_t> clusterStore_t::find(const archivedLog_t &log) {
-    const std::string first = std::to_string(log.firstHash()), head = std::to_string(log.headHash());
-    const std::string named = "source = " + sqlText(log.name);
-    // Those that may have grown since begin alike; one that is short itself has no hash that stays when it grows.
-    const std::string size = std::to_string(log.first.size());
-    const std::string alike =
-        log.first.size() < archivedLog_t::tellingBytes
-            ? inspect::joined({"substring(first_bytes, 1, ", size, ") = ", sqlText(log.first)})
-            : inspect::joined({"head_hash = ", head, " AND least(length(first_bytes), ", size, ") < 4096"});
-    std::vector<archivedLog_t> found;
-    for (archivedLog_t &known : claims_.find(inspect::joined(
-             {"first_hash = ", first, " OR (head_hash = 0 AND length(first_bytes) BETWEEN 1 AND 255) OR (", alike,
-              ") OR ", named}))) {
+    std::optional<std::vector<archivedLog_t>> expected = expected_.find(log);
+    std::vector<archivedLog_t> found =
+        expected ? std::move(*expected) : claims_.find(knownLogs_t::condition({&log, 1}));
+    for (archivedLog_t &known : found) {
         if (const auto saved = saved_.find(known.number); saved != saved_.end())
             known = saved->second;
         if (known.first.empty() && hasMessagesOf(known.number, log.first))
             known.first = log.first;
-        found.push_back(known);
-        entered_[known.number] = std::move(known);
+        entered_[known.number] = known;
     }
     std::stable_sort(found.begin(), found.end(), [&](const archivedLog_t &one, const archivedLog_t &other) {
         return one.loadedAt > other.loadedAt;
@@ -157,16 +148,14 @@ bool clusterStore_t::hasMessagesOf(std::uint64_t number, std::string_view first)
     return counts.front().at(0) != "0" && counts.front().at(0) == counts.front().at(1);
 }
 
-// The number follows from what is known of the log and stays when it grows, so that two loaders give the same log the
-// same.
 void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
     if (log.number != 0)
         return;
-    constexpr unsigned bits = 52; // which every language's numbers hold
-    std::string text(log.head());
-    for (const std::string &part : {log.device, log.site, log.host, log.name})
-        text.append(1, '\0').append(part);
-    log.number = inspect::hashOf(text) >> (64 - bits) | 1;
+    log.number = newNumberOf(log);
+    if (expected_.isClaimed(log, log.number)) {
+        entered_[log.number] = log;
+        return;
+    }
     while (true) {
         const std::vector<archivedLog_t> known = claims_.find("source_id = " + std::to_string(log.number));
         if (known.empty() && !entered_.contains(log.number))
@@ -195,6 +184,14 @@ std::size_t clusterStore_t::takeOver(std::span<const archivedLog_t> logs) {
     return places.at(begun.empty() ? numbers.front() : std::stoull(begun.front().front()));
 }
 
+archivedLog_t &clusterStore_t::entered(std::uint64_t number) {
+    const auto [entered, isNew] = entered_.try_emplace(number);
+    if (isNew) // it was left under another of its names
+        for (archivedLog_t &known : claims_.find("source_id = " + std::to_string(number)))
+            entered->second = std::move(known);
+    return entered->second;
+}
+
 void clusterStore_t::claim(const archivedLog_t &log) {
     claims_.claim(log);
     const std::vector<archivedLog_t> now = claims_.find("source_id = " + std::to_string(log.number));
@@ -215,10 +212,12 @@ archive_t::overlap_t clusterStore_t::overlap(const archivedLog_t &log, std::span
     std::string listed;
     for (const std::int64_t mark : some)
         listed.append(listed.empty() ? "" : ", ").append(std::to_string(mark));
-    for (const auto &line : server_.table(inspect::joined(
-             {"SELECT source_id, uniqExact(mark) AS count FROM marks WHERE mark IN (", listed,
-              ") AND source_id != ", std::to_string(log.number), " GROUP BY source_id ORDER BY count DESC LIMIT 1"})))
-        counts[std::stoull(line[0])] += std::stoul(line[1]);
+    if (log.number != 0 || !expected_.isClaimed(log, newNumberOf(log))) // for which they were looked for
+        for (const auto &line :
+             server_.table(inspect::joined({"SELECT source_id, uniqExact(mark) AS count FROM marks WHERE mark IN (",
+                                            listed, ") AND source_id != ", std::to_string(log.number),
+                                            " GROUP BY source_id ORDER BY count DESC LIMIT 1"})))
+            counts[std::stoull(line[0])] += std::stoul(line[1]);
     overlap_t most;
     for (const auto &[number, count] : counts)
         if (count > most.count) {
@@ -245,7 +244,7 @@ archive_t::overlap_t clusterStore_t::mark(const archivedLog_t &log, std::span<co
 void clusterStore_t::row(const inspect::row_t &row) {
     const std::uint64_t number = row.front.number;
     if (!claims_.holds(number))
-        claim(entered_.at(number));
+        claim(entered(number));
     table_t &table = tables_[row.table.number];
     if (row.table.number == 0) {
         ++counts_.messages;
@@ -267,9 +266,8 @@ bool clusterStore_t::isFull() const {
 // Also words without messages are more of a log.
 void clusterStore_t::save(const archivedLog_t &log) {
     const auto size = [](const archivedLog_t &one) { return one.position.offset + one.tail.size(); };
-    if (const archivedLog_t &entered = entered_.at(log.number);
-        !claims_.holds(log.number) && size(log) != size(entered))
-        claim(entered);
+    if (const archivedLog_t &known = entered(log.number); !claims_.holds(log.number) && size(log) != size(known))
+        claim(known);
     if (claims_.holds(log.number))
         saved_[log.number] = log;
 }
@@ -294,7 +292,7 @@ void clusterStore_t::commit(bool isLast) {
 void clusterStore_t::settle(bool isLast) {
     constexpr std::uint64_t pause = 60'000; // milliseconds
     claims_.verify();
-    if (!isLast && milliseconds() - savedAt_ < pause)
+    if (!isLast && left_.empty() && milliseconds() - savedAt_ < pause)
         return;
     savedAt_ = milliseconds();
     std::string marks;
@@ -307,8 +305,13 @@ void clusterStore_t::settle(bool isLast) {
         logs.push_back(entered_[number] = log);
     claims_.save(logs, isLast);
     saved_.clear();
-    if (isLast)
+    if (isLast && !server_.isPatient()) // else most go on
         claims_.clear();
+    for (const std::uint64_t number : std::exchange(left_, {})) {
+        claims_.release(number);
+        entered_.erase(number);
+        news_.erase(number);
+    }
 }
 
 std::int64_t clusterStore_t::all() {

@@ -9,13 +9,14 @@
 #pragma once
 
 #include "tools/vekmsg/load/archive.hpp"
-#include "tools/vekmsg/load/clickhouse/claims.hpp"
+#include "tools/vekmsg/load/clickhouse/expectedLogs.hpp"
 #include "vek/inspect/archive/sql.hpp"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ public:
     clusterStore_t(const std::string &url, bool isPatient);
 
     const std::string &name() const override { return server_.name(); }
+    void expect(std::span<const coming_t> logs) override { expected_.expect(logs); }
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
     void enter(inspect::archivedLog_t &log, bool isNew) override;
     std::size_t takeOver(std::span<const inspect::archivedLog_t> logs) override;
@@ -38,6 +40,7 @@ public:
     void check(const inspect::archivedLog_t &) override {}
     void row(const inspect::row_t &row) override;
     void save(const inspect::archivedLog_t &log) override;
+    void leave(const inspect::archivedLog_t &log) override { left_.insert(log.number); }
     void commit(bool isLast) override;
     bool isFull() const override;
     unsigned patience() const override { return 5000; }
@@ -63,6 +66,7 @@ private:
     void takeFinerTimes(const std::string &where);
     bool hasMessagesOf(std::uint64_t number, std::string_view first);
     void claim(const inspect::archivedLog_t &log);
+    inspect::archivedLog_t &entered(std::uint64_t number);
     static std::string placesOf(const table_t &table);
     void send(table_t &table);
     void settle(bool isLast);
@@ -71,12 +75,14 @@ private:
 
     clusterServer_t server_;
     claims_t claims_{server_};
+    expectedLogs_t expected_{server_, claims_};
     std::map<std::string, std::string> engines_, columns_;    // of the tables that are there
     std::vector<table_t> tables_;                             // by their numbers
     std::map<std::uint64_t, inspect::archivedLog_t> entered_; // by number
     std::map<std::uint64_t, inspect::archivedLog_t> saved_;
     std::map<std::uint64_t, std::vector<std::int64_t>> news_;   // marks that were not looked for
     std::vector<std::pair<std::int64_t, std::uint64_t>> marks_; // of what is saved, with their logs
+    std::set<std::uint64_t> left_;                              // of which nothing more comes
     std::size_t size_ = 0;                                      // of all batches
     std::uint64_t savedAt_ = 0;                                 // milliseconds
     bool hasBegun_ = false;
