@@ -4,6 +4,7 @@ table, every query of the page on archives, rows as JSON, tables that others mad
 byte for byte. What the engine of today writes as Parquet another one reads.
    generations.py VEKMSG PROJECT      without the engines it ends with 77; scripts/packages.sh all and cluster bring them
 """
+import calendar
 import json
 import os
 import pathlib
@@ -11,6 +12,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 from servers import Server, folder_of_servers, need
 
@@ -38,6 +40,13 @@ def same(what, one, other):
     if one != other:
         raise SystemExit(f"WRONG: {what}:\n{one[:2000]}\n-- and --\n{other[:2000]}")
     print(f"right: {what}", flush=True)
+
+
+def statements(kind=""):
+    """Of the page on archives; those that only the engine of today has are asked for by a word in them."""
+    page = pathlib.Path(project, "docs/archive.md").read_text()
+    all_of_them = [one.strip() for block in re.findall(r"```sql\n(.*?)```", page, re.S) for one in block.split(";")]
+    return [one for one in all_of_them if one and (kind in one if kind else not re.search("Parquet|TTL", one))]
 
 
 def content(server, database, without=()):
@@ -72,10 +81,8 @@ try:
         run(vekmsg, "export", "--from", to, "--to", f"back{server.port}")
         run("diff", "-r", "fleet", f"back{server.port}/fleet")
     same("all tables", *(content(server, "fleet") for server in servers))
-    for query in re.findall(r"```sql\n(.*?)```", pathlib.Path(project, "docs/archive.md").read_text(), re.S):
-        for statement in filter(str.strip, query.split(";")):
-            if "Parquet" not in statement:
-                same(statement.strip().splitlines()[0], *(server.ask(statement, "fleet") for server in servers))
+    for statement in statements():
+        same(statement.splitlines()[0], *(server.ask(statement, "fleet") for server in servers))
     for server in servers:
         server.ask("CREATE DATABASE rows", "default")
         for statement in run(vekmsg, "schema", "--sql", "clickhouse", text=True).split(";\n"):
@@ -88,15 +95,31 @@ try:
             server.ask(f"INSERT INTO {table} FORMAT JSONEachRow\n" + "\n".join(lines), "rows",
                        input_format_skip_unknown_fields=1)
     same("rows as JSON", *(content(server, "rows", ["log_date"]) for server in servers))
-    parquet = [statement for statement in re.findall(r"```sql\n(.*?)```",
-               pathlib.Path(project, "docs/archive.md").read_text(), re.S) if "Parquet" in statement]
-    servers[1].ask(parquet[0].replace("'messages.parquet'", f"'{folder}/messages.parquet'").strip(" ;\n"), "fleet")
+    servers[1].ask(statements("Parquet")[0].replace("'messages.parquet'", f"'{folder}/messages.parquet'"), "fleet")
     script = ("const { DuckDBInstance } = require(process.argv[1] + '/node_modules/@duckdb/node-api');"
               "(async () => { const at = await (await DuckDBInstance.create()).connect();"
               "const read = await at.runAndReadAll(`SELECT count(*), count(DISTINCT byte_offset), sum(line) FROM "
               "'${process.argv[2]}/messages.parquet'`); console.log(read.getRowsJson()[0].join('\\t')); })()")
     same("Parquet", run("node", "-e", script, engines, folder, text=True),
          servers[0].ask("SELECT count(), uniqExact(byte_offset), sum(line) FROM messages", "fleet"))
+    # What is old goes, months as a whole and the rest of one by rows; and where the server does it by itself.
+    os.environ["TZ"] = "UTC"
+    for until, what in (("2026-03-01", "old months"), ("2026-03-10", "older rows")):
+        minutes = int(time.time() - calendar.timegm(time.strptime(until, "%Y-%m-%d"))) // 60
+        for server in servers:
+            left = f"SELECT count() FROM messages WHERE NOT ifNull(log_time < toDateTime('{until} 00:00:00', 'UTC'), 0)"
+            wanted = server.ask(left, "fleet")
+            run(vekmsg, "load", "-q", "--into", f"http://127.0.0.1:{server.port}/fleet", "--keep", f"{minutes}m")
+            same(what, wanted, server.ask("SELECT count() FROM messages", "fleet"))
+            mutated = server.ask("SELECT DISTINCT table FROM system.mutations ORDER BY table LIMIT 2", "fleet")
+            same("  by rows", mutated, "focus_value\n" if until == "2026-03-01" else "cassette\ndevice_status\n")
+        same(what, *(content(server, "fleet") for server in servers))
+    for statement in statements("TTL"):
+        servers[1].ask(statement.replace("3 YEAR", f"{int(time.time() - calendar.timegm((2026, 3, 20, 0, 0, 0))) // 86400} DAY"), "fleet")
+    servers[1].ask("OPTIMIZE TABLE messages FINAL", "fleet")
+    same("rows that the server takes away by itself",
+         servers[0].ask("SELECT count() FROM messages WHERE log_date >= '2026-03-20' OR log_date = '1970-01-01'", "fleet"),
+         servers[1].ask("SELECT count() FROM messages", "fleet"))
 finally:
     for server in servers:
         server.kill()

@@ -230,6 +230,7 @@ private:
     void beginComing() {
         const std::vector<followed_t *> logs = std::exchange(coming_, {});
         std::vector<archive_t::coming_t> coming;
+        coming.reserve(logs.size());
         for (followed_t *log : logs)
             coming.push_back(log->coming());
         archive_.expect(coming);

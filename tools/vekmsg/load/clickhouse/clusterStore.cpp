@@ -368,7 +368,31 @@ void clusterStore_t::forget(const archivedLog_t &log) {
 std::int64_t clusterStore_t::removeOlder(const inspect::logTime_t &time) {
     std::string words;
     time.appendTo(words, ' ', inspect::logTime_t::fraction_t::none);
-    return remove(tableNames(), "log_time < toDateTime('" + words + "', 'UTC')");
+    const std::string moment = "toDateTime('" + words + "', 'UTC')", condition = "log_time < " + moment;
+    const std::int64_t dropped = server_.cluster().empty() ? dropMonths(moment, condition) : 0;
+    return dropped + remove(tableNames(), condition);
+}
+
+// Whole months at once, where the tables are kept in months and all rows of one are as old as its day says. Gives the
+// number of messages. What comes meanwhile is as old; rows without a time are those of the first month of all.
+std::int64_t clusterStore_t::dropMonths(const std::string &moment, const std::string &condition) {
+    std::string months;
+    for (const auto &line :
+         server_.table("SELECT name FROM system.tables WHERE partition_key = 'toYYYYMM(log_date)' AND "
+                       "database = " +
+                       sqlText(server_.database())))
+        if (const std::vector<std::string> own = tableNames(); std::ranges::find(own, line[0]) != own.end())
+            months.append(months.empty() ? "" : " UNION ALL ")
+                .append(inspect::joined({"SELECT '", line[0], "', toYYYYMM(log_date) AS month, count() AS rows FROM ",
+                                         sqlName(line[0]), " WHERE month > 197001 AND month < toYYYYMM(", moment,
+                                         ") GROUP BY month HAVING rows = sum(", condition, ")"}));
+    std::int64_t messages = 0;
+    if (!months.empty())
+        for (const auto &line : server_.table(months)) {
+            messages += line[0] == "messages" ? std::stoll(line[2]) : 0;
+            server_.ask(inspect::joined({"ALTER TABLE ", sqlName(line[0]), " DROP PARTITION ", line[1]}));
+        }
+    return messages;
 }
 
 // Gives the number of messages. A server takes its time for it; what was asked for is done also when it is stopped.

@@ -71,6 +71,7 @@ private:
     void send(table_t &table);
     void settle(bool isLast);
     std::vector<std::string> tableNames() const;
+    std::int64_t dropMonths(const std::string &moment, const std::string &condition);
     std::int64_t remove(const std::vector<std::string> &tables, const std::string &condition);
 
     clusterServer_t server_;
