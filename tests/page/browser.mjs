@@ -39,6 +39,12 @@ const launchFirefox = ({ colorScheme, forcedColors, reducedMotion }, downloads) 
     },
   });
 
+// Its driver makes two single clicks of a double one.
+async function doubleClick(selector) {
+  await this.click(selector);
+  await this.dispatchEvent(selector, 'dblclick');
+}
+
 /**
  * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
  * policy (unless `isRefusing`), nothing asked of a network.
@@ -64,6 +70,7 @@ export async function withPage(
       acceptDownloads: true,
     });
     const page = Object.assign(await context.newPage(), { downloads });
+    if (isFirefox) page.dblclick = doubleClick;
     page.setDefaultTimeout(60_000); // for what the machine may have to do beside
     const wrong = [];
     page.on('pageerror', (error) => wrong.push(error.message));
@@ -97,13 +104,6 @@ export async function paste(page, text) {
   }, text);
   await leaving(page);
   await reading(page);
-}
-
-/** Clicks twice on what a selector names. */
-export async function doubleClick(page, selector) {
-  if (!isFirefox) return page.dblclick(selector);
-  await page.click(selector); // its driver makes two single clicks of a double one
-  return page.dispatchEvent(selector, 'dblclick');
 }
 
 /** Opens files' bytes through the page's file choice. Waits until they are read. */

@@ -2,7 +2,7 @@
 // and done again, and never dropped unasked.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, doubleClick, openFile, paste, saved, says, settled, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, openFile, paste, saved, says, settled, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const focus = (name, sequence = 41) => message(4112, sequence, `{MEDIA_NAME=${name};FOCUS_VALUE=3.250000;}`);
@@ -14,7 +14,7 @@ const status = (count, texts) => message(4161, 41, `{STATUS=3;LOW_STATUS=0;SEVER
 async function edited(page, bytes, path, typed) {
   await openFile(page, { name: 'message.txt', mimeType: '', buffer: Buffer.from(bytes, 'latin1') });
   await page.press('#tree', '*');
-  await doubleClick(page, `#tree .row[data-path="${path}"]`);
+  await page.dblclick(`#tree .row[data-path="${path}"]`);
   await settled(page);
   const control = page.locator('#editorValue');
   const shown = await control.inputValue();
@@ -50,7 +50,7 @@ test('a value that is not touched keeps its bytes; what can\u2019t be typed stan
 test('a list is edited by its elements, its count is kept, and a record opens its keys', async () => {
   await withPage(async (page) => {
     await paste(page, status(2, 'one,two,'));
-    await doubleClick(page, '#tree .row[data-path=MSGS]');
+    await page.dblclick('#tree .row[data-path=MSGS]');
     assert.ok(await page.isVisible('#listDialog'));
     const values = () => page.$$eval('#listElements input', (all) => all.map(({ value }) => value));
     assert.deepEqual(await values(), ['one', 'two']);
@@ -62,16 +62,16 @@ test('a list is edited by its elements, its count is kept, and a record opens it
     assert.equal(await page.textContent('#listError'), '');
     assert.equal(await wouldSave(page, '#saveText'), status(3, 'two,one,a\x02 b,'));
 
-    await doubleClick(page, '#tree .row[data-path=MSGS]');
+    await page.dblclick('#tree .row[data-path=MSGS]');
     await page.click('#listElements li:nth-child(1) [aria-label="Remove"]');
     await page.click('#listForm [type=submit]');
     await settled(page);
     assert.equal(await wouldSave(page, '#saveText'), status(2, 'one,a\x02 b,'));
 
     await paste(page, message(4101, 1, '{ARRAY_CASSETTE={{NAME=a;},{NAME=b;},};}'));
-    await doubleClick(page, '#tree .row[data-path="ARRAY_CASSETTE[0]"]');
+    await page.dblclick('#tree .row[data-path="ARRAY_CASSETTE[0]"]');
     assert.equal(await page.getAttribute('#tree .row[aria-selected=true]', 'data-path'), 'ARRAY_CASSETTE[0].NAME');
-    await doubleClick(page, '#tree .row[data-path="ARRAY_CASSETTE"]');
+    await page.dblclick('#tree .row[data-path="ARRAY_CASSETTE"]');
     await page.click('#listElements li:nth-child(1) [aria-label="Move down"]');
     await page.click('#listForm [type=submit]');
     await settled(page);
@@ -100,7 +100,7 @@ test('a change is seen in list, summary, search and plot, and asked for before i
     await says(page, '#announcer', 'Sealed.');
     assert.ok((await page.locator('#announcer').boundingBox()).width > 40, 'what was done is seen');
     await page.click('#tree .row[data-path=FOCUS_VALUE]');
-    await doubleClick(page, '#tree .row[data-path=FOCUS_VALUE]');
+    await page.dblclick('#tree .row[data-path=FOCUS_VALUE]');
     await page.fill('#editorValue', '9');
     await page.press('#editorValue', 'Enter');
     await settled(page);

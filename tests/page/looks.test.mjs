@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
-import { doubleClick, openFile, settled, withPage } from './browser.mjs';
+import { openFile, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const audit = readFileSync(new URL('../../tools/page/node_modules/axe-core/axe.min.js', import.meta.url), 'utf8');
@@ -82,7 +82,7 @@ const states = {
       mimeType: '',
       buffer: Buffer.from(message(4161, 1, '{STATUS=3;LOW_STATUS=0;SEVERITY=0;NUM_OF_MESSAGES=2;MSGS={one,two,};}')),
     });
-    await doubleClick(page, '#tree .row[data-path=MSGS]');
+    await page.dblclick('#tree .row[data-path=MSGS]');
   },
 };
 

@@ -1,13 +1,13 @@
 // Mending: values changed by their kind, keys added, the text sealed at each change, copied and saved; differences.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, doubleClick, openFile, paste, saved, settled, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, openFile, paste, saved, settled, withPage, wouldSave } from './browser.mjs';
 import { message, samples } from './makeLog.mjs';
 
 const text = async (page) => Buffer.from(await wouldSave(page, '#saveText'), 'latin1').toString();
 
 async function change(page, path, value) {
-  await doubleClick(page, `#tree .row[data-path="${path}"]`);
+  await page.dblclick(`#tree .row[data-path="${path}"]`);
   await settled(page);
   const control = page.locator('#editorValue');
   if ((await control.evaluate((one) => one.localName)) === 'select') await control.selectOption(value);
