@@ -76,6 +76,9 @@ const scan_t cases[] = {
     {"a @@4118    38 7 42 {DEV" + state + "\n", {"~@@4118    38 7 42 {DEV", state}},
     {"@@4118    38 7 42 {DEV\r\nwell, hello there!!\n" + state, {"~@@4118    38 7 42 {DEV", state}},
     {"@@4118    38", {"~@@4118    38"}},
+    // "@@" and digits in a text are no next one.
+    {"@@4202    99 7 42 {INFO=a@@41 b!!c;}!! " + state, {"~@@4202    99 7 42 {INFO=a@@41 b!!c;}!!", state}},
+    {"@@4202    99 7 42 {INFO=a@@41;}!!@@41", {"~@@4202    99 7 42 {INFO=a@@41;}!!", "~@@41"}},
     {"@@4118\n@@41", {"~@@4118", "~@@41"}},
     // Wrapped by a page, or with a line end in a text.
     {"see\n@@4112    62 7 41 {MEDIA_NAME=Violet;\n  FOCUS_VALUE=3.250000;}!!\n" + state,

@@ -48,11 +48,26 @@ bool hasIdOnLine(std::string_view text, std::size_t at) {
     return at < text.size() && isDigit(text[at]);
 }
 
-// Where the next message may begin: the next "@@" with a number behind it.
-std::size_t findNextMessage(std::string_view text, std::size_t from) {
-    for (std::size_t at = from; (at = findMarker(text, at)) != nowhere; ++at)
-        if (hasIdOnLine(text, at))
+// Whether an id is followed by what may follow it in front of a body.
+bool goesOnAsHead(std::string_view text, std::size_t at, bool isLast) {
+    const std::size_t id = skipBlanks(text, at + startMarker.size());
+    const std::size_t idEnd = std::min(text.find_first_not_of("0123456789", id), text.size());
+    const std::size_t behind = skipBlanks(text, idEnd);
+    if (behind == text.size())
+        return isLast;
+    const bool isNumber = behind > idEnd && (isDigit(text[behind]) || text[behind] == '-');
+    return isNumber || isSpace(text[behind]) || text[behind] == '{';
+}
+
+// Where the next message may begin: the next "@@" with a number behind it. On the line of the one before, where it may
+// stand in a text, more of a head is asked for.
+std::size_t findNextMessage(std::string_view text, std::size_t from, bool isLast) {
+    bool isOnLine = true;
+    for (std::size_t at = from; (at = findMarker(text, at)) != nowhere; from = at++) {
+        isOnLine = isOnLine && text.substr(from, at - from).find('\n') == nowhere;
+        if (hasIdOnLine(text, at) && (!isOnLine || goesOnAsHead(text, at, isLast)))
             return at;
+    }
     return nowhere;
 }
 
@@ -154,7 +169,7 @@ logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size
 logScanner_t::candidate_t logScanner_t::findDamagedEnd(std::string_view text, std::size_t at, bool isLast) {
     using enum candidate_t::kind_t;
     const std::string_view window = text.substr(0, std::min(text.size(), at + memoryBound));
-    const std::size_t next = findNextMessage(window, at + startMarker.size());
+    const std::size_t next = findNextMessage(window, at + startMarker.size(), isLast);
     const std::size_t limit = std::min(next, window.size());
     const std::size_t line = window.substr(0, limit).find('\n', at);
     const std::string_view onLine = window.substr(at, std::min(line, limit) - at);

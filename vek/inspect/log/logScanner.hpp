@@ -4,7 +4,8 @@
 // spelt. Else one begins at "@@" with digits behind it on its line, or with a "{" and a "!!" further on; the "@@" of
 // other programs (of diff, say) is passed over. Then it is damaged, and ends with the first "}!!", else the first "!!",
 // of its line before the next message; without one, with a "}!!" on a line below that comes before the next message (a
-// message that was wrapped); else with its line. Memory is bounded: a message that has no end within `memoryBound`
+// message that was wrapped); else with its line. On its own line a next message has a number or "{" behind its id, so
+// that "@@" and digits in a text are none. Memory is bounded: a message that has no end within `memoryBound`
 // bytes is cut with its line. Not safe for concurrent use.
 #pragma once
 
