@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <numeric>
 #include <set>
+#include <utility>
 
 namespace vek::inspect {
 
@@ -88,8 +89,8 @@ public:
             return isCertain(finding) && isOfEnvelope(finding) && finding.code != findingCode_t::wrongLength;
         };
         const auto isOfShape = [](const finding_t &finding) {
-            return isError(finding) && (finding.code == findingCode_t::bodyShape ||
-                                        (finding.code == findingCode_t::noEndMarker && !isCertain(finding)));
+            return isError(finding) && !isCertain(finding) &&
+                   (finding.code == findingCode_t::bodyShape || finding.code == findingCode_t::noEndMarker);
         };
         // Without braces a host's body is another one than people see.
         while (std::none_of(mending_.left.begin(), mending_.left.end(), isOfShape) && doAll(isOfBody))
@@ -207,14 +208,8 @@ private:
         for (const std::string_view with : {"\r\n", "\r\n >"})
             for (const char *by : {"", " "}) {
                 std::vector<remedy_t> breaks;
-                for (std::uint32_t at = body.start; at < body.end;) {
-                    const std::size_t start = std::min<std::size_t>(tree_.text().find_first_of("\r\n", at), body.end);
-                    const std::size_t end =
-                        std::min<std::size_t>(tree_.text().find_first_not_of(with, start), body.end);
-                    at = static_cast<std::uint32_t>(end);
-                    if (start < end)
-                        breaks.push_back({{static_cast<std::uint32_t>(start), at}, by});
-                }
+                for (const place_t place : lineBreaksIn(tree_.text(), body, with))
+                    breaks.push_back({place, by});
                 if (!breaks.empty())
                     all.push_back(std::move(breaks));
             }
@@ -286,16 +281,22 @@ remedy_t rightLength(const envelopeParts_t &envelope, std::size_t others) {
 std::vector<remedy_t> withLength(const tree_t &tree, std::vector<remedy_t> remedies) {
     keepApart(remedies);
     const envelopeParts_t &envelope = tree.envelope();
-    if (!envelope.isBodyRead || !envelope.length.isThere)
+    // Of the message, whatever stands around it.
+    const bool isRight = !envelope.startMarker.isEmpty() && !envelope.endMarker.isEmpty() &&
+                         std::cmp_equal(envelope.length.value, envelope.rightLength);
+    if (!envelope.length.isThere || !(envelope.isBodyRead || isRight))
         return remedies;
     const place_t place = lengthPlace(envelope);
     if (std::any_of(remedies.begin(), remedies.end(), [place](const remedy_t &remedy) {
             return remedy.place.start < place.end && place.start < remedy.place.end;
         }))
         return remedies;
-    std::size_t others = tree.text().size() - place.size();
+    const bool isOfWhole = envelope.isBodyRead;
+    std::size_t others = (isOfWhole ? tree.text().size() : envelope.rightLength - 1) - place.size();
     for (const remedy_t &remedy : remedies)
-        others += remedy.text.size() - remedy.place.size();
+        if (isOfWhole ||
+            (remedy.place.start >= envelope.startMarker.end && remedy.place.end <= envelope.endMarker.start))
+            others += remedy.text.size() - remedy.place.size();
     remedy_t length = rightLength(envelope, others);
     if (length.place.in(tree.text()) != length.text)
         remedies.push_back(std::move(length));

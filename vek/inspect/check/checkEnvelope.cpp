@@ -8,6 +8,7 @@
 #include "vek/text/numberText.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace vek::inspect {
 
@@ -38,6 +39,8 @@ std::string inWords(std::string_view around) {
         return around.find_first_of("\r\n") != std::string_view::npos ? "a line end" : "a blank";
     if (trimmed(around) == "\\n" || trimmed(around) == "\\r\\n")
         return joined({trimmed(around), ", a line end that is spelt out,"});
+    if (trimmed(around).starts_with("\\0") && isWrapping(around, ""))
+        return joined({trimmed(around), ", as texts end in a program,"});
     if (around == "\"" || around == "'")
         return around == "'" ? "a single quote" : "a double quote";
     if (trimmed(around).starts_with("@@"))
@@ -45,7 +48,25 @@ std::string inWords(std::string_view around) {
     return shownValue(around) + oddCharacterIn(around);
 }
 
+std::string withoutShell(std::string_view body) {
+    std::string text(body);
+    for (std::size_t at = 0; (at = text.find("\\!", at)) != std::string::npos; ++at)
+        text.erase(at, 1);
+    return text;
+}
+
 } // namespace
+
+std::vector<place_t> lineBreaksIn(std::string_view text, place_t within, std::string_view with) {
+    std::vector<place_t> breaks;
+    text = text.substr(0, within.end);
+    for (std::size_t at = within.start; (at = text.find_first_of("\r\n", at)) != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_not_of(with, at), text.size());
+        breaks.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(end)});
+        at = end;
+    }
+    return breaks;
+}
 
 void checker_t::checkEnvelope() {
     const std::string_view text = tree_.text();
@@ -91,21 +112,41 @@ void checker_t::checkId() {
                      {"no message id stands behind \"@@\"", word.empty() ? "" : joined({", but ", shownValue(word)})}),
                  "a host can't read the message");
     } else if (tree_.message() == nullptr || (word.size() != id.place.size() && !envelope_.length.isThere)) {
+        const messageSchema_t *meant = messageWithKeys(tree_.body());
+        isLengthTold_ = meant != nullptr && isLengthProof(std::to_string(meant->id), word.size());
         if (!report(unknownId, {id.place.start, static_cast<std::uint32_t>(end)}))
             return;
-        const messageSchema_t *meant = messageWithKeys(tree_.body());
-        tell(
-            joined({"no message has the id ", word.substr(0, 20), oddCharacterIn(word),
-                    meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id)}) : "",
-                    lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
-            "a host refuses it");
+        const bool isOnly = meant != nullptr && isOnlyWithKeys(*meant);
+        tell(joined({"no message has the id ", word.substr(0, 20), oddCharacterIn(word),
+                     meant != nullptr ? joined({"; the keys of the body are those of ", std::to_string(meant->id),
+                                                isOnly ? "" : " and others"})
+                                      : "",
+                     lacksId() ? "; perhaps the id is missing, as one number is" : ""}),
+             "a host refuses it");
         if (meant != nullptr && !lacksId()) {
             const std::string right = std::to_string(meant->id);
-            mend(findings_.back().place, right, isOnlyWithKeys(*meant) && inspect::isPlainly(word, right, {}));
+            mend(findings_.back().place, right, isOnly && (isLengthTold_ || inspect::isPlainly(word, right, {})));
         }
     } else if (tree_.record() == nullptr && report(noStructure, id.place)) {
         tell(joined({"the id ", std::to_string(id.value), " has no structure"}), "a host makes nothing of it");
     }
+}
+
+// Whether an id in the place of one of another size makes the length right.
+bool checker_t::isLengthProof(std::string_view id, std::size_t size) const {
+    return id.size() != size && envelope_.sequenceNumber.isThere &&
+           std::cmp_equal(envelope_.length.value, envelope_.rightLength + id.size() - size);
+}
+
+// The blanks that a message has too many, when its length is that of the message without them; else 0.
+std::size_t checker_t::surplusBlanks() const {
+    const std::uint32_t front = envelope_.sequenceNumber.place.end;
+    if (envelope_.isBodyRead || !envelope_.sequenceNumber.isThere || envelope_.endMarker.isEmpty() ||
+        envelope_.startMarker.isEmpty() || envelope_.body.start <= front)
+        return 0;
+    const std::size_t blanks = envelope_.id.place.start - envelope_.startMarker.end + envelope_.body.start - front - 1 +
+                               envelope_.endMarker.start - envelope_.body.end;
+    return std::cmp_equal(envelope_.length.value, envelope_.rightLength - blanks) ? blanks : 0;
 }
 
 // Whether the length may have been taken for the id.
@@ -191,22 +232,34 @@ void checker_t::checkEnd() {
         }
         return;
     }
+    // A shell's marks against the expansion of its history, which it leaves there.
+    const std::string_view rest = trimmed(behind.in(text)), body = envelope_.body.in(text);
+    const bool isOfShell = rest == "\\!\\!" || rest == "\\!!";
+    const std::string typed = isOfShell ? withoutShell(body) : std::string();
+    const bool isAlsoInside = isOfShell && typed.size() < body.size();
+    const bool isProven =
+        isAlsoInside && std::cmp_equal(envelope_.length.value, envelope_.rightLength + typed.size() - body.size());
+    isLengthTold_ = isLengthTold_ || isProven;
     if (report(noEndMarker, envelope_.endMarker)) {
         const std::size_t size = text.size() - envelope_.startMarker.start + 1;
         const auto said = static_cast<std::size_t>(std::max(envelope_.length.value, 0));
         const std::string missing =
             said > size ? joined({"; by its length ", std::to_string(said - size), " characters are missing"}) : "";
-        const std::string_view rest = trimmed(behind.in(text));
-        tell(isCutInHead()  ? std::string("the message ends in front of its body")
-             : isCutOff()   ? joined({"the message ends inside its body", missing})
+        tell(isCutInHead() ? std::string("the message ends in front of its body")
+             : isCutOff()  ? joined({"the message ends inside its body", missing})
+             : isOfShell
+                 ? joined({"a shell wrote ", rest, " for \"!!\" at the end; in single quotes it leaves \"!\" alone"})
              : rest == "!"  ? "the second \"!\" is missing at the end"
              : rest.empty() ? "\"!!\" is missing at the end"
                             : joined({shownValue(rest), " stands at the end, where \"!!\" should be"}),
              joined({isCutOff() || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}));
         constexpr std::size_t mostOfMarker = 4;
-        if (!isCutOff() && !isCutInHead() && missingBraces() == 0)
+        if (isProven)
+            mend({envelope_.body.start, envelope_.whole.end}, typed + "!!", true);
+        else if (!isCutOff() && !isCutInHead() && missingBraces() == 0)
             mend({envelope_.endMarker.start, envelope_.whole.end}, "!!",
-                 rest.size() <= mostOfMarker && rest.find_first_not_of("!?1 .;,'\"") == std::string_view::npos);
+                 rest.size() <= mostOfMarker &&
+                     (isOfShell ? !isAlsoInside : rest.find_first_not_of("!?1 .;,'\"") == std::string_view::npos));
     }
 }
 
@@ -234,9 +287,13 @@ void checker_t::checkBodyShape() {
         }
     } else if (areNumbersThere && !value.empty() &&
                (body.start != front + 1 || tree_.text()[front] != ' ' || envelope_.endMarker.start != body.end)) {
-        if (report(bodyShape, warning, {front, body.start})) {
-            tell("one blank belongs in front of the body, and nothing behind it",
-                 envelope_.isWholeForHost() ? "a host reads it, and writes it so" : "");
+        const bool isWrong = surplusBlanks() > 0;
+        if (report(bodyShape, isWrong ? error : warning, {front, body.start})) {
+            tell(joined({"one blank belongs in front of the body, and nothing behind it",
+                         isWrong ? "; so the length would be right" : ""}),
+                 isWrong                      ? std::string(nothingRead)
+                 : envelope_.isWholeForHost() ? "a host reads it, and writes it so"
+                                              : "");
             mendBlanks();
         }
     }
@@ -253,8 +310,16 @@ void checker_t::checkLength() {
                      std::to_string(longestReadableMessage), " are the most"}),
              envelope_.isBodyRead ? "a host reads it, but can't write such a length, which has five places"
                                   : std::string(nothingRead));
-    if (!length.isThere || !envelope_.sequenceNumber.isThere || isCutOff() || isCutInHead() || envelope_.isBodyRead ||
-        said == right || (isTooLong && std::to_string(right).starts_with(std::to_string(said))))
+    if (surplusBlanks() > 0) {
+        const place_t blank{envelope_.startMarker.end, envelope_.id.place.start};
+        if (!blank.isEmpty() && report(bodyShape, blank)) {
+            tell("a blank stands behind \"@@\", and the length is right without it", std::string(nothingRead));
+            mend(blank, {}, true);
+        }
+        return; // which was told
+    }
+    if (isLengthTold_ || !length.isThere || !envelope_.sequenceNumber.isThere || isCutOff() || isCutInHead() ||
+        envelope_.isBodyRead || said == right || (isTooLong && std::to_string(right).starts_with(std::to_string(said))))
         return;
     const std::vector<node_t> &nodes = tree_.nodes();
     const auto hasNode = [&nodes](auto isIt) { return std::any_of(nodes.begin(), nodes.end(), isIt); };
@@ -266,21 +331,43 @@ void checker_t::checkLength() {
         return; // for the brace that is told
     if (report(wrongLength, length.place)) {
         const bool isMended = right != tree_.text().size() + 1;
+        const bool isOfUnbroken = isLengthWithoutLineBreaks();
         tell(joined({"the length says ", std::to_string(length.value), ", the message has ", std::to_string(right),
-                     " characters with its NUL", isMended ? " once its ends are right" : ""}),
-             std::string(nothingRead), std::to_string(right));
-        mendHead();
+                     " characters with its NUL", isMended ? " once its ends are right" : "",
+                     isOfUnbroken ? "; without its line breaks the length is right" : ""}),
+             std::string(nothingRead), isOfUnbroken ? std::string() : std::to_string(right));
+        if (!isOfUnbroken)
+            mendHead();
     }
+}
+
+// Whether an editor, or a mail, has broken the body, or put a line end in the place of a blank.
+bool checker_t::isLengthWithoutLineBreaks() const {
+    for (const std::string_view with : {"\r\n", "\r\n >"}) {
+        const std::vector<place_t> breaks = lineBreaksIn(tree_.text(), envelope_.body, with);
+        std::size_t size = envelope_.rightLength;
+        for (const place_t place : breaks)
+            size -= place.size();
+        if (!breaks.empty() && (std::cmp_equal(envelope_.length.value, size) ||
+                                std::cmp_equal(envelope_.length.value, size + breaks.size())))
+            return true;
+    }
+    return false;
 }
 
 // One blank in front of the body, and nothing behind it.
 void checker_t::mendBlanks() {
     const place_t front{envelope_.sequenceNumber.place.end, envelope_.body.start};
     const place_t behind{envelope_.body.end, envelope_.endMarker.start};
-    if (front.in(tree_.text()) != " ")
-        mend(front, " ", isBlankOfAnyKind(front.in(tree_.text())));
+    const std::string_view text = tree_.text();
+    const bool isFrontRight = front.in(text) == " ";
+    if (!isFrontRight && !behind.isEmpty())
+        mend({front.start, behind.end}, joined({" ", envelope_.body.in(text)}),
+             isBlankOfAnyKind(front.in(text)) && isBlankOfAnyKind(behind.in(text)));
+    else if (!isFrontRight)
+        mend(front, " ", isBlankOfAnyKind(front.in(text)));
     else
-        mend(behind, {}, isBlankOfAnyKind(behind.in(tree_.text())));
+        mend(behind, {}, isBlankOfAnyKind(behind.in(text)));
 }
 
 // The numbers anew, as far as it is certain which they are: of four words in front of the body the second is the

@@ -53,8 +53,12 @@ void checker_t::checkGroup(const node_t &node) {
         const bool isWide = node.valueKind() == fieldKind_t::text16;
         const node_t *behind = next(tree_.nodes()[node.parent], node);
         const bool isWhole = value.size() <= 100 && (behind == nullptr || behind->use != pairUse_t::noKey);
+        const recordSchema_t *record = node.field != nullptr ? node.field->record() : nullptr;
+        const bool isKey = record != nullptr && record->find(value) != nullptr;
         tell(joined({shownValue(value), " stands where a group in braces should be",
-                     isWide ? ", as a 16-bit text is written by its codes" : ""}),
+                     isWide  ? ", as a 16-bit text is written by its codes"
+                     : isKey ? ": \"{\" is missing in front of this key"
+                             : ""}),
              "a host takes its first and last characters for the braces",
              isWide && isWhole ? wideCodes(value).value_or("") : std::string());
         if (const std::string &codes = findings_.back().suggestion; !codes.empty())
@@ -83,7 +87,9 @@ void checker_t::mendList(const node_t &node) {
             return;
         list.append(value).append(1, comma);
     }
-    mend({node.value.start, end}, list + "}", true);
+    list += closeBrace;
+    findings_.back().suggestion = list.size() <= 100 ? list : std::string();
+    mend({node.value.start, end}, std::move(list), true);
 }
 
 bool checker_t::lacksBraces(const node_t &node) const {
@@ -269,14 +275,21 @@ void checker_t::checkUnknown(const node_t &parent, const node_t &node) {
                  joined({"a host ignores it",
                          isThere ? "" : joined({"; ", field->key, " becomes ", valueOfAbsent(*field)})}),
                  wordIn(key) == field->key ? std::string(field->key) : std::string());
+            // Who writes a blank in front of "=" writes one behind it.
+            const bool isApart = key.ends_with(' ') && tree_.value(node).starts_with(' ') && !node.isQuoted &&
+                                 node.value.start == node.key.end + 1;
+            const std::size_t blanks = std::min(tree_.value(node).find_first_not_of(' '), node.value.size());
             if (!node.isKeyQuoted)
-                mend(node.key, std::string(field->key), !isThere && isAllBlank(key, field->key));
+                mend({node.key.start, isApart ? node.value.start + static_cast<std::uint32_t>(blanks) : node.key.end},
+                     joined({field->key, isApart ? "=" : ""}), !isThere && isAllBlank(key, field->key));
         }
         return;
     }
     constexpr std::size_t mostSuggestions = 50;
     const bool hasSuggestion = suggestions_++ < mostSuggestions;
     findingWords_t words = wordsOfUnknown(record, key, hasSuggestion);
+    if (record == nullptr && parent.field != nullptr)
+        words.message += joined({"; write none, or ", parent.field->key, "0 and so on"});
     const fieldSchema_t *meant = record != nullptr ? record->find(words.suggestion) : nullptr;
     bool wasExplained = false;
     if (meant != nullptr && !isMissing(*meant)) {
@@ -447,23 +460,39 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         return false;
     const node_t &before = *previous(parent, node);
     const std::string_view whole = tree_.value(before), rest = tree_.value(node);
-    if (!report(decimalComma, {before.value.start, node.value.end}, &before))
+    constexpr std::size_t thousand = 3;
+    const node_t *last = &node, *behind = next(parent, node);
+    std::string digits = joined({whole, rest});
+    for (; tree_.value(*last).size() == thousand && behind != nullptr && behind->use == pairUse_t::noKey &&
+           behindValue(*last) == ",";
+         behind = next(parent, *last)) {
+        last = behind;
+        digits += tree_.value(*last);
+    }
+    if (last != &node)
+        told_ = tree_.indexOf(*last);
+    const place_t place{before.value.start, last->value.end};
+    if (!report(decimalComma, place, &before))
         return true;
-    const bool isOfThousands = rest.find('.') == 3;
-    const node_t *behind = next(parent, node);
+    const std::string_view lastDigits = tree_.value(*last);
+    const bool isOfThousands = lastDigits.find('.') == thousand ||
+                               (last != &node && lastDigits.size() == thousand && whole.size() <= thousand);
     const bool goesOn = behind != nullptr && behind->use == pairUse_t::noKey;
     // Three digits behind it may be thousands, unless there is a point or nothing in front.
-    const bool isEither = !isOfThousands && rest.size() == 3 && !whole.starts_with('0') && !whole.starts_with("-0");
-    std::string meant = joined({whole, isOfThousands ? "" : ".", rest});
-    if (isInteger(before.field->kind) || goesOn || isEither ||
+    const bool isEither =
+        !isOfThousands &&
+        (last != &node || (rest.size() == thousand && !whole.starts_with('0') && !whole.starts_with("-0")));
+    std::string meant = isOfThousands ? std::move(digits) : joined({whole, ".", rest});
+    if ((isInteger(before.field->kind) && !isOfThousands) || goesOn || isEither ||
         judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();
     const bool isPoint = !meant.empty() && !isOfThousands;
-    tell(joined({whole, ",", rest, isPoint ? " has a comma for its point" : " has a comma in it"}),
+    tell(joined({place.in(tree_.text()), isPoint         ? " has a comma for its point"
+                                         : last != &node ? " has commas in it"
+                                                         : " has a comma in it"}),
          joined({"a host reads ", whole}), meant);
     if (std::string why; !meant.empty())
-        mend({before.value.start, node.value.end}, spelt(*before.field, meant, part_t::element, why).value_or(meant),
-             true);
+        mend(place, spelt(*before.field, meant, part_t::element, why).value_or(meant), true);
     return true;
 }
 

@@ -91,15 +91,19 @@ bool checker_t::checkOtherId(const node_t &body) {
     const messageSchema_t *message = messageWithKeys(body);
     if (message != nullptr && report(unknownKey, envelope_.id.place))
         tell(joined({"the keys of the body are those of ", std::to_string(message->id), ", ", message->record->name,
-                     ", not of ", std::to_string(envelope_.id.value)}),
+                     isOnlyWithKeys(*message) ? "" : " and others", ", not of ", std::to_string(envelope_.id.value)}),
              "a host ignores them all");
     return message != nullptr;
 }
 
 void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     std::int32_t last = -1;
-    if (!body.isKeyed && body.childCount > 0 && !isTorn_ && !isCutOff() && report(positionalBody, body.value, &body))
-        tell("no \"=\" stands in the body", "a host tells the values apart by their order");
+    if (!body.isKeyed && body.childCount > 0 && !isTorn_ && !isCutOff() && report(positionalBody, body.value, &body)) {
+        const bool isJson = tree_.value(body).find("\":") != std::string_view::npos;
+        tell(isJson ? "no \"=\" stands in the body, which is written as JSON, not in pairs KEY=VALUE;"
+                    : "no \"=\" stands in the body",
+             "a host tells the values apart by their order");
+    }
     for (const node_t &child : tree_.children(body)) {
         if (child.use != pairUse_t::assigned || child.field == nullptr)
             continue;
@@ -170,9 +174,11 @@ void checker_t::checkCount(const fieldSchema_t &list) {
     const node_t *shown = counter != nullptr ? counter : node;
     if (report(countMismatch, said < count ? error : warning, shown->value, shown)) {
         const std::string says = joined({list.counter()->key, " says ", std::to_string(said)});
-        tell(joined({counter != nullptr ? says : joined({list.counter()->key, " is missing"}), ", ", list.key, " has ",
-                     std::to_string(count), count == 1 ? " element" : " elements",
-                     said > count ? "; one may be missing, or a comma" : ""}),
+        const std::string has = node == nullptr
+                                    ? std::string(" is missing")
+                                    : joined({" has ", std::to_string(count), count == 1 ? " element" : " elements",
+                                              said > count ? "; one may be missing, or a comma" : ""});
+        tell(joined({counter != nullptr ? says : joined({list.counter()->key, " is missing"}), ", ", list.key, has}),
              said < count ? joined({"a host sees ", std::to_string(std::max(said, 0)), " of them"})
                           : std::string("a host takes the rest for empty, or not at all"),
              said > count         ? std::string() // elements may be missing

@@ -132,7 +132,7 @@ inline constexpr std::array<findingKind_t, findingCodeCount> findingKinds = [] {
          "Write the key with its value, if 0 or empty is not what is meant."},
         {keyOrder, "key-order", warning, "a host writes the key elsewhere", 4112,
          "{FOCUS_VALUE=3.250000;MEDIA_NAME=a;}", "None is needed; a host writes its own order."},
-        {lineBreak, "line-break", error, "white space in front of a key, or a line end in a value", 4112,
+        {lineBreak, "line-break", error, "white space in front of a key or a text, or a line end in a value", 4112,
          "{MEDIA_NAME=a;\nFOCUS_VALUE=3.250000;}", "Take out what an editor or a page has wrapped."},
         {swallowedToken, "swallowed-token", error, "a value was empty, so that the next token became the value", 4112,
          "{MEDIA_NAME=;FOCUS_VALUE=3.250000;}",

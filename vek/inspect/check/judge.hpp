@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vek::inspect {
 
@@ -53,6 +54,8 @@ std::string withoutOddCharacters(std::string_view word);
 bool isBlankOfAnyKind(std::string_view text);
 /// A text without such blanks at its end, and without some other characters there.
 std::string_view withoutBlankAtEnd(std::string_view text, std::string_view others);
+/// The line breaks in a stretch of a text, each with those of some characters that follow it.
+std::vector<place_t> lineBreaksIn(std::string_view text, place_t within, std::string_view with);
 /// How a separator or brace is written in a text: "a \";\" in a text is written as the character 2".
 std::string howToWrite(char separator);
 findingWords_t wordsOfDuplicate(std::string_view key);

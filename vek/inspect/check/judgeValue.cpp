@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -224,6 +225,10 @@ valueFinding_t judgeText(std::string_view value, std::optional<std::int32_t> roo
     };
     const auto *const at =
         std::find_if(value.begin(), value.end(), [&](char c) { return isSpecial(c) && !isEscapeCode(c); });
+    if (at == value.end() && value.starts_with(' '))
+        return warned(lineBreak, joined({"the text ", shownValue(value), " begins with a blank"}),
+                      "a host keeps it as part of the text",
+                      std::string(value.substr(std::min(value.find_first_not_of(' '), value.size()))));
     if (at == value.end())
         return {};
     if (*at == '\n' || *at == '\r')
@@ -257,6 +262,30 @@ std::string withoutThousands(std::string number) {
     return point < number.size() && digits.find(' ') == std::string::npos ? digits : number;
 }
 
+// Of an integer: without decimals that are 0, unless they are three, which may be thousands; and a hexadecimal one as
+// it is written here.
+std::string asInteger(std::string number) {
+    const std::size_t point = number.find('.');
+    constexpr std::size_t thousand = 3;
+    if (point != std::string::npos && number.size() - point - 1 != thousand &&
+        number.find_first_not_of('0', point + 1) == std::string::npos)
+        number.resize(point);
+    std::uint32_t value = 0;
+    if (number.starts_with("0x") || number.starts_with("0X"))
+        if (const auto read = std::from_chars(number.data() + 2, number.data() + number.size(), value, 16);
+            read.ec == std::errc() && read.ptr == number.data() + number.size() && value <= INT32_MAX)
+            return std::to_string(value);
+    return number;
+}
+
+// The letter O among digits is a 0.
+std::string withZeros(std::string number) {
+    if (number.find_first_not_of("0123456789O.-") == std::string::npos &&
+        std::any_of(number.begin(), number.end(), &isDigit))
+        std::replace(number.begin(), number.end(), 'O', '0');
+    return number;
+}
+
 valueFinding_t judgeAsItStands(const fieldSchema_t &field, std::string_view value) {
     switch (field.kind) {
     case fieldKind_t::integer32:
@@ -286,10 +315,12 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
     valueFinding_t finding = judgeAsItStands(field, value);
     if (finding.severity != severity_t::error || !finding.isThere || !isNumber(field.kind))
         return finding;
-    // A minus sign that is none, wide digits,
+    // A minus sign that is none, wide digits, letters that look like them,
     // "=>" and ":=" for "="; thousands apart
     std::string meant =
-        withoutThousands(inAscii(value.substr(value.starts_with('>') || value.starts_with(':') ? 1 : 0)));
+        withZeros(withoutThousands(inAscii(value.substr(value.starts_with('>') || value.starts_with(':') ? 1 : 0))));
+    if (isInteger(field.kind))
+        meant = asInteger(std::move(meant));
     const valueFinding_t other = judgeAsItStands(field, meant);
     if (meant != value && (!other.isThere || other.code == findingCode_t::numberSpelling)) {
         finding.words.suggestion = std::move(meant);

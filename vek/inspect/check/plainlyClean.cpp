@@ -14,20 +14,25 @@ namespace vek::inspect {
 
 namespace {
 
-// That would be told of in a text.
-bool isControl(char c) {
-    return (static_cast<unsigned char>(c) < 0x20 && !isEscapeCode(c)) || c == 0x7F;
+// That would be told of: a control character, or a blank at a text's beginning. Another stands in front.
+bool isOdd(const char &c) {
+    const char before = *(&c - 1);
+    return (static_cast<unsigned char>(c) < 0x20 && !isEscapeCode(c)) || c == 0x7F ||
+           (c == ' ' && (isSeparator(before) || before == openBrace));
 }
 
-bool hasControls(std::string_view text) {
-    const char *at = text.data(), *const end = at + text.size();
+// The body of a message, which begins with its brace.
+bool hasOdd(std::string_view body) {
+    if (body.empty())
+        return false;
+    const char *at = body.data() + 1, *const end = body.data() + body.size();
 #ifdef __SSE2__
     for (; end - at >= characterBlock_t::size; at += characterBlock_t::size)
-        if (const characterBlock_t block(at); (block.between('\0', 0x1F) | block.equal(0x7F)) != 0 &&
-                                              std::any_of(at, at + characterBlock_t::size, &isControl))
+        if (const characterBlock_t block(at);
+            (block.between('\0', ' ') | block.equal(0x7F)) != 0 && std::any_of(at, at + characterBlock_t::size, &isOdd))
             return true;
 #endif
-    return std::any_of(at, end, &isControl);
+    return std::any_of(at, end, &isOdd);
 }
 
 // The lists of a group that the library wrote, beside the keys that count them.
@@ -84,7 +89,7 @@ private:
 
 bool isPlainlyClean(std::string_view text) {
     const std::optional<writtenMessage_t> message = writtenMessage(text);
-    return message && !hasControls(text) &&
+    return message && !hasOdd(message->body) &&
            (!message->record->hasCounts || message->body.empty() ||
             listCounts_t::areRight(*message->record, message->body));
 }

@@ -69,14 +69,15 @@ private:
         const bool isFound = found != std::string_view::npos && found >= from;
         if (isFound && text_.find_first_not_of('!', found + 1) >= end)
             return found + 1;
-        if (end >= from + endMarker.size() && text_.substr(0, end).ends_with(endMarker))
+        if (end >= from + endMarker.size() && text_.substr(0, end).ends_with(endMarker) &&
+            !text_.substr(0, end).ends_with("}\\!!")) // of a shell
             return end - endMarker.size();
         return isFound ? found + 1 : std::string_view::npos;
     }
 
     // Where the end marker should be, of which a part may be there.
     std::size_t findMissingEnd(std::size_t from) const {
-        const std::size_t end = text_.find_last_not_of(" \t\r\n!?.,;'\"");
+        const std::size_t end = text_.find_last_not_of(" \t\r\n!?.,;'\"\\");
         const bool isPart = end != std::string_view::npos && end >= from && text_[end] == closeBrace &&
                             text_.find('!', end) != std::string_view::npos;
         return isPart ? end + 1 : text_.size();

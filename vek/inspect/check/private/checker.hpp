@@ -47,6 +47,9 @@ private:
     void checkEnd();
     void checkBodyShape();
     bool lacksId() const;
+    bool isLengthProof(std::string_view id, std::size_t size) const;
+    std::size_t surplusBlanks() const;
+    bool isLengthWithoutLineBreaks() const;
     bool isCutOff() const;
     bool isCutInHead() const;
     std::size_t missingBraces() const;
@@ -116,6 +119,7 @@ private:
     std::bitset<findingCodeCount> ignored_;
     std::uint32_t limit_ = UINT32_MAX;
     bool hasFound_ = false;
+    bool isLengthTold_ = false;   // by what is told of the id
     std::size_t suggestions_ = 0; // looked for: a hostile text gets no more than a few
     std::vector<finding_t> findings_;
     std::vector<spot_t> spots_;
