@@ -2,6 +2,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/load/archive.hpp"
 #include "tools/vekmsg/load/loaders.hpp"
+#include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 
 #include <algorithm>
@@ -58,6 +59,7 @@ int runLoad(const loadArguments_t &arguments) {
 #ifdef VEK_DATABASES
     try {
         const bool isServer = load.target.find("://") != std::string::npos;
+        checkArguments(load, isServer || identityOf(load.target));
         return loadInto(isServer ? *openCluster(load.target, load.reading.follows) : *openSqlite(load.target), load);
     } catch (const databaseError_t &error) {
         complain(error.what());

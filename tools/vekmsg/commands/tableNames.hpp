@@ -16,8 +16,11 @@ inline const inspect::table_t *tableNamed(const std::string &name) {
     std::vector<std::string_view> names;
     for (const inspect::table_t &table : inspect::archiveTables().all())
         names.push_back(table.name);
-    throw usageError_t("--table " + name + ": there is no such table; " +
-                       inspect::didYouMean(name, names, "vekmsg schema --sql clickhouse shows all"));
+    throw usageError_t(
+        "--table " + name + ": there is no such table; " +
+        inspect::didYouMean(name, names,
+                            "messages and problems are tables, and each kind of message has its own, such "
+                            "as focus_value; vekmsg schema --sql clickhouse shows all of them"));
 }
 
 } // namespace vek::tool

@@ -2,6 +2,7 @@
 #include "tools/vekmsg/load/exporter.hpp"
 
 #include "tools/vekmsg/load/logCursor.hpp"
+#include "tools/vekmsg/load/logNames.hpp"
 #include "tools/vekmsg/reading/csv.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
@@ -9,7 +10,6 @@
 #include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
-#include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
@@ -40,6 +40,8 @@ public:
             for (archivedLog_t &log : logs)
                 writeFile(std::move(log));
         flush(0);
+        if (!hasAny_ && status_ == exitFine)
+            fail(whyNothing());
         return status_;
     }
 
@@ -53,17 +55,9 @@ private:
 
     std::vector<archivedLog_t> chosen() {
         std::vector<archivedLog_t> logs = archive_.logs();
-        const auto keep = [&logs](const std::vector<std::string> &words, std::string archivedLog_t::*part,
-                                  const std::string &option) {
-            const std::vector<archivedLog_t> all = logs;
-            std::vector<std::string_view> names;
-            names.reserve(all.size());
-            for (const archivedLog_t &log : all)
-                names.push_back(log.*part);
-            for (const std::string &word : words)
-                if (std::ranges::find(names, word) == names.end())
-                    throw usageError_t(joined({option, " ", word, ": there is no such log; ",
-                                               didYouMean(word, names, "the table sources has their names")}));
+        const auto keep = [&](const std::vector<std::string> &words, std::string archivedLog_t::*part,
+                              const std::string &option) {
+            checkNamed(option, words, logs, part, archive_.name());
             if (!words.empty())
                 std::erase_if(
                     logs, [&](const archivedLog_t &log) { return std::ranges::find(words, log.*part) == words.end(); });
@@ -76,6 +70,16 @@ private:
             return options_.table == nullptr && log.isWhole && log.position.offset == 0 && log.tail.empty();
         });
         return logs;
+    }
+
+    std::string whyNothing() const {
+        const bool isOfAll = options_.sources.empty() && options_.devices.empty() && options_.sites.empty() &&
+                             options_.hosts.empty() && !since_ && !until_;
+        if (isOfAll && options_.table == nullptr)
+            return archive_.name() + " holds no message; vekmsg load --into " + options_.target + " LOG loads some";
+        const std::string_view what = options_.table != nullptr ? options_.table->name : std::string_view();
+        return joined({what.empty() ? "no message in " : "no row of the table ", what, what.empty() ? "" : " in ",
+                       archive_.name(), isOfAll ? " yet" : " is of what was asked for"});
     }
 
     // As --since and --until of other commands: a message without a time is in no span.
@@ -96,7 +100,12 @@ private:
         unit_.clear();
         cursor.appendText(unit_);
         if (isWantedNow)
-            out_ += unit_;
+            putUnit();
+    }
+
+    void putUnit() {
+        out_ += unit_;
+        hasAny_ = hasAny_ || !unit_.empty();
     }
 
     void finish(logCursor_t &cursor) {
@@ -134,7 +143,7 @@ private:
         }
         finish(cursor);
         if (!since_ && !until_)
-            out_ += unit_;
+            putUnit();
         flush(0);
         file_.close();
         if (!file_)
@@ -186,7 +195,7 @@ private:
             } else {
                 finish(cursor);
                 if (!since_ && !until_)
-                    out_ += unit_;
+                    putUnit();
                 joinLines(start);
             }
             flush(blockSize);
@@ -230,6 +239,7 @@ private:
             else
                 appendRowJson(out_, row, false);
             out_ += '\n';
+            hasAny_ = true;
         };
         for (const keptRow_t &row : cursor.rows())
             appendRow(row.elements, row.cells, row.listCells);
@@ -301,7 +311,7 @@ private:
     std::string out_, unit_;
     std::ofstream file_;
     std::set<std::string> names_;
-    bool isMerged_ = false, isAtLine_ = true;
+    bool isMerged_ = false, isAtLine_ = true, hasAny_ = false;
     int status_ = exitFine;
 };
 

@@ -26,6 +26,10 @@ void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t millis
     writeAll(2, words + "\n");
 }
 
+void sayForgotten(std::string_view log) {
+    writeAll(2, std::string(log) + " taken out, with all that was known of it\n");
+}
+
 void sayRemoved(std::int64_t messages, std::string_view time) {
     writeAll(2, messagesInWords(messages) + " removed, older than " + std::string(time) + "\n");
 }

@@ -9,6 +9,9 @@ namespace vek::tool {
 /// "8 messages loaded, 1 damaged", with the rate when they are many and it took more than a second.
 void sayLoaded(std::int64_t messages, std::int64_t damaged, std::uint64_t milliseconds);
 
+/// "device.log taken out, with all that was known of it".
+void sayForgotten(std::string_view log);
+
 /// "4 messages removed, older than 2026-03-01T12:00:00".
 void sayRemoved(std::int64_t messages, std::string_view time);
 

@@ -1,12 +1,12 @@
 // The loader: the logs one behind the other, or all at once when they are followed.
 #include "tools/vekmsg/load/loadSummary.hpp"
 #include "tools/vekmsg/load/logLoad.hpp"
+#include "tools/vekmsg/load/logNames.hpp"
+#include "tools/vekmsg/load/namePattern.hpp"
 #include "tools/vekmsg/load/soundSource.hpp"
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/progress.hpp"
-#include "vek/inspect/words/nearest.hpp"
-#include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
 
@@ -16,16 +16,22 @@ using inspect::archivedLog_t;
 
 namespace {
 
+// A log without a zone has the time of this place.
+std::optional<logTime_t> oldestKept(const std::string &keep) {
+    if (keep.empty())
+        return std::nullopt;
+    const std::optional<givenTime_t> time = timeOfArgument("-" + keep);
+    if (!time)
+        throw usageError_t("--keep " + keep + ": how long? write 90d, 12h, or 30m");
+    return time->local.isBefore(time->zoned) ? time->local : time->zoned;
+}
+
 class loader_t {
     class followed_t;
 
 public:
     loader_t(archive_t &archive, const loadOptions_t &options)
-        : options_(options), times_(options.reading.timeExpression), archive_(archive) {
-        static_cast<void>(oldest());
-        if (options.isReplacing && options.reading.follows)
-            throw usageError_t("--replace loads a log to its end and --follow goes on: first the one, then the other");
-    }
+        : options_(options), times_(options.reading.timeExpression), archive_(archive) {}
 
     int run() {
         const std::uint64_t begun = committed_ = milliseconds();
@@ -39,7 +45,8 @@ public:
         removeOld();
         progress_.clear();
         if (!options_.isQuiet) {
-            sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
+            if (!options_.reading.files.empty())
+                sayLoaded(archive_.counts().messages, archive_.counts().damaged, milliseconds() - begun);
             sayHolds(archive_.name(), archive_.all());
         }
         return status_;
@@ -47,34 +54,21 @@ public:
 
 private:
     void forget() {
-        std::vector<archivedLog_t> logs = options_.forgotten.empty() ? std::vector<archivedLog_t>() : archive_.logs();
-        std::vector<std::string_view> names;
-        names.reserve(logs.size());
-        for (const archivedLog_t &log : logs)
-            names.push_back(log.name);
-        for (const std::string &name : options_.forgotten)
-            if (std::ranges::find(names, name) == names.end())
-                throw usageError_t(
-                    inspect::joined({"--forget ", name, ": there is no such log; ",
-                                     inspect::didYouMean(name, names, "the table sources has their names")}));
+        if (options_.forgotten.empty())
+            return;
+        const std::vector<archivedLog_t> logs = archive_.logs();
+        checkNamed("--forget", options_.forgotten, logs, &archivedLog_t::name, archive_.name());
         for (const archivedLog_t &log : logs)
             if (std::ranges::find(options_.forgotten, log.name) != options_.forgotten.end())
                 inTransaction([&] { archive_.forget(log); });
-    }
-
-    // A log without a zone has the time of this place.
-    std::optional<logTime_t> oldest() const {
-        if (options_.keep.empty())
-            return std::nullopt;
-        const std::optional<givenTime_t> time = timeOfArgument("-" + options_.keep);
-        if (!time)
-            throw usageError_t("--keep " + options_.keep + ": how long? write 90d, 12h, or 30m");
-        return time->local.isBefore(time->zoned) ? time->local : time->zoned;
+        if (!options_.isQuiet)
+            for (const std::string &name : options_.forgotten)
+                sayForgotten(name);
     }
 
     void removeOld() {
         removed_ = milliseconds();
-        const std::optional<logTime_t> time = oldest();
+        const std::optional<logTime_t> time = oldestKept(options_.keep);
         std::int64_t count = 0;
         if (time)
             inTransaction([&] { count = archive_.removeOlder(*time); });
@@ -267,6 +261,24 @@ private:
 };
 
 } // namespace
+
+void checkArguments(const loadOptions_t &options, bool isThere) {
+    static_cast<void>(oldestKept(options.keep));
+    static_cast<void>(timeFinder_t(options.reading.timeExpression));
+    checkPattern(options.pattern);
+    if (options.isReplacing && options.reading.follows)
+        throw usageError_t("--replace loads a log to its end and --follow goes on: first the one, then the other");
+    if (!isThere && !options.forgotten.empty())
+        throw usageError_t("--forget " + options.forgotten.front() + ": there is no " + options.target +
+                           " that it could be in");
+    if (!isThere && options.reading.files.empty())
+        throw usageError_t("--keep " + options.keep + ": there is no " + options.target +
+                           " to take messages from; name the logs to load");
+    if (!isThere && !options.reading.follows &&
+        std::ranges::none_of(options.reading.files,
+                             [](const std::string &name) { return name == "-" || identityOf(name); }))
+        failOnFile("read", options.reading.files.front());
+}
 
 int loadInto(archive_t &archive, const loadOptions_t &options) {
     return loader_t(archive, options).run();

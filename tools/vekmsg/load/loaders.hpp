@@ -19,6 +19,9 @@ struct loadOptions_t {
     bool isQuiet = false;
 };
 
+/// Throws usageError_t for what can be judged before a database is opened, or made when it is not there.
+void checkArguments(const loadOptions_t &options, bool isThere);
+
 /// Loads the logs one behind the other, or all at once when they are followed. Gives the exit code.
 int loadInto(archive_t &archive, const loadOptions_t &options);
 

@@ -39,12 +39,16 @@ bool takeApart(std::string_view pattern, std::string_view name, inspect::archive
 
 } // namespace
 
+void checkPattern(const std::string &pattern) {
+    if (!pattern.empty() && std::none_of(std::begin(parts), std::end(parts) - 1, [&](const auto &part) {
+            return pattern.find(part.first) != std::string::npos;
+        }))
+        throw usageError_t("--pattern " + pattern + " has neither {device} nor {site} nor {host} in it");
+}
+
 void nameBy(const std::string &pattern, const std::string &name, inspect::archivedLog_t &log) {
     if (pattern.empty())
         return;
-    if (std::none_of(std::begin(parts), std::end(parts) - 1,
-                     [&](const auto &part) { return pattern.find(part.first) != std::string::npos; }))
-        throw usageError_t("--pattern " + pattern + " has neither {device} nor {site} nor {host} in it");
     for (std::size_t start = 0; start != std::string::npos; start = name.find('/', start + 1))
         if (takeApart(pattern, std::string_view(name).substr(start + (start > 0 || name.starts_with('/') ? 1 : 0)),
                       log))

@@ -7,8 +7,11 @@
 
 namespace vek::tool {
 
+/// Throws usageError_t when a pattern is none; an empty one says nothing.
+void checkPattern(const std::string &pattern);
+
 /// Takes device, site and host out of a name that ends as `pattern` says, "{site}/{device}.log". Throws usageError_t
-/// when it ends otherwise, or the pattern is none.
+/// when it ends otherwise.
 void nameBy(const std::string &pattern, const std::string &name, inspect::archivedLog_t &log);
 
 } // namespace vek::tool
