@@ -20,6 +20,7 @@ ask() {
     zpty -w shell $'\x15'
 }
 ask 'vekmsg summ' 'vekmsg summary '
+ask 'vekmsg --ver' 'vekmsg --version'
 ask 'vekmsg check --igno' 'vekmsg check --ignore'
 ask 'vekmsg check --ignore no-n' 'no-number'
 ask 'vekmsg new FocusV' 'vekmsg new FocusValue'

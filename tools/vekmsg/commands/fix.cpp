@@ -2,6 +2,7 @@
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/messageOutput.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -198,6 +199,9 @@ private:
 };
 
 int runFix(const fixArguments_t &arguments) {
+    if (arguments.isAgreed && !arguments.inPlace.isInPlace)
+        throw usageError_t("--yes goes with --in-place; without it nothing is asked, and what is mended goes to "
+                           "standard output");
     readingOptions_t reading = arguments.reading;
     reading.forms.isRaw = true; // what is said, to be mended
     fixTask_t task(arguments);

@@ -108,6 +108,9 @@ std::string manualPage(const CLI::App &app) {
 
 std::string bashCompletion(const CLI::App &app) {
     std::string commands, cases, values;
+    for (const CLI::Option *option : app.get_options())
+        for (const std::string &name : option->get_lnames())
+            commands += " --" + name;
     for (const CLI::App *command : commandsOf(app)) {
         const std::string name = command->get_name();
         commands += " " + name;
@@ -164,17 +167,23 @@ std::string zshValues(const CLI::Option &option) {
     return words.empty() ? words : '(' + words + ')';
 }
 
+std::string optionsInZsh(const CLI::App &command) {
+    std::string words;
+    for (const CLI::Option *option : command.get_options())
+        for (const std::string &name : option->get_lnames())
+            words += " \\\n            '--" + name + (takesValue(option) ? "=" : "") + "[" +
+                     zshText(option->get_description()) + "]" +
+                     (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(*option) : "") +
+                     "'";
+    return words;
+}
+
 std::string zshCompletion(const CLI::App &app) {
     std::string commands, cases;
     for (const CLI::App *command : commandsOf(app)) {
         commands += "        '" + command->get_name() + ":" + zshText(command->get_description()) + "'\n";
         cases += "    " + command->get_name() + ")\n        _arguments";
-        for (const CLI::Option *option : command->get_options())
-            for (const std::string &name : option->get_lnames())
-                cases += " \\\n            '--" + name + (takesValue(option) ? "=" : "") + "[" +
-                         zshText(option->get_description()) + "]" +
-                         (takesValue(option) ? ":" + zshText(option->get_type_name()) + ":" + zshValues(*option) : "") +
-                         "'";
+        cases += optionsInZsh(*command);
         const auto options = command->get_options();
         const auto offering = std::find_if(options.begin(), options.end(), [](const CLI::Option *option) {
             return isPositional(option) && !shellWords(*option).empty();
@@ -191,7 +200,13 @@ std::string zshCompletion(const CLI::App &app) {
            commands +
            "    )\n"
            "    if ((CURRENT == 2)); then\n"
-           "        _describe command commands\n"
+           "        if [[ $PREFIX == -* ]]; then\n"
+           "            _arguments" +
+           optionsInZsh(app) +
+           "\n"
+           "        else\n"
+           "            _describe command commands\n"
+           "        fi\n"
            "        return\n"
            "    fi\n"
            "    local command=${words[2]}\n"

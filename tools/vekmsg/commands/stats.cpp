@@ -38,8 +38,8 @@ struct statsArguments_t {
                       .about = "In groups: by minute, hour, day, week or a time such as 10m, by kind, or by what "
                                "may be a column of table, such as before or another path",
                       .type = "GROUP",
-                      .oneOf = {},
-                      .pages = {"keys"}});
+                      .pages = {"keys"},
+                      .such = {"minute", "hour", "day", "week", "kind", "before", "time", "file", "name"}});
         list.add(percentiles, {.names = "--percentiles",
                                .about = "Which ones, 50,90,99 when it is not said",
                                .type = "N,...",

@@ -75,7 +75,8 @@ group_t grouping_t::of(const item_t &item, const timeFinder_t &times) const {
     const std::string_view text = !value                ? std::string_view("(none)")
                                   : column_ == "before" ? withoutTime(*value)
                                                         : std::string_view(*value);
-    return {inspect::asNumber(text).value_or(lastOfAll), std::string(text.substr(0, longest))};
+    return {inspect::asNumber(text).value_or(lastOfAll),
+            std::string(text.empty() ? "(empty)" : text.substr(0, longest))};
 }
 
 } // namespace vek::tool

@@ -51,8 +51,9 @@ json_t parsed(const std::string &text) {
         } catch (const json_t::parse_error &) {
             return parsedOnce(withoutHalfPairs(wellFormed));
         }
-    } catch (const json_t::exception &error) {
-        throw rpcError_t(rpcError_t::parseError, error.what());
+    } catch (const json_t::parse_error &error) {
+        throw rpcError_t(rpcError_t::parseError,
+                         "the message is no JSON from its byte " + std::to_string(error.byte) + " on");
     }
 }
 

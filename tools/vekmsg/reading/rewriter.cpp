@@ -17,15 +17,36 @@ const std::string &changeable(const std::string &name) {
     return name;
 }
 
-// Beside the file, under a name that no other one has.
-void keepBackup(const std::string &name) {
-    std::string backup = name + ".bak";
-    for (int number = 2; identityOf(backup); ++number)
-        backup = name + ".bak" + std::to_string(number);
-    std::error_code error;
-    if (!std::filesystem::copy_file(name, backup, error))
-        throw usageError_t("cannot keep a copy of " + name + " as " + backup + ": " + error.message());
-}
+// A copy beside the file, under a name that no other one has; taken away again unless it is kept.
+class backup_t {
+public:
+    explicit backup_t(const std::string &name) : backup_(name + ".bak") {
+        for (int number = 2; identityOf(backup_); ++number)
+            backup_ = name + ".bak" + std::to_string(number);
+        std::error_code error;
+        if (!std::filesystem::copy_file(name, backup_, error)) {
+            remove();
+            throw usageError_t("cannot keep a copy of " + name + " as " + backup_ + ": " + error.message());
+        }
+    }
+    backup_t(const backup_t &) = delete;
+    backup_t &operator=(const backup_t &) = delete;
+    ~backup_t() {
+        if (!isKept_)
+            remove();
+    }
+
+    void keep() { isKept_ = true; }
+
+private:
+    void remove() const {
+        std::error_code error;
+        std::filesystem::remove(backup_, error);
+    }
+
+    std::string backup_;
+    bool isKept_ = false;
+};
 
 } // namespace
 
@@ -63,9 +84,12 @@ void rewriter_t::commit(bool keepsBackup) {
     const std::optional<fileIdentity_t> now = identityOf(name);
     if (!now || !now->isSameFile(identity_) || now->size < identity_.size)
         throw usageError_t(name + " was written anew or moved away meanwhile, and stays as it is now; try again");
+    std::optional<backup_t> backup;
     if (keepsBackup)
-        keepBackup(name);
+        backup.emplace(name);
     replacement_.commit();
+    if (backup)
+        backup->keep();
 }
 
 } // namespace vek::tool

@@ -62,8 +62,9 @@ void argumentList_t::add(value_t &value, const argumentWords_t &words) {
     if (!words.oneOf.empty())
         option->check(CLI::IsMember(words.oneOf));
     std::string &offered = allShellWords()[option];
-    for (const std::string &word : words.oneOf)
-        offered += (offered.empty() ? "" : " ") + word;
+    for (const std::vector<std::string> &some : {words.oneOf, words.such})
+        for (const std::string &word : some)
+            offered += (offered.empty() ? "" : " ") + word;
     for (const std::string &page : words.pages)
         offered += (offered.empty() ? "$(vekmsg page " : " $(vekmsg page ") + page + ')';
     if constexpr (!std::is_same_v<typename plain_t<value_t>::type, void>)

@@ -23,6 +23,7 @@ struct argumentWords_t {
     char separator = '\0';               ///< between the values of a list
     std::vector<std::string> oneOf = {}; ///< the values there are
     std::vector<std::string> pages = {}; ///< of `vekmsg page`: their words are values, and others may be
+    std::vector<std::string> such = {};  ///< values beside those of the pages
     std::optional<std::uint64_t> least = {}, most = {};
 };
 
