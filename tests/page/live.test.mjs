@@ -4,6 +4,7 @@ import { test } from 'node:test';
 import { bridge } from './bridge.mjs';
 import { says, settled, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
+import { installSerialPort } from './serialPort.mjs';
 
 const focus = (sequence) => message(4112, sequence, `{MEDIA_NAME=Violet;FOCUS_VALUE=${sequence}.500000;}`);
 const line = (sequence) => `2026-03-01T08:00:0${sequence} ${focus(sequence)}\n`;
@@ -137,4 +138,63 @@ test('messages of a log that goes on are changed, taken back and saved; nothing 
   } finally {
     close();
   }
+});
+
+test('a serial line is read in pieces of any size, goes on after wrong bits, sends, and says when it is gone', async (context) => {
+  await withPage(async (page) => {
+    if (await page.isDisabled('#liveSerial')) return context.skip('no Web Serial in this browser');
+    await page.evaluate(installSerialPort);
+    const wire = (call, ...parameters) => page.evaluate(([name, all]) => void window.wire[name](...all), [call, parameters]);
+    const open = () => page.click('#liveSerial');
+    await page.click('#openLive');
+    await page.fill('#liveBaud', '19200');
+    await open();
+    await says(page, '#liveProblem', 'No port selected');
+    await open();
+    await page.waitForSelector('#live:not([hidden])');
+    await says(page, '#liveName', '19200 baud');
+    assert.equal(await page.evaluate(() => window.wire.baudRate), 19200);
+
+    // Byte after byte, each of them read before the next one comes.
+    await page.evaluate(async (text) => {
+      for (const byte of text) {
+        window.wire.give(byte);
+        await new Promise((resolve) => setTimeout(resolve, 25));
+      }
+    }, line(1));
+    await wire('give', line(2) + line(3).slice(0, 50));
+    await says(page, '#summary', '2 messages');
+    await wire('misread'); // a bit that was read wrong: what stood there is lost
+    await wire('give', `\n${line(4)}`);
+    await says(page, '#messageText', 'FOCUS_VALUE=4.5');
+    const read = `${line(1)}${line(2)}${line(3).slice(0, 50)}\n${line(4)}`;
+    assert.equal(await wouldSave(page, '#saveLog'), read);
+    assert.ok(await page.isVisible('#live'));
+
+    await page.click('#liveSend');
+    await page.click('#sendNow');
+    await says(page, '#announcer', 'Sent.');
+    assert.equal(Buffer.from(await page.evaluate(() => window.wire.sent)).toString(), focus(4));
+    await page.evaluate(() => (window.wire.refuses = true));
+    await page.click('#liveSend');
+    await page.click('#sendNow');
+    await says(page, '#announcer', 'It was not sent: The device has been lost.');
+
+    // It is closed for who wants it next; the same port is opened again.
+    await page.click('#liveStop');
+    await page.waitForFunction(() => !window.wire.isOpen);
+    await page.click('#openLive');
+    await open();
+    await page.waitForSelector('#live:not([hidden])');
+
+    // What came last is there when it is pulled out.
+    await page.evaluate((last) => (window.wire.give(last), window.wire.unplug()), line(5));
+    await says(page, '#announcer', 'The serial line ended: The device has been lost.');
+    await says(page, '#messageText', 'FOCUS_VALUE=5.5');
+    assert.ok(await page.isHidden('#live'));
+    await page.click('#openLive');
+    await open();
+    await page.click('#leaveLose'); // what came last is saved nowhere
+    await says(page, '#liveProblem', 'Failed to open serial port.');
+  });
 });

@@ -3,31 +3,26 @@
 import { announce, busy, byId } from './elements.ts';
 import type { CoreCalls } from './reader.ts';
 import { bytesOf, coreText, isUtf8 } from './bytes.ts';
+import { serialLine, type Serial } from './serialLine.ts';
 import { shownWords } from './signs.ts';
 import type { Bytes } from './types.ts';
 
 const pause = 20; // milliseconds between looks at a file, and between what is handed on
 
 /** Where bytes come from, and can be sent to. */
-interface Line {
+export interface Line {
   name: string;
   send?: (bytes: Bytes) => Promise<void> | void;
   close: () => Promise<void> | void;
 }
 
-type OnBytes = (bytes: Bytes) => void;
-type OnEnd = (why?: string) => void;
+export type OnBytes = (bytes: Bytes) => void;
+export type OnEnd = (why?: string) => void;
 
 // What browsers have of these, and the compiler does not know.
-interface SerialPort {
-  open(options: { baudRate: number }): Promise<void>;
-  close(): Promise<void>;
-  readable: ReadableStream<Bytes>;
-  writable: WritableStream<Bytes>;
-}
 interface Ways {
   showOpenFilePicker?: () => Promise<{ name: string; getFile: () => Promise<File> }[]>;
-  navigator: { serial?: { requestPort: () => Promise<SerialPort> } };
+  navigator: { serial?: Serial };
 }
 const ways = window as unknown as Ways;
 
@@ -52,32 +47,6 @@ async function fileLine(onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
     isOpen = false;
   };
   return { name: handle.name, close };
-}
-
-async function serialLine(baudRate: number, onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
-  const port = await ways.navigator.serial!.requestPort();
-  await port.open({ baudRate });
-  const reader = port.readable.getReader();
-  const writer = port.writable.getWriter();
-  const read = async () => {
-    try {
-      for (;;) {
-        const { done, value } = await reader.read();
-        if (value) onBytes(value);
-        if (done) return;
-      }
-    } catch (error) {
-      onEnd(`The serial line ended: ${(error as Error).message}`);
-    }
-  };
-  void read();
-  const close = async () => {
-    await reader.cancel();
-    reader.releaseLock();
-    writer.releaseLock();
-    await port.close();
-  };
-  return { name: `serial line, ${baudRate} baud`, send: (bytes) => writer.write(bytes), close };
 }
 
 function socketLine(address: string, onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
@@ -126,7 +95,7 @@ export class Live {
     byId('liveFile').addEventListener('click', open(fileLine));
     byId('liveSerial').addEventListener(
       'click',
-      open((...ons) => serialLine(Number(byId('liveBaud').value) || 9600, ...ons)),
+      open((...ons) => serialLine(ways.navigator.serial!, Number(byId('liveBaud').value) || 9600, ...ons)),
     );
     byId('liveForm').addEventListener('submit', (event) => {
       event.preventDefault();
@@ -153,17 +122,21 @@ export class Live {
   async #open(make: (onBytes: OnBytes, onEnd: OnEnd) => Promise<Line>) {
     if (!(await this.on.mayBegin())) return;
     this.stop();
+    this.#waiting = [];
     byId('liveProblem').textContent = '';
     let line: Line | undefined;
+    let ended: string | undefined;
     try {
       line = await make(
         (bytes) => this.#take(bytes),
-        (why) => {
+        (why = '') => {
+          ended = why;
           if (line === undefined || this.#line !== line) return;
           this.stop();
           if (why) announce(shownWords(why), true);
         },
       );
+      if (ended !== undefined) throw new Error(ended); // before it began
     } catch (error) {
       byId('liveProblem').textContent = shownWords((error as Error).message);
       return;
@@ -180,13 +153,19 @@ export class Live {
   // Handed on a few times a second at most, since each is a job.
   #take(bytes: Bytes) {
     this.#waiting.push(bytes);
-    this.#timer ??= setTimeout(() => void this.#handOn(), pause);
+    this.#timer ??= setTimeout(() => this.#handOn(), pause);
   }
 
-  async #handOn() {
+  #handOn() {
+    clearTimeout(this.#timer);
     this.#timer = undefined;
     if (!this.#line || this.#waiting.length === 0) return;
-    const bytes = new Uint8Array(await new Blob(this.#waiting.splice(0)).arrayBuffer());
+    const bytes = new Uint8Array(this.#waiting.reduce((sum, { length }) => sum + length, 0));
+    let at = 0;
+    for (const piece of this.#waiting.splice(0)) {
+      bytes.set(piece, at);
+      at += piece.length;
+    }
     this.on.bytes(bytes);
   }
 
@@ -205,8 +184,8 @@ export class Live {
   stop() {
     const line = this.#line;
     if (!line) return;
+    this.#handOn();
     this.#line = undefined;
-    this.#waiting = [];
     byId('live').hidden = true;
     void line.close();
     this.on.end();
@@ -236,7 +215,11 @@ export class Live {
   async #send() {
     byId('sendDialog').close();
     if (!this.#toSend || !this.#line?.send) return;
-    await this.#line.send(this.#toSend);
-    announce('Sent.');
+    try {
+      await this.#line.send(this.#toSend);
+      announce('Sent.');
+    } catch (error) {
+      announce(`It was not sent: ${shownWords((error as Error).message)}`, true);
+    }
   }
 }
