@@ -33,6 +33,7 @@ const launchFirefox = ({ colorScheme, forcedColors, reducedMotion }, downloads) 
     firefoxUserPrefs: {
       'layout.css.prefers-color-scheme.content-override': colorScheme === 'dark' ? 0 : 1,
       'browser.display.document_color_use': forcedColors === 'active' ? 2 : 1,
+      'ui.highlight': '#104090', // the machine's own is too light for its text
       'ui.prefersReducedMotion': reducedMotion === 'reduce' ? 1 : 0,
       'browser.download.folderList': 2,
       'browser.download.dir': downloads,

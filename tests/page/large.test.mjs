@@ -6,7 +6,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { once } from 'node:events';
 import { test } from 'node:test';
-import { longestTask, openFile, reading, says, settled, withPage } from './browser.mjs';
+import { isFirefox, longestTask, openFile, reading, says, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const size = 100_000_000;
@@ -30,7 +30,9 @@ async function plot(page, label) {
   await page.waitForSelector(`#plotCurves li:has-text("${label}")`, { timeout: 30_000 });
 }
 
-test('a message of 30 kB with 10,000 keys that none knows', async (context) => {
+const skip = isFirefox && 'its driver does not see tasks of a thread';
+
+test('a message of 30 kB with 10,000 keys that none knows', { skip }, async (context) => {
   const buffer = Buffer.from(message(4112, 41, `{${'X=;'.repeat(10_000)}}`));
   await withPage(async (page) => {
     const pause = await longestTask(page, async () => {
@@ -50,7 +52,7 @@ test('a message of 30 kB with 10,000 keys that none knows', async (context) => {
   });
 });
 
-test('100 MB are listed while the page answers, and can be cancelled', { timeout: 120_000 }, async (context) => {
+test('100 MB are listed while the page answers, and can be cancelled', { timeout: 120_000, skip }, async (context) => {
   const folder = await mkdtemp(join(tmpdir(), 'vekmsg-'));
   try {
     const path = join(folder, 'large.log');
