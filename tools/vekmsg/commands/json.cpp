@@ -73,7 +73,7 @@ private:
 };
 
 int runRows(const jsonArguments_t &arguments) {
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     rowsTask_t task(arguments.source.source, times, tableNamed(arguments.table));
     reader_t reader(arguments.reading, task);
     reader.run();
@@ -85,7 +85,7 @@ int runJson(const jsonArguments_t &arguments) {
         return runRows(arguments);
     if (!arguments.source.source.empty())
         throw usageError_t("--source belongs to rows: write json --rows --source " + arguments.source.source);
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     jsonTask_t task(times);
     reader_t reader(arguments.reading, task);
     reader.run();

@@ -78,7 +78,7 @@ int runLast(const lastArguments_t &arguments) {
     reader.run();
     const exitCode_t status = reader.statusWithMessages();
     const colours_t colours = arguments.color.colours();
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     for (const auto &[id, kept] : task.latest)
         append(task.out, kept, times, arguments.isJson, colours);
     reader.flush();

@@ -64,7 +64,7 @@ private:
 int runReplay(const replayArguments_t &arguments) {
     if (!(arguments.speed > 0))
         throw usageError_t("--speed: a log goes on at a speed above 0, such as 0.5 or 10; 1e9 does not wait");
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     replayTask_t task(arguments, times);
     reader_t reader(arguments.reading, task);
     reader.run();

@@ -90,7 +90,7 @@ private:
     const showArguments_t &arguments_;
     const colours_t &colours_;
     const std::size_t width_;
-    const timeFinder_t times_{arguments_.reading.timeExpression};
+    const timeFinder_t times_{arguments_.reading.timeExpression, arguments_.reading.zone};
     std::map<std::int32_t, std::string> previous_; // messages, by id
 };
 

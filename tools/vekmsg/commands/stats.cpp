@@ -325,7 +325,7 @@ int runStats(const statsArguments_t &arguments) {
     checkColumn("PATH", arguments.path);
     const std::vector<double> percents = percentsOf(arguments);
     const grouping_t grouping(arguments.by);
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     statsTask_t task(arguments, grouping, times);
     reader_t reader(arguments.reading, task);
     reader.run();

@@ -98,7 +98,7 @@ std::string momentInWords(const summaryTask_t::moment_t &moment, const timeFinde
 }
 
 void write(const summaryTask_t &task, std::string &out, const readingOptions_t &reading, const colours_t &colours) {
-    const timeFinder_t times(reading.timeExpression);
+    const timeFinder_t times(reading.timeExpression, reading.zone);
     std::uint64_t count = 0, damaged = 0;
     constexpr std::size_t narrow = 50;
     const std::size_t nameWidth = pageWidth() < narrow ? 13 : 24;

@@ -123,7 +123,7 @@ int runTable(const tableArguments_t &given) {
         arguments.keys = allKeys(arguments.reading.ids);
     for (const std::string &key : arguments.keys)
         checkColumn("--keys", key);
-    const timeFinder_t times(arguments.reading.timeExpression);
+    const timeFinder_t times(arguments.reading.timeExpression, arguments.reading.zone);
     tableTask_t task(arguments, times);
     task.header();
     reader_t reader(arguments.reading, task);

@@ -15,10 +15,11 @@ bool isOneOf(const std::vector<std::int32_t> &ids, const envelopeField_t &id) {
     return id.isThere && std::find(ids.begin(), ids.end(), id.value) != ids.end();
 }
 
-std::optional<givenTime_t> timeOf(const std::string &option, const std::optional<std::string> &words) {
+std::optional<givenTime_t> timeOf(const std::string &option, const std::optional<std::string> &words,
+                                  const zone_t &zone) {
     if (!words)
         return std::nullopt;
-    std::optional<givenTime_t> time = timeOfArgument(*words);
+    std::optional<givenTime_t> time = timeOfArgument(*words, zone);
     if (!time)
         throw usageError_t(option + " " + *words +
                            ": no time; write 2026-03-01T12:00:00, 2026-03-01, 12:00, -2h, today or yesterday");
@@ -50,12 +51,22 @@ std::vector<std::int32_t> idsNamed(const std::vector<std::string> &words, const 
 }
 
 filter_t::filter_t(const readingOptions_t &options)
-    : ids_(idsNamed(options.ids, "--id")), since_(timeOf("--since", options.since)),
-      until_(options.at ? timeOf("--at", options.at) : timeOf("--until", options.until)),
-      times_(options.timeExpression), longest_(options.longest) {
+    : ids_(idsNamed(options.ids, "--id")), times_(options.timeExpression, options.zone),
+      since_(timeOf("--since", options.since, times_.zone())),
+      until_(options.at ? timeOf("--at", options.at, times_.zone()) : timeOf("--until", options.until, times_.zone())),
+      longest_(options.longest) {
     for (const std::string &words : options.conditions)
         if (const std::optional<inspect::expressionError_t> error = conditions_.emplace_back().read(words, ids_))
             throw usageError_t("--where: " + error->inText(words));
+}
+
+// A time of day alone is compared with what the clock of the zone shows.
+bool filter_t::isInTime(const logTime_t &time) const {
+    const auto comparable = [&](const givenTime_t &given) {
+        return given.local.hasDate ? time : times_.zone().onClock(time);
+    };
+    return (!since_ || !comparable(*since_).isBefore(since_->as(time))) &&
+           (!until_ || !until_->as(time).isBefore(comparable(*until_)));
 }
 
 bool filter_t::passes(const item_t &item) const {
@@ -63,7 +74,7 @@ bool filter_t::passes(const item_t &item) const {
         return false;
     if (since_ || until_) {
         const std::optional<logTime_t> time = times_.in(item.lineHead);
-        if (!time || (since_ && time->isBefore(since_->as(*time))) || (until_ && until_->as(*time).isBefore(*time)))
+        if (!time || !isInTime(*time))
             return false;
     }
     return std::all_of(conditions_.begin(), conditions_.end(),

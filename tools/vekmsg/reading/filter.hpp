@@ -31,10 +31,12 @@ public:
     std::size_t longest() const { return longest_; }
 
 private:
+    bool isInTime(const logTime_t &time) const;
+
     std::vector<std::int32_t> ids_;
     std::vector<inspect::expression_t> conditions_; // all must hold
-    std::optional<givenTime_t> since_, until_;
     timeFinder_t times_;
+    std::optional<givenTime_t> since_, until_;
     std::size_t longest_;
 };
 

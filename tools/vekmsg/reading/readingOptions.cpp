@@ -17,6 +17,11 @@ void readingOptions_t::declareTime(argumentList_t &list) {
                               "Where the time stands on a line, when it is unusual: its first group in a usual form, "
                               "or six groups for year, month, day, hour, minute, second",
                               "REGEX"});
+    list.add(zone,
+             {"--zone",
+              "The zone of times that say none, also of those given here: +01:00, UTC, Europe/Berlin, local; with it "
+              "all are at UTC",
+              "ZONE"});
 }
 
 void readingOptions_t::declareFollowing(argumentList_t &list) {

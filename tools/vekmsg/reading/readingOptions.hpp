@@ -17,8 +17,8 @@ struct readingOptions_t {
     std::vector<std::string> files{"-"}; ///< standard input when none was named
     std::vector<std::string> ids, conditions;
     std::optional<std::string> since, until;
-    std::string timeExpression;
-    std::optional<std::string> at; ///< instead of `until`, of who wants the state at a time
+    std::string timeExpression, zone; ///< where the time stands on a line, and of which clock it is
+    std::optional<std::string> at;    ///< instead of `until`, of who wants the state at a time
     std::optional<std::uint64_t> head;
     bool follows = false;
     int jobs = 1;                                 ///< 0: as many as there are processors

@@ -13,15 +13,17 @@ namespace {
 
 constexpr std::int64_t second = 1'000'000, day = 86'400 * second;
 
-std::optional<givenTime_t> fromNow(std::string_view text) {
-    const std::int64_t now = secondsSinceEpoch(), here = localSeconds(now);
+std::optional<givenTime_t> fromNow(std::string_view text, const zone_t &zone) {
+    const logTime_t now{secondsSinceEpoch() * second, true, true};
+    const logTime_t here =
+        zone.isNone() ? logTime_t{localSeconds(now.microseconds / second) * second, true, false} : zone.onClock(now);
     const auto at = [&](std::int64_t back) {
-        return givenTime_t{{here * second - back, true, false}, {now * second - back, true, true}};
+        return givenTime_t{{here.microseconds - back, true, false}, {now.microseconds - back, true, true}};
     };
     if (text == "now")
         return at(0);
     if (text == "today" || text == "yesterday")
-        return at(here * second % day + (text == "today" ? 0 : day));
+        return at(here.microseconds % day + (text == "today" ? 0 : day));
     if (!text.starts_with('-'))
         return std::nullopt;
     const std::optional<std::int64_t> back = durationOf(text.substr(1));
@@ -50,15 +52,15 @@ std::optional<std::int64_t> durationOf(std::string_view text) {
     return duration;
 }
 
-std::optional<givenTime_t> timeOfArgument(std::string_view text) {
+std::optional<givenTime_t> timeOfArgument(std::string_view text, const zone_t &zone) {
     std::size_t size = 0;
     for (const std::string &whole : {std::string(text), std::string(text) + ":00", std::string(text) + " 00:00:00"})
         if (const std::optional<logTime_t> time = inspect::readTime(whole, size); time && size == whole.size())
-            return givenTime_t{*time, *time};
-    return fromNow(text);
+            return givenTime_t{*time, zone.atUtc(*time)};
+    return fromNow(text, zone);
 }
 
-timeFinder_t::timeFinder_t(const std::string &expression) {
+timeFinder_t::timeFinder_t(const std::string &expression, const std::string &zone) : zone_(zone) {
     if (expression.empty())
         return;
     try {
@@ -70,6 +72,11 @@ timeFinder_t::timeFinder_t(const std::string &expression) {
 }
 
 std::optional<logTime_t> timeFinder_t::in(std::string_view lineHead) const {
+    const std::optional<logTime_t> time = asWritten(lineHead);
+    return time ? std::optional(zone_.atUtc(*time)) : std::nullopt;
+}
+
+std::optional<logTime_t> timeFinder_t::asWritten(std::string_view lineHead) const {
     if (!expression_)
         return inspect::timeIn(lineHead);
     std::size_t size = 0;

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -138,6 +139,30 @@ std::int64_t localSeconds(std::int64_t secondsAtUtc) {
 #else
     localtime_r(&time, &here);
     return timegm(&here);
+#endif
+}
+
+bool inZone(const std::string &name, const std::function<void()> &act) {
+    if (name.empty()) {
+        act();
+        return true;
+    }
+#ifdef _WIN32
+    return false;
+#else
+    const std::filesystem::path folder = environment("TZDIR").value_or("/usr/share/zoneinfo");
+    std::error_code error;
+    if (name.find("..") != std::string::npos || !std::filesystem::is_regular_file(folder / name, error))
+        return false;
+    const std::optional<std::string> before = environment("TZ");
+    const auto set = [](const std::optional<std::string> &zone) {
+        zone ? setenv("TZ", zone->c_str(), 1) : unsetenv("TZ");
+        tzset();
+    };
+    set(":" + name);
+    act();
+    set(before);
+    return true;
 #endif
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,9 @@ void sleepMilliseconds(unsigned milliseconds);
 /// The time of day: seconds since 1970 at UTC, and the same moment on the clocks of this place.
 std::int64_t secondsSinceEpoch();
 std::int64_t localSeconds(std::int64_t secondsAtUtc);
+/// Has the clocks of this place be those of a zone, such as Europe/Berlin, while something is done; empty: they stay.
+/// False when the system knows no such zone, and nothing is done. Not while other threads run.
+bool inZone(const std::string &name, const std::function<void()> &act);
 /// Milliseconds of a clock that never goes back.
 std::uint64_t milliseconds();
 
