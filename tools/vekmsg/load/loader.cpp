@@ -9,6 +9,7 @@
 #include "tools/vekmsg/terminal/progress.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace vek::tool {
 
@@ -31,7 +32,7 @@ class loader_t {
 
 public:
     loader_t(archive_t &archive, const loadOptions_t &options)
-        : options_(options), times_(options.reading.timeExpression), archive_(archive) {}
+        : options_(options), times_(options.reading.timeExpression, options.reading.zone), archive_(archive) {}
 
     int run() {
         const std::uint64_t begun = committed_ = milliseconds();
@@ -176,8 +177,13 @@ private:
         }
         void begin() {
             loader_.begin(*log_);
-            log_->begin(first_, isRotated_);
+            try {
+                log_->begin(first_, isRotated_);
+            } catch (const tooShort_t &error) {
+                return await(error);
+            }
             loader_.takeBlock(*log_, first_);
+            beginning_.clear();
         }
 
     private:
@@ -185,7 +191,7 @@ private:
         void take(std::string_view block) override {
             if (log_->hasBegun())
                 return loader_.takeBlock(*log_, block);
-            first_ = block;
+            first_ = beginning_.empty() ? block : beginning_ += block;
             loader_.coming_.push_back(this);
         }
         void end(bool isRotated) override {
@@ -197,6 +203,7 @@ private:
                 return;
             log_->leave();
             isRotated_ = true;
+            beginning_.clear();
             restart();
         }
         void standStill() override {
@@ -209,6 +216,17 @@ private:
         }
         void fail(const usageError_t &error) override { loader_.complainAbout(error.what(), exitUsage); }
 
+        // It may grow until it can be told from others.
+        void await(const tooShort_t &error) {
+            if (first_.size() >= archivedLog_t::firstBytes)
+                throw error;
+            if (beginning_.empty()) {
+                fail(error);
+                beginning_ = first_;
+            }
+            restart();
+        }
+
         void restart() {
             std::erase(loader_.logs_, log_.get());
             log_ = std::make_unique<logLoad_t>(loader_.archive_, loader_.times_, loader_.options_, name());
@@ -218,6 +236,7 @@ private:
         loader_t &loader_;
         std::unique_ptr<logLoad_t> log_;
         std::string_view first_;
+        std::string beginning_; // while it is too short to be known
         bool isRotated_ = false;
     };
 
@@ -264,7 +283,7 @@ private:
 
 void checkArguments(const loadOptions_t &options, bool isThere) {
     static_cast<void>(oldestKept(options.keep));
-    static_cast<void>(timeFinder_t(options.reading.timeExpression));
+    static_cast<void>(timeFinder_t(options.reading.timeExpression, options.reading.zone));
     checkPattern(options.pattern);
     if (options.isReplacing && options.reading.follows)
         throw usageError_t("--replace loads a log to its end and --follow goes on: first the one, then the other");

@@ -67,6 +67,17 @@ inspect::markMaker_t firstMarks(const timeFinder_t &times, std::string_view firs
     return std::move(ahead.maker);
 }
 
+bool hasMessage(std::string_view text) {
+    struct found_t final : inspect::messageSink_t {
+        void message(const inspect::foundMessage_t &) override { isThere = true; }
+        bool isThere = false;
+    } found;
+    inspect::logScanner_t scanner;
+    scanner.feed(text, found);
+    scanner.finish(found);
+    return found.isThere;
+}
+
 std::string nowInWords() {
     using namespace std::chrono;
     inspect::logTime_t now{duration_cast<microseconds>(system_clock::now().time_since_epoch()).count(), true, true};
@@ -125,6 +136,7 @@ void logLoad_t::begin(std::string_view first, bool isNew) {
         log_.number = 0;
     const bool isEntered = log_.number == 0;
     if (isEntered) {
+        refuseDoubtful();
         refuseExtract(first);
         log_.isWhole = true;
     }
@@ -175,6 +187,8 @@ bool logLoad_t::find(const std::string &name) {
             same.push_back(std::move(known));
         else if (isNamedSo && same.empty())
             log_.number = known.number;
+        else if (isInDoubt(known))
+            doubtful_ = known.name;
     }
     if (same.empty())
         return false;
@@ -192,6 +206,23 @@ bool logLoad_t::isOfOtherOrigin(const archivedLog_t &known) const {
     const auto parts = {&archivedLog_t::device, &archivedLog_t::site, &archivedLog_t::host};
     return std::any_of(parts.begin(), parts.end(),
                        [&](const auto part) { return !(log_.*part).empty() && log_.*part != known.*part; });
+}
+
+// Whether all that is known of one of the two is what the other begins with, a message in it, and too little to be
+// sure.
+bool logLoad_t::isInDoubt(const archivedLog_t &known) const {
+    const std::size_t common = commonBeginning(log_.first, known.first);
+    const bool isLoaded = known.last.size > 0 || known.hasTail;
+    return isLoaded && common > 0 && !isNamed_ && !isOfOtherOrigin(known) &&
+           hasMessage(std::string_view(log_.first).substr(0, common));
+}
+
+void logLoad_t::refuseDoubtful() const {
+    if (!doubtful_.empty())
+        throw tooShort_t(inspect::joined({file_, " begins as ", doubtful_,
+                                          ", which is loaded, and that is too little to tell whether they are one log: "
+                                          "nothing of it is loaded; if they are, load it with --source ",
+                                          doubtful_, ", else with --source and a name of its own"}));
 }
 
 // Messages that are alike by chance, as those of two devices after their start, are fewer than this.

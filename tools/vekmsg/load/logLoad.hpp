@@ -8,6 +8,7 @@
 #include "tools/vekmsg/load/loaders.hpp"
 #include "tools/vekmsg/reading/input.hpp"
 #include "tools/vekmsg/reading/timeFinder.hpp"
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/marks.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 
@@ -21,6 +22,11 @@ namespace vek::tool {
 /// The first blocks of an input, as many as a log is known by.
 std::string readBeginning(source_t &source);
 
+/// So little is there of a log, or of one that begins the same, that nobody knows whether the two are one.
+class tooShort_t : public usageError_t {
+    using usageError_t::usageError_t;
+};
+
 class logLoad_t final : private inspect::messageSink_t {
 public:
     logLoad_t(archive_t &archive, const timeFinder_t &times, const loadOptions_t &options, const std::string &file);
@@ -30,7 +36,7 @@ public:
     /// What it will begin as with these first bytes.
     archive_t::coming_t coming(std::string_view first, std::uint64_t size, bool isNew);
     /// Enters the log by its first bytes: as the one in the archive that begins so, whatever its file is called now.
-    /// `isNew`: it is known to be another one than before.
+    /// `isNew`: it is known to be another one than before. Throws tooShort_t when that can't be told yet.
     void begin(std::string_view first, bool isNew);
 
     /// The offset of the next byte that matters; those in front may be left out with skipTo().
@@ -70,6 +76,8 @@ private:
     bool isCalled(const inspect::archivedLog_t &known, const std::string &name) const;
     bool isSame(const inspect::archivedLog_t &known, bool isNamedSo) const;
     bool isOfOtherOrigin(const inspect::archivedLog_t &known) const;
+    bool isInDoubt(const inspect::archivedLog_t &known) const;
+    void refuseDoubtful() const;
     void refuseExtract(std::string_view first);
     void saveMarks();
     std::string_view verify(std::string_view block);
@@ -83,6 +91,7 @@ private:
     inspect::archivedLog_t log_;
     std::vector<inspect::archivedLog_t> replaced_;
     std::set<std::uint64_t> numbers_; // it was found under
+    std::string doubtful_;            // the name of a log that may be this one
     inspect::logScanner_t scanner_;
     inspect::tree_t tree_;
     inspect::rowMaker_t rows_;

@@ -112,6 +112,7 @@ std::string sqliteCreateSourceIndexes() {
     return R"(CREATE INDEX IF NOT EXISTS "sources_by_name" ON "sources" ("source");
 CREATE INDEX IF NOT EXISTS "sources_by_beginning" ON "sources" ("first_hash");
 CREATE INDEX IF NOT EXISTS "sources_by_head" ON "sources" ("head_hash") WHERE length("first_bytes") < 4096;
+CREATE INDEX IF NOT EXISTS "sources_by_start" ON "sources" (substr("first_bytes", 1, 256));
 )";
 }
 

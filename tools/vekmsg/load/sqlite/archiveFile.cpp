@@ -5,6 +5,8 @@
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/words.hpp"
 
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <set>
 #include <tuple>
@@ -133,21 +135,46 @@ void archiveFile_t::completeSources() {
         save(log); // of a version that had no hashes
 }
 
+// Those that may have grown since begin alike. Ones that are short are looked for by each of their sizes, as their
+// hashes change when they grow.
 std::vector<archivedLog_t> archiveFile_t::find(const archivedLog_t &log) {
+    std::set<std::int64_t, std::greater<>> numbers;
+    const auto look = [&numbers](statement_t &rows, auto value) {
+        rows.bind(1, value);
+        while (rows.next())
+            numbers.insert(rows.integer(0));
+        rows.reset();
+    };
+    statement_t alike(database_, "SELECT source_id FROM sources WHERE first_hash = ?");
+    statement_t heads(database_, "SELECT source_id FROM sources WHERE head_hash = ? AND length(first_bytes) < 4096");
+    statement_t named(database_, "SELECT source_id FROM sources WHERE source = ? ORDER BY source_id DESC LIMIT 20");
+    look(alike, log.firstHash());
+    look(named, std::string_view(log.name));
+    if (log.headHash() != 0)
+        look(heads, log.headHash());
+    if (log.first.size() < archivedLog_t::firstBytes) {
+        statement_t longer(database_, "SELECT source_id FROM sources WHERE substr(first_bytes, 1, 256) >= ?1 AND "
+                                      "substr(first_bytes, 1, 256) < ?2 AND substr(first_bytes, 1, ?3) = ?4 LIMIT 20");
+        const std::string head = log.first.substr(0, archivedLog_t::tellingBytes);
+        const std::string end = head + std::string(archivedLog_t::tellingBytes, '\xFF');
+        longer.bindBytes(1, head);
+        longer.bindBytes(2, end);
+        longer.bind(3, static_cast<std::int64_t>(log.first.size()));
+        longer.bindBytes(4, log.first);
+        while (longer.next())
+            numbers.insert(longer.integer(0));
+    }
+    for (std::size_t size = 1; size < std::min(log.first.size(), archivedLog_t::tellingBytes); ++size)
+        look(alike, static_cast<std::int64_t>(hashOf(std::string_view(log.first).substr(0, size))));
     std::vector<archivedLog_t> found;
-    statement_t rows(
-        database_,
-        "SELECT " + sourceNames() +
-            " FROM sources WHERE source_id IN ("
-            "SELECT source_id FROM sources WHERE first_hash = ?1 UNION "
-            "SELECT source_id FROM sources WHERE head_hash = ?2 AND ?2 <> 0 AND length(first_bytes) < 4096 UNION "
-            "SELECT * FROM (SELECT source_id FROM sources WHERE source = ?3 ORDER BY source_id DESC LIMIT 20)"
-            ") ORDER BY (source = ?3) DESC, source_id DESC");
-    rows.bind(1, log.firstHash());
-    rows.bind(2, log.headHash());
-    rows.bind(3, std::string_view(log.name));
-    while (rows.next())
-        found.push_back(logIn(rows));
+    statement_t row(database_, "SELECT " + sourceNames() + " FROM sources WHERE source_id = ?");
+    for (const std::int64_t number : numbers) {
+        row.bind(1, number);
+        if (row.next())
+            found.push_back(logIn(row));
+        row.reset();
+    }
+    std::stable_partition(found.begin(), found.end(), [&](const auto &one) { return one.name == log.name; });
     return found;
 }
 
