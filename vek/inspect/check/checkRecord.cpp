@@ -124,9 +124,9 @@ void checker_t::checkRecord(const node_t &body, const recordSchema_t &record) {
     std::vector<const fieldSchema_t *> missing;
     if (record.kind != structureKind_t::ownRecord)
         for (const fieldSchema_t &field : record.fields)
-            if (isAlwaysWritten(record, field)) {
-                isEverEmpty = false;
-                if (nodes_[position(field)] == nullptr && !isExplained(field))
+            if (nodes_[position(field)] == nullptr && isAlwaysWritten(record, field)) {
+                isEverEmpty = false; // of a body without keys; no other one is asked for that
+                if (!isExplained(field))
                     missing.push_back(&field);
             }
     checkMissing(body, missing);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace vek::inspect {
 
@@ -42,6 +43,19 @@ void appendSpecial(std::string &out, std::string_view character) {
     }
 }
 
+// By words, as it is asked of all texts of an archive.
+bool isAscii(std::string_view bytes) {
+    constexpr std::uint64_t highBits = 0x8080808080808080U;
+    std::uint64_t seen = 0, word = 0;
+    for (; bytes.size() >= sizeof word; bytes.remove_prefix(sizeof word)) {
+        std::memcpy(&word, bytes.data(), sizeof word);
+        seen |= word;
+    }
+    for (const char byte : bytes)
+        seen |= static_cast<unsigned char>(byte);
+    return (seen & highBits) == 0;
+}
+
 } // namespace
 
 void appendJsonString(std::string &out, std::string_view bytes) {
@@ -70,7 +84,7 @@ void appendJsonString(std::string &out, std::string_view bytes) {
 }
 
 std::string_view wellFormed(std::string_view bytes, std::string &room) {
-    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+    if (isAscii(bytes))
         return bytes;
     room.clear();
     while (!bytes.empty()) {

@@ -245,10 +245,8 @@ void archiveFile_t::save(const archivedLog_t &log) {
         const cell_t cell = column.get(log);
         if (column.sqlite.starts_with("BLOB"))
             insert.bindBytes(++parameter, cell.text);
-        else if (cell.kind == cell_t::kind_t::text)
-            insert.bind(++parameter, cell.text); // well-formed already
         else
-            bindCell(insert, ++parameter, cell);
+            bindWellFormed(insert, ++parameter, cell);
     }
     insert.run();
 }
@@ -260,7 +258,7 @@ void archiveFile_t::commit(bool) {
 
 // Few enough that others soon see them, and enough that their cost is spread.
 bool archiveFile_t::isFull() const {
-    constexpr std::int64_t messagesAtOnce = 5'000;
+    constexpr std::int64_t messagesAtOnce = 20'000;
     return counts_.messages - atBegin_ >= messagesAtOnce;
 }
 
@@ -334,23 +332,27 @@ int archiveFile_t::bindFront(statement_t &insert, const row_t &row) {
     if (row.table.depth > 0)
         return parameter;
     for (const cell_t &cell : front_)
-        bindCell(insert, ++parameter, cell);
+        bindWellFormed(insert, ++parameter, cell);
     return parameter;
 }
 
 void archiveFile_t::bindCell(statement_t &insert, int parameter, const cell_t &cell) {
+    if (cell.kind != cell_t::kind_t::text)
+        return bindWellFormed(insert, parameter, cell);
+    if (roomCount_ == rooms_.size())
+        rooms_.emplace_back();
+    const std::string_view text = wellFormed(cell.text, rooms_[roomCount_]);
+    roomCount_ += text.data() != cell.text.data() ? 1 : 0;
+    insert.bind(parameter, text);
+}
+
+void archiveFile_t::bindWellFormed(statement_t &insert, int parameter, const cell_t &cell) {
     switch (cell.kind) {
     case cell_t::kind_t::integer:
         return insert.bind(parameter, cell.integer);
     case cell_t::kind_t::real:
         return insert.bind(parameter, cell.real);
     case cell_t::kind_t::text:
-        if (roomCount_ == rooms_.size())
-            rooms_.emplace_back();
-        if (const std::string_view text = wellFormed(cell.text, rooms_[roomCount_]); text.data() != cell.text.data()) {
-            ++roomCount_;
-            return insert.bind(parameter, text);
-        }
         return insert.bind(parameter, cell.text);
     default:
         insert.bindNull(parameter);

@@ -73,6 +73,7 @@ private:
     void removeBetween(std::int64_t first, std::int64_t end);
     int bindFront(statement_t &insert, const inspect::row_t &row);
     void bindCell(statement_t &insert, int parameter, const inspect::cell_t &cell);
+    static void bindWellFormed(statement_t &insert, int parameter, const inspect::cell_t &cell);
 
     database_t database_;
     std::vector<writer_t> writers_; // by the tables' numbers
