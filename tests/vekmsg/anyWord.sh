@@ -32,7 +32,7 @@ attempt() {
 # What a command needs besides, as the word "FILE" shows where its files go.
 needs() {
     case $1 in
-    get | stats) echo @seq device.log ;;
+    get | stats | unset) echo @seq device.log ;;
     set) echo @seq=1 device.log ;;
     table) echo --keys @seq device.log ;;
     diff) echo device.log device.log ;;

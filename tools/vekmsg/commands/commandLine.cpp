@@ -84,9 +84,12 @@ int complainAbout(const CLI::App &app, const CLI::ParseError &error, int argc, c
         writeAll(1, text);
         return exitFine;
     }
-    const std::string word = argc > 1 ? argv[1] : "";
+    const std::string word = argc > 1 ? argv[1] : "", what = error.what();
+    const std::size_t surplus = what.find(": At Most 1 required"); // the words of the library of arguments
     if (commandNamed(app, word) != nullptr)
-        complain(std::string(error.what()) + "; vekmsg " + word + " --help shows what it takes");
+        complain((surplus != std::string::npos ? what.substr(0, surplus) + " takes one value, and stands there twice"
+                                               : what) +
+                 "; vekmsg " + word + " --help shows what it takes");
     else if (word.empty())
         complain("which command? vekmsg --help shows all; vekmsg show FILE is a good first one");
     else if (identityOf(word))

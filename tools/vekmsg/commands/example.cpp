@@ -46,13 +46,21 @@ character_t characterOf(std::size_t device) {
     return device < 4 ? peculiar[device] : character_t::sound;
 }
 
+std::string nameOf(std::size_t device) {
+    return (device < 9 ? "drum-0" : "drum-") + std::to_string(device + 1);
+}
+
+std::string fileOf(const exampleArguments_t &fleet, std::size_t device) {
+    return fleet.folder + "/" + nameOf(device) + ".log";
+}
+
 // The first devices have one message more when it does not come out even.
 void writeLog(const exampleArguments_t &fleet, std::size_t device) {
     const std::uint64_t messages = fleet.messages / fleet.devices + (device < fleet.messages % fleet.devices ? 1 : 0);
     const character_t character = characterOf(device);
-    const std::string name = (device < 9 ? "drum-0" : "drum-") + std::to_string(device + 1);
+    const std::string name = nameOf(device);
     fleetRandom_t random(fleet.seed * 1'000'003 + device);
-    deviceLog_t log(fleet.folder + "/" + name + ".log", firstOfFebruary + random.below(3'600'000), messages,
+    deviceLog_t log(fileOf(fleet, device), firstOfFebruary + random.below(3'600'000), messages,
                     character == character_t::badLine ? 0.02 : 0.0, random);
     fleetDevice_t(name, static_cast<int>(device + 1), character, log, random)
         .work(static_cast<double>(fleet.days), messages);
@@ -64,6 +72,9 @@ int runExample(const exampleArguments_t &arguments) {
     std::filesystem::create_directories(arguments.folder, error);
     if (error)
         throw usageError_t("cannot make the folder " + arguments.folder + ": " + error.message());
+    for (std::size_t device = 0; device < arguments.devices; ++device)
+        if (identityOf(fileOf(arguments, device)))
+            throw usageError_t(fileOf(arguments, device) + " is there already; name another folder");
     for (std::size_t device = 0; device < arguments.devices; ++device)
         writeLog(arguments, device);
     writeAll(2, arguments.folder + " has the logs of " + std::to_string(arguments.devices) + " devices, " +

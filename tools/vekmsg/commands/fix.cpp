@@ -84,12 +84,13 @@ public:
         count(mended_, "mended");
         count(kept_, isTerminal(0) ? "left alone" : "to be mended (--yes does it)");
         count(open_, "with errors that need you");
-        if (!arguments_.isQuiet || kept_ + open_ > 0)
+        if (isAny_ && (!arguments_.isQuiet || kept_ + open_ > 0))
             complain(words.empty() ? "nothing to mend" : words);
     }
 
 private:
     std::optional<std::string> made(const item_t &item) override {
+        isAny_ = true;
         inspect::mending_t mending = inspect::mended(item.whole);
         const bool isChanged = mending.text != item.whole;
         if (isChanged && !arguments_.isQuiet)
@@ -194,7 +195,7 @@ private:
 
     const fixArguments_t &arguments_;
     const colours_t colours_;
-    bool isAgreed_, isDeclined_ = false;
+    bool isAgreed_, isDeclined_ = false, isAny_ = false;
     std::uint64_t mended_ = 0, kept_ = 0, open_ = 0;
 };
 

@@ -1,5 +1,6 @@
 // vekmsg get: one value of each message.
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/reading/columns.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 
@@ -48,6 +49,7 @@ private:
 };
 
 int runGet(const getArguments_t &arguments) {
+    checkIsNoFile("get", arguments.path);
     getTask_t task(arguments.path);
     reader_t reader(arguments.reading, task);
     reader.run();

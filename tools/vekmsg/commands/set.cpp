@@ -1,6 +1,7 @@
 // vekmsg set and unset: values changed and taken away, every other byte as it was.
 #include "tools/vekmsg/commands/command.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
+#include "tools/vekmsg/reading/columns.hpp"
 #include "tools/vekmsg/reading/messageOutput.hpp"
 #include "vek/inspect/change/change.hpp"
 
@@ -107,6 +108,7 @@ int runSet(const setArguments_t &arguments) {
 }
 
 int runUnset(const unsetArguments_t &arguments) {
+    checkIsNoFile("unset", arguments.path);
     setTask_t task({{arguments.path, std::nullopt}}, arguments.isForced, arguments.isQuiet);
     return writeMessages(arguments.reading, arguments.inPlace.isInPlace, task);
 }

@@ -1,5 +1,6 @@
 #include "tools/vekmsg/reading/columns.hpp"
 
+#include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/api/envelope.hpp"
 #include "vek/inspect/message/valueAt.hpp"
@@ -74,6 +75,13 @@ void forEachOfColumn(const item_t &item, const timeFinder_t &times, std::string_
             if (element.index >= 0)
                 forEachOfColumn(item, times, inspect::joined({list, "[", std::to_string(element.index), "]", rest}),
                                 take);
+}
+
+void checkIsNoFile(const std::string &command, const std::string &path) {
+    const std::vector<std::string_view> keys = inspect::schema().keys();
+    if (identityOf(path) && !path.starts_with('@') && std::ranges::find(keys, lastKey(path)) == keys.end())
+        throw usageError_t(inspect::joined(
+            {path, " is a file; which value? vekmsg ", command, " FOCUS_VALUE ", path, " takes that one"}));
 }
 
 void checkColumn(const std::string &option, const std::string &column) {

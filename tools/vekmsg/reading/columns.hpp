@@ -27,6 +27,9 @@ std::optional<std::string> columnOf(const item_t &item, const timeFinder_t &time
 void forEachOfColumn(const item_t &item, const timeFinder_t &times, std::string_view column,
                      const std::function<void(std::string_view value)> &take);
 
+/// Throws usageError_t when a file was given to a command where its path should stand.
+void checkIsNoFile(const std::string &command, const std::string &path);
+
 /// Throws usageError_t when no message can have this column; `option` stands in front of what it says.
 void checkColumn(const std::string &option, const std::string &column);
 

@@ -45,7 +45,7 @@ void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSpli
               "TIME"});
     list.add(until, {"--until", "Only messages of log lines of this time and earlier", "TIME"});
     declareTime(list);
-    list.add(head, {"-n,--head", "Only the first N messages", "N"});
+    list.add(head, {.names = "-n,--head", .about = "Only the first N messages", .type = "N", .least = 1});
     static const std::string aboutLongest =
         inspect::joined({"Pass over messages of more than N characters and say so; ",
                          std::to_string(longestReadableMessage), " when it is not said, the most that hosts read"});
