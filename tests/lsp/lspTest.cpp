@@ -197,7 +197,8 @@ TEST(Lsp, AnswersWhateverComes) {
                changes + "}}";
     };
     const std::vector<row_t> rows{
-        {{"x", "[", "", "\xFF", R"({"a":"\ud800"})"}, "null:-32700 null:-32700 null:-32700 null:-32700 null:-32600"},
+        {{"x", "[", "", "\xFF", R"({"a":1e999})", R"({"a":"\ud800"})"},
+         "null:-32700 null:-32700 null:-32700 null:-32700 null:-32700 null:-32600"},
         {{"[]", "1", "null", "{}", R"({"id":[]})", R"({"id":1,"method":2})"},
          "null:-32600 null:-32600 null:-32600 null:-32600 null:-32600 1:-32600"},
         {{std::string(100, '[') + std::string(100, ']')}, "null:-32600"},

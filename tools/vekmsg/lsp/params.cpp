@@ -54,6 +54,8 @@ json_t parsed(const std::string &text) {
     } catch (const json_t::parse_error &error) {
         throw rpcError_t(rpcError_t::parseError,
                          "the message is no JSON from its byte " + std::to_string(error.byte) + " on");
+    } catch (const json_t::exception &) {
+        throw rpcError_t(rpcError_t::parseError, "the message has a number in it that is beyond any range");
     }
 }
 

@@ -108,11 +108,15 @@ public:
     // The position counts from 1; of what was read last, the parser knows the start when it is a string or a number.
     bool parse_error(std::size_t position, const std::string &token,
                      const nlohmann::detail::exception &error) override {
-        const std::string words = whatIsWrong(error.what());
-        const bool isKnown = words.starts_with("unexpected string") || words.starts_with("unexpected number");
+        constexpr int beyondRange = 406; // the parser's number for a number that no double holds
+        const bool isBeyond = error.id == beyondRange;
+        const std::string words = isBeyond ? joined({token.substr(0, 40), " is beyond the range of numbers"})
+                                           : joined({"this is no well-formed JSON: ", whatIsWrong(error.what())});
+        const bool isKnown = isBeyond || words.find(": unexpected string") != std::string::npos ||
+                             words.find(": unexpected number") != std::string::npos;
         const std::size_t start = position - (isKnown && token.size() <= position ? token.size() : 1);
         start_ = std::min(start, text_.size());
-        return refuse(joined({"this is no well-formed JSON: ", words}));
+        return refuse(words);
     }
 
     void finish() {
