@@ -55,8 +55,13 @@ const states = {
     await page.keyboard.press('Home');
     await page.keyboard.press('Enter');
   },
-  differences: async (page) => {
+  text: async (page) => {
     await page.keyboard.press('Escape');
+    await page.click('#editText');
+    await page.waitForSelector('#rawText .cm-content');
+  },
+  differences: async (page) => {
+    await page.click('#rawCancel');
     await page.click('#differenceTab');
   },
   plot: async (page) => {
@@ -67,6 +72,11 @@ const states = {
     await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
   },
   state: (page) => page.click('#stateTab'),
+  'two logs': async (page) => {
+    await page.setInputFiles('#otherFile', { ...log, buffer: Buffer.from(lines.slice(5).join('')) });
+    await page.click('#besideTab');
+    await page.waitForSelector('#besideRows .row');
+  },
   views: async (page) => {
     if (await page.isVisible('#backToList')) await page.click('#backToList');
     await page.click('#views summary');

@@ -1,7 +1,7 @@
 // Mending: values changed by their kind, keys added, the text sealed at each change, copied and saved; differences.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, openFile, paste, saved, settled, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, openFile, paste, saved, says, settled, withPage, wouldSave } from './browser.mjs';
 import { message, samples } from './makeLog.mjs';
 
 const text = async (page) => Buffer.from(await wouldSave(page, '#saveText'), 'latin1').toString();
@@ -115,5 +115,54 @@ test('what can be done about a problem is done by a button, alone or in the whol
         .slice(0, -2),
     );
     assert.equal(await page.textContent('#sealChanges'), 'length 9 -> 61, "!!" added');
+  });
+});
+
+test('a text is typed as it stands: marked, every other byte kept, sealed, or set as it is when people say so', async () => {
+  // One-byte characters: its length is that of its bytes.
+  const bytes = message(4112, 41, '{MEDIA_NAME=Caf@ \x07\r\n;FOCUS_VALUE=3.250000;}').replace('@ ', '\xe9 ');
+  await withPage(async (page) => {
+    await openFile(page, { name: 'a.txt', mimeType: '', buffer: Buffer.from(bytes, 'latin1') });
+    const editor = page.locator('#rawText .cm-content');
+    const open = async () => {
+      await page.click('#editText');
+      await editor.waitFor();
+    };
+    // What was not touched stays, whatever its bytes.
+    await open();
+    assert.match(await editor.innerText(), /Caf\\xe9 \\x07\\r/);
+    await page.keyboard.press('Control+Enter');
+    await settled(page);
+    assert.equal(await wouldSave(page, '#saveText'), bytes);
+    assert.ok(await page.isHidden('#undoEdit'));
+
+    // What is wrong is marked as it is typed; Ctrl+Z is the editor's.
+    await open();
+    await page.keyboard.press('Control+End');
+    for (let at = 0; at < 3; ++at) await page.keyboard.press('ArrowLeft');
+    await page.keyboard.type('FOCUS=1;');
+    await page.locator('#rawText .cm-error, #rawText .cm-warning').first().waitFor();
+    await says(page, '#rawWords', 'FOCUS');
+    await page.keyboard.press('Escape');
+    assert.ok(await page.isVisible('#rawDialog'), 'what was typed is not dropped unasked');
+    await page.keyboard.press('Control+z');
+    await page.keyboard.type('X');
+    await page.click('#rawForm [type=submit]');
+    await settled(page);
+    await says(page, '#rawWords', 'sealed');
+    await page.click('#rawAsIs');
+    await settled(page);
+    const made = await wouldSave(page, '#saveText');
+    assert.equal(made, bytes.replace('}!!', 'X}!!'));
+    await page.keyboard.press('Control+z');
+    await settled(page);
+    assert.equal(await wouldSave(page, '#saveText'), bytes);
+    await open();
+    await page.keyboard.press('Control+a');
+    await page.keyboard.type('nothing');
+    await page.click('#rawForm [type=submit]');
+    await settled(page);
+    await page.click('#rawAsIs');
+    await says(page, '#rawWords', 'not one message');
   });
 });

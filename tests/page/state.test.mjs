@@ -49,6 +49,24 @@ test('what the device said last of each kind, since when, what is not as before,
     await says(page, '#leftText', 'FOCUS_VALUE=3');
     assert.deepEqual([await marks('left'), await marks('right')], ['FOCUS_VALUE=3.000000;', 'FOCUS_VALUE=2.000000;']);
 
+    // Both logs side by side: what differs is marked in both, and opens as two messages.
+    await page.click('#besideTab');
+    await says(page, '#besideWords', '4 pairs the same, 1 not.');
+    await page.waitForSelector('#besideRows .differs mark');
+    const marked = (side) => page.$$eval(`#besideRows .side:nth-child(${side}) mark`, (all) => all.map((one) => one.textContent).join());
+    assert.deepEqual([await marked(1), await marked(2)], ['FOCUS_VALUE 3', 'FOCUS_VALUE 2']);
+    await page.click('#besideOnly');
+    await page.waitForFunction(() => document.querySelectorAll('#besideRows .row:not([hidden])').length === 1);
+    await page.click('#besideOnly');
+    await page.selectOption('#besideWay', 'echo');
+    await says(page, '#besideWords', '4 pairs the same, 1 not.');
+    await page.focus('#besideRows');
+    await page.keyboard.press('Home');
+    await page.keyboard.press('n');
+    await page.keyboard.press('Enter');
+    await says(page, '#rightText', 'FOCUS_VALUE=2');
+    await says(page, '#leftText', 'FOCUS_VALUE=3');
+
     // A kind opens its message.
     await page.click('#stateTab');
     await page.selectOption('#stateSince', '');

@@ -66,3 +66,46 @@ test('what can stand next in a condition is offered at its place', async () => {
   }
   assert.deepEqual(charactersAt('A = \u00fc\ud83d\ude00 x', { start: 11, end: 12 }), { start: 8, end: 9 });
 });
+
+test('two logs line by line: every row once and in order, pairs of one kind and tag or time, as many as can stand so', async () => {
+  const { aligned } = await sourceModule('alignment');
+  let state = 7;
+  const below = (most) => (state = (state * 48271) % 0x7fffffff) % most;
+  const side = (count) => {
+    let time = below(50) * 1e6;
+    const fill = (Type, next) => Type.from({ length: count }, next);
+    return {
+      id: fill(Int32Array, () => below(3)),
+      echo: fill(Int32Array, () => below(4)),
+      hasEcho: fill(Uint8Array, () => 1),
+      microseconds: fill(Float64Array, () => (time += below(100) * 1e6)),
+    };
+  };
+  const isRising = (rows) => rows.every((row, at) => row === at);
+  for (let round = 0; round < 400; ++round) {
+    const [left, right] = [side(below(12)), side(below(12))];
+    for (const way of ['echo', 'time']) {
+      const lines = aligned(left, right, way);
+      const there = (rows) => [...rows].filter((row) => row >= 0);
+      assert.ok(isRising(there(lines.left)) && isRising(there(lines.right)), 'in order');
+      assert.deepEqual([there(lines.left).length, there(lines.right).length], [left.id.length, right.id.length]);
+      lines.left.forEach((row, at) => {
+        const other = lines.right[at];
+        if (row < 0 || other < 0) return;
+        assert.equal(left.id[row], right.id[other]);
+        if (way === 'echo') assert.equal(left.echo[row], right.echo[other]);
+        else assert.ok(Math.abs(left.microseconds[row] - right.microseconds[other]) <= 60e6);
+      });
+    }
+    // A log beside itself, and beside what is left of it, finds every message again.
+    const kept = left.id.map((_id, at) => at).filter((at) => round % 2 === 0 || at % 3 > 0);
+    const rest = Object.fromEntries(
+      Object.entries(left).map(([name, column]) => [name, column.constructor.from(kept, (at) => column[at])]),
+    );
+    if (round % 2 === 0 || new Set(left.microseconds).size === left.id.length) {
+      const { left: rows, right: others } = aligned(left, rest, 'time');
+      const pairs = [...rows].filter((row, at) => row >= 0 && others[at] >= 0).length;
+      assert.equal(pairs, kept.length);
+    }
+  }
+});

@@ -2,7 +2,7 @@
 import type { Bytes } from './types.ts';
 import { inSlices, nextTask } from './elements.ts';
 
-const rowSize = 56; // row_t in core/logRows.hpp
+export const rowSize = 56; // row_t in core/logRows.hpp
 
 // Of a column, its type and where it stands in a row.
 const layout = {

@@ -10,6 +10,7 @@ import { isNumeric } from './catalogue.ts';
 import { Editor } from './editor.ts';
 import { ListEditor } from './listEditor.ts';
 import { MessageModel, type Pair } from './messageModel.ts';
+import { RawEditor } from './rawEditor.ts';
 import { ProblemList } from './problemList.ts';
 import { copyText, saveBlob } from './saving.ts';
 import { show, showLines, shownWords } from './signs.ts';
@@ -30,6 +31,7 @@ export class Detail {
   readonly problems: ProblemList;
   readonly editor: Editor;
   readonly listEditor: ListEditor;
+  readonly rawEditor: RawEditor;
   #form: Form = 'message';
   #formBytes: Bytes = new Uint8Array(); // of the form that is shown
   #round = 0;
@@ -59,6 +61,11 @@ export class Detail {
     this.editor = new Editor(this.tree, (...value) => this.#take(this.core.set(this.bytes, ...value)));
     this.listEditor = new ListEditor((...list) => this.#take(this.#setList(...list)));
     byId('formChoice').addEventListener('change', (event) => busy(this.#showForm((event.target as HTMLSelectElement).value as Form)));
+    this.rawEditor = new RawEditor(core, (bytes) => this.#takeText(bytes));
+    byId('editText').addEventListener('click', () => {
+      on.editing();
+      if (!this.rawEditor.open(this.bytes)) announce('It is too long to be typed: change its values.', true);
+    });
     byId('copyText').addEventListener('click', () => this.#copy());
     byId('saveText').addEventListener('click', () => this.#save());
     byId('sealMessage').addEventListener('click', () => busy(this.#seal()));
@@ -185,6 +192,11 @@ export class Detail {
     await this.on.edit(row, bytes);
     announce('Changed, and sealed again.');
     return undefined;
+  }
+
+  async #takeText(bytes: Bytes) {
+    await this.on.edit(this.row, bytes);
+    announce('Changed.');
   }
 
   async #mend(problem: number) {

@@ -41,6 +41,7 @@ export class Differences extends Panel {
   }
 
   override reset() {
+    this.#others.pair = undefined;
     this.#marked = undefined;
     this.#bytes = undefined;
   }
@@ -59,6 +60,7 @@ export class Differences extends Panel {
     if (other)
       choices.push(option('other', `the ${this.#called(other.log, other.row)} of ${shownWords(other.log.name)}, at this time of its day`));
     setOptions(byId('compareWith'), choices);
+    if (this.#others.pair?.here === row) byId('compareWith').value = 'other';
     byId('compareWith').disabled = choices.length === 0;
     if (!byId('differencePanel').hidden) busy(this.draw());
   }
@@ -67,6 +69,8 @@ export class Differences extends Panel {
   #inOther(log: Log) {
     const other = this.#others.log;
     if (!other) return undefined;
+    const { pair } = this.#others;
+    if (pair?.here === this.#row) return { log: other, row: pair.there };
     const ids = other.columns.id.subarray(0, other.count);
     const id = log.columns.id[this.#row];
     const before = ids.lastIndexOf(id, this.#others.rowAt(log, this.#row));

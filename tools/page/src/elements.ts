@@ -3,6 +3,8 @@
 // The elements of index.html that are more than any element is.
 interface Elements {
   addKey: HTMLSelectElement;
+  besideOnly: HTMLInputElement;
+  besideWay: HTMLSelectElement;
   cancelReading: HTMLButtonElement;
   columnPath: HTMLInputElement;
   columns: HTMLDetailsElement;
@@ -29,6 +31,7 @@ interface Elements {
   plotKeyName: HTMLInputElement;
   plotOver: HTMLSelectElement;
   progressBar: HTMLProgressElement;
+  rawDialog: HTMLDialogElement;
   redoEdit: HTMLButtonElement;
   sendDialog: HTMLDialogElement;
   sendNow: HTMLButtonElement;

@@ -225,8 +225,8 @@ export class Log {
     return -1;
   }
 
-  // Where some messages stand.
-  #places(rows: ArrayLike<number>) {
+  /** Where some messages stand. */
+  places(rows: ArrayLike<number>) {
     const { offset, size } = this.columns;
     const offsets = new Float64Array(rows.length);
     const sizes = new Uint32Array(rows.length);
@@ -253,7 +253,7 @@ export class Log {
         this.files.length > 1
           ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]])
           : undefined;
-      const places = this.#places(order ? order.map((at) => piece[at]) : piece);
+      const places = this.places(order ? order.map((at) => piece[at]) : piece);
       const answer = await this.queue.run(kind, { ...places, ...parts } as never, { signal });
       const some = 'numbers' in answer ? answer.numbers : answer.isFound;
       if (order) order.forEach((at: number, i: number) => (result[from + at] = some[i]));
@@ -315,7 +315,7 @@ export class Log {
 
   /** Where messages of some rows stand, and what the core says of them. */
   snapshot(rows: Uint32Array): Snapshot {
-    const { offsets, sizes } = this.#places(rows);
+    const { offsets, sizes } = this.places(rows);
     return { offsets, sizes, described: this.columns.described(rows) };
   }
 
@@ -362,7 +362,7 @@ export class Log {
     await inSlices(this.count, (from, to) => {
       for (let row = from; row < to; ++row) if (this.columns.hasFinding(row, finding)) rows.push(row);
     });
-    const { changed, messages, sizes, described } = await this.queue.run('mend', { ...this.#places(rows), finding });
+    const { changed, messages, sizes, described } = await this.queue.run('mend', { ...this.places(rows), finding });
     return { rows: Uint32Array.from(changed, (at) => rows[at]), messages, sizes, described };
   }
 

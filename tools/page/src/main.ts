@@ -74,9 +74,9 @@ class Page {
       core,
       catalogue,
       other: new OtherLog(queue),
-      onRow: (row) => {
+      onRow: (row, tab = 'messageTab') => {
         this.#choose(row);
-        this.chooseTab('messageTab');
+        this.chooseTab(tab);
       },
       onStretch: stretch,
     });

@@ -9,7 +9,7 @@ import { ListColumns, type ShownColumn } from './listColumns.ts';
 import { lowerBound } from './search.ts';
 import { VirtualList } from './virtualList.ts';
 import { shown, shownWords } from './signs.ts';
-import { counted, number, timeInWords } from './words.ts';
+import { counted, number, shortNumber, timeInWords } from './words.ts';
 
 const severityWords = ['', 'warnings', 'errors'];
 const rowHeight = 24;
@@ -207,6 +207,3 @@ export class MessageList {
     );
   }
 }
-
-// "1024.5" for "1024.500000".
-const shortNumber = (value: string) => (/^-?\d+\.\d+$/.test(value) ? value.replace(/\.?0+$/, '') : value);

@@ -52,7 +52,7 @@ export function makeOpening(onFiles: (files: NamedBlob[]) => void) {
   byId('openExample').addEventListener('click', () => openText(exampleLog, 'example log'));
 
   document.addEventListener('paste', (event) => {
-    if (event.target instanceof Element && event.target.closest('input, textarea, select')) return;
+    if (event.target instanceof Element && event.target.closest('input, textarea, select, #rawText')) return;
     if (!event.clipboardData) return;
     const words = event.clipboardData.getData('text/plain');
     const { files } = event.clipboardData;

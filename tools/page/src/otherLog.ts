@@ -9,6 +9,7 @@ const day = 86_400e6; // microseconds
 
 export class OtherLog {
   log?: Log;
+  pair?: { here: number; there: number }; // rows that people compare
   #reading?: Log;
   #listeners: (() => void)[] = [];
 
@@ -43,6 +44,7 @@ export class OtherLog {
     }
     if (this.#reading !== log) return;
     this.log = log;
+    this.pair = undefined;
     announce(`${shownWords(name)}: ${counted(log.count, 'message')} to compare with.`);
     for (const call of this.#listeners) call();
   }

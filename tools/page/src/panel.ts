@@ -10,8 +10,8 @@ export interface Parts {
   core: CoreCalls;
   catalogue: Catalogue;
   other: OtherLog;
-  /** Goes to a message, and shows it. */
-  onRow: (row: number) => void;
+  /** Goes to a message, and shows it in a tab: its own unless another is named. */
+  onRow: (row: number, tab?: string) => void;
   /** Another stretch of the log is to be looked at, as the time line has it; nothing for all. */
   onStretch: (range: Range | undefined) => void;
 }

@@ -18,6 +18,9 @@ export function setUnprintable(ranges: Uint32Array) {
   unprintable = new RegExp(`[${characters}]`, 'gu');
 }
 
+/** What finds the characters that are to be seen as marks, line ends aside: they end lines. */
+export const unprintableSigns = () => new RegExp(unprintable.source.replace('[', '(?!\\n)['), 'gu');
+
 const spelt = (character: string) =>
   letters[character] ?? Array.from(bytesOfCoreText(character), (byte) => `\\x${byte.toString(16).padStart(2, '0')}`).join('');
 

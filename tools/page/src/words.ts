@@ -17,6 +17,9 @@ export const number = (value: number) => value.toLocaleString('en');
 
 export const counted = (value: number, one: string, several = `${one}s`) => `${number(value)} ${value === 1 ? one : several}`;
 
+/** "1024.5" for "1024.500000". */
+export const shortNumber = (value: string) => (/^-?\d+\.\d+$/.test(value) ? value.replace(/\.?0+$/, '') : value);
+
 export function sizeInWords(bytes: number) {
   if (bytes < 1000) return counted(bytes, 'byte');
   const kilobytes = bytes / 1000;

@@ -3,6 +3,7 @@
 // block and what the core keeps of a message that has no end yet.
 import { loadLibrary } from 'vekparams2ascii/library';
 import type { Bytes, LinePlace, NamedBlob } from './types.ts';
+import { aligned, type Side, type Way } from './alignment.ts';
 import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
 import { sliceOf, type Source } from './source.ts';
@@ -194,6 +195,20 @@ const jobs = {
     return { digests: await Promise.all(digests) };
   },
 
+  /** Which of some messages are not as those of another log, header numbers aside. */
+  async compare({ job, left, right }: Job & { left: Omit<Messages, 'job'>; right: Omit<Messages, 'job'> }) {
+    const [there, here] = await Promise.all([messagesIn(left), messagesIn(right)]);
+    goOn(job);
+    const body = (message: Bytes) => message.subarray(message.indexOf(0x7b)); // {
+    const isUnlike = here.map((message, at) => !isSame(body(there[at]), body(message)) && core.differences(there[at], message).length > 0);
+    return { isUnlike };
+  },
+
+  // Two logs line by line.
+  align({ left, right, way }: Job & { left: Side; right: Side; way: Way }) {
+    return aligned(left, right, way);
+  },
+
   // The places of numbers in their order.
   order({ numbers }: Job & { numbers: Float64Array }) {
     return { order: Uint32Array.from(numbers.keys()).sort((left, right) => numbers[left] - numbers[right] || left - right) };
@@ -203,6 +218,15 @@ const jobs = {
     return { result: (core[name] as (...all: unknown[]) => unknown)(...parameters) };
   },
 };
+
+// Some messages, read in one go where they stand near each other.
+async function messagesIn({ source, offsets, sizes }: Omit<Messages, 'job'>): Promise<Bytes[]> {
+  let [start, end] = [Infinity, 0];
+  offsets.forEach((offset, at) => ([start, end] = [Math.min(start, offset), Math.max(end, offset + sizes[at])]));
+  if (end - start > 4 * blockSize) return Promise.all(Array.from(offsets, (offset, at) => bytesIn(source, offset, offset + sizes[at])));
+  const block = offsets.length > 0 ? await bytesIn(source, start, end) : new Uint8Array();
+  return Array.from(offsets, (offset, at) => block.subarray(offset - start, offset - start + sizes[at]));
+}
 
 // Where the messages of a block are in it.
 function placesIn(offsets: Float64Array, sizes: Uint32Array, start: number, first: number, last: number) {
