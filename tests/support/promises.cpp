@@ -4,8 +4,10 @@
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/change/seal.hpp"
+#include "vek/inspect/check/plainlyClean.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
+#include "vek/inspect/forms/writtenJson.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/message/written.hpp"
@@ -268,9 +270,25 @@ bool lead(std::string way, const tree_t &to) {
 
 } // namespace
 
+std::string brokenOfWrittenJson(std::string_view text) {
+    std::string broken;
+    for (const std::string &one : {std::string(text), asRead(tree_t(text)).value_or("")})
+        if (const std::optional<writtenMessage_t> message = plainlyClean(one)) {
+            std::string quick, whole;
+            jsonAppender_t json(quick);
+            json.open('{');
+            appendWrittenMembers(json, *message);
+            json.close('}');
+            appendJson(whole, tree_t(one));
+            if (quick != whole)
+                broken += joined({"without a tree ", quick, "\nwith it ", whole, "\n"});
+        }
+    return broken;
+}
+
 std::string brokenOfText(std::string_view text) {
     const tree_t tree(text);
-    std::string broken;
+    std::string broken = brokenOfWrittenJson(text);
     std::set<std::string> paths;
     for (const node_t &node : tree.nodes()) {
         const std::string path = tree.path(node);

@@ -9,7 +9,10 @@
 
 namespace vek::test {
 
-/// Of a text: every pair has a path of its own by which it is found, nothing differs from itself, and what check() has
+/// Of a text, and of what a host reads of it: where its JSON can be made without a tree, it is that of its tree.
+std::string brokenOfWrittenJson(std::string_view text);
+
+/// The same, and: every pair has a path of its own by which it is found, nothing differs from itself, and what check() has
 /// no error in is sealed as it is.
 std::string brokenOfText(std::string_view text);
 

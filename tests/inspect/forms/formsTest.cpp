@@ -1,8 +1,10 @@
 // Every form gives back the very text, whatever the text; and the tree says what the library reads.
 #include "vek/inspect/forms/forms.hpp"
+#include "tests/support/promises.hpp"
 #include "tests/support/texts.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
 
 #include <gtest/gtest.h>
@@ -59,6 +61,22 @@ TEST(Forms, GiveBackTheVeryText) {
                                                                               << form;
         }
     });
+}
+
+TEST(Forms, MakeTheSameJsonWithoutATree) {
+    std::size_t made = 0;
+    const auto look = [&made](const std::string &text) {
+        made += isPlainlyClean(text) ? 1 : 0;
+        EXPECT_EQ(brokenOfWrittenJson(text), "") << shown(text);
+    };
+    for (const char *codes : {"{}", "{0,}", "{0,0,}", "{72,}", "{72,0,}", "{34,92,10,0,}", "{-3,0,}", "{-4224,0,}",
+                              "{-10240,0,}", "{-9216,-10240,0,}", "{-10240,-9216,0,}"})
+        look(message(4194, joined({"{JOB_NAME=", codes, ";JOB_ID=1;}"})));
+    EXPECT_GT(made, 5U);
+    for (const char *value : {"1.5", "-0.0", "inf", "-nan", "1e299", "1e308", "9007199254740993"})
+        look(message(4112, joined({"{MEDIA_NAME=a\"\\b\2\xC3\xA4\xFF;FOCUS_VALUE=", value, ";}"})));
+    forEachText(rounds(8000), look);
+    EXPECT_GT(made, samples().size());
 }
 
 // What the reader uses of a message, spelt in the plainest way.

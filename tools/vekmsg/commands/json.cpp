@@ -4,7 +4,7 @@
 #include "tools/vekmsg/reading/messageJson.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
 #include "vek/inspect/archive/rowJson.hpp"
-#include "vek/inspect/check/check.hpp"
+#include "vek/inspect/check/plainlyClean.hpp"
 
 namespace vek::tool {
 
@@ -33,17 +33,15 @@ public:
     std::unique_ptr<task_t> fork() const override { return std::make_unique<jsonTask_t>(times_); }
 
     void take(const item_t &item) override {
-        const inspect::tree_t &tree = item.tree();
-        findings_.clear();
-        if (!inspect::isClean(tree))
-            findings_ = inspect::check(tree);
-        appendMessageJson(out, {item.file, item.line, item.offset, item.before, times_.in(item.lineHead)}, tree,
-                          findings_);
+        const messagePlace_t place{item.file, item.line, item.offset, item.before, times_.in(item.lineHead)};
+        if (const std::optional<inspect::writtenMessage_t> message = inspect::plainlyClean(item.whole))
+            appendMessageJson(out, place, *message);
+        else
+            appendMessageJson(out, place, item.tree(), inspect::check(item.tree()));
     }
 
 private:
     const timeFinder_t &times_;
-    std::vector<inspect::finding_t> findings_;
 };
 
 class rowsTask_t final : public task_t, private inspect::rowSink_t {

@@ -6,8 +6,10 @@
 #include "vek/inspect/message/valueAt.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
+#include "vek/text/characterBlock.hpp"
 
 #include <algorithm>
+#include <bit>
 
 namespace vek::tool {
 
@@ -22,6 +24,23 @@ std::string_view lastKey(std::string_view path) {
     return path.substr(0, path.find('['));
 }
 
+// As text.find() tells it, but looking at its last character too before all are compared: keys share their letters.
+bool hasKey(std::string_view text, std::string_view key) {
+    if (text.size() < key.size() || key.empty())
+        return key.empty();
+    const char *at = text.data();
+#ifdef __SSE2__
+    const char *const end = at + (text.size() - key.size() + 1); // of the places where it may begin
+    for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
+        const characterBlock_t first(at), last(at + key.size() - 1);
+        for (unsigned found = first.equal(key.front()) & last.equal(key.back()); found != 0; found &= found - 1)
+            if (std::string_view(at + std::countr_zero(found), key.size()) == key)
+                return true;
+    }
+#endif
+    return text.find(key, static_cast<std::size_t>(at - text.data())) != text.npos;
+}
+
 } // namespace
 
 bool isPlaceColumn(std::string_view column) {
@@ -32,11 +51,11 @@ bool mayHavePath(const item_t &item, std::string_view path) {
     const std::string_view key = path.substr(0, path.find_first_of(".[#"));
     const envelopeHead_t head = readEnvelopeHead(item.text);
     if (!head.hasStartMarker || item.whole.size() != item.text.size() ||
-        key.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_") != key.npos)
+        !std::ranges::all_of(key, &inspect::isWordCharacter))
         return true;
     const inspect::messageSchema_t *message = inspect::schema().find(head.id.value);
     return (message != nullptr && message->record != nullptr && message->record->find(key) != nullptr) ||
-           item.text.find(key) != key.npos;
+           hasKey(item.text, key);
 }
 
 std::optional<std::string> columnOf(const item_t &item, const timeFinder_t &times, std::string_view column) {

@@ -4,6 +4,7 @@
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/log/logTime.hpp"
 #include "vek/inspect/message/tree.hpp"
+#include "vek/inspect/message/written.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -24,5 +25,7 @@ struct messagePlace_t {
 /// Appends the object and a line end.
 void appendMessageJson(std::string &out, const messagePlace_t &place, const inspect::tree_t &tree,
                        std::span<const inspect::finding_t> findings);
+/// The same bytes of a message as plainlyClean() gives it.
+void appendMessageJson(std::string &out, const messagePlace_t &place, const inspect::writtenMessage_t &message);
 
 } // namespace vek::tool

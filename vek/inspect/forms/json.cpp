@@ -1,6 +1,7 @@
 // Values are typed only where the same text comes back from the typed value; anything else is a string.
 #include "vek/inspect/forms/forms.hpp"
 
+#include "vek/inspect/forms/private/jsonScalar.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
@@ -100,25 +101,11 @@ private:
         if (!node.hasValue)
             json_.ready("null");
         else if (!node.isBody || (node.childCount == 0 && !isEmptyGroup(tree_, node)))
-            writeScalar(node);
+            appendScalar(json_, node.valueKind(), tree_.value(node));
         else if (const std::optional<std::string> text = wideText(tree_, node))
             json_.value(*text);
         else
             writeBody(node);
-    }
-
-    void writeScalar(const node_t &node) {
-        const std::string_view value = tree_.value(node);
-        const fieldKind_t kind = node.valueKind();
-        const bool isAsItStands = isReal(kind)                                     ? isRealText(value)
-                                  : isInteger(kind) || kind == fieldKind_t::text16 ? isIntegerText(value)
-                                                                                   : false;
-        if (isAsItStands)
-            json_.ready(value);
-        else if (kind == fieldKind_t::boolean && (value == "TRUE" || value == "FALSE"))
-            json_.value(value == "TRUE");
-        else
-            json_.value(scalarText(tree_, node));
     }
 
     void writeNode(const node_t &node) {
@@ -141,6 +128,20 @@ private:
 };
 
 } // namespace
+
+void appendScalar(jsonAppender_t &json, fieldKind_t kind, std::string_view value) {
+    const bool isAsItStands = isReal(kind)                                     ? isRealText(value)
+                              : isInteger(kind) || kind == fieldKind_t::text16 ? isIntegerText(value)
+                                                                               : false;
+    if (isAsItStands)
+        json.ready(value);
+    else if (kind == fieldKind_t::boolean && (value == "TRUE" || value == "FALSE"))
+        json.value(value == "TRUE");
+    else if (kind == fieldKind_t::text && hasCodes(value))
+        json.value(unescapedText(value));
+    else
+        json.value(value);
+}
 
 void appendJson(std::string &out, const tree_t &tree, const jsonOptions_t &options) {
     jsonAppender_t json(out);

@@ -12,7 +12,7 @@ namespace vek::inspect {
 
 namespace {
 
-// What goes into a JSON string as it is: printable ASCII but for quotes and backslashes.
+// What goes into a JSON string as it is.
 constexpr auto isSimple = [] {
     std::array<bool, 256> set{};
     for (std::size_t c = 0x20; c < 0x7F; ++c)
@@ -58,11 +58,15 @@ bool isAscii(std::string_view bytes) {
 
 } // namespace
 
+bool isPlainAscii(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return isSimple[static_cast<unsigned char>(c)]; });
+}
+
 void appendJsonString(std::string &out, std::string_view bytes) {
+    if (isPlainAscii(bytes))
+        return appendPieces(out, "\"", bytes, "\"");
     const auto isSpecial = [](char c) { return !isSimple[static_cast<unsigned char>(c)]; };
     auto special = std::find_if(bytes.begin(), bytes.end(), isSpecial);
-    if (special == bytes.end())
-        return appendPieces(out, "\"", bytes, "\"");
     out += '"';
     while (!bytes.empty()) {
         const auto simple = static_cast<std::size_t>(special - bytes.begin());

@@ -230,9 +230,9 @@ void logScanner_t::pass(std::string_view words, messageSink_t &sink) {
 
 void logScanner_t::passMessage(std::string_view message) {
     offset_ += message.size();
-    const std::size_t lineEnd = message.rfind('\n');
-    line_ += countLines(message);
-    column_ = lineEnd == nowhere ? column_ + message.size() : message.size() - lineEnd;
+    const std::uint64_t lines = countLines(message);
+    line_ += lines;
+    column_ = lines == 0 ? column_ + message.size() : message.size() - message.rfind('\n');
     before_.clear();
     hasHead_ = true;
 }

@@ -1,11 +1,8 @@
-// Paths of nodes, both ways, and 16-bit texts: these are lists of codes in a body, and a text only for people.
+// Paths of nodes, both ways.
 #include "vek/inspect/message/tree.hpp"
 
 #include "vek/inspect/message/private/treeBuilder.hpp"
 #include "vek/inspect/words/quoting.hpp"
-#include "vek/inspect/words/utf16.hpp"
-#include "vek/text/characters.hpp"
-#include "vek/text/numberText.hpp"
 
 #include <algorithm>
 
@@ -102,50 +99,6 @@ void goOverLeaves(const tree_t &tree, const node_t &parent, std::string &path, c
 void forEachLeaf(const tree_t &tree, const takeLeaf_t &take) {
     std::string path;
     goOverLeaves(tree, tree.body(), path, take);
-}
-
-std::optional<std::string> wideText(const tree_t &tree, const node_t &node) {
-    if (!node.isBody || targetOf(tree, node).kind != bodyTarget_t::kind_t::codes)
-        return {};
-    std::string text = wideTextRead(tree, node);
-    const std::optional<std::string> again = wideCodes(text);
-    return again && *again == tree.value(node) ? std::optional(std::move(text)) : std::nullopt;
-}
-
-std::string wideTextRead(const tree_t &tree, const node_t &node) {
-    constexpr std::uint32_t replacement = 0xFFFD;
-    std::vector<std::uint16_t> codes(std::size_t{node.childCount} + 1, 0);
-    for (const node_t &child : tree.children(node))
-        if (child.index >= 0 && child.use == pairUse_t::assigned)
-            codes[static_cast<std::size_t>(child.index)] = static_cast<std::uint16_t>(readInteger(tree.value(child)));
-    std::string text;
-    for (auto code = codes.begin(); *code != 0; ++code) {
-        const bool isPair = isHighSurrogate(*code) && isLowSurrogate(code[1]);
-        if (isPair)
-            appendUtf8(text, joinedSurrogates(code[0], code[1]));
-        else
-            appendUtf8(text, isHighSurrogate(*code) || isLowSurrogate(*code) ? replacement : *code);
-        code += isPair ? 1 : 0;
-    }
-    return text;
-}
-
-std::optional<std::string> wideCodes(std::string_view utf8) {
-    std::string codes = "{";
-    const auto append = [&codes](std::uint32_t code) {
-        codes.append(std::to_string(static_cast<std::int16_t>(code))).append(1, comma);
-    };
-    while (!utf8.empty()) {
-        const std::size_t size = utf8Size(utf8);
-        if (size == 0)
-            return {};
-        const std::uint32_t character = utf8Character(utf8.substr(0, size));
-        if (character >= 0x10000)
-            append(0xD800 + ((character - 0x10000) >> 10));
-        append(character >= 0x10000 ? 0xDC00 + ((character - 0x10000) & 0x3FF) : character);
-        utf8.remove_prefix(size);
-    }
-    return codes + "0,}";
 }
 
 } // namespace vek::inspect

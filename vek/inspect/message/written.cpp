@@ -73,7 +73,7 @@ std::optional<writtenMessage_t> writtenMessage(std::string_view text) {
     message->conversion->parse(structure.get(), envelope.body);
     bodyBuffer_t buffer(text.size() + firstRoom);
     const bool isSame = written(buffer, envelope.head.numbers(), *message->conversion, structure) == text;
-    return isSame ? std::optional<writtenMessage_t>({message->record, envelope.body}) : std::nullopt;
+    return isSame ? std::optional<writtenMessage_t>({text, envelope, message->record}) : std::nullopt;
 }
 
 } // namespace vek::inspect

@@ -3,6 +3,7 @@
 // Pure functions.
 #pragma once
 
+#include "vek/api/envelope.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
@@ -25,8 +26,9 @@ std::optional<std::string> asRead(const tree_t &tree);
 
 /// A message that the library writes as it stands.
 struct writtenMessage_t {
+    std::string_view text;
+    envelope_t envelope; ///< whose numbers are all there
     const recordSchema_t *record;
-    std::string_view body;
 };
 
 /// What a text is that comes back byte for byte when it is read and written again; nothing of any other one. Throws
