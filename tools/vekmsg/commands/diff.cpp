@@ -51,16 +51,16 @@ public:
 
     void add(waiting_t message) {
         size_ += message.text.size() + sizeof(waiting_t);
-        byKey_[message.key].push_back(gone_ + waiting_.size());
+        byKey_.emplace(message.key, gone_ + waiting_.size());
         waiting_.push_back(std::move(message));
     }
     std::optional<waiting_t> take(const key_t &key) {
-        const auto found = byKey_.find(key);
-        if (found == byKey_.end())
+        const auto first = byKey_.lower_bound(key);
+        if (first == byKey_.end() || first->first != key)
             return std::nullopt;
-        waiting_t &message = waiting_[found->second.front() - gone_];
+        waiting_t &message = waiting_[first->second - gone_];
         size_ -= message.text.size();
-        dropFirst(found);
+        byKey_.erase(first);
         waiting_t taken = std::exchange(message, waiting_t());
         message.isPaired = true;
         return taken;
@@ -74,22 +74,15 @@ public:
             size_ -= oldest.text.size() + sizeof(waiting_t);
             if (oldest.isPaired)
                 continue;
-            dropFirst(byKey_.find(oldest.key));
+            byKey_.erase(byKey_.lower_bound(oldest.key));
             return oldest;
         }
         return std::nullopt;
     }
 
 private:
-    using places_t = std::map<key_t, std::deque<std::size_t>>;
-    void dropFirst(places_t::iterator place) {
-        place->second.pop_front();
-        if (place->second.empty())
-            byKey_.erase(place);
-    }
-
     std::deque<waiting_t> waiting_;
-    places_t byKey_; // numbers from the first message on
+    std::multimap<key_t, std::size_t> byKey_; // numbers from the first message on, in order
     std::size_t gone_ = 0, size_ = 0;
 };
 
@@ -141,6 +134,8 @@ private:
     }
 
     void compare(const waiting_t &left, const waiting_t &right) {
+        if (left.text == right.text)
+            return;
         const inspect::tree_t leftTree(left.text), rightTree(right.text);
         const std::vector<inspect::difference_t> found = inspect::differences(leftTree, rightTree, diff_);
         if (found.empty())
@@ -172,7 +167,7 @@ public:
     sideTask_t(comparison_t &comparison, bool isLeft) : comparison_(comparison), isLeft_(isLeft) {}
 
     void take(const item_t &item) override {
-        const inspect::envelopeParts_t &envelope = item.tree().envelope();
+        const inspect::envelopeParts_t envelope = inspect::takeEnvelopeApart(item.whole);
         comparison_.take({std::string(item.text), item.place(), {envelope.id.value, envelope.sequenceNumber.value}},
                          isLeft_);
     }

@@ -5,6 +5,7 @@
 // from there.
 #include "tools/vekmsg/reading/reader.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
+#include "vek/inspect/words/lineCount.hpp"
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ namespace vek::tool {
 
 namespace {
 
-constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
+constexpr std::uint64_t pieceSize = std::uint64_t{1} << 18; // fits into a processor's cache, as what comes of it
 constexpr std::size_t stepSize = std::size_t{1} << 16;
 
 class split_t {
@@ -57,6 +58,7 @@ private:
 
         rawFile_t file;
         std::string part, step;
+        std::string out; // the memory of what was put out before, for the next piece
     };
 
     // A piece and its result, which waits for its turn.
@@ -106,6 +108,7 @@ private:
         counts_.passedOver.join(piece.counts.passedOver);
         task_.join(*piece.task);
         output_(piece.task->out, std::min(size_, (number + 1) * pieceSize));
+        window.out.swap(piece.task->out);
         ++turn_;
         changed_.notify_all();
     }
@@ -122,14 +125,13 @@ private:
         else
             first = std::min(part.find('\n'), part.size() - 1) + 1;
         const std::string_view own = part.substr(static_cast<std::size_t>(from - before));
-        const auto lines = static_cast<std::uint64_t>(std::count(own.begin(), own.end(), '\n'));
+        const std::uint64_t lines = inspect::countLines(own);
 
         piece_t piece;
         piece.lines = part.substr(first);
         piece.start = before + first;
         piece.partEnd = before + part.size();
-        const auto inFront =
-            lines - static_cast<std::uint64_t>(std::count(piece.lines.begin(), piece.lines.end(), '\n'));
+        const std::uint64_t inFront = inspect::countLines(own.substr(0, own.size() - piece.lines.size()));
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return failure_ || counted_ == number; });
         piece.line = lines_ + 1 + inFront;
@@ -142,6 +144,8 @@ private:
     // Scans a piece's lines; `skipped` bytes of them belong to the message of the piece before.
     void scan(window_t &window, piece_t &piece, std::size_t skipped) const {
         piece.task = task_.fork();
+        piece.task->out.swap(window.out);
+        piece.task->out.clear();
         piece.counts = {};
         piece.first = UINT64_MAX;
         piece.last = 0;
@@ -149,8 +153,7 @@ private:
             return;
         const std::string_view front = piece.lines.substr(0, skipped), lines = piece.lines.substr(skipped);
         itemSink_t sink(name_, filter_, *piece.task);
-        inspect::logScanner_t scanner(piece.start + skipped, piece.line + static_cast<std::uint64_t>(std::count(
-                                                                              front.begin(), front.end(), '\n')));
+        inspect::logScanner_t scanner(piece.start + skipped, piece.line + inspect::countLines(front));
         scanner.feed(lines, sink);
         // The last line may go on behind the part, and its last message behind that.
         std::uint64_t offset = piece.partEnd, end = lines.ends_with('\n') ? offset : UINT64_MAX;

@@ -3,7 +3,7 @@
 #include "vek/inspect/log/logScanner.hpp"
 
 #include "vek/api/envelope.hpp"
-#include "vek/inspect/log/private/lineCount.hpp"
+#include "vek/inspect/words/lineCount.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
