@@ -49,13 +49,18 @@ if(EMSCRIPTEN)
 endif()
 
 # The language, the warnings, the instrumentation, and the folder root as the one include path. Whether sources are
-# compiled together is VEK_UNITY's to say, not a host's CMAKE_UNITY_BUILD.
+# compiled together is VEK_UNITY's to say, not a host's CMAKE_UNITY_BUILD; those of a PROGRAM are, of which nobody takes
+# single ones, but for Windows, whose builds see what a source alone lacks.
 function(vekCompiling target)
+    set(isTogether ${VEK_UNITY})
+    if("PROGRAM" IN_LIST ARGN AND NOT WIN32)
+        set(isTogether ON)
+    endif()
     set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
                                                VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
-                                               UNITY_BUILD ${VEK_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+                                               UNITY_BUILD ${isTogether} UNITY_BUILD_BATCH_SIZE 8)
     if(MSVC) # Microsoft's compiler, or clang in its place
         target_compile_options(${target} PRIVATE /utf-8 $<$<BOOL:${VEK_DEVELOPER}>:/W4>)
     elseif(VEK_DEVELOPER)
@@ -63,7 +68,7 @@ function(vekCompiling target)
                                "$<$<COMPILE_LANGUAGE:C,CXX>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Werror>"
                                # GCC 12 takes "text" + std::to_string(number) for overlapping copies, which it is not.
                                $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>)
-        if(NOT VEK_UNITY) # there a file's own names may hide those of another
+        if(NOT isTogether) # there a file's own names may hide those of another
             target_compile_options(${target} PRIVATE "$<$<COMPILE_LANGUAGE:C,CXX>:-Wshadow>")
         endif()
     endif()
