@@ -19,6 +19,9 @@ struct row_t {
     std::vector<content_t> contents;
 };
 
+/// The rows, of the sample messages.
+std::vector<row_t> makeRows();
+
 class peer_t {
 public:
     virtual ~peer_t() = default;

@@ -28,7 +28,7 @@ all)
     ;;
 bench)
     packages+=(libbenchmark-dev rapidjson-dev libsimdjson-dev libprotobuf-dev protobuf-compiler nlohmann-json3-dev
-               pkg-config valgrind python3)
+               pkg-config valgrind python3 jq miller sqlite3)
     ;;
 bindings)
     packages+=("${testing[@]}" python3-build python3-wheel python3-setuptools python3-venv mypy python3-pandas
