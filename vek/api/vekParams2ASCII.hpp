@@ -177,8 +177,10 @@ private:
 /// The structure of a text with an ordinary envelope whose body is as the library writes it: read by this module, which
 /// knows whether it was, as the library does not say it. Null of any other text, of which nothing is taken over then.
 template <std::int32_t Id>
-owned_t<structureOf_t<Id>> readStrictly(const textToRead_t &text) {
+owned_t<structureOf_t<Id>> readStrictly(const textToRead_t &text, std::size_t longest) {
     using structure_t = structureOf_t<Id>;
+    if (!isOrdinary<Id>(text, longest))
+        return nullptr;
     const std::string_view message = withoutNul(text.whole);
     const std::size_t start = ordinaryBody(message);
     // On Windows the library may have a heap of its own, from which it releases what has no destructor of its module.
@@ -194,10 +196,15 @@ owned_t<structureOf_t<Id>> readStrictly(const textToRead_t &text) {
     return structure;
 }
 
-/// What of a text whose envelope is right would be ignored or read otherwise, if anything.
+/// The structure of a text that readStrictly does not take; null, with the problem, when something of it would be
+/// ignored or read otherwise. In a function of its own it keeps reading the others short.
 template <std::int32_t Id>
-problem_t checkStrictly(const textToRead_t &text) {
-    return strictReadingOf<structureOf_t<Id>>().first(withoutNul(text.whole));
+[[gnu::noinline]] owned_t<structureOf_t<Id>> readOtherStrictly(const textToRead_t &text, problem_t &problem,
+                                                               std::size_t longest) {
+    problem = checkMessage(text.whole, Id, longest);
+    if (!problem)
+        problem = strictReadingOf<structureOf_t<Id>>().first(withoutNul(text.whole));
+    return problem ? nullptr : readMessage<Id>(text);
 }
 
 /// Counts beyond the room that writing takes on trust: what lies behind the structure would be read.
@@ -351,25 +358,18 @@ requires structuredId<Id>
                                                        std::size_t longest = longestReadableMessage) {
     if (problem)
         problem = {};
-    const bool isOrdinary = detail::isOrdinary<Id>(text, longest);
-    if (isOrdinary)
-        if (auto structure = detail::readStrictly<Id>(text))
-            return structure;
-    if (!isOrdinary)
-        problem = checkMessage(text.whole, Id, longest);
-    if (!problem)
-        problem = detail::checkStrictly<Id>(text);
-    if (problem)
-        return nullptr;
-    return detail::readMessage<Id>(text);
+    auto structure = detail::readStrictly<Id>(text, longest);
+    return structure != nullptr ? std::move(structure) : detail::readOtherStrictly<Id>(text, problem, longest);
 }
 
 template <std::int32_t Id>
 requires structuredId<Id>
 [[nodiscard]] owned_t<structureOf_t<Id>> parseStrictly(const textToRead_t &text,
                                                        std::size_t longest = longestReadableMessage) {
+    if (auto structure = detail::readStrictly<Id>(text, longest)) [[likely]]
+        return structure;
     problem_t problem;
-    auto structure = parseStrictly<Id>(text, problem, longest);
+    auto structure = detail::readOtherStrictly<Id>(text, problem, longest);
     if (problem)
         throw messageError_t(std::move(problem));
     return structure;
