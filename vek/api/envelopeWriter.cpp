@@ -2,10 +2,7 @@
 
 #include "vek/text/numberText.hpp"
 
-#include <algorithm>
-#include <charconv>
 #include <cstring>
-#include <iterator>
 #include <string_view>
 
 namespace vek {
@@ -24,13 +21,15 @@ char *writeNumber(std::int32_t number, char *to) {
     return to + 1;
 }
 
+// With blanks in front; of a longer number the first five digits.
 void patchLength(bodyWriter_t &out, std::size_t lengthPosition) {
-    char digits[lengthDigits + 20];
-    std::fill_n(digits, lengthDigits, ' ');
-    const char *const end = std::to_chars(digits + lengthDigits, std::end(digits), out.size()).ptr;
-    // The last five characters of the padded number; of a longer number the first five digits.
-    const char *const start = std::min(const_cast<const char *>(digits + lengthDigits), end - lengthDigits);
-    out.patch(lengthPosition, {start, lengthDigits});
+    std::size_t left = out.size();
+    while (left > longestReadableMessage)
+        left /= 10;
+    char digits[lengthDigits];
+    for (std::size_t i = lengthDigits; i-- > 0; left /= 10)
+        digits[i] = left != 0 ? static_cast<char>('0' + left % 10) : ' ';
+    out.patch(lengthPosition, {digits, lengthDigits});
 }
 
 } // namespace

@@ -29,7 +29,7 @@ template <class Identity>
 struct deviceInfoFields_t : record_t<DeviceInfo> {
     using record_t::record_t;
 
-    Identity deviceInfo{*this, "DEVICE_INFO", structure};
+    nested_t<Identity> deviceInfo{*this, "DEVICE_INFO", structure};
     longField_t unloadMediaType{*this, "UNLOAD_MEDIA_TYPE", structure.unloadMediaType};
     longField_t numOfCassette{*this, "NUM_OF_CASSETTE", structure.numOfCassette};
     longField_t numLaserBeams{*this, "NUM_LASER_BEAMS", structure.numLaserBeams};

@@ -77,8 +77,8 @@ struct exposeJob_t : record_t<ExposeJob> {
     doubleField_t hSize{*this, "H_SIZE", structure.size.height};
     doubleField_t wCylinderSize{*this, "W_CYLINDER_SIZE", structure.cylinderSize.width};
     doubleField_t hCylinderSize{*this, "H_CYLINDER_SIZE", structure.cylinderSize.height};
-    mediaParams_t mediaParams{*this, "MEDIA_PARAMS", structure.mediaParams};
-    punchParams_t punchParams{*this, "PUNCH_PARAMS", structure.punchParams};
+    nested_t<mediaParams_t> mediaParams{*this, "MEDIA_PARAMS", structure.mediaParams};
+    nested_t<punchParams_t> punchParams{*this, "PUNCH_PARAMS", structure.punchParams};
 
     static void setDefaults(ExposeJob &defaults) {
         defaults.offset = defaults.size = defaults.cylinderSize = {.width = -1.0, .height = -1.0};
@@ -128,11 +128,15 @@ struct exposeParams_t : record_t<ExposeParams> {
 class placedTextField_t : public textField_t {
 public:
     placedTextField_t(textGroup_t &group, std::string_view key, char *start, std::size_t size, std::size_t room)
-        : textField_t(group, key), start_(start), size_(size), room_(room) {}
+        : textField_t(group, key), start_(start), size_(size), room_(room) {
+        if (group.pass() == pass_t::write)
+            writtenGroup_t::of(group).append<placedTextField_t>(key, start, room);
+    }
 
     bodyWriter_t toText(bodyWriter_t out) const override {
-        return isSet != 0 ? writeText(start_, room_, room_, out) : out;
+        return isSet != 0 ? writeValue(written(start_, room_), out) : out;
     }
+    static writtenText_t written(const char *start, std::size_t room) { return {start, room, room}; }
     void fromText(std::string_view text) override {
         text_ = text;
         isSet = 1;

@@ -47,7 +47,7 @@ struct cassette_t : record_t<Cassette> {
     longField_t numAvailablePunchSys{*this, "NUM_AVAILABLE_PUNCH_SYS", structure.numAvailablePunchSys};
     listField_t<stringField_t> punchSysName{*this, "PUNCH_SYS_NAME", structure.punchSysName,
                                             structure.numAvailablePunchSys};
-    media_t media{*this, "VERSION", structure.media}; // the device's own word for it
+    nested_t<media_t> media{*this, "VERSION", structure.media}; // the device's own word for it
 };
 
 struct cassetteArray_t : record_t<CassetteArray> {

@@ -40,7 +40,7 @@ struct ownedTextCodec_t {
     using value_t = char *;
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { read({}, value); }
-    static bodyWriter_t write(const char *value, bodyWriter_t out);
+    static writtenText_t written(const char *value);
     static void read(std::string_view text, value_t &value); ///< throws std::bad_alloc
     static void release(value_t &value);
 };
@@ -56,9 +56,9 @@ struct info_t : record_t<Info> {
     static void releaseMembers(Info &structure) { ownedTextCodec_t::release(structure.info); }
 };
 
-bodyWriter_t ownedTextCodec_t::write(const char *value, bodyWriter_t out) {
+writtenText_t ownedTextCodec_t::written(const char *value) {
     const std::size_t length = value != nullptr ? std::strlen(value) : 0;
-    return length > 0 ? writeText(value, length, length, out) : out;
+    return {value, length, length};
 }
 
 void ownedTextCodec_t::read(std::string_view text, value_t &value) {

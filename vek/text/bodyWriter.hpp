@@ -47,6 +47,8 @@ private:
 /// writes takes a place and returns the one behind, which alone counts from then on.
 class bodyWriter_t {
 public:
+    /// Nowhere.
+    bodyWriter_t() = default;
     explicit bodyWriter_t(bodyBuffer_t &buffer) : at_(buffer.start_), buffer_(&buffer) {}
 
     std::size_t size() const { return static_cast<std::size_t>(at_ - buffer_->start_); }
@@ -86,8 +88,8 @@ public:
     }
 
 private:
-    char *at_;
-    bodyBuffer_t *buffer_;
+    char *at_ = nullptr;
+    bodyBuffer_t *buffer_ = nullptr;
 };
 
 } // namespace vek

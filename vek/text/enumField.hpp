@@ -4,6 +4,7 @@
 #include "vek/text/enumNames.hpp"
 #include "vek/text/members.h"
 #include "vek/text/textField.hpp"
+#include "vek/text/writtenGroup.hpp"
 
 #include <cstdint>
 #include <string_view>
@@ -47,13 +48,20 @@ protected:
     Holder value_;
 };
 
-/// Bound to a member of a message structure.
+/// Bound to a member of a message structure; `isThere` tells whether it is printed.
 struct enumField_t : basicEnumField_t<std::int32_t &> {
-    enumField_t(textGroup_t &group, std::string_view key, std::int32_t &value, const enumNames_t &names)
+    enumField_t(textGroup_t &group, std::string_view key, std::int32_t &value, const enumNames_t &names,
+                bool isThere = true)
         : basicEnumField_t(group, key, value, names) {
         if (group.pass() == pass_t::parse)
             value = 0;
+        else if (!isThere)
+            isSet = 0;
+        else if (group.pass() == pass_t::write)
+            writtenGroup_t::of(group).append<enumField_t>(key, names, value);
     }
+
+    static std::string_view written(const enumNames_t &names, std::int32_t value) { return names.nameOf(value); }
 };
 
 /// Keeps its value and stands for it. Assigning a value sets the field.

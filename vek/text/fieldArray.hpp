@@ -5,7 +5,7 @@
 #pragma once
 
 #include "vek/text/elementKeys.hpp"
-#include "vek/text/textField.hpp"
+#include "vek/text/writtenGroup.hpp"
 
 #include <concepts>
 #include <cstdint>
@@ -19,12 +19,13 @@ namespace vek {
 /// reference to one that exists.
 template <class Elements>
 concept listElements = requires(Elements &elements, const Elements &all, std::int32_t number, pass_t pass,
-                                fieldDescription_t &description) {
-    elements.element(number, pass);                    // that of one element
-    { all.printed() } -> std::same_as<std::int32_t>;   // how many elements to print
-    { all.allocated() } -> std::same_as<std::int32_t>; // how many exist
-    elements.append();                                 // one more, if there is room
-    elements.reserve(number);                          // gets ready for so many in all
+                                bodyWriter_t out, fieldDescription_t &description) {
+    elements.element(number, pass);                           // that of one element
+    { all.write(number, out) } -> std::same_as<bodyWriter_t>; // appends one and a comma, or nothing
+    { all.printed() } -> std::same_as<std::int32_t>;          // how many elements to print
+    { all.allocated() } -> std::same_as<std::int32_t>;        // how many exist
+    elements.append();                                        // one more, if there is room
+    elements.reserve(number);                                 // gets ready for so many in all
     all.describe(description);
 };
 
@@ -41,16 +42,12 @@ public:
     /// A member of `parent`, over elements that `arguments` name.
     template <class... Arguments>
     fieldArray_t(textGroup_t &parent, std::string_view key, Arguments &...arguments)
-        : textGroup_t(parent, key, bodyForm_t::positional), elements_(parent.pass(), arguments...) {}
+        : fieldArray_t(parent.pass(), parent, key, arguments...) {}
 
     bodyWriter_t collectPairs(bodyWriter_t out) const override {
         const std::int32_t printed = elements_.printed();
-        for (std::int32_t i = 0; i < printed; ++i) {
-            const std::size_t start = out.size();
-            out = elements_.element(i, pass_t::print).toText(out);
-            if (out.size() != start)
-                out.put(comma);
-        }
+        for (std::int32_t i = 0; i < printed; ++i)
+            out = elements_.write(i, out);
         return out;
     }
 
@@ -106,6 +103,15 @@ protected:
     std::int32_t found_ = 0; // how many values the last parse met, even beyond the room for them
 
 private:
+    template <class... Arguments>
+    fieldArray_t(pass_t pass, textGroup_t &parent, std::string_view key, Arguments &...arguments)
+        : textGroup_t(parent, key, bodyForm_t::positional), elements_(pass, arguments...) {
+        parent.makeFor(pass);
+        if (pass == pass_t::write)
+            writtenGroup_t::of(parent).appendGroup(
+                key, [this](bodyWriter_t out) { return fieldArray_t::collectPairs(out); });
+    }
+
     /// Is an element's group, if it is one, made for its turn alone? Then an empty body leaves nothing behind.
     static constexpr bool isMadeForEach =
         std::is_base_of_v<textGroup_t, decltype(std::declval<Elements>().element(0, pass_t::parse))>;
@@ -125,7 +131,7 @@ private:
     }
 
     // Once for all ways to meet a value apart from a cursor: the element's record is made in it.
-    [[gnu::noinline]] void assign(std::int32_t index, std::string_view value) {
+    [[gnu::noinline, gnu::flatten]] void assign(std::int32_t index, std::string_view value) {
         auto &&element = elements_.element(index, pass_t::parse);
         if (!value.empty())
             element.fromText(value);

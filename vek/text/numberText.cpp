@@ -16,6 +16,19 @@ constexpr std::array<double, 23> exactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4
                                                      1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+// Most numbers are short.
+template <class Unsigned>
+[[gnu::always_inline]] inline char *writeUnsigned(Unsigned value, char *to) {
+    if (value < 10000)
+        return writeUpToFourDigits(static_cast<std::uint32_t>(value), to);
+    if (value >= 100000000)
+        return std::to_chars(to, to + std::numeric_limits<Unsigned>::digits10 + 1, value).ptr;
+    const auto digits = static_cast<std::uint32_t>(value);
+    to = writeUpToFourDigits(digits / 10000, to);
+    to = writeDigitPair(digits % 10000 / 100, to);
+    return writeDigitPair(digits % 100, to);
+}
+
 // Decimals keep their zeros, unlike whole numbers.
 char *writeSixDigits(std::uint32_t value, char *to) {
     to = writeDigitPair(value / 10000, to);
@@ -32,12 +45,18 @@ struct fixed_t {
 // significand / 2^shift. The significand has at most 53 bits and the shift is 9 to 63, so what is behind the point fits
 // one word, and its product with 10^6 has the millionths above that word and what is to be rounded in it.
 fixed_t toFixed(std::uint64_t significand, int shift) {
-    // No 128-bit type: 32-bit targets have none, and two multiplications by words cost them little more.
     const std::uint64_t fraction = significand << (64 - shift);
+#ifdef __SIZEOF_INT128__
+    __extension__ using twoWords_t = unsigned __int128;
+    const auto product = static_cast<twoWords_t>(fraction) * 1000000U;
+    const auto quotient = static_cast<std::uint64_t>(product >> 64);
+    const auto remainder = static_cast<std::uint64_t>(product);
+#else // of a 32-bit target
     const std::uint64_t lower = (fraction & UINT32_MAX) * 1000000U;
     const std::uint64_t upper = (fraction >> 32) * 1000000U + (lower >> 32);
     const std::uint64_t quotient = upper >> 32;
     const std::uint64_t remainder = upper << 32 | (lower & UINT32_MAX);
+#endif
     // Above one half, or one half behind an odd digit. (The remainder is even: the sum doesn't wrap.)
     constexpr std::uint64_t half = std::uint64_t{1} << 63;
     const std::uint64_t millionths = quotient + (remainder + (quotient & 1) > half ? 1 : 0);
@@ -141,6 +160,13 @@ const char *detail::readNegativeSixDecimals(const char *at, const char *end, dou
     return behind;
 }
 
+char *writeInteger(std::int32_t value, char *to) {
+    *to = '-';
+    to += value < 0 ? 1 : 0;
+    const auto bits = static_cast<std::uint32_t>(value);
+    return writeUnsigned(value < 0 ? 0U - bits : bits, to);
+}
+
 // A double is significand / 2^shift with 53 bits above, so six decimals are an integer division with a remainder that
 // tells exactly whether to round up. Nothing here goes through floating point, whose rounding the host may have set,
 // and to_chars is several times as slow.
@@ -149,15 +175,18 @@ char *writeReal(double value, char *to) {
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const std::uint64_t implicitBit = std::uint64_t{1} << 52;
     const int shift = 1075 - exponent;
-    const bool isZero = bits << 1 == 0;
     // The sign is taken from the bits, so that -0.0 and what rounds to it keep theirs, as "%lf" does.
     // From 2^-11 to 2^44 the millionths are exact in 64 bits; what is smaller or larger is rare.
-    if (!isZero && (shift < 9 || shift > 63))
-        return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
-    const fixed_t number = isZero ? fixed_t() : toFixed((bits & (implicitBit - 1)) | implicitBit, shift);
     *to = '-';
-    to += bits >> 63;
-    to = writeUnsigned(number.whole, to);
+    char *const digits = to + (bits >> 63);
+    if (bits << 1 == 0) { // many are
+        std::memcpy(digits, "0.000000", 8);
+        return digits + 8;
+    }
+    if (shift < 9 || shift > 63) [[unlikely]]
+        return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
+    const fixed_t number = toFixed((bits & (implicitBit - 1)) | implicitBit, shift);
+    to = writeUnsigned(number.whole, digits);
     *to++ = '.';
     return writeSixDigits(number.millionths, to);
 }

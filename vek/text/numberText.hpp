@@ -56,26 +56,8 @@ inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
     return to + 4 - zeros;
 }
 
-/// Writes a number in decimal and returns the end of what was written. Most are short.
-template <class Unsigned>
-char *writeUnsigned(Unsigned value, char *to) {
-    if (value < 10000)
-        return writeUpToFourDigits(static_cast<std::uint32_t>(value), to);
-    if (value >= 100000000)
-        return std::to_chars(to, to + std::numeric_limits<Unsigned>::digits10 + 1, value).ptr;
-    const auto digits = static_cast<std::uint32_t>(value);
-    to = writeUpToFourDigits(digits / 10000, to);
-    to = writeDigitPair(digits % 10000 / 100, to);
-    return writeDigitPair(digits % 100, to);
-}
-
 /// Writes `value` in decimal and returns the end of what was written. No terminator is written.
-inline char *writeInteger(std::int32_t value, char *to) {
-    if (value < 0)
-        *to++ = '-';
-    const auto bits = static_cast<std::uint32_t>(value);
-    return writeUnsigned(value < 0 ? 0U - bits : bits, to);
-}
+char *writeInteger(std::int32_t value, char *to);
 
 /// Writes `value` as C's "%lf" does in the C locale: six decimals, no exponent; infinities and not-a-numbers as "inf",
 /// "-inf", "nan" and "-nan". Returns the end of what was written. No terminator is written.

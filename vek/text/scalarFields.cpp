@@ -4,21 +4,22 @@
 #include "vek/vek_std/std_sys/vek_shortRuns.hpp"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 namespace vek {
 
+char *writeAt(std::string_view word, char *to) {
+    copyShort(word.data(), word.size(), to);
+    return to + word.size();
+}
+
 // Blocks are copied whole, also what stands behind the text's end in the last one, while they are searched; from the
 // first one with a special character on it goes by characters. Nothing is decided by what stands behind the end.
-bodyWriter_t writeText(const char *text, std::size_t size, [[maybe_unused]] std::size_t readable, bodyWriter_t out) {
-    constexpr std::size_t slack = 16;
-    char *const start = out.room(size + slack);
+char *writeTextAt(const char *text, std::size_t size, [[maybe_unused]] std::size_t readable, char *to) {
     std::size_t at = 0;
 #ifdef __SSE2__
     for (; at < size && at + characterBlock_t::size <= readable; at += characterBlock_t::size) {
         const characterBlock_t block(text + at);
-        block.copyTo(start + at);
+        block.copyTo(to + at);
         const std::size_t left = size - at;
         const unsigned ofText = left < characterBlock_t::size ? (1U << left) - 1 : 0xFFFF;
         if ((block.structuralOr('\0') & ofText) != 0) [[unlikely]]
@@ -26,9 +27,8 @@ bodyWriter_t writeText(const char *text, std::size_t size, [[maybe_unused]] std:
     }
 #endif
     for (; at < size && text[at] != '\0'; ++at)
-        start[at] = escaped(text[at]);
-    out.advance(start + std::min(at, size));
-    return out;
+        to[at] = escaped(text[at]);
+    return to + std::min(at, size);
 }
 
 void readText(std::string_view text, char *to) {

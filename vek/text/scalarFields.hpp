@@ -1,13 +1,15 @@
 // The leaves of a body: integers, reals, texts, booleans and enumerations.
 //
-// A codec writes and reads the text form of one kind of value; readAt, where it has one, reads the usual form of it at
-// a cursor, and tells whether it stood there; has tells whether another text says a value that the member can hold.
+// A codec tells what stands for one kind of value in a text, and reads it; readAt, where it has one, reads the usual
+// form of it at a cursor, and tells whether it stood there; has tells whether another text says a value that the member
+// can hold.
 // boundField_t ties a codec to a member of a message structure; ownField_t keeps the value itself, for the records that
 // are their own message structure.
 #pragma once
 
 #include "vek/text/numberText.hpp"
 #include "vek/text/textField.hpp"
+#include "vek/text/writtenGroup.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <algorithm>
@@ -19,10 +21,6 @@
 #include <type_traits>
 
 namespace vek {
-
-/// Appends a text value, up to `size` characters or its first NUL, with the separators and braces in it as codes.
-/// `readable`, at least `size`, is how many characters are there to be read.
-bodyWriter_t writeText(const char *text, std::size_t size, std::size_t readable, bodyWriter_t out);
 
 /// Copies a text value, with the codes in it as the characters that they stand for. No terminator is written.
 void readText(std::string_view text, char *to);
@@ -36,20 +34,14 @@ struct numberCodec_t {
 };
 
 struct longCodec_t : numberCodec_t<std::int32_t, fieldKind_t::integer32> {
-    static bodyWriter_t write(value_t value, bodyWriter_t out) {
-        out.advance(writeInteger(value, out.room(integerRoom)));
-        return out;
-    }
+    static std::int32_t written(value_t value) { return value; }
     static void read(std::string_view text, value_t &value) { value = readInteger(text); }
     static bool readAt(canonicalCursor_t &at, value_t &value) { return at.integer(value); }
     static bool has(std::string_view text) { return isInteger32(text); }
 };
 
 struct doubleCodec_t : numberCodec_t<double, fieldKind_t::float64> {
-    static bodyWriter_t write(value_t value, bodyWriter_t out) {
-        out.advance(writeReal(value, out.room(realRoom)));
-        return out;
-    }
+    static double written(value_t value) { return value; }
     static void read(std::string_view text, value_t &value) { value = readReal(text); }
     static bool readAt(canonicalCursor_t &at, value_t &value) { return at.real(value); }
     static bool has(std::string_view text) { return isReal(text); }
@@ -61,7 +53,7 @@ template <class Narrowing, class Text, class Value, fieldKind_t Kind>
 struct narrowedCodec_t : numberCodec_t<Value, Kind> {
     using wide_t = typename Text::value_t;
 
-    static bodyWriter_t write(Value value, bodyWriter_t out) { return Text::write(static_cast<wide_t>(value), out); }
+    static wide_t written(Value value) { return static_cast<wide_t>(value); }
     static void read(std::string_view text, Value &value) {
         wide_t wide = 0;
         Text::read(text, wide);
@@ -111,11 +103,7 @@ struct countCodec_t : narrowedCodec_t<countCodec_t<Room>, longCodec_t, std::int3
 
 /// "TRUE" or "FALSE"; every text but "TRUE" reads as 0.
 struct boolCodec_t : numberCodec_t<std::uint8_t, fieldKind_t::boolean> {
-    static bodyWriter_t write(value_t value, bodyWriter_t out) {
-        using namespace std::string_view_literals;
-        out.put(value != 0 ? "TRUE"sv : "FALSE"sv);
-        return out;
-    }
+    static std::string_view written(value_t value) { return value != 0 ? "TRUE" : "FALSE"; }
     static void read(std::string_view text, value_t &value) { value = text == "TRUE" ? 1 : 0; }
     static bool readAt(canonicalCursor_t &at, value_t &value) {
         value = at.skip("TRUE") ? 1 : 0;
@@ -128,9 +116,8 @@ struct stringCodec_t {
     using value_t = string_t;
     static constexpr fieldKind_t kind = fieldKind_t::text;
     static void clear(value_t &value) { value = value_t(); }
-    static bodyWriter_t write(const value_t &value, bodyWriter_t out) {
-        const std::size_t length = value.length();
-        return length > 0 ? writeText(value.c_str(), length, value.capacity() + 1, out) : out;
+    static writtenText_t written(const value_t &value) {
+        return {value.c_str(), value.length(), value.capacity() + std::size_t{1}};
     }
     static void read(std::string_view text, value_t &value);
 };
@@ -147,11 +134,11 @@ struct fixedTextCodec_t {
         if (value[0] != '\0')
             std::memset(value, 0, Room);
     }
-    static bodyWriter_t write(const value_t &value, bodyWriter_t out) {
+    static writtenText_t written(const value_t &value) {
         const void *const end = std::memchr(value, '\0', Room);
         const std::size_t size =
             end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - value) : Room;
-        return writeText(value, size, Room, out);
+        return {value, size, Room};
     }
     static void read(std::string_view text, value_t &value) {
         const std::size_t length = text.size() < Room ? text.size() : Room - 1;
@@ -167,7 +154,9 @@ class valueField_t : public textField_t {
 public:
     using value_t = typename Codec::value_t;
 
-    bodyWriter_t toText(bodyWriter_t out) const override { return isSet != 0 ? Codec::write(value_, out) : out; }
+    bodyWriter_t toText(bodyWriter_t out) const override {
+        return isSet != 0 ? writeValue(Codec::written(value_), out) : out;
+    }
 
     void fromText(std::string_view text) override {
         Codec::read(text, value_);
@@ -223,8 +212,16 @@ struct boundField_t : valueField_t<Codec, typename Codec::value_t &> {
     /// A member of `group`. The key's characters and the value must outlive the field.
     [[gnu::always_inline]] boundField_t(textGroup_t &group, std::string_view key, value_t &value)
         : valueField_t<Codec, value_t &>(group, key, value) {
-        if (group.pass() == pass_t::parse)
+        if (group.pass() == pass_t::parse) {
             Codec::clear(value);
+            group.makeFor(pass_t::parse);
+        } else if (group.pass() == pass_t::write)
+            writtenGroup_t::of(group).append<Codec>(key, value);
+    }
+
+    /// Appends an element of a list.
+    static bodyWriter_t writeElement(const value_t &value, bodyWriter_t out) {
+        return vek::writeElement(Codec::written(value), out);
     }
 
     /// An element of a list.

@@ -17,8 +17,9 @@
 namespace vek {
 
 /// What a field is made for. A field made to print is set. One made to parse is unset, and puts its member to the
-/// value of an absent key (0, FALSE, empty), which no default of the structure survives.
-enum class pass_t : std::uint16_t { print, parse };
+/// value of an absent key (0, FALSE, empty), which no default of the structure survives. One made to write appends at
+/// once what it would print to its group, a writtenGroup_t, and is of no further use.
+enum class pass_t : std::uint16_t { print, parse, write };
 
 class textField_t {
 public:
@@ -53,7 +54,8 @@ protected:
     explicit textField_t(std::string_view key = {})
         : keyLength_(static_cast<std::uint32_t>(key.size())), key_(key.data()) {}
 
-    /// Registers the field as the last member of `group`. The key's characters must outlive it.
+    /// Registers the field as the last member of `group`, unless it is made to write. The key's characters must outlive
+    /// it.
     inline textField_t(textGroup_t &group, std::string_view key);
 
 private:
@@ -96,6 +98,10 @@ public:
     pass_t pass() const { return pass_; }
     const textField_t *firstMember() const { return first_; }
 
+    /// Says again what the group is made for. Whatever is written through a pointer could be the group, for all that
+    /// the compiler knows; which so knows the pass when the next member is made, and leaves out the others.
+    void makeFor(pass_t pass) { pass_ = pass; }
+
 private:
     friend class textField_t;
 
@@ -114,6 +120,8 @@ private:
 inline textField_t::textField_t(textGroup_t &group, std::string_view key)
     : isSet(group.pass() == pass_t::print ? 1 : 0), keyLength_(static_cast<std::uint32_t>(key.size())),
       key_(key.data()) {
+    if (group.pass() == pass_t::write)
+        return;
     (group.last_ != nullptr ? group.last_->next_ : group.first_) = this;
     group.last_ = this;
 }

@@ -9,8 +9,8 @@
 
 namespace vek {
 
-bodyWriter_t wideCharacter_t::toText(bodyWriter_t out) const {
-    return isSet != 0 ? shortCodec_t::write(code, out) : out;
+bodyWriter_t wideCharacter_t::writeElement(bodyWriter_t out) const {
+    return isSet != 0 ? vek::writeElement(shortCodec_t::written(code), out) : out;
 }
 
 void wideCharacter_t::fromText(std::string_view text) {
@@ -24,6 +24,14 @@ canonicalCursor_t wideCharacter_t::readAt(canonicalCursor_t at) {
         return {};
     *this = {static_cast<std::int16_t>(number), 1};
     return code == number ? at : canonicalCursor_t();
+}
+
+bodyWriter_t wideStringElements_t::write(std::int32_t index, bodyWriter_t out) const {
+    const std::size_t start = out.size();
+    out = texts_[index]->toText(out);
+    if (out.size() != start)
+        out.put(comma);
+    return out;
 }
 
 void wideElements_t::describe(fieldDescription_t &description) const {

@@ -25,7 +25,7 @@ struct wideCharacter_t {
     std::int16_t code = 0;
     std::uint16_t isSet = 0;
 
-    bodyWriter_t toText(bodyWriter_t out) const;
+    bodyWriter_t writeElement(bodyWriter_t out) const;
     void fromText(std::string_view text);
     canonicalCursor_t readAt(canonicalCursor_t at);
 };
@@ -37,6 +37,7 @@ public:
 
     wideCharacter_t &element(std::int32_t index, pass_t) { return characters_[index]; }
     const wideCharacter_t &element(std::int32_t index, pass_t) const { return characters_[index]; }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const { return characters_[index].writeElement(out); }
     std::int32_t printed() const { return characters_.count(); }
     std::int32_t allocated() const { return characters_.count(); }
     wideCharacter_t *begin() { return characters_.begin(); }
@@ -130,6 +131,7 @@ public:
 
     wideStringField_t &element(std::int32_t index, pass_t) { return *texts_[index]; }
     const wideStringField_t &element(std::int32_t index, pass_t) const { return *texts_[index]; }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const;
     std::int32_t printed() const { return texts_.count(); }
     std::int32_t allocated() const { return texts_.count(); }
     void append();

@@ -6,7 +6,6 @@
 #include "vek/text/private/listFields.hpp"
 
 #include <cstdint>
-#include <optional>
 
 namespace vek {
 
@@ -19,9 +18,10 @@ public:
             items.clear();
     }
 
-    Element element(std::int32_t index, pass_t pass) const {
-        Item *item = items_.at(index);
-        return Element(pass, item != nullptr ? *item : defaultItem());
+    Element element(std::int32_t index, pass_t pass) const { return Element(pass, *items_.at(index)); }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const {
+        const Item *item = items_.at(index);
+        return item != nullptr ? writeElementOf<Element>(*item, out) : writeElementOf<Element>(Item(), out);
     }
     std::int32_t printed() const { return items_.count(); }
     std::int32_t allocated() const { return items_.count(); }
@@ -39,12 +39,8 @@ public:
     }
 
 private:
-    // Made for this message when it is first needed, and only printed.
-    Item &defaultItem() const { return defaultItem_ ? *defaultItem_ : defaultItem_.emplace(); }
-
     Container<Item> &items_;
     blanks_t blanks_;
-    mutable std::optional<Item> defaultItem_;
 };
 
 /// The list of a container message. `Element` is the record class of an item.

@@ -6,7 +6,7 @@
 
 #include "vek/records/conversion.hpp"
 #include "vek/text/private/recordVisit.hpp"
-#include "vek/text/textField.hpp"
+#include "vek/text/writtenGroup.hpp"
 
 #include <concepts>
 #include <cstdint>
@@ -18,17 +18,16 @@ namespace vek {
 
 /// A record over a structure that it does not own. In a print pass the structure is only read.
 template <class Structure>
-class record_t : public textGroup_t {
+class record_t : public writtenGroup_t {
 public:
     using structure_t = Structure;
     using value_t = Structure; ///< as an element of a list
 
     /// A top-level record, or an element of a list.
-    record_t(pass_t pass, Structure &bound) : textGroup_t(pass), structure(bound) {}
+    record_t(pass_t pass, Structure &bound) : writtenGroup_t(pass), structure(bound) {}
 
-    /// A record nested in `parent`.
-    record_t(textGroup_t &parent, std::string_view key, Structure &bound)
-        : textGroup_t(parent, key), structure(bound) {}
+    /// The same, written behind `out` as it is made; see writeRecord.
+    record_t(bodyWriter_t out, Structure &bound) : writtenGroup_t(out), structure(bound) {}
 
     void describe(fieldDescription_t &description) const override {
         textGroup_t::describe(description);
@@ -37,7 +36,20 @@ public:
     }
 
 protected:
+    /// For nested_t.
+    record_t(textGroup_t &parent, std::string_view key, Structure &bound)
+        : writtenGroup_t(parent, key), structure(bound) {}
+
     Structure &structure;
+};
+
+/// A record that is a member of another: nested_t<media_t> media{*this, "MEDIA", structure.media};
+template <class Record>
+struct nested_t : Record {
+    nested_t(textGroup_t &parent, std::string_view key, typename Record::structure_t &bound)
+        : Record(parent, key, bound) {
+        this->endIn(parent);
+    }
 };
 
 namespace detail {
@@ -73,7 +85,7 @@ enum class reading_t : std::uint8_t { inOneGo, byEveryRule };
 
 /// Whether the body could be read so. Each time with the record made anew, of which this is the one place.
 template <class Record, class Structure>
-bool readBody(Structure &structure, std::string_view body, reading_t reading) {
+[[gnu::flatten]] bool readBody(Structure &structure, std::string_view body, reading_t reading) {
     const auto read = [body, reading](Record &record) {
         if (reading == reading_t::inOneGo)
             return record.Record::readAt(canonicalCursor_t(body)).isAtEnd();
@@ -107,11 +119,12 @@ void *conversionOf<Structure, Record>::createFrom(const char *body, std::size_t 
     return detail::readBody<Record>(read, {body, size}, detail::reading_t::inOneGo) ? structure.release() : nullptr;
 }
 
+// With the record made inline, where the compiler knows the pass.
 template <class Structure, class Record>
-bodyWriter_t conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t out) {
+[[gnu::flatten]] bodyWriter_t conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t out) {
     const auto &printed = *static_cast<const Structure *>(structure);
     if constexpr (bindsStructure<Record>)
-        return Record(pass_t::print, const_cast<Structure &>(printed)).toText(out); // which only reads it
+        return writeRecord<Record>(printed, out);
     else
         return printed.Record::toText(out);
 }

@@ -56,6 +56,9 @@ public:
     listElements_t(pass_t pass, list_t &list, const std::int32_t &count) : listElements_t(pass, list, &count) {}
 
     Element element(std::int32_t index, pass_t pass) const { return Element(pass, list_[index]); }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const {
+        return writeElementOf<Element>(list_[index], out);
+    }
     std::int32_t printed() const { return count_ == nullptr ? list_.count() : std::min(list_.count(), *count_); }
     std::int32_t allocated() const { return list_.count(); }
     void append() { list_.add(); }
@@ -100,6 +103,9 @@ public:
 
     // By address: the caller's unchecked count may go beyond the array.
     Element element(std::int32_t index, pass_t pass) const { return Element(pass, *(&values_[0] + index)); }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const {
+        return writeElementOf<Element>(*(&values_[0] + index), out);
+    }
     std::int32_t printed() const {
         return Counting == counting_t::byMemberUnchecked ? count_ : std::min(count_, roomSize);
     }

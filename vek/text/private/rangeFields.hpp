@@ -15,10 +15,7 @@ namespace vek {
 /// The type is printed only when the range has values. An absent key gives `discrete`.
 struct rangeTypeField_t : enumField_t {
     rangeTypeField_t(textGroup_t &group, std::string_view key, valueRange_t &range)
-        : enumField_t(group, key, range.kind, rangeTypeNames) {
-        if (range.isEmpty())
-            isSet = 0;
-    }
+        : enumField_t(group, key, range.kind, rangeTypeNames, !range.isEmpty()) {}
 };
 
 /// What a list of range values prints: every value of a discrete range, the minimum and the maximum of any other.
@@ -33,9 +30,9 @@ public:
         }
     }
 
-    doubleField_t element(std::int32_t index, pass_t pass) const {
-        const bool isEnd = pass == pass_t::print && range_.kind != valueRange_t::discrete;
-        return {pass, isEnd ? ends_[index] : range_.values()[index]};
+    doubleField_t element(std::int32_t index, pass_t pass) const { return {pass, range_.values()[index]}; }
+    bodyWriter_t write(std::int32_t index, bodyWriter_t out) const {
+        return writeElement(range_.kind == valueRange_t::discrete ? range_.values()[index] : ends_[index], out);
     }
     std::int32_t printed() const {
         return range_.kind == valueRange_t::discrete || range_.isEmpty() ? range_.count() : 2;
@@ -55,7 +52,7 @@ public:
 
 private:
     valueRange_t &range_;
-    mutable double ends_[2] = {}; // only printed; a field binds to what is no constant
+    double ends_[2] = {};
 };
 
 using rangeValuesField_t = fieldArray_t<rangeElements_t>;

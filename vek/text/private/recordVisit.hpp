@@ -31,8 +31,28 @@ void fillWithDefaults(typename Record::structure_t &structure) {
         Record::setDefaults(structure);
 }
 
+/// Appends a structure as its record class writes it: in braces, or nothing at all.
 template <class Record>
-[[gnu::cold]] void visitRecord(recordVisitor_t &visitor) {
+bodyWriter_t writeRecord(const typename Record::structure_t &structure, bodyWriter_t out) {
+    return Record(out, const_cast<typename Record::structure_t &>(structure)).ended(); // which only reads it
+}
+
+/// Appends an element of a list, a field's or a record's value, and a comma; or nothing.
+template <class Element>
+bodyWriter_t writeElementOf(const typename Element::value_t &value, bodyWriter_t out) {
+    if constexpr (!bindsStructure<Element>) {
+        return Element::writeElement(value, out);
+    } else {
+        const std::size_t start = out.size();
+        out = writeRecord<Element>(value, out);
+        if (out.size() != start)
+            out.put(comma);
+        return out;
+    }
+}
+
+template <class Record>
+[[gnu::cold, gnu::flatten]] void visitRecord(recordVisitor_t &visitor) {
     if constexpr (bindsStructure<Record>) {
         using structure_t = typename Record::structure_t;
         structure_t structure;
