@@ -76,6 +76,17 @@ async function compare(page, name) {
   await picture(page, name);
 }
 
+async function beside(page, name) {
+  await openFile(page, today);
+  await page.setInputFiles('#otherFile', yesterday);
+  await page.click('#besideTab');
+  await page.waitForSelector('#besideRows .row');
+  await settled(page);
+  await page.click('#besideNext');
+  await page.waitForSelector('#besideRows mark');
+  await picture(page, name);
+}
+
 async function stateOf(page, name) {
   await openFile(page, today);
   await page.fill('#filterWords', 'empty');
@@ -94,6 +105,7 @@ const pictures = [
   ['mending', mend, { height: 720 }],
   ['morning-state', stateOf, { height: 620 }],
   ['morning-yesterday', compare, {}],
+  ['two-logs', beside, {}],
   ['phone', lookClosely, { width: 390, height: 780 }],
 ];
 for (const [name, make, options] of pictures) await withPage((page) => make(page, name), { width: 1280, height: 800, ...options });

@@ -6,12 +6,13 @@ import { busy, byId, element, seldom } from './elements.ts';
 import type { Log } from './log.ts';
 import { Panel, type Parts } from './panel.ts';
 import { shown, shownWords } from './signs.ts';
-import type { LineDigest } from './types.ts';
+import type { Difference, LineDigest } from './types.ts';
 import { VirtualList } from './virtualList.ts';
 import { counted, number, shortNumber, timeInWords } from './words.ts';
 
 const atOnce = 2000; // lines that are compared
 const mostKept = 4000; // digests of either side
+const mostFound = 6; // differences of a message that are shown in its line
 const rowHeight = 40;
 
 // Of a pair, once it is compared.
@@ -31,6 +32,8 @@ export class Beside extends Panel {
   #row = -1; // of the log in hand, whose message is shown
   #sides: Shown[] = []; // there, here
   #likeness = new Uint8Array(); // of each line
+  #found = new Map<number, Difference[]>(); // of lines that differ, once they are seen
+  #wanted = new Set<number>(); // of these, to be asked for
   #compared = 0; // lines in front of it are
   #listed?: Uint32Array; // lines, when not all are
   #isWayChosen = false; // by people
@@ -88,6 +91,8 @@ export class Beside extends Panel {
     this.#stop.abort();
     this.#madeOf = '';
     this.#sides = [];
+    this.#found.clear();
+    this.#wanted.clear();
     this.#list.setCount(0);
     this.#say();
   }
@@ -219,36 +224,47 @@ export class Beside extends Panel {
   }
 
   #fill(made: HTMLElement, line: number) {
-    const digests = this.#sides.map((side) => this.#digestOf(side, side.rows[line]));
     const isOdd = this.#isOdd(line);
-    made.className = `row ${isOdd ? (this.#isPair(line) ? 'differs' : 'alone') : this.#likeness[line] === same ? 'same' : ''}`;
-    const words = !this.#isPair(line) ? 'only in one log' : isOdd ? 'differs' : '';
+    const isPair = this.#isPair(line);
+    made.className = `row ${isOdd ? (isPair ? 'differs' : 'alone') : ''}`;
+    const words = !isPair ? 'only in one log' : isOdd ? 'differs' : '';
+    const found = isPair && isOdd ? this.#foundOf(line) : [];
     made.replaceChildren(
-      ...this.#sides.map((side, at) => this.#cell(side, side.rows[line], digests[at], digests[1 - at])),
+      ...this.#sides.map((side, at) => this.#cell(side, side.rows[line], found, at === 0 ? 'left' : 'right')),
       element('span', { class: 'visuallyHidden' }, words),
     );
   }
 
-  #cell({ log }: Shown, row: number, digest: LineDigest | undefined, other: LineDigest | undefined) {
+  // What differs stands in front, marked; behind it what else the message says.
+  #cell(side: Shown, row: number, found: Difference[], which: 'left' | 'right') {
     if (row < 0) return element('span', { class: 'side none' });
-    const { columns } = log;
-    const isThere = (key: string | undefined, value: string) => other?.parts.some((one) => one.key === key && one.value === value) ?? true;
-    const parts = (digest?.parts ?? []).flatMap(({ key, value }) => [
-      element(
-        isThere(key, value) ? 'span' : 'mark',
-        {},
-        ...(key ? [element('span', { class: 'partKey' }, key), ' '] : []),
-        ...shown(shortNumber(value)),
-      ),
+    const { columns } = side.log;
+    const said = (key: string | undefined, value: string, name: 'mark' | 'span') => [
+      element(name, {}, ...(key ? [element('span', { class: 'partKey' }, ...shown(key)), ' '] : []), ...shown(shortNumber(value))),
       ' ',
-    ]);
-    const time = timeInWords(columns.microseconds[row], false) || log.placeOf(row);
+    ];
+    const isElse = (key: string | undefined, value: string) =>
+      !found.some((one) => (key === undefined ? one[which] === value : one.path.startsWith(key)));
+    const time = timeInWords(columns.microseconds[row], false) || side.log.placeOf(row);
+    const parts = (this.#digestOf(side, row)?.parts ?? []).filter(({ key, value }) => isElse(key, value));
     return element(
       'span',
       { class: 'side' },
       element('span', { class: 'sideHead' }, element('b', {}, this.parts.catalogue.name(columns.id[row])), ' ', time),
-      element('span', { class: 'sideValues' }, ...parts),
+      element(
+        'span',
+        { class: 'sideValues' },
+        ...found.slice(0, mostFound).flatMap((one) => said(one.path, one[which] ?? 'not there', 'mark')),
+        ...parts.flatMap(({ key, value }) => said(key, value, 'span')),
+      ),
     );
+  }
+
+  #foundOf(line: number) {
+    const found = this.#found.get(line);
+    if (!found) this.#wanted.add(line);
+    if (!found) this.#ask();
+    return found ?? [];
   }
 
   #digestOf({ digests }: Shown, row: number) {
@@ -263,10 +279,18 @@ export class Beside extends Panel {
 
   async #readWanted() {
     const sides = this.#sides;
+    const lines = [...this.#wanted];
+    this.#wanted.clear();
     for (const { log, digests } of sides) {
       const rows = [...digests].filter(([, digest]) => !digest).map(([row]) => row);
       const found = await log.digests(rows, []);
       rows.forEach((row, at) => digests.set(row, found[at]));
+    }
+    for (const line of lines) {
+      const [there, here] = await Promise.all(sides.map(({ log, rows }) => log.message(rows[line])));
+      const found = await this.parts.core.differences(there, here);
+      if (this.#sides !== sides) return;
+      this.#found.set(line, found);
     }
     if (this.#sides === sides) this.#list.refresh();
   }

@@ -29,7 +29,7 @@ const marks = StateField.define<DecorationSet>({
 const underline = (colour: string) => ({ textDecoration: `underline wavy 1.5px var(--${colour})`, textUnderlineOffset: '4px' });
 const theme = EditorView.theme({
   '&': { height: '100%', backgroundColor: 'var(--raised)', color: 'var(--ink)' },
-  '&.cm-focused': { outline: '2px solid var(--accent)' },
+  '&.cm-focused': { outline: '2px solid var(--accent)', outlineOffset: '-2px' },
   '.cm-content': { fontFamily: 'var(--mono)', fontSize: '0.9rem', caretColor: 'var(--ink)' },
   '.cm-scroller': { overflow: 'auto' },
   '.cm-error': underline('error'),
