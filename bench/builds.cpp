@@ -129,10 +129,10 @@ void compare(const build_t &other, int rounds) {
         std::printf("| %s | %zu |", messages.name.c_str(), messages.texts.front().size());
         for (std::size_t i = 0; i < 2; ++i) {
             const auto convert = i == 0 ? &conversions_t::read : &conversions_t::write;
-            const auto own = [&](std::size_t count) { (one.*convert)(count); };
+            const auto ours = [&](std::size_t count) { (one.*convert)(count); };
             const auto others = [&](std::size_t count) { (another.*convert)(count); };
             // Each once in front: who comes first finds less of the messages in the processor's caches.
-            const auto times = timeInTurn({own, others, others, own}, rounds);
+            const auto times = timeInTurn({ours, others, others, ours}, rounds);
             const double time = std::min(times[0], times[3]), ratio = time / std::min(times[1], times[2]);
             logarithms[i] += std::log(ratio);
             std::printf(" %.0f | %.2f |", time, ratio);
