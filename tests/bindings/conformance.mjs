@@ -98,6 +98,21 @@ for await (const one of vek.messages(createReadStream(log, { highWaterMark: 7 })
 assert.ok(found.length > 5 && found.every((one) => one.time.startsWith('2026-') && one.line > 0));
 assert.ok(found.every((one) => whole.subarray(one.offset, one.offset + one.source.length).equals(Buffer.from(one.source))));
 assert.equal(found.filter((one) => one.problems.length > 0).length, 1);
+// In another text it is the same log, whatever pieces it comes in.
+const sources = async (bytes, size) => {
+  const pieces = Array.from({ length: Math.ceil(bytes.length / size) }, (_one, at) => bytes.subarray(at * size, (at + 1) * size));
+  const all = [];
+  for await (const { source, time } of vek.messages(pieces)) all.push(`${time} ${Buffer.from(source)}`);
+  return all;
+};
+const plain = await sources(whole, whole.length);
+const words = whole.toString();
+const wrappings = [
+  Buffer.from(`\ufeff${words}`, 'utf16le'),
+  Buffer.from(words, 'utf16le').swap16(),
+  Buffer.from(words.trimEnd().replaceAll(/.*/g, (line) => (line === '' ? '' : JSON.stringify({ MESSAGE: line, _PID: '7' })))),
+];
+for (const bytes of wrappings) for (const size of [7, 1000, bytes.length]) assert.deepEqual(await sources(bytes, size), plain);
 await assert.rejects(async () => vek.messages(['text']).next(), TypeError);
 
 // The inspector's calls are of the same module, and read the same.
@@ -115,10 +130,10 @@ const speed = (all, work) => {
   for (let i = 0; i < 200; ++i) all.forEach(work);
   return Math.round((200 * all.length * 1e9) / Number(process.hrtime.bigint() - started));
 };
-const sources = cases.filter((one) => one.group === 'sample').map((one) => bytesOf(one.source));
-const messages = sources.map((one) => vek.parse(one));
+const samples = cases.filter((one) => one.group === 'sample').map((one) => bytesOf(one.source));
+const messages = samples.map((one) => vek.parse(one));
 const texts = cases.filter((one) => one.group === 'sample').map((one) => JSON.stringify(one[one.name]));
-const [parse, parseJson] = [speed(sources, (one) => vek.parse(one)), speed(texts, (one) => JSON.parse(one))];
+const [parse, parseJson] = [speed(samples, (one) => vek.parse(one)), speed(texts, (one) => JSON.parse(one))];
 const write = speed(messages, (one) => one.toBytes());
-console.log(`the ${sources.length} samples: parse ${parse} messages a second, JSON.parse ${parseJson}; toBytes ${write}`);
+console.log(`the ${samples.length} samples: parse ${parse} messages a second, JSON.parse ${parseJson}; toBytes ${write}`);
 console.log(`${cases.length} cases as the library has them`);

@@ -3,7 +3,6 @@
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/log/unwrapping.hpp"
-#include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/utf16.hpp"
 
 #include <zlib.h>
@@ -263,18 +262,6 @@ std::unique_ptr<source_t> openPlainOrPacked(const std::string &name) {
 
 } // namespace
 
-bool showsWhatItIs(std::string_view start) {
-    constexpr std::size_t enough = 64;
-    const std::string_view bare = inspect::withoutByteOrderMark(start);
-    const std::size_t first = bare.find_first_not_of(inspect::whiteSpace);
-    if (first < bare.size() && (bare[first] == '{' || bare[first] == '['))
-        return start.size() >= source_t::blockSize ||
-               inspect::endOfJson(bare.substr(std::min(bare.find('{', first), bare.size() - 1))) !=
-                   std::string_view::npos;
-    return start.size() >= enough || start.ends_with("!!") ||
-           (first < bare.size() && bare.find('\n', first) < bare.size());
-}
-
 std::unique_ptr<source_t> openSource(const std::string &name) {
     std::unique_ptr<source_t> source = openPlainOrPacked(name);
     // A pipe may give its first line in pieces. A message that it ends with soon is all that a host gets of it.
@@ -282,7 +269,7 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
     std::string start;
     bool isEnded = false;
     for (std::uint64_t moment = 0; !isEnded && start.size() < source_t::blockSize;) {
-        if (showsWhatItIs(start)) {
+        if (inspect::showsWhatItIs(start)) {
             moment = moment > 0 ? moment : milliseconds() + soon;
             if (!source->comesUntil(moment))
                 break;
@@ -291,11 +278,7 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
         start += piece;
         isEnded = piece.empty();
     }
-    inspect::wrapping_t wrapping = inspect::wrappingOf(start);
-    // One message alone in its file is what a host gets of it, escapes and all, and forms have escapes of their own.
-    const bool isAlone = isEnded && inspect::withoutByteOrderMark(start).starts_with("@@");
-    if (wrapping == inspect::wrapping_t::escapes && (isAlone || inspect::isForm(inspect::formOf(start))))
-        wrapping = inspect::wrapping_t::none;
+    const inspect::wrapping_t wrapping = inspect::wrappingOfLog(start, isEnded);
     return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping, isEnded);
 }
 

@@ -40,10 +40,6 @@ public:
     virtual bool isPacked() const { return false; }
 };
 
-/// Whether an input's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
-/// first object.
-bool showsWhatItIs(std::string_view start);
-
 /// Opens a file, or standard input for "-"; a log in a wrapping is unwrapped. Throws usageError_t.
 std::unique_ptr<source_t> openSource(const std::string &name);
 

@@ -331,7 +331,7 @@ private:
         if (unwrapper_)
             return feed(block);
         start_ += block;
-        if (showsWhatItIs(start_))
+        if (inspect::showsWhatItIs(start_))
             begin();
     }
     void begin() {

@@ -158,4 +158,10 @@ formResult_t readForm(std::string_view text, form_t form, const readOptions_t &o
     }
 }
 
+wrapping_t wrappingOfLog(std::string_view start, bool isAll) {
+    const wrapping_t wrapping = wrappingOf(start);
+    const bool isAlone = isAll && withoutByteOrderMark(start).starts_with("@@");
+    return wrapping == wrapping_t::escapes && (isAlone || isForm(formOf(start))) ? wrapping_t::none : wrapping;
+}
+
 } // namespace vek::inspect

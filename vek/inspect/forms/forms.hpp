@@ -10,6 +10,7 @@
 #include "vek/inspect/check/bodyBuilder.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
+#include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
@@ -97,6 +98,10 @@ formResult_t readForm(std::string_view text, form_t form, const readOptions_t &o
 /// Judges by the first characters that are no white space, comment or byte order mark; a log is `none`, and so is a
 /// text with messages beside those in the form.
 form_t formOf(std::string_view text);
+
+/// How a log is wrapped, by its start; `isAll`: the start is all of it. One message alone is what a host gets of it,
+/// escapes and all, and forms have escapes of their own.
+wrapping_t wrappingOfLog(std::string_view start, bool isAll);
 
 /// The stretches of a text that are one message in a form each (JSON lines, several messages of show one behind the
 /// other). For form_t::message and none, use the log scanner.

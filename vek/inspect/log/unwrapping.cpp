@@ -69,6 +69,17 @@ wrapping_t wrappingOf(std::string_view start) {
     return isJson(start) ? wrapping_t::json : isEscaped(start) ? wrapping_t::escapes : wrapping_t::none;
 }
 
+bool showsWhatItIs(std::string_view start) {
+    constexpr std::size_t enough = 64, largest = std::size_t{1} << 18;
+    const std::string_view bare = withoutByteOrderMark(start);
+    const std::size_t first = bare.find_first_not_of(whiteSpace);
+    if (first < bare.size() && (bare[first] == '{' || bare[first] == '['))
+        return start.size() >= largest ||
+               endOfJson(bare.substr(std::min(bare.find('{', first), bare.size() - 1))) != std::string_view::npos;
+    return start.size() >= enough || start.ends_with("!!") ||
+           (first < bare.size() && bare.find('\n', first) < bare.size());
+}
+
 std::string_view unwrapper_t::take(std::string_view block) {
     out_.clear();
     switch (wrapping_) {

@@ -24,6 +24,10 @@ enum class wrapping_t : std::uint8_t { none, utf16LittleEnd, utf16BigEnd, json, 
 /// How a log is wrapped, by its first bytes (some thousand, when it has them).
 wrapping_t wrappingOf(std::string_view start);
 
+/// Whether a log's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
+/// first object.
+bool showsWhatItIs(std::string_view start);
+
 /// Where the value at the start of a text ends; npos when it does not, 0 when it is no JSON.
 std::size_t endOfJson(std::string_view text);
 
