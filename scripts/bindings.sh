@@ -16,6 +16,15 @@ notices() {
     cp "$2"/bills/vekBindings/* packaging/copyright "$1/"
 }
 
+# bare LANGUAGE FILE...: what a user has beside the language, for tests/bindings/fourLines.sh
+bare() {
+    local folder=$out/bare-$1
+    shift
+    rm -rf "$folder"
+    mkdir -p "$folder/tmp"
+    cp -r "$@" "$folder/tmp/"
+}
+
 # wheel PLATFORM BUILD LIBRARY
 wheel() {
     local folder=$out/python-$1
@@ -57,6 +66,11 @@ testPython() {
     tests/bindings/examples.sh examples/python py "$out/venv/bin/python"
     "$out/venv/bin/python" examples/python/log_to_pandas.py examples/device.log "$out/focus.png"
     "$out/venv/bin/python" tests/bindings/speed.py "$out/conformance.jsonl"
+    bare python examples/python/four_lines.py
+    "$out/venv/bin/pip" install --quiet --no-index --no-deps --target "$out/bare-python/usr/lib/python3/dist-packages" \
+        "$out"/vekparams2ascii-*-linux_x86_64.whl
+    tests/bindings/fourLines.sh "$out/bare-python" python3 -- python3 /tmp/four_lines.py
+    rm -rf "$out/bare-python"
 }
 
 # Mono's compiler has no reference assemblies of .NET Standard: what is called is of its own, and forwarded elsewhere.
@@ -98,6 +112,10 @@ testDotnet() {
         mcs -r:"$host/VekParams.dll" -out:"$host/$(basename "$example" .cs).exe" "$example"
     done
     tests/bindings/examples.sh "$host" exe mono
+    bare dotnet "$host"/{VekParams.dll,libvekBindings.so,four_lines.exe}
+    tests/bindings/fourLines.sh "$out/bare-dotnet" mono-runtime libmono-corlib4.5-cil libmono-system-core4.0-cil \
+        libmono-system-numerics4.0-cil -- mono /tmp/four_lines.exe
+    rm -rf "$out/bare-dotnet"
 }
 
 typescript() {
@@ -127,6 +145,9 @@ testJavascript() {
     typescript -p "$user"
     node "$user/conformance.mjs" "$out/conformance.jsonl" examples/device.log
     tests/bindings/examples.sh "$user" mjs node
+    bare javascript "$user"/{node_modules,four_lines.mjs}
+    tests/bindings/fourLines.sh "$out/bare-javascript" nodejs -- node /tmp/four_lines.mjs
+    rm -rf "$out/bare-javascript"
 }
 
 # A step is a process of its own, which ends with the first command that fails.
@@ -154,15 +175,15 @@ step "bindings: what the library says" conformance
 rm -f "$out"/*.whl
 step "python: making the wheel" wheel linux_x86_64 $build $build/tools/bindings/libvekBindings.so
 step "python: testing" testPython
-talkShows '^Ran|messages a second'
+talkShows '^Ran|messages a second|bare Debian'
 step "python: wheels for Windows" withDlls windowsWheel
 
 rm -rf "$out"/*.nupkg "$out/dotnet"
 step ".NET: compiling" assembly
 step ".NET: making the package" nupkg
 step ".NET: testing" testDotnet
-talkShows 'messages a second|failures'
+talkShows 'messages a second|failures|bare Debian'
 
 step "JavaScript: making the package" javascript
 step "JavaScript: testing" testJavascript
-talkShows 'messages a second|cases'
+talkShows 'messages a second|cases|bare Debian'
