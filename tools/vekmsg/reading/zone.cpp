@@ -68,7 +68,7 @@ void zone_t::addSteps() {
 inspect::logTime_t zone_t::atUtc(inspect::logTime_t time) const {
     if (isNone() || time.hasZone || !time.hasDate)
         return time;
-    constexpr std::int64_t most = 16 * 3600 * second; // that a clock is ahead
+    constexpr std::int64_t most = second * 16 * 3600; // that a clock is ahead
     auto step = std::upper_bound(steps_.begin() + 1, steps_.end(), time.microseconds - most,
                                  [](std::int64_t at, const step_t &one) { return at < one.begin; }) -
                 1;
