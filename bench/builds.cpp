@@ -62,7 +62,7 @@ struct messages_t {
 std::vector<messages_t> allMessages() {
     std::vector<messages_t> all;
     for (const row_t &row : makeRows()) {
-        messages_t &messages = all.emplace_back(row.name, row.id);
+        messages_t &messages = all.emplace_back(messages_t{row.name, row.id, {}});
         for (const content_t &content : row.contents)
             messages.texts.push_back(message(row.id, content));
     }
