@@ -180,8 +180,8 @@ char *writeReal(double value, char *to) {
     *to = '-';
     char *const digits = to + (bits >> 63);
     if (bits << 1 == 0) { // many are
-        std::memcpy(digits, "0.000000", 8);
-        return digits + 8;
+        constexpr std::string_view zero = "0.000000";
+        return digits + zero.copy(digits, zero.size());
     }
     if (shift < 9 || shift > 63) [[unlikely]]
         return writeStandardReal(value, realForm_t::sixDecimals, to, to + realRoom);
