@@ -89,6 +89,7 @@ public:
     std::uint64_t size() const override { return packed_->size(); }
     bool isPlain() const override { return false; }
     bool isPacked() const override { return true; }
+    bool comesUntil(std::uint64_t moment) override { return isPacked() && packed_->comesUntil(moment); }
 
 protected:
     // Unpacks from the front of `input`, and takes off what was used.

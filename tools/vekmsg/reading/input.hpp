@@ -29,8 +29,7 @@ public:
     virtual std::uint64_t size() const = 0;
     /// Passes over bytes behind those that next() gave, without reading them; false when it can't.
     virtual bool skip(std::uint64_t) { return false; }
-    /// Whether next() has something to tell before a moment of milliseconds(), be it the end; nothing to wait for in
-    /// packed files.
+    /// Whether next() has something to tell before a moment of milliseconds(), be it the end.
     virtual bool comesUntil(std::uint64_t) { return false; }
     /// Whether the first block is all there is, and what a host would get.
     virtual bool isAllAtOnce() const { return false; }

@@ -54,8 +54,9 @@ void itemSink_t::message(item_t &item) {
     if (item.offset >= end_ || isFull())
         return;
     ++found_;
-    firstOffset_ = std::min(firstOffset_, item.offset);
     lastEnd_ = item.offset + item.stretch;
+    if (lastEnd_ > end_)
+        overhang_ = item.lineHead;
     item.file = file_;
     if (const std::size_t size = item.text.size() + 1; size > filter_.longest()) {
         passedOver_.join({1, item.place(), size, size});

@@ -47,9 +47,9 @@ public:
     const passedOver_t &passedOver() const { return passedOver_; }
     bool isFull() const { return taken_ >= most_; }
     void limit(std::uint64_t most) { most_ = most; }
-    /// Where the first message began and the last one ended.
-    std::uint64_t firstOffset() const { return firstOffset_; }
+    /// Where the last message ended, and its line's beginning when that is behind the end that was set.
     std::uint64_t lastEnd() const { return lastEnd_; }
+    const std::string &overhang() const { return overhang_; }
     inspect::form_t form = inspect::form_t::none;
     bool mayGrow = false; ///< what comes now
     /// A file that holds one message and nothing in front of it: all of it.
@@ -62,7 +62,8 @@ private:
     std::uint64_t most_;
     std::uint64_t end_ = UINT64_MAX;
     std::uint64_t found_ = 0, taken_ = 0;
-    std::uint64_t firstOffset_ = UINT64_MAX, lastEnd_ = 0;
+    std::uint64_t lastEnd_ = 0;
+    std::string overhang_;
     passedOver_t passedOver_;
     lazyTree_t lazy_;
 };
@@ -133,9 +134,11 @@ struct splitCounts_t {
     passedOver_t passedOver;
 };
 
-/// Reads a plain file in pieces on several threads: the output is the same as on one, in the same order. `output` is
-/// called with what is to be written and how many bytes of the file are done, one call at a time.
+/// Reads a plain file in pieces on several threads: the output is the same as on one, in the same order, whatever the
+/// size of the pieces; by default they fit into a processor's cache, as what comes of them. `output` is called with
+/// what is to be written and how many bytes of the file are done, one call at a time.
 splitCounts_t splitFile(const std::string &name, unsigned jobs, const filter_t &filter, task_t &task,
-                        const std::function<void(std::string &out, std::uint64_t done)> &output);
+                        const std::function<void(std::string &out, std::uint64_t done)> &output,
+                        std::size_t pieceSize = std::size_t{1} << 18);
 
 } // namespace vek::tool

@@ -19,14 +19,14 @@ namespace vek::tool {
 
 namespace {
 
-constexpr std::uint64_t pieceSize = std::uint64_t{1} << 18; // fits into a processor's cache, as what comes of it
 constexpr std::size_t stepSize = std::size_t{1} << 16;
 
 class split_t {
 public:
     split_t(const std::string &name, const filter_t &filter, task_t &task,
-            const std::function<void(std::string &, std::uint64_t)> &output)
-        : name_(name), size_(rawFile_t(name).identity().size), filter_(filter), task_(task), output_(output) {}
+            const std::function<void(std::string &, std::uint64_t)> &output, std::size_t pieceSize)
+        : name_(name), size_(rawFile_t(name).identity().size), pieceSize_(pieceSize), filter_(filter), task_(task),
+          output_(output) {}
 
     splitCounts_t run(unsigned jobs) {
         std::vector<std::thread> threads;
@@ -42,7 +42,8 @@ public:
 private:
     // What a thread reads its pieces with: a piece's part of the file, and what follows it step by step.
     struct window_t {
-        explicit window_t(const std::string &name) : file(name), part(pieceSize + 1, '\0'), step(stepSize, '\0') {}
+        window_t(const std::string &name, std::size_t pieceSize)
+            : file(name), part(pieceSize + 1, '\0'), step(std::min(stepSize, pieceSize), '\0') {}
 
         std::string_view read(std::string &buffer, std::uint64_t offset) {
             file.seek(offset);
@@ -68,20 +69,21 @@ private:
         std::uint64_t partEnd = 0; // where the part ends; the last line may go on
         std::uint64_t line = 1;    // the number of the first one
         std::unique_ptr<task_t> task;
-        std::uint64_t first = 0, last = 0; // where its first message begins and its last one ends
+        std::uint64_t last = 0; // where its last message ends
+        std::string lineHead;   // in front of that one, when it goes on behind the piece
         splitCounts_t counts;
     };
 
     void work() {
         try {
-            window_t window(name_);
+            window_t window(name_, pieceSize_);
             while (true) {
                 std::uint64_t number;
                 {
                     const std::lock_guard lock(mutex_);
                     number = next_++;
                 }
-                if (number * pieceSize >= size_)
+                if (number * pieceSize_ >= size_)
                     return;
                 read(window, number);
             }
@@ -100,14 +102,17 @@ private:
         changed_.wait(lock, [&] { return failure_ || turn_ == number; });
         if (failure_)
             return;
-        if (covered_ > piece.first) // the message in front goes on into this piece
+        if (covered_ > piece.start) // the message in front goes on into this piece
             scan(window, piece, static_cast<std::size_t>(covered_ - piece.start));
-        covered_ = std::max(covered_, piece.last);
+        if (piece.last > covered_) {
+            covered_ = piece.last;
+            lineHead_ = std::move(piece.lineHead);
+        }
         counts_.found += piece.counts.found;
         counts_.taken += piece.counts.taken;
         counts_.passedOver.join(piece.counts.passedOver);
         task_.join(*piece.task);
-        output_(piece.task->out, std::min(size_, (number + 1) * pieceSize));
+        output_(piece.task->out, std::min(size_, (number + 1) * pieceSize_));
         window.out.swap(piece.task->out);
         ++turn_;
         changed_.notify_all();
@@ -116,9 +121,9 @@ private:
     // Reads a piece, finds the lines that begin in it, and waits for the number of the first one, which is known once
     // all pieces before it have counted their lines.
     piece_t cut(window_t &window, std::uint64_t number) {
-        const std::uint64_t from = number * pieceSize, before = from == 0 ? 0 : from - 1;
+        const std::uint64_t from = number * pieceSize_, before = from == 0 ? 0 : from - 1;
         std::string_view part = window.read(window.part, before);
-        part = part.substr(0, static_cast<std::size_t>(from + pieceSize - before));
+        part = part.substr(0, static_cast<std::size_t>(from + pieceSize_ - before));
         std::size_t first = 0;
         if (from == 0)
             first = part.size() - inspect::withoutByteOrderMark(part).size();
@@ -147,16 +152,18 @@ private:
         piece.task->out.swap(window.out);
         piece.task->out.clear();
         piece.counts = {};
-        piece.first = UINT64_MAX;
         piece.last = 0;
-        if (skipped >= piece.lines.size())
+        if (piece.lines.empty())
             return;
-        const std::string_view front = piece.lines.substr(0, skipped), lines = piece.lines.substr(skipped);
+        const std::string_view front = piece.lines.substr(0, skipped);
+        const std::uint64_t start = piece.start + skipped;
         itemSink_t sink(name_, filter_, *piece.task);
-        inspect::logScanner_t scanner(piece.start + skipped, piece.line + inspect::countLines(front));
-        scanner.feed(lines, sink);
+        inspect::logScanner_t scanner({start, piece.line + inspect::countLines(front),
+                                       skipped - (front.rfind('\n') + 1) + 1, // npos is in front of 0
+                                       skipped > 0 ? lineHead_ : std::string(), skipped > 0});
+        scanner.feed(piece.lines.substr(front.size()), sink);
         // The last line may go on behind the part, and its last message behind that.
-        std::uint64_t offset = piece.partEnd, end = lines.ends_with('\n') ? offset : UINT64_MAX;
+        std::uint64_t offset = piece.partEnd, end = piece.lines.ends_with('\n') ? offset : UINT64_MAX;
         while (offset < size_ && scanner.decided() < end) {
             std::string_view step = window.read(window.step, offset);
             if (end == UINT64_MAX) {
@@ -167,18 +174,19 @@ private:
             if (step.empty())
                 break;
             sink.endAt(end);
-            scanner.feed(step, sink);
+            scanner.feed(step.substr(std::min<std::size_t>(step.size(), start - std::min(start, offset))), sink);
             offset += step.size();
         }
         if (offset >= size_)
             scanner.finish(sink);
         piece.counts = {sink.found(), sink.taken(), sink.passedOver()};
-        piece.first = sink.firstOffset();
         piece.last = sink.lastEnd();
+        piece.lineHead = sink.overhang();
     }
 
     const std::string name_;
     const std::uint64_t size_;
+    const std::size_t pieceSize_;
     const filter_t &filter_;
     task_t &task_;
     const std::function<void(std::string &, std::uint64_t)> &output_;
@@ -188,14 +196,15 @@ private:
     std::exception_ptr failure_;
     std::uint64_t next_ = 0, counted_ = 0, turn_ = 0;
     std::uint64_t lines_ = 0, covered_ = 0;
+    std::string lineHead_; // of what is covered
     splitCounts_t counts_;
 };
 
 } // namespace
 
 splitCounts_t splitFile(const std::string &name, unsigned jobs, const filter_t &filter, task_t &task,
-                        const std::function<void(std::string &, std::uint64_t)> &output) {
-    return split_t(name, filter, task, output).run(jobs);
+                        const std::function<void(std::string &, std::uint64_t)> &output, std::size_t pieceSize) {
+    return split_t(name, filter, task, output, pieceSize).run(jobs);
 }
 
 } // namespace vek::tool
