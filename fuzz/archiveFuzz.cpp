@@ -1,12 +1,18 @@
 // Whatever stands in a log: its messages go into a database, each with a row, and with its text just when something is
 // wrong with it, a host would write it otherwise, or its columns can't hold it; taken away again, nothing of them
-// stays.
+// stays. The same rows as JSON say what goes into the columns.
 #include "fuzz/fuzzInput.hpp"
 #include "tools/vekmsg/load/sqlite/archiveFile.hpp"
+#include "vek/inspect/archive/rowJson.hpp"
 #include "vek/inspect/check/check.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/message/written.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
 
 using namespace vek;
 using namespace vek::inspect;
@@ -21,12 +27,48 @@ bool isBeyondColumns(const tree_t &tree) {
     });
 }
 
+bool isSame(const cell_t &cell, const nlohmann::json &json) {
+    if (cell.kind == cell_t::kind_t::integer)
+        return json == cell.integer;
+    if (cell.kind == cell_t::kind_t::real && !std::isfinite(cell.real))
+        return json == (cell.real < 0 ? "-inf" : "inf");
+    return cell.kind == cell_t::kind_t::real ? json.is_number() && json.get<double>() == cell.real
+                                             : json.is_string() && jsonBytes(json.get<std::string>()) == cell.text;
+}
+
+// What JSON makes of a row, compared with its cells.
+class jsonRows_t final : public rowSink_t {
+public:
+    void row(const row_t &row) override {
+        line_.clear();
+        appendRowJson(line_, row, true);
+        const nlohmann::json json = nlohmann::json::parse(line_);
+        for (std::size_t i = 0; i < row.cells.size(); ++i) {
+            const cell_t &cell = row.cells[i];
+            const auto member = json.find(row.table.columns[i].name);
+            const bool isList = cell.kind == cell_t::kind_t::list;
+            const bool isSaid = isList ? cell.count > 0 : cell.kind != cell_t::kind_t::null;
+            if (isSaid != (member != json.end()) || (isSaid && !isList && !isSame(cell, *member)) ||
+                (isSaid && isList &&
+                 !std::equal(member->begin(), member->end(), row.list(cell).begin(), row.list(cell).end(),
+                             [](const auto &one, const cell_t &other) { return isSame(other, one); })))
+                test::expectSame(line_, "the value of the row", row.table.columns[i].name);
+        }
+    }
+
+private:
+    std::string line_;
+};
+
 // Keeps its memory and its statements from log to log.
 class loading_t : public messageSink_t {
 public:
     void message(const foundMessage_t &found) override {
         tree_.read(found.text);
-        rows_.make(tree_, {"log", found.offset, found.line, timeIn(found.lineHead), 1}, archive_);
+        const rowFront_t front{"log", found.offset, found.line, timeIn(found.lineHead), 1};
+        if (test::choiceBy(std::string(found.text)) % 16 == 0)
+            rows_.make(tree_, front, jsonRows_);
+        rows_.make(tree_, front, archive_);
         ++messages_;
         needed_ += !check(tree_).empty() || asRead(tree_) != tree_.text() || isBeyondColumns(tree_);
     }
@@ -56,6 +98,7 @@ private:
     tool::archiveFile_t archive_{":memory:"};
     tool::statement_t count_{archive_.database(), "SELECT count(*), count(text) FROM messages"};
     tree_t tree_;
+    jsonRows_t jsonRows_;
     rowMaker_t rows_;
     std::int64_t messages_ = 0, needed_ = 0;
 };

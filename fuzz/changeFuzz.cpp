@@ -1,10 +1,12 @@
 // A message, whatever it is, and a change of it: refused, or done and nothing else moved; mended; its paths and what
-// differs;
-// and the C functions with bytes of any kind and rooms that are too small. One of these is tried at a time.
+// differs from itself and from the sample of its id; and the C functions with bytes of any kind, bent JSON, and rooms
+// that are too small. One of these is tried at a time.
 #include "fuzz/fuzzInput.hpp"
 #include "tests/support/promises.hpp"
+#include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/vekInspect.h"
 
+#include <iterator>
 #include <memory>
 
 using namespace vek::test;
@@ -30,6 +32,20 @@ void tryCall(call_t call, const std::string &text) {
             expectSame(text, whole, part);
 }
 
+// The JSON of a message with something of it that is otherwise, or gone.
+std::string bentJson(const std::string &text, std::size_t choice) {
+    static constexpr std::string_view pieces[] = {
+        "",   "null",  "[",    "]",    "{",       "}",  ",",    ":",   "\"",           "\\", "\\u0000", "\\ud800",
+        "-0", "1e999", "true", "\xff", "\"id\":", "\n", "9e18", "0x1", "\xEF\xBE\x80", "//", "NaN",     "[[[[["};
+    std::string json;
+    vek::inspect::appendJson(json, vek::inspect::tree_t(text));
+    for (; choice > 0; choice /= 997 * 64) {
+        const std::size_t at = choice % (json.size() + 1), count = choice / 7 % 4;
+        json.replace(at, std::min(count * count * count, json.size() - at), pieces[choice / 31 % std::size(pieces)]);
+    }
+    return json;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -37,13 +53,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::size_t choice = choiceBy(text);
     switch (choice % 8) {
     case 0:
-        expectSame(text, "", brokenOfText(text));
+        expectSame(text, "", choice / 8 % 2 == 0 ? brokenOfText(text) : brokenOfDifferences(text));
         break;
     case 1:
         tryCall(&vekInspectToJson, text);
         break;
     case 2:
-        tryCall(&vekInspectFromJson, text);
+        tryCall(&vekInspectFromJson, choice / 8 % 8 == 0 ? text : bentJson(text, choice / 64));
         break;
     case 3:
     case 4:

@@ -1,5 +1,7 @@
 #include "tests/support/promises.hpp"
 
+#include "tests/support/decimalPoint.hpp"
+#include "tests/support/messages.hpp"
 #include "vek/inspect/change/change.hpp"
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/change/mending.hpp"
@@ -17,6 +19,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <iterator>
 #include <set>
@@ -62,9 +65,9 @@ bool isValue(const tree_t &tree, const node_t &node, const std::string &given) {
     if (isIntegerKind(node))
         return std::strtoll(given.c_str(), nullptr, 10) == std::strtoll(read.c_str(), nullptr, 10);
     if (node.field->kind == fieldKind_t::float32)
-        return std::strtof(given.c_str(), nullptr) == std::strtof(read.c_str(), nullptr);
+        return static_cast<float>(toDouble(given)) == static_cast<float>(toDouble(read));
     if (isRealKind(node.field->kind))
-        return std::strtod(given.c_str(), nullptr) == std::strtod(read.c_str(), nullptr);
+        return toDouble(given) == toDouble(read);
     return given == read;
 }
 
@@ -415,6 +418,25 @@ std::string brokenOfAnyChange(std::string_view text, std::size_t choice) {
         value = hostile[below(std::size(hostile))];
     const std::string broken = brokenOfChange(text, path, value);
     return broken.empty() ? "" : path + " = " + std::string(value.value_or("(nothing)")) + "\n" + broken;
+}
+
+std::string brokenOfDifferences(std::string_view text) {
+    const tree_t tree(text);
+    for (const sample_t &sample : samples()) {
+        if (sample.id != tree.envelope().id.value)
+            continue;
+        const tree_t other(sample.text);
+        std::multiset<std::array<std::string, 3>> there, back;
+        for (const difference_t &one : differences(tree, other))
+            there.insert({one.path, one.left, one.right});
+        for (const difference_t &one : differences(other, tree))
+            back.insert({one.path, one.right, one.left});
+        if (there != back)
+            return "from the other side something else differs\n";
+        if (isClean(tree) && isClean(other) && (!lead(std::string(text), other) || !lead(sample.text, tree)))
+            return "the differences don't lead from one to the other\n";
+    }
+    return {};
 }
 
 std::string brokenOfMending(std::string_view text) {

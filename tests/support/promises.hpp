@@ -32,6 +32,10 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
 /// hostile; the next element of a list; a removal.
 std::string brokenOfAnyChange(std::string_view text, std::size_t choice);
 
+/// Of a text and the samples of its id: what differs is the same from either side; and where both are sound, changing
+/// it bit by bit makes one of the other.
+std::string brokenOfDifferences(std::string_view text);
+
 /// Of mending a text: what is sound stays, no new error is made, what is not at fault keeps its value in the text, only
 /// what has no certain remedy is left in a body, and mending again changes nothing.
 std::string brokenOfMending(std::string_view text);

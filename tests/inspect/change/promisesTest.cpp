@@ -151,6 +151,7 @@ TEST(Promises, OfTextsTheirWordsAndChanges) {
             return;
         EXPECT_EQ(brokenOfText(text), "") << shown(text);
         EXPECT_EQ(brokenOfMending(text), "") << shown(text);
+        EXPECT_EQ(brokenOfDifferences(text), "") << shown(text);
         EXPECT_EQ(brokenOfWords(text), "") << shown(text);
         for (int i = 0; i < 3; ++i)
             EXPECT_EQ(brokenOfAnyChange(text, choice = choice * 6364136223846793005U + 1442695040888963407U), "")
