@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Puts small faults into a copy of the library, one at a time, and says which of them no test notices: a key's line left
-# out, a row of the catalogue changed, operators and constants in vek/text, vek/api and vek/inspect. A fault that does
-# not compile is noticed; so is one that takes much more time or memory.
+# out, a row of the catalogue changed, operators and constants in vek/text, vek/api, vek/inspect, the tool and the page's
+# core. A fault that does not compile is noticed; so is one that takes much more time or memory.
 #   mutants.sh [COUNT [SEED [FILES]]]   that many by chance (60), with this seed (1), in files whose names match the
 #                                       expression (vek/records: keys; messageTable: rows)
 set -euo pipefail
@@ -38,7 +38,7 @@ rows() {
         }' vek/api/messageTable.hpp
 }
 operators() {
-    find vek/text vek/api vek/inspect -name '*.[ch]pp' | sort | while read -r file; do
+    find vek/text vek/api vek/inspect tools/vekmsg tools/page/core -name '*.[ch]pp' | sort | while read -r file; do
         awk -v file="$file" '
             function place(from, to) { if (index($0, from)) print file, NR, "s/" escaped(from) "/" to "/" }
             function escaped(text) { gsub(/[.*+|\/]/, "[&]", text); return text }
@@ -67,7 +67,9 @@ noticing=(
     "frontTests $tests/front/frontTests"
     "apiTests $tests/apiTests --gtest_filter=-Time*:Platform*"
     "conversionMemoryTests $tests/conversionMemoryTests"
-    "vekmsg ctest --test-dir build/quick -j 2 -R ^vekmsg[.] -E pipelines|loadKilled"
+    "lspTests $tests/lspTests"
+    "vekmsg ctest --test-dir build/quick -j 2 -R ^(vekmsg|docs)[.] -E pipelines|loadKilled|lines"
+    "vekmsg python3 tests/vekmsg/clusterFaults.py build/quick/tools/vekmsg/vekmsg 1"
     "modelTests $tests/modelTests"
     "textTests $tests/textTests --gtest_filter=Numbers*"
 )

@@ -1,5 +1,6 @@
 #include "tests/support/structureValues.hpp"
 
+#include "tests/support/decimalPoint.hpp"
 #include "vek/records/device.hpp"
 #include "vek/text/textField.hpp"
 #include "vek/text/valueRange.hpp"
@@ -25,7 +26,8 @@ std::string shownReal(double value) {
     if (std::isnan(value))
         return "nan";
     char text[400];
-    return {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.6f", value))};
+    std::snprintf(text, sizeof text, "%.6f", value);
+    return withPoint(text);
 }
 
 // Which sign a zero has at an end of a continuous range, one too that comes of six decimals, is nobody's promise.

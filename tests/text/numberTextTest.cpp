@@ -1,5 +1,6 @@
 // Numbers as text, beside the C library and std::to_chars on millions of numbers of every shape.
 #include "vek/text/numberText.hpp"
+#include "tests/support/decimalPoint.hpp"
 #include "tests/support/messages.hpp"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,7 @@ using namespace std::string_literals;
 std::string formatted(const char *format, auto... arguments) {
     std::array<char, 1200> text;
     const int length = std::snprintf(text.data(), text.size(), format, arguments...);
-    return {text.data(), static_cast<std::size_t>(length)};
+    return test::withPoint({text.data(), static_cast<std::size_t>(length)});
 }
 
 std::string realText(double value) {
@@ -54,7 +55,7 @@ void expectWritten(double value) {
 
 void expectRead(const std::string &text) {
     const double value = readReal(text);
-    const double expected = std::strtod(text.c_str(), nullptr);
+    const double expected = test::toDouble(text);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected))
         << text << " gives " << formatted("%a", value) << ", not " << formatted("%a", expected);
 }

@@ -1,5 +1,6 @@
 #include "tests/support/model/literalModel.hpp"
 
+#include "tests/support/decimalPoint.hpp"
 #include "vek/api/private/catalogue.hpp"
 #include "vek/text/textField.hpp"
 
@@ -137,13 +138,13 @@ double toReal(const std::string &text) {
         if (skipDigits(text, exponent) > exponent)
             end = skipDigits(text, exponent);
     }
-    return std::strtod(text.substr(0, end).c_str(), nullptr);
+    return vek::test::toDouble(text.substr(0, end));
 }
 
 std::string fromReal(double value) {
     char text[400];
     std::snprintf(text, sizeof text, "%lf", value);
-    return text;
+    return vek::test::withPoint(text);
 }
 
 // ---- Pairs.
@@ -447,7 +448,7 @@ struct reader_t {
         at = skipDigits(text, start);
         if (at == start)
             return;
-        const double value = std::strtod(text.substr(start, at - start).c_str(), nullptr) * (isNegative ? -1.0 : 1.0);
+        const double value = vek::test::toDouble(text.substr(start, at - start)) * (isNegative ? -1.0 : 1.0);
         target = value > 2147483647.0    ? std::numeric_limits<std::int32_t>::max()
                  : value < -2147483648.0 ? std::numeric_limits<std::int32_t>::min()
                                          : static_cast<std::int32_t>(value);
