@@ -296,6 +296,19 @@ try:
     print(f"{'right' if is_right else 'WRONG'}: missing columns and tables are added, altered ones filled", flush=True)
     failures += not is_right
 
+    for create, words in (
+            ("TABLE focus_value (source_id UInt32, byte_offset UInt64) ENGINE = MergeTree() ORDER BY source_id", "make it UInt64"),
+            ("TABLE focus_value (source_id UInt64, byte_offset UInt64) ENGINE = Log", "that was about the table focus_value"),
+            ("TABLE cassette (source_id UInt64, byte_offset UInt64, name FixedString(2)) ENGINE = MergeTree() ORDER BY source_id",
+             "that was about the table cassette"),
+            ("VIEW focus_value AS SELECT 1 AS source", "rename it")):
+        database = make()
+        server.ask(f"CREATE {create}", database)
+        begun = time.monotonic()
+        if words not in (said := finish(load(database, logs[0]), 2)) or time.monotonic() > begun + 30:
+            print(f"WRONG: after {create}:", said)
+            failures += 1
+
     restored = make()
     finish(load(restored, os.devnull))  # makes the tables
 

@@ -5,6 +5,7 @@
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace vek::tool {
@@ -32,6 +33,14 @@ enum serverCode_t : int {
     cancelled = 394,
     earlierInsertWaits = 286, // for its copies
 };
+
+// What a statement, a column's type or a right has against it stays as it is, though such a server calls it its own
+// failure.
+bool isForGood(int code) {
+    constexpr std::array codes = {6,  10, 16, 20, 36,  41,  42,  43,  44,  47,  48,  50, 53,
+                                  62, 69, 70, 72, 115, 131, 164, 291, 349, 359, 386, 497};
+    return std::ranges::find(codes, code) != codes.end();
+}
 
 refusal_t refusalIn(std::string_view body) {
     refusal_t refusal;
@@ -241,7 +250,8 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
         return waitAfter("the server has forgotten what was sent"); // as it was started again
     // Another server of the cluster may get its tables a moment later.
     const bool isTableAway = !cluster_.empty() && (refusal.code == unknownTable || why.find("no table") != why.npos);
-    const bool isOtherwiseLater = answer.status >= 500 || refusal.code == alreadyRunning || refusal.code == cancelled;
+    const bool isOtherwiseLater = (answer.status >= 500 && !isForGood(refusal.code)) ||
+                                  refusal.code == alreadyRunning || refusal.code == cancelled;
     if (!isOtherwiseLater && !isTableAway)
         refuse(why);
     if (refusal.code == earlierInsertWaits && waited_ == 0) { // one of another loader

@@ -33,12 +33,23 @@ clusterStore_t::clusterStore_t(const std::string &url, bool isPatient) : server_
     makeTables();
 }
 
+// Somebody else's table may be of another kind.
+void clusterStore_t::askAbout(const std::string &table, const std::function<void()> &ask) {
+    try {
+        ask();
+    } catch (const databaseError_t &error) {
+        throw databaseError_t(inspect::joined({error.what(), "; that was about the table ", table,
+                                               ", which may be changed, or renamed, as then it is made anew"}));
+    }
+}
+
 void clusterStore_t::makeTables() {
     const std::string where = " WHERE database = " + sqlText(server_.database());
     for (const auto &line : server_.table("SELECT name, engine FROM system.tables" + where))
         engines_[line[0]] = line[1];
     for (const auto &line : server_.table("SELECT table, name FROM system.columns" + where))
         columns_[line[0]] += "," + line[1] + ",";
+    refuseNarrowKeys(where);
     makeTable("sources", inspect::clickhouseCreateSources, inspect::clickhouseSourceColumns());
     for (const std::string &name : migrateFromNames(server_, columns_))
         engines_[name].clear();
@@ -52,6 +63,21 @@ void clusterStore_t::makeTables() {
         makeTable(table.declared->name, create, columns);
     }
     takeFinerTimes(where);
+}
+
+// What tells rows apart must hold it all, whoever made the table; what else its columns can't hold is their maker's
+// wish.
+void clusterStore_t::refuseNarrowKeys(const std::string &where) {
+    for (const auto &line : server_.table("SELECT table, name, type FROM system.columns" + where +
+                                          " AND (name IN ('source_id', 'byte_offset') AND type NOT LIKE '%Int64%' OR "
+                                          "name LIKE 'element%' AND type NOT LIKE '%Int64%' AND type != 'UInt32')"))
+        if (const auto own = std::ranges::find(tables_, line[0].substr(0, line[0].find("_local")),
+                                               [](const table_t &table) { return table.declared->name; });
+            own != tables_.end())
+            throw databaseError_t(
+                inspect::joined({server_.name(), ": the column ", line[1], " of the table ", line[0], " is ", line[2],
+                                 ", which does not hold what rows are told apart by; make it UInt64, or rename the "
+                                 "table, and it is made anew"}));
 }
 
 // Where a time has its fraction in it.
@@ -98,8 +124,10 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
         for (const auto &[column, type] : columns) {
             if (columns_[table].find("," + column + ",") != std::string::npos || engines_[table].empty())
                 continue;
-            server_.ask(inspect::joined(
-                {"ALTER TABLE ", database, sqlName(table), everywhere, " ADD COLUMN ", sqlName(column), " ", type}));
+            askAbout(table, [&] {
+                server_.ask(inspect::joined({"ALTER TABLE ", database, sqlName(table), everywhere, " ADD COLUMN ",
+                                             sqlName(column), " ", type}));
+            });
         }
     }
 }
@@ -341,7 +369,10 @@ void clusterStore_t::send(table_t &table) {
             {"INSERT INTO ", name, " (", table.names, ") SELECT ", table.values, " FROM ",
              clusterServer_t::sentRows(table.count), " WHERE ", claims_.condition(numbers), " AND (", table.key,
              ") NOT IN (SELECT ", table.key, " FROM ", name, " WHERE ", placesOf(table), ")"});
-        if (server_.insert(statement, table.structure, table.rows, claims_.nextQueryName()))
+        bool isDone = false;
+        askAbout(table.declared->name,
+                 [&] { isDone = server_.insert(statement, table.structure, table.rows, claims_.nextQueryName()); });
+        if (isDone)
             break;
         claims_.renew();
     }

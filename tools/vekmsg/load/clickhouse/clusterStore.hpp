@@ -60,9 +60,11 @@ private:
         std::map<std::uint64_t, std::uint64_t> logs; // of these, with their first offsets
     };
 
+    static void askAbout(const std::string &table, const std::function<void()> &ask);
     void makeTables();
     using create_t = std::function<std::string(std::string_view name, const inspect::clickhouseServer_t &server)>;
     void makeTable(const std::string &name, const create_t &create, const std::vector<inspect::sqlColumn_t> &columns);
+    void refuseNarrowKeys(const std::string &where);
     void takeFinerTimes(const std::string &where);
     bool hasMessagesOf(std::uint64_t number, std::string_view first);
     void claim(const inspect::archivedLog_t &log);

@@ -51,10 +51,17 @@ void migrate(clusterServer_t &server, const std::string &aside, const inspect::t
 
 std::vector<std::string> migrateFromNames(clusterServer_t &server, const std::map<std::string, std::string> &columns) {
     std::vector<const inspect::table_t *> old;
-    for (const inspect::table_t &table : inspect::archiveTables().all())
-        if (const auto there = columns.find(table.name);
-            there != columns.end() && there->second.find(",source_id,") == std::string::npos)
-            old.push_back(&table);
+    for (const inspect::table_t &table : inspect::archiveTables().all()) {
+        const auto there = columns.find(table.name);
+        const auto has = [&](std::string_view column) { return there->second.find(column) != std::string::npos; };
+        if (there == columns.end() || has(",source_id,"))
+            continue;
+        if (!has(",source,") || !has(",byte_offset,"))
+            throw databaseError_t(joined({server.name(), ": the table ", table.name,
+                                          " is none of an archive, as it has no source_id; rename it, or load into "
+                                          "another database"}));
+        old.push_back(&table);
+    }
     if (old.empty())
         return {};
     std::reverse(old.begin(), old.end()); // messages at the end: until then the logs are in it
