@@ -36,6 +36,8 @@ public:
     };
     /// Asks what there is to ask for all of them at once. Each of them begins as without it, only faster.
     virtual void expect(std::span<const coming_t>) {}
+    /// Of so many logs that are loaded one behind the other; 0: that makes nothing faster.
+    virtual std::size_t expected() const { return 0; }
 
     /// Logs that may be this one: those that begin with the same bytes, and the latest of its name.
     virtual std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) = 0;

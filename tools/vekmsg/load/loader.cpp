@@ -40,8 +40,7 @@ public:
         if (options_.reading.follows)
             follow();
         else
-            for (const std::string &name : options_.reading.files)
-                loadAll(name);
+            loadFiles();
         commit(true);
         removeOld();
         progress_.clear();
@@ -118,6 +117,34 @@ private:
         throw usageError_t(file +
                            " is shorter than what was loaded of it, and nothing changes; when it is another log, "
                            "load it with --source NAME");
+    }
+
+    void loadFiles() {
+        const std::vector<std::string> &names = options_.reading.files;
+        const std::size_t together = options_.isReplacing ? 0 : archive_.expected();
+        for (std::size_t at = 0; at < names.size(); ++at) {
+            if (together != 0 && at % together == 0)
+                expect({names.data() + at, std::min(together, names.size() - at)});
+            loadAll(names[at]);
+        }
+    }
+
+    // Files that are the log itself, as most are; the others are asked about when they come.
+    void expect(std::span<const std::string> names) {
+        std::vector<archive_t::coming_t> coming;
+        for (const std::string &name : names)
+            try {
+                const std::optional<fileIdentity_t> file = identityOf(name);
+                if (names.size() < 2 || name == "-" || !file || !file->isRegular)
+                    continue;
+                const std::unique_ptr<source_t> source = openSource(name);
+                if (const std::string first = readBeginning(*source);
+                    source->isPlain() && !source->isPacked() && !first.empty())
+                    coming.push_back(logLoad_t(archive_, times_, options_, name).coming(first, file->size, false));
+            } catch (const usageError_t &) {
+                continue; // which is told when it is loaded
+            }
+        archive_.expect(coming);
     }
 
     void loadAll(const std::string &file) {
@@ -245,7 +272,8 @@ private:
         std::vector<archive_t::coming_t> coming;
         coming.reserve(logs.size());
         for (followed_t *log : logs)
-            coming.push_back(log->coming());
+            if (archive_.expected() != 0)
+                coming.push_back(log->coming());
         archive_.expect(coming);
         for (followed_t *log : logs)
             log->attempt([log] { log->begin(); });

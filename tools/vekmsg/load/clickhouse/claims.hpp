@@ -43,7 +43,6 @@ public:
 
     bool holds(std::uint64_t number) const { return logs_.contains(number); }
     /// Lets go what was settled.
-    void clear() { logs_.clear(); }
     void release(std::uint64_t number) { logs_.erase(number); }
 
     /// The logs of a row, as a condition that is true as long as their claims count.

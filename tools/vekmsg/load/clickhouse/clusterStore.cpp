@@ -334,7 +334,8 @@ void clusterStore_t::settle(bool isLast) {
     claims_.save(logs, isLast);
     saved_.clear();
     if (isLast && !server_.isPatient()) // else most go on
-        claims_.clear();
+        for (const archivedLog_t &log : logs)
+            claims_.release(log.number);
     for (const std::uint64_t number : std::exchange(left_, {})) {
         claims_.release(number);
         entered_.erase(number);

@@ -30,6 +30,7 @@ public:
 
     const std::string &name() const override { return server_.name(); }
     void expect(std::span<const coming_t> logs) override { expected_.expect(logs); }
+    std::size_t expected() const override { return 50; } // of which another loader is kept away
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
     void enter(inspect::archivedLog_t &log, bool isNew) override;
     std::size_t takeOver(std::span<const inspect::archivedLog_t> logs) override;
