@@ -68,16 +68,17 @@ void clusterStore_t::makeTables() {
 // What tells rows apart must hold it all, whoever made the table; what else its columns can't hold is their maker's
 // wish.
 void clusterStore_t::refuseNarrowKeys(const std::string &where) {
-    for (const auto &line : server_.table("SELECT table, name, type FROM system.columns" + where +
-                                          " AND (name IN ('source_id', 'byte_offset') AND type NOT LIKE '%Int64%' OR "
-                                          "name LIKE 'element%' AND type NOT LIKE '%Int64%' AND type != 'UInt32')"))
+    const std::string narrow = " AND type NOT LIKE '%Int64%' AND (name IN ('source_id', 'byte_offset') OR "
+                               "(name LIKE 'element%' AND type != 'UInt32'))";
+    const std::string remedy = ", too little for what rows are told apart by; make it UInt64, or rename the table, and "
+                               "it is made anew";
+    for (const auto &line :
+         server_.table(inspect::joined({"SELECT table, name, type FROM system.columns", where, narrow})))
         if (const auto own = std::ranges::find(tables_, line[0].substr(0, line[0].find("_local")),
                                                [](const table_t &table) { return table.declared->name; });
             own != tables_.end())
-            throw databaseError_t(
-                inspect::joined({server_.name(), ": the column ", line[1], " of the table ", line[0], " is ", line[2],
-                                 ", which does not hold what rows are told apart by; make it UInt64, or rename the "
-                                 "table, and it is made anew"}));
+            throw databaseError_t(inspect::joined(
+                {server_.name(), ": the column ", line[1], " of the table ", line[0], " is ", line[2], remedy}));
 }
 
 // Where a time has its fraction in it.
@@ -121,12 +122,12 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
             engines_[table] = "";
             continue;
         }
-        for (const auto &[column, type] : columns) {
-            if (columns_[table].find("," + column + ",") != std::string::npos || engines_[table].empty())
+        for (const inspect::sqlColumn_t &column : columns) {
+            if (columns_[table].find("," + column.name + ",") != std::string::npos || engines_[table].empty())
                 continue;
             askAbout(table, [&] {
                 server_.ask(inspect::joined({"ALTER TABLE ", database, sqlName(table), everywhere, " ADD COLUMN ",
-                                             sqlName(column), " ", type}));
+                                             sqlName(column.name), " ", column.type}));
             });
         }
     }
