@@ -62,6 +62,7 @@ struct deviceInfo_t : deviceInfoFields_t<deviceId_t> {
 /// 4136
 struct deviceInfo2_t : deviceInfoFields_t<deviceId2_t> {
     using structure_t = DeviceInfo2;
+    using like_t = deviceInfo_t;
     using deviceInfoFields_t::deviceInfoFields_t;
     static constexpr std::string_view about = "The device, in a structure of its own that is like that of 4096.";
 };

@@ -63,6 +63,19 @@ struct structureOfRecord<Record> {
     using type = typename Record::structure_t;
 };
 
+/// Whose code reads and writes a record: its own, or that of the record class that it is like in all but its name.
+template <class Record>
+struct likeness {
+    using type = Record;
+};
+template <class Record>
+requires requires {
+    typename Record::like_t;
+}
+struct likeness<Record> {
+    using type = typename Record::like_t;
+};
+
 } // namespace detail
 
 template <class Structure, class Record>
@@ -85,7 +98,7 @@ enum class reading_t : std::uint8_t { inOneGo, byEveryRule };
 
 /// Whether the body could be read so. Each time with the record made anew, of which this is the one place.
 template <class Record, class Structure>
-[[gnu::flatten]] bool readBody(Structure &structure, std::string_view body, reading_t reading) {
+[[gnu::flatten, gnu::noinline]] bool readBody(Structure &structure, std::string_view body, reading_t reading) {
     const auto read = [body, reading](Record &record) {
         if (reading == reading_t::inOneGo)
             return record.Record::readAt(canonicalCursor_t(body)).isAtEnd();
@@ -107,23 +120,30 @@ template <class Record, class Structure>
 // A body that looks as this library writes it is read in one go, any other one from its start by every rule.
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::parse(void *structure, std::string_view body) {
-    auto &read = *static_cast<Structure *>(structure);
-    if (!detail::readBody<Record>(read, body, detail::reading_t::inOneGo))
-        detail::readBody<Record>(read, body, detail::reading_t::byEveryRule);
+    using like_t = typename detail::likeness<Record>::type;
+    typename detail::structureOfRecord<like_t>::type &read = *static_cast<Structure *>(structure);
+    if (!detail::readBody<like_t>(read, body, detail::reading_t::inOneGo))
+        detail::readBody<like_t>(read, body, detail::reading_t::byEveryRule);
 }
 
 template <class Structure, class Record>
 void *conversionOf<Structure, Record>::createFrom(const char *body, std::size_t size) {
     std::unique_ptr<void, void (*)(void *)> structure(create(), &destroy);
-    auto &read = *static_cast<Structure *>(structure.get());
-    return detail::readBody<Record>(read, {body, size}, detail::reading_t::inOneGo) ? structure.release() : nullptr;
+    using like_t = typename detail::likeness<Record>::type;
+    typename detail::structureOfRecord<like_t>::type &read = *static_cast<Structure *>(structure.get());
+    return detail::readBody<like_t>(read, {body, size}, detail::reading_t::inOneGo) ? structure.release() : nullptr;
 }
 
 // With the record made inline, where the compiler knows the pass.
 template <class Structure, class Record>
-[[gnu::flatten]] bodyWriter_t conversionOf<Structure, Record>::print(const void *structure, bodyWriter_t out) {
+[[gnu::flatten, gnu::noinline]] bodyWriter_t conversionOf<Structure, Record>::print(const void *structure,
+                                                                                    bodyWriter_t out) {
     const auto &printed = *static_cast<const Structure *>(structure);
-    if constexpr (bindsStructure<Record>)
+    using like_t = typename detail::likeness<Record>::type;
+    if constexpr (!std::is_same_v<like_t, Record>)
+        return conversionOf<typename like_t::structure_t, like_t>::print(
+            static_cast<const typename like_t::structure_t *>(&printed), out);
+    else if constexpr (bindsStructure<Record>)
         return writeRecord<Record>(printed, out);
     else
         return printed.Record::toText(out);
