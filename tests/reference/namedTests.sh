@@ -17,7 +17,7 @@ while read -r name; do
     scripts/*) [ -x "$name" ] ;;
     *Fuzz) grep -q "^vekFuzz($name " fuzz/CMakeLists.txt ;;
     *) grep -qE "^([A-Za-z]+/)?$name(/.*)?\$" <<<"$known" ||
-        { [[ $name == [a-z]* ]] && grep -qw "NAME $name" tests/CMakeLists.txt; } ;;
+        { [[ $name == [a-z]* ]] && grep -qE "NAME ($name|${name%%.*}\.\\$\{[a-z]+\})( |$)" tests/CMakeLists.txt; } ;;
     esac || {
         echo "FAILED: $page names $name, which is not there" >&2
         exit 1

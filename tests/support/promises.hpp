@@ -12,8 +12,8 @@ namespace vek::test {
 /// Of a text, and of what a host reads of it: where its JSON can be made without a tree, it is that of its tree.
 std::string brokenOfWrittenJson(std::string_view text);
 
-/// The same, and: every pair has a path of its own by which it is found, nothing differs from itself, and what check() has
-/// no error in is sealed as it is.
+/// The same, and: every pair has a path of its own by which it is found, nothing differs from itself, and what check()
+/// has no error in is sealed as it is.
 std::string brokenOfText(std::string_view text);
 
 /// Of a form: it is refused, with a reason in it; or the message that is made has no error and says what the form says,
