@@ -39,7 +39,7 @@ std::string bentJson(const std::string &text, std::size_t choice) {
         "-0", "1e999", "true", "\xff", "\"id\":", "\n", "9e18", "0x1", "\xEF\xBE\x80", "//", "NaN",     "[[[[["};
     std::string json;
     vek::inspect::appendJson(json, vek::inspect::tree_t(text));
-    for (; choice > 0; choice /= 997 * 64) {
+    for (; choice > 0; choice /= std::size_t{997} * 64) {
         const std::size_t at = choice % (json.size() + 1), count = choice / 7 % 4;
         json.replace(at, std::min(count * count * count, json.size() - at), pieces[choice / 31 % std::size(pieces)]);
     }
