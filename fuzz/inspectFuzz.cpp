@@ -99,7 +99,7 @@ void tryPage(const tree_t &tree, const std::string &text) {
         return;
     std::string items;
     for (std::uint32_t i = 0; i < node.childCount; ++i)
-        items += vek::inspect::joined({"@", std::to_string(i), std::string_view("", 1)});
+        items += vek::inspect::joined({"@", std::to_string(i), std::string(1, '\0')});
     if (const auto same = paged(&pageSetList, text + path + items, size, path.size(), items.size());
         same && isClean(tree) && !differences(tree, tree_t(*same)).empty())
         expectSame(text, "the same values", *same);

@@ -12,7 +12,7 @@ namespace vek::tool {
 
 namespace {
 
-constexpr std::int64_t second = 1'000'000;
+constexpr std::int64_t perSecond = 1'000'000; // microseconds
 
 // Microseconds of "+01:00", "+0100", "-03".
 std::optional<std::int64_t> offsetOf(std::string_view text) {
@@ -28,7 +28,7 @@ std::optional<std::int64_t> offsetOf(std::string_view text) {
     const int hours = readInteger(digits.substr(0, 2)), minutes = readInteger(digits.substr(2));
     if (hours > 15 || minutes > 59)
         return std::nullopt;
-    return (text.front() == '-' ? -second : second) * (hours * 60 + minutes) * 60;
+    return (text.front() == '-' ? -perSecond : perSecond) * (hours * 60 + minutes) * 60;
 }
 
 } // namespace
@@ -51,7 +51,7 @@ void zone_t::addSteps() {
     constexpr std::int64_t week = 604'800, last = std::int64_t{1} << 32;
     const auto aheadAt = [](std::int64_t time) { return localSeconds(time) - time; };
     std::int64_t ahead = aheadAt(0);
-    steps_ = {{INT64_MIN, ahead * second}};
+    steps_ = {{INT64_MIN, ahead * perSecond}};
     for (std::int64_t time = 0; time < last; time += week) {
         if (aheadAt(time + week) == ahead)
             continue;
@@ -61,14 +61,14 @@ void zone_t::addSteps() {
             (aheadAt(middle) == ahead ? before : behind) = middle;
         }
         ahead = aheadAt(behind);
-        steps_.push_back({behind * second, ahead * second});
+        steps_.push_back({behind * perSecond, ahead * perSecond});
     }
 }
 
 inspect::logTime_t zone_t::atUtc(inspect::logTime_t time) const {
     if (isNone() || time.hasZone || !time.hasDate)
         return time;
-    constexpr std::int64_t most = second * 16 * 3600; // that a clock is ahead
+    constexpr std::int64_t most = perSecond * 16 * 3600; // that a clock is ahead
     auto step = std::upper_bound(steps_.begin() + 1, steps_.end(), time.microseconds - most,
                                  [](std::int64_t at, const step_t &one) { return at < one.begin; }) -
                 1;
