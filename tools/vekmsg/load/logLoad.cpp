@@ -218,11 +218,12 @@ bool logLoad_t::isInDoubt(const archivedLog_t &known) const {
 }
 
 void logLoad_t::refuseDoubtful() const {
+    static constexpr std::string_view unknown = ", which is loaded, and that is too little to tell whether they are "
+                                                "one log: nothing of it is loaded; if they are, "
+                                                "load it with --source ";
     if (!doubtful_.empty())
-        throw tooShort_t(inspect::joined({file_, " begins as ", doubtful_,
-                                          ", which is loaded, and that is too little to tell whether they are one log: "
-                                          "nothing of it is loaded; if they are, load it with --source ",
-                                          doubtful_, ", else with --source and a name of its own"}));
+        throw tooShort_t(inspect::joined(
+            {file_, " begins as ", doubtful_, unknown, doubtful_, ", else with --source and a name of its own"}));
 }
 
 // Messages that are alike by chance, as those of two devices after their start, are fewer than this.
