@@ -174,7 +174,8 @@ private:
             if (step.empty())
                 break;
             sink.endAt(end);
-            scanner.feed(step.substr(std::min<std::size_t>(step.size(), start - std::min(start, offset))), sink);
+            const std::uint64_t before = std::min<std::uint64_t>(step.size(), start - std::min(start, offset));
+            scanner.feed(step.substr(static_cast<std::size_t>(before)), sink);
             offset += step.size();
         }
         if (offset >= size_)
