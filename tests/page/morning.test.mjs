@@ -26,8 +26,8 @@ test('a morning: an empty cassette is found, understood, compared, mended and se
       await page.click('#differenceTab');
       await page.setInputFiles('#otherFile', yesterday);
       await says(page, '#differenceRows', 'INPUT_CONTENT');
-      assert.match(await page.textContent('#rightText'), /INPUT_CONTNET=100/);
-      assert.match(await page.textContent('#leftText mark'), /INPUT_CONTENT=100/);
+      await says(page, '#rightText', 'INPUT_CONTNET=100');
+      await says(page, '#leftText mark', 'INPUT_CONTENT=100');
       // Mended.
       await page.click('#messageTab');
       await page.click('.remedy button:has-text("INPUT_CONTENT")');

@@ -20,6 +20,7 @@ test('the time line says how many there are, goes to messages, and zooms what is
     const at = (share) => box.x + 160 + (box.width - 170) * share;
     const y = box.y + 20;
     await page.mouse.move(at(0.5), y);
+    await says(page, '#timeLineWords', ' message');
     assert.match(await page.textContent('#timeLineWords'), /^2026-03-01 \d\d:\d\d.*: \d+ messages?/);
     await page.mouse.click(at(0.5), y);
     const middle = Number((await page.getAttribute('#messages', 'aria-activedescendant')).split('-')[1]);
