@@ -99,7 +99,11 @@ form_t formOfStart(std::string_view text) {
 bool isLineOf(std::string_view line, form_t form) {
     if (line.find("@@") == std::string_view::npos || line.starts_with('#'))
         return true;
-    return form == form_t::flat ? line.find(" = ") < line.find("@@") : isSpace(line.front());
+    if (form != form_t::flat)
+        return isSpace(line.front());
+    const std::string_view before = line.substr(0, line.find("@@"));
+    return before.find(" = ") != std::string_view::npos ||
+           std::count(before.begin(), before.end(), '"') % 2 == 1; // or in a quoted key
 }
 
 // Whether messages stand in a text beside what is in the form, so that it is a log after all.
