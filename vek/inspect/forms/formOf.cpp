@@ -95,15 +95,26 @@ form_t formOfStart(std::string_view text) {
     return isTitle(text) ? form_t::show : form_t::none;
 }
 
-// A line of the form, or of anything that is no log's.
+bool isQuotedBehind(std::string_view text) {
+    bool isQuoted = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '"')
+            isQuoted = !isQuoted;
+        else if (text[at] == '\\' && isQuoted)
+            ++at;
+    }
+    return isQuoted;
+}
+
+// A line of the form, or of anything that is no log's: what stands in front of a message's start is a value's name, or
+// begins a quoted one.
 bool isLineOf(std::string_view line, form_t form) {
     if (line.find("@@") == std::string_view::npos || line.starts_with('#'))
         return true;
     if (form != form_t::flat)
         return isSpace(line.front());
     const std::string_view before = line.substr(0, line.find("@@"));
-    return before.find(" = ") != std::string_view::npos ||
-           std::count(before.begin(), before.end(), '"') % 2 == 1; // or in a quoted key
+    return before.find(" = ") != std::string_view::npos || isQuotedBehind(before);
 }
 
 // Whether messages stand in a text beside what is in the form, so that it is a log after all.
