@@ -3,7 +3,7 @@
 # already serves again.
 #   test.sh          one optimised build and its tests, with the tool and the page's core
 #   test.sh all      that, unless these very sources have passed it, and then the rest: form and clang-tidy of the sources,
-#                    the sanitizers with both compilers, the fuzzers for 10 seconds each, the packages, those for other
+#                    the sanitizers, the fuzzers for 10 seconds each, the packages, those for other
 #                    languages, the page in a browser, and the Windows DLLs under Wine where scripts/windows-setup.sh
 #                    prepared it
 #   test.sh quick    one unoptimised build and its tests without the long comparisons, for the time between two changes
@@ -44,8 +44,7 @@ runRest() {
     local status=0
     talk "sources: checking" scripts/lint.sh
     # From nothing, sources are compiled together; each alone in the builds that are packed, where a library takes of
-    # another what it needs.
-    runPreset dev -DVEK_UNITY=ON
+    # another what it needs. One compiler with the sanitizers is enough for all tests: what the other made has passed them.
     runPreset clang -DVEK_UNITY=ON
     runPreset thread -DVEK_UNITY=ON
     runPreset memory -DVEK_UNITY=ON
