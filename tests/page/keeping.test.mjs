@@ -92,7 +92,7 @@ test('a change is seen in list, summary, search and plot, and asked for before i
     await page.press('#plotKeyName', 'Enter');
     await page.waitForSelector('#plot .u-over');
     await page.click('#messageTab');
-    assert.match(await page.textContent('#summary'), /1 with errors · 1 damaged/);
+    await says(page, '#summary', '1 with errors · 1 damaged');
 
     await chooseMessage(page, 0);
     await page.click('#sealMessage');
@@ -117,7 +117,7 @@ test('a change is seen in list, summary, search and plot, and asked for before i
     // Another file asks first, and so does leaving the page.
     await page.setInputFiles('#file', { name: 'b.log', mimeType: '', buffer: Buffer.from(focus('Other')) });
     await page.click('#leaveStay');
-    assert.match(await page.textContent('#fileName'), /^a\.log/);
+    await says(page, '#fileName', 'a.log');
     const isAsking = () => page.evaluate(() => !dispatchEvent(new Event('beforeunload', { cancelable: true })));
     assert.ok(await isAsking());
     const mended = `08:00:01 ${focus('Violet').replace('3.25', '9.00')}\n08:00:02 ${focus('Blue', 42)}\n`;

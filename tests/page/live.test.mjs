@@ -32,7 +32,7 @@ test('messages of a bridge appear as they come, are held, and one is sent after 
 
       await page.click('#liveSend');
       assert.equal(await page.inputValue('#sendText'), focus(4));
-      assert.equal(await page.textContent('#sendChanges'), 'It is sealed already.');
+      await says(page, '#sendChanges', 'It is sealed already.');
       await page.click('#sendNow');
       assert.equal((await received).toString(), focus(4));
 

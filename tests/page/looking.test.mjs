@@ -184,7 +184,7 @@ test('problems say their place, what a host makes of them, and what was meant; c
     const problem = page.locator('#problems li[data-code=unknown-key] .problem');
     assert.match(await problem.textContent(), /FOCUS_VALEU.*a host ignores it.*did you mean FOCUS_VALUE\?/);
     await problem.click();
-    assert.equal(await page.textContent('#messageText mark'), 'FOCUS_VALEU');
+    await says(page, '#messageText mark', 'FOCUS_VALEU');
     assert.equal(await page.getAttribute('#tree .row[aria-selected=true]', 'data-path'), 'FOCUS_VALEU');
   });
 });

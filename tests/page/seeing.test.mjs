@@ -63,6 +63,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
 
     const box = await page.locator('#plot .u-over').boundingBox();
     await page.mouse.move(box.x + box.width * 0.5, box.y + 50);
+    await says(page, '#plotReading', '2026-03-01 ');
     assert.match(await page.textContent('#plotReading'), /^2026-03-01 \d\d:\d\d:\d\d/);
     const whole = await page.textContent('#plotReading');
     await page.mouse.move(box.x + box.width * 0.2, box.y + 50);
@@ -78,6 +79,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
 
     await page.selectOption('#plotOver', 'sequence');
     await page.mouse.move(box.x + box.width * 0.4, box.y + 50);
+    await says(page, '#plotReading', 'sequence ');
     assert.match(await page.textContent('#plotReading'), /^sequence [\d,]+: /);
     await page.click('#plotCurves button');
     assert.equal(await page.locator('#plotCurves li').count(), 1);
