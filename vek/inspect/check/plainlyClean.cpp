@@ -65,11 +65,17 @@ bool areCountsRight(const recordSchema_t &record, std::string_view group) {
            });
 }
 
+// A name without limit of an image placement, which runs on into other members: only such a body is that long.
+bool mayRunOn(const writtenMessage_t &message) {
+    constexpr std::size_t withShortName = 300;
+    return message.record->name == "imageTopLeft_t" && message.envelope.body.size() > withShortName;
+}
+
 } // namespace
 
 std::optional<writtenMessage_t> plainlyClean(std::string_view text) {
     std::optional<writtenMessage_t> message = writtenMessage(text);
-    if (message && (hasOdd(message->envelope.body) ||
+    if (message && (hasOdd(message->envelope.body) || mayRunOn(*message) ||
                     (message->record->hasCounts && !areCountsRight(*message->record, message->envelope.body))))
         message.reset();
     return message;
