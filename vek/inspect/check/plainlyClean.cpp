@@ -65,10 +65,10 @@ bool areCountsRight(const recordSchema_t &record, std::string_view group) {
            });
 }
 
-// A name without limit of an image placement, which runs on into other members: only such a body is that long.
+// Whether the name of an image placement may run on into other members: it does beyond its room.
 bool mayRunOn(const writtenMessage_t &message) {
-    constexpr std::size_t withShortName = 300;
-    return message.record->name == "imageTopLeft_t" && message.envelope.body.size() > withShortName;
+    constexpr std::size_t roomOfName = 256;
+    return message.record->name == "imageTopLeft_t" && message.envelope.body.size() >= roomOfName;
 }
 
 } // namespace
