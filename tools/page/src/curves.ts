@@ -84,7 +84,10 @@ export class Curve extends RowJob {
     return undefined;
   }
 
-  /** Puts its points in order of time, or of sequence numbers; those without a place or a value, and of messages that a filter leaves out, are left out. */
+  /**
+   * Finds its points in order of time, or of sequence numbers; those without a place or a value, and of messages that a filter leaves out, are left
+   * out. The returned function takes them over, so that several curves change their places at once.
+   */
   async place(isTime: boolean, passes?: (row: number) => boolean) {
     const { log } = this;
     const { microseconds, sequence } = log.columns;
@@ -112,7 +115,7 @@ export class Curve extends RowJob {
         placed.at[i] = rows[at[point]];
       }
     });
-    Object.assign(this, placed);
+    return () => void Object.assign(this, placed);
   }
 
   /** The number of its last point at a place or in front of it; -1 when there is none. */

@@ -40,6 +40,7 @@ export class Plot extends Panel {
   #place?: number; // that the keyboard goes to
   #readPlace?: number; // that was read off
   #round = 0;
+  #isTime = true; // of the places that the curves have; what is chosen may be on its way
   #placeSoon = seldom(() => busy(this.#placeAll()), 500);
   #pressedAt = [0, 0];
 
@@ -171,12 +172,19 @@ export class Plot extends Panel {
     const { log } = this;
     if (!log) return;
     const round = ++this.#round;
-    const isTime = this.#isTime();
+    const isTime = byId('plotOver').value === 'time';
+    const placings = [];
     for (const curve of this.#all()) {
-      await curve.place(isTime, this.#passes);
+      placings.push(await curve.place(isTime, this.#passes));
       await nextTask();
     }
     if (this.log !== log || round !== this.#round) return;
+    for (const takeOver of placings) takeOver();
+    if (this.#isTime !== isTime) {
+      this.#readPlace = undefined;
+      byId('plotReading').textContent = '';
+    }
+    this.#isTime = isTime;
     this.#values.clear();
     this.#range = this.#stretchHere();
     this.draw();
@@ -187,6 +195,7 @@ export class Plot extends Panel {
   }
 
   draw() {
+    const { left = -1, top = -1 } = this.#chart?.cursor ?? {};
     this.#chart?.destroy();
     this.#chart = undefined;
     byId('plotHint').hidden = this.#curves.length > 0;
@@ -194,29 +203,26 @@ export class Plot extends Panel {
     this.#listCurves();
     const { log } = this;
     if (!log || this.#curves.length === 0 || byId('plotPanel').hidden) return;
-    const isTime = this.#isTime();
+    const isTime = this.#isTime;
     this.#whole = (isTime && log.isTimed ? inSeconds(log.times.first, log.times.last) : extent(this.#curves)) ?? [0, 1];
     const bandsOf = this.#bands?.stretches() ?? [];
     this.#drawing = { curves: this.#curves, bands: bandsOf, isTime, hasDate: log.columns.hasDate[0] === 1, values: this.#values };
     const hooks = { setSelect: [(plot: uPlot) => this.#zoomToSelection(plot)], setCursor: [(plot: uPlot) => this.#noteCursor(plot)] };
     this.#chart = new uPlot(chartOptions(this.#drawing, byId('plot').clientWidth, this.#height(), hooks), [[]], byId('plot'));
     this.#show(this.#range);
+    if (byId('plot').matches(':hover')) this.#chart.setCursor({ left, top }); // the pointer stays where it was
     const bands = this.#bands ? `, with bands of ${this.#bands.path}` : '';
     byId('plot').setAttribute('aria-label', `Plot of ${this.#curves.map(({ path }) => path).join(', ')}${bands}`);
   }
 
-  #isTime() {
-    return byId('plotOver').value === 'time';
-  }
-
   // Time line and plot look at the same stretch when both are over time.
   #stretchHere() {
-    return this.#stretch && this.#isTime() && this.log?.isTimed ? inSeconds(...this.#stretch) : undefined;
+    return this.#stretch && this.#isTime && this.log?.isTimed ? inSeconds(...this.#stretch) : undefined;
   }
 
   override stretch(range: Range | undefined) {
     this.#stretch = range;
-    if (this.#isTime()) this.#show(this.#stretchHere());
+    if (this.#isTime) this.#show(this.#stretchHere());
   }
 
   override follow(passes: ((row: number) => boolean) | undefined) {
@@ -228,7 +234,7 @@ export class Plot extends Panel {
   #lookAt(range: Range | undefined) {
     this.#show(range);
     const seen = this.#range;
-    if (this.#isTime() && this.log?.isTimed) this.parts.onStretch(seen && [seen[0] * 1e6, seen[1] * 1e6]);
+    if (this.#isTime && this.log?.isTimed) this.parts.onStretch(seen && [seen[0] * 1e6, seen[1] * 1e6]);
   }
 
   #lookAtAll() {
@@ -332,7 +338,7 @@ export class Plot extends Panel {
       curve.path,
       curve.isState ? this.#nameAt(curve, x) : curve.ys[curve.lastUpTo(x)],
     ]);
-    const when = this.#isTime() ? timeInWords(x * 1e6, this.log?.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
+    const when = this.#isTime ? timeInWords(x * 1e6, this.log?.columns.hasDate[0] === 1) : `sequence ${number(x)}`;
     if (this.#bands) values.push([this.#bands.path, this.#nameAt(this.#bands, x)]);
     byId('plotReading').textContent = `${when}: ${values.map(([path, value]) => `${path} ${value ?? 'not yet known'}`).join(', ')}`;
   }

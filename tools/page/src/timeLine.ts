@@ -39,6 +39,7 @@ export class TimeLine {
   #lanesDrawn: Lanes = { own: new Map(), count: 0, isShared: false };
   #canvas = byId('timeLine');
   #cursor = -1;
+  #pointed?: number; // column under the pointer
   #left = 0; // where the names end and the lanes begin
   #dragFrom?: number;
   #bins: (Bin | undefined)[] = [];
@@ -54,7 +55,7 @@ export class TimeLine {
     this.#canvas.addEventListener('pointermove', (event) => this.#point(event));
     this.#canvas.addEventListener('pointerdown', (event) => this.#startDrag(event));
     this.#canvas.addEventListener('pointerup', (event) => this.#endDrag(event));
-    this.#canvas.addEventListener('pointerleave', () => this.#say());
+    this.#canvas.addEventListener('pointerleave', () => this.#read(undefined));
     byId('wholeTime').addEventListener('click', () => this.#zoom(undefined));
   }
 
@@ -226,7 +227,7 @@ export class TimeLine {
   }
 
   /** What the page says of the bin at a column, or of the whole. */
-  #say(x = this.#cursor) {
+  #say(x = this.#pointed ?? this.#cursor) {
     let words = '';
     if (x >= 0 && x < this.#bins.length) {
       const bin = this.#bins[x];
@@ -244,13 +245,19 @@ export class TimeLine {
     byId('timeLineWords').textContent = words;
   }
 
+  // Reads a column off, until the pointer goes elsewhere: what is drawn anew in the meantime leaves the words to it.
+  #read(x: number | undefined) {
+    this.#pointed = x;
+    this.#say();
+  }
+
   #columnOf(event: PointerEvent) {
     return Math.round(event.clientX - this.#canvas.getBoundingClientRect().left - this.#left);
   }
 
   #point(event: PointerEvent) {
     const x = this.#columnOf(event);
-    this.#say(x);
+    this.#read(x);
     const band = byId('timeLineBand');
     band.hidden = this.#dragFrom === undefined;
     if (this.#dragFrom === undefined) return;
@@ -291,6 +298,7 @@ export class TimeLine {
     const last = this.#bins.length - 1;
     const steps: Record<string, number> = { ArrowRight: 1, ArrowLeft: -1, PageUp: 20, PageDown: -20, Home: -Infinity, End: Infinity };
     const x = Math.max(0, this.#cursor);
+    this.#pointed = undefined;
     if (event.key in steps) this.#cursor = this.#nextBin(x, steps[event.key]);
     else if (event.key === 'Enter') return this.#goTo(x);
     else if (event.key === '+') return this.#zoomToColumns(Math.max(0, x - last / 8), Math.min(last, x + last / 8));
