@@ -16,6 +16,7 @@ from vek._core import bytes_said
 
 CASES: List[Dict[str, Any]] = []
 LOG = VEKMSG = ""
+EACH = 1  # of so many cases
 
 
 def values(record: Any, keys: Dict[str, Any]) -> None:
@@ -75,8 +76,7 @@ class Conformance(unittest.TestCase):
                     again = bytes(message)
                     self.assertEqual(again, bytes_said(case["again"]))
                     self.assertEqual(vek.parse(again, damaged=True), message)
-        self.assertGreater(refused, 300)
-        self.assertGreaterEqual(len(CASES), 2500)
+        self.assertGreater(refused, len(CASES) / 9)
 
     def test_refusals(self) -> None:
         job = vek.ExposeJob(punch_params=vek.PunchParams(active_systems=list(range(10))))
@@ -112,7 +112,7 @@ class Conformance(unittest.TestCase):
         with open(LOG, "rb") as file:
             whole = file.read()
         draw = random.Random(1)
-        for turn in range(60):
+        for turn in range(60 // EACH):
             log = bytearray(whole)
             for _ in range(turn * 2):
                 at = draw.randrange(len(log))
@@ -151,8 +151,17 @@ class _Pieces(io.RawIOBase):
         return piece
 
 
-if __name__ == "__main__":
-    LOG, VEKMSG = sys.argv[2:4]
-    with open(sys.argv[1], encoding="utf-8") as lines:
+def take(arguments: List[str], each: int) -> None:
+    """What the tests are made with: CONFORMANCE LOG VEKMSG."""
+    global CASES, EACH, LOG, VEKMSG
+    path, LOG, VEKMSG = arguments
+    EACH = each
+    with open(path, encoding="utf-8") as lines:
         CASES = [json.loads(line) for line in lines]
+    assert len(CASES) >= 2500
+    CASES = CASES[::each]
+
+
+if __name__ == "__main__":
+    take(sys.argv[1:], 1)
     unittest.main(argv=sys.argv[:1])

@@ -4,7 +4,7 @@ import os
 import pathlib
 import re
 
-from setuptools import setup
+from setuptools import Distribution, setup
 from wheel.bdist_wheel import bdist_wheel
 
 SOURCE = pathlib.Path("vek/_messages.py").read_text(encoding="utf-8")
@@ -15,12 +15,15 @@ assert VERSION is not None
 class PlatformWheel(bdist_wheel):
     """For any Python 3, on one platform."""
 
-    def finalize_options(self):
-        super().finalize_options()
-        self.root_is_pure = False
-
     def get_tag(self):
         return "py3", "none", os.environ["VEK_PLATFORM"]
+
+
+class Inside(Distribution):
+    """With a library inside: it goes where a platform's packages go."""
+
+    def has_ext_modules(self):
+        return True
 
 
 setup(
@@ -31,4 +34,5 @@ setup(
     package_data={"vek": ["py.typed", "*.so", "*.dll", "NOTICES", "copyright", "*.spdx.json"]},
     python_requires=">=3.9",
     cmdclass={"bdist_wheel": PlatformWheel},
+    distclass=Inside,
 )
