@@ -129,6 +129,38 @@ internal static class Conformance
                "@@4194    59 -1 0 {JOB_NAME={-10179,-8704,0,};JOB_ID=1;}!!", "16-bit text");
     }
 
+    // Of each member that is a reference: null is refused, or it is written down that it may be null.
+    private static void TryNulls()
+    {
+        MethodInfo written = typeof(Record).GetMethod("Written", BindingFlags.Instance | BindingFlags.NonPublic);
+        foreach (Type type in typeof(Vek).Assembly.GetExportedTypes().Where(one => one.IsClass))
+            Expect(Flags(type, "NullableContextAttribute").SequenceEqual(new byte[] { 1 }), type + " says nothing of null");
+        foreach (Type type in typeof(Vek).Assembly.GetExportedTypes().Where(one => typeof(Record).IsAssignableFrom(one) && !one.IsAbstract))
+            foreach (PropertyInfo one in type.GetProperties().Where(one => one.GetSetMethod() != null && !one.PropertyType.IsValueType))
+            {
+                object record = Activator.CreateInstance(type);
+                one.SetValue(record, null);
+                bool isTaken = true;
+                try
+                {
+                    written.Invoke(record, new object[] { true });
+                }
+                catch (TargetInvocationException)
+                {
+                    isTaken = false;
+                }
+                byte[] expected = !isTaken ? new byte[0] : one.PropertyType.IsGenericType ? new byte[] { 2, 1 } : new byte[] { 2 };
+                Expect(Flags(one, "NullableAttribute").SequenceEqual(expected), type + "." + one.Name + " set to null");
+            }
+    }
+
+    private static IEnumerable<byte> Flags(MemberInfo of, string attribute)
+    {
+        return of.GetCustomAttributesData().Where(one => one.Constructor.DeclaringType.Name == attribute).SelectMany(
+            one => one.ConstructorArguments[0].Value as IEnumerable<CustomAttributeTypedArgument> ?? one.ConstructorArguments)
+            .Select(one => (byte)one.Value);
+    }
+
     private static void TryLog(string log)
     {
         List<LogMessage> found = Vek.Messages(log).ToList();
@@ -160,6 +192,7 @@ internal static class Conformance
         for (int i = 0; i < cases.Count; ++i)
             TryCase(cases[i], lines[i].Substring(0, Math.Min(lines[i].Length, 300)));
         TryRefusals();
+        TryNulls();
         TryLog(arguments[1]);
         TellSpeed(cases.Where(one => (string)one["group"] == "sample").Select(one => Bytes((string)one["source"])).ToList());
         Console.WriteLine($"{cases.Count} cases, {failures} failures");

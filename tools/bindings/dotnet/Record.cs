@@ -4,11 +4,13 @@ using System.Collections.Generic;
 using System.Globalization;
 using System.Linq;
 using System.Numerics;
+using System.Runtime.CompilerServices;
 using System.Text;
 
 namespace VekParams
 {
     /// <summary>A group of values: a message's body, or a record in it. Equal ones have equal values.</summary>
+    [NullableContext(1)]
     public abstract class Record
     {
         internal abstract void Read(Fields fields);
@@ -27,7 +29,7 @@ namespace VekParams
             return to.All;
         }
 
-        public override bool Equals(object other)
+        public override bool Equals([Nullable(2)] object other)
         {
             return other != null && other.GetType() == GetType() && ((Record)other).Written(false) == Written(false);
         }
@@ -39,6 +41,7 @@ namespace VekParams
     }
 
     /// <summary>A message. ToString() is its text; equal messages have equal values, whatever their header numbers.</summary>
+    [NullableContext(1)]
     public abstract class Message : Record
     {
         public abstract int MessageId { get; }

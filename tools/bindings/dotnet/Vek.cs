@@ -4,12 +4,14 @@ using System.Collections.Generic;
 using System.Globalization;
 using System.IO;
 using System.Linq;
+using System.Runtime.CompilerServices;
 using System.Runtime.InteropServices;
 using System.Text;
 
 namespace VekParams
 {
     /// <summary>What is wrong with a message, what a host makes of it, and what puts it right.</summary>
+    [NullableContext(1)]
     public sealed class Problem
     {
         internal Problem(Dictionary<string, object> found)
@@ -55,6 +57,7 @@ namespace VekParams
     }
 
     /// <summary>A text that is no sound message, or values that no message can carry.</summary>
+    [NullableContext(1)]
     public sealed class MessageException : FormatException
     {
         internal MessageException(string words, string path) : base(words)
@@ -79,6 +82,7 @@ namespace VekParams
     }
 
     /// <summary>A message in a log, where it stood and what is wrong with it.</summary>
+    [NullableContext(1)]
     public sealed class LogMessage
     {
         private readonly Dictionary<string, object> found;
@@ -127,6 +131,7 @@ namespace VekParams
     }
 
     /// <summary>Messages of laser exposure devices: read, checked, and found in logs.</summary>
+    [NullableContext(1)]
     public static partial class Vek
     {
         private static readonly Dictionary<int, Func<Message>> Makers = new Dictionary<int, Func<Message>>();

@@ -10,6 +10,7 @@ TYPES = {"real": "double", "text": "string", "wide": "string", "flag": "bool"}
 HEAD = """// The messages, their nested records and their enumerations. Made by the build from the declarations.
 using System;
 using System.Collections.Generic;
+using System.Runtime.CompilerServices;
 
 namespace VekParams
 {{
@@ -58,6 +59,7 @@ class _CSharp:
     def record(self, record: Record) -> str:
         is_message = record.id is not None
         text = about(record.about or f"A nested record: {record.record}.", "    ")
+        text += "    [NullableContext(1)]\n"
         text += f"    public sealed class {record.name} : {'Message' if is_message else 'Record'}\n    {{\n"
         if is_message:
             text += (f"        public const int TypeId = {record.id};\n\n        public override int MessageId => TypeId;\n\n"
@@ -76,6 +78,8 @@ class _CSharp:
         if member.counts:
             of = next(one for one in record.members if one.key == member.counts[0])
             return text + f"        public int {name} => {self.name(record, of)}?.Count ?? 0;\n\n"
+        if member.is_optional and not self.is_value(member):
+            text += f"        [Nullable({'2, 1' if member.is_list else '2'})]\n"
         return text + f"        public {self.type(member)} {name} {{ get; set; }}{self.default(member)}\n\n"
 
     def plain(self, member: Member) -> str:
@@ -86,8 +90,11 @@ class _CSharp:
     def type(self, member: Member) -> str:
         if member.is_list:
             return f"List<{self.plain(member)}>"
-        is_value = member.kind in ("real", "whole", "flag", "word")
-        return self.plain(member) + ("?" if member.is_optional and is_value else "")
+        return self.plain(member) + ("?" if member.is_optional and self.is_value(member) else "")
+
+    @staticmethod
+    def is_value(member: Member) -> bool:
+        return member.kind in ("real", "whole", "flag", "word") and not member.is_list
 
     def literal(self, member: Member, default: Any) -> str:
         if member.kind == "word":
@@ -126,7 +133,7 @@ class _CSharp:
         call = {"real": "Real", "whole": "Whole", "text": "Text", "wide": "Text", "flag": "Flag", "word": "Word",
                 "record": "Record"}[member.kind] + ("s" if member.is_list else "")
         value = name
-        if member.is_optional and member.kind in ("real", "whole", "flag", "word"):
+        if member.is_optional and self.is_value(member):
             value += ".Value"
         if member.kind == "word":
             value = f"(int){value}, {member.of}Words.All"
