@@ -90,6 +90,11 @@ class Conformance(unittest.TestCase):
             (lambda: vek.DeviceState(1 << 31), vek.MessageError, "DEVICE_STATE"),
             (lambda: vek.ExposeResolution(laser_intensity=40000), vek.MessageError, "LASER_INTENSITY"),
             (lambda: vek.Media(type=vek.Transport.SHEET), TypeError, "TYPE"),
+            (lambda: vek.Media(type="mediaPlate_e"), TypeError, "TYPE: 'mediaPlate_e' is no MediaType; did you mean MediaType.PLATE?"),
+            (lambda: vek.DeviceStatus(msgs=(one for one in "ab")), TypeError, "MSGS: <generator"),
+            (lambda: vek.parse(None), TypeError, "str or bytes, not NoneType"),
+            (lambda: vek.messages(None), TypeError, "not NoneType"),
+            (lambda: vek.frame(b"", 4112), TypeError, "such as vek.FocusValue"),
             (lambda: vek.CassetteArray([vek.Cassette(), vek.Cassette(media_position=None)]), TypeError,
              "ARRAY_CASSETTE[1].MEDIA_POSITION"),
             (lambda: vek.DeviceStatus(msgs=["x"] * 11), vek.MessageError, "MSGS[10]"),
@@ -105,6 +110,8 @@ class Conformance(unittest.TestCase):
             vek.FocusValue().focus_valeu = 1.0  # type: ignore[attr-defined]
         with self.assertRaises(TypeError):
             next(vek.messages(io.StringIO("x")))  # type: ignore[arg-type]
+        focus = bytearray(str(vek.FocusValue(focus_value=1.5)).encode())
+        self.assertEqual([vek.parse(focus)], [one.message for one in vek.messages(memoryview(focus))])
         self.assertEqual(str(vek.JobPort("\U0001f600", 1)), "@@4194    59 -1 0 {JOB_NAME={-10179,-8704,0,};JOB_ID=1;}!!")
 
     def test_logs(self) -> None:
@@ -137,6 +144,7 @@ class Conformance(unittest.TestCase):
         frame = vek.frame(LOG, vek.FocusValue)
         self.assertIn("focus_value", frame.columns)
         self.assertGreater(len(frame), 1)
+        self.assertEqual(list(vek.frame(b"", vek.FocusValue).columns), list(frame.columns))
 
 
 class _Pieces(io.RawIOBase):

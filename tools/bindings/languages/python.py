@@ -143,6 +143,8 @@ class _Python:
             more = f", {member.of}" if member.kind in ("word", "record") else ""
             more = f", {member.bits}" if member.kind == "whole" else more
             call = f"out.{member.kind}{'s' if member.is_list else ''}({member.key!r}, {name}{more})"
+            if member.counts:
+                call = f"out.count({member.key!r}, {member.counts[0]!r}, self.{attribute(member.counts[0])})"
             condition = f"self.{attribute(member.range)}" if member.range else f"{name} is not None"
             lines += [f"        if {condition}:", f"            {call}"] if member.range or member.is_optional else [
                 f"        {call}"]

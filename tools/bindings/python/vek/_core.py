@@ -10,7 +10,7 @@ import sys
 import threading
 from typing import Any, Callable, Dict, List, Optional, Tuple, Union
 
-Text = Union[str, bytes]
+Text = Union[str, bytes, bytearray, memoryview]
 
 _BYTE = re.compile(b"\xee(?:\xbe[\x80-\xbf]|\xbf[\x80-\xbf])")
 
@@ -47,6 +47,8 @@ class Problem:
 class MessageError(ValueError):
     """A text that is no sound message, or values that no message can carry."""
 
+    __module__ = "vek"
+
     def __init__(self, words: str, problems: Tuple[Problem, ...] = (), path: str = "") -> None:
         super().__init__(words)
         self.problems = problems
@@ -58,7 +60,13 @@ class MessageError(ValueError):
 
 def as_bytes(text: Text) -> bytes:
     """The bytes of a text; those that are no UTF-8 stand in a str as surrogates."""
-    return text if isinstance(text, bytes) else text.encode("utf-8", "surrogateescape")
+    if isinstance(text, bytes):
+        return text
+    if isinstance(text, str):
+        return text.encode("utf-8", "surrogateescape")
+    if isinstance(text, (bytearray, memoryview)):
+        return bytes(text)
+    raise TypeError(f"a message is str or bytes, not {type(text).__name__}")
 
 
 def bytes_said(text: str) -> bytes:

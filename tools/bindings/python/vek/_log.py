@@ -19,7 +19,7 @@ class ByteStream(Protocol):
     def read(self, size: int) -> bytes: ...
 
 
-Log = Union[str, "os.PathLike[str]", bytes, ByteStream]
+Log = Union[str, "os.PathLike[str]", bytes, bytearray, memoryview, ByteStream]
 
 _BLOCK = 1 << 16
 
@@ -70,8 +70,8 @@ class LogMessage:
 
 
 def _blocks(log: Log) -> Iterator[bytes]:
-    if isinstance(log, bytes):
-        yield log
+    if isinstance(log, (bytes, bytearray, memoryview)):
+        yield bytes(log)
     elif isinstance(log, (str, os.PathLike)):
         with open(log, "rb") as file:
             yield from _blocks(file)
@@ -91,6 +91,12 @@ def messages(log: Log) -> Iterator[LogMessage]:
 
     It finds what `vekmsg json` finds in a log, the damaged ones too.
     """
+    if not isinstance(log, (str, os.PathLike, bytes, bytearray, memoryview)) and not hasattr(log, "read"):
+        raise TypeError(f"a log is a file's name, bytes, or a stream of bytes, not {type(log).__name__}")
+    return _messages(log)
+
+
+def _messages(log: Log) -> Iterator[LogMessage]:
     library = _core.library
     handle = library.vekBindingsOpenLog()
     if not handle:
@@ -115,16 +121,17 @@ def _take(handle: int, block: bytes) -> Iterator[LogMessage]:
 
 def frame(log: Log, of: Type[Message]) -> Any:
     """The messages of one kind as a pandas.DataFrame: time, line, echo, sequence, and a column for each value."""
+    if not (isinstance(of, type) and issubclass(of, Message)):
+        raise TypeError(f"frame() makes rows of a class of messages, such as vek.FocusValue, not of {of!r}")
     pandas = importlib.import_module("pandas")  # where it is there
 
-    rows: List[Dict[str, Any]] = []
-    for found in messages(log):
-        if found.id == of.MESSAGE_ID:
-            message = found.message
-            row = {"time": found.time, "line": found.line, "echo": message.echo, "sequence": message.sequence}
-            _columns(row, "", message)
-            rows.append(row)
-    return pandas.DataFrame(rows)
+    def row(time: Any, line: int, message: Message) -> Dict[str, Any]:
+        values = {"time": time, "line": line, "echo": message.echo, "sequence": message.sequence}
+        _columns(values, "", message)
+        return values
+
+    rows = [row(found.time, found.line, found.message) for found in messages(log) if found.id == of.MESSAGE_ID]
+    return pandas.DataFrame(rows, columns=None if rows else list(row(None, 0, of())))
 
 
 def _columns(row: Dict[str, Any], front: str, record: Record) -> None:

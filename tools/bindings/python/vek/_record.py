@@ -57,9 +57,9 @@ class Writer:
     def _put_list(self, key: str, values: Sequence[str]) -> None:
         self.out.append(f'"{key}":[{",".join(values)}],')
 
-    def _sequence(self, key: str, values: object) -> List[Any]:
+    def _sequence(self, key: str, values: object) -> Sequence[Any]:
         if isinstance(values, (list, tuple)):
-            return list(values)
+            return values
         raise self._wrong(key, values, "list")
 
     def _real(self, key: str, value: object) -> str:
@@ -104,6 +104,9 @@ class Writer:
         found = self._sequence(key, values)
         self._put_list(key, [self._whole(f"{key}[{i}]", one, bits) for i, one in enumerate(found)])
 
+    def count(self, key: str, of: str, values: object) -> None:
+        self._put(key, str(len(self._sequence(of, values))))
+
     def text(self, key: str, value: object) -> None:
         self._put(key, self._text(key, value))
 
@@ -119,7 +122,8 @@ class Writer:
 
     def word(self, key: str, value: object, of: Type[Word]) -> None:
         if not isinstance(value, of):
-            raise self._wrong(key, value, of.__name__)
+            meant = [f"; did you mean {of.__name__}.{one.name}?" for one in of if value in (one.word, one.value)]
+            raise self._wrong(key, value, of.__name__ + "".join(meant[:1]))
         self._put(key, f'"{value.word}"')
 
     def _record(self, key: str, value: object, of: Type[Record]) -> None:
