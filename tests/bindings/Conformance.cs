@@ -99,6 +99,20 @@ internal static class Conformance
             : Encoding.UTF8.GetBytes(text.Substring(i, char.IsHighSurrogate(c) ? 2 : 1))).ToArray();
     }
 
+    private static void Thrown<T>(Func<object> work, string words) where T : Exception
+    {
+        string said = "nothing";
+        try
+        {
+            work();
+        }
+        catch (T error)
+        {
+            said = error.Message;
+        }
+        Expect(said.Contains(words), words + " is not in: " + said);
+    }
+
     private static void Refused(Action action, string path)
     {
         try
@@ -124,6 +138,11 @@ internal static class Conformance
         Refused(() => new DeviceStatus { Msgs = Enumerable.Repeat("x", 11).ToList() }.ToBytes(), "MSGS[10]");
         Refused(() => new CylinderJob { DeviceMediaNameId = new string('x', 256) }.ToBytes(), "DEVICE_MEDIA_NAME_ID");
         Refused(() => new DeviceStatus { Msgs = null }.ToBytes(), "MSGS");
+        Thrown<ArgumentNullException>(() => Vek.Parse((byte[])null), "text");
+        Thrown<ArgumentNullException>(() => Vek.Check((string)null), "text");
+        Thrown<ArgumentNullException>(() => Vek.Messages((Stream)null), "log");
+        Thrown<ArgumentOutOfRangeException>(() => Vek.New(9999), "no class");
+        Thrown<InvalidCastException>(() => Vek.Parse<Media>(new FocusValue().ToBytes()), "4112 is a FocusValue, not a Media");
         Expect(!new DeviceStatus { Msgs = null }.Equals(new DeviceStatus()), "null is no list");
         Expect(new JobPort { JobName = "\U0001F600", JobId = 1 }.ToString() ==
                "@@4194    59 -1 0 {JOB_NAME={-10179,-8704,0,};JOB_ID=1;}!!", "16-bit text");

@@ -34,6 +34,12 @@ namespace VekParams
             return other != null && other.GetType() == GetType() && ((Record)other).Written(false) == Written(false);
         }
 
+        /// <summary>Its values.</summary>
+        public override string ToString()
+        {
+            return Written(false);
+        }
+
         public override int GetHashCode()
         {
             return GetType().GetHashCode();

@@ -74,6 +74,12 @@ namespace VekParams
 
         public string Path { get; }
 
+        /// <summary>The first byte in the message that is wrong; null for values that can't be written.</summary>
+        public int? Start => Problems.Count > 0 ? Problems[0].Start : (int?)null;
+
+        /// <summary>Behind the last byte.</summary>
+        public int? End => Problems.Count > 0 ? Problems[0].End : (int?)null;
+
         /// <summary>What should stand there, when that is known.</summary>
         public string Remedy => Problems.Count > 0 ? Problems[0].Remedy : "";
 
@@ -128,6 +134,11 @@ namespace VekParams
 
         /// <summary>Its values as a host reads them, whatever the problems.</summary>
         public Message Message => message ?? (message = Vek.Made(found, Problems));
+
+        public override string ToString()
+        {
+            return $"message {Id} in line {Line}, {Problems.Count} problems";
+        }
     }
 
     /// <summary>Messages of laser exposure devices: read, checked, and found in logs.</summary>
@@ -149,7 +160,10 @@ namespace VekParams
         /// <summary>A new message with its defaults.</summary>
         public static Message New(int id)
         {
-            return Makers[id]();
+            Func<Message> make;
+            if (!Makers.TryGetValue(id, out make))
+                throw new ArgumentOutOfRangeException(nameof(id), id, "there is no class for messages of this id");
+            return make();
         }
 
         /// <summary>The message that a text is. A MessageException when something is wrong with it; with `damaged`, the
@@ -172,7 +186,18 @@ namespace VekParams
         /// <summary>The same of one kind; an InvalidCastException when it is of another.</summary>
         public static T Parse<T>(string text, bool damaged = false) where T : Message
         {
-            return (T)Parse(text, damaged);
+            return As<T>(Parse(text, damaged));
+        }
+
+        public static T Parse<T>(byte[] text, bool damaged = false) where T : Message
+        {
+            return As<T>(Parse(text, damaged));
+        }
+
+        private static T As<T>(Message message) where T : Message
+        {
+            return message as T ?? throw new InvalidCastException(
+                $"the message of id {message.MessageId} is a {message.GetType().Name}, not a {typeof(T).Name}");
         }
 
         /// <summary>What is wrong with a text, in order of the places.</summary>
@@ -188,6 +213,11 @@ namespace VekParams
 
         /// <summary>The messages of a log, each as soon as it is whole, the damaged ones too.</summary>
         public static IEnumerable<LogMessage> Messages(Stream log)
+        {
+            return In(log ?? throw new ArgumentNullException(nameof(log)));
+        }
+
+        private static IEnumerable<LogMessage> In(Stream log)
         {
             var block = new byte[1 << 16];
             using (var scanner = new Scanner())
@@ -205,8 +235,13 @@ namespace VekParams
         /// <summary>The same of a file.</summary>
         public static IEnumerable<LogMessage> Messages(string path)
         {
+            return In(path ?? throw new ArgumentNullException(nameof(path)));
+        }
+
+        private static IEnumerable<LogMessage> In(string path)
+        {
             using (FileStream log = File.OpenRead(path))
-                foreach (LogMessage found in Messages(log))
+                foreach (LogMessage found in In(log))
                     yield return found;
         }
 
@@ -234,7 +269,7 @@ namespace VekParams
 
     internal sealed class Scanner : IDisposable
     {
-        private IntPtr log = Library.vekBindingsOpenLog();
+        private IntPtr log = Library.Found(Library.vekBindingsOpenLog);
 
         internal IEnumerable<string> Take(byte[] block, int size)
         {
@@ -279,10 +314,27 @@ namespace VekParams
         [DllImport(Name, CallingConvention = CallingConvention.Cdecl)]
         internal static extern void vekBindingsCloseLog(IntPtr log);
 
+        /// <summary>What a call gives, or what is to be done when there is nothing to be called.</summary>
+        internal static T Found<T>(Func<T> call)
+        {
+            try
+            {
+                return call();
+            }
+            catch (DllNotFoundException error)
+            {
+                throw new DllNotFoundException(
+                    "the library vekBindings is not there: put the one for this machine beside the program, out of the folder " +
+                    "runtimes of the package", error);
+            }
+        }
+
         private static int Make(Call call, byte[] text)
         {
+            if (text == null)
+                throw new ArgumentNullException(nameof(text));
             room = room ?? new byte[1 << 16];
-            int size = call(text, (UIntPtr)text.Length, room, (UIntPtr)room.Length);
+            int size = Found(() => call(text, (UIntPtr)text.Length, room, (UIntPtr)room.Length));
             if (size < room.Length)
                 return size;
             room = new byte[size + 1];
@@ -353,6 +405,8 @@ namespace VekParams
 
         internal static byte[] BytesSaid(string text)
         {
+            if (text == null)
+                throw new ArgumentNullException(nameof(text));
             if (!text.Any(IsByte))
                 return Encoding.UTF8.GetBytes(text);
             var bytes = new List<byte>();
