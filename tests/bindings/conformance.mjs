@@ -49,7 +49,8 @@ for (const one of cases) {
   const error = problems.find((each) => each.severity === 'error');
   if (error) {
     ++refused;
-    assert.throws(() => vek.parse(source), { name: 'MessageError', path: error.path, remedy: error.suggestion });
+    const { path, start, end, suggestion } = error;
+    assert.throws(() => vek.parse(source), { name: 'MessageError', path, start, end, remedy: suggestion });
   }
   if (one.again === null) continue;
   message.sequence = (message.sequence + 1) | 0;
@@ -75,7 +76,13 @@ for (const [make, error, path] of [
   ],
   [() => new vek.DeviceStatus({ msgs: Array(11).fill('x') }), vek.MessageError, 'MSGS[10]'],
   [() => new vek.CylinderJob({ deviceMediaNameId: 'x'.repeat(256) }), vek.MessageError, 'DEVICE_MEDIA_NAME_ID'],
-  [() => new vek.FocusValue({ focusValeu: 1 }), TypeError, 'focusValeu'],
+  [() => new vek.FocusValue({ focus_valeu: 1 }), TypeError, 'FocusValue has no member focus_valeu; did you mean focusValue?'],
+  [() => new vek.FocusValue({ mediaName: Buffer.from('x') }), TypeError, 'MEDIA_NAME: Buffer {…} is no text'],
+  [() => new vek.DeviceStatus({ msgs: [, 'x'] }), TypeError, 'MSGS[0]: undefined is no text'],
+  [() => new vek.DeviceInfo({ spinnerSpeed: null }), TypeError, 'SPINNER_SPEED: null is no array'],
+  [() => vek.parse(null), TypeError, 'not null'],
+  [() => vek.parse(new ArrayBuffer(4)), TypeError, 'not ArrayBuffer {…}'],
+  [() => vek.parseAs('@@', vek.Media), TypeError, 'a class of messages first, not "@@"'],
 ])
   assert.throws(
     () => String(make()),
@@ -113,7 +120,7 @@ const wrappings = [
   Buffer.from(words.trimEnd().replaceAll(/.*/g, (line) => (line === '' ? '' : JSON.stringify({ MESSAGE: line, _PID: '7' })))),
 ];
 for (const bytes of wrappings) for (const size of [7, 1000, bytes.length]) assert.deepEqual(await sources(bytes, size), plain);
-await assert.rejects(async () => vek.messages(['text']).next(), TypeError);
+for (const log of [['text'], 'nofile.log', null]) await assert.rejects(async () => vek.messages(log).next(), TypeError);
 
 // The inspector's calls are of the same module, and read the same.
 const { inspector } = vek;

@@ -12,7 +12,7 @@ export async function told(log: ReadableStream<Uint8Array>): Promise<string[]> {
   return words;
 }
 export const remedies: Remedy[] = inspector.remedies(focus.toBytes());
-export const where = (error: unknown) => (error instanceof MessageError ? error.problems.map((one) => one.start) : []);
+export const where = (error: unknown) => (error instanceof MessageError ? [error.start, ...error.problems.map((one) => one.start)] : []);
 // @ts-expect-error a text is no real
 focus.focusValue = 'high';
 // @ts-expect-error no such member

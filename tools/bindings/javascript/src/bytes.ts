@@ -11,6 +11,11 @@ const byteCharacter = (byte: number) => String.fromCharCode(firstByte + (byte & 
 const byByte = (text: string) =>
   text.replaceAll(/[\uef80-\uefff]/g, (character) => Array.from(encoder.encode(character), byteCharacter).join(''));
 
+/** Those of other frames and of test runners too. */
+export function isBytes(value: unknown): value is Uint8Array {
+  return Object.prototype.toString.call(value) === '[object Uint8Array]';
+}
+
 /** Bytes that are UTF-8 as a text; nothing of others. */
 export function decoded(bytes: Uint8Array): string | undefined {
   try {

@@ -45,6 +45,10 @@ export class Problem {
 export class MessageError extends Error {
   override readonly name = 'MessageError';
   readonly path: string;
+  /** The first byte in the message that is wrong; of values that can't be written there is none. */
+  readonly start: number | undefined;
+  /** Behind the last byte. */
+  readonly end: number | undefined;
   /** What should stand there, when that is known. */
   readonly remedy: string;
 
@@ -56,6 +60,8 @@ export class MessageError extends Error {
   ) {
     super(words);
     this.path = problems[0]?.path ?? path;
+    this.start = problems[0]?.start;
+    this.end = problems[0]?.end;
     this.remedy = problems[0]?.remedy ?? '';
   }
 }

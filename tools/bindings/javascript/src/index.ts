@@ -1,9 +1,9 @@
 // Messages of laser exposure devices: read, written, checked, and found in logs.
-import { bytesOf } from './bytes.js';
+import { bytesOf, isBytes } from './bytes.js';
 import { library, MessageError, problemsOf, read, Scanner, type Found, type Problem } from './core.js';
 import { Inspector } from './inspector.js';
 import { messageClasses } from './messages.js';
-import { readInto, type Message } from './record.js';
+import { readInto, shown, type Message } from './record.js';
 
 export { MessageError, Problem } from './core.js';
 export { Inspector } from './inspector.js';
@@ -24,7 +24,11 @@ function made(found: Found, problems: readonly Problem[]): Message {
   return message;
 }
 
-const bytesIn = (text: string | Uint8Array) => (typeof text === 'string' ? bytesOf(text) : text);
+function bytesIn(text: string | Uint8Array): Uint8Array {
+  if (typeof text === 'string') return bytesOf(text);
+  if (!isBytes(text)) throw new TypeError(`a message is a string or a Uint8Array, not ${shown(text)}`);
+  return text;
+}
 
 /**
  * The message that a text is. A MessageError when something is wrong with it; with `damaged`, the values are those that
@@ -43,6 +47,7 @@ export function parse(text: string | Uint8Array, { damaged = false } = {}): Mess
 
 /** The same of one kind: a TypeError when it is of another. */
 export function parseAs<T extends Message>(kind: new () => T, text: string | Uint8Array, options?: { damaged?: boolean }): T {
+  if (typeof kind !== 'function') throw new TypeError(`parseAs() takes a class of messages first, not ${shown(kind)}`);
   const message = parse(text, options);
   if (!(message instanceof kind)) throw new TypeError(`the message is no ${kind.name}, but has the id ${message.messageId}`);
   return message;
@@ -91,14 +96,19 @@ export class LogMessage {
   get message(): Message {
     return (this.#message ??= made(this.#found, this.problems));
   }
+  toString(): string {
+    return `message ${this.id} in line ${this.line}, ${this.problems.length} problems`;
+  }
 }
 
 /** Bytes, or pieces of them as they come: a stream of node or of a page, an array of blocks. */
 export type Log = Uint8Array | Iterable<Uint8Array> | AsyncIterable<Uint8Array> | ReadableStream<Uint8Array>;
 
 async function* blocks(log: Log): AsyncGenerator<Uint8Array> {
-  if (log instanceof Uint8Array) {
+  if (isBytes(log)) {
     yield log;
+  } else if (typeof log !== 'object' || log === null) {
+    throw new TypeError(`a log is bytes or a stream of them, not ${shown(log)}`);
   } else if (Symbol.asyncIterator in log || Symbol.iterator in log) {
     yield* log as AsyncIterable<Uint8Array>;
   } else {
@@ -112,7 +122,7 @@ export async function* messages(log: Log): AsyncGenerator<LogMessage> {
   const scanner = new Scanner();
   try {
     for await (const block of blocks(log)) {
-      if (!(block instanceof Uint8Array)) throw new TypeError('messages() reads bytes: open the log without an encoding');
+      if (!isBytes(block)) throw new TypeError('messages() reads bytes: open the log without an encoding');
       if (block.length > 0) for (const found of scanner.take(block)) yield new LogMessage(found);
     }
     for (const found of scanner.take(new Uint8Array())) yield new LogMessage(found);

@@ -34,12 +34,21 @@ export abstract class Record {
   }
 
   protected assign(values: object): void {
-    Object.assign(Object.seal(this), values);
+    Object.seal(this);
+    for (const name of Object.keys(values)) if (!(name in this)) throw this.missing(name);
+    Object.assign(this, values);
+  }
+
+  // Another spelling, or letters in another order.
+  private missing(name: string): TypeError {
+    const letters = (of: string) => [...of.toLowerCase().replaceAll('_', '')].sort().join('');
+    const meant = this.fields.find((field) => letters(field.name) === letters(name));
+    return new TypeError(`${this.constructor.name} has no member ${name}${meant ? `; did you mean ${meant.name}?` : ''}`);
   }
 
   /** Whether both are of one kind and have equal values. */
-  equals(other: Record): boolean {
-    return other.constructor === this.constructor && JSON.stringify(bodyOf(this)) === JSON.stringify(bodyOf(other));
+  equals(other: Record | null | undefined): boolean {
+    return !!other && other.constructor === this.constructor && JSON.stringify(bodyOf(this)) === JSON.stringify(bodyOf(other));
   }
 }
 
@@ -121,7 +130,7 @@ function written(record: Record, path: string): string {
   for (const field of record.fields) {
     const value = values[field.name],
       at = path + field.key;
-    const isLeftOut = (field.isOptional && value === null) || (field.range && (values[field.range] as unknown[]).length === 0);
+    const isLeftOut = (field.isOptional && value === null) || (field.range && (values[field.range] as unknown[] | null)?.length === 0);
     if (!isLeftOut) members.push(`"${field.key}":${field.isList ? list(field, at, value) : one(field, at, value)}`);
   }
   return `{${members.join(',')}}`;
@@ -129,11 +138,18 @@ function written(record: Record, path: string): string {
 
 function list(field: Field, at: string, values: unknown): string {
   if (!Array.isArray(values)) throw wrong(at, values, 'array');
-  return `[${values.map((value, i) => one(field, `${at}[${i}]`, value)).join(',')}]`;
+  return `[${Array.from(values, (value, i) => one(field, `${at}[${i}]`, value)).join(',')}]`; // holes too
+}
+
+/** A value as an error shows it. */
+export function shown(value: unknown): string {
+  if (typeof value === 'string') return JSON.stringify(value);
+  if (typeof value === 'bigint') return `${value}n`;
+  return typeof value === 'object' && value !== null ? `${value.constructor?.name ?? 'Object'} {…}` : String(value);
 }
 
 function wrong(at: string, value: unknown, expected: string): TypeError {
-  return new TypeError(`${at}: ${typeof value === 'string' ? JSON.stringify(value) : String(value)} is no ${expected}`);
+  return new TypeError(`${at}: ${shown(value)} is no ${expected}`);
 }
 
 function one(field: Field, at: string, value: unknown): string {
