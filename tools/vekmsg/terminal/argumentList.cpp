@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <map>
 #include <type_traits>
 
@@ -33,6 +35,21 @@ std::string whyNoNumber(const std::string &value, std::optional<std::uint64_t> l
     return value + " is no number" + from + (to.empty() && least ? " on" : to);
 }
 
+std::vector<std::string> wordsBetween(char separator, const std::string &given) {
+    return separator == '\0' ? std::vector{given} : CLI::detail::split(given, separator);
+}
+
+// A variable that the shell does not know is no value. The library of arguments leaves out the words that are empty in
+// a list, and takes what comes next when nothing is left.
+std::string whyNoValue(const std::string &given, char separator) {
+    if (given.empty())
+        return "the value is empty";
+    const std::vector<std::string> words = wordsBetween(separator, given);
+    return std::ranges::find(words, std::string()) == words.end()
+               ? std::string()
+               : given + ": a value is empty; it is written A" + separator + "B";
+}
+
 // The library has no room for it in an option.
 std::map<const CLI::Option *, std::string> &allShellWords() {
     static std::map<const CLI::Option *, std::string> words;
@@ -48,17 +65,26 @@ std::string shellWords(const CLI::Option &option) {
 
 template <typename value_t>
 void argumentList_t::add(value_t &value, const argumentWords_t &words) {
-    CLI::Option *option = app.add_option(words.names, value, words.about)->required(words.isRequired);
+    CLI::Option *option;
+    if constexpr (std::is_same_v<value_t, std::vector<std::string>>)
+        option = app.add_option_function<value_t>(
+            words.names,
+            [&value, separator = words.separator](const value_t &given) {
+                value.clear();
+                for (const std::string &some : given)
+                    std::ranges::move(wordsBetween(separator, some), std::back_inserter(value));
+            },
+            words.about);
+    else
+        option = app.add_option(words.names, value, words.about);
+    option->required(words.isRequired);
     if (words.type != nullptr)
         option->type_name(words.type);
     if (words.isAlone)
         option->expected(1);
-    if (words.separator != '\0')
-        option->delimiter(words.separator);
-    // A variable that the shell does not know is no value.
-    option->check(CLI::Validator(
-        [](const std::string &given) { return given.empty() ? std::string("the value is empty") : std::string(); },
-        std::string()));
+    option->check(
+        CLI::Validator([separator = words.separator](const std::string &given) { return whyNoValue(given, separator); },
+                       std::string()));
     if (!words.oneOf.empty())
         option->check(CLI::IsMember(words.oneOf));
     std::string &offered = allShellWords()[option];
