@@ -24,10 +24,10 @@ compareLogs() {
     grep -aoh '@@.*!!' "$folder"/example/*.log >"$log"
     "$vekmsg" json "$log" >"$json"
     printf '| command | MB of a second of processor time |\n|---|--:|\n'
-    row 'vekmsg summary' "$log" "$vekmsg" summary "$log"
-    row 'vekmsg table --keys FOCUS_VALUE,STATUS' "$log" "$vekmsg" table --keys FOCUS_VALUE,STATUS "$log"
-    row 'vekmsg check' "$log" "$vekmsg" check "$log"
-    row 'vekmsg json' "$log" "$vekmsg" json "$log"
+    row 'vekmsg summary' "$log" "$vekmsg" summary --jobs 1 "$log"
+    row 'vekmsg table --keys FOCUS_VALUE,STATUS' "$log" "$vekmsg" table --jobs 1 --keys FOCUS_VALUE,STATUS "$log"
+    row 'vekmsg check' "$log" "$vekmsg" check --jobs 1 "$log"
+    row 'vekmsg json' "$log" "$vekmsg" json --jobs 1 "$log"
     row 'grep -c STATUS=3' "$log" grep -c STATUS=3 "$log"
     row 'sqlite3 .import, a message a row' "$log" \
         sqlite3 -separator $'\x1f' "$folder/sqlite" 'create table messages (message)' ".import $log messages"

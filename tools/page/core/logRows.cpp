@@ -50,16 +50,17 @@ void logRows_t::take(std::string_view block, std::string &out) {
         return;
     foundMessage_t meant;
     meant.text = trimmed(start_);
+    meant.head = readEnvelopeHead(meant.text);
     meant.isDamaged = true;
     meant.offset = static_cast<std::uint64_t>(meant.text.data() - start_.data());
-    meant.line = 1 + static_cast<std::uint64_t>(std::count(std::as_const(start_).data(), meant.text.data(), '\n'));
+    meant.line += static_cast<std::uint64_t>(std::count(std::as_const(start_).data(), meant.text.data(), '\n'));
     message(meant);
 }
 
 void logRows_t::message(const foundMessage_t &found) {
     isFound_ = true;
     // Of a message that no host reads the front alone: a page shall not be kept busy by it.
-    const envelopeHead_t head = readEnvelopeHead(found.text);
+    const envelopeHead_t &head = found.head;
     const bool isTooLong = found.text.size() >= longestReadableMessage;
     tree_.read(isTooLong ? std::string_view() : found.text);
     row_t row{};

@@ -40,7 +40,7 @@ public:
     }
 
     void take(const item_t &item) override {
-        kept_t &kept = latest[readEnvelopeHead(item.text).id.valueOr(-1)];
+        kept_t &kept = latest[item.head.id.valueOr(-1)];
         kept.text = item.text;
         kept.lineHead = item.lineHead;
         kept.file = item.file;

@@ -61,7 +61,7 @@ public:
     }
 
     void take(const item_t &item) override {
-        const envelopeHead_t head = readEnvelopeHead(item.text);
+        const envelopeHead_t &head = item.head;
         const std::int32_t id = head.id.valueOr(-1);
         if (latest_ == nullptr || latestId_ != id) {
             latest_ = &kinds[id];

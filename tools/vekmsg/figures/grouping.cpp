@@ -68,7 +68,7 @@ group_t grouping_t::of(const item_t &item, const timeFinder_t &times) const {
     const bool isKind = column_ == "kind";
     const std::optional<std::string> value = columnOf(item, times, isKind ? "name" : column_);
     if (isKind) {
-        const std::int32_t id = readEnvelopeHead(item.text).id.valueOr(-1);
+        const std::int32_t id = item.head.id.valueOr(-1);
         return {static_cast<double>(id), value->empty() ? std::to_string(id) : *value};
     }
     constexpr std::size_t longest = 200;

@@ -49,7 +49,7 @@ bool isPlaceColumn(std::string_view column) {
 
 bool mayHavePath(const item_t &item, std::string_view path) {
     const std::string_view key = path.substr(0, path.find_first_of(".[#"));
-    const envelopeHead_t head = readEnvelopeHead(item.text);
+    const envelopeHead_t &head = item.head;
     if (!head.hasStartMarker || item.whole.size() != item.text.size() ||
         !std::ranges::all_of(key, &inspect::isWordCharacter))
         return true;

@@ -70,7 +70,7 @@ bool filter_t::isInTime(const logTime_t &time) const {
 }
 
 bool filter_t::passes(const item_t &item) const {
-    if (!ids_.empty() && !isOneOf(ids_, readEnvelopeHead(item.text).id))
+    if (!ids_.empty() && !isOneOf(ids_, item.head.id))
         return false;
     if (since_ || until_) {
         const std::optional<logTime_t> time = times_.in(item.lineHead);

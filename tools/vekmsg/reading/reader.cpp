@@ -39,14 +39,8 @@ void passedOver_t::join(const passedOver_t &later) {
 
 void itemSink_t::message(const inspect::foundMessage_t &found) {
     item_t item;
-    item.offset = found.offset;
-    item.line = found.line;
-    item.column = found.column;
-    item.text = found.text;
+    static_cast<inspect::foundMessage_t &>(item) = found;
     item.stretch = found.text.size();
-    item.before = found.before;
-    item.lineHead = found.lineHead;
-    item.isDamaged = found.isDamaged;
     message(item);
 }
 
@@ -73,7 +67,7 @@ void itemSink_t::message(item_t &item) {
     }
     item.lazy = &lazy_;
     lazy_.reset(item.whole);
-    if (!filter_.passes(item))
+    if (isFiltered_ && !filter_.passes(item))
         return;
     ++taken_;
     task_.take(item);
@@ -139,10 +133,11 @@ void reader_t::readAll(const std::string &name) {
     try {
         begin(name);
         const input_t &input = *input_;
-        const bool isSplit = options_.threads() > 1 && !options_.head && !input.isForm && input.source->isPlain() &&
+        const unsigned threads = options_.threads(input.source->size());
+        const bool isSplit = threads > 1 && name != "-" && !options_.head && !input.isForm && input.source->isPlain() &&
                              input.source->size() > input.start.size() && task_.fork() != nullptr;
         if (isSplit)
-            return readSplit(name);
+            return readSplit(name, threads);
         while (takeBlock()) {
         }
         end();
@@ -253,6 +248,7 @@ void reader_t::takeMeant() {
         return;
     item_t item = input.position;
     item.text = inspect::trimmed(input.start);
+    item.head = readEnvelopeHead(item.text);
     item.stretch = item.text.size();
     const auto before = static_cast<std::size_t>(item.text.data() - input.start.data());
     item.offset += before;
@@ -294,6 +290,7 @@ void reader_t::takePiece(std::string_view piece) {
     const inspect::formResult_t result = inspect::readForm(piece, input_->sink.form, options_.forms);
     if (result.isRead()) {
         item.text = result.text;
+        item.head = readEnvelopeHead(item.text);
         item.isDamaged = isEnvelopeDamaged(item.text);
         item.isRaw = result.isRaw;
         item.stretch = piece.size();
@@ -307,14 +304,13 @@ void reader_t::takePiece(std::string_view piece) {
     status_ = std::max(status_, exitDifferences);
 }
 
-void reader_t::readSplit(const std::string &name) {
+void reader_t::readSplit(const std::string &name, unsigned threads) {
     flush();
-    const splitCounts_t counts =
-        splitFile(name, options_.threads(), filter_, task_, [this](std::string &out, std::uint64_t done) {
-            task_.out.swap(out);
-            flush();
-            progress_.update(done);
-        });
+    const splitCounts_t counts = splitFile(name, threads, filter_, task_, [this](std::string &out, std::uint64_t done) {
+        task_.out.swap(out);
+        flush();
+        progress_.update(done);
+    });
     found_ += counts.found;
     taken_ += counts.taken;
     tell(counts.passedOver);

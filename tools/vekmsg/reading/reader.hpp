@@ -1,7 +1,8 @@
 // reader_t: hands every message of the inputs that passes the filter to a task, and writes what the task puts out.
 //
-// Inputs are read block by block, so memory does not grow with their size. Used by one thread; with --jobs it starts
-// others while a file is read, each with a task of its own.
+// Inputs are read block by block, so memory does not grow with their size. Used by one thread; of a large file it
+// starts others while that is read, each with a task of its own. (What stands open as standard input has one place, and
+// one reader.)
 #pragma once
 
 #include "tools/vekmsg/reading/filter.hpp"
@@ -34,7 +35,7 @@ struct passedOver_t {
 class itemSink_t final : public inspect::messageSink_t {
 public:
     itemSink_t(std::string_view file, const filter_t &filter, task_t &task, std::uint64_t most = UINT64_MAX)
-        : file_(file), filter_(filter), task_(task), most_(most) {}
+        : file_(file), filter_(filter), task_(task), most_(most), isFiltered_(filter.isActive()) {}
 
     void message(const inspect::foundMessage_t &found) override;
     void message(item_t &item);
@@ -60,6 +61,7 @@ private:
     const filter_t &filter_;
     task_t &task_;
     std::uint64_t most_;
+    const bool isFiltered_;
     std::uint64_t end_ = UINT64_MAX;
     std::uint64_t found_ = 0, taken_ = 0;
     std::uint64_t lastEnd_ = 0;
@@ -98,7 +100,7 @@ private:
     void takePiece(std::string_view piece);
     void fail(const usageError_t &error);
     void tell(const passedOver_t &passedOver);
-    void readSplit(const std::string &name);
+    void readSplit(const std::string &name, unsigned threads);
     class followed_t;
     void follow();
     std::uint64_t most() const {

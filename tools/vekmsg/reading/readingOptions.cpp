@@ -57,11 +57,13 @@ void readingOptions_t::declare(argumentList_t &list, bool isStream, bool canSpli
     if (isStream)
         declareFollowing(list);
     if (canSplit)
-        list.add(jobs, {.names = "-j,--jobs",
-                        .about = "Read a plain file on N processors (0: all there are)",
-                        .type = "N",
-                        .least = 0,
-                        .most = 64});
+        list.add(jobs,
+                 {.names = "-j,--jobs",
+                  .about = "Read a plain file on N processors (0: all there are); up to 4 read a large one when it "
+                           "is not said",
+                  .type = "N",
+                  .least = 0,
+                  .most = 64});
 }
 
 readingOptions_t readingOptions_t::ofFile(const std::string &name) const {
@@ -70,8 +72,14 @@ readingOptions_t readingOptions_t::ofFile(const std::string &name) const {
     return one;
 }
 
-unsigned readingOptions_t::threads() const {
-    return jobs > 0 ? static_cast<unsigned>(jobs) : std::max(1U, std::thread::hardware_concurrency());
+// Unasked not on many, each of which takes memory, nor where one is done before others have begun.
+unsigned readingOptions_t::threads(std::uint64_t size) const {
+    constexpr std::uint64_t large = std::uint64_t{4} << 20;
+    constexpr unsigned most = 4;
+    const unsigned all = std::max(1U, std::thread::hardware_concurrency());
+    if (!jobs)
+        return size < large ? 1 : std::min(all, most);
+    return *jobs > 0 ? static_cast<unsigned>(*jobs) : all;
 }
 
 void sourceOption_t::declare(argumentList_t &list) {

@@ -21,7 +21,7 @@ struct readingOptions_t {
     std::optional<std::string> at;    ///< instead of `until`, of who wants the state at a time
     std::optional<std::uint64_t> head;
     bool follows = false;
-    int jobs = 1;                                 ///< 0: as many as there are processors
+    std::optional<std::int32_t> jobs;             ///< 0: as many as there are processors
     std::size_t longest = longestReadableMessage; ///< characters of a message that is read, its NUL included
     inspect::readOptions_t forms;
 
@@ -33,7 +33,8 @@ struct readingOptions_t {
 
     /// The same of one file alone.
     readingOptions_t ofFile(const std::string &name) const;
-    unsigned threads() const;
+    /// How many read a file of this size.
+    unsigned threads(std::uint64_t size) const;
 };
 
 /// What a log is called where rows are made of its messages.

@@ -1,4 +1,4 @@
-// --jobs: a plain file in pieces, a piece a thread, the output in the file's order.
+// A plain file in pieces, a piece a thread, the output in the file's order.
 //
 // A piece is the lines that begin in its part of the file. Its scanner starts at a line; a message that the piece
 // before it carries on into it (one that was wrapped in lines) shows when its turn comes, and it is then read again

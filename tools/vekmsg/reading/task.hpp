@@ -1,11 +1,12 @@
 // What goes from the readers of inputs to the commands: item_t, a message with where it stands, and task_t, what a
 // command does with each of them.
 //
-// An item and what it views are valid during task_t::take() only. A task and its output belong to one thread; with
-// --jobs every piece of a file has a task of its own, and these are joined in the file's order.
+// An item and what it views are valid during task_t::take() only. A task and its output belong to one thread; when
+// several read a file, every piece of it has a task of its own, and these are joined in the file's order.
 #pragma once
 
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/message/tree.hpp"
 
 #include <cstdint>
@@ -35,17 +36,10 @@ private:
     bool isMade_ = false;
 };
 
-struct item_t {
+struct item_t : inspect::foundMessage_t {
     std::string_view file;     ///< as the user named it
-    std::uint64_t offset = 0;  ///< of its first byte in the input
-    std::uint64_t line = 1;    ///< from 1
-    std::uint64_t column = 1;  ///< in bytes, from 1
     std::uint64_t stretch = 0; ///< bytes it takes in the input
-    std::string_view text;     ///< the message
-    std::string_view whole;    ///< with what stands around it in a file that holds it alone, such as a line end
-    std::string_view before;   ///< what stands in front of it on its line
-    std::string_view lineHead; ///< the beginning of its line, where a log has the time
-    bool isDamaged = false;    ///< the envelope
+    std::string_view whole;    ///< the message with what stands around it in a file that holds it alone
     bool isRaw = false;        ///< the form that it was read from wants it as it is
     bool mayGrow = false;      ///< the last one in a file of a log, whose end is not certain unless it stands there
     inspect::form_t form = inspect::form_t::none; ///< it was read from; `none` in a log

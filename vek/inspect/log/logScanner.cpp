@@ -2,7 +2,6 @@
 // might go on in the next block is kept until it is there.
 #include "vek/inspect/log/logScanner.hpp"
 
-#include "vek/api/envelope.hpp"
 #include "vek/inspect/words/lineCount.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -105,12 +104,18 @@ logScanner_t::logScanner_t(const logPosition_t &position)
       offset_(position.offset), line_(position.line), column_(position.column), hasHead_(position.isLineHeadComplete) {}
 
 void logScanner_t::feed(std::string_view block, messageSink_t &sink) {
-    if (kept_.empty()) {
-        kept_ = block.substr(scan(block, false, sink));
-        return;
+    // What was kept gets as much of the block as decides it; the rest is looked at where it stands.
+    while (!kept_.empty() && !block.empty()) {
+        constexpr std::size_t leastStep = 1024;
+        const std::size_t kept = kept_.size();
+        const std::string_view step = block.substr(0, std::max(kept, leastStep));
+        kept_ += step;
+        const std::size_t decided = scan(kept_, false, sink);
+        kept_.erase(0, decided < kept ? decided : kept_.size());
+        block.remove_prefix(decided < kept ? step.size() : decided - kept);
     }
-    kept_ += block;
-    kept_.erase(0, scan(kept_, false, sink));
+    if (!block.empty())
+        kept_ = block.substr(scan(block, false, sink));
 }
 
 void logScanner_t::finish(messageSink_t &sink) {
@@ -122,8 +127,9 @@ void logScanner_t::finish(messageSink_t &sink) {
 std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t &sink) {
     using enum candidate_t::kind_t;
     std::size_t passed = 0;
+    foundMessage_t found;
     for (std::size_t at = 0; (at = findMarker(text, at)) != nowhere;) {
-        const candidate_t candidate = examine(text, at, isLast);
+        const candidate_t candidate = examine(text, at, isLast, found.head);
         if (candidate.kind == other) {
             ++at;
             continue;
@@ -132,9 +138,17 @@ std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t
         passed = at;
         if (candidate.kind == undecided)
             return passed;
-        const std::string_view message = text.substr(at, candidate.end - at);
-        sink.message({message, offset_, line_, column_, before_, head_, candidate.isDamaged});
-        passMessage(message);
+        found.text = text.substr(at, candidate.end - at);
+        if (candidate.isDamaged)
+            found.head = readEnvelopeHead(found.text);
+        found.offset = offset_;
+        found.line = line_;
+        found.column = column_;
+        found.before = before_;
+        found.lineHead = head_;
+        found.isDamaged = candidate.isDamaged;
+        sink.message(found);
+        passMessage(found.text, candidate.isOneLine);
         passed = at = candidate.end;
     }
     const bool isHalf = !isLast && text.ends_with(startMarker[0]) && passed < text.size();
@@ -144,11 +158,12 @@ std::size_t logScanner_t::scan(std::string_view text, bool isLast, messageSink_t
 }
 
 // What the calls read as a message is one, wherever its numbers stand; anything else must begin on one line.
-logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size_t at, bool isLast) {
+logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size_t at, bool isLast,
+                                                envelopeHead_t &head) {
     using enum candidate_t::kind_t;
     const std::string_view window = text.substr(at, memoryBound);
     const bool mayGoOn = !isLast && window.size() < memoryBound;
-    const envelopeHead_t head = readEnvelopeHead(window);
+    head = readEnvelopeHead(window);
     if (mayGoOn && (head.id.end == window.size() || (head.id.isThere && head.length.end == window.size())))
         return {undecided};
     constexpr std::size_t shortest = 8;
@@ -157,8 +172,11 @@ logScanner_t::candidate_t logScanner_t::examine(std::string_view text, std::size
         const std::string_view message = window.substr(0, length - 1); // the length counts a NUL too
         if (message.size() < length - 1 && !isLast)
             return {undecided};
-        if (message.size() == length - 1 && message.ends_with(endMarker))
-            return {candidate_t::kind_t::message, at + message.size(), message.find('\0') != nowhere};
+        if (message.size() == length - 1 && message.ends_with(endMarker)) {
+            const bool isOneLine = isAllBehind(message, '\n'); // then it has no NUL either
+            const bool isDamaged = !isOneLine && message.find('\0') != nowhere;
+            return {candidate_t::kind_t::message, at + message.size(), isDamaged, isOneLine};
+        }
     }
     if (hasIdOnLine(text, at))
         return findDamagedEnd(text, at, isLast);
@@ -216,6 +234,8 @@ void logScanner_t::pass(std::string_view words, messageSink_t &sink) {
         before_.clear();
         hasHead_ = false;
         column_ = 1;
+        if (words.empty())
+            return;
     }
     column_ += words.size();
     if (!hasHead_ && head_.size() < headRoom)
@@ -228,9 +248,9 @@ void logScanner_t::pass(std::string_view words, messageSink_t &sink) {
         before_.erase(0, before_.size() - headRoom);
 }
 
-void logScanner_t::passMessage(std::string_view message) {
+void logScanner_t::passMessage(std::string_view message, bool isOneLine) {
     offset_ += message.size();
-    const std::uint64_t lines = countLines(message);
+    const std::uint64_t lines = isOneLine ? 0 : countLines(message);
     line_ += lines;
     column_ = lines == 0 ? column_ + message.size() : message.size() - message.rfind('\n');
     before_.clear();

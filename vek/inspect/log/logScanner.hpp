@@ -9,6 +9,8 @@
 // bytes is cut with its line. Not safe for concurrent use.
 #pragma once
 
+#include "vek/api/envelope.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -18,9 +20,10 @@ namespace vek::inspect {
 
 struct foundMessage_t {
     std::string_view text;    ///< from "@@" to behind "!!"; valid during the call
+    envelopeHead_t head;      ///< its numbers
     std::uint64_t offset = 0; ///< of its first byte, from the start of the log
-    std::uint64_t line = 0;   ///< that its first byte stands in, from 1
-    std::uint64_t column = 0; ///< the byte in that line, from 1
+    std::uint64_t line = 1;   ///< that its first byte stands in, from 1
+    std::uint64_t column = 1; ///< the byte in that line, from 1
     std::string_view before;  ///< what stands in front of it on its line, from the message before on; its last bytes
     std::string_view
         lineHead;           ///< the first bytes of its line, up to the line's first message: where a log has the time
@@ -92,14 +95,15 @@ private:
         kind_t kind = kind_t::other;
         std::size_t end = 0;
         bool isDamaged = true;
+        bool isOneLine = false; ///< certainly, since it was looked at for other things
     };
 
     std::size_t scan(std::string_view text, bool isLast, messageSink_t &sink);
-    static candidate_t examine(std::string_view text, std::size_t at, bool isLast);
+    static candidate_t examine(std::string_view text, std::size_t at, bool isLast, envelopeHead_t &head);
     static candidate_t findDamagedEnd(std::string_view text, std::size_t at, bool isLast);
     static candidate_t findEndWithoutId(std::string_view text, std::size_t at, bool isLast);
     void pass(std::string_view words, messageSink_t &sink);
-    void passMessage(std::string_view message);
+    void passMessage(std::string_view message, bool isOneLine);
 
     std::string kept_;     // what was not decided yet
     std::string head_;     // the first bytes of the line in hand
