@@ -1,20 +1,27 @@
 #!/usr/bin/env bash
 # Converts for long what a host converts in months: every kind of message, whole and damaged, on four threads, as fast as
 # the machine can. Ends when memory grows, a sequence number is missing or given twice, or a text becomes another one.
-#   soak.sh [HOURS]     2 by default, also 0.1; Ctrl-C ends it sooner
-#   soak.sh once        ten million conversions
+#   soak.sh [HOURS]           2 by default, also 0.1; Ctrl-C ends it sooner
+#   soak.sh once              ten million conversions
+#   soak.sh follow [HOURS]    instead a log that grows and is rotated, followed into archives, with kills and a full disk
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/talk.sh
+target=longRun
+[ "${1:-}" != follow ] || { target=vekmsg && shift; }
 hours=${1:-2}
-if [ "$hours" != once ] && ! awk -v hours="$hours" 'BEGIN { exit !(hours ~ /^[0-9]*[.]?[0-9]+$/ && hours > 0) }'; then
+if [ "$hours$target" != oncelongRun ] && ! awk -v hours="$hours" 'BEGIN { exit !(hours ~ /^[0-9]*[.]?[0-9]+$/ && hours > 0) }'; then
     echo "soak: '$hours' is not once or a number of hours" >&2
     exit 2
 fi
 scripts/packages.sh test
 talk "release: preparing" cmake --preset release -DVEK_TESTS=ON
-talk "release: building" cmake --build --preset release --target longRun
+talk "release: building" cmake --build --preset release --target "$target"
 seconds=0
 [ "$hours" = once ] || seconds=$(awk -v hours="$hours" 'BEGIN { printf "%d", hours * 3600 }')
-build/release/tests/longRun 10000000 "$seconds"
+if [ "$target" = longRun ]; then
+    build/release/tests/longRun 10000000 "$seconds"
+else
+    tests/vekmsg/followed.py build/release/tools/vekmsg/vekmsg examples/device.log "$seconds"
+fi
 echo "No fault in $SECONDS s."

@@ -1,6 +1,7 @@
 // However a text is made, converting it takes time in proportion to its length.
 #include "tests/support/messages.hpp"
 #include "vek/api/envelope.hpp"
+#include "vek/api/framer.hpp"
 #include "vek/api/private/catalogue.hpp"
 #include "vek/text/textField.hpp"
 
@@ -135,6 +136,22 @@ TEST(Cost, OfAStructureIsInProportionToItsText) {
                     expectBounded(message(row.id, body + "};}"));
                 }
     }
+}
+
+// Of a line on which messages begin and never end. A string has up to twice the room that it needs.
+TEST(Cost, OfAFramerIsAMessageAndAPiece) {
+    if (isInstrumented)
+        GTEST_SKIP() << "the sanitizers have an allocator of their own";
+    const std::size_t before = mallinfo2().uordblks;
+    const std::string piece = "@@4118 99999 7 42 {" + std::string(999, 'x');
+    std::size_t most = 0;
+    framer_t framer;
+    for (int i = 0; i < 1000; ++i) {
+        framer.feed(piece, [](const auto &) {});
+        most = std::max(most, mallinfo2().uordblks - before - piece.size());
+    }
+    EXPECT_LE(most, 2 * (99'999 + piece.size()));
+    EXPECT_GE(most, 99'999U);
 }
 #endif
 
