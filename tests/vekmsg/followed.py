@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Follows a log that grows and is rotated into two archives: one loader is let alone, the other one is killed, and its disk
 is full now and then. In the end both archives have each message once and give the log back byte for byte, and the memory
-of the loader that was let alone is what it was after the first tenth.
+of the loader that was let alone is what it was in the first half: by then the cache of a long run is full.
    followed.py VEKMSG SAMPLE-LOG [SECONDS [MESSAGES-A-SECOND [SEED]]]    8 seconds, 400 a second
 Where no small disk can be mounted, it is never full, and that is said.
 """
+import atexit
 import datetime
 import os
 import pathlib
@@ -22,7 +23,7 @@ if "VEK_OWN_MOUNTS" not in os.environ: # what is mounted goes with the process
     if subprocess.run([*mounting, "true"], stderr=subprocess.DEVNULL).returncode == 0:
         os.execvpe(mounting[0], [*mounting, sys.executable, *sys.argv], {**os.environ, "VEK_OWN_MOUNTS": "yes"})
 random.seed(seed)
-folder = pathlib.Path(tempfile.mkdtemp(prefix="followed."))
+folder = pathlib.Path(tempfile.mkdtemp(prefix="followed.")).resolve()
 small = folder / "small"
 small.mkdir()
 log = folder / "device.log"
@@ -41,7 +42,14 @@ def logs():
 
 
 def load(archive, *more):
-    return subprocess.Popen([vekmsg, "load", "--quiet", "--into", archive, *more], stderr=subprocess.PIPE, text=True)
+    loader = subprocess.Popen([vekmsg, "load", "--quiet", "--into", archive, *more], stderr=subprocess.PIPE, text=True)
+    atexit.register(loader.kill)
+    return loader
+
+
+def hasOpened(process):
+    """Of two rotations at once nobody who follows sees the first one's log."""
+    return any(os.path.realpath(link) == str(log) for link in pathlib.Path(f"/proc/{process.pid}/fd").iterdir())
 
 
 def messages(archive):
@@ -82,10 +90,10 @@ def write(file, count):
 
 def disturb(loader):
     """The next loader. One that had no room has ended by itself, or waits; the others are killed."""
-    if canFill and random.random() < 0.3:
+    if canFill and random.random() < 0.5:
         fill()
         write(file, 200)
-        time.sleep(random.random())
+        time.sleep(0.5 + random.random())
     if loader.poll() is None:
         loader.kill()
         count["killed"] += 1
@@ -105,12 +113,14 @@ log.touch()
 calm, other = load(alone, "--follow", log), load(disturbed, "--follow", log)
 file, kept = log.open("ab"), []
 due = 0
+while not hasOpened(calm):
+    time.sleep(0.01)
 while (passed := time.monotonic() - began) < seconds:
     while due < passed * rate:
         write(file, 20)
         due += 20
     happens = random.random() * seconds / 12 # a dozen of each, however long it is; a long one more
-    if happens < 0.05 and file.tell() > 10000:
+    if happens < 0.05 and file.tell() > 10000 and hasOpened(calm):
         file.close()
         log.rename(f"{log}.{count['rotated']:06}")
         count["rotated"] += 1
@@ -130,7 +140,7 @@ if messages(alone) != written:
 for loader in (calm, other):
     loader.kill()
     loader.communicate()
-before, after = max(kept[:len(kept) // 10 + 1]), max(kept[-(len(kept) // 10 + 1):])
+start, before, after = (max(kept[int(len(kept) * first):int(len(kept) * last) + 1]) for first, last in ((0, .1), (0, .5), (.9, 1)))
 for archive in (alone, disturbed):
     if load(archive, *logs()).wait() != 0 or messages(archive) != written:
         wrong(f"{archive.name} has {messages(archive)} of {written} messages")
@@ -141,7 +151,7 @@ for archive in (alone, disturbed):
         wrong(f"{archive.name} does not give the logs back")
 print(f"{written} messages in {count['rotated'] + 1} logs, {count['killed']} kills, {count['full']} times "
       f"{'a full disk, of which ' + str(count['refused']) + ' ended a loader' if canFill else 'a full disk, as none can be mounted'}; "
-      f"memory {before} kB in the first tenth, {after} kB in the last; {seconds} s, seed {seed}")
+      f"memory {start} kB in the first tenth, {before} in the first half, {after} in the last tenth; {seconds} s, seed {seed}")
 if after > before + 4096:
     wrong("memory has grown")
 subprocess.run(["umount", small], stderr=subprocess.DEVNULL)
