@@ -440,6 +440,8 @@ std::string brokenOfDifferences(std::string_view text) {
 }
 
 std::string brokenOfMending(std::string_view text) {
+    while (text.ends_with('\0')) // the rest of a buffer, which goes unasked
+        text.remove_suffix(1);
     const tree_t before(text);
     const mending_t mending = mended(text);
     const tree_t after(mending.text);

@@ -183,7 +183,7 @@ private:
                 add({tree_.envelope().whole.end, tree_.envelope().whole.end}, "}!!");
             } else if (finding.code == findingCode_t::nestedMissing) {
                 add({at, at}, "{");
-            } else if (finding.code == findingCode_t::unbalancedBrace) {
+            } else if (finding.code == findingCode_t::unbalancedBrace && !isBalanced(finding.path)) {
                 add({at, at + 1}, "");
                 constexpr std::size_t most = 100;
                 for (std::uint32_t to = at; isOneOf(at, "{") && to < body.end && all.size() < most; ++to)
@@ -192,6 +192,13 @@ private:
             }
         }
         return all;
+    }
+
+    // Whether as many braces are opened in a value as closed: then none of them is one too many.
+    bool isBalanced(std::string_view path) const {
+        const node_t *const node = tree_.find(path);
+        const std::string_view value = node != nullptr ? tree_.value(*node) : std::string_view();
+        return !value.empty() && std::count(value.begin(), value.end(), '{') == std::count(value.begin(), value.end(), '}');
     }
 
     // Line ends that may be part of a value or not: the length does not tell.

@@ -135,6 +135,8 @@ void appendScalar(jsonAppender_t &json, fieldKind_t kind, std::string_view value
                                                                                : false;
     if (isAsItStands)
         json.ready(value);
+    else if (kind == fieldKind_t::text16 && value.empty()) // a host gets no text, where "" says an empty one
+        json.ready("null");
     else if (kind == fieldKind_t::boolean && (value == "TRUE" || value == "FALSE"))
         json.value(value == "TRUE");
     else if (kind == fieldKind_t::text && hasCodes(value))
