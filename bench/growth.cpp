@@ -157,6 +157,32 @@ std::string repeated(std::string_view part, std::size_t bytes) {
     return text;
 }
 
+/// A body whose pairs, within every record, stand in reverse order.
+std::string reversed(std::string_view list) {
+    std::vector<std::string> items; // what is between separators, with them
+    int depth = 0;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < list.size(); ++at) {
+        depth += list[at] == '{' ? 1 : list[at] == '}' ? -1 : 0;
+        if (depth != 0 || (list[at] != ';' && list[at] != ','))
+            continue;
+        std::string item(list.substr(begin, at + 1 - begin));
+        if (const std::size_t open = item.find('{'); open != std::string::npos) {
+            const std::size_t close = item.rfind('}');
+            item.replace(open + 1, close - open - 1,
+                         reversed(std::string_view(item).substr(open + 1, close - open - 1)));
+        }
+        items.push_back(std::move(item));
+        begin = at + 1;
+    }
+    std::string text;
+    while (!items.empty()) {
+        text += items.back();
+        items.pop_back();
+    }
+    return text.append(list.substr(begin));
+}
+
 /// Makes a copy of a structure and releases it, as hosts do: what its records cost without a text.
 template <class Structure>
 void copy(const void *structure) {
@@ -217,6 +243,14 @@ void hostile() {
     test(4165, copy<vek::ExposeParams>, "{SCREEN_TYPE=1;DRUM_ID=1;...}",
          "{" + repeated("SCREEN_TYPE=1;DRUM_ID=1;", bytes) + "}");
     test(4165, copy<vek::ExposeParams>, "{LD=1e-300;...}", "{LD=" + repeated("123456789", bytes) + "e-300;}");
+    test(4165, copy<vek::ExposeParams>, "{LD=\"\"\"...}", "{LD=" + repeated("\"", bytes) + ";}");
+    test(4171, copy<vek::ColorTable>, "{COLOR_TABLE={{X=1;},...}}",
+         "{COLOR_TABLE={" + repeated("{X=1;},", bytes) + "};}");
+    test(4202, copy<vek::Info>, "{INFO=\\1\\1...}", "{INFO=" + repeated("\1", bytes) + ";}");
+    const std::string cassettes = grown({4101, "ARRAY_CASSETTE", ""}, bytes);
+    const std::size_t begin = cassettes.find('{') + 1;
+    test(4101, copy<vek::CassetteArray>, "cassettes, keys in reverse order",
+         "{" + reversed(std::string_view(cassettes).substr(begin, cassettes.size() - begin - 3)) + "}");
     test(4096, copy<vek::DeviceInfo>, "{{{{...}}}}", repeated("{", bytes / 2) + repeated("}", bytes / 2));
 }
 

@@ -32,6 +32,7 @@ compareLogs() {
     row 'sqlite3 .import, a message a row' "$log" \
         sqlite3 -separator $'\x1f' "$folder/sqlite" 'create table messages (message)' ".import $log messages"
     row 'jq -c . of the JSON' "$json" jq -c . "$json"
+    row 'simdjson reading the JSON' "$json" build/release/bench/jsonLines "$json"
     row 'mlr --json cat of the JSON' "$json" mlr --ijsonl --ojsonl cat "$json"
 }
 
@@ -50,8 +51,8 @@ case ${1:-} in
     ;;
 --logs)
     scripts/packages.sh bench
-    cmake --preset release >/dev/null
-    cmake --build build/release --target vekmsg | tail -n 1
+    cmake --preset release -DVEK_BENCH=ON >/dev/null
+    cmake --build build/release --target vekmsg jsonLines | tail -n 1
     folder=$(mktemp -d)
     trap 'rm -rf "$folder"' EXIT
     compareLogs

@@ -109,8 +109,15 @@ decimal_t readAnyDecimal(const char *at, const char *end) {
         for (++significant; trailingZeros > 0 && significant <= 19; --trailingZeros)
             number.digits *= 10;
         trailingZeros = 0;
-        if (significant <= 19)
+        if (significant > 19) { // long, whatever follows: the rest is counted alone, which takes a fraction of the time
+            const char *const first = at;
+            while (at + 1 != end && isDigit(at[1]))
+                ++at;
+            significant += at - first;
+            decimals += behindPoint ? at - first : 0;
+        } else {
             number.digits = number.digits * 10 + static_cast<std::uint64_t>(*at - '0');
+        }
     }
     number.exponent = number.hasDigits ? readExponent(at, end) - decimals + trailingZeros : 0;
     number.isShort = significant - trailingZeros <= 19;
@@ -232,15 +239,17 @@ bool isReal(std::string_view text) {
 double readReal(std::string_view text) {
     const char *const end = text.data() + text.size();
     const auto [start, isNegative] = skipToDigits(text.data(), end);
+    constexpr std::ptrdiff_t mostUsual = 21; // 19 digits, a point and one more, which shows that there are too many
+    const char *const usualEnd = end - start > mostUsual ? start + mostUsual : end;
     const char *at = start;
     std::uint64_t digits = 0;
-    for (; at != end && isDigit(*at); ++at)
+    for (; at != usualEnd && isDigit(*at); ++at)
         digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
     std::ptrdiff_t length = at - start;
     std::ptrdiff_t decimals = 0;
-    if (at != end && *at == '.') {
+    if (at != usualEnd && *at == '.') {
         const char *const point = at++;
-        for (; at != end && isDigit(*at); ++at)
+        for (; at != usualEnd && isDigit(*at); ++at)
             digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
         decimals = at - point - 1;
         length += decimals;

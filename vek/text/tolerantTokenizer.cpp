@@ -47,6 +47,10 @@ std::string_view tolerantTokenizer_t::bracedToken() {
 // token all the same: its view is empty, but not null as noToken is.
 std::string_view tolerantTokenizer_t::quotedToken() {
     const char *const start = at_ + 1;
+    if (start != end_ && *start == '"') { // texts may be nothing but quotes
+        at_ = start + 1;
+        return {start, 0};
+    }
     const auto *quote = static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
     const char *const behind = quote != nullptr ? quote : end_;
     at_ = quote != nullptr ? quote + 1 : end_;
@@ -57,7 +61,7 @@ std::string_view tolerantTokenizer_t::quotedToken() {
 bool tolerantTokenizer_t::shortPair([[maybe_unused]] std::string_view &first,
                                     [[maybe_unused]] std::string_view &second) {
 #ifdef __SSE2__
-    if (end_ - at_ < characterBlock_t::size)
+    if (end_ - at_ < characterBlock_t::size || *at_ == '"')
         return false;
     const characterBlock_t block(at_);
     const unsigned separatorsHere = block.equalAny(equalsSign, semicolon, comma);
