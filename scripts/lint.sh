@@ -41,7 +41,8 @@ export -f tidy
 # What is compiled here (a peer that is not installed is not); of the fuzzers' build the fuzzers alone.
 compiled() {
     {
-        sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/release/compile_commands.json
+        sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/release/compile_commands.json |
+            grep -v '/tests/front/headers/'
         sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/fuzz/compile_commands.json |
             grep -E "^.{${#PWD}}/(build/lint/fuzz/)?fuzz/"
     } | sort -u
