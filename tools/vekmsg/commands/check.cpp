@@ -4,6 +4,7 @@
 #include "tools/vekmsg/commands/findingNames.hpp"
 #include "tools/vekmsg/commands/optionGroups.hpp"
 #include "tools/vekmsg/reading/reader.hpp"
+#include "tools/vekmsg/terminal/wrapping.hpp"
 #include "vek/inspect/forms/forms.hpp"
 #include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -49,7 +50,7 @@ bool isColumn(char c) {
 class checkTask_t final : public task_t {
 public:
     checkTask_t(const checkArguments_t &arguments, const colours_t &colours)
-        : arguments_(arguments), colours_(colours), width_(isTerminal(1) ? terminalWidth() : 100) {
+        : arguments_(arguments), colours_(colours), width_(pageWidth()), wraps_(isTerminal(1)) {
         for (const std::string &name : arguments.ignored)
             options_.ignored[static_cast<std::size_t>(findingCalled(name, "--ignore "))] = true;
         constexpr std::size_t mostOfMessage = 20;
@@ -80,8 +81,8 @@ public:
             arguments_.isJson ? writeJson(item, tree, spots.of(finding), finding)
                               : write(item, spots.of(finding), finding);
         if (const std::size_t shown = result.findings.size(); shown > 0 && shown < result.count() && !arguments_.isJson)
-            out += joined({item.place(), ": and ", std::to_string(result.count() - shown),
-                           " more in this message; --all shows them\n"});
+            putLine(joined({item.place(), ": and ", std::to_string(result.count() - shown),
+                            " more in this message; --all shows them"}));
     }
 
     std::uint64_t messages = 0, errors = 0, warnings = 0;
@@ -119,25 +120,45 @@ private:
 
     void write(const item_t &item, const spot_t &spot, const finding_t &finding) {
         const bool isError = finding.severity == severity_t::error;
-        out.append(colours_.bold).append(item.file).append(":" + std::to_string(spot.line));
-        out.append(":" + std::to_string(spot.column) + ": ").append(colours_.reset);
-        out.append(isError ? colours_.red : colours_.magenta).append(isError ? "error: " : "warning: ");
-        out.append(colours_.reset).append(colours_.bold).append(finding.message).append(colours_.reset);
-        if (!finding.consequence.empty())
-            out.append(": ").append(finding.consequence);
-        out.append(colours_.dim).append(" [").append(inspect::findingName(finding.code)).append("]");
-        out.append(colours_.reset).append("\n");
+        const std::string_view consequence = finding.consequence;
+        putLine(joined({colours_.bold,
+                        item.file,
+                        ":",
+                        std::to_string(spot.line),
+                        ":",
+                        std::to_string(spot.column),
+                        ": ",
+                        colours_.reset,
+                        isError ? colours_.red : colours_.magenta,
+                        isError ? "error: " : "warning: ",
+                        colours_.reset,
+                        colours_.bold,
+                        finding.message,
+                        colours_.reset,
+                        consequence.empty() ? "" : ": ",
+                        consequence,
+                        colours_.dim,
+                        " [",
+                        inspect::findingName(finding.code),
+                        "]",
+                        colours_.reset}));
         writeLine(spot, finding.place.size(), isError);
         std::string behind = finding.path.empty() ? std::string() : "in " + finding.path;
         if (!finding.suggestion.empty())
             behind += (behind.empty() ? "" : "; ") + inspect::didYouMean(finding.suggestion);
         if (!behind.empty())
-            out.append("  ").append(colours_.dim).append(behind).append(colours_.reset).append("\n");
+            putLine(joined({"  ", colours_.dim, behind, colours_.reset}));
+    }
+
+    // Of a terminal no line is longer than it is wide; for other programs a line is a line.
+    void putLine(std::string line) {
+        constexpr std::size_t indent = 4;
+        out.append(wraps_ ? wrapped(std::move(line), width_, indent) : line).append("\n");
     }
 
     // The line cut to a window, and a caret below.
     void writeLine(const spot_t &spot, std::size_t size, bool isError) {
-        const std::size_t room = std::max<std::size_t>(width_, 40) - 8;
+        const std::size_t room = width_ - 8;
         std::size_t start = 0, end = spot.text.size();
         if (end > room) {
             start = spot.caret > room / 2 ? spot.caret - room / 2 : 0;
@@ -180,6 +201,7 @@ private:
     const checkArguments_t &arguments_;
     const colours_t &colours_;
     const std::size_t width_;
+    const bool wraps_;
     inspect::checkOptions_t options_;
 };
 

@@ -14,7 +14,25 @@ inline std::size_t pageWidth() {
     return isTerminal(1) ? std::max<std::size_t>(terminalWidth(), 40) : 100;
 }
 
-/// The characters of UTF-8 in a text: the columns that they take, but for wide ones.
+/// The size of the sequence of a terminal that stands at a place, such as a colour; 0 when none does.
+inline std::size_t sequenceAt(std::string_view text, std::size_t at) {
+    return text.substr(at).starts_with("\x1b[") ? std::min(text.find('m', at), text.size() - 1) + 1 - at : 0;
+}
+
+/// Where a text's first columns end, of which a character of UTF-8 takes one (wide ones take two in truth), and a
+/// sequence none.
+inline std::size_t endOfColumns(std::string_view text, std::size_t columns) {
+    std::size_t at = 0;
+    for (; at < text.size(); ++at) {
+        if (const std::size_t sequence = sequenceAt(text, at); sequence > 0)
+            at += sequence - 1;
+        else if ((static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U && columns-- == 0)
+            break;
+    }
+    return at;
+}
+
+/// The columns that a text takes.
 inline std::size_t columnsOf(std::string_view text) {
     return static_cast<std::size_t>(
         std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
@@ -29,8 +47,8 @@ inline std::string padded(std::string_view text, std::size_t width, bool isRight
 /// A line broken at blanks, as far as it has any, into lines that fit; those behind the first are indented.
 inline std::string wrapped(std::string line, std::size_t width, std::size_t indent) {
     std::string out;
-    for (std::size_t place;
-         line.size() > width && (place = line.rfind(' ', width)) != std::string::npos && place > indent;) {
+    for (std::size_t end, place; (end = endOfColumns(line, width)) < line.size() &&
+                                 (place = line.rfind(' ', end)) != std::string::npos && place > indent;) {
         out.append(line, 0, line.find_last_not_of(' ', place) + 1).append("\n");
         line.replace(0, place + 1, indent, ' ');
     }
