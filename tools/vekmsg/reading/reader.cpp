@@ -105,7 +105,9 @@ exitCode_t reader_t::statusWithMessages() const {
                  files + " is " + (found_ == 1 ? "not " : "") +
                  "one that you asked for; vekmsg summary shows which there are");
     else
-        complain("no message in " + files + "; a message begins with @@ and its number");
+        complain(inspect::joined({"no message in ", files, "; ",
+                                  encoding_.empty() ? "a message begins with @@ and its number" : "those there ",
+                                  encoding_}));
     return exitDifferences;
 }
 
@@ -233,6 +235,7 @@ void reader_t::end() {
         takeForms(true);
     else
         input_->scanner.finish(input_->sink);
+    lookForEncoding(input_->sink.found());
     takeMeant();
     found_ += input_->sink.found();
     taken_ += input_->sink.taken();
@@ -240,10 +243,15 @@ void reader_t::end() {
     input_.reset();
 }
 
+void reader_t::lookForEncoding(std::uint64_t found) {
+    if (found == 0 && encoding_.empty())
+        encoding_ = inspect::encodingIn(input_->start);
+}
+
 // A small input in which no message was found may be one whose start is damaged.
 void reader_t::takeMeant() {
     input_t &input = *input_;
-    if (input.isForm || input.sink.found() > 0 || input.size != input.start.size() ||
+    if (input.isForm || input.sink.found() > 0 || !encoding_.empty() || input.size != input.start.size() ||
         !inspect::isMeantAsMessage(input.start))
         return;
     item_t item = input.position;
@@ -311,6 +319,7 @@ void reader_t::readSplit(const std::string &name, unsigned threads) {
         flush();
         progress_.update(done);
     });
+    lookForEncoding(counts.found);
     found_ += counts.found;
     taken_ += counts.taken;
     tell(counts.passedOver);

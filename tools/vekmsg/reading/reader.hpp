@@ -96,6 +96,7 @@ private:
     void readAll(const std::string &name);
     void lookForWhole(std::size_t skipped);
     void takeMeant();
+    void lookForEncoding(std::uint64_t found);
     void takeForms(bool isLast);
     void takePiece(std::string_view piece);
     void fail(const usageError_t &error);
@@ -129,6 +130,7 @@ private:
     std::unique_ptr<input_t> input_;
     exitCode_t status_ = exitFine;
     std::uint64_t found_ = 0, taken_ = 0;
+    std::string_view encoding_; // of an input without messages
 };
 
 struct splitCounts_t {

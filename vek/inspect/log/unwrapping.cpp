@@ -8,6 +8,7 @@
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>
+#include <array>
 
 namespace vek::inspect {
 
@@ -67,6 +68,27 @@ wrapping_t wrappingOf(std::string_view start) {
         return order == bigEndian ? wrapping_t::utf16BigEnd : wrapping_t::utf16LittleEnd;
     start = withoutByteOrderMark(start);
     return isJson(start) ? wrapping_t::json : isEscaped(start) ? wrapping_t::escapes : wrapping_t::none;
+}
+
+std::string_view encodingIn(std::string_view start) {
+    struct encoding_t {
+        std::string_view marker, words; // where bytes have other characters, with the id's first ones
+    };
+    static constexpr std::array<encoding_t, 7> encodings{{
+        {"%40%40", "are percent-encoded (%40%40): python3 -c 'import sys, urllib.parse; "
+                   "print(urllib.parse.unquote(sys.stdin.read()))' decodes them"},
+        {"=40=40", "are quoted-printable (=40=40): python3 -m quopri -d decodes them"},
+        {"&#64;&#64;", "are HTML (&#64;&#64;): python3 -c 'import sys, html; print(html.unescape(sys.stdin.read()))' "
+                       "decodes them"},
+        {"QEA0M", "are base64 (QEA0 is @@4): base64 -d decodes them"},
+        {"4040343", "are hexadecimal (404034 is @@4): xxd -r -p decodes them"},
+        {"40 40 34 3", "are bytes of a dump (40 40 34 is @@4): xxd -r decodes them, without offsets xxd -r -p"},
+        {"4040 343", "are bytes of a dump (4040 34 is @@4): xxd -r decodes them, without offsets xxd -r -p"},
+    }};
+    for (const encoding_t &encoding : encodings)
+        if (start.find(encoding.marker) != std::string_view::npos)
+            return encoding.words;
+    return {};
 }
 
 bool showsWhatItIs(std::string_view start) {

@@ -28,6 +28,10 @@ wrapping_t wrappingOf(std::string_view start);
 /// first object.
 bool showsWhatItIs(std::string_view start);
 
+/// How messages are encoded that were not found in a text, when its bytes show it, and what decodes them: "are base64
+/// ..."; else empty.
+std::string_view encodingIn(std::string_view start);
+
 /// Where the value at the start of a text ends; npos when it does not, 0 when it is no JSON.
 std::size_t endOfJson(std::string_view text);
 
