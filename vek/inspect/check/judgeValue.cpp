@@ -309,6 +309,45 @@ valueFinding_t judgeAsItStands(const fieldSchema_t &field, std::string_view valu
     return {};
 }
 
+// Whether the commas of a number stand between thousands.
+bool isOfThousands(std::string_view number) {
+    const std::size_t point = std::min(number.find('.'), number.size()), first = number.find(',');
+    constexpr std::size_t thousand = 3;
+    for (std::size_t comma = first, next; comma < point; comma = next)
+        if (next = std::min(number.find(',', comma + 1), point); next != comma + 1 + thousand)
+            return false;
+    return number.find(',', point) == std::string_view::npos && first <= thousand + 1 && first > 0 &&
+           !number.starts_with('0') && !number.starts_with("-0");
+}
+
+// A number with commas, which end a value where a text has them. One may be the point; in front of three digits it may
+// be of thousands, too.
+void judgeCommas(const fieldSchema_t &field, std::string_view value, valueFinding_t &finding) {
+    const std::size_t comma = value.find(',');
+    if (comma == std::string_view::npos || value.find_first_not_of("-.,0123456789") != std::string_view::npos)
+        return;
+    std::string withPoint(value), plain(value);
+    withPoint[comma] = '.';
+    std::erase(plain, ',');
+    const auto isRight = [&field](const std::string &number) {
+        const valueFinding_t other = judgeAsItStands(field, number);
+        return !other.isThere || other.code == findingCode_t::numberSpelling;
+    };
+    const bool mayBePoint =
+        !isInteger(field.kind) && comma + 1 < value.size() && isDigit(value[comma + 1]) && isRight(withPoint);
+    const bool mayBeThousands = isOfThousands(value) && isRight(plain);
+    if (!mayBePoint && !mayBeThousands)
+        return;
+    finding.code = findingCode_t::decimalComma;
+    finding.isPlain = !mayBePoint || !mayBeThousands;
+    finding.words.message =
+        joined({shownValue(value), mayBeThousands ? " has a comma in it" : " has a comma for its point"});
+    if (finding.isPlain)
+        finding.words.suggestion = mayBePoint ? withPoint : plain;
+    else
+        finding.words.message += joined({"; write ", withPoint, " or ", plain});
+}
+
 } // namespace
 
 valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
@@ -325,6 +364,8 @@ valueFinding_t judgeValue(const fieldSchema_t &field, std::string_view value) {
     if (meant != value && (!other.isThere || other.code == findingCode_t::numberSpelling)) {
         finding.words.suggestion = std::move(meant);
         finding.isPlain = true;
+    } else if (finding.code == findingCode_t::trailingCharacters) {
+        judgeCommas(field, value, finding);
     }
     return finding;
 }
