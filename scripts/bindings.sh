@@ -36,15 +36,16 @@ wheel() {
     (cd "$folder" && VEK_PLATFORM=$1 /usr/bin/python3 -m build --wheel --no-isolation --outdir "$out" .)
 }
 
-# For each width whose build of the Windows libraries is there.
-windowsWheels() {
+# withDlls FUNCTION: for each width whose build of the Windows libraries is there.
+withDlls() {
     local width
     for width in 32 64; do
-        [ -e build/mingw$width/CMakeCache.txt ] || continue
-        cmake --preset mingw$width >/dev/null
-        cmake --build --preset mingw$width --target vekBindings dllHost
-        windowsWheel "$width" build/mingw$width
+        [ ! -e build/mingw$width/CMakeCache.txt ] || "$1" $width build/mingw$width
     done
+}
+dll() {
+    cmake --preset "mingw$1" >/dev/null
+    cmake --build --preset "mingw$1" --target vekBindings dllHost
 }
 windowsWheel() {
     local platform=win32 status=0
@@ -94,22 +95,29 @@ assembly() {
         -out:"$out/dotnet/VekParams.dll" tools/bindings/dotnet/*.cs $build/tools/bindings/dotnet/Messages.cs
 }
 
-# nupkg: with the native libraries that there are.
-nupkg() {
-    local files=("lib/netstandard2.0/VekParams.dll=$out/dotnet/VekParams.dll"
-                 "lib/netstandard2.0/VekParams.xml=$out/dotnet/VekParams.xml") folder file version
+# The native libraries that there are and their notices, as NAME=FILE.
+natives() {
+    local folder file
     local -A folders=([build/release]=linux-x64 [build/mingw32]=win-x86 [build/mingw64]=win-x64)
     for folder in "${!folders[@]}"; do
         for file in $folder/tools/bindings/libvekBindings.so $folder/bin/vekBindings.dll; do
             [ -e "$file" ] || continue
-            files+=("runtimes/${folders[$folder]}/native/$(basename "$file")=$file"
-                    "notices/${folders[$folder]}/NOTICES=$folder/bills/vekBindings/NOTICES"
-                    "notices/${folders[$folder]}/vekBindings.spdx.json=$folder/bills/vekBindings/vekBindings.spdx.json")
+            echo "runtimes/${folders[$folder]}/native/$(basename "$file")=$file"
+            echo "notices/${folders[$folder]}/NOTICES=$folder/bills/vekBindings/NOTICES"
+            echo "notices/${folders[$folder]}/vekBindings.spdx.json=$folder/bills/vekBindings/vekBindings.spdx.json"
         done
     done
-    files+=("copyright=packaging/copyright")
-    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
-    python3 tools/bindings/dotnet/pack.py "$version" "$out/VekParams.$version.nupkg" "${files[@]}"
+    echo "copyright=packaging/copyright"
+}
+version() {
+    sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt
+}
+
+nupkg() {
+    local files
+    mapfile -t files < <(natives)
+    python3 tools/bindings/dotnet/pack.py "$(version)" "$out/VekParams.$(version).nupkg" "${files[@]}" \
+        "lib/netstandard2.0/VekParams.dll=$out/dotnet/VekParams.dll" "lib/netstandard2.0/VekParams.xml=$out/dotnet/VekParams.xml"
 }
 
 # As a host has it: what is in the package, and nothing else.
@@ -132,20 +140,52 @@ testDotnet() {
     rm -rf "$out/bare-dotnet"
 }
 
+pascal() {
+    local folder=$out/pascal name file
+    rm -rf "$folder" "$out"/*.zip
+    mkdir -p "$folder"
+    cp tools/bindings/pascal/*.pas $build/tools/bindings/pascal/VekMessages.pas "$folder/"
+    while IFS='=' read -r name file; do
+        mkdir -p "$(dirname "$folder/$name")"
+        cp "$file" "$folder/$name"
+    done < <(natives)
+    file=$out/vekparams2ascii-pascal-$(version).zip
+    (cd "$folder" && python3 -m zipfile -c "$file" ./*)
+}
+
+# As a program has it: the units compiled with it, and the library beside it.
+testPascal() {
+    local user=$out/pascal-user source
+    rm -rf "$user"
+    mkdir -p "$user"
+    python3 -m zipfile -e "$out"/vekparams2ascii-pascal-*.zip "$user/package"
+    cp "$user"/package/runtimes/linux-x64/native/* "$user/"
+    for source in tests/bindings/conformance.pas examples/pascal/*.pas; do
+        fpc -O2 -vew -Sew -FE"$user" -Fu"$user/package" "$source"
+    done
+    "$user/conformance" "$out/conformance.jsonl" examples/device.log
+    for source in examples/pascal/*.pas; do
+        mv "$user/$(basename "$source" .pas)" "$user/$(basename "$source" .pas).program"
+    done
+    tests/bindings/examples.sh "$user" program env
+    bare pascal "$user"/{libvekBindings.so,four_lines.program}
+    tests/bindings/fourLines.sh "$out/bare-pascal" libc6 -- /tmp/four_lines.program
+    rm -rf "$out/bare-pascal"
+}
+
 typescript() {
     tools/page/node_modules/.bin/tsc "$@"
 }
 
 javascript() {
-    local folder=$out/javascript version
+    local folder=$out/javascript
     rm -rf "$folder" "$out"/*.tgz
     cp -r tools/bindings/javascript "$folder"
     cp $build/tools/bindings/javascript/messages.ts "$folder/src/"
     typescript -p "$folder"
     cp build/page/tools/bindings/vekBindings.wasm "$folder/dist/"
     notices "$folder" build/page
-    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
-    sed -i "s/\"version\": \"0.0.0\"/\"version\": \"$version\"/" "$folder/package.json"
+    sed -i "s/\"version\": \"0.0.0\"/\"version\": \"$(version)\"/" "$folder/package.json"
     (cd "$folder" && npm pack --silent --pack-destination "$out")
 }
 
@@ -180,16 +220,20 @@ step() {
     talk "$words" scripts/bindings.sh "$@"
 }
 
-pythonSteps() {
+pythonAndPascal() {
     rm -f "$out"/*.whl
     step "python: making the wheel" wheel linux_x86_64 $build $build/tools/bindings/libvekBindings.so
     step "python: testing" testPython
     talkShows '^Ran|messages a second|bare Debian'
-    step "python: wheels for Windows" windowsWheels
+    step "python: wheels for Windows" withDlls windowsWheel
     talkShows '^Ran|NOT RUN'
+
+    step "Pascal: making the package" pascal
+    step "Pascal: testing" testPascal
+    talkShows 'messages a second|failures|bare Debian'
 }
 
-otherSteps() {
+dotnetAndJavascript() {
     rm -rf "$out"/*.nupkg "$out/dotnet"
     step ".NET: compiling" assembly
     step ".NET: making the package" nupkg
@@ -218,11 +262,12 @@ talk "bindings: building WebAssembly" cmake --build --preset page --target vekBi
 talk "bindings: building" cmake --build --preset release --target bindings vekConformance vekmsg
 mkdir -p "$out"
 step "bindings: what the library says" conformance
+step "bindings: building for Windows" withDlls dll
 
 # Most steps keep one processor busy.
 status=0
-scripts/bindings.sh pythonSteps >"$out/python.txt" 2>&1 &
-scripts/bindings.sh otherSteps || status=$?
+scripts/bindings.sh pythonAndPascal >"$out/others.txt" 2>&1 &
+scripts/bindings.sh dotnetAndJavascript || status=$?
 wait $! || status=$?
-cat "$out/python.txt"
+cat "$out/others.txt"
 [ $status -eq 0 ]

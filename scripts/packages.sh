@@ -32,7 +32,8 @@ bench)
     ;;
 bindings)
     packages+=("${testing[@]}" python3-build python3-wheel python3-setuptools python3-venv mypy python3-pandas
-               python3-matplotlib mono-mcs mono-runtime libmono-system-core4.0-cil libmono-system-numerics4.0-cil)
+               python3-matplotlib mono-mcs mono-runtime libmono-system-core4.0-cil libmono-system-numerics4.0-cil
+               fp-compiler)
     ;;
 cluster) packages+=(clickhouse-server clickhouse-client zookeeper default-jre-headless curl) ;;
 coverage) packages+=("${testing[@]}" python3) ;;
