@@ -21,6 +21,36 @@ const flags = [
   '--disable-sync',
 ];
 
+// In a page that is slow by so many milliseconds, what a test does not wait for is missing each time, not once in a while:
+// VEK_SLOW=200 node --test tests/page/*.test.mjs
+const slowness = Number(process.env.VEK_SLOW ?? 0);
+
+/** Timers, pictures, what observers see and what workers answer come later by a pause. To be called in the page. */
+function slowDown(pause) {
+  const { setTimeout: wait, setInterval: repeat, requestAnimationFrame: draw } = window;
+  const later =
+    (call) =>
+    (...parameters) =>
+      wait(call, pause, ...parameters);
+  window.setTimeout = (call, milliseconds = 0, ...parameters) => wait(call, milliseconds + pause, ...parameters);
+  window.setInterval = (call, milliseconds = 0, ...parameters) => repeat(call, milliseconds + pause, ...parameters);
+  window.requestAnimationFrame = (call) => wait(() => draw(call), pause);
+  window.cancelAnimationFrame = clearTimeout;
+  const { ResizeObserver: Observer } = window;
+  window.ResizeObserver = class extends Observer {
+    constructor(call) {
+      super(later(call));
+    }
+  };
+  const { get, set } = Object.getOwnPropertyDescriptor(Worker.prototype, 'onmessage');
+  Object.defineProperty(Worker.prototype, 'onmessage', {
+    get,
+    set(call) {
+      set.call(this, later(call));
+    },
+  });
+}
+
 /** The tests run in Chromium, or in the browser that VEK_BROWSER names: firefox. */
 export const isFirefox = process.env.VEK_BROWSER === 'firefox';
 
@@ -72,6 +102,7 @@ export async function withPage(
     });
     const page = Object.assign(await context.newPage(), { downloads });
     if (isFirefox) page.dblclick = doubleClick;
+    if (slowness > 0) await page.addInitScript(slowDown, slowness);
     page.setDefaultTimeout(60_000); // for what the machine may have to do beside
     const wrong = [];
     page.on('pageerror', (error) => wrong.push(error.message));
@@ -88,9 +119,45 @@ export async function withPage(
   }
 }
 
-/** Waits until an element's text has these words; what is shown may be drawn with the next picture. */
+/**
+ * Waits until an element's text has these words, or is as an expression says, and gives it: what is shown may be drawn
+ * with the next picture.
+ */
 export async function says(page, selector, words) {
-  await page.waitForFunction(([at, text]) => document.querySelector(at)?.textContent.includes(text), [selector, words]);
+  const isSaid = ([at, text, flags]) => {
+    const said = document.querySelector(at)?.textContent;
+    const isSo = said !== undefined && (flags === undefined ? said.includes(text) : new RegExp(text, flags).test(said));
+    return isSo && [said];
+  };
+  const wanted = words instanceof RegExp ? [words.source, words.flags] : [words];
+  try {
+    const [said] = await (await page.waitForFunction(isSaid, [selector, ...wanted])).jsonValue();
+    return said;
+  } catch (error) {
+    throw new Error(`${selector} does not say "${words}", but "${await page.textContent(selector)}"`, { cause: error });
+  }
+}
+
+/** Does something and waits until an element says something else than before: gives that. */
+export async function saysElse(page, selector, act) {
+  const before = await page.textContent(selector);
+  await act();
+  const isElse = ([at, said]) => document.querySelector(at).textContent !== said;
+  await page.waitForFunction(isElse, [selector, before]);
+  return page.textContent(selector);
+}
+
+/** Waits until the list says that it has so many messages, in words. */
+export function lists(page, words) {
+  return says(page, '#listCount', new RegExp(`^${words}$`));
+}
+
+/** Opens what a bridge gives. */
+export async function openLine(page, address) {
+  await page.click('#openLive');
+  await page.fill('#liveAddress', address);
+  await page.press('#liveAddress', 'Enter');
+  await page.waitForSelector('#live:not([hidden])');
 }
 
 /** Pastes a text as people do, without a clipboard of the machine. Waits until it is read. */

@@ -1,7 +1,7 @@
 // Hostile text: nothing that stands in a message becomes markup, script, or a request.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { openFile, paste, withPage } from './browser.mjs';
+import { openFile, paste, reading, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const hostile = [
@@ -22,8 +22,8 @@ const kindsOfElements = (page) => page.$$eval('main *, header *', (all) => [...n
 test('messages full of tags and quotes are shown as they are', async () => {
   await withPage(async (page) => {
     await page.click('#openExample');
-    await page.waitForSelector('#messagePanelBody:not([hidden])');
-    const usual = `${await kindsOfElements(page)} b li td th tr`; // of problems and differences
+    await reading(page);
+    const usual = `${await kindsOfElements(page)} b li mark td th tr wbr`; // of problems and differences
     for (const words of hostile) {
       const text = message(
         4112,

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { bridge } from './bridge.mjs';
-import { says, settled, withPage, wouldSave } from './browser.mjs';
+import { openLine, says, settled, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 import { installSerialPort } from './serialPort.mjs';
 
@@ -13,10 +13,7 @@ test('messages of a bridge appear as they come, are held, and one is sent after 
   const { address, received, send, close } = await bridge();
   try {
     await withPage(async (page) => {
-      await page.click('#openLive');
-      await page.fill('#liveAddress', address);
-      await page.press('#liveAddress', 'Enter');
-      await page.waitForSelector('#live:not([hidden])');
+      await openLine(page, address);
       // A message in two pieces is one.
       send(line(1).slice(0, 40));
       send(line(1).slice(40));
@@ -32,6 +29,12 @@ test('messages of a bridge appear as they come, are held, and one is sent after 
 
       await page.click('#liveSend');
       assert.equal(await page.inputValue('#sendText'), focus(4));
+      // Nothing is sent that was not looked at.
+      const isSendable = () => {
+        document.getElementById('sendText').dispatchEvent(new Event('input'));
+        return !document.getElementById('sendNow').disabled;
+      };
+      assert.equal(await page.evaluate(isSendable), false);
       await says(page, '#sendChanges', 'It is sealed already.');
       await page.click('#sendNow');
       assert.equal((await received).toString(), focus(4));
@@ -82,10 +85,7 @@ test('messages of a log that goes on are changed, taken back and saved; nothing 
   const { address, send, close } = await bridge();
   try {
     await withPage(async (page) => {
-      await page.click('#openLive');
-      await page.fill('#liveAddress', address);
-      await page.press('#liveAddress', 'Enter');
-      await page.waitForSelector('#live:not([hidden])');
+      await openLine(page, address);
       send(line(1));
       send(line(2));
       await says(page, '#messageText', 'FOCUS_VALUE=2.5');
@@ -110,6 +110,7 @@ test('messages of a log that goes on are changed, taken back and saved; nothing 
       await edit('@seq', '3');
       await page.press('#editorValue', 'Enter');
       await says(page, '#messages-1', '1 missing');
+      await settled(page);
       assert.equal(await page.locator('#messages .badge.gap').count(), 1);
       await page.keyboard.press('Control+z');
       await page.keyboard.press('Control+z');

@@ -2,10 +2,8 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { chooseMessage, openFile, paste, saved, says, toolPath, treeRows, withPage } from './browser.mjs';
+import { chooseMessage, lists, openFile, paste, saved, says, toolPath, treeRows, withPage } from './browser.mjs';
 import { logLines, message, samples } from './makeLog.mjs';
-
-const listed = (page) => page.textContent('#listCount');
 
 test('a generated log is listed whole, with its gaps and its damaged messages, and filtered', async () => {
   const facts = {};
@@ -16,25 +14,25 @@ test('a generated log is listed whole, with its gaps and its damaged messages, a
       await page.textContent('#summary'),
       `3,000 messages · ${facts.kinds.size} kinds · ${facts.damaged} with errors · ${facts.damaged} damaged · ${facts.gaps} gaps with ${facts.missing} missing`,
     );
-    assert.equal(await listed(page), '3,000 messages');
+    await lists(page, '3,000 messages');
 
     await page.selectOption('#filterKind', '4112');
     const focusCount = facts.kinds.get(4112).toLocaleString('en');
-    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${focusCount} of 3,000 messages`);
+    await lists(page, `${focusCount} of 3,000 messages`);
     await page.selectOption('#filterKind', '');
     await page.selectOption('#filterProblem', 'damaged');
-    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${facts.damaged} of 3,000 messages`);
+    await lists(page, `${facts.damaged} of 3,000 messages`);
     await page.selectOption('#filterProblem', '');
 
     // Words are found in the messages alone, not in what stands in front of them, in any letter case.
     await page.fill('#filterWords', 'plate 1234 OF');
     const wanted = text.split('\n').filter((line) => line.includes('Plate 1234 of')).length;
-    await page.waitForFunction((words) => document.getElementById('listCount').textContent === words, `${wanted} of 3,000 messages`);
+    await lists(page, `${wanted} of 3,000 messages`);
     await page.fill('#filterWords', ' device @@');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '0 of 3,000 messages');
+    await lists(page, '0 of 3,000 messages');
     assert.ok(await page.isVisible('#noMessages'));
     await page.click('#clearFilters');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await lists(page, '3,000 messages');
   });
 });
 
@@ -46,8 +44,7 @@ test('a line says when, which way, what kind and what matters, by columns that p
     `2026-03-03T08:00:02.400 RX ${message(4101, 1, '{ARRAY_CASSETTE={{NAME=a;},{NAME=b;},};}')}`,
   ];
   const cells = (page, index) => page.$$eval(`#messages-${index} > .cell`, (all) => all.map(({ textContent }) => textContent.trim()));
-  const shows = (page, index, last) =>
-    page.waitForFunction(([at, words]) => document.querySelector(`#messages-${at} .values`)?.textContent.trim() === words, [index, last]);
+  const shows = (page, index, last) => says(page, `#messages-${index} .values`, new RegExp(`^\\s*${last}\\s*$`));
   await withPage(async (page) => {
     await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
     await shows(page, 2, 'ARRAY_CASSETTE 2×');
@@ -64,7 +61,7 @@ test('a line says when, which way, what kind and what matters, by columns that p
     await page.uncheck('#columnChoices li:has-text("Direction") input');
     await page.fill('#columnPath', 'ARRAY_CASSETTE[1].NAME');
     await page.press('#columnPath', 'Enter');
-    await page.waitForFunction(() => document.querySelector('#messages-2 .path')?.textContent === 'b');
+    await says(page, '#messages-2 .path', /^b$/);
     await page.reload();
     await page.waitForSelector('body.isReady');
     await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('\n')) });
@@ -83,11 +80,7 @@ test('filters are those of --where, each a chip; the address opens the same view
       .stdout.toString()
       .split('\n')
       .filter(Boolean).length;
-  const counts = (page, count) =>
-    page.waitForFunction(
-      (words) => document.getElementById('listCount').textContent.startsWith(words),
-      `${count.toLocaleString('en')} of 3,000`,
-    );
+  const counts = (page, count) => lists(page, `${count.toLocaleString('en')} of 3,000 messages`);
   const add = async (page, where) => {
     await page.fill('#filterWhere', where);
     await page.press('#filterWhere', 'Enter');
@@ -112,10 +105,10 @@ test('filters are those of --where, each a chip; the address opens the same view
     await page.press('#filterWhere', 'Enter');
     assert.equal(await page.inputValue('#filterWhere'), 'MEDIA_NAME and FOCUS_VALUE');
     await page.waitForSelector('#whereMarks .wrong-error', { state: 'detached' });
-    assert.equal(await page.textContent('#whereProblem'), '');
+    await says(page, '#whereProblem', /^$/);
     await add(page, first);
     await counts(page, asTool(first));
-    assert.equal(await page.textContent('#whereProblem'), '');
+    await says(page, '#whereProblem', /^$/);
     await add(page, second);
     const both = asTool(`(${first}) and ${second}`);
     await counts(page, both);
@@ -135,7 +128,7 @@ test('filters are those of --where, each a chip; the address opens the same view
     await counts(page, asTool(second));
     const address = page.url();
     await page.click('.chip:nth-child(2) .remove');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await lists(page, '3,000 messages');
     await page.goto('about:blank');
     await page.goto(address);
     await page.waitForSelector('body.isReady');
@@ -150,7 +143,7 @@ test('filters are those of --where, each a chip; the address opens the same view
     await page.fill('#viewName', 'high');
     await page.press('#viewName', 'Enter');
     await page.click('#clearFilters');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await lists(page, '3,000 messages');
     await page.click('#views summary');
     await page.click('#viewChoices button');
     await counts(page, both);
@@ -200,10 +193,10 @@ test('files and texts are dropped on the page', async () => {
           document.body.dispatchEvent(new DragEvent(kind, { dataTransfer: data, bubbles: true, cancelable: true }));
       }, fill);
     await drop({ file: `08:00:00 ${samples[0].text}\n08:00:01 ${samples[1].text}\n` });
-    await page.waitForFunction(() => document.getElementById('summary').textContent === '2 messages · 2 kinds');
+    await says(page, '#summary', /^2 messages · 2 kinds$/);
     assert.match(await page.textContent('#fileName'), /^dropped\.log/);
     await drop({ text: samples[2].text });
-    await page.waitForFunction(() => document.getElementById('summary').textContent === '1 message · 1 kind');
+    await says(page, '#summary', /^1 message · 1 kind$/);
   });
 });
 

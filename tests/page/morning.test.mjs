@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { bridge } from './bridge.mjs';
-import { openFile, says, settled, withPage, wouldSave } from './browser.mjs';
+import { openFile, openLine, says, settled, withPage, wouldSave } from './browser.mjs';
 import { filled, today, yesterday } from './morning.mjs';
 
 test('a morning: an empty cassette is found, understood, compared, mended and sent', async () => {
@@ -19,6 +19,7 @@ test('a morning: an empty cassette is found, understood, compared, mended and se
       await page.click('#clearFilters');
       // Why: of what it said last, the cassette has an error.
       await page.click('#stateTab');
+      await says(page, '#stateMoment', '09:12:');
       await page.click('#stateRows button:text("cassette_t")');
       await says(page, '#messageFacts', '09:00:');
       await page.waitForSelector('#problems li[data-code=unknown-key]');
@@ -37,9 +38,7 @@ test('a morning: an empty cassette is found, understood, compared, mended and se
       const log = await wouldSave(page, '#saveLog');
       assert.equal(log, today.buffer.toString().replace('INPUT_CONTNET', 'INPUT_CONTENT'));
       // Sent.
-      await page.click('#openLive');
-      await page.fill('#liveAddress', address);
-      await page.press('#liveAddress', 'Enter');
+      await openLine(page, address);
       await page.click('#liveSend');
       await page.fill('#sendText', filled);
       await says(page, '#sendChanges', 'It is sealed already.');

@@ -1,7 +1,7 @@
 // Seeing: the time line, and numbers plotted over time, read off by pointing, zoomed; a status as bands.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { openFile, says, settled, withPage, wouldSave } from './browser.mjs';
+import { lists, openFile, says, saysElse, settled, withPage, wouldSave } from './browser.mjs';
 import { logLines } from './makeLog.mjs';
 
 const facts = {};
@@ -10,7 +10,11 @@ const log = { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from([.
 async function drawn(page, label, count) {
   await page.fill('#plotKeyName', label);
   await page.press('#plotKeyName', 'Enter');
-  await page.waitForFunction((curves) => document.querySelectorAll('#plotCurves li').length === curves, count);
+  await page
+    .locator('#plotCurves li')
+    .nth(count - 1)
+    .waitFor();
+  await settled(page);
 }
 
 test('the time line says how many there are, goes to messages, and zooms what is listed', async () => {
@@ -20,8 +24,7 @@ test('the time line says how many there are, goes to messages, and zooms what is
     const at = (share) => box.x + 160 + (box.width - 170) * share;
     const y = box.y + 20;
     await page.mouse.move(at(0.5), y);
-    await says(page, '#timeLineWords', ' message');
-    assert.match(await page.textContent('#timeLineWords'), /^2026-03-01 \d\d:\d\d.*: \d+ messages?/);
+    await says(page, '#timeLineWords', /^2026-03-01 \d\d:\d\d.*: \d+ messages?/);
     await page.mouse.click(at(0.5), y);
     const middle = Number((await page.getAttribute('#messages', 'aria-activedescendant')).split('-')[1]);
     assert.ok(middle > 1300 && middle < 1700, `the middle of the time is at message ${middle}`);
@@ -30,11 +33,10 @@ test('the time line says how many there are, goes to messages, and zooms what is
     await page.mouse.down();
     await page.mouse.move(at(0.5), y);
     await page.mouse.up();
-    await page.waitForFunction(() => / of 3,000/.test(document.getElementById('listCount').textContent));
-    const inRange = Number.parseInt(await page.textContent('#listCount'), 10);
+    const inRange = Number.parseInt(await lists(page, '[\\d,]+ of 3,000 messages'), 10);
     assert.ok(inRange > 600 && inRange < 900, `a quarter of the time has ${inRange} messages`);
     await page.click('#wholeTime');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await lists(page, '3,000 messages');
   });
 });
 
@@ -46,6 +48,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
     await drawn(page, 'deviceStatus_t LOW_STATUS', 2);
     await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
     await page.waitForSelector('#plot[aria-label$="bands of STATUS"]');
+    await settled(page);
 
     // The values that keys go through are those of the log, in order.
     await page.focus('#plot');
@@ -59,23 +62,21 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
     }
     assert.ok(read.length > 2);
     assert.deepEqual(read, facts.focus.slice(0, read.length));
-    assert.match(await page.textContent('#plotReading'), /STATUS \d/);
+    await says(page, '#plotReading', /STATUS \d/);
 
     const box = await page.locator('#plot .u-over').boundingBox();
-    await page.mouse.move(box.x + box.width * 0.5, box.y + 50);
-    await says(page, '#plotReading', '2026-03-01 ');
-    assert.match(await page.textContent('#plotReading'), /^2026-03-01 \d\d:\d\d:\d\d/);
-    const whole = await page.textContent('#plotReading');
+    const point = (share) => page.mouse.move(box.x + box.width * share, box.y + 50);
+    const whole = await saysElse(page, '#plotReading', () => point(0.5));
+    assert.match(whole, /^2026-03-01 \d\d:\d\d:\d\d/);
     await page.mouse.move(box.x + box.width * 0.2, box.y + 50);
     await page.mouse.down();
     await page.mouse.move(box.x + box.width * 0.3, box.y + 60);
     await page.mouse.up();
-    assert.ok(await page.isVisible('#plotWhole'));
-    await page.mouse.move(box.x + box.width * 0.5, box.y + 55);
-    const zoomed = await page.textContent('#plotReading');
+    await page.waitForSelector('#plotWhole', { state: 'visible' });
+    const zoomed = await saysElse(page, '#plotReading', () => point(0.5));
     assert.ok(zoomed < whole, 'the middle of the first third is earlier than the middle');
     await page.click('#plotWhole');
-    assert.ok(await page.isHidden('#plotWhole'));
+    await page.waitForSelector('#plotWhole', { state: 'hidden' });
 
     // What is read off is of the places that are drawn, at any moment, and is read anew when they change under the pointer.
     await page.evaluate(() => {
@@ -94,7 +95,7 @@ test('several numbers are plotted, read off by pointing and by keys, and zoomed'
       [],
     );
     await page.click('#plotCurves button');
-    assert.equal(await page.locator('#plotCurves li').count(), 1);
+    await page.locator('#plotCurves li').nth(1).waitFor({ state: 'detached' });
   });
 });
 
@@ -115,7 +116,7 @@ test('plot and time line look at one stretch; a point opens its message; what is
     const box = await page.locator('#plot .u-over').boundingBox();
     await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
     await page.mouse.wheel(0, -240);
-    await page.waitForFunction(() => / of 3,000/.test(document.getElementById('listCount').textContent));
+    await lists(page, '[\\d,]+ of 3,000 messages');
     const seen = await csv();
     assert.ok(seen.length > whole.length / 3 && seen.length < (2 * whole.length) / 3, `${seen.length} of ${whole.length} are in sight`);
     const ends = await page.textContent('#timeLineWords');
@@ -126,7 +127,7 @@ test('plot and time line look at one stretch; a point opens its message; what is
     await page.keyboard.up('Shift');
     assert.equal((await csv()).length, seen.length);
     await page.click('#wholeTime');
-    await page.waitForFunction(() => document.getElementById('listCount').textContent === '3,000 messages');
+    await lists(page, '3,000 messages');
     assert.equal((await csv()).length, whole.length);
 
     const svg = await wouldSave(page, '#plotSvg');
@@ -138,7 +139,7 @@ test('plot and time line look at one stretch; a point opens its message; what is
     await page.press('#filterWhere', 'Enter');
     await page.selectOption('#filterKind', '4112');
     const high = values.filter((value) => value > 1040);
-    await page.waitForFunction((count) => document.getElementById('listCount').textContent === `${count} of 3,000 messages`, high.length);
+    await lists(page, `${high.length} of 3,000 messages`);
     await settled(page);
     assert.equal((await csv()).length, high.length);
 

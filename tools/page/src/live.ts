@@ -203,6 +203,8 @@ export class Live {
   // Says what of it would be sent: as it is sealed.
   async #judge() {
     const message = this.#message;
+    this.#toSend = undefined;
+    byId('sendNow').disabled = true;
     const { bytes, error } = await this.core.seal(message);
     const changes = bytes ? await this.core.sealChanges(message, bytes) : '';
     if (message !== this.#message) return;

@@ -26,6 +26,7 @@ class Page {
   history = new History();
   log?: Log;
   row?: number; // whose message is shown
+  #changing: Promise<void> = Promise.resolve();
   readonly list: MessageList;
   readonly filters: Filters;
   readonly timeLine: TimeLine;
@@ -66,8 +67,8 @@ class Page {
       range: stretch,
     });
     this.detail = new Detail(core, catalogue, findingNames, {
-      edit: (row, bytes) => this.#edit(row, bytes),
-      mendKind: (finding) => this.#mendKind(finding),
+      edit: (row, bytes) => this.#inTurn(() => this.#edit(row, bytes)),
+      mendKind: (finding) => this.#inTurn(() => this.#mendKind(finding)),
       editing: () => this.live.hold(),
     });
     this.panels = makePanels({
@@ -96,8 +97,8 @@ class Page {
     });
     byId('cancelReading').addEventListener('click', () => this.log?.cancel());
     byId('saveLog').addEventListener('click', () => this.#saveLog());
-    byId('undoEdit').addEventListener('click', () => busy(this.#undo()));
-    byId('redoEdit').addEventListener('click', () => busy(this.#redo()));
+    byId('undoEdit').addEventListener('click', () => busy(this.#inTurn(() => this.#undo())));
+    byId('redoEdit').addEventListener('click', () => busy(this.#inTurn(() => this.#redo())));
     document.addEventListener('keydown', (event) => this.#key(event));
     byId('plotKey').addEventListener('click', () => this.#plotActive());
     makePrinting(() => ({ log: this.log, model: byId('messagePanelBody').hidden ? undefined : this.detail.model }));
@@ -257,6 +258,13 @@ class Page {
     this.list.focus();
   }
 
+  // Changes are made one after the other, in the order in which people ask for them.
+  #inTurn(change: () => Promise<void>) {
+    const done = this.#changing.then(change);
+    this.#changing = done.catch(() => {});
+    return done;
+  }
+
   async #edit(row: number, bytes: Bytes) {
     if (!this.log) return;
     const described = await this.queue.core.row(bytes);
@@ -331,7 +339,7 @@ class Page {
     const isRedo = key === 'y' || (key === 'z' && event.shiftKey);
     if (!isRedo && key !== 'z') return;
     event.preventDefault();
-    busy(isRedo ? this.#redo() : this.#undo());
+    busy(this.#inTurn(() => (isRedo ? this.#redo() : this.#undo())));
   }
 
   #saveLog() {
