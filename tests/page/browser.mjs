@@ -55,9 +55,10 @@ function slowDown(pause) {
 export const isFirefox = process.env.VEK_BROWSER === 'firefox';
 
 // Debian's Firefox takes commands that newer drivers don't speak any more: it has one of its own, which can't tell it how
-// to show pages, nor fetch what is downloaded.
-const launchFirefox = ({ colorScheme, forcedColors, reducedMotion }, downloads) =>
-  firefoxDriver.firefox.launch({
+// to show pages, nor fetch what is downloaded. Each way of showing them is a browser of its own.
+async function launchFirefox({ colorScheme, forcedColors, reducedMotion }) {
+  const downloads = await mkdtemp(join(tmpdir(), 'vekmsg-'));
+  const browser = await firefoxDriver.firefox.launch({
     channel: 'moz-firefox',
     executablePath: '/usr/bin/firefox-esr',
     firefoxUserPrefs: {
@@ -69,6 +70,31 @@ const launchFirefox = ({ colorScheme, forcedColors, reducedMotion }, downloads) 
       'browser.download.dir': downloads,
     },
   });
+  browser.on('disconnected', () => rm(downloads, { recursive: true }));
+  return { browser, downloads };
+}
+
+const launchChromium = async () => ({ browser: await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags }) });
+
+const idle = 300; // milliseconds after which a browser is closed
+const browsers = new Map(); // by how they show pages
+
+// Calls use() with a browser, the one of before where pages are shown as in that.
+async function withBrowser(looks, use) {
+  const key = isFirefox ? JSON.stringify(looks) : '';
+  const one = browsers.get(key) ?? { launched: isFirefox ? launchFirefox(looks) : launchChromium() };
+  browsers.set(key, one);
+  clearTimeout(one.closing);
+  const launched = await one.launched;
+  try {
+    await use(launched);
+  } finally {
+    one.closing = setTimeout(() => {
+      browsers.delete(key);
+      void launched.browser.close();
+    }, idle);
+  }
+}
 
 // Its driver makes two single clicks of a double one.
 async function doubleClick(selector) {
@@ -89,34 +115,38 @@ export async function withPage(
     forcedColors: isForced ? 'active' : 'none',
     reducedMotion: isStill ? 'reduce' : 'no-preference',
   };
-  const downloads = isFirefox ? await mkdtemp(join(tmpdir(), 'vekmsg-')) : undefined;
-  const browser = isFirefox
-    ? await launchFirefox(looks, downloads)
-    : await chromium.launch({ executablePath: '/usr/bin/chromium', args: flags });
-  try {
+  await withBrowser(looks, async ({ browser, downloads }) => {
     const context = await browser.newContext({
       ...(isFirefox ? {} : looks),
       viewport: { width, height },
       deviceScaleFactor: scale,
       acceptDownloads: true,
     });
-    const page = Object.assign(await context.newPage(), { downloads });
-    if (isFirefox) page.dblclick = doubleClick;
-    if (slowness > 0) await page.addInitScript(slowDown, slowness);
-    page.setDefaultTimeout(60_000); // for what the machine may have to do beside
-    const wrong = [];
-    page.on('pageerror', (error) => wrong.push(error.message));
-    page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
-    const isSocket = (request) => request.headers()['sec-websocket-version'] !== undefined; // Firefox tells of them, too
-    page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || isSocket(request) || wrong.push(request.url()));
-    await page.goto(`file://${pagePath}`);
-    await page.waitForSelector('body.isReady');
-    await use(page);
-    if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
-  } finally {
-    await browser.close();
-    if (downloads) await rm(downloads, { recursive: true });
-  }
+    try {
+      const page = Object.assign(await context.newPage(), { downloads });
+      const wrong = noteWrong(page);
+      if (isFirefox) page.dblclick = doubleClick;
+      await page.addInitScript(installHelp);
+      if (slowness > 0) await page.addInitScript(slowDown, slowness);
+      page.setDefaultTimeout(60_000); // for what the machine may have to do beside
+      await page.goto(`file://${pagePath}`);
+      await page.waitForSelector('body.isReady');
+      await use(page);
+      if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
+    } finally {
+      await context.close();
+    }
+  });
+}
+
+// Keeps what goes wrong in a page from now on.
+function noteWrong(page) {
+  const wrong = [];
+  page.on('pageerror', (error) => wrong.push(error.message));
+  page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
+  const isSocket = (request) => request.headers()['sec-websocket-version'] !== undefined; // Firefox tells of them, too
+  page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || isSocket(request) || wrong.push(request.url()));
+  return wrong;
 }
 
 /**
@@ -244,20 +274,27 @@ async function downloaded(page, selector) {
  */
 export async function wouldSave(page, selector) {
   await settled(page);
-  return page.$eval(selector, async (button) => {
+  return page.evaluate((at) => window.wouldSave(at), selector);
+}
+
+// What tests have in every page.
+function installHelp() {
+  window.wouldSave = async (selector) => {
     const { createObjectURL } = URL;
-    let taken;
-    URL.createObjectURL = (blob) => {
-      taken = blob;
-      return '#';
-    };
+    const { click } = HTMLAnchorElement.prototype;
     HTMLAnchorElement.prototype.click = () => {};
-    button.click();
-    while (!taken) await new Promise((resolve) => setTimeout(resolve));
-    delete HTMLAnchorElement.prototype.click;
+    const taken = new Promise((resolve) => {
+      URL.createObjectURL = (blob) => {
+        resolve(blob);
+        return '#';
+      };
+    });
+    document.querySelector(selector).click();
+    const bytes = new Uint8Array(await (await taken).arrayBuffer());
+    Object.assign(HTMLAnchorElement.prototype, { click });
     URL.createObjectURL = createObjectURL;
-    return Array.from(new Uint8Array(await taken.arrayBuffer()), (byte) => String.fromCharCode(byte)).join('');
-  });
+    return Array.from(bytes, (byte) => String.fromCharCode(byte)).join('');
+  };
 }
 
 /** What has the focus, as a screen reader would say it. */

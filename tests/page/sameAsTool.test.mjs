@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { openFile, settled, toolPath, withPage, wouldSave } from './browser.mjs';
+import { lists, openFile, settled, toolPath, withPage } from './browser.mjs';
 import { samples } from './makeLog.mjs';
 
 // What happens to messages on their way.
@@ -21,6 +21,7 @@ const cases = samples.flatMap(({ name, text }) =>
     .map(([way, damage]) => ({ name: `${name}, ${way}`, isWhole: way === 'as it is', text: damage(text) }))
     .filter((one) => one.isWhole || one.text !== text),
 );
+const atOnce = 100;
 const log = Buffer.from(cases.map(({ text }) => `${text}\n`).join(''), 'latin1');
 
 // What the tool says of the log, as one-byte characters.
@@ -47,69 +48,82 @@ function toolProblems() {
   return found;
 }
 
-function shownProblems(page) {
-  return page.$$eval('#problemPane:not([hidden]) li', (items) =>
-    items.map((item) => {
-      const words = (name) => item.querySelector(`.${name}`)?.textContent ?? '';
-      return [item.dataset.code, words('problemSeverity'), words('problemMessage'), words('problemConsequence'), words('problemMeant')];
-    }),
-  );
-}
-
-async function savedAs(page, form) {
-  await page.selectOption('#formChoice', form);
-  return wouldSave(page, '#saveText');
-}
-
-// What every row of the tree shows.
-async function shownTree(page) {
-  await page.press('#tree', '*');
-  return page.$eval('#tree', async (tree) => {
+// What the page shows of the message at a place of its list and of those behind it, and what it saves of each, sealed at
+// last. In the page: as many calls from outside take minutes.
+async function shownFrom([from, wholes]) {
+  const byId = (id) => document.getElementById(id);
+  const tree = byId('tree');
+  const quiet = () =>
+    new Promise((resolve) => {
+      const look = () => byId('work').hasAttribute('aria-busy') || resolve();
+      new MutationObserver(look).observe(byId('work'), { attributes: true });
+      look();
+    });
+  const press = (target, key) => target.dispatchEvent(new KeyboardEvent('keydown', { key }));
+  const savedAs = async (form) => {
+    byId('formChoice').value = form;
+    byId('formChoice').dispatchEvent(new Event('change'));
+    await quiet();
+    return window.wouldSave('#saveText');
+  };
+  const problemOf = (item) => {
+    const words = (name) => item.querySelector(`.${name}`)?.textContent ?? '';
+    return [item.dataset.code, words('problemSeverity'), words('problemMessage'), words('problemConsequence'), words('problemMeant')];
+  };
+  // What every row shows.
+  const treeRows = () => {
+    press(tree, '*');
     tree.style.height = tree.querySelector('.spacer').style.height; // so that every row is in sight
-    for (let frame = 0; frame < 3; ++frame) await new Promise(requestAnimationFrame);
-    const rows = [...tree.querySelectorAll('.row:not([hidden], [aria-expanded])')].sort(
-      (left, right) => left.dataset.index - right.dataset.index,
-    );
+    tree.dispatchEvent(new Event('scroll'));
+    const rows = [...tree.querySelectorAll('.row:not([hidden], [aria-expanded])')];
+    rows.sort((left, right) => left.dataset.index - right.dataset.index);
     const shown = rows.map((row) => `${row.dataset.path} = ${row.querySelector('.treeValue').textContent}`);
     tree.style.height = '';
     return shown;
-  });
+  };
+  const all = [];
+  for (const [i, isWhole] of wholes.entries()) {
+    if (from + i > 0) press(byId('messages'), 'ArrowDown');
+    await quiet();
+    const problems = [...document.querySelectorAll('#problemPane:not([hidden]) li')].map(problemOf);
+    const one = { problems, tree: isWhole && treeRows(), isOpen: !byId('sealMessage').hidden };
+    for (const form of ['json', 'flat', 'show']) one[form] = await savedAs(form);
+    if (one.isOpen) byId('sealMessage').click();
+    await quiet();
+    one.message = await savedAs('message');
+    all.push(one);
+  }
+  return all;
 }
 
 test('every sample, whole and damaged in every way', { timeout: 600_000 }, async () => {
   const expected = { json: lines(tool('json')).map(withoutPlace), flat: pieces(tool('flat')), show: pieces(tool('show')) };
   const problems = toolProblems();
   const sealed = [];
-  await withPage(async (page) => {
-    await openFile(page, { name: 'messages.log', mimeType: '', buffer: log });
-    await page.waitForFunction((count) => document.getElementById('listCount').textContent === `${count} messages`, cases.length);
-    for (const [at, { name, text, isWhole }] of cases.entries()) {
-      if (at > 0) await page.press('#messages', 'ArrowDown');
+  await withPage(
+    async (page) => {
+      await openFile(page, { name: 'messages.log', mimeType: '', buffer: log });
+      await lists(page, `${cases.length} messages`);
       await settled(page);
-      const offset = cases.slice(0, at).reduce((sum, one) => sum + one.text.length + 1, 0);
-      assert.deepEqual(await shownProblems(page), problems.get(offset) ?? [], name);
-      assert.equal(await savedAs(page, 'json'), expected.json[at], name);
-      const flat = (await savedAs(page, 'flat')).trimEnd();
-      assert.equal(flat, expected.flat[at].trimEnd(), name);
-      assert.equal((await savedAs(page, 'show')).trimEnd(), expected.show[at].trimEnd(), name);
-      // The flat form of a damaged message holds its text; it marks texts of 16-bit characters: u"Spring".
-      if (isWhole)
-        assert.deepEqual(
-          await shownTree(page),
-          lines(
-            Buffer.from(flat, 'latin1')
-              .toString()
-              .replaceAll(/ = u"(.*)"$/gm, ' = $1'),
-          ),
-          name,
-        );
-
-      const isOpen = await page.isVisible('#sealMessage');
-      if (isOpen) await page.click('#sealMessage');
-      const made = await savedAs(page, 'message');
-      // What can't be sealed without losing something stays as it is.
-      if (!isOpen || made !== text) sealed.push(made);
-    }
-    assert.deepEqual(sealed, lines(tool('seal')));
-  });
+      let offset = 0;
+      for (let from = 0; from < cases.length; from += atOnce) {
+        const wholes = cases.slice(from, from + atOnce).map(({ isWhole }) => isWhole);
+        const some = await page.evaluate(shownFrom, [from, wholes]);
+        for (const [i, shown] of some.entries()) {
+          const at = from + i;
+          const { name, text, isWhole } = cases[at];
+          assert.deepEqual(shown.problems, problems.get(offset) ?? [], name);
+          offset += text.length + 1;
+          for (const form of ['json', 'flat', 'show']) assert.equal(shown[form].trimEnd(), expected[form][at].trimEnd(), name);
+          // The flat form of a damaged message holds its text; it marks texts of 16-bit characters: u"Spring".
+          const flat = Buffer.from(shown.flat, 'latin1').toString();
+          if (isWhole) assert.deepEqual(shown.tree, lines(flat.replaceAll(/ = u"(.*)"$/gm, ' = $1')), name);
+          // What can't be sealed without losing something stays as it is.
+          if (!shown.isOpen || shown.message !== text) sealed.push(shown.message);
+        }
+      }
+      assert.deepEqual(sealed, lines(tool('seal')));
+    },
+    { height: 300 },
+  );
 });

@@ -69,11 +69,13 @@ export class TreeView {
   /** Makes a pair the active one, with everything around it open. */
   choose(node: Pair | undefined, isQuiet = false) {
     if (!node) return;
+    const closed: string[] = [];
     for (let at = node; at.parent;) {
       at = this.model.node(at.parent);
-      if (!this.#isOpen(at)) this.#open.set(at.path, true);
+      if (!this.#isOpen(at)) closed.push(at.path);
     }
-    this.#layOut();
+    for (const path of closed) this.#open.set(path, true);
+    if (closed.length > 0) this.#layOut();
     this.#list.activate(this.rows.indexOf(node.at), true);
     if (!isQuiet) this.on.node(node);
   }

@@ -91,14 +91,15 @@ export class VirtualList {
     const top = this.#virtualTop();
     const first = Math.max(0, Math.floor(top / this.#rowHeight) - 4);
     const last = Math.min(this.#count, Math.ceil((top + this.root.clientHeight) / this.#rowHeight) + 4);
+    const shift = this.root.scrollTop - top; // once: read behind a change, it makes the browser lay out anew
     while (this.#rows.length < last - first) this.#addRow();
-    this.#rows.forEach((row, i) => this.#drawRow(row, first + i, last, top));
+    this.#rows.forEach((row, i) => this.#drawRow(row, first + i, last, shift));
     if (this.active >= first && this.active < last) this.root.setAttribute('aria-activedescendant', `${this.#prefix}-${this.active}`);
     else this.root.removeAttribute('aria-activedescendant');
   }
 
   // A row that shows its content already stays as it is, so that two clicks on it are a double click.
-  #drawRow(row: Row, index: number, last: number, top: number) {
+  #drawRow(row: Row, index: number, last: number, shift: number) {
     const { made } = row;
     made.hidden = index >= last;
     if (made.hidden) {
@@ -112,7 +113,7 @@ export class VirtualList {
       made.dataset.index = String(index);
       this.#fill(made, index);
     }
-    made.style.transform = `translateY(${this.root.scrollTop + index * this.#rowHeight - top}px)`;
+    made.style.transform = `translateY(${index * this.#rowHeight + shift}px)`;
     return made.setAttribute('aria-selected', String(index === this.active));
   }
 
