@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/clickhouse/claims.hpp"
 
+#include "tools/vekmsg/load/clickhouse/removal.hpp"
 #include "tools/vekmsg/load/databaseError.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
@@ -38,7 +39,8 @@ std::string listed(std::span<const std::uint64_t> numbers) {
     return text;
 }
 
-// The rows of a log agree with each other in all but how far they were when they were written.
+// The rows of a log agree with each other in all but how far they were when they were written. What stands in the place
+// of one that was taken away is none.
 std::vector<archivedLog_t> claims_t::find(const std::string &condition) {
     std::string columns;
     for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {
@@ -51,6 +53,8 @@ std::vector<archivedLog_t> claims_t::find(const std::string &condition) {
     for (const auto &line : server_.table(inspect::joined(
              {"SELECT ", columns, " FROM sources WHERE source_id GLOBAL IN (SELECT source_id FROM sources WHERE ",
               condition, ") GROUP BY source_id ORDER BY source_id"}))) {
+        if (const std::uint64_t number = std::stoull(line[0]); server_.isReplicated() && number == standInOf(number))
+            continue;
         archivedLog_t &known = found.emplace_back();
         std::size_t at = 0;
         for (const inspect::sourceColumn_t &column : inspect::sourceColumns()) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <set>
 
 namespace vek::tool {
 
@@ -98,8 +99,8 @@ clusterServer_t::clusterServer_t(const std::string &url, bool isPatient)
     : clusterServer_t(httpAddress_t(url), isPatient) {}
 
 clusterServer_t::clusterServer_t(const httpAddress_t &address, bool isPatient)
-    : name_(address.server + "/" + address.path), database_(address.path), client_(address), patience_(firstPatience),
-      isPatient_(false) {
+    : name_(address.server + "/" + address.path), database_(address.path), address_(address), client_(address),
+      patience_(firstPatience), isPatient_(false) {
     if (database_.empty() || database_.find('/') != std::string::npos)
         throw usageError_t(name_ + " names no database; write " + address.server + "/DATABASE");
     for (const auto &[name, value] : address.parameters)
@@ -107,12 +108,15 @@ clusterServer_t::clusterServer_t(const httpAddress_t &address, bool isPatient)
             cluster_ = value;
         else if (name == "replicated" && value == "yes")
             isReplicated_ = true;
+        else if (name == "servers" && !value.empty())
+            servers_ = value;
         else
-            throw usageError_t(
-                inspect::joined({"behind the ? of ", name_, " there may stand cluster=NAME and &replicated=yes, not \"",
-                                 name, "=", value, "\""}));
-    if (isReplicated_ && cluster_.empty())
-        throw usageError_t(name_ + ": write ?cluster=NAME in front of &replicated=yes");
+            throw usageError_t(inspect::joined(
+                {"behind the ? of ", name_,
+                 " there may stand cluster=NAME, &replicated=yes and &servers=HOST:PORT,HOST:PORT, not \"", name, "=",
+                 value, "\""}));
+    if ((isReplicated_ || !servers_.empty()) && cluster_.empty())
+        throw usageError_t(name_ + ": write ?cluster=NAME in front of the other parameters");
     // A distributed table answers when the rows are where they belong, not when it has put them aside.
     always_ = {{"database", database_}, {"insert_distributed_sync", "1"}};
     constexpr unsigned long currentVersion = 23;
@@ -195,12 +199,49 @@ bool clusterServer_t::insert(const std::string &statement, const std::string &st
     return send(settings, statement, answer) == outcome_t::done;
 }
 
+std::vector<std::unique_ptr<clusterServer_t>> clusterServer_t::all() {
+    std::vector<std::string> hosts;
+    if (!cluster_.empty())
+        for (const auto &line : table("SELECT host_name FROM system.clusters WHERE cluster = " + sqlText(cluster_)))
+            hosts.push_back(line[0]);
+    if (!servers_.empty()) {
+        std::vector<std::string> given;
+        for (std::size_t at = 0; at <= servers_.size(); at += given.back().size() + 1)
+            given.push_back(servers_.substr(at, servers_.find(',', at) - at));
+        if (given.size() != hosts.size())
+            throw usageError_t(
+                inspect::joined({name_, ": the cluster ", cluster_, " has ", std::to_string(hosts.size()),
+                                 " servers, and behind servers= there are ", std::to_string(given.size())}));
+        hosts = std::move(given);
+    }
+    if (std::set<std::string>(hosts.begin(), hosts.end()).size() < hosts.size())
+        throw usageError_t(inspect::joined({name_, ": servers of the cluster ", cluster_,
+                                            " have one host; say behind the "
+                                            "address which they are, &servers=HOST:PORT,HOST:PORT,..."}));
+    if (hosts.empty())
+        hosts = {""};
+    std::vector<std::unique_ptr<clusterServer_t>> all;
+    try {
+        for (const std::string &host : hosts)
+            all.push_back(std::unique_ptr<clusterServer_t>(new clusterServer_t(address_.at(host), isPatient_)));
+    } catch (const databaseError_t &error) {
+        throw databaseError_t(
+            inspect::joined({error.what(), "; rows are taken away on all servers of a cluster, which are "
+                                           "asked at this port, or where &servers=HOST:PORT,... says. None was yet; "
+                                           "run it again"}));
+    }
+    return all;
+}
+
 std::vector<std::string> clusterServer_t::running() {
     std::vector<std::string> names;
     const std::string query = "SELECT query_id, initial_query_id FROM ", own = query + "system.processes";
-    for (const auto &line : table(cluster_.empty() ? own
-                                                   : inspect::joined({own, " UNION ALL ", query, "cluster(",
-                                                                      sqlText(cluster_), ", system, processes)"})))
+    // Of a shard not one server is asked but each that is there.
+    const std::string all =
+        inspect::joined({own, " UNION ALL ", query, isCurrent_ ? "clusterAllReplicas(" : "cluster(", sqlText(cluster_),
+                         ", system, processes)",
+                         isCurrent_ ? "" : " SETTINGS max_parallel_replicas = 1000, prefer_localhost_replica = 0"});
+    for (const auto &line : table(cluster_.empty() ? own : all))
         names.insert(names.end(), line.begin(), line.end());
     return names;
 }

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,7 +28,8 @@ std::string sqlText(std::string_view bytes);
 class clusterServer_t {
 public:
     /// `url` is http://HOST:PORT/DATABASE, with ?cluster=NAME when the tables are distributed over a cluster, and with
-    /// &replicated=yes behind it when each shard's servers have all of its rows. Throws
+    /// &replicated=yes behind it when each shard's servers have all of its rows, and &servers=HOST:PORT,... when these
+    /// are not at the same port. Throws
     /// usageError_t when it is not, and databaseError_t when nobody answers there or without such a database.
     /// `isPatient`: it never gives up a server that was there.
     clusterServer_t(const std::string &url, bool isPatient);
@@ -53,6 +55,8 @@ public:
     /// False when it is not known whether it was run, or is running still, or it was in part. Throws like ask().
     bool insert(const std::string &statement, const std::string &structure, std::string_view rows,
                 const std::string &queryName);
+    /// Each server of the cluster by itself, or this one alone. Throws databaseError_t when one does not answer.
+    std::vector<std::unique_ptr<clusterServer_t>> all();
     /// The names of all queries that are running on the server, or on those of the cluster.
     std::vector<std::string> running();
 
@@ -73,6 +77,8 @@ private:
     [[noreturn]] void refuse(const std::string &why) const;
 
     std::string name_, database_, cluster_;
+    const httpAddress_t address_;
+    std::string servers_; // as they are given
     httpClient_t client_;
     std::uint64_t sessions_ = 0;
     std::uint64_t waited_ = 0; // milliseconds, since it last worked

@@ -1,6 +1,7 @@
 #include "tools/vekmsg/load/clickhouse/clusterStore.hpp"
 
 #include "tools/vekmsg/load/clickhouse/migration.hpp"
+#include "tools/vekmsg/load/clickhouse/removal.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "vek/inspect/archive/marks.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
@@ -187,7 +188,7 @@ void clusterStore_t::enter(archivedLog_t &log, bool isNew) {
     }
     while (true) {
         const std::vector<archivedLog_t> known = claims_.find("source_id = " + std::to_string(log.number));
-        if (known.empty() && !entered_.contains(log.number))
+        if (known.empty() && !entered_.contains(log.number) && !wasRemoved(server_, log.number))
             break;
         if (!isNew && !known.empty() && known.front().head() == log.head() &&
             (known.front().first.starts_with(log.first) || log.first.starts_with(known.front().first)))
@@ -313,7 +314,7 @@ void clusterStore_t::commit(bool isLast) {
     if (isLast && !forgotten_.empty()) {
         std::vector<std::string> tables = tableNames();
         tables.insert(tables.end(), {"marks", "sources"});
-        remove(tables, "source_id IN (" + listed(forgotten_) + ")");
+        removal_t(server_, tables).remove("source_id IN (" + listed(forgotten_) + ")");
         forgotten_.clear();
     }
 }
@@ -345,7 +346,8 @@ void clusterStore_t::settle(bool isLast) {
 }
 
 std::int64_t clusterStore_t::all() {
-    return std::stoll(server_.ask("SELECT count() FROM messages"));
+    return std::stoll(server_.ask("SELECT count() FROM messages" +
+                                  std::string(server_.isReplicated() ? " WHERE source_id % 2 = 1" : "")));
 }
 
 // Where rows of a batch may be there already: behind a place in each log, or, of many logs, exactly where these are.
@@ -401,55 +403,14 @@ void clusterStore_t::forget(const archivedLog_t &log) {
 std::int64_t clusterStore_t::removeOlder(const inspect::logTime_t &time) {
     std::string words;
     time.appendTo(words, ' ', inspect::logTime_t::fraction_t::none);
-    const std::string moment = "toDateTime('" + words + "', 'UTC')", condition = "log_time < " + moment;
-    const std::int64_t dropped = server_.cluster().empty() ? dropMonths(moment, condition) : 0;
-    return dropped + remove(tableNames(), condition);
-}
-
-// Whole months at once, where the tables are kept in months and all rows of one are as old as its day says. Gives the
-// number of messages. What comes meanwhile is as old; rows without a time are those of the first month of all.
-std::int64_t clusterStore_t::dropMonths(const std::string &moment, const std::string &condition) {
-    std::string months;
-    for (const auto &line :
-         server_.table("SELECT name FROM system.tables WHERE partition_key = 'toYYYYMM(log_date)' AND "
-                       "database = " +
-                       sqlText(server_.database())))
-        if (const std::vector<std::string> own = tableNames(); std::ranges::find(own, line[0]) != own.end())
-            months.append(months.empty() ? "" : " UNION ALL ")
-                .append(inspect::joined({"SELECT '", line[0], "', toYYYYMM(log_date) AS month, count() AS rows FROM ",
-                                         sqlName(line[0]), " WHERE month > 197001 AND month < toYYYYMM(", moment,
-                                         ") GROUP BY month HAVING rows = sum(", condition, ")"}));
-    std::int64_t messages = 0;
-    if (!months.empty())
-        for (const auto &line : server_.table(months)) {
-            messages += line[0] == "messages" ? std::stoll(line[2]) : 0;
-            server_.ask(inspect::joined({"ALTER TABLE ", sqlName(line[0]), " DROP PARTITION ", line[1]}));
-        }
-    return messages;
-}
-
-// Gives the number of messages. A server takes its time for it; what was asked for is done also when it is stopped.
-std::int64_t clusterStore_t::remove(const std::vector<std::string> &tables, const std::string &condition) {
-    if (!server_.cluster().empty())
-        throw databaseError_t(server_.name() +
-                              ": rows of a cluster are taken away on each server: ALTER TABLE "
-                              "messages_local DELETE WHERE " +
-                              condition + ", and so in the other tables");
-    std::string counts;
-    for (const std::string &table : tables)
-        counts.append(counts.empty() ? "" : " UNION ALL ")
-            .append(inspect::joined({"SELECT '", table, "', count() FROM ", sqlName(table), " WHERE ", condition}));
-    std::int64_t messages = 0;
-    for (const auto &line : server_.table(counts))
-        if (line[1] != "0") {
-            messages += line[0] == "messages" ? std::stoll(line[1]) : 0;
-            server_.ask(inspect::joined({"ALTER TABLE ", sqlName(line[0]), " DELETE WHERE ", condition}));
-        }
-    constexpr unsigned pause = 100; // milliseconds
-    while (server_.ask("SELECT count() FROM system.mutations WHERE is_done = 0 AND database = " +
-                       sqlText(server_.database())) != "0\n")
-        sleepMilliseconds(pause);
-    return messages;
+    try {
+        return removal_t(server_, tableNames()).removeOlder("toDateTime('" + words + "', 'UTC')");
+    } catch (const databaseError_t &error) {
+        if (!server_.isPatient())
+            throw;
+        complain(error.what() + std::string("; nothing more is taken away for an hour"));
+        return 0;
+    }
 }
 
 } // namespace vek::tool

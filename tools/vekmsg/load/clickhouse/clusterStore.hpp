@@ -74,8 +74,6 @@ private:
     void send(table_t &table);
     void settle(bool isLast);
     std::vector<std::string> tableNames() const;
-    std::int64_t dropMonths(const std::string &moment, const std::string &condition);
-    std::int64_t remove(const std::vector<std::string> &tables, const std::string &condition);
 
     clusterServer_t server_;
     claims_t claims_{server_};

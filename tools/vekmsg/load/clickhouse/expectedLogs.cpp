@@ -91,20 +91,21 @@ void expectedLogs_t::keep(const coming_t &one, std::uint64_t newNumber, const kn
     expected.found.push_back(known.like(one.log));
 }
 
-// The new numbers that another log has already, or of whose messages another log has some.
+// The new numbers that another log has already, or had once, or of whose messages another log has some.
 std::set<std::uint64_t> expectedLogs_t::doubtful(std::span<const coming_t *const> logs) {
-    std::vector<std::uint64_t> numbers;
+    std::vector<std::uint64_t> numbers, standIns;
     std::multimap<std::int64_t, std::uint64_t> marks;
     for (const coming_t *one : logs) {
         numbers.push_back(newNumberOf(one->log));
+        standIns.push_back(standInOf(numbers.back()));
         for (const std::int64_t mark : one->marks)
             marks.emplace(mark, numbers.back());
     }
     std::set<std::uint64_t> others;
     if (!numbers.empty())
-        for (const auto &line :
-             server_.table("SELECT DISTINCT source_id FROM sources WHERE source_id IN (" + listed(numbers) + ")"))
-            others.insert(std::stoull(line[0]));
+        for (const auto &line : server_.table(joined({"SELECT DISTINCT source_id FROM sources WHERE source_id IN (",
+                                                      listed(numbers), ", ", listed(standIns), ")"})))
+            others.insert(std::stoull(line[0]) | 1);
     constexpr std::size_t atOnce = 5000;
     for (auto at = marks.begin(); at != marks.end();) {
         std::string some;

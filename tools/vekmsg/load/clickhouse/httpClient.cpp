@@ -65,6 +65,20 @@ httpAddress_t::httpAddress_t(const std::string &text) {
     }
 }
 
+httpAddress_t httpAddress_t::at(const std::string &host) const {
+    httpAddress_t other = *this;
+    const auto portOf = [](std::string_view name) { // where it begins
+        const std::size_t port = name.rfind(':');
+        return port == name.npos || name.find(']', port) != name.npos || name.substr(port).starts_with("://")
+                   ? name.size()
+                   : port;
+    };
+    const std::size_t begin = server.find("//") + 2, port = portOf(server);
+    if (!host.empty())
+        other.server = server.substr(0, begin) + host + (portOf(host) == host.size() ? server.substr(port) : "");
+    return other;
+}
+
 struct httpClient_t::connection_t {
     struct releaser_t {
         void operator()(CURL *curl) const { curl_easy_cleanup(curl); }

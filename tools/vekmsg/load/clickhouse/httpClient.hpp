@@ -17,6 +17,9 @@ namespace vek::tool {
 struct httpAddress_t {
     explicit httpAddress_t(const std::string &url); ///< throws usageError_t when it is none
 
+    /// The same at another host, and port when one is given; "" for this one.
+    httpAddress_t at(const std::string &host) const;
+
     std::string server; ///< with its port, without user and password: what people may see
     std::string user, password;
     std::string path; ///< without the first slash
