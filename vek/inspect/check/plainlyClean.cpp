@@ -65,10 +65,10 @@ bool areCountsRight(const recordSchema_t &record, std::string_view group) {
            });
 }
 
-// Whether the name of an image placement may run on into other members: it does beyond its room.
+// Whether a text may run on into other members: it does beyond its room.
 bool mayRunOn(const writtenMessage_t &message) {
-    constexpr std::size_t roomOfName = 256;
-    return message.record->name == "imageTopLeft_t" && message.envelope.body.size() >= roomOfName;
+    const auto room = static_cast<std::size_t>(message.record->roomOfSpill);
+    return room > 0 && message.envelope.body.size() >= room;
 }
 
 } // namespace

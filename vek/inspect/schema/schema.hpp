@@ -118,6 +118,7 @@ struct recordSchema_t {
     structureKind_t kind = structureKind_t::plain;
     bool ownsMemory = false;
     bool hasCounts = false;            ///< a key of it, or of a record in it, counts a list
+    std::int32_t roomOfSpill = 0;      ///< of a text that runs on into the next member when it is longer; 0: none does
     bool isNested = false;             ///< a part of the structure of another record, whose members it names
     targetBytes_t size;                ///< of its structure
     std::vector<fieldSchema_t> fields; ///< in text order; never changes, so pointers to its elements stay

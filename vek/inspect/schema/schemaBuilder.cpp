@@ -146,14 +146,16 @@ void schemaBuilder_t::addField(recordSchema_t &record, const textField_t &descri
         field.list = {.kind = description.list->kind,
                       .room = description.list->room,
                       .isCountChecked = description.list->isCountChecked};
-    if (const auto *words = description.as<enumWords_t>())
+    if (const auto *words = description.as<enumWords_t>()) {
         field.details = *words;
-    else if (const auto *text = description.as<arrayText_t>())
+    } else if (const auto *text = description.as<arrayText_t>()) {
         field.details = *text;
-    else if (const auto *nested = description.as<nestedRecord_t>())
+        record.roomOfSpill = text->reach > text->room ? text->room : record.roomOfSpill;
+    } else if (const auto *nested = description.as<nestedRecord_t>()) {
         field.details = nestedRecord(*nested, top);
-    else if (const auto *element = description.as<elementRecord_t>())
+    } else if (const auto *element = description.as<elementRecord_t>()) {
         field.details = recordOf(element->visit);
+    }
     field.member =
         memberAt(layoutNamed(top.structure), distance(top.address, description.member), description.memberSize);
     setDefault(field, described, description, top.kind == structureKind_t::ownRecord);

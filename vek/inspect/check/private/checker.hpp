@@ -70,6 +70,8 @@ private:
     bool checkUse(const node_t &parent, const node_t &node);
     void checkUnknown(const node_t &parent, const node_t &node);
     void checkStray(const node_t &parent, const node_t &node);
+    /// The longest key of a record, which may be null, that a text begins or ends with.
+    static const fieldSchema_t *keyAt(const recordSchema_t *record, std::string_view text, bool isFront);
     void reportSwallowed(const node_t &node, std::string_view andMore);
     bool checkJoined(const node_t &parent, const node_t &node, const node_t &behind);
     bool isDecimalComma(const node_t &parent, const node_t &node) const;
