@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # Puts small faults into a copy of the library, one at a time, and says which of them no test notices: a key's line left
 # out, a row of the catalogue changed, operators and constants in vek/text, vek/api, vek/inspect, the tool and the page's
-# core. A fault that does not compile is noticed; so is one that takes much more time or memory.
-#   mutants.sh [COUNT [SEED [FILES]]]   that many by chance (60), with this seed (1), in files whose names match the
-#                                       expression (vek/records: keys; messageTable: rows)
+# core. A fault that does not compile is not counted; one that takes much more time or memory is noticed.
+#   mutants.sh [COUNT [SEED [FILES [MINUTES]]]]   that many by chance (60), with this seed (1), in files whose names match
+#                                                 the expression (vek/records: keys; messageTable: rows), as long as there
+#                                                 is time (a day)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/talk.sh
 . scripts/talk.sh
-count=${1:-60} seed=${2:-1} files=${3:-.}
+count=${1:-60} seed=${2:-1} files=${3:-.} minutes=${4:-1440}
 work=$PWD/build/mutants
-tree=$work/tree
+tree=$work/tree # what is changed
+built=$work/built # what was made of the tree without a fault
 
 scripts/packages.sh all
 mkdir -p "$tree"
@@ -54,64 +56,116 @@ operators() {
     done
 }
 { keys; rows; operators; } | awk -v files="$files" '$1 ~ files' >"$work/all"
-awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/all" | sort -g | cut -f 2- |
-    awk -v count="$count" 'NR <= count' >"$work/chosen"
+awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/all" | sort -g | cut -f 2- >"$work/shuffled"
 
-# What may notice, the quick first: a program that is built, and how it is run.
+# What may notice, the quick first: which files can matter to it, a program that is built, and how it is run.
 tests=build/quick/tests
+slow='Tree.*:Forms.*:Check.FindsNothingOnly*:Check.IsNeverSilent*:Check.TakesLinearTime:Archive.RowsOfAny*:Promises.*:Mending.Restores*:Change.SetsEveryValue*:StrictReadingTest.Refuses*'
+transcripts="ctest --test-dir build/quick -R" # the nearest alone, before all
 noticing=(
-    "textTests $tests/textTests --gtest_filter=-Numbers*"
-    "recordTests $tests/recordTests"
-    "inspectTests $tests/inspectTests"
-    "vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
-    "frontTests $tests/front/frontTests"
-    "apiTests $tests/apiTests --gtest_filter=-Time*:Platform*"
-    "conversionMemoryTests $tests/conversionMemoryTests"
-    "lspTests $tests/lspTests"
-    "vekmsg ctest --test-dir build/quick -j 2 -R ^(vekmsg|docs)[.] -E pipelines|loadKilled|lines"
-    "vekmsg python3 tests/vekmsg/clusterFaults.py build/quick/tools/vekmsg/vekmsg 1"
-    "modelTests $tests/modelTests"
-    "textTests $tests/textTests --gtest_filter=Numbers*"
+    "vek/(vek_std|text)|support textTests $tests/textTests --gtest_filter=-Numbers*"
+    "vek/(vek_std|text|records|api) recordTests $tests/recordTests"
+    "vek|page inspectTests $tests/inspectTests --gtest_filter=-$slow:Envelopes.*"
+    "vek|vekmsg/lsp lspTests $tests/lspTests"
+    "vek/(vek_std|text|records|api) frontTests $tests/front/frontTests"
+    "vek/(vek_std|text|records|api) apiTests $tests/apiTests --gtest_filter=-Time*:Platform*"
+    "vek/(vek_std|text|records|api) conversionMemoryTests $tests/conversionMemoryTests"
+    "vekmsg/(figures|commands/stats) vekmsg $transcripts ^vekmsg[.]stats"
+    "archive|vekmsg/load vekmsg $transcripts [.]archive"
+    "change/|commands/(fix|set|edit|diff) vekmsg $transcripts ^vekmsg[.]change"
+    "log/|vekmsg/reading|vekmsg/terminal vekmsg $transcripts ^vekmsg[.](logs|view)"
+    "vek|vekmsg vekmsg $transcripts ^(vekmsg|docs)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
+    "vekmsg vekmsg $tests/inspectTests --gtest_filter=Envelopes.*"
+    "vek vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
+    "vek|page inspectTests $tests/inspectTests --gtest_filter=$slow:-Forms.GiveBackTheVeryText"
+    "vek/inspect/(forms|message) inspectTests $tests/inspectTests --gtest_filter=Forms.GiveBackTheVeryText"
+    "vek/inspect/words|vekmsg vekmsg ctest --test-dir build/quick -R ^vekmsg[.]anyWord"
+    "vekmsg/(load|reading) vekmsg ctest --test-dir build/quick -R ^vekmsg[.]loadKilled"
+    "inspect/archive|vekmsg/load vekmsg python3 tests/vekmsg/clusterFaults.py build/quick/tools/vekmsg/vekmsg 1"
+    "vek/(vek_std|text|records|api) modelTests $tests/modelTests"
+    "vek/(vek_std|text) textTests $tests/textTests --gtest_filter=Numbers*"
 )
 declare -A programs=([vekmsg]=build/quick/tools/vekmsg/vekmsg [frontTests]=$tests/front/frontTests) longest=()
-targets=()
-for test in "${noticing[@]}"; do targets+=("${test%% *}"); done
-talk "mutants: preparing" cmake --preset quick -DVEK_UNITY=OFF -DVEK_DEVELOPER=OFF -DCMAKE_CXX_FLAGS=-O1
-talk "mutants: building" cmake --build --preset quick --target "${targets[@]}"
+for test in "${noticing[@]}"; do # those which some file that is asked for can matter to
+    read -r matters target _ <<<"$test"
+    cut -d' ' -f1 "$work/all" | grep -E "$matters" >/dev/null || continue
+    asked+=("$test")
+    targets+=("$target")
+done
+# Nothing but what was changed is compiled; lld links in a third of the time.
+talk "mutants: preparing" cmake --preset quick -DVEK_UNITY=OFF -DVEK_DEVELOPER=OFF -DCMAKE_PROJECT_INCLUDE=cmake/mutants.cmake \
+    -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld -DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld
+talk "mutants: building" cmake --build --preset quick --target inspectTests "${targets[@]}"
+for test in "${asked[@]}"; do # once without a fault, to know how long each takes
+    read -ra command <<<"$test"
+    started=$SECONDS
+    "${command[@]:2}" >"$work/test.log" 2>&1 || { echo "mutants: ${command[*]:2} fails without any fault" >&2; exit 1; }
+    longest[$test]=$((20 + 3 * (SECONDS - started))) # of the processor; of the clock ten times as many
+    echo "    $((SECONDS - started)) s ${command[*]:2}"
+done
+rm -rf "$built"
+cp -a build/quick "$built"
 
-# Whether a test notices. A program that came out as it was before is not asked.
+# Whether a program came out otherwise than it was before.
+isOther() {
+    [ "$1" -nt "$work/before" ] && ! cmp -s "$1" "$built/${1#build/quick/}"
+}
+
+# Whether a test notices.
 isNoticed() {
-    local test command target program
-    touch "$work/before"
-    for test in "${noticing[@]}"; do
-        target=${test%% *}
-        read -ra command <<<"${test#* }"
-        program=${programs[$target]:-$tests/$target}
-        cmake --build build/quick --target "$target" >"$work/build.log" 2>&1 || return 0
-        [ "$program" -nt "$work/before" ] || continue
-        { (ulimit -v 4000000 && timeout "${longest[$test]}" "${command[@]}") >"$work/test.log" 2>&1; } 2>/dev/null ||
-            return 0 # the shell would tell of each crash
+    local test command program
+    for test in "${asked[@]}"; do
+        read -ra command <<<"$test" # the files, the target, what is run
+        program=${programs[${command[1]}]:-$tests/${command[1]}}
+        if ! [[ $file =~ ${command[0]} ]] || ! isOther "$program"; then continue; fi
+        isAsked=yes by=${command[*]:2}
+        { # the shell would tell of each crash
+            (ulimit -v 4000000 -t "${longest[$test]}" &&
+                GTEST_FAIL_FAST=1 exec timeout "${longest[$test]}0" "${command[@]:2}") \
+                >"$work/test.log" 2>&1 </dev/null
+        } 2>/dev/null || return 0
     done
+    by=
     return 1
 }
-for test in "${noticing[@]}"; do # once without a fault, to know how long each takes
-    started=$SECONDS
-    read -ra command <<<"${test#* }"
-    "${command[@]}" >"$work/test.log" 2>&1 || { echo "mutants: $test fails without any fault" >&2; exit 1; }
-    longest[$test]=$((20 + 5 * (SECONDS - started)))
-done
 
-survivors=0 done=0
-while read -r file line change; do
-    cp "$file" "$work/original"
+# The file as it was, and what was made of it: with the bytes of before and the time of now, which ninja has noted, so that
+# nothing is compiled for it.
+restore() {
+    local made
+    cp -p "$work/original" "$file"
+    while read -r made; do
+        touch -r "$made" "$work/time"
+        cat "$built/${made#build/quick/}" >"$made"
+        touch -r "$work/time" "$made"
+    done < <(find build/quick -type f -newer "$work/before" \( -name '*.[ao]' -o -name '*.so*' -o -perm -u+x \))
+    sed -n 's|^FAILED: \([^ ]*\).*|\1|p' "$work/build.log" | while read -r made; do
+        [ -e "build/quick/$made" ] || cp -p "$built/$made" "build/quick/$made"
+    done
+}
+
+survivors=0 judged=0 refused=0
+: >"$work/judged"
+while read -r file line change <&3 && [ "$judged" -lt "$count" ] && [ "$SECONDS" -lt $((minutes * 60)) ]; do
+    cp -p "$file" "$work/original"
     sed -i "$line$change" "$file"
-    done=$((done + 1))
-    if ! cmp -s "$file" "$work/original" && ! isNoticed; then
-        survivors=$((survivors + 1))
-        printf '%s:%s:\n  - %s\n  + %s\n' "$file" "$line" "$(sed -n "${line}p" "$work/original")" \
-               "$([ "$change" = d ] || sed -n "${line}p" "$file")"
+    ! cmp -s "$file" "$work/original" || continue
+    touch "$work/before"
+    changed="$(sed -n "${line}p" "$work/original" | sed 's/^/  - /')
+$([ "$change" = d ] || sed -n "${line}s/^/  + /p" "$file")"
+    isAsked='' by='does not compile'
+    if ! cmake --build build/quick --target "${targets[@]}" >"$work/build.log" 2>&1; then
+        refused=$((refused + 1))
+    elif isNoticed; then
+        judged=$((judged + 1))
+    elif [ -n "$isAsked" ]; then
+        judged=$((judged + 1)) survivors=$((survivors + 1))
+        printf '%s:%s:\n%s\n' "$file" "$line" "$changed"
+    else # of another system, or the compiler makes the same of it
+        refused=$((refused + 1))
     fi
-    cp "$work/original" "$file"
-    [ $((done % 10)) -ne 0 ] || echo "  $done of $count, $survivors not noticed"
-done <"$work/chosen"
-echo "$survivors of $done not noticed"
+    printf '%s:%s: %s\n%s\n' "$file" "$line" "${by:-${isAsked:+NOT NOTICED}}" "$changed" >>"$work/judged"
+    [ $((judged % 10)) -ne 0 ] || echo "  $judged of $count, $survivors not noticed; $SECONDS s"
+    restore
+done 3<"$work/shuffled"
+echo "$survivors of $judged not noticed; $refused do not compile, or to the same"
