@@ -94,7 +94,8 @@ TEST(Mending, RestoresWhatIsCertainAndNothingElse) {
             const std::size_t length = tree.envelope().length.place.start;
             for (const std::string &text :
                  {good.substr(1), good.substr(2), "@" + good, good.substr(0, good.size() - 1), good + "!",
-                  good.substr(0, good.size() - 2), "\xEF\xBB\xBF" + good + "\r\n", "> " + good, "'" + good + "'",
+                  good.substr(0, good.size() - 2), good.substr(0, good.size() - 2) + "}",
+                  "\xEF\xBB\xBF" + good + "\r\n", "> " + good, "'" + good + "'",
                   std::string(good).replace(length, 1, "x"), std::string(good).insert(length, "1"),
                   std::string(good).erase(7, tree.envelope().length.place.end - 7)})
                 tryOne(text, good, sample.file, true);

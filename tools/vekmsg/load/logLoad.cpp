@@ -53,8 +53,7 @@ inspect::markMaker_t firstMarks(const timeFinder_t &times, std::string_view firs
     struct ahead_t final : inspect::messageSink_t {
         explicit ahead_t(const timeFinder_t &finder) : times(finder) {}
         void message(const inspect::foundMessage_t &found) override {
-            if (maker.count() < inspect::markMaker_t::first)
-                maker.add(found.text, times.in(found.lineHead));
+            maker.add(found.text, times.in(found.lineHead)); // a few more than asked for do no harm
         }
         const timeFinder_t &times;
         inspect::markMaker_t maker;

@@ -213,7 +213,7 @@ void checker_t::checkRange(const node_t &body, const fieldSchema_t &list) {
             if (child.use == pairUse_t::assigned)
                 range.values().at(child.index) = readReal(tree_.value(child));
     }
-    if (node == nullptr || range.isEmpty()) {
+    if (range.isEmpty()) {
         if (type != nullptr && report(listForm, type->value, type))
             tell(joined({list.key, " has no values"}), "a host does not write the range then");
         return;
