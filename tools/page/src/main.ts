@@ -10,6 +10,7 @@ import { Log, type Snapshot } from './log.ts';
 import { MessageList } from './messageList.ts';
 import { makeOpening } from './opening.ts';
 import { OtherLog } from './otherLog.ts';
+import { noteFailedStart, packedIn } from './packed.ts';
 import type { Panel } from './panel.ts';
 import { idOf, makePanels } from './panels.ts';
 import { Plot } from './plot.ts';
@@ -371,9 +372,7 @@ class Page {
 }
 
 async function start() {
-  const packed = Uint8Array.from(atob(byId('core').textContent ?? ''), (character) => character.charCodeAt(0));
-  const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream('gzip'));
-  const page = await Page.start(new Uint8Array(await new Response(stream).arrayBuffer()));
+  const page = await Page.start(new Uint8Array(await packedIn('core').arrayBuffer()));
   byId('messages').addEventListener('click', () => page.showPane('detail'));
   byId('messages').addEventListener('keydown', ({ key }) => {
     if (key !== 'Enter') return;
@@ -383,6 +382,4 @@ async function start() {
   document.body.classList.add('isReady');
 }
 
-start().catch((error: Error) => {
-  byId('readingProblem').textContent = `The page can't start: ${error.message}. Open it in a current browser.`;
-});
+start().catch(noteFailedStart);
