@@ -1,9 +1,10 @@
-// What the command line reads the page reads: packed files, UTF-16, a lost "@", several files as one log. What is not
-// complete says so.
+// What the command line reads the page reads: packed files, UTF-16, logs in JSON and in escapes, a lost "@", several files
+// as one log. What is not complete says so.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
 import { gzipSync } from 'node:zlib';
-import { openFile, says, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, lists, openFile, says, toolPath, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const focus = (sequence, name = 'Gr\u00fcn \u{1f600}') => message(4112, sequence, `{MEDIA_NAME=${name};FOCUS_VALUE=${sequence}.500000;}`);
@@ -45,6 +46,38 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     await says(page, '#readingProblem', 'gunzip b.gz');
     await openFile(page, { name: 'c.gz', mimeType: '', buffer: Buffer.concat([gzipSync(log), Buffer.from('rest')]) });
     await says(page, '#readingProblem', 'gunzip c.gz');
+  });
+});
+
+test('logs in JSON and in escapes are read as the command line reads them', async () => {
+  const whole = [1, 2, 3].map((at) => `a > b ${focus(at)}`);
+  const time = (at) => `2026-03-01T08:00:0${at}.500Z`;
+  const entries = {
+    journal: whole.map((text, at) => ({ __REALTIME_TIMESTAMP: String(Date.parse(time(at)) * 1000), MESSAGE: text })),
+    container: whole.flatMap((text, at) => [
+      { log: text.slice(0, 40), stream: 'stdout', time: time(at) }, // a long line comes in pieces
+      { log: `${text.slice(40)}\n`, stream: 'stdout', time: time(at) },
+    ]),
+  };
+  const logs = Object.values(entries).map((all) => all.map((one) => `${JSON.stringify(one)}\n`).join(''));
+  logs.push(
+    JSON.stringify(entries.journal, undefined, 1),
+    whole.map((text, at) => `${time(at)} ${text.replaceAll('\u00fc', '\\xc3\\xbc')}\n`).join(''),
+  );
+  await withPage(async (page) => {
+    for (const [text, buffer] of [...logs.map((one) => [one, Buffer.from(one)]), [logs[0], gzipSync(bigEndian(logs[0]))]]) {
+      const { stdout } = spawnSync(toolPath, ['json', '-'], { input: text });
+      const expected = stdout.toString().split('\n').filter(Boolean);
+      assert.equal(expected.length, 3);
+      await openFile(page, { name: 'a.log', mimeType: '', buffer });
+      await says(page, '#fileName', /, of which the log in it is read$/);
+      await lists(page, '3 messages');
+      for (const [at, { line, time: when, seq }] of expected.map((one) => JSON.parse(one)).entries()) {
+        await chooseMessage(page, at);
+        await says(page, '#messageFacts', `${when.replace('T', ' ').replace('Z', '')} · line ${line} · `);
+        assert.equal(await wouldSave(page, '#saveText'), Buffer.from(focus(seq)).toString('latin1'));
+      }
+    }
   });
 });
 

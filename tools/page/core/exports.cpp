@@ -10,8 +10,8 @@
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/filter/expression.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/words/quoting.hpp"
-#include "vek/inspect/words/utf16.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
 
@@ -25,7 +25,7 @@ using namespace vek::inspect;
 
 page::exchange_t exchange;
 std::unique_ptr<page::logRows_t> rows;
-std::unique_ptr<utf16_t> utf16;
+std::unique_ptr<unwrapper_t> unwrapper;
 page::series_t series;
 expression_t where;
 
@@ -261,15 +261,18 @@ std::int32_t pageMissing(std::size_t size) {
     return 1;
 }
 
-/// Whether a text with this beginning is UTF-16; the blocks that pageUtf16Take() gives as UTF-8 are then its own.
-std::int32_t pageUtf16Begin(std::size_t size) {
-    const utf16_t::order_t order = utf16_t::orderOf(exchange.take(size));
-    utf16 = std::make_unique<utf16_t>(order);
-    return order == utf16_t::order_t::none ? 0 : 1;
+/// How a log with this beginning, or of which this is all, is wrapped: a number of wrapping_t. pageUnwrapTake() then
+/// gives what its blocks hold.
+std::int32_t pageUnwrapBegin(std::size_t size, std::int32_t isAll) {
+    const wrapping_t wrapping = wrappingOfLog(exchange.take(size), isAll != 0);
+    unwrapper = std::make_unique<unwrapper_t>(wrapping);
+    exchange.result = std::to_string(static_cast<int>(wrapping));
+    return 1;
 }
 
-std::int32_t pageUtf16Take(std::size_t size) {
-    utf16->feed(exchange.take(size), exchange.result);
+/// The next block, and an empty one at the log's end.
+std::int32_t pageUnwrapTake(std::size_t size) {
+    exchange.result = size > 0 ? unwrapper->take(exchange.take(size)) : unwrapper->finish();
     return 1;
 }
 

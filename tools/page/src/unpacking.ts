@@ -1,8 +1,10 @@
-// What stands in a file, whatever it is packed in or written with: gzip and zstd are unpacked, UTF-16 becomes UTF-8.
+// What stands in a file, whatever it is packed in or written with: gzip and zstd are unpacked, UTF-16 becomes UTF-8, and of
+// JSON (journals', containers') and of escapes comes the log that stands in them.
 import type { Core } from './core.ts';
 import type { Bytes } from './types.ts';
 
 const blockSize = 2 << 20;
+const telling = 256 << 10; // bytes that show what a log is wrapped in
 
 interface Packing {
   name: CompressionFormat | 'zstd';
@@ -87,7 +89,7 @@ async function unpacked(blob: Blob, packing: Packing, file: string, onBytes: (co
   );
 }
 
-/** The blob's text as UTF-8. tell(words) says what it was; onBytes(count) is called while it is unpacked. */
+/** The blob's log as it is by itself. tell(words) says what it was; onBytes(count) is called while it is unpacked. */
 export async function plainBlob(
   core: Core,
   blob: Blob,
@@ -101,13 +103,15 @@ export async function plainBlob(
     tell(`packed with ${packing.name}`);
     return plainBlob(core, await unpacked(blob, packing, file, onBytes), file, tell, onBytes);
   }
-  if (!core.beginUtf16(start)) return blob;
-  tell('UTF-16, read as UTF-8');
+  const wrapping = core.beginUnwrapping(await bytesOf(blob.slice(0, telling)), blob.size <= telling);
+  if (wrapping === '') return blob;
+  tell(wrapping === 'UTF-16' ? 'UTF-16, read as UTF-8' : `${wrapping}, of which the log in it is read`);
   const parts: Blob[] = [];
   for (let at = 0; at < blob.size; at += blockSize) {
     const block = await bytesOf(blob.slice(at, at + blockSize));
     onBytes(at + block.length); // which throws when a newer file is read
-    parts.push(new Blob([core.takeUtf16(block)]));
+    parts.push(new Blob([core.takeUnwrapped(block)]));
   }
-  return new Blob(parts);
+  const plain = new Blob([...parts, core.takeUnwrapped(new Uint8Array())]);
+  return wrapping === 'UTF-16' ? plainBlob(core, plain, file, tell, onBytes) : plain;
 }

@@ -6,6 +6,11 @@ import type { Library } from './library.js';
 const encoder = new TextEncoder();
 const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
 
+const wrappings = ['', 'UTF-16', 'UTF-16', 'JSON', 'escapes'] as const;
+
+/** What a log is wrapped in; an empty text for one that is not. */
+export type Wrapping = (typeof wrappings)[number];
+
 /** What a field holds. */
 export type Holds = 'boolean' | 'integer' | 'real' | 'name' | 'text' | 'record';
 
@@ -105,7 +110,7 @@ export interface View {
 
 const viewOf = ({ buffer, byteOffset, byteLength }: ArrayBufferView) => new Uint8Array(buffer, byteOffset, byteLength);
 
-/** The inspection core. Jobs of a log, of UTF-16, of conditions and of numbers go on one at a time each. */
+/** The inspection core. Jobs of a log, of a wrapped one, of conditions and of numbers go on one at a time each. */
 export class Inspector {
   readonly #library: Library;
 
@@ -222,12 +227,13 @@ export class Inspector {
   missing(sequences: Int32Array) {
     return new Uint32Array(this.#call('pageMissing', [viewOf(sequences)]).bytes.buffer);
   }
-  /** Whether a text with this beginning is UTF-16; takeUtf16() then gives its blocks as UTF-8. */
-  beginUtf16(beginning: Uint8Array) {
-    return this.#call('pageUtf16Begin', [beginning]).isGood;
+  /** How a log with this beginning, or of which this is all, is wrapped; takeUnwrapped() then gives what its blocks hold. */
+  beginUnwrapping(beginning: Uint8Array, isAll: boolean): Wrapping {
+    return wrappings[Number(decoder.decode(this.#call('pageUnwrapBegin', [beginning], isAll ? 1 : 0).bytes))]!;
   }
-  takeUtf16(block: Uint8Array) {
-    return this.#call('pageUtf16Take', [block]).bytes;
+  /** The next block, and an empty one at the log's end. */
+  takeUnwrapped(block: Uint8Array) {
+    return this.#call('pageUnwrapTake', [block]).bytes;
   }
   /** Chooses messages by a condition as the command line's --where takes it; says what is wrong with it, and where. */
   chooseWhere(expression: string): (Place & { words: string }) | undefined {
