@@ -42,6 +42,8 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     // What can't be unpacked says so, and what to do.
     await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstdStart }); // which no browser can unpack
     await says(page, '#readingProblem', 'zstd -d a.zst');
+    await says(page, '#announcer', 'zstd -d a.zst');
+    await says(page, '#noMessages', 'No message of it was read.');
     await openFile(page, { name: 'b.gz', mimeType: '', buffer: gzipSync(log).subarray(0, 60) });
     await says(page, '#readingProblem', 'gunzip b.gz');
     await openFile(page, { name: 'c.gz', mimeType: '', buffer: Buffer.concat([gzipSync(log), Buffer.from('rest')]) });

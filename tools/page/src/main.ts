@@ -119,19 +119,20 @@ class Page {
       if (this.log === log) await this.#refresh(log);
     };
     const seldomRefresh = seldom(refresh, 300);
+    let refusal: string | undefined;
     try {
       await log.read(seldomRefresh);
     } catch (error) {
-      const { message } = error as Error;
-      byId('readingProblem').textContent = shownWords(message);
-      announce(message, true);
+      refusal = shownWords((error as Error).message);
+      byId('readingProblem').textContent = refusal;
     }
     if (this.log !== log) return;
     await this.#order(log);
     await refresh();
     if (this.log !== log) return;
     busy(Promise.all(this.panels.map((panel) => panel.complete())));
-    announce(`${log.isCut ? 'Stopped: ' : ''}${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`);
+    const found = `${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`;
+    announce(refusal ?? `${log.isCut ? 'Stopped: ' : ''}${found}`, refusal !== undefined);
     if (log.count > 0 && this.row === undefined) this.list.choose(0);
     if (log.count === 1) this.detail.tree.focus();
     else if (document.activeElement === document.body || byId('pasteDialog').contains(document.activeElement)) this.list.focus();

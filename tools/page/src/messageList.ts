@@ -89,9 +89,11 @@ export class MessageList {
     byId('listCount').textContent = words + rest;
     byId('noMessages').hidden = rows.length > 0 || isPartial;
     byId('noMessages').textContent =
-      count === 0
-        ? 'There is no message in it. A message begins with @@ and its number.'
-        : 'No message passes the filters: clear them, or choose others.';
+      count === 0 && this.log.isCut
+        ? 'No message of it was read.'
+        : count === 0
+          ? 'There is no message in it. A message begins with @@ and its number.'
+          : 'No message passes the filters: clear them, or choose others.';
   }
 
   /** Shows the rows again: what they say may be something else. */
