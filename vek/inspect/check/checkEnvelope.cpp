@@ -243,16 +243,20 @@ void checker_t::checkEnd() {
     if (report(noEndMarker, envelope_.endMarker)) {
         const std::size_t size = text.size() - envelope_.startMarker.start + 1;
         const auto said = static_cast<std::size_t>(std::max(envelope_.length.value, 0));
+        const std::string_view tail = text.substr(std::min(text.rfind(closeBrace), text.size() - 1) + 1);
+        const bool isOdd =
+            tail.size() > 1 && std::all_of(tail.begin(), tail.end(), [](char c) { return (c & 0x80) != 0; });
         const std::string missing =
             said > size ? joined({"; by its length ", std::to_string(said - size), " characters are missing"}) : "";
         tell(isCutInHead() ? std::string("the message ends in front of its body")
-             : isCutOff()  ? joined({"the message ends inside its body", missing})
+             : isOdd ? joined({shownValue(tail), " stands at the end, where \"!!\" should be", oddCharacterIn(tail)})
+             : isCutOff() ? joined({"the message ends inside its body", missing})
              : isOfShell
                  ? joined({"a shell wrote ", rest, " for \"!!\" at the end; in single quotes it leaves \"!\" alone"})
              : rest == "!"  ? "the second \"!\" is missing at the end"
              : rest.empty() ? "\"!!\" is missing at the end"
                             : joined({shownValue(rest), " stands at the end, where \"!!\" should be"}),
-             joined({isCutOff() || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}));
+             joined({(isCutOff() && !isOdd) || isCutInHead() ? "it was cut off; " : "", whatHostTakes()}));
         constexpr std::size_t mostOfMarker = 4;
         if (isProven)
             mend({envelope_.body.start, envelope_.whole.end}, typed + "!!", true);

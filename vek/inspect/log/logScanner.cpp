@@ -92,7 +92,7 @@ bool isMeantAsMessage(std::string_view text) {
 bool isMerelyAround(std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i)
         if (const bool isSpeltOut = i > 0 && text[i - 1] == '\\';
-            !isSpeltOut && (isWordCharacter(text[i]) || text[i] == '@' || text[i] == '{') && text[i] != '_')
+            !isSpeltOut && (isWordCharacter(text[i]) || text[i] == '{') && text[i] != '_')
             return false;
     return true;
 }
