@@ -2,12 +2,13 @@
 
 #include "tools/vekmsg/reading/input.hpp"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace vek::tool {
 
 followedLog_t::followedLog_t(const std::string &name, bool isGrowing)
-    : name_(name), block_(source_t::blockSize, '\0'), latest_(milliseconds()), isGrowing_(isGrowing) {
+    : name_(name), latest_(milliseconds()), isGrowing_(isGrowing) {
     if (!open())
         complain(name_ + " is not there yet; waiting for it");
 }
@@ -32,16 +33,28 @@ void followedLog_t::rest(unsigned pause) const {
         sleepMilliseconds(pause);
 }
 
+// For what is there: of thousands of logs most have nothing new, and little room.
+void followedLog_t::makeRoom(const fileIdentity_t &file) {
+    constexpr std::uint64_t least = 512;
+    const std::uint64_t there = file.size - std::min(file.size, taken_);
+    const std::size_t room =
+        file.isRegular ? static_cast<std::size_t>(std::clamp<std::uint64_t>(there, least, source_t::blockSize))
+                       : source_t::blockSize;
+    if (room > block_.size() || room * 4 < block_.size())
+        block_ = std::string(room, '\0');
+}
+
 // Takes what has come; false when nothing had.
 bool followedLog_t::read() {
     if ((file_ == nullptr && !open()) || (file_->canWait() && !file_->comesUntil(0)))
         return false;
+    const fileIdentity_t own = file_->identity();
+    makeRoom(own);
     if (const std::size_t size = file_->read(block_.data(), block_.size()); size > 0) {
         taken_ += size;
         take({block_.data(), size});
         return true;
     }
-    const fileIdentity_t own = file_->identity();
     const std::optional<fileIdentity_t> named = name_ == "-" ? own : identityOf(name_);
     const bool isRotated = own.isRegular && named && (!named->isSameFile(own) || own.size < taken_);
     isEnded_ = !own.isRegular || !isGrowing_;
@@ -80,10 +93,12 @@ void followedLog_t::attempt(const std::function<void()> &action) {
 }
 
 void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::function<bool(bool isBusy)> &round) {
-    constexpr unsigned pause = 20; // milliseconds
+    constexpr std::uint64_t shortest = 20, longest = 500, share = 9; // milliseconds, and times what a round takes
+    std::uint64_t begun = milliseconds();
     for (bool isBusy = true; !logs.empty();) {
         if (!isBusy)
-            logs.front()->rest(pause);
+            logs.front()->rest(static_cast<unsigned>(std::clamp((milliseconds() - begun) * share, shortest, longest)));
+        begun = milliseconds();
         isBusy = false;
         for (const auto &log : logs)
             isBusy |= log->step();

@@ -43,6 +43,7 @@ private:
     friend void follow(std::vector<std::unique_ptr<followedLog_t>> logs, const std::function<bool(bool)> &round);
     bool step();
     bool open();
+    void makeRoom(const fileIdentity_t &file);
     bool read();
     void rest(unsigned pause) const;
 

@@ -22,6 +22,7 @@
 #else
 #    include <poll.h>
 #    include <sys/ioctl.h>
+#    include <sys/resource.h>
 #endif
 
 namespace vek::tool {
@@ -57,8 +58,25 @@ fileIdentity_t identityFrom(HANDLE file) {
             whole(status.nFileSizeHigh, status.nFileSizeLow), GetFileType(file) == FILE_TYPE_DISK};
 }
 #else
+// What a shell lets a program have open, it may raise by itself up to another limit.
+bool mayOpenMore() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max)
+        return false;
+    limit.rlim_cur = limit.rlim_max;
+    return setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
 int openToRead(const std::string &name) {
-    return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    const auto tryIt = [&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY); };
+    const int descriptor = tryIt();
+    if (descriptor >= 0 || errno != EMFILE)
+        return descriptor;
+    if (mayOpenMore())
+        return tryIt();
+    throw usageError_t("cannot read " + name +
+                       ": too many files are open; ulimit -Hn says how many there may be, "
+                       "LimitNOFILE= of a service how many it may have");
 }
 
 fileIdentity_t identityFrom(const struct stat &status) {
