@@ -100,7 +100,7 @@ const ways = {
   'light, 1024': { width: 1024, height: 768 },
   'dark, 1440': { width: 1440, height: 900, isDark: true },
   'a phone': { width: 390, height: 844 },
-  'forced colours': { width: 1024, height: 768, isForced: true },
+  'forced colours': { width: 1024, height: 768, isForced: true, isDark: true },
 };
 
 for (const [way, options] of Object.entries(ways))
