@@ -140,6 +140,9 @@ TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {
     for (const char *value : {"Violet\n  light", "\"Violet;\n  light\"", "Violet \r\n\nlight"})
         EXPECT_EQ(bodyOf(seal(std::string("{MEDIA_NAME=\n ") + value + "\n;}", options).text),
                   std::string("{MEDIA_NAME=") + value + ";}");
+    for (const char *said : {"", "\"NUM_OF_MESSAGES\": \"\", "}) // a count that is left empty follows its list, too
+        EXPECT_EQ(bodyOf(seal(joined({R"({"id": 4161, "deviceStatus_t": {)", said, R"("MSGS": ["a"]}})"})).text),
+                  "{NUM_OF_MESSAGES=1;MSGS={a,};}");
     for (const char *bad :
          {"", "hello", "{\"id\":4112}", "[1]", "{\"id\":4112,\"body\":{", "focusValue_t 4112\n  A = [1, 2\n"})
         EXPECT_FALSE(seal(bad).isRead()) << bad;
