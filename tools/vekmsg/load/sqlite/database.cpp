@@ -1,5 +1,6 @@
 // All that is said to SQLite. Each of its errors becomes a sentence that says what to do.
 #include "tools/vekmsg/load/sqlite/database.hpp"
+#include "vek/inspect/words/words.hpp"
 
 #include <new>
 #include <sqlite3.h>
@@ -39,7 +40,9 @@ void database_t::fail() const {
     case SQLITE_NOTADB:
         throw databaseError_t(file_ + " is no SQLite database; name a new file, or one that vekmsg load made");
     case SQLITE_CANTOPEN:
-        throw databaseError_t("cannot open or make " + file_ + "; is there such a folder, and may you write in it?");
+        throw databaseError_t(
+            inspect::joined({"cannot open or make ", file_, "; is there such a folder, and may you write in it?",
+                             file_.find(':') == file_.npos ? "" : " (A server's address begins with http://)"}));
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         throw databaseError_t(file_ + " is being written by another program; try again when it has ended");
