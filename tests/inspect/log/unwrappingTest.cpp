@@ -168,10 +168,10 @@ TEST(Unwrapping, FindsTheMessagesOfTheLogItself) {
 
 TEST(Unwrapping, LeavesAloneWhatIsNoWrapping) {
     const std::string text = message(4112, "{MEDIA_NAME=C:\\new;}");
-    for (const std::string &log : std::vector<std::string>{
-             std::string(), std::string("{"), std::string("[1,2]"), text,
-             "{\"id\":4112,\"focusValue_t\":{\"MEDIA_NAME\":\"@@4112 {\"}}", "{\"a\":1}\n" + text, "a\\n\n" + text,
-             "C:\\new\n" + message(4112, "{MEDIA_NAME=a;}")})
+    for (const std::string &log :
+         std::vector<std::string>{std::string(), std::string("{"), std::string("[1,2]"), text,
+                                  "{\"id\":4112,\"focusValue_t\":{\"MEDIA_NAME\":\"@@4112 {\"}}", "{\"a\":1}\n" + text,
+                                  "a\\n\n" + text, "C:\\new\n" + message(4112, "{MEDIA_NAME=a;}")})
         EXPECT_EQ(wrappingOf(log), wrapping_t::none) << log;
     // Lines between objects stay, and what begins as one but is none.
     const std::string wrapped = "{\"m\":" + jsonOf(text) + "}\n";

@@ -198,7 +198,8 @@ private:
     bool isBalanced(std::string_view path) const {
         const node_t *const node = tree_.find(path);
         const std::string_view value = node != nullptr ? tree_.value(*node) : std::string_view();
-        return !value.empty() && std::count(value.begin(), value.end(), '{') == std::count(value.begin(), value.end(), '}');
+        return !value.empty() &&
+               std::count(value.begin(), value.end(), '{') == std::count(value.begin(), value.end(), '}');
     }
 
     // Line ends that may be part of a value or not: the length does not tell.
