@@ -47,11 +47,9 @@ std::string_view tolerantTokenizer_t::bracedToken() {
 // token all the same: its view is empty, but not null as noToken is.
 std::string_view tolerantTokenizer_t::quotedToken() {
     const char *const start = at_ + 1;
-    if (start != end_ && *start == '"') { // texts may be nothing but quotes
-        at_ = start + 1;
-        return {start, 0};
-    }
-    const auto *quote = static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
+    const bool isEmpty = start != end_ && *start == '"'; // texts may be nothing but quotes
+    const auto *quote =
+        isEmpty ? start : static_cast<const char *>(std::memchr(start, '"', static_cast<std::size_t>(end_ - start)));
     const char *const behind = quote != nullptr ? quote : end_;
     at_ = quote != nullptr ? quote + 1 : end_;
     return {start, static_cast<std::size_t>(behind - start)};
