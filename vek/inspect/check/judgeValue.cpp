@@ -159,11 +159,9 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
         return {};
     const bool isKept = !std::isfinite(read) || readAs(kind, readReal(text)) == read;
     const std::string digits = isKept ? text : allDigits(read);
-    if (valueFinding_t finding = judgeNumber(value, true, digits); finding.isThere) {
-        if (!isKept)
-            finding.words.suggestion.clear();
+    // Digits that get lost are told rather than blanks behind them.
+    if (valueFinding_t finding = judgeNumber(value, true, digits); finding.isThere && (isKept || !finding.isPlain))
         return finding;
-    }
     if (!std::isfinite(read) || (kind == fieldKind_t::pixels && read == 0.0 && std::abs(exact) >= 1.0))
         return found(numberRange, joined({value.substr(0, 40), " is beyond the range of the number"}), reads(text));
     if (kind == fieldKind_t::pixels && read != exact)
