@@ -107,6 +107,11 @@ valueFinding_t judgeNumber(std::string_view value, bool isReal, std::string_view
     return {};
 }
 
+// What gets lost of a number is told rather than blanks behind it.
+bool isTold(const valueFinding_t &ofCharacters, bool isNumberKept) {
+    return ofCharacters.isThere && (isNumberKept || !ofCharacters.isPlain);
+}
+
 valueFinding_t unusualNumber(std::string_view value, const std::string &text) {
     valueFinding_t finding =
         found(findingCode_t::numberSpelling, joined({shownValue(value), " is an unusual way to write ", text}),
@@ -122,12 +127,14 @@ valueFinding_t judgeInteger(std::string_view value, bool isShort) {
     const std::string text = std::to_string(read);
     if (value == text)
         return {};
-    if (valueFinding_t finding = judgeNumber(value, false, text); finding.isThere)
-        return finding;
     const double real = readReal(value);
     const double lowest = isShort ? -32768.0 : -2147483648.0, highest = isShort ? 32767.0 : 2147483647.0;
-    if (real < lowest || real > highest)
-        return found(numberRange, joined({value.substr(0, 40), " does not fit ", isShort ? "16" : "32", " bits"}),
+    const bool isFitting = real >= lowest && real <= highest;
+    if (valueFinding_t finding = judgeNumber(value, false, text); isTold(finding, isFitting))
+        return finding;
+    if (!isFitting)
+        return found(numberRange,
+                     joined({trimmed(value.substr(0, 40)), " does not fit ", isShort ? "16" : "32", " bits"}),
                      reads(text));
     return unusualNumber(value, text);
 }
@@ -159,8 +166,8 @@ valueFinding_t judgeReal(std::string_view value, fieldKind_t kind) {
         return {};
     const bool isKept = !std::isfinite(read) || readAs(kind, readReal(text)) == read;
     const std::string digits = isKept ? text : allDigits(read);
-    // Digits that get lost are told rather than blanks behind them.
-    if (valueFinding_t finding = judgeNumber(value, true, digits); finding.isThere && (isKept || !finding.isPlain))
+    const bool isWhole = isKept && std::isfinite(read) && (kind != fieldKind_t::pixels || read == exact);
+    if (valueFinding_t finding = judgeNumber(value, true, digits); isTold(finding, isWhole))
         return finding;
     if (!std::isfinite(read) || (kind == fieldKind_t::pixels && read == 0.0 && std::abs(exact) >= 1.0))
         return found(numberRange, joined({value.substr(0, 40), " is beyond the range of the number"}), reads(text));
