@@ -184,7 +184,8 @@ private:
             } else if (finding.code == findingCode_t::nestedMissing) {
                 add({at, at}, "{");
             } else if (finding.code == findingCode_t::unbalancedBrace && !isBalanced(finding.path)) {
-                add({at, at + 1}, "");
+                if (isOneOf(at, "{}"))
+                    add({at, at + 1}, "");
                 constexpr std::size_t most = 100;
                 for (std::uint32_t to = at; isOneOf(at, "{") && to < body.end && all.size() < most; ++to)
                     if (isOneOf(to, ";,}"))
