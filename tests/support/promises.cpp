@@ -255,11 +255,11 @@ constexpr std::string_view hostile[] = {
     "1e400",     "nan",       "TRUE",       "true",       "1",           "0",     "99999999999999999999",
     "0.1234567", " 1",        "1 ",         "none"};
 
-// An element without a value stands at no place that a list without it could keep free: no way leads there step by
-// step.
-bool hasEmptyElement(const tree_t &tree) {
-    return std::any_of(tree.nodes().begin(), tree.nodes().end(), [&tree](const node_t &node) {
-        return (node.isElement || node.isCode) && tree.value(node).empty();
+// In what is replaced, an element without a value stands at no place that the list without it could keep free: no way
+// leads there step by step.
+bool hasEmptyElement(const tree_t &tree, std::string_view replaced) {
+    return std::any_of(tree.nodes().begin(), tree.nodes().end(), [&](const node_t &node) {
+        return (node.isElement || node.isCode) && tree.value(node).empty() && isWithin(tree.path(node), replaced);
     });
 }
 
@@ -395,7 +395,7 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
                 !isBound(of, where, difference.path))
                 broken += difference.path + " became " + difference.right + " from " + difference.left + "\n";
     }
-    if (!isHeader && !isElement && errorCount(before) == 0 && !hasEmptyElement(before) &&
+    if (!isHeader && !isElement && errorCount(before) == 0 && !hasEmptyElement(before, path) &&
         !lead(std::string(text), after))
         broken += "its differences don't lead there\n";
     return broken.empty() ? "" : broken + "changed is " + change.text;
