@@ -2,6 +2,7 @@
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"

@@ -1,6 +1,7 @@
 // A value without a key, which belongs to the value in front of it: the rest of a text, or of a number with a comma.
 #include "vek/inspect/check/private/checker.hpp"
 #include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
 

@@ -1,5 +1,6 @@
 // A key that a record has not: what was meant, or where it belongs.
 #include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/trimming.hpp"
 
 #include <algorithm>

@@ -45,15 +45,6 @@ std::optional<std::string> speltWide(std::string_view text, std::string &error);
 
 /// What is said of a key that a record, or a list when it is null, has not; and of one that stands there again.
 findingWords_t wordsOfUnknown(const recordSchema_t *record, std::string_view key, bool hasSuggestion = true);
-/// The first character that looks like another one or like a blank, named with its code point: " with U+00A0 in it, a
-/// no-break space"; empty when there is none.
-std::string oddCharacterIn(std::string_view text);
-/// The same, each as one "?", so that it counts as one letter that differs.
-std::string withoutOddCharacters(std::string_view word);
-/// Whether nothing stands there but blanks, also those that are none for a host, line ends, and ">" behind one.
-bool isBlankOfAnyKind(std::string_view text);
-/// A text without such blanks at its end, and without some other characters there.
-std::string_view withoutBlankAtEnd(std::string_view text, std::string_view others);
 /// The line breaks in a stretch of a text, each with those of some characters that follow it.
 std::vector<place_t> lineBreaksIn(std::string_view text, place_t within, std::string_view with);
 /// How a separator or brace is written in a text: "a \";\" in a text is written as the character 2".
