@@ -179,6 +179,15 @@ export async function says(page, selector, words) {
   }
 }
 
+/** Waits until of two messages' texts these words are marked, by a selector. */
+export function marks(page, selector, words) {
+  const isMarked = ([at, wanted]) => {
+    const { shadowRoot } = document.getElementById('differenceTexts');
+    return Array.from(shadowRoot.querySelectorAll(at), ({ textContent }) => textContent).join() === wanted;
+  };
+  return page.waitForFunction(isMarked, [selector, words]);
+}
+
 /** Does something and waits until an element says something else than before: gives that. */
 export async function saysElse(page, selector, act) {
   const before = await page.textContent(selector);

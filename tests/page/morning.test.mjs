@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { bridge } from './bridge.mjs';
-import { openFile, openLine, says, settled, withPage, wouldSave } from './browser.mjs';
+import { marks, openFile, openLine, says, settled, withPage, wouldSave } from './browser.mjs';
 import { filled, today, yesterday } from './morning.mjs';
 
 test('a morning: an empty cassette is found, understood, compared, mended and sent', async () => {
@@ -27,8 +27,8 @@ test('a morning: an empty cassette is found, understood, compared, mended and se
       await page.click('#differenceTab');
       await page.setInputFiles('#otherFile', yesterday);
       await says(page, '#differenceRows', 'INPUT_CONTENT');
-      await says(page, '#rightText', 'INPUT_CONTNET=100');
-      await says(page, '#leftText mark', 'INPUT_CONTENT=100');
+      await marks(page, '.cm-merge-a .cm-changedText', 'EN');
+      await marks(page, '.cm-merge-b .cm-changedText', 'NE');
       // Mended.
       await page.click('#messageTab');
       await page.click('.remedy button:has-text("INPUT_CONTENT")');

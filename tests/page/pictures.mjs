@@ -1,6 +1,6 @@
 // Makes the pictures of docs/inspector.md: pictures.mjs FOLDER
 import { mkdirSync } from 'node:fs';
-import { openFile, paste, settled, withPage } from './browser.mjs';
+import { marks, openFile, paste, settled, withPage } from './browser.mjs';
 import { logLines, samples } from './makeLog.mjs';
 import { today, yesterday } from './morning.mjs';
 
@@ -72,7 +72,7 @@ async function compare(page, name) {
   await settled(page);
   await page.setInputFiles('#otherFile', yesterday);
   await page.click('#differenceTab');
-  await page.waitForSelector('#leftText mark');
+  await marks(page, '.cm-changedText', 'EN,NE');
   await picture(page, name);
 }
 

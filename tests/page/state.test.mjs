@@ -1,7 +1,7 @@
 // The state of the device at a message, what of it changed, what was asked and answered, and another log beside this one.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, openFile, says, settled, showPrinted, withPage } from './browser.mjs';
+import { chooseMessage, marks, openFile, says, settled, showPrinted, withPage } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const line = (day, second, echo, text) => `2026-03-0${day}T08:00:0${second} ${text.replace(' 7 ', ` ${echo} `)}\n`;
@@ -45,9 +45,14 @@ test('what the device said last of each kind, since when, what is not as before,
     await page.click('#differenceTab');
     await settled(page);
     assert.match(await page.textContent('#compareWith option:checked'), /line 4 of yesterday\.log/);
-    const marks = (side) => page.$$eval(`#${side}Text mark`, (all) => all.map((one) => one.textContent).join());
-    await says(page, '#leftText', 'FOCUS_VALUE=3');
-    assert.deepEqual([await marks('left'), await marks('right')], ['FOCUS_VALUE=3.000000;', 'FOCUS_VALUE=2.000000;']);
+    await marks(page, '.cm-merge-a .cm-changedText', '3');
+    await marks(page, '.cm-merge-b .cm-changedText', '2');
+    // Where there is no room for two, one stands in the other.
+    await page.setViewportSize({ width: 390, height: 800 });
+    await marks(page, '.cm-deletedText', '3');
+    await marks(page, '.cm-changedText', '2');
+    await page.setViewportSize({ width: 1400, height: 900 });
+    await marks(page, '.cm-merge-a .cm-changedText', '3');
 
     // Both logs side by side: what differs is marked in both, and opens as two messages.
     await page.click('#besideTab');
@@ -64,8 +69,7 @@ test('what the device said last of each kind, since when, what is not as before,
     await page.keyboard.press('Home');
     await page.keyboard.press('n');
     await page.keyboard.press('Enter');
-    await says(page, '#rightText', 'FOCUS_VALUE=2');
-    await says(page, '#leftText', 'FOCUS_VALUE=3');
+    await marks(page, '.cm-merge-b .cm-changedText', '2');
 
     // A kind opens its message.
     await page.click('#stateTab');

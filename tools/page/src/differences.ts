@@ -1,6 +1,6 @@
 // The difference of two messages, side by side.
 import { announce, busy, byId, element, option, setOptions } from './elements.ts';
-import { coreText } from './bytes.ts';
+import { BesideText } from './besideText.ts';
 import { Panel, type Parts } from './panel.ts';
 import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
@@ -8,7 +8,7 @@ import type { CoreCalls } from './reader.ts';
 import type { Bytes, Difference } from './types.ts';
 import { MessageModel } from './messageModel.ts';
 import type { OtherLog } from './otherLog.ts';
-import { shown, shownWords, withBreaks } from './signs.ts';
+import { shown, shownWords } from './signs.ts';
 import { counted } from './words.ts';
 
 export class Differences extends Panel {
@@ -24,6 +24,7 @@ export class Differences extends Panel {
   readonly #catalogue: Catalogue;
 
   readonly #others: OtherLog;
+  readonly #texts = new BesideText();
 
   constructor({ core, catalogue, other }: Parts) {
     super();
@@ -105,7 +106,7 @@ export class Differences extends Panel {
   async draw() {
     const choice = byId('compareWith').value;
     const table = byId('differences');
-    table.hidden = choice === '';
+    table.hidden = byId('differenceBody').hidden = choice === '';
     if (choice === '') {
       byId('differenceCount').textContent = 'It is the first of its kind: mark another message to compare it with.';
       return;
@@ -119,25 +120,8 @@ export class Differences extends Panel {
     byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
     table.hidden = found.length === 0;
     byId('differenceRows').replaceChildren(...found.map(differenceRow));
-    const paths = found.map(({ path }) => path);
-    const texts = { left: await MessageModel.of(this.#core, left), right: await MessageModel.of(this.#core, bytes) };
-    for (const [side, model] of Object.entries(texts)) byId(`${side}Text`).replaceChildren(...markedText(model, paths));
+    this.#texts.show(...(await Promise.all([MessageModel.of(this.#core, left), MessageModel.of(this.#core, bytes)])));
   }
-}
-
-// The text with what stands at some paths marked.
-function markedText(model: MessageModel, paths: string[]): (string | HTMLElement)[] {
-  const { bytes } = model;
-  const places = paths.flatMap((path) => model.find(path)?.whole ?? []).sort((left, right) => left.start - right.start);
-  const words = (start: number, end: number) => withBreaks(shown(coreText(bytes.subarray(start, end)), true));
-  const parts: (string | HTMLElement)[] = [];
-  let at = 0;
-  for (const { start, end } of places) {
-    if (start < at || start === end) continue; // it is in the one before
-    parts.push(...words(at, start), element('mark', {}, ...words(start, end)));
-    at = end;
-  }
-  return [...parts, ...words(at, bytes.length)];
 }
 
 function differenceRow({ path, left, right }: Difference) {

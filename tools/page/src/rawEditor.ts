@@ -4,6 +4,7 @@ import { standardKeymap, history, historyKeymap } from '@codemirror/commands';
 import { EditorState, StateEffect, StateField, type Range } from '@codemirror/state';
 import { Decoration, EditorView, highlightSpecialChars, keymap, type DecorationSet } from '@codemirror/view';
 import { bytesOfCoreText, coreText, isSame } from './bytes.ts';
+import { editorTheme } from './editorTheme.ts';
 import { busy, byId, element, seldom } from './elements.ts';
 import { MessageModel } from './messageModel.ts';
 import type { CoreCalls } from './reader.ts';
@@ -28,10 +29,6 @@ const marks = StateField.define<DecorationSet>({
 
 const underline = (colour: string) => ({ textDecoration: `underline wavy 1.5px var(--${colour})`, textUnderlineOffset: '4px' });
 const theme = EditorView.theme({
-  '&': { height: '100%', backgroundColor: 'var(--raised)', color: 'var(--ink)' },
-  '&.cm-focused': { outline: '2px solid var(--accent)', outlineOffset: '-2px' },
-  '.cm-content': { fontFamily: 'var(--mono)', fontSize: '0.9rem', caretColor: 'var(--ink)' },
-  '.cm-scroller': { overflow: 'auto' },
   '.cm-error': underline('error'),
   '.cm-warning': underline('warning'),
   '.sign': { border: '1px solid var(--muted)', borderRadius: '3px', color: 'var(--muted)', fontSize: '0.8em' },
@@ -87,6 +84,7 @@ export class RawEditor {
           history(),
           keymap.of([{ key: 'Mod-Enter', run: () => (busy(this.#commit()), true) }, ...historyKeymap, ...standardKeymap]),
           marks,
+          editorTheme,
           theme,
           EditorView.updateListener.of(({ docChanged }) => docChanged && this.#judge()),
         ],
