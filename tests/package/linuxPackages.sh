@@ -117,6 +117,9 @@ for name in $names; do
 done
 page=$source/build/page/vekmsg.html # when it was made
 [ ! -f "$page" ] || cmp "$page" "$work/root/vekmsg/usr/share/vekmsg/inspector.html" || fail "the inspector is not in vekmsg"
+for part in inspector.webmanifest inspector-worker.js; do
+    [ ! -f "$page" ] || [ -f "$work/root/vekmsg/usr/share/vekmsg/$part" ] || fail "$part is not in vekmsg"
+done
 while read -r name target file; do
     root=$work/root/$name/usr
     "$source/tests/package/bills.py" "$build" "$root/share/doc/$name/$name.spdx.json" "$target" \

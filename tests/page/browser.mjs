@@ -115,11 +115,20 @@ async function doubleClick(selector) {
 
 /**
  * Calls use(page) with the page open. Afterwards nothing may have gone wrong in it: no error, nothing refused by its
- * policy (unless `isRefusing`), nothing asked of a network.
+ * policy (unless `isRefusing`), nothing asked of a network but what a server at `address` has.
  */
 export async function withPage(
   use,
-  { width = 1400, height = 900, isDark = false, isForced = false, isStill = false, scale = 1, isRefusing = false } = {},
+  {
+    width = 1400,
+    height = 900,
+    isDark = false,
+    isForced = false,
+    isStill = false,
+    scale = 1,
+    isRefusing = false,
+    address = `file://${pagePath}`,
+  } = {},
 ) {
   const looks = {
     colorScheme: isDark ? 'dark' : 'light',
@@ -135,12 +144,12 @@ export async function withPage(
     });
     try {
       const page = Object.assign(await context.newPage(), { downloads });
-      const wrong = noteWrong(page);
+      const wrong = noteWrong(page, new URL('.', address).href);
       if (isFirefox) page.dblclick = doubleClick;
       await page.addInitScript(installHelp);
       if (slowness > 0) await page.addInitScript(slowDown, slowness);
       page.setDefaultTimeout(60_000); // for what the machine may have to do beside
-      await page.goto(`file://${pagePath}`);
+      await page.goto(address);
       await page.waitForSelector('body.isReady');
       await use(page);
       if (wrong.length > 0 && !isRefusing) throw new Error(`in the page: ${wrong.join('; ')}`);
@@ -151,12 +160,13 @@ export async function withPage(
 }
 
 // Keeps what goes wrong in a page from now on.
-function noteWrong(page) {
+function noteWrong(page, home) {
   const wrong = [];
   page.on('pageerror', (error) => wrong.push(error.message));
   page.on('console', (message) => message.type() === 'error' && wrong.push(message.text()));
   const isSocket = (request) => request.headers()['sec-websocket-version'] !== undefined; // Firefox tells of them, too
-  page.on('request', (request) => /^(file|blob|data):/.test(request.url()) || isSocket(request) || wrong.push(request.url()));
+  const isOwn = (url) => /^(file|blob|data):/.test(url) || url.startsWith(home);
+  page.on('request', (request) => isOwn(request.url()) || isSocket(request) || wrong.push(request.url()));
   return wrong;
 }
 

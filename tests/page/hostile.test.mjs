@@ -23,7 +23,7 @@ test('messages full of tags and quotes are shown as they are', async () => {
   await withPage(async (page) => {
     await page.click('#openExample');
     await reading(page);
-    const usual = `${await kindsOfElements(page)} b li mark td th tr wbr`; // of problems and differences
+    const usual = `${await kindsOfElements(page)} b del ins li mark td th tr wbr`; // of problems and differences
     for (const words of hostile) {
       const text = message(
         4112,
@@ -38,7 +38,8 @@ test('messages full of tags and quotes are shown as they are', async () => {
       const obeyed = await page.evaluate(() => {
         const all = [...document.querySelectorAll('body *')].filter(({ localName }) => localName !== 'script');
         const titles = all.map(({ title }) => title ?? '');
-        return [document.body.innerText, ...titles].filter((one) => /[\u0000-\u0008\u0080-\u009f\u2028\u202e]/.test(one));
+        const texts = document.getElementById('differenceTexts').shadowRoot.textContent;
+        return [document.body.innerText, texts, ...titles].filter((one) => /[\u0000-\u0008\u0080-\u009f\u2028\u202e]/.test(one));
       });
       assert.deepEqual(obeyed, []);
       for (const form of ['show', 'json', 'flat', 'message']) await page.selectOption('#formChoice', form);

@@ -1,6 +1,7 @@
-// Makes vekmsg.html of the page's parts: build.mjs CORE.wasm EXAMPLE.log VERSION OUTPUT.html
+// Makes vekmsg.html of the page's parts, and beside it what a server gives with it: build.mjs CORE.wasm EXAMPLE.log VERSION OUTPUT.html
 import { createHash } from 'node:crypto';
 import { readFileSync, writeFileSync } from 'node:fs';
+import { dirname, join } from 'node:path';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
 
@@ -64,15 +65,19 @@ const policy = [
   "default-src 'none'",
   `script-src ${hashOf(start)} ${hashOf(script)} 'wasm-unsafe-eval'`,
   `style-src ${hashOf(style)}`,
-  'worker-src blob:',
+  "worker-src blob: 'self'", // of a server, to be installed
+  "manifest-src 'self'",
+  'img-src data:', // its icon
   'connect-src ws://127.0.0.1:* ws://localhost:*', // a bridge on this machine
   "base-uri 'none'",
   "form-action 'none'",
   "require-trusted-types-for 'script'",
   'trusted-types start page',
 ].join('; ');
+const icon = `data:image/svg+xml;base64,${readFileSync(`${folder}installed/icon.svg`, 'base64')}`;
 const parts = {
   policy,
+  icon,
   style,
   start,
   script: packed(script),
@@ -82,7 +87,11 @@ const parts = {
     [...[...modules].sort().map(licenceOf), ...['nlohmann-json', 'fast_float', 'emscripten'].map(noticeOf)].join('\n----\n\n'),
   ),
 };
-const page = read(`${folder}index.html`).replaceAll(/\{\{(\w+)\}\}/g, (_all, name) => parts[name]);
+const filled = (path) => read(folder + path).replaceAll(/\{\{(\w+)\}\}/g, (_all, name) => parts[name]);
+const page = filled('index.html');
 if (Buffer.byteLength(page) >= largest) throw new Error(`the page has ${Buffer.byteLength(page)} bytes, and ${largest} are too many`);
 writeFileSync(outputPath, page);
+parts.digest = createHash('sha256').update(page).digest('hex').slice(0, 16);
+for (const name of ['inspector.webmanifest', 'inspector-worker.js'])
+  writeFileSync(join(dirname(outputPath), name), filled(`installed/${name}`));
 console.log(`${outputPath}: ${Buffer.byteLength(page)} bytes`);

@@ -8,7 +8,8 @@ const core = `${root}build/page/tools/bindings/vekBindings.wasm`;
 const made = `${root}build/page/dev.html`;
 const port = Number(process.env.PORT ?? 8000);
 
-createServer((_request, response) => {
+createServer(({ url }, response) => {
+  if (!/^\/($|\?)/.test(url)) return void response.writeHead(404).end(); // it is not to be kept
   const { status, stderr } = spawnSync(process.execPath, [`${root}tools/page/build.mjs`, core, `${root}examples/device.log`, 'dev', made]);
   response.writeHead(status === 0 ? 200 : 500, { 'content-type': status === 0 ? 'text/html; charset=utf-8' : 'text/plain' });
   response.end(status === 0 ? readFileSync(made) : stderr);

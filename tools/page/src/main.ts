@@ -5,6 +5,7 @@ import { Detail } from './detail.ts';
 import { Filters } from './filters.ts';
 import { History } from './history.ts';
 import { makeLeaving } from './leaving.ts';
+import { makeInstallable } from './installing.ts';
 import { Live } from './live.ts';
 import { Log, type Snapshot } from './log.ts';
 import { MessageList } from './messageList.ts';
@@ -380,6 +381,7 @@ async function start() {
     page.showPane('detail');
     page.detail.tree.focus();
   });
+  makeInstallable();
   document.body.classList.add('isReady');
 }
 

@@ -38,6 +38,9 @@ const policy = (globalThis as { trustedTypes?: TrustedTypes }).trustedTypes?.cre
   createScriptURL: (url: string) => url,
 });
 
+/** What may be run from an address of the page's own. */
+export const scriptAddress = (url: string) => (policy ? policy.createScriptURL(url) : url);
+
 export class Reader {
   #worker: Worker;
   #latest = 0;
@@ -45,7 +48,7 @@ export class Reader {
 
   constructor(wasm: Bytes) {
     const url = URL.createObjectURL(new Blob([workerSource], { type: 'text/javascript' }));
-    this.#worker = new Worker((policy ? policy.createScriptURL(url) : url) as string);
+    this.#worker = new Worker(scriptAddress(url) as string);
     this.#worker.onmessage = ({ data }: MessageEvent<Answer>) => this.#take(data);
     this.#worker.postMessage({ kind: 'start', wasm });
   }
