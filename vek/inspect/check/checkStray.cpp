@@ -16,6 +16,19 @@ std::string_view behindOddCharacters(std::string_view text) {
     return text.substr(static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isOdd) - text.begin()));
 }
 
+// As in 1.024,5, where no point can be the decimal one.
+bool hasPointsOfThousands(std::string_view number) {
+    constexpr std::size_t group = 4;
+    number.remove_prefix(number.starts_with('-') ? 1 : 0);
+    const std::size_t first = number.find('.');
+    if (first == 0 || first >= group || number.starts_with('0') || (number.size() - first) % group != 0)
+        return false;
+    for (std::size_t i = first; i < number.size(); ++i)
+        if ((i - first) % group == 0 ? number[i] != '.' : !isDigit(number[i]))
+            return false;
+    return true;
+}
+
 } // namespace
 
 void checker_t::reportSwallowed(const node_t &node, std::string_view andMore) {
@@ -156,14 +169,18 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     if (!report(decimalComma, place, &before))
         return true;
     const std::string_view lastDigits = tree_.value(*last);
+    const bool isOfPoints = last == &node && hasPointsOfThousands(whole);
     const bool isOfThousands = lastDigits.find('.') == thousand ||
                                (last != &node && lastDigits.size() == thousand && whole.size() <= thousand);
     const bool goesOn = behind != nullptr && behind->use == pairUse_t::noKey;
     // Three digits behind it may be thousands, unless there is a point or nothing in front.
     const bool isEither =
-        !isOfThousands &&
+        !isOfThousands && !isOfPoints &&
         (last != &node || (rest.size() == thousand && !whole.starts_with('0') && !whole.starts_with("-0")));
-    std::string meant = isOfThousands ? std::move(digits) : joined({whole, ".", rest});
+    std::string plain(whole);
+    if (isOfPoints)
+        std::erase(plain, '.');
+    std::string meant = isOfThousands ? std::move(digits) : joined({plain, ".", rest});
     if ((isInteger(before.field->kind) && !isOfThousands) || goesOn || isEither ||
         judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();
