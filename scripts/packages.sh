@@ -16,7 +16,7 @@ set -euo pipefail
 
 packages=(g++ cmake ninja-build nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libsqlite3-dev
           libcurl4-openssl-dev)
-testing=(libgtest-dev valgrind zstd sqlite3 tzdata man-db python3-jsonschema locales socat)
+testing=(libgtest-dev valgrind zstd sqlite3 tzdata man-db python3-jsonschema locales socat xxd)
 case ${1:-build} in
 build) ;;
 test) packages+=("${testing[@]}") ;;

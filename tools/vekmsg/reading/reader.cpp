@@ -136,8 +136,9 @@ void reader_t::readAll(const std::string &name) {
         begin(name);
         const input_t &input = *input_;
         const unsigned threads = options_.threads(input.source->size());
-        const bool isSplit = threads > 1 && name != "-" && !options_.head && !input.isForm && input.source->isPlain() &&
-                             input.source->size() > input.start.size() && task_.fork() != nullptr;
+        const bool isSplit = threads > 1 && name != "-" && !options_.head && !input.isForm && !input.isDump &&
+                             input.source->isPlain() && input.source->size() > input.start.size() &&
+                             task_.fork() != nullptr;
         if (isSplit)
             return readSplit(name, threads);
         while (takeBlock()) {
@@ -182,6 +183,7 @@ void reader_t::begin(const std::string &name) {
     input.scanner = inspect::logScanner_t(skipped);
     const form_t form = inspect::formOf(input.start);
     input.isForm = inspect::isForm(form);
+    input.isDump = inspect::isDump(input.start);
     if (input.isForm)
         input.sink.form = form;
     else if (input.source->isAllAtOnce())
@@ -214,7 +216,7 @@ void reader_t::lookForWhole(std::size_t skipped) {
 bool reader_t::takeBlock() {
     input_t &input = *input_;
     const std::string_view block = input.size == 0 ? std::string_view(input.start) : input.source->next();
-    if (block.empty() || input.sink.isFull())
+    if (block.empty() || input.sink.isFull() || input.isDump)
         return false;
     input.size += block.size();
     if (input.isForm) {

@@ -123,7 +123,7 @@ private:
         std::string pending;    // of a form: what is not complete yet
         std::uint64_t size = 0; // that was taken
         item_t position;        // of a form: where `pending` begins
-        bool isForm = false;
+        bool isForm = false, isDump = false;
     };
 
     progress_t progress_;

@@ -82,13 +82,18 @@ std::string_view encodingIn(std::string_view start) {
                        "decodes them"},
         {"QEA0M", "are base64 (QEA0 is @@4): base64 -d decodes them"},
         {"4040343", "are hexadecimal (404034 is @@4): xxd -r -p decodes them"},
-        {"40 40 34 3", "are bytes of a dump (40 40 34 is @@4): xxd -r decodes them, without offsets xxd -r -p"},
-        {"4040 343", "are bytes of a dump (4040 34 is @@4): xxd -r decodes them, without offsets xxd -r -p"},
+        {"40 40 34 3", "are bytes of a dump (40 40 34 is @@4): sed 's/^[0-9a-f]\\{6,8\\}:*//; s/[|>].*//' | xxd -r -p "
+                       "decodes them"},
+        {"4040 343", "are bytes of a dump (4040 34 is @@4): xxd -r decodes them"},
     }};
     for (const encoding_t &encoding : encodings)
         if (start.find(encoding.marker) != std::string_view::npos)
             return encoding.words;
     return {};
+}
+
+bool isDump(std::string_view start) {
+    return start.starts_with("000000") && !encodingIn(start.substr(0, start.find('\n'))).empty();
 }
 
 bool showsWhatItIs(std::string_view start) {

@@ -32,6 +32,9 @@ bool showsWhatItIs(std::string_view start);
 /// ..."; else empty.
 std::string_view encodingIn(std::string_view start);
 
+/// Whether a text begins as a dump of a message's bytes does: what stands beside them is no message.
+bool isDump(std::string_view start);
+
 /// Where the value at the start of a text ends; npos when it does not, 0 when it is no JSON.
 std::size_t endOfJson(std::string_view text);
 
