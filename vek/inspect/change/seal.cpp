@@ -58,8 +58,8 @@ std::string_view bodyOf(std::string_view text, const envelopeParts_t &parts) {
     if (!parts.endMarker.isEmpty())
         return parts.body.in(text);
     std::string_view body = trimmed(text.substr(parts.body.start), around);
-    while (body.ends_with('!'))
-        body.remove_suffix(1);
+    while (body.ends_with('!') || body.ends_with(wideMark))
+        body.remove_suffix(body.ends_with('!') ? 1 : wideMark.size());
     return body;
 }
 

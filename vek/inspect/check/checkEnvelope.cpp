@@ -244,7 +244,7 @@ void checker_t::checkEnd() {
     if (report(noEndMarker, envelope_.endMarker)) {
         const std::size_t size = text.size() - envelope_.startMarker.start + 1;
         const auto said = static_cast<std::size_t>(std::max(envelope_.length.value, 0));
-        const std::string_view tail = text.substr(std::min(text.rfind(closeBrace), text.size() - 1) + 1);
+        const std::string_view tail = trimmed(text.substr(std::min(text.rfind(closeBrace), text.size() - 1) + 1));
         const bool isOdd =
             tail.size() > 1 && std::all_of(tail.begin(), tail.end(), [](char c) { return (c & 0x80) != 0; });
         const std::string missing =
@@ -263,8 +263,9 @@ void checker_t::checkEnd() {
             mend({envelope_.body.start, envelope_.whole.end}, typed + "!!", true);
         else if (!isCutOff() && !isCutInHead() && missingBraces() == 0)
             mend({envelope_.endMarker.start, envelope_.whole.end}, "!!",
-                 rest.size() <= mostOfMarker &&
-                     (isOfShell ? !isAlsoInside : rest.find_first_not_of("!?1 .;,'\"") == std::string_view::npos));
+                 rest == joined({wideMark, wideMark}) ||
+                     (rest.size() <= mostOfMarker &&
+                      (isOfShell ? !isAlsoInside : rest.find_first_not_of("!?1 .;,'\"") == std::string_view::npos)));
     }
 }
 

@@ -77,10 +77,17 @@ private:
 
     // Where the end marker should be, of which a part may be there.
     std::size_t findMissingEnd(std::size_t from) const {
-        const std::size_t end = text_.find_last_not_of(" \t\r\n!?.,;'\"\\");
-        const bool isPart = end != std::string_view::npos && end >= from && text_[end] == closeBrace &&
-                            text_.find('!', end) != std::string_view::npos;
-        return isPart ? end + 1 : text_.size();
+        std::size_t end = text_.size();
+        for (std::size_t before = end + 1; end > from && end < before;) {
+            before = end;
+            end = text_.find_last_not_of(" \t\r\n!?.,;'\"\\", end - 1) + 1;
+            if (text_.substr(0, end).ends_with(wideMark))
+                end -= wideMark.size();
+        }
+        const std::string_view rest = text_.substr(end);
+        const bool isPart = end > from && text_[end - 1] == closeBrace &&
+                            (rest.find('!') != std::string_view::npos || rest.find(wideMark) != std::string_view::npos);
+        return isPart ? end : text_.size();
     }
 
     // The "!!" in front of another message.

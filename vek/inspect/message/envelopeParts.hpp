@@ -11,6 +11,9 @@
 
 namespace vek::inspect {
 
+/// U+FF01, which an input method of wide characters leaves where "!" was typed.
+inline constexpr std::string_view wideMark = "\xEF\xBC\x81";
+
 /// A number of an envelope.
 struct envelopeNumber_t {
     place_t place; ///< of its digits and sign; empty, where it should be, when it isn't there
