@@ -8,7 +8,20 @@ function unmasked(frame) {
   return frame.subarray(start + 4).map((byte, at) => byte ^ frame[start + (at & 3)]);
 }
 
-/** What a bridge to a device does: texts out, of fewer than 126 bytes, and the first message in. */
+// A text as a browser takes it.
+function framed(text) {
+  const bytes = Buffer.from(text);
+  const { length } = bytes;
+  const head =
+    length < 126
+      ? [length]
+      : length < 65536
+        ? [126, length >> 8, length & 255]
+        : [127, 0, 0, 0, 0, ...[24, 16, 8, 0].map((shift) => (length >> shift) & 255)];
+  return Buffer.concat([Buffer.from([0x81, ...head]), bytes]);
+}
+
+/** What a bridge to a device does: texts out, and the first message in. */
 export async function bridge() {
   let take;
   const received = new Promise((resolve) => (take = resolve));
@@ -21,7 +34,7 @@ export async function bridge() {
     sockets.push(socket);
   });
   await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
-  const send = (text) => sockets[0].write(Buffer.concat([Buffer.from([0x81, text.length]), Buffer.from(text)]));
+  const send = (text) => sockets[0].write(framed(text));
   const close = () => (sockets.forEach((socket) => socket.destroy()), server.close());
   return { address: `ws://127.0.0.1:${server.address().port}/`, received, send, close };
 }

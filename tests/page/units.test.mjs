@@ -31,6 +31,21 @@ test('bytes that are no UTF-8 go through the texts of the core and back, whateve
   }
 });
 
+test('what comes in pieces stands where it came', async () => {
+  const { bytesIn, extended, noSource, sliceOf } = await sourceModule('source');
+  const piece = Uint8Array.from({ length: 100_003 }, (_one, at) => at % 251);
+  let source = noSource();
+  for (let count = 1; count <= 10; ++count) source = extended(source, piece);
+  assert.ok(source.read.size > 0 && source.tail.length > 0);
+  const whole = Buffer.concat(Array(10).fill(piece));
+  const ends = [0, 1, source.read.size - 1, source.read.size, source.read.size + 1, whole.length];
+  for (const start of ends)
+    for (const end of ends.filter((one) => one >= start)) {
+      assert.deepEqual(Buffer.from(await bytesIn(source, start, end)), whole.subarray(start, end));
+      assert.equal(sliceOf(source, start, end).size, end - start);
+    }
+});
+
 test('which way a message went is what its line says', async () => {
   const { directionIn } = await sourceModule('lineHead');
   const cases = {

@@ -4,7 +4,7 @@ import { inSlices } from './elements.ts';
 import { isSame, linesBetween } from './bytes.ts';
 import { Columns } from './columns.ts';
 import type { Lane, Queue } from './queue.ts';
-import { changesAt, sliceOf, type Source } from './source.ts';
+import { bytesIn, changesAt, extended, noSource, sliceOf } from './source.ts';
 import { Cancelled } from './cancelled.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
 import type { Progress } from './worker.ts';
@@ -32,7 +32,7 @@ export function latestOfKinds(log: Log, row: number): Map<number, number> {
 
 export class Log {
   columns = new Columns();
-  source: Source = { read: new Blob(), changed: new Blob() };
+  source = noSource();
   size: number;
   kinds!: Map<number, number>; // messages of each id
   findings!: Map<number, number>; // messages of each finding code
@@ -89,9 +89,8 @@ export class Log {
   async follow(step: 'begin' | 'more' | 'end', bytes: Bytes = new Uint8Array()) {
     this.isLive = true;
     const { rows } = await this.queue.run('follow', { step, bytes }, { lane: this.lane });
-    const read = new Blob([this.source.read, bytes]);
-    this.source = { ...this.source, read };
-    this.size = this.done = read.size;
+    this.source = extended(this.source, bytes);
+    this.size = this.done = this.size + bytes.length;
     if (rows.length > 0) this.#append(rows, 0, 0);
     this.isLive = step !== 'end';
     this.isComplete = !this.isLive;
@@ -198,8 +197,8 @@ export class Log {
     return original ? this.#bytesAt(original) : this.message(row);
   }
 
-  async #bytesAt({ start, size }: Stretch) {
-    return new Uint8Array(await sliceOf(this.source, start, start + size).arrayBuffer());
+  #bytesAt({ start, size }: Stretch) {
+    return bytesIn(this.source, start, start + size);
   }
 
   #placeIn(row: number): Stretch {
@@ -212,10 +211,10 @@ export class Log {
     let at = 0;
     for (const [row, { start, size }] of [...this.originals].sort(([, left], [, right]) => left.start - right.start)) {
       const now = this.#placeIn(row);
-      parts.push(this.source.read.slice(at, start), sliceOf(this.source, now.start, now.start + now.size));
+      parts.push(sliceOf(this.source, at, start), sliceOf(this.source, now.start, now.start + now.size));
       at = start + size;
     }
-    return new Blob([...parts, this.source.read.slice(at)]);
+    return new Blob([...parts, sliceOf(this.source, at, this.size)]);
   }
 
   /** The latest message of the same kind in front of this one; -1 when there is none. */

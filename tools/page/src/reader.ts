@@ -73,15 +73,16 @@ export class Reader {
     { onProgress, signal }: RunOptions = {},
   ): Promise<Awaited<ReturnType<Jobs[Kind]>>> {
     const job = ++this.#latest;
-    return new Promise((resolve, reject) => {
-      if (signal?.aborted) return reject(new Cancelled());
-      this.#jobs.set(job, { resolve, reject, onProgress });
-      signal?.addEventListener('abort', () => {
-        this.#worker.postMessage({ kind: 'cancel', job });
-        if (this.#jobs.delete(job)) reject(new Cancelled());
-      });
-      return this.#worker.postMessage({ kind, job, ...parts });
-    });
+    if (signal?.aborted) return Promise.reject(new Cancelled());
+    const cancel = () => {
+      this.#worker.postMessage({ kind: 'cancel', job });
+      this.#jobs.get(job)?.reject(new Cancelled());
+      this.#jobs.delete(job);
+    };
+    signal?.addEventListener('abort', cancel);
+    const answer = new Promise<Awaited<ReturnType<Jobs[Kind]>>>((resolve, reject) => this.#jobs.set(job, { resolve, reject, onProgress }));
+    this.#worker.postMessage({ kind, job, ...parts });
+    return answer.finally(() => signal?.removeEventListener('abort', cancel)); // which may outlive many jobs
   }
 }
 

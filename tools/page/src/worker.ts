@@ -6,7 +6,7 @@ import type { Bytes, LinePlace, NamedBlob } from './types.ts';
 import { aligned, type Side, type Way } from './alignment.ts';
 import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
-import { sliceOf, type Source } from './source.ts';
+import { bytesIn, sliceOf, type Source } from './source.ts';
 import { plainBlob } from './unpacking.ts';
 
 const blockSize = 2 << 20;
@@ -18,7 +18,6 @@ let core: Core;
 const cancelled = new Set<number>(); // jobs
 
 const bytesOf = async (blob: Blob) => new Uint8Array(await blob.arrayBuffer());
-const bytesIn = (source: Source, start: number, end: number) => bytesOf(sliceOf(source, start, end));
 
 /** What the page is told while a job goes on. */
 export interface Progress {
