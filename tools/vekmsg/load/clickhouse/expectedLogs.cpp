@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/clickhouse/expectedLogs.hpp"
 
+#include "tools/vekmsg/load/clickhouse/removal.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 namespace vek::tool {
 
 using inspect::archivedLog_t;
+using inspect::joined;
 using coming_t = archive_t::coming_t;
 
 namespace {
