@@ -114,6 +114,10 @@ TEST(Mending, RestoresWhatIsCertainAndNothingElse) {
             }
     }
     EXPECT_GT(restored, asked * 50) << restored << " " << asked;
+    const std::string good = message(4112, "{FOCUS_VALUE=1.000000;}"); // two steps, of 1,000 and the text each
+    const std::string bad = std::string(good).erase(0, 1).replace(good.find("VALUE"), 4, "VALEU");
+    for (std::size_t budget = 0; budget < 5000; budget += 200)
+        EXPECT_EQ(mended(bad, budget).text, budget < 2 * (1000 + good.size()) ? bad : good) << budget;
 }
 
 TEST(Seal, MakesAValidMessageOfWhatPeopleEdit) {

@@ -78,7 +78,7 @@ bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, co
 // A message on its way.
 class mender_t {
 public:
-    explicit mender_t(std::string_view text) : mending_{std::string(text), {}, {}} {
+    mender_t(std::string_view text, std::size_t budget) : mending_{std::string(text), {}, {}}, budget_(budget) {
         tree_.read(mending_.text);
         mending_.left = check(tree_);
     }
@@ -260,9 +260,8 @@ private:
 
     tree_t tree_;
     mending_t mending_;
-    // What a hostile text may cost stays small: characters that are judged.
     static constexpr std::size_t costOfAny = 1000;
-    std::size_t budget_ = 50'000'000;
+    std::size_t budget_;
     bool isGivenUp_ = false;
 };
 
@@ -336,10 +335,10 @@ bool mending_t::isSound() const {
     return std::none_of(left.begin(), left.end(), &isError);
 }
 
-mending_t mended(std::string_view text) {
+mending_t mended(std::string_view text, std::size_t budget) {
     while (text.ends_with('\0')) // the rest of a buffer
         text.remove_suffix(1);
-    mender_t mender(text);
+    mender_t mender(text, budget);
     mending_t mending = mender.mend();
     return mender.isGivenUp() ? mending_t{std::string(text), {}, check(tree_t(text))} : mending;
 }

@@ -39,7 +39,8 @@ struct mending_t {
 
 /// All that is certain done to one message, whatever stands around it. What is not at fault keeps the values that a
 /// host reads of it, and mending the result changes nothing. Markers, numbers and length are put right only around a
-/// body without errors: a message is not made acceptable that says something else than was meant.
-mending_t mended(std::string_view text);
+/// body without errors: a message is not made acceptable that says something else than was meant. What takes more than
+/// `budget`, in characters that are judged, is left as it was: what a hostile text may cost stays small.
+mending_t mended(std::string_view text, std::size_t budget = 50'000'000);
 
 } // namespace vek::inspect
