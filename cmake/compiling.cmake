@@ -19,15 +19,17 @@ elseif(VEK_INSTRUMENT STREQUAL "coverage")
     set(instrumentation --coverage)
     set(instrumentedCode ${instrumentation} -O0)
 elseif(VEK_INSTRUMENT STREQUAL "fuzzer")
-    set(instrumentation -fsanitize=address,undefined)
-    set(instrumentedCode -fsanitize=address,undefined -fsanitize-coverage=inline-8bit-counters,pc-table
-                         -fno-sanitize-recover=all)
+    set(VEK_FUZZ_SANITIZERS address,undefined CACHE STRING "The fuzzers' sanitizers; none: several times the inputs")
+    if(VEK_FUZZ_SANITIZERS)
+        set(instrumentation -fsanitize=${VEK_FUZZ_SANITIZERS})
+    endif()
+    set(instrumentedCode ${instrumentation} -fsanitize-coverage=inline-8bit-counters,pc-table -fno-sanitize-recover=all)
 elseif(VEK_INSTRUMENT)
     message(FATAL_ERROR "VEK_INSTRUMENT: '${VEK_INSTRUMENT}' is not sanitizers, threads, memory, coverage or fuzzer")
 endif()
 
 # The sanitizers are to see each string body that is used after its release, or before it is set.
-if(VEK_INSTRUMENT MATCHES "sanitizers|memory|fuzzer")
+if("${instrumentation}" MATCHES "address|memory")
     list(APPEND instrumentedCode -DVEK_NO_SPARE_BODIES)
 endif()
 

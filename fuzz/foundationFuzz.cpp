@@ -57,6 +57,7 @@ std::string anyText(bytes_t &bytes) {
 void changeStrings(bytes_t &bytes) {
     constexpr std::size_t longest = 4000;
     std::array<pair_t, 3> all;
+    changes::with_t with{}; // a stream takes longer to make than most changes
     while (!bytes.isAtEnd()) {
         const std::size_t which = bytes.next();
         pair_t &one = all[which % 3];
@@ -66,9 +67,13 @@ void changeStrings(bytes_t &bytes) {
         const std::size_t length = one.real.length();
         const std::size_t start = bytes.next() * (length + 1) / 256, removed = bytes.next();
         const std::size_t extent = bytes.next() * (length - start + 1) / 256;
-        changes::with_t with{anyText(bytes), start + which % 2 * 2, removed < 200 ? removed % 5 : 2 * removed, start,
-                             extent};
+        with.text = anyText(bytes);
+        with.position = start + which % 2 * 2;
+        with.removed = removed < 200 ? removed % 5 : 2 * removed;
+        with.start = start;
+        with.extent = extent;
         const changes::change_t &change = changes::all[bytes.below(std::size(changes::all))];
+        with.input.clear();
         with.input.str(with.text);
         change.real(one.real, other.real, with);
         with.input.clear();

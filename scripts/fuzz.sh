@@ -1,18 +1,40 @@
 #!/usr/bin/env bash
 # Runs every fuzzer for a long time, as many at once as there are processors, and says how many inputs each tried. What
 # one finds is named in its output and can be given to it again; what is new to it stays in build/fuzz/fuzz.
-#   fuzz.sh [SECONDS [NAME]]   each for so long (an hour), or one alone
-#   fuzz.sh keep [NAME]        packs into fuzz/corpus what of all that was found reaches another place of the code
+#   fuzz.sh [SECONDS [NAME]]        each for so long (an hour), or one alone
+#   fuzz.sh farm [SECONDS [NAME]]   the same without sanitizers, which makes several times the inputs of it: finds broken
+#                                   promises; what it reached is then tried with them
+#   fuzz.sh keep [NAME]             packs into fuzz/corpus what of all that was found reaches another place of the code
 set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/talk.sh
 . scripts/talk.sh
-seconds=${1:-3600}
-[ "$seconds" != keep ] || seconds=10
-
+mode=run
+[[ ${1:-} != @(farm|keep) ]] || { mode=$1 && shift; }
+if [ "$mode" = keep ]; then seconds=10 name=${1:-Fuzz}; else seconds=${1:-3600} name=${2:-Fuzz}; fi
 scripts/packages.sh all
-talk "fuzz: preparing" cmake --preset fuzz -DVEK_FUZZ_SECONDS="$seconds" -DVEK_FUZZ_SEED=0
-talk "fuzz: building" cmake --build --preset fuzz
+
+# prepare FOLDER SECONDS [CMAKE OPTIONS...]
+prepare() {
+    talk "$1: preparing" cmake --preset fuzz -B "$1" -DVEK_FUZZ_SECONDS="$2" -DVEK_FUZZ_SEED=0 "${@:3}"
+    talk "$1: building" cmake --build "$1" --target fuzz/all
+}
+
+# fuzz FOLDER
+fuzz() {
+    local status=0
+    talk "$1: fuzzing" ctest --test-dir "$1" --output-on-failure -V -j "$(nproc)" -R "$name" || status=$?
+    grep -aE '^[0-9]+: (stat::number_of_executed_units|.*Test unit written)|Test +#' "$talkLog" | awk -v folder="$1" '
+        /number_of_executed_units/ { count[$1] = $NF; all += $NF; next }
+        /Test unit written/ { found[$1] = $NF; next }
+        { # "1/8 Test #1: conversionFuzz ....   Passed   32.21 sec"
+            number = substr($3, 2)
+            one = found[number] ? ", one that fails: " folder "/fuzz/" substr(found[number], 3) : ""
+            printf "%-16s %12d inputs%s\n", $4, count[number], one
+        }
+        END { printf "%-16s %12d inputs\n", "all", all }'
+    return "$status"
+}
 
 # keep NAME: few inputs that together reach all places. The same inputs make the same archive.
 keep() {
@@ -25,21 +47,23 @@ keep() {
         "build/fuzz/fuzz/$name" -set_cover_merge=1 -use_counters=0 -max_len=2048 "$to" "${from[@]}"
     tar --sort=name --mtime=@0 --owner=0 --group=0 --numeric-owner --mode=644 -C "$to" -cf - . | xz -9e >"fuzz/corpus/$name.tar.xz"
 }
-if [ "${1:-}" = keep ]; then
-    sed -n 's/^vekFuzz(\([A-Za-z]*\) .*/\1/p' fuzz/CMakeLists.txt | grep "${2:-.}" | while read -r name; do
-        talk "fuzz: keeping for $name" keep "$name"
+
+if [ "$mode" = farm ]; then
+    prepare build/farm "$seconds" -DVEK_FUZZ_SANITIZERS=
+    fuzz build/farm
+    seconds=10
+fi
+prepare build/fuzz "$seconds"
+if [ "$mode" = keep ]; then
+    sed -n 's/^vekFuzz(\([A-Za-z]*\) .*/\1/p' fuzz/CMakeLists.txt | grep "$name" | while read -r one; do
+        talk "fuzz: keeping for $one" keep "$one"
     done
     du -ch fuzz/corpus/*.tar.xz
     exit
 fi
-status=0
-talk "fuzz: $seconds s each" ctest --preset fuzz -V -j "$(nproc)" -R "${2:-Fuzz}" || status=$?
-grep -aE '^[0-9]+: (stat::number_of_executed_units|.*Test unit written)|Test +#' "$talkLog" | awk '
-    /number_of_executed_units/ { count[$1] = $NF; all += $NF; next }
-    /Test unit written/ { found[$1] = $NF; next }
-    { # "1/8 Test #1: conversionFuzz ....   Passed   32.21 sec"
-        number = substr($3, 2)
-        printf "%-16s %12d inputs%s\n", $4, count[number], found[number] ? ", one that fails: build/fuzz/fuzz/" substr(found[number], 3) : ""
-    }
-    END { printf "%-16s %12d inputs\n", "all", all }'
-exit "$status"
+if [ "$mode" = farm ]; then
+    for found in build/farm/fuzz/*Corpus; do
+        cp -ru "$found" build/fuzz/fuzz/
+    done
+fi
+fuzz build/fuzz

@@ -2,9 +2,11 @@
 # Puts small faults into a copy of the library, one at a time, and says which of them no test notices: a key's line left
 # out, a row of the catalogue changed, operators and constants in vek/text, vek/api, vek/inspect, the tool and the page's
 # core. A fault that does not compile is not counted; one that takes much more time or memory is noticed.
-#   mutants.sh [COUNT [SEED [FILES [MINUTES]]]]   that many by chance (60), with this seed (1), in files whose names match
-#                                                 the expression (vek/records: keys; messageTable: rows), as long as there
-#                                                 is time (a day)
+#   mutants.sh [COUNT [SEED [FILES [MINUTES]]]]   that many by chance (60), with this seed (1), spread evenly over the files
+#                                                 whose names match the expression (vek/records: keys; messageTable:
+#                                                 rows), as long as there is time (a day)
+#   mutants.sh again [SEED [FILES [MINUTES]]]     those that nothing noticed, with the tests that take minutes
+# Each is judged once: what build/mutants/done lists is not tried again, so that a run can be ended and go on later.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/talk.sh
@@ -56,7 +58,18 @@ operators() {
     done
 }
 { keys; rows; operators; } | awk -v files="$files" '$1 ~ files' >"$work/all"
-awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/all" | sort -g | cut -f 2- >"$work/shuffled"
+touch "$work/done" "$work/judged"
+# One of each file, by chance, then another of each; "again" takes what is said not to be noticed.
+awk -v seed="$seed" 'BEGIN { srand(seed) } { print rand() "\t" $0 }' "$work/all" | sort -g | cut -f 2- |
+    awk '{ print ++of[$1] "\t" $0 }' | sort -s -n -k 1,1 | cut -f 2- >"$work/shuffled"
+
+# What a fault is called in the list: by the line's text, since lines move.
+called() {
+    printf '%s\t%s\t%s\n' "$file" "$change" "$(sed -n "${line}{s/^ *//;p}" "$1")"
+}
+listed() { # == or !=
+    name=$name awk -F '\t' "substr(\$0, length(\$1) + 2) $1 ENVIRON[\"name\"]" "$work/done"
+}
 
 # What may notice, the quick first: which files can matter to it, a program that is built, and how it is run.
 tests=build/quick/tests
@@ -77,7 +90,9 @@ noticing=(
     "vek|vekmsg vekmsg $transcripts ^(vekmsg|docs)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
     "vekmsg vekmsg $tests/inspectTests --gtest_filter=Envelopes.*"
     "vek vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
-    "vek|page inspectTests $tests/inspectTests --gtest_filter=$slow:-Forms.GiveBackTheVeryText"
+)
+[ "$count" != again ] || noticing+=( # which take minutes
+    "^vek inspectTests $tests/inspectTests --gtest_filter=$slow:-Forms.GiveBackTheVeryText"
     "vek/inspect/(forms|message) inspectTests $tests/inspectTests --gtest_filter=Forms.GiveBackTheVeryText"
     "vek/inspect/words|vekmsg vekmsg ctest --test-dir build/quick -R ^vekmsg[.]anyWord"
     "vekmsg/(load|reading) vekmsg ctest --test-dir build/quick -R ^vekmsg[.]loadKilled"
@@ -96,12 +111,18 @@ done
 talk "mutants: preparing" cmake --preset quick -DVEK_UNITY=OFF -DVEK_DEVELOPER=OFF -DCMAKE_PROJECT_INCLUDE=cmake/mutants.cmake \
     -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld -DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld
 talk "mutants: building" cmake --build --preset quick --target inspectTests "${targets[@]}"
-for test in "${asked[@]}"; do # once without a fault, to know how long each takes
+times=$work/times # of each once without a fault, as long as no source changes
+[ -z "$(find . -path ./build -prune -o -type f -newer "$times" -print -quit 2>&1)" ] || rm -f "$times"
+for test in "${asked[@]}"; do
     read -ra command <<<"$test"
-    started=$SECONDS
-    "${command[@]:2}" >"$work/test.log" 2>&1 || { echo "mutants: ${command[*]:2} fails without any fault" >&2; exit 1; }
-    longest[$test]=$((20 + 3 * (SECONDS - started))) # of the processor; of the clock ten times as many
-    echo "    $((SECONDS - started)) s ${command[*]:2}"
+    if ! spent=$(grep -F -- " $test" "$times" 2>/dev/null | cut -d' ' -f1) || [ -z "$spent" ]; then
+        started=$SECONDS
+        "${command[@]:2}" >"$work/test.log" 2>&1 || { echo "mutants: ${command[*]:2} fails without any fault" >&2; exit 1; }
+        spent=$((SECONDS - started))
+        echo "$spent $test" >>"$times"
+    fi
+    longest[$test]=$((20 + 3 * spent)) # of the processor; of the clock ten times as many
+    echo "    $spent s ${command[*]:2}"
 done
 rm -rf "$built"
 cp -a build/quick "$built"
@@ -144,27 +165,33 @@ restore() {
     done
 }
 
+again=no
+[ "$count" != again ] || { again=yes && count=$(grep -c '^survived' "$work/done"); } || true
 survivors=0 judged=0 refused=0
-: >"$work/judged"
 while read -r file line change <&3 && [ "$judged" -lt "$count" ] && [ "$SECONDS" -lt $((minutes * 60)) ]; do
+    name=$(called "$file")
+    outcome=$(listed '==' | cut -f 1)
+    [ "$again:$outcome" = no: ] || [ "$again:$outcome" = yes:survived ] || continue
     cp -p "$file" "$work/original"
     sed -i "$line$change" "$file"
     ! cmp -s "$file" "$work/original" || continue
     touch "$work/before"
     changed="$(sed -n "${line}p" "$work/original" | sed 's/^/  - /')
 $([ "$change" = d ] || sed -n "${line}s/^/  + /p" "$file")"
-    isAsked='' by='does not compile'
+    isAsked='' by='does not compile' outcome=refused
     if ! cmake --build build/quick --target "${targets[@]}" >"$work/build.log" 2>&1; then
         refused=$((refused + 1))
     elif isNoticed; then
-        judged=$((judged + 1))
+        judged=$((judged + 1)) outcome=noticed
     elif [ -n "$isAsked" ]; then
-        judged=$((judged + 1)) survivors=$((survivors + 1))
+        judged=$((judged + 1)) survivors=$((survivors + 1)) outcome=survived
         printf '%s:%s:\n%s\n' "$file" "$line" "$changed"
     else # of another system, or the compiler makes the same of it
         refused=$((refused + 1))
     fi
     printf '%s:%s: %s\n%s\n' "$file" "$line" "${by:-${isAsked:+NOT NOTICED}}" "$changed" >>"$work/judged"
+    { listed '!=' && printf '%s\t%s\n' "$outcome" "$name"; } >"$work/done.new"
+    mv "$work/done.new" "$work/done"
     [ $((judged % 10)) -ne 0 ] || echo "  $judged of $count, $survivors not noticed; $SECONDS s"
     restore
 done 3<"$work/shuffled"
