@@ -264,9 +264,13 @@ bool hasEmptyElement(const tree_t &tree, std::string_view replaced) {
 }
 
 // Whether the differences, one by one, make another message of a text: first what is gone, of a list the last elements
-// first, and elements of which nothing is left in a further round.
+// first, and elements of which nothing is left in a further round. Each step reads the message again, so that many are
+// not taken.
 bool lead(std::string way, const tree_t &to) {
+    constexpr std::size_t most = 250;
     std::vector<difference_t> all = differences(tree_t(way), to);
+    if (all.size() > most)
+        return true;
     for (std::size_t rounds = 0; rounds < 8 && !all.empty(); ++rounds) {
         for (auto one = all.rbegin(); one != all.rend(); ++one)
             if (const change_t step = removed(tree_t(way), one->path, true); !one->hasRight && step.isDone())
