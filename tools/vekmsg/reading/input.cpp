@@ -220,6 +220,9 @@ public:
         }
         return {};
     }
+    bool isUtf16() const {
+        return wrapping_ == inspect::wrapping_t::utf16LittleEnd || wrapping_ == inspect::wrapping_t::utf16BigEnd;
+    }
     bool isShort() const override { return wrapped_->isShort(); }
     bool isAllAtOnce() const override { return isAll_ && wrapping_ == inspect::wrapping_t::none; }
     std::uint64_t taken() const override { return wrapped_->taken(); }
@@ -261,10 +264,7 @@ std::unique_ptr<source_t> openPlainOrPacked(const std::string &name) {
     return plain;
 }
 
-} // namespace
-
-std::unique_ptr<source_t> openSource(const std::string &name) {
-    std::unique_ptr<source_t> source = openPlainOrPacked(name);
+std::unique_ptr<wrappedSource_t> unwrapped(std::unique_ptr<source_t> source) {
     // A pipe may give its first line in pieces. A message that it ends with soon is all that a host gets of it.
     constexpr std::uint64_t soon = 300; // milliseconds
     std::string start;
@@ -281,6 +281,15 @@ std::unique_ptr<source_t> openSource(const std::string &name) {
     }
     const inspect::wrapping_t wrapping = inspect::wrappingOfLog(start, isEnded);
     return std::make_unique<wrappedSource_t>(std::move(source), std::move(start), wrapping, isEnded);
+}
+
+} // namespace
+
+std::unique_ptr<source_t> openSource(const std::string &name) {
+    std::unique_ptr<wrappedSource_t> log = unwrapped(openPlainOrPacked(name));
+    if (log->isUtf16()) // packed, which may be of one that has a wrapping, too
+        log = unwrapped(std::move(log));
+    return log;
 }
 
 } // namespace vek::tool
