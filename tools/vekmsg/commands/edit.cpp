@@ -49,14 +49,10 @@ public:
     item_t place;
 };
 
-// A draft beside the user's other temporary files, kept when the user gives up with changes in it.
+// A draft, kept when the user gives up with changes in it, and when what was written comes nowhere else.
 class draft_t {
 public:
-    draft_t() {
-        const std::string folder =
-            environment("TMPDIR").value_or(environment("TEMP").value_or(environment("TMP").value_or("/tmp")));
-        name_ = folder + "/vekmsg-" + std::to_string(milliseconds()) + ".txt";
-    }
+    draft_t() : name_(makeDraft()) {}
     ~draft_t() {
         if (!isKept)
             std::remove(name_.c_str());
@@ -65,6 +61,7 @@ public:
     draft_t &operator=(const draft_t &) = delete;
 
     const std::string &name() const { return name_; }
+    std::string words() const { return isKept ? "; your draft is " + name_ : ""; }
     void write(const std::string &text) const {
         std::ofstream file(name_, std::ios::binary | std::ios::trunc);
         file << text;
@@ -80,7 +77,7 @@ public:
     bool isKept = false;
 
 private:
-    std::string name_;
+    const std::string name_;
 };
 
 std::string editor() {
@@ -152,10 +149,9 @@ std::optional<std::string> edited(const std::string &text, draft_t &draft) {
     for (bool isFirst = true;; isFirst = false) {
         draft.write(offered);
         if (!runEditor(editor(), draft.name())) {
-            draft.isKept = !isFirst;
+            draft.isKept = !isFirst || draft.read() != offered;
             throw usageError_t("the editor " + editor() +
-                               " ended with an error; set VISUAL or EDITOR to one that works" +
-                               (isFirst ? "" : "; your draft is " + draft.name()));
+                               " ended with an error; set VISUAL or EDITOR to one that works" + draft.words());
         }
         const std::string saved = draft.read();
         if (saved == offered) {
@@ -190,11 +186,17 @@ int runEdit(const editArguments_t &arguments) {
     draft_t draft;
     const std::optional<std::string> text = edited(task.text, draft);
     if (!text) {
-        complain(file + " stays as it was" + (draft.isKept ? "; your draft is " + draft.name() : ""));
+        complain(file + " stays as it was" + draft.words());
         return draft.isKept ? exitDifferences : exitFine;
     }
-    rewriter.replace(task.place, *text);
-    rewriter.commit();
+    draft.isKept = true;
+    try {
+        rewriter.replace(task.place, *text);
+        rewriter.commit();
+    } catch (const usageError_t &error) {
+        throw usageError_t(error.what() + draft.words());
+    }
+    draft.isKept = false;
     return exitFine;
 }
 

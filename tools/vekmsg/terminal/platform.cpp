@@ -366,6 +366,21 @@ void replacement_t::commit() {
 #endif
 }
 
+std::string makeDraft() {
+#ifdef _WIN32
+    const std::string folder = environment("TEMP").value_or(environment("TMP").value_or("."));
+    const std::string name = folder + "\\vekmsg-" + std::to_string(milliseconds()) + ".txt";
+    const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_BINARY, 0600);
+#else
+    std::string name = environment("TMPDIR").value_or("/tmp") + "/vekmsg-XXXXXX.txt";
+    const int descriptor = mkstemps(name.data(), 4);
+#endif
+    if (descriptor < 0)
+        failOnFile("make", name);
+    close(descriptor);
+    return name;
+}
+
 bool runEditor(const std::string &editor, const std::string &file) {
 #ifdef _WIN32
     const std::string command = "\"" + editor + " \"" + file + "\"\"";

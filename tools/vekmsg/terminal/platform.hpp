@@ -98,6 +98,10 @@ private:
     int descriptor_ = -1;
 };
 
+/// Makes a file for a draft among the temporary ones, which nobody but the user may read; its name. Throws
+/// usageError_t.
+std::string makeDraft();
+
 /// Runs an editor on a file and waits for it; false when it could not be run or ended with an error.
 bool runEditor(const std::string &editor, const std::string &file);
 
