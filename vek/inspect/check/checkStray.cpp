@@ -1,5 +1,6 @@
 // A value without a key, which belongs to the value in front of it: the rest of a text, or of a number with a comma.
 #include "vek/inspect/check/private/checker.hpp"
+#include "vek/inspect/check/private/judging.hpp"
 #include "vek/inspect/message/scalars.hpp"
 #include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/trimming.hpp"
@@ -14,19 +15,6 @@ namespace {
 std::string_view behindOddCharacters(std::string_view text) {
     const auto isOdd = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
     return text.substr(static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isOdd) - text.begin()));
-}
-
-// As in 1.024,5, where no point can be the decimal one.
-bool hasPointsOfThousands(std::string_view number) {
-    constexpr std::size_t group = 4;
-    number.remove_prefix(number.starts_with('-') ? 1 : 0);
-    const std::size_t first = number.find('.');
-    if (first == 0 || first >= group || number.starts_with('0') || (number.size() - first) % group != 0)
-        return false;
-    for (std::size_t i = first; i < number.size(); ++i)
-        if ((i - first) % group == 0 ? number[i] != '.' : !isDigit(number[i]))
-            return false;
-    return true;
 }
 
 } // namespace
@@ -169,7 +157,8 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     if (!report(decimalComma, place, &before))
         return true;
     const std::string_view lastDigits = tree_.value(*last);
-    const bool isOfPoints = last == &node && hasPointsOfThousands(whole);
+    const std::string front = last == &node ? withoutPointsOfThousands(whole) : std::string(whole);
+    const bool isOfPoints = front != whole;
     const bool isOfThousands = lastDigits.find('.') == thousand ||
                                (last != &node && lastDigits.size() == thousand && whole.size() <= thousand);
     const bool goesOn = behind != nullptr && behind->use == pairUse_t::noKey;
@@ -177,10 +166,7 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
     const bool isEither =
         !isOfThousands && !isOfPoints &&
         (last != &node || (rest.size() == thousand && !whole.starts_with('0') && !whole.starts_with("-0")));
-    std::string plain(whole);
-    if (isOfPoints)
-        std::erase(plain, '.');
-    std::string meant = isOfThousands ? std::move(digits) : joined({plain, ".", rest});
+    std::string meant = isOfThousands ? std::move(digits) : joined({front, ".", rest});
     if ((isInteger(before.field->kind) && !isOfThousands) || goesOn || isEither ||
         judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();

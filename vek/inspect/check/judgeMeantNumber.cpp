@@ -61,8 +61,9 @@ void judgeCommas(const fieldSchema_t &field, std::string_view value, valueFindin
     const std::size_t comma = value.find(',');
     if (comma == std::string_view::npos || value.find_first_not_of("-.,0123456789") != std::string_view::npos)
         return;
-    std::string withPoint(value), plain(value);
-    withPoint[comma] = '.';
+    const std::string withPoint =
+        joined({withoutPointsOfThousands(value.substr(0, comma)), ".", value.substr(comma + 1)});
+    std::string plain(value);
     std::erase(plain, ',');
     const auto isRight = [&field](const std::string &number) {
         const valueFinding_t other = judgeAsItStands(field, number);
@@ -84,6 +85,19 @@ void judgeCommas(const fieldSchema_t &field, std::string_view value, valueFindin
 }
 
 } // namespace
+
+std::string withoutPointsOfThousands(std::string_view number) {
+    constexpr std::size_t group = 4;
+    const std::size_t sign = number.starts_with('-') ? 1 : 0, first = std::min(number.find('.'), number.size());
+    bool isOfThousands =
+        first > sign && first < sign + group && number[sign] != '0' && (number.size() - first) % group == 0;
+    for (std::size_t i = first; isOfThousands && i < number.size(); ++i)
+        isOfThousands = (i - first) % group == 0 ? number[i] == '.' : isDigit(number[i]);
+    std::string plain(number);
+    if (isOfThousands)
+        std::erase(plain, '.');
+    return plain;
+}
 
 void judgeMeantNumber(const fieldSchema_t &field, std::string_view value, valueFinding_t &finding) {
     // A minus sign that is none, wide digits, letters that look like them,

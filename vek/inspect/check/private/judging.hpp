@@ -31,6 +31,8 @@ valueFinding_t judgeInteger(std::string_view value, bool isShort);
 valueFinding_t judgeReal(std::string_view value, fieldKind_t kind);
 /// A value as its field's kind asks for it, without a guess what may have been meant.
 valueFinding_t judgeAsItStands(const fieldSchema_t &field, std::string_view value);
+/// What stands in front of a number's comma, without its points when all can be of thousands, as in 1.024.
+std::string withoutPointsOfThousands(std::string_view number);
 /// What a person has meant who wrote such a number, where it has one meaning.
 void judgeMeantNumber(const fieldSchema_t &field, std::string_view value, valueFinding_t &finding);
 
