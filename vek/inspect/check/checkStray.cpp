@@ -5,6 +5,7 @@
 #include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/text/characters.hpp"
+#include "vek/text/numberText.hpp"
 
 #include <algorithm>
 
@@ -171,10 +172,11 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         judgeValue(*before.field, meant).severity == severity_t::error)
         meant.clear();
     const bool isPoint = !meant.empty() && !isOfThousands;
+    std::size_t numberDigits = 0;
     tell(joined({place.in(tree_.text()), isPoint         ? " has a comma for its point"
                                          : last != &node ? " has commas in it"
                                                          : " has a comma in it"}),
-         joined({"a host reads ", whole}), meant);
+         reads(whole.substr(0, numberEnd(whole, isReal(before.field->kind), numberDigits))), meant);
     if (std::string why; !meant.empty())
         mend(place, spelt(*before.field, meant, part_t::element, why).value_or(meant), true);
     return true;
