@@ -13,11 +13,12 @@ mode=run
 [[ ${1:-} != @(farm|keep) ]] || { mode=$1 && shift; }
 if [ "$mode" = keep ]; then seconds=10 name=${1:-Fuzz}; else seconds=${1:-3600} name=${2:-Fuzz}; fi
 scripts/packages.sh all
+mapfile -t fuzzers < <(sed -n 's/^vekFuzz(\([A-Za-z]*\) .*/\1/p' fuzz/CMakeLists.txt | grep -E -- "$name")
 
 # prepare FOLDER SECONDS [CMAKE OPTIONS...]
 prepare() {
     talk "$1: preparing" cmake --preset fuzz -B "$1" -DVEK_FUZZ_SECONDS="$2" -DVEK_FUZZ_SEED=0 "${@:3}"
-    talk "$1: building" cmake --build "$1" --target fuzz/all
+    talk "$1: building" cmake --build "$1" --target "${fuzzers[@]}"
 }
 
 # fuzz FOLDER
@@ -55,15 +56,15 @@ if [ "$mode" = farm ]; then
 fi
 prepare build/fuzz "$seconds"
 if [ "$mode" = keep ]; then
-    sed -n 's/^vekFuzz(\([A-Za-z]*\) .*/\1/p' fuzz/CMakeLists.txt | grep "$name" | while read -r one; do
+    for one in "${fuzzers[@]}"; do
         talk "fuzz: keeping for $one" keep "$one"
     done
     du -ch fuzz/corpus/*.tar.xz
     exit
 fi
 if [ "$mode" = farm ]; then
-    for found in build/farm/fuzz/*Corpus; do
-        cp -ru "$found" build/fuzz/fuzz/
+    for one in "${fuzzers[@]}"; do
+        cp -ru "build/farm/fuzz/${one}Corpus" build/fuzz/fuzz/
     done
 fi
 fuzz build/fuzz
