@@ -27,6 +27,12 @@ done
 done
 cd "$tree"
 
+# What a run that was ended in the middle of a fault made of it is made anew.
+if [ -e "$work/changing" ]; then
+    touch "$(cat "$work/changing")"
+    [ ! -e "$work/times" ] || touch "$work/times"
+fi
+
 # Places for faults, a line each: FILE LINE SED-COMMAND.
 keys() {
     grep -nE '^    [A-Za-z_<>:0-9, ]+\{\*this, "' vek/records/*.[ch]pp | awk -F: '{ print $1, $2, "d" }'
@@ -46,7 +52,7 @@ operators() {
         awk -v file="$file" '
             function place(from, to) { if (index($0, from)) print file, NR, "s/" escaped(from) "/" to "/" }
             function escaped(text) { gsub(/[.*+|\/]/, "[&]", text); return text }
-            /^ *\/\// || /^#/ || /static_assert|template|requires|using |operator|concept/ { next }
+            /^ *\/\// || /^#/ || /static_assert|template|requires|using |operator|concept|virtual/ { next }
             { sub(/ \/\/.*/, "") }
             {
                 place(" == ", " != "); place(" != ", " == "); place(" < ", " <= "); place(" <= ", " < ")
@@ -164,13 +170,14 @@ restore() {
     local made
     cp -p "$work/original" "$file"
     while read -r made; do
-        touch -r "$made" "$work/time"
-        cat "$built/${made#build/quick/}" >"$made"
-        touch -r "$work/time" "$made"
+        cp -p "$built/${made#build/quick/}" "$work/made" # what runs still can't be written to
+        touch -r "$made" "$work/made"
+        mv "$work/made" "$made"
     done < <(find build/quick -type f -newer "$work/before" \( -name '*.[ao]' -o -name '*.so*' -o -perm -u+x \))
     sed -n 's|^FAILED: \([^ ]*\).*|\1|p' "$work/build.log" | while read -r made; do
         [ -e "build/quick/$made" ] || cp -p "$built/$made" "build/quick/$made"
     done
+    rm -f "$work/changing"
 }
 
 again=no
@@ -181,6 +188,7 @@ while read -r file line change <&3 && [ "$judged" -lt "$count" ] && [ "$SECONDS"
     outcome=$(listed '==' | cut -f 1)
     [ "$again:$outcome" = no: ] || [ "$again:$outcome" = yes:survived ] || continue
     cp -p "$file" "$work/original"
+    echo "$file" >"$work/changing"
     sed -i "$line$change" "$file"
     ! cmp -s "$file" "$work/original" || continue
     touch "$work/before"

@@ -62,6 +62,13 @@ TEST(PageCore, SealsWhatItShowsAsDamaged) {
     EXPECT_NE(changed.find("{MEDIA_NAME=Vioxxlet;FOCUS_VALUE=2.500000;}"), std::string::npos) << changed;
     ASSERT_EQ(pageSeal(given(changed)), 1);
     EXPECT_EQ(result(), changed);
+
+    // In quotes it is whole or refused.
+    const std::string name = "MEDIA_NAME";
+    for (const std::string quoted : {R"("a\x62")", R"("a)", R"("a"b)", "a", ""}) {
+        given(changed + name + quoted);
+        EXPECT_EQ(pageSet(changed.size(), name.size(), quoted.size(), 1) == 1, quoted == R"("a\x62")") << quoted;
+    }
 }
 
 } // namespace
