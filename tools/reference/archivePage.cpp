@@ -45,15 +45,22 @@ constexpr std::string_view archiveRest =
     R"(| `element`, `element_2` | UInt32 | INTEGER | in the tables of lists: the number of the element, from 0 |
 | `log_date` | Date |  | the day of `log_time`, 1970-01-01 when there is none: the server computes it, and parts its tables by its month |
 
-In SQLite the tables of lists have `message_id`, `source_id`, `byte_offset` and the numbers alone; the rest is in
-`messages` and in the record's table, `JOIN messages USING (message_id)`. `source_id` and `byte_offset` are computed from
-`message_id`, which is the key, and take no room.
+In SQLite the tables of lists have `source_id`, `byte_offset` and the numbers alone; the rest is in `messages` and in the
+record's table, `JOIN messages USING (source_id, byte_offset)`. With the numbers of elements these two are the key of every
+table: a log's rows lie side by side, and `WHERE source_id = 7 AND byte_offset BETWEEN 1000 AND 2000` reads no others.
 
 Further in SQLite: the rows of a message refer to it (`ON DELETE CASCADE`, where `PRAGMA foreign_keys` is on), and three
 views answer what is asked most: `latest_state`, of each log the last device status with what it said; `gaps`, where sequence
-numbers are missing; `findings`, the problems with their logs and lines. A log's rows lie side by side in every table,
-between `source_id << 40` and `(source_id + 1 << 40) - 1`: a condition on `message_id` that says so needs no index.
-`message_id` is below 2^53, which every language holds, for 8191 logs.
+numbers are missing; `findings`, the problems with their logs and lines.
+
+The table `days` has a row for each log and day (`source_id`, `log_date`) with the offsets of the first and the last message
+of that day in that log, `first_offset` and `last_offset`: joined with it, any table is read only where a span of time stands.
+`sqlite_stat1` is SQLite's own, from samples that are taken while the archive grows; by it SQLite chooses with which of several
+tables a question begins.
+
+Up to version 4 of the tables a message was known by one number, `message_id`, instead of these two columns. Such an archive is
+written anew when something is loaded into it or exported from it for the first time, in one transaction; columns and indexes
+that were added to it stay, queries and views that name `message_id` are to name `source_id` and `byte_offset`.
 
 ## Logs
 

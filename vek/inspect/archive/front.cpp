@@ -1,8 +1,6 @@
 // The one list of columns that stand in front of every row, with their values.
 #include "vek/inspect/archive/front.hpp"
 
-#include "vek/inspect/archive/sql.hpp"
-
 namespace vek::inspect {
 
 namespace {
@@ -55,19 +53,18 @@ cell_t damaged(const row_t &row, std::string &) {
     return cell_t::ofInteger(row.isDamaged ? 1 : 0);
 }
 
-static_assert(sqliteOffsetBits == 40, "as the columns say that are computed");
-
 constexpr frontColumn_t columns[] = {
-    {"message_id", {}, {"INTEGER"}, "the message: `source_id * 1099511627776 + byte_offset`"},
     {"source_id",
      {"UInt64", sourceNumber},
-     {"INTEGER GENERATED ALWAYS AS (\"message_id\" >> 40) VIRTUAL"},
-     "the log's number in the table `sources`"},
+     {"INTEGER NOT NULL", sourceNumber},
+     "the log's number in the table `sources`",
+     true},
     {"source", {"String", source}, {}, "the name of the log, as it was given"},
     {"byte_offset",
      {"UInt64", byteOffset},
-     {"INTEGER GENERATED ALWAYS AS (\"message_id\" & ((1 << 40) - 1)) VIRTUAL"},
-     "of the message's first byte in the log (unpacked), from 0"},
+     {"INTEGER NOT NULL", byteOffset},
+     "of the message's first byte in the log (unpacked), from 0",
+     true},
     {"log_time",
      {"Nullable(DateTime('UTC'))", second},
      {"TEXT", time},

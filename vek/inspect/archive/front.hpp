@@ -16,19 +16,18 @@ struct frontColumn_t {
     /// What a database has of it.
     struct stored_t {
         std::string_view type = {}; ///< in its words; empty: it has no such column
-        /// The value; a text may be put into `room`. Null: the database computes it.
+        /// The value; a text may be put into `room`.
         cell_t (*value)(const row_t &row, std::string &room) = nullptr;
     };
 
     std::string_view name;
     stored_t clickhouse;      ///< in every table
-    stored_t sqlite;          ///< stored in tables without numbers of elements, computed in every table
+    stored_t sqlite;          ///< in tables without numbers of elements; what is of the key in every table
     std::string_view meaning; ///< for people
-
-    bool isComputed() const { return !sqlite.type.empty() && sqlite.value == nullptr; }
+    bool isOfKey = false;     ///< of SQLite's tables
 };
 
-/// In their order; the first one is the key of SQLite's tables.
+/// In their order; those of the key stand in front of the others.
 std::span<const frontColumn_t> frontColumns();
 
 /// The seconds since 1970 that ClickHouse can keep of a time.

@@ -13,11 +13,11 @@
 namespace vek::inspect {
 
 /// What a database of this layout has for PRAGMA user_version and application_id.
-inline constexpr int sqliteVersion = 4;
+inline constexpr int sqliteVersion = 5;
 inline constexpr int sqliteApplication = 0x76656B6D; // "vekm"
 
-/// Bits of a message's number in SQLite that are its offset; in front of them stands its source's number.
-inline constexpr int sqliteOffsetBits = 40;
+/// Of a message's number in the tables of older versions, its offset; in front of these bits stands its log's number.
+inline constexpr std::string_view sqliteOldLog = "message_id >> 40", sqliteOldOffset = "message_id & 1099511627775";
 
 /// A table of SQLite: one of the archive's, or one that holds a column of lists.
 struct sqliteTable_t {
@@ -32,18 +32,21 @@ struct sqliteTable_t {
 /// The tables that stand for one of the archive's: itself, then one for each column of lists.
 std::vector<sqliteTable_t> sqliteTablesOf(const table_t &table);
 
-/// INSERT INTO with a parameter a stored column: the message's number, the numbers of elements, with hasFront those of
-/// the front, and the columns that are no lists (or the list's element).
-std::string sqliteInsert(const sqliteTable_t &table);
-
 struct sqlColumn_t {
     std::string name, type;
 };
 
-/// All columns of a table in SQLite, with what CREATE TABLE says of them.
+/// All columns of a table in SQLite, with what CREATE TABLE says of them: those of the key, with hasFront the others of
+/// the front, and the columns that are no lists (or the list's element).
 std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table);
+/// How many of them are its key: the log, the offset, and the numbers of elements.
+std::size_t sqliteKeySize(const sqliteTable_t &table);
 
-/// CREATE TABLE for a table, without a semicolon.
+/// INSERT INTO with a parameter a column, for so many rows. One that can't be put in ends the transaction.
+std::string sqliteInsert(const sqliteTable_t &table, std::size_t rows);
+
+/// CREATE TABLE for a table, without a semicolon; also of other columns, the key in front.
+std::string sqliteCreate(const sqliteTable_t &table, const std::vector<sqlColumn_t> &columns);
 std::string sqliteCreate(const sqliteTable_t &table);
 /// The same for the logs that were loaded, and how they are found; tables that are there stay.
 std::vector<sqlColumn_t> sqliteSourceColumns();
@@ -54,6 +57,13 @@ std::string sqliteCreateViews();
 /// The same for the marks of their messages.
 std::vector<sqlColumn_t> sqliteMarkColumns();
 std::string sqliteCreateMarks();
+
+/// The days of logs: where in a log the messages of a day stand. By them a span of time is found, in any table.
+std::vector<sqlColumn_t> sqliteDayColumns();
+std::string sqliteCreateDays();
+std::string sqliteCreateDayIndexes();
+/// What puts all days of the messages into it.
+std::string sqliteFillDays();
 
 /// All that for the sources and for these tables, a semicolon behind each, and what tells that the database is an
 /// archive. Tables that are there stay.

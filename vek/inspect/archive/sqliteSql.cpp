@@ -33,25 +33,17 @@ std::vector<sqliteTable_t> sqliteTablesOf(const table_t &table) {
     return tables;
 }
 
-std::string sqliteInsert(const sqliteTable_t &table) {
-    std::string names = "\"message_id\"", values = "?";
-    const auto add = [&](std::string_view name) {
-        names += ", " + quotedName(name);
-        values += ", ?";
-    };
-    for (std::size_t i = 0; i < table.depth; ++i)
-        add(elementColumn(i));
-    if (table.hasFront)
-        for (const frontColumn_t &column : frontColumns())
-            if (column.sqlite.value != nullptr)
-                add(column.name);
-    if (table.list != nullptr)
-        add("value");
-    else
-        for (const column_t &column : table.table->columns)
-            if (!column.isList)
-                add(column.name);
-    return joined({"INSERT INTO ", quotedName(table.name), " (", names, ") VALUES (", values, ")"});
+std::string sqliteInsert(const sqliteTable_t &table, std::size_t rows) {
+    std::string names, values;
+    for (const sqlColumn_t &column : sqliteColumns(table)) {
+        names.append(names.empty() ? "" : ", ").append(quotedName(column.name));
+        values += values.empty() ? "(?" : ", ?";
+    }
+    values += ")";
+    std::string text = joined({"INSERT OR ROLLBACK INTO ", quotedName(table.name), " (", names, ") VALUES ", values});
+    for (std::size_t i = 1; i < rows; ++i)
+        text += ", " + values;
+    return text;
 }
 
 std::string sqliteType(const column_t &column) {
@@ -63,19 +55,11 @@ std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table) {
     const auto add = [&](std::string_view name, std::string type) {
         columns.push_back({std::string(name), std::move(type)});
     };
-    const frontColumn_t &key = frontColumns().front();
-    const bool isOfMessages = table.table != &archiveTables().messages() && table.table != &archiveTables().fronts();
-    add(key.name, joined({key.sqlite.type, table.depth == 0 ? " PRIMARY KEY" : " NOT NULL",
-                          isOfMessages ? " REFERENCES \"messages\" ON DELETE CASCADE" : ""}));
-    for (const frontColumn_t &column : frontColumns().subspan(1))
-        if (column.isComputed())
+    for (const frontColumn_t &column : frontColumns())
+        if (column.isOfKey || (table.hasFront && column.sqlite.value != nullptr))
             add(column.name, std::string(column.sqlite.type));
     for (std::size_t i = 0; i < table.depth; ++i)
         add(elementColumn(i), "INTEGER NOT NULL");
-    if (table.hasFront)
-        for (const frontColumn_t &column : frontColumns())
-            if (column.sqlite.value != nullptr)
-                add(column.name, std::string(column.sqlite.type));
     if (table.list != nullptr)
         add("value", sqliteType(*table.list) + " NOT NULL");
     else
@@ -85,15 +69,25 @@ std::vector<sqlColumn_t> sqliteColumns(const sqliteTable_t &table) {
     return columns;
 }
 
-// The rows of a message's lists lie side by side, in the order of the messages.
+std::size_t sqliteKeySize(const sqliteTable_t &table) {
+    return 2 + table.depth;
+}
+
+// By the key a log's rows lie side by side, in the order of the messages, and need no further index.
+std::string sqliteCreate(const sqliteTable_t &table, const std::vector<sqlColumn_t> &columns) {
+    const bool isOfMessages = table.table != &archiveTables().messages() && table.table != &archiveTables().fronts();
+    std::string key;
+    for (std::size_t i = 0; i < sqliteKeySize(table); ++i)
+        key += (i == 0 ? "" : ", ") + quotedName(columns[i].name);
+    return joined({created(table.name, columns), ",\n    PRIMARY KEY (", key, ")",
+                   isOfMessages ? ",\n    FOREIGN KEY (\"source_id\", \"byte_offset\") REFERENCES \"messages\" "
+                                  "ON DELETE CASCADE"
+                                : "",
+                   "\n) WITHOUT ROWID"});
+}
+
 std::string sqliteCreate(const sqliteTable_t &table) {
-    std::string text = created(table.name, sqliteColumns(table));
-    if (table.depth == 0)
-        return text + "\n)";
-    text += ",\n    PRIMARY KEY (\"message_id\"";
-    for (std::size_t i = 0; i < table.depth; ++i)
-        text += ", " + quotedName(elementColumn(i));
-    return text + ")\n) WITHOUT ROWID";
+    return sqliteCreate(table, sqliteColumns(table));
 }
 
 std::vector<sqlColumn_t> sqliteSourceColumns() {
@@ -116,25 +110,25 @@ CREATE INDEX IF NOT EXISTS "sources_by_start" ON "sources" (substr("first_bytes"
 )";
 }
 
-// By the key, in whose order a log's messages stand: so they need no index, and no sorting.
+// By the key, in whose order a log's messages stand: so they need no sorting.
 std::string sqliteCreateViews() {
     return R"(CREATE VIEW IF NOT EXISTS "latest_state" AS
 SELECT sources.source_id, source, device, site, log_time, status, low_status, severity,
-       (SELECT group_concat(value, '; ') FROM device_status_msgs AS said WHERE said.message_id = state.message_id) AS said
-FROM sources JOIN device_status AS state ON state.message_id =
-    (SELECT max(message_id) FROM device_status
-     WHERE message_id BETWEEN sources.source_id << 40 AND (sources.source_id + 1 << 40) - 1);
+       (SELECT group_concat(value, '; ') FROM device_status_msgs AS said
+        WHERE said.source_id = state.source_id AND said.byte_offset = state.byte_offset) AS said
+FROM sources JOIN device_status AS state ON state.source_id = sources.source_id AND state.byte_offset =
+    (SELECT max(byte_offset) FROM device_status AS each WHERE each.source_id = sources.source_id);
 CREATE VIEW IF NOT EXISTS "gaps" AS
-SELECT source_id, source, device, site, log_time, message_id, previous + 1 AS first_missing, number - previous - 1 AS missing
-FROM (SELECT message_id, log_time, sequence_number AS number, source_id AS log,
-             (SELECT sequence_number FROM messages AS earlier WHERE earlier.message_id < messages.message_id AND
-              earlier.message_id >= messages.source_id << 40 ORDER BY earlier.message_id DESC LIMIT 1) AS previous
-      FROM messages LIMIT -1) JOIN sources ON source_id = log
+SELECT source_id, source, device, site, log_time, byte_offset, previous + 1 AS first_missing, number - previous - 1 AS missing
+FROM (SELECT source_id, byte_offset, log_time, sequence_number AS number,
+             (SELECT sequence_number FROM messages AS earlier WHERE earlier.source_id = messages.source_id AND
+              earlier.byte_offset < messages.byte_offset ORDER BY earlier.byte_offset DESC LIMIT 1) AS previous
+      FROM messages) JOIN sources USING (source_id)
 WHERE number > previous + 1;
 CREATE VIEW IF NOT EXISTS "findings" AS
-SELECT source_id, source, device, site, log_time, line, record, message_id, code, severity, path, message, consequence,
+SELECT source_id, source, device, site, log_time, line, record, byte_offset, code, severity, path, message, consequence,
        suggestion
-FROM problems JOIN messages USING (message_id, source_id) JOIN sources USING (source_id);
+FROM problems JOIN messages USING (source_id, byte_offset) JOIN sources USING (source_id);
 )";
 }
 
@@ -144,6 +138,27 @@ std::vector<sqlColumn_t> sqliteMarkColumns() {
 
 std::string sqliteCreateMarks() {
     return created("marks", sqliteMarkColumns()) + "\n)";
+}
+
+std::vector<sqlColumn_t> sqliteDayColumns() {
+    return {{"source_id", "INTEGER NOT NULL"},
+            {"log_date", "TEXT NOT NULL"},
+            {"first_offset", "INTEGER NOT NULL"},
+            {"last_offset", "INTEGER NOT NULL"}};
+}
+
+std::string sqliteCreateDays() {
+    return created("days", sqliteDayColumns()) + ",\n    PRIMARY KEY (\"source_id\", \"log_date\")\n) WITHOUT ROWID";
+}
+
+std::string sqliteCreateDayIndexes() {
+    return "CREATE INDEX IF NOT EXISTS \"days_by_date\" ON \"days\" (\"log_date\");\n";
+}
+
+std::string sqliteFillDays() {
+    return "INSERT INTO days (source_id, log_date, first_offset, last_offset) "
+           "SELECT source_id, substr(log_time, 1, 10), min(byte_offset), max(byte_offset) FROM messages "
+           "WHERE log_time LIKE '____-__-__%' GROUP BY 1, 2";
 }
 
 void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables) {
@@ -156,6 +171,8 @@ void appendSqliteSchema(std::string &out, std::span<const table_t *const> tables
     append(sqliteCreateSources());
     out += sqliteCreateSourceIndexes();
     append(sqliteCreateMarks());
+    append(sqliteCreateDays());
+    out += sqliteCreateDayIndexes();
     for (const table_t *table : tables)
         for (const sqliteTable_t &one : sqliteTablesOf(*table))
             append(sqliteCreate(one));

@@ -1,5 +1,6 @@
 #include "tools/vekmsg/load/sqlite/archiveFile.hpp"
 
+#include "tools/vekmsg/load/sqlite/migration.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/archive/front.hpp"
 #include "vek/inspect/forms/forms.hpp"
@@ -16,6 +17,8 @@ namespace vek::tool {
 using namespace inspect;
 
 namespace {
+
+constexpr std::int64_t endOfLog = INT64_MAX; // an offset behind all
 
 std::vector<sqliteTable_t> allTables() {
     std::vector<sqliteTable_t> tables;
@@ -42,6 +45,13 @@ archivedLog_t logIn(const statement_t &row) {
         ++at;
     }
     return log;
+}
+
+void addKey(rowWriter_t &writer, const row_t &row) {
+    writer.add(cell_t::ofInteger(static_cast<std::int64_t>(row.front.number)));
+    writer.add(cell_t::ofInteger(static_cast<std::int64_t>(row.front.byteOffset)));
+    for (const std::uint32_t element : row.elements)
+        writer.add(cell_t::ofInteger(element));
 }
 
 } // namespace
@@ -72,13 +82,19 @@ std::unique_ptr<archive_t> openSqlite(const std::string &file) {
 archiveFile_t::archiveFile_t(const std::string &file) : database_(file), writers_(archiveTables().all().size()) {
     prepareFile();
     transaction_t transaction(database_);
-    renameColumns();
+    renameColumns(database_);
+    splitKeys(database_, allTables());
     completeSources();
     for (const sqliteTable_t &table : allTables())
-        complete(table.name, sqliteCreate(table), sqliteColumns(table));
-    database_.run(sqliteCreateViews());
-    if (database_.number("PRAGMA user_version") != sqliteVersion)
+        complete(table.name, sqliteCreate(table), sqliteColumns(table), sqliteKeySize(table));
+    if (complete("days", sqliteCreateDays(), sqliteDayColumns(), 2))
+        database_.run(sqliteFillDays());
+    database_.run(sqliteCreateDayIndexes() + sqliteCreateViews());
+    if (const std::int64_t version = database_.number("PRAGMA user_version"); version != sqliteVersion) {
         database_.run("PRAGMA user_version = " + std::to_string(sqliteVersion));
+        if (version != 0)
+            sample();
+    }
     transaction.commit();
 }
 
@@ -93,38 +109,36 @@ void archiveFile_t::prepareFile() {
                            ", and this vekmsg writes version " + std::to_string(sqliteVersion) +
                            "; load with the newer vekmsg that made it");
     database_.run("PRAGMA page_size = 8192; PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;"
-                  "PRAGMA cache_size = -12288; PRAGMA wal_autocheckpoint = 2000;");
+                  "PRAGMA cache_size = -8192; PRAGMA wal_autocheckpoint = 2000;");
     if (isEmpty)
         database_.run("PRAGMA application_id = " + std::to_string(sqliteApplication));
 }
 
-// Version 1 had other names for the places of problems.
-void archiveFile_t::renameColumns() {
-    for (const std::string name : {"start", "end"})
-        if (database_.number("SELECT count(*) FROM pragma_table_xinfo('problems') WHERE name = '" + name + "_byte'") >
-            0)
-            database_.run("ALTER TABLE \"problems\" RENAME COLUMN \"" + name + "_byte\" TO " + quotedName(name));
-}
-
-// Makes a table, or adds the columns that it lacks. Its own further ones, and its types, are the owner's.
-void archiveFile_t::complete(const std::string &table, const std::string &create,
-                             const std::vector<sqlColumn_t> &columns) {
+// Makes a table, or adds the columns that it lacks; true: it was made. Its own further ones, and its types, are the
+// owner's.
+bool archiveFile_t::complete(const std::string &table, const std::string &create,
+                             const std::vector<sqlColumn_t> &columns, std::size_t keySize) {
     std::set<std::string> there;
     statement_t names(database_, "SELECT name FROM pragma_table_xinfo(?)");
     names.bind(1, std::string_view(table));
     while (names.next())
         there.insert(names.text(0));
-    if (there.empty())
-        return database_.run(create);
-    for (const auto &[name, type] : columns)
-        if (!there.contains(name)) {
-            if (type.find("PRIMARY KEY") != std::string::npos)
-                throw usageError_t(inspect::joined({database_.file(), ": the table ", table, " has no column ", name,
-                                                    "; give the table another name, and load again"}));
-            const bool isBare = type.ends_with(" NOT NULL"); // rows that are there have no value for it
-            database_.run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + quotedName(name) + " " +
-                          (isBare ? type.substr(0, type.size() - 9) : type));
-        }
+    if (there.empty()) {
+        database_.run(create);
+        return true;
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const auto &[name, type] = columns[i];
+        if (there.contains(name))
+            continue;
+        if (i < keySize)
+            throw usageError_t(inspect::joined({database_.file(), ": the table ", table, " has no column ", name,
+                                                "; give the table another name, and load again"}));
+        const bool isBare = type.ends_with(" NOT NULL"); // rows that are there have no value for it
+        database_.run("ALTER TABLE " + quotedName(table) + " ADD COLUMN " + quotedName(name) + " " +
+                      (isBare ? type.substr(0, type.size() - 9) : type));
+    }
+    return false;
 }
 
 void archiveFile_t::completeSources() {
@@ -246,12 +260,29 @@ void archiveFile_t::save(const archivedLog_t &log) {
         if (column.sqlite.starts_with("BLOB"))
             insert.bindBytes(++parameter, cell.text);
         else
-            bindWellFormed(insert, ++parameter, cell);
+            insert.bind(++parameter, cell);
     }
     insert.run();
 }
 
+void archiveFile_t::flush() {
+    for (std::vector<rowWriter_t> &writers : writers_)
+        for (rowWriter_t &writer : writers)
+            writer.flush();
+    days_.flush();
+}
+
+// What the tables hold, from some rows of each: by that SQLite chooses where a question of several tables begins.
+void archiveFile_t::sample() {
+    database_.run("PRAGMA analysis_limit = 400; ANALYZE");
+    sampled_ = counts_.messages;
+}
+
 void archiveFile_t::commit(bool) {
+    flush();
+    constexpr std::int64_t few = 100, growth = 8;
+    if (counts_.messages >= std::max(few, sampled_ * growth))
+        sample();
     transaction_->commit();
     transaction_.reset();
 }
@@ -262,37 +293,30 @@ bool archiveFile_t::isFull() const {
     return counts_.messages - atBegin_ >= messagesAtOnce;
 }
 
-archiveFile_t::writer_t &archiveFile_t::writerOf(const table_t &table) {
-    writer_t &writer = writers_[table.number];
-    if (!writer.insert)
-        for (const sqliteTable_t &one : sqliteTablesOf(table)) {
-            if (one.list == nullptr)
-                writer.insert.emplace(database_, sqliteInsert(one));
-            else
-                writer.lists.emplace_back(database_, sqliteInsert(one));
-        }
-    return writer;
+std::vector<rowWriter_t> &archiveFile_t::writersOf(const table_t &table) {
+    std::vector<rowWriter_t> &writers = writers_[table.number];
+    if (writers.empty())
+        for (sqliteTable_t &one : sqliteTablesOf(table))
+            writers.emplace_back(database_, std::move(one));
+    return writers;
 }
 
 void archiveFile_t::row(const row_t &row) {
-    if (row.front.byteOffset >> sqliteOffsetBits != 0)
-        throw usageError_t(std::string(row.front.source) + " has more than a terabyte; split it, and load the pieces");
-    roomCount_ = 0;
-    messageId_ = messageId(row.front.number, row.front.byteOffset);
     if (&row.table == &archiveTables().messages())
         beginMessage(row);
-    writer_t &writer = writerOf(row.table);
-    insertRow(*writer.insert, row);
+    std::vector<rowWriter_t> &writers = writersOf(row.table);
+    insertRow(writers.front(), row);
     std::size_t lists = 0;
-    for (std::size_t i = 0; i < row.cells.size() && lists < writer.lists.size(); ++i)
+    for (std::size_t i = 0; i < row.cells.size() && lists + 1 < writers.size(); ++i)
         if (row.table.columns[i].isList)
-            insertList(writer.lists[lists++], row, row.cells[i]);
+            insertList(writers[++lists], row, row.cells[i]);
 }
 
 // Its first row: what stands in front is the same in all of them.
 void archiveFile_t::beginMessage(const row_t &row) {
     ++counts_.messages;
     counts_.damaged += row.isDamaged ? 1 : 0;
+    days_.add(row.front);
     frontRooms_.resize(frontColumns().size());
     front_.clear();
     for (const frontColumn_t &column : frontColumns())
@@ -300,90 +324,59 @@ void archiveFile_t::beginMessage(const row_t &row) {
             front_.push_back(column.sqlite.value(row, frontRooms_[front_.size()]));
 }
 
-void archiveFile_t::insertRow(statement_t &insert, const row_t &row) {
-    int parameter = bindFront(insert, row);
+void archiveFile_t::insertRow(rowWriter_t &writer, const row_t &row) {
+    if (row.table.depth > 0)
+        addKey(writer, row);
+    else
+        for (const cell_t &cell : front_)
+            writer.add(cell);
     for (std::size_t i = 0; i < row.cells.size(); ++i)
         if (!row.table.columns[i].isList)
-            bindCell(insert, ++parameter, row.cells[i]);
-    insert.run();
+            writer.add(row.cells[i]);
+    writer.endRow();
 }
 
-void archiveFile_t::insertList(statement_t &insert, const row_t &row, const cell_t &list) {
+void archiveFile_t::insertList(rowWriter_t &writer, const row_t &row, const cell_t &list) {
     if (list.kind != cell_t::kind_t::list)
         return;
-    int parameter = 0;
-    insert.bind(++parameter, messageId_);
-    for (const std::uint32_t element : row.elements)
-        insert.bind(++parameter, std::int64_t{element});
     std::int64_t index = 0;
     for (const cell_t &element : row.list(list)) {
-        insert.bind(parameter + 1, index++);
-        bindCell(insert, parameter + 2, element);
-        insert.run();
-    }
-}
-
-// Returns the last parameter that was bound.
-int archiveFile_t::bindFront(statement_t &insert, const row_t &row) {
-    int parameter = 0;
-    insert.bind(++parameter, messageId_);
-    for (const std::uint32_t element : row.elements)
-        insert.bind(++parameter, std::int64_t{element});
-    if (row.table.depth > 0)
-        return parameter;
-    for (const cell_t &cell : front_)
-        bindWellFormed(insert, ++parameter, cell);
-    return parameter;
-}
-
-void archiveFile_t::bindCell(statement_t &insert, int parameter, const cell_t &cell) {
-    if (cell.kind != cell_t::kind_t::text)
-        return bindWellFormed(insert, parameter, cell);
-    if (roomCount_ == rooms_.size())
-        rooms_.emplace_back();
-    const std::string_view text = wellFormed(cell.text, rooms_[roomCount_]);
-    roomCount_ += text.data() != cell.text.data() ? 1 : 0;
-    insert.bind(parameter, text);
-}
-
-void archiveFile_t::bindWellFormed(statement_t &insert, int parameter, const cell_t &cell) {
-    switch (cell.kind) {
-    case cell_t::kind_t::integer:
-        return insert.bind(parameter, cell.integer);
-    case cell_t::kind_t::real:
-        return insert.bind(parameter, cell.real);
-    case cell_t::kind_t::text:
-        return insert.bind(parameter, cell.text);
-    default:
-        insert.bindNull(parameter);
+        addKey(writer, row);
+        writer.add(cell_t::ofInteger(index++));
+        writer.add(element);
+        writer.endRow();
     }
 }
 
 void archiveFile_t::removeFrom(std::uint64_t source, std::uint64_t offset) {
-    const std::int64_t first = messageId(source, offset), end = messageId(source + 1, 0);
-    statement_t count(database_, "SELECT count(*), coalesce(sum(damaged), 0) FROM messages WHERE message_id >= ? AND "
-                                 "message_id < ?");
-    count.bind(1, first);
-    count.bind(2, end);
+    flush();
+    const auto first = static_cast<std::int64_t>(offset);
+    statement_t count(database_, "SELECT count(*), coalesce(sum(damaged), 0) FROM messages WHERE source_id = ? AND "
+                                 "byte_offset >= ?");
+    count.bind(1, static_cast<std::int64_t>(source));
+    count.bind(2, first);
     if (count.next()) {
         counts_.messages -= count.integer(0);
         counts_.damaged -= count.integer(1);
     }
-    removeBetween(first, end);
+    removeBetween(source, first, endOfLog);
 }
 
-void archiveFile_t::removeBetween(std::int64_t first, std::int64_t end) {
+void archiveFile_t::removeBetween(std::uint64_t source, std::int64_t first, std::int64_t end) {
     for (const sqliteTable_t &table : allTables()) {
-        statement_t remove(database_,
-                           "DELETE FROM " + quotedName(table.name) + " WHERE message_id >= ? AND message_id < ?");
-        remove.bind(1, first);
-        remove.bind(2, end);
+        statement_t remove(database_, "DELETE FROM " + quotedName(table.name) +
+                                          " WHERE source_id = ? AND byte_offset >= ? AND byte_offset < ?");
+        remove.bind(1, static_cast<std::int64_t>(source));
+        remove.bind(2, first);
+        remove.bind(3, end);
         remove.run();
     }
+    days_.narrow(source, first, end);
 }
 
 void archiveFile_t::forget(const archivedLog_t &log) {
-    removeBetween(messageId(log.number, 0), messageId(log.number + 1, 0));
+    flush();
+    removeBetween(log.number, 0, endOfLog);
     for (const char *table : {"marks", "sources"})
         database_.run(joined({"DELETE FROM ", table, " WHERE source_id = ", std::to_string(log.number)}));
 }
@@ -399,20 +392,19 @@ std::int64_t archiveFile_t::removeOlder(const logTime_t &time) {
 
 // A log's messages up to the first one that stays, also those among them without a time.
 std::int64_t archiveFile_t::removeOlder(std::uint64_t source, const std::string &time) {
-    const std::int64_t first = messageId(source, 0), end = messageId(source + 1, 0);
-    statement_t young(database_, "SELECT message_id FROM messages WHERE message_id >= ? AND message_id < ? AND "
-                                 "log_time >= ? ORDER BY message_id LIMIT 1");
-    young.bind(1, first);
-    young.bind(2, end);
-    young.bind(3, std::string_view(time));
-    const std::int64_t stays = young.next() ? young.integer(0) : end;
+    const auto log = static_cast<std::int64_t>(source);
+    statement_t young(database_, "SELECT byte_offset FROM messages WHERE source_id = ? AND log_time >= ? "
+                                 "ORDER BY byte_offset LIMIT 1");
+    young.bind(1, log);
+    young.bind(2, std::string_view(time));
+    const std::int64_t stays = young.next() ? young.integer(0) : endOfLog;
     statement_t timed(database_,
-                      "SELECT count(*), count(log_time) FROM messages WHERE message_id >= ? AND message_id < ?");
-    timed.bind(1, first);
+                      "SELECT count(*), count(log_time) FROM messages WHERE source_id = ? AND byte_offset < ?");
+    timed.bind(1, log);
     timed.bind(2, stays);
     if (!timed.next() || timed.integer(1) == 0)
         return 0; // nobody knows how old they are
-    removeBetween(first, stays);
+    removeBetween(source, 0, stays);
     return timed.integer(0);
 }
 

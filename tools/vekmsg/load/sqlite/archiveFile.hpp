@@ -4,11 +4,10 @@
 #pragma once
 
 #include "tools/vekmsg/load/archive.hpp"
-#include "tools/vekmsg/load/sqlite/database.hpp"
-#include "vek/inspect/archive/sql.hpp"
+#include "tools/vekmsg/load/sqlite/days.hpp"
+#include "tools/vekmsg/load/sqlite/rowWriter.hpp"
 
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,40 +48,28 @@ public:
     std::int64_t removeOlder(const inspect::logTime_t &time) override;
     std::int64_t all() override { return database_.number("SELECT count(*) FROM messages"); }
 
-    static std::int64_t messageId(std::uint64_t source, std::uint64_t offset) {
-        return (static_cast<std::int64_t>(source) << inspect::sqliteOffsetBits) + static_cast<std::int64_t>(offset);
-    }
-
 private:
-    // What one of the archive's tables is written with.
-    struct writer_t {
-        std::optional<statement_t> insert;
-        std::vector<statement_t> lists; // in the order of the columns of lists
-    };
-
     void prepareFile();
-    void renameColumns();
-    void complete(const std::string &table, const std::string &create,
-                  const std::vector<inspect::sqlColumn_t> &columns);
+    bool complete(const std::string &table, const std::string &create, const std::vector<inspect::sqlColumn_t> &columns,
+                  std::size_t keySize = 1);
     void completeSources();
-    writer_t &writerOf(const inspect::table_t &table);
+    std::vector<rowWriter_t> &writersOf(const inspect::table_t &table);
     void beginMessage(const inspect::row_t &row);
-    void insertRow(statement_t &insert, const inspect::row_t &row);
-    void insertList(statement_t &insert, const inspect::row_t &row, const inspect::cell_t &list);
+    void insertRow(rowWriter_t &writer, const inspect::row_t &row);
+    static void insertList(rowWriter_t &writer, const inspect::row_t &row, const inspect::cell_t &list);
+    void flush();
+    void sample();
     std::int64_t removeOlder(std::uint64_t source, const std::string &time);
-    void removeBetween(std::int64_t first, std::int64_t end);
-    int bindFront(statement_t &insert, const inspect::row_t &row);
-    void bindCell(statement_t &insert, int parameter, const inspect::cell_t &cell);
-    static void bindWellFormed(statement_t &insert, int parameter, const inspect::cell_t &cell);
+    void removeBetween(std::uint64_t source, std::int64_t first, std::int64_t end);
 
     database_t database_;
-    std::vector<writer_t> writers_; // by the tables' numbers
+    // By the tables' numbers; behind a table's own one those of its columns of lists, in their order.
+    std::vector<std::vector<rowWriter_t>> writers_;
+    days_t days_{database_};
     std::optional<transaction_t> transaction_;
-    std::int64_t messageId_ = 0, atBegin_ = 0;
+    std::int64_t atBegin_ = 0, sampled_ = 0;
     std::vector<inspect::cell_t> front_;  // of the message in hand
     std::vector<std::string> frontRooms_; // for its texts
-    std::deque<std::string> rooms_;       // for texts beyond ASCII
-    std::size_t roomCount_ = 0;
 };
 
 } // namespace vek::tool

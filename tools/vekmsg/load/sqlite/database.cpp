@@ -107,8 +107,15 @@ void statement_t::bindBytes(int parameter, std::string_view bytes) {
         sqlite3_bind_blob64(handle_.get(), parameter, bytes.empty() ? "" : bytes.data(), bytes.size(), SQLITE_STATIC));
 }
 
-void statement_t::bindNull(int parameter) {
-    check(sqlite3_bind_null(handle_.get(), parameter));
+void statement_t::bind(int parameter, const inspect::cell_t &cell) {
+    if (cell.kind == inspect::cell_t::kind_t::integer)
+        bind(parameter, cell.integer);
+    else if (cell.kind == inspect::cell_t::kind_t::real)
+        bind(parameter, cell.real);
+    else if (cell.kind == inspect::cell_t::kind_t::text)
+        bind(parameter, cell.text);
+    else
+        check(sqlite3_bind_null(handle_.get(), parameter));
 }
 
 void statement_t::run() {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "tools/vekmsg/load/databaseError.hpp"
+#include "vek/inspect/archive/rows.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -51,7 +52,8 @@ public:
     void bind(int parameter, double value);
     void bind(int parameter, std::string_view text);
     void bindBytes(int parameter, std::string_view bytes);
-    void bindNull(int parameter);
+    /// A number, a text, or nothing.
+    void bind(int parameter, const inspect::cell_t &cell);
 
     /// Runs a statement that gives no rows; it may be bound and run again.
     void run();

@@ -20,9 +20,10 @@ std::optional<std::int32_t> numberIn(const statement_t &row, int column) {
 
 // The columns of a table that are no lists, or a list's value, behind the offset and the numbers of elements.
 std::string selection(const sqliteTable_t &table) {
-    std::string names = joined({"message_id & ", std::to_string((std::int64_t{1} << sqliteOffsetBits) - 1)});
+    std::string elements;
     for (std::size_t i = 0; i < table.depth; ++i)
-        names += ", " + quotedName(elementColumn(i));
+        elements += ", " + quotedName(elementColumn(i));
+    std::string names = "byte_offset" + elements;
     if (table.list != nullptr)
         names += ", value";
     else
@@ -30,8 +31,7 @@ std::string selection(const sqliteTable_t &table) {
             if (!column.isList)
                 names += ", " + quotedName(column.name);
     return joined({"SELECT ", names, " FROM ", quotedName(table.name),
-                   " WHERE message_id BETWEEN ? AND ? ORDER BY message_id", table.depth > 0 ? ", element" : "",
-                   table.depth > 1 ? ", element_2" : ""});
+                   " WHERE source_id = ? AND byte_offset BETWEEN ? AND ? ORDER BY byte_offset", elements});
 }
 
 // One of the tables that stand for one of the archive's, row by row.
@@ -40,10 +40,11 @@ public:
     cursor_t(database_t &database, const sqliteTable_t &table)
         : statement_(database, selection(table)), list_(table.list), elements_(table.depth) {}
 
-    void start(std::int64_t first, std::int64_t last) {
+    void start(std::uint64_t log, std::uint64_t first, std::uint64_t last) {
         statement_.reset();
-        statement_.bind(1, first);
-        statement_.bind(2, last);
+        statement_.bind(1, static_cast<std::int64_t>(log));
+        statement_.bind(2, static_cast<std::int64_t>(first));
+        statement_.bind(3, static_cast<std::int64_t>(last));
         step();
     }
     void step() {
@@ -91,8 +92,9 @@ class fileReader_t final : public archiveReader_t {
 public:
     explicit fileReader_t(const std::string &file) : database_(file, true) {
         database_.run("BEGIN");
-        messages_.emplace(database_, "SELECT byte_offset, line, id, echo_tag, sequence_number, log_time, damaged, text "
-                                     "FROM messages WHERE message_id BETWEEN ? AND ? ORDER BY message_id LIMIT ?");
+        messages_.emplace(database_,
+                          "SELECT byte_offset, line, id, echo_tag, sequence_number, log_time, damaged, text "
+                          "FROM messages WHERE source_id = ? AND byte_offset >= ? ORDER BY byte_offset LIMIT ?");
     }
 
     const std::string &name() const override { return database_.file(); }
@@ -103,8 +105,8 @@ public:
         std::vector<message_t> found;
         statement_t &row = *messages_;
         row.reset();
-        row.bind(1, archiveFile_t::messageId(log, from));
-        row.bind(2, archiveFile_t::messageId(log + 1, 0) - 1);
+        row.bind(1, static_cast<std::int64_t>(log));
+        row.bind(2, static_cast<std::int64_t>(from));
         row.bind(3, static_cast<std::int64_t>(most));
         while (row.next()) {
             message_t &one = found.emplace_back();
@@ -130,7 +132,7 @@ public:
             for (const sqliteTable_t &one : sqliteTablesOf(table))
                 cursors.emplace_back(database_, one);
         for (cursor_t &cursor : cursors)
-            cursor.start(archiveFile_t::messageId(log, first), archiveFile_t::messageId(log, last));
+            cursor.start(log, first, last);
         for (cursor_t &main = cursors.front(); main.isThere(); main.step()) {
             keptRow_t &row = rows.rows.emplace_back();
             row.offset = main.offset();
