@@ -8,7 +8,7 @@ function unmasked(frame) {
   return frame.subarray(start + 4).map((byte, at) => byte ^ frame[start + (at & 3)]);
 }
 
-// A text as a browser takes it.
+// A text, or bytes, as a browser takes them.
 function framed(text) {
   const bytes = Buffer.from(text);
   const { length } = bytes;
@@ -18,10 +18,10 @@ function framed(text) {
       : length < 65536
         ? [126, length >> 8, length & 255]
         : [127, 0, 0, 0, 0, ...[24, 16, 8, 0].map((shift) => (length >> shift) & 255)];
-  return Buffer.concat([Buffer.from([0x81, ...head]), bytes]);
+  return Buffer.concat([Buffer.from([typeof text === 'string' ? 0x81 : 0x82, ...head]), bytes]);
 }
 
-/** What a bridge to a device does: texts out, and the first message in. */
+/** What a bridge to a device does: texts and bytes out, and the first message in. */
 export async function bridge() {
   let take;
   const received = new Promise((resolve) => (take = resolve));
@@ -34,7 +34,7 @@ export async function bridge() {
     sockets.push(socket);
   });
   await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
-  const send = (text) => sockets[0].write(framed(text));
+  const send = (text) => sockets.at(-1).write(framed(text));
   const close = () => (sockets.forEach((socket) => socket.destroy()), server.close());
   return { address: `ws://127.0.0.1:${server.address().port}/`, received, send, close };
 }

@@ -50,6 +50,39 @@ test('messages of a bridge appear as they come, are held, and one is sent after 
   }
 });
 
+test('what comes wrapped is read as it comes: lines of JSON, escapes, UTF-16', async () => {
+  const told = [1, 2, 3].map((at) => message(4112, at, `{MEDIA_NAME=Gr\u00fcn "${at}";FOCUS_VALUE=${at}.500000;}`));
+  const json = (entry) => `${JSON.stringify(entry)}\n`;
+  const escaped = (text) => Array.from(Buffer.from(text), (byte) => `\\x${byte.toString(16).padStart(2, '0')}`).join('');
+  const ways = [
+    ['JSON', (text) => json({ PRIORITY: '6', MESSAGE: text })],
+    ['JSON', (text) => json({ log: text.slice(0, 30), stream: 'stdout' }) + json({ log: `${text.slice(30)}\n`, stream: 'stdout' })],
+    ['escapes', (text) => `08:00 ${escaped(text)}\n`],
+    ['escapes', (text) => `08:00 ${text.replace('\u00fc', '\\xc3\\xbc')}\n`],
+    ['UTF-16', (text) => Buffer.from(`08:00 ${text}\n`, 'utf16le')],
+  ];
+  const { address, send, close } = await bridge();
+  try {
+    await withPage(async (page) => {
+      for (const [name, wrapped] of ways) {
+        await openLine(page, address);
+        for (const [at, text] of ['link up', ...told].entries()) {
+          const bytes = Buffer.from(wrapped(text));
+          for (let from = 0; from < bytes.length; from += 37) send(bytes.subarray(from, from + 37));
+          await says(page, '#summary', new RegExp(`^${at} messages? `));
+          if (at > 0) await says(page, '#messageText', text);
+        }
+        await says(page, '#fileName', name);
+        await page.click('#liveStop');
+        await says(page, '#listCount', '3 messages');
+        await page.click('#saveLog');
+      }
+    });
+  } finally {
+    close();
+  }
+});
+
 test('a file that grows is followed within a moment; one that becomes shorter says so', async () => {
   await withPage(async (page) => {
     await page.evaluate((start) => {

@@ -2,6 +2,7 @@
 #include "vek/inspect/log/unwrapping.hpp"
 
 #include "tests/support/messages.hpp"
+#include "vek/inspect/forms/growingLog.hpp"
 #include "vek/inspect/forms/jsonAppender.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/log/logTime.hpp"
@@ -29,15 +30,19 @@ struct unwrapped_t : messageSink_t {
     std::vector<std::uint64_t> lines;
 };
 
-unwrapped_t messagesIn(const std::string &log, std::size_t block) {
+template <class Unwrapper>
+unwrapped_t messagesIn(const std::string &log, std::size_t block, Unwrapper unwrapper) {
     unwrapped_t found;
-    unwrapper_t unwrapper(wrappingOf(log));
     logScanner_t scanner;
     for (std::size_t at = 0; at < log.size(); at += block)
         scanner.feed(unwrapper.take(std::string_view(log).substr(at, block)), found);
     scanner.feed(unwrapper.finish(), found);
     scanner.finish(found);
     return found;
+}
+
+unwrapped_t messagesIn(const std::string &log, std::size_t block) {
+    return messagesIn(log, block, unwrapper_t(wrappingOf(log)));
 }
 
 // Every sample, texts with quotes, backslashes and controls, and lines without messages.
@@ -160,10 +165,29 @@ TEST(Unwrapping, FindsTheMessagesOfTheLogItself) {
         for (const std::size_t block : {std::size_t{1}, std::size_t{7}, std::size_t{4096}, one.log.size()}) {
             const unwrapped_t found = messagesIn(one.log, block);
             ASSERT_EQ(found.messages, expected.messages) << one.name << " in blocks of " << block;
+            const unwrapped_t growing = messagesIn(one.log, block, growingLog_t());
+            ASSERT_EQ(growing.messages, expected.messages) << one.name << " that grows by " << block;
             if (one.keepsLines) {
                 ASSERT_EQ(found.lines, expected.lines) << one.name;
+                ASSERT_EQ(growing.lines, expected.lines) << one.name << " that grows";
             }
         }
+}
+
+// A line is there as soon as its end is.
+TEST(Unwrapping, WaitsForNothingBehindALine) {
+    const std::string text = message(4112, "{MEDIA_NAME=\xC3\xA4;}");
+    for (const std::string &line :
+         {text, "{\"m\":" + jsonOf(text) + "}", inEscapes(text, false), inEscapes(text, true)}) {
+        growingLog_t log;
+        unwrapped_t found;
+        logScanner_t scanner;
+        for (std::size_t i = 0; i < 6; ++i) {
+            for (const char c : (i % 2 == 0 ? "link up" : line) + "\n")
+                scanner.feed(log.take({&c, 1}), found);
+            EXPECT_EQ(found.messages.size(), (i + 1) / 2) << line;
+        }
+    }
 }
 
 TEST(Unwrapping, LeavesAloneWhatIsNoWrapping) {

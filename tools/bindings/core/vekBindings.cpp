@@ -5,9 +5,9 @@
 #include "vek/api/private/envelopeWriter.hpp"
 #include "vek/inspect/check/check.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/forms/growingLog.hpp"
 #include "vek/inspect/log/logScanner.hpp"
 #include "vek/inspect/log/logTime.hpp"
-#include "vek/inspect/log/unwrapping.hpp"
 #include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
 #include <algorithm>
@@ -70,19 +70,9 @@ class log_t final : private messageSink_t {
 public:
     void take(std::string_view block) {
         found_.clear();
-        const bool isEnd = block.empty();
-        std::string start;
-        if (!unwrapper_) {
-            start_ += block;
-            if (!isEnd && !showsWhatItIs(start_))
-                return;
-            unwrapper_.emplace(wrappingOfLog(start_, isEnd));
-            block = start = std::move(start_);
-        }
-        scanner_.feed(unwrapper_->take(block), *this);
-        if (!isEnd)
-            return;
-        scanner_.feed(unwrapper_->finish(), *this);
+        if (!block.empty())
+            return scanner_.feed(log_.take(block), *this);
+        scanner_.feed(log_.finish(), *this);
         scanner_.finish(*this);
     }
     const std::string &found() const { return found_; }
@@ -102,8 +92,7 @@ private:
         found_ += '\n';
     }
 
-    std::string start_; // until it shows what it is
-    std::optional<unwrapper_t> unwrapper_;
+    growingLog_t log_;
     logScanner_t scanner_;
     std::string found_;
 };

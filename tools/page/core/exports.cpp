@@ -10,6 +10,7 @@
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/filter/expression.hpp"
 #include "vek/inspect/forms/forms.hpp"
+#include "vek/inspect/forms/growingLog.hpp"
 #include "vek/inspect/log/unwrapping.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/words.hpp"
@@ -26,6 +27,7 @@ using namespace vek::inspect;
 page::exchange_t exchange;
 std::unique_ptr<page::logRows_t> rows;
 std::unique_ptr<unwrapper_t> unwrapper;
+growingLog_t growing;
 page::series_t series;
 expression_t where;
 
@@ -273,6 +275,14 @@ std::int32_t pageUnwrapBegin(std::size_t size, std::int32_t isAll) {
 /// The next block, and an empty one at the log's end.
 std::int32_t pageUnwrapTake(std::size_t size) {
     exchange.result = size > 0 ? unwrapper->take(exchange.take(size)) : unwrapper->finish();
+    return 1;
+}
+
+/// The next piece of a log that goes on, and an empty one at its end: what it holds, be it wrapped; how that is, a
+/// number of wrapping_t, stands in front.
+std::int32_t pageGrow(std::size_t size) {
+    const std::string_view log = size > 0 ? growing.take(exchange.take(size)) : growing.finish();
+    exchange.result.assign(1, static_cast<char>(growing.wrapping())).append(log);
     return 1;
 }
 

@@ -8,6 +8,7 @@ import { bytesIn, changesAt, extended, noSource, sliceOf } from './source.ts';
 import { Cancelled } from './cancelled.ts';
 import type { Bytes, LinePlace, NamedBlob, Stretch } from './types.ts';
 import type { Progress } from './worker.ts';
+import { unwrapped } from './words.ts';
 
 const pieceSize = 50_000; // messages
 
@@ -88,14 +89,16 @@ export class Log {
   /** Takes what has come of a log that goes on, in the order of the calls; gives whether there are more messages now. */
   async follow(step: 'begin' | 'more' | 'end', bytes: Bytes = new Uint8Array()) {
     this.isLive = true;
-    const { rows } = await this.queue.run('follow', { step, bytes }, { lane: this.lane });
-    this.source = extended(this.source, bytes);
-    this.size = this.done = this.size + bytes.length;
-    if (rows.length > 0) this.#append(rows, 0, 0);
+    const { wrapping, log, found } = await this.queue.run('follow', { step, bytes }, { lane: this.lane });
+    const before = this.count;
+    this.source = extended(this.source, log);
+    this.size = this.done = this.size + log.length;
+    if (wrapping) this.notes = [unwrapped(wrapping)];
+    for (const rows of found) this.#append(rows, 0, 0);
     this.isLive = step !== 'end';
     this.isComplete = !this.isLive;
     if (this.#isRenumbered) await this.#countMissing(0); // the core knows what was read alone
-    return rows.length > 0;
+    return this.count > before;
   }
 
   cancel() {

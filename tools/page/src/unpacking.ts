@@ -2,6 +2,7 @@
 // JSON (journals', containers') and of escapes comes the log that stands in them.
 import type { Core } from './core.ts';
 import type { Bytes } from './types.ts';
+import { unwrapped } from './words.ts';
 
 const blockSize = 2 << 20;
 const telling = 256 << 10; // bytes that show what a log is wrapped in
@@ -105,7 +106,7 @@ export async function plainBlob(
   }
   const wrapping = core.beginUnwrapping(await bytesOf(blob.slice(0, telling)), blob.size <= telling);
   if (wrapping === '') return blob;
-  tell(wrapping === 'UTF-16' ? 'UTF-16, read as UTF-8' : `${wrapping}, of which the log in it is read`);
+  tell(unwrapped(wrapping));
   const parts: Blob[] = [];
   for (let at = 0; at < blob.size; at += blockSize) {
     const block = await bytesOf(blob.slice(at, at + blockSize));

@@ -34,3 +34,7 @@ export function labelOf(path: string, parentPath: string): string {
   const label = path.slice(parentPath.length);
   return label.startsWith('.') ? label.slice(1) : label;
 }
+
+/** What was done to a log that stood in something else. */
+export const unwrapped = (wrapping: string) =>
+  wrapping === 'UTF-16' ? 'UTF-16, read as UTF-8' : `${wrapping}, of which the log in it is read`;

@@ -105,11 +105,14 @@ const jobs = {
     return {};
   },
 
-  // A log that goes on, a block as it comes.
+  // A log that goes on, a block as it comes: what it holds, be it wrapped, and the rows of the messages in that.
   follow({ step, bytes }: Job & { step: 'begin' | 'more' | 'end'; bytes: Bytes }) {
-    if (step !== 'begin') return { rows: core.takeLog(bytes) };
-    core.beginLog();
-    return { rows: bytes };
+    const { wrapping, bytes: log } = core.takeGrowing(step === 'more' ? bytes : new Uint8Array());
+    if (step === 'begin') core.beginLog();
+    const blocks = log.length > 0 ? [log] : [];
+    if (step === 'end') blocks.push(new Uint8Array());
+    const found = blocks.map((block) => core.takeLog(block));
+    return { wrapping, log, found };
   },
 
   // Which messages hold some bytes, letter case not counting. Bytes are compared as the characters of one-byte text.

@@ -2,7 +2,7 @@
 
 #include "tools/vekmsg/reading/following.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
-#include "vek/inspect/log/unwrapping.hpp"
+#include "vek/inspect/forms/growingLog.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 
@@ -335,31 +335,18 @@ public:
         : followedLog_t(name), reader_(reader), sink_(this->name(), reader.filter_, reader.task_) {}
 
 private:
-    void take(std::string_view block) override {
-        if (unwrapper_)
-            return feed(block);
-        start_ += block;
-        if (inspect::showsWhatItIs(start_))
-            begin();
-    }
-    void begin() {
-        unwrapper_.emplace(inspect::wrappingOf(start_));
-        feed(start_);
-        start_.clear();
-    }
+    void take(std::string_view block) override { feed(log_.take(block)); }
     void feed(std::string_view block) {
-        count([&] { scanner_.feed(unwrapper_->take(block), sink_); });
+        count([&] { scanner_.feed(block, sink_); });
     }
     void end(bool isRotated) override {
+        feed(log_.finish());
         standStill();
-        if (!isRotated)
-            return;
-        scanner_ = inspect::logScanner_t();
-        unwrapper_.reset();
+        if (isRotated)
+            scanner_ = inspect::logScanner_t();
     }
     void standStill() override {
-        if (!unwrapper_ && !start_.empty())
-            begin();
+        feed(log_.standStill());
         count([&] { scanner_.finish(sink_); });
     }
     void fail(const usageError_t &error) override { reader_.fail(error); }
@@ -377,8 +364,7 @@ private:
 
     reader_t &reader_;
     itemSink_t sink_;
-    std::string start_;                             // of the file, until it shows what it is
-    std::optional<inspect::unwrapper_t> unwrapper_; // as the start wants it
+    inspect::growingLog_t log_;
     inspect::logScanner_t scanner_;
 };
 

@@ -215,7 +215,7 @@ void unwrapper_t::takeEscapes(std::string_view block, bool isLast) {
             isInMessage_ = isInMessage_ && previous_ != '\n'; // whose own would have been an escape
             continue;
         }
-        if (!isLast && block.size() - at < longestEscape)
+        if (!isLast && block.size() - at < longestEscape && block.find('\n', at) == std::string_view::npos)
             break;
         character.clear();
         if (!appendUnescaped(character, block, at)) {

@@ -235,6 +235,11 @@ export class Inspector {
   takeUnwrapped(block: Uint8Array) {
     return this.#call('pageUnwrapTake', [block]).bytes;
   }
+  /** What the next piece of a log that goes on holds, and an empty one at its end; how it is wrapped, once that shows. */
+  takeGrowing(piece: Uint8Array): { wrapping: Wrapping; bytes: Bytes } {
+    const { bytes } = this.#call('pageGrow', [piece]);
+    return { wrapping: wrappings[bytes[0]!]!, bytes: bytes.subarray(1) };
+  }
   /** Chooses messages by a condition as the command line's --where takes it; says what is wrong with it, and where. */
   chooseWhere(expression: string): (Place & { words: string }) | undefined {
     const { isGood, bytes } = this.#call('pageWhereChoose', [encoder.encode(expression)]);
