@@ -66,7 +66,7 @@ char *writeMessage(std::int32_t id, const catalogueRow_t *row, const void *msgSt
     endEnvelope(out, lengthPosition);
     while (!headerNumbers.replace(before, own)) {
         own = before.countedUp();
-        renumberEnvelope(out, lengthPosition, own.echoTag(), own.sequenceNumber());
+        out = renumberEnvelope(out, lengthPosition, own.echoTag(), own.sequenceNumber());
     }
     return buffer.release();
 }

@@ -82,10 +82,8 @@ public:
         at_ = to + key.size() + 1;
     }
 
-    /// Replaces characters that were already written.
-    void patch(std::size_t position, std::string_view text) {
-        std::memcpy(buffer_->start_ + position, text.data(), text.size());
-    }
+    /// A character that was already written, to be replaced.
+    char *at(std::size_t position) { return buffer_->start_ + position; }
 
 private:
     char *at_ = nullptr;

@@ -41,19 +41,29 @@ inline char *writeDigitPair(std::size_t value, char *to) {
     return to + 2;
 }
 
+/// The four digits of a number below 10000, zeros in front, as one word: the first in its lowest byte.
+inline std::uint32_t fourDigits(std::uint32_t value) {
+    std::uint16_t upper = 0;
+    std::uint16_t lower = 0;
+    std::memcpy(&upper, &digitPairs[std::size_t{2} * (value / 100)], sizeof upper);
+    std::memcpy(&lower, &digitPairs[std::size_t{2} * (value % 100)], sizeof lower);
+    return upper | std::uint32_t{lower} << 16;
+}
+
+/// How many bits of such a word the zeros in front have: 0, 8, 16 or 24, since the last digit always counts.
+inline int zeroBitsInFront(std::uint32_t fourDigits) {
+    constexpr std::uint32_t zeros = 0x30303030, lastDigit = 1U << 24;
+    return std::countr_zero((fourDigits ^ zeros) | lastDigit) & ~7;
+}
+
 /// Writes a number below 10000 without a branch, and without zeros in front. Four characters are stored, of which those
 /// behind the returned end count for nothing.
 inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
-    const std::size_t hundreds = value / 100, rest = value % 100;
-    std::uint16_t upper = 0;
-    std::uint16_t lower = 0;
-    std::memcpy(&upper, &digitPairs[2 * hundreds], sizeof upper);
-    std::memcpy(&lower, &digitPairs[2 * rest], sizeof lower);
-    std::uint32_t digits = upper | std::uint32_t{lower} << 16;
-    const int zeros = (value < 10 ? 1 : 0) + (value < 100 ? 1 : 0) + (value < 1000 ? 1 : 0);
-    digits >>= 8 * zeros;
+    std::uint32_t digits = fourDigits(value);
+    const int zeros = zeroBitsInFront(digits);
+    digits >>= zeros;
     std::memcpy(to, &digits, sizeof digits);
-    return to + 4 - zeros;
+    return to + 4 - zeros / 8;
 }
 
 /// Writes `value` in decimal and returns the end of what was written. No terminator is written.
