@@ -4,6 +4,7 @@
 #include "vek/api/private/catalogue.hpp"
 #include "vek/api/private/envelopeWriter.hpp"
 #include "vek/api/private/headerNumbers.hpp"
+#include "vek/api/private/plainEnvelope.hpp"
 #include "vek/text/bodyWriter.hpp"
 #include "vek/vek_std/std_sys/private/vek_floatingPoint.hpp"
 
@@ -44,6 +45,25 @@ void readStructure(const conversion_t &conversion, const char *text, std::string
     *msgStruct = structure.release();
 }
 
+[[gnu::always_inline]] inline std::int32_t readMessage(const char *text, std::int32_t id, std::string_view body,
+                                                       const readHeaderNumbers_t &numbers, std::int32_t *msgId,
+                                                       void **msgStruct) {
+    const catalogueRow_t *row = findInCatalogue(id);
+    if (row != nullptr && row->conversion != nullptr)
+        readStructure(*row->conversion, text, body, msgStruct);
+    *msgId = id; // from here on nothing fails
+    numbers.takeOver();
+    return row != nullptr ? 0 : refuseReading(id);
+}
+
+// Of a text whose envelope is not plain, or without a text.
+[[gnu::noinline]] std::int32_t readOtherMessage(const char *text, std::string_view all, std::int32_t *msgId,
+                                                void **msgStruct) {
+    const envelope_t envelope = readEnvelope(all);
+    const std::int32_t id = envelope.head.hasStartMarker ? envelope.head.id.valueOr(*msgId) : *msgId;
+    return readMessage(text, id, envelope.body, readHeaderNumbers_t(envelope), msgId, msgStruct);
+}
+
 // A text that holds the empty string, in the room that a message without a body has.
 char *emptyText() {
     bodyBuffer_t buffer(roomWithoutBody);
@@ -81,15 +101,12 @@ std::int32_t VEK_CALL vekStrToVal(const char *text, std::int32_t *msgId, void **
     const floatingPointGuard_t guard;
     if (msgId == nullptr || msgStruct == nullptr || (text != nullptr && *text == '\0'))
         return failure;
-    const envelope_t envelope = readEnvelope(text != nullptr ? std::string_view(text) : std::string_view());
-    const std::int32_t id = envelope.head.hasStartMarker ? envelope.head.id.valueOr(*msgId) : *msgId;
-    const readHeaderNumbers_t read(envelope);
-    const catalogueRow_t *row = findInCatalogue(id);
-    if (row != nullptr && row->conversion != nullptr)
-        readStructure(*row->conversion, text, envelope.body, msgStruct);
-    *msgId = id; // from here on nothing fails
-    read.takeOver();
-    return row != nullptr ? 0 : refuseReading(id);
+    const std::string_view all = text != nullptr ? std::string_view(text) : std::string_view();
+    plainEnvelope_t plain;
+    if (!plain.read(all))
+        return readOtherMessage(text, all, msgId, msgStruct);
+    return readMessage(text, plain.id, plain.body,
+                       readHeaderNumbers_t(headerNumbers_t(plain.echoTag, plain.sequenceNumber)), msgId, msgStruct);
 } catch (const std::bad_alloc &) {
     return failure;
 }

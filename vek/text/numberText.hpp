@@ -56,6 +56,24 @@ inline int zeroBitsInFront(std::uint32_t fourDigits) {
     return std::countr_zero((fourDigits ^ zeros) | lastDigit) & ~7;
 }
 
+/// The same with blanks in place of these zeros.
+inline std::uint32_t fourPlaces(std::uint32_t value) {
+    const std::uint32_t digits = fourDigits(value);
+    constexpr std::uint32_t zeroToBlank = ('0' ^ ' ') * 0x01010101U;
+    static_assert(('0' & ~('0' ^ ' ')) == ' ');
+    return digits & ~(zeroToBlank & ((1U << zeroBitsInFront(digits)) - 1));
+}
+
+/// The number that such a word of digits alone is; -1 of any other one.
+inline std::int32_t numberOfFourDigits(std::uint32_t word) {
+    constexpr std::uint32_t upperHalves = 0xF0F0F0F0, zeros = 0x30303030, toSixteen = 0x06060606;
+    if ((word & upperHalves) != zeros || ((word + toSixteen) & upperHalves) != zeros)
+        return -1;
+    word ^= zeros;
+    word = word * 10 + (word >> 8); // the pairs, in every second byte
+    return static_cast<std::int32_t>((word & 0x00FF00FFU) * (1 + (100U << 16)) >> 16);
+}
+
 /// Writes a number below 10000 without a branch, and without zeros in front. Four characters are stored, of which those
 /// behind the returned end count for nothing.
 inline char *writeUpToFourDigits(std::uint32_t value, char *to) {

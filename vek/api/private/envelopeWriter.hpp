@@ -25,12 +25,9 @@ inline void writeLength(std::size_t length, char *to) {
         [[unlikely]] length /= 10;
     const auto number = static_cast<std::uint32_t>(length);
     const std::uint32_t upper = number / 10000;
-    std::uint32_t lower = fourDigits(number % 10000);
-    constexpr std::uint32_t zeroToBlank = ('0' ^ ' ') * 0x01010101U;
-    if (upper == 0)
-        lower &= ~(zeroToBlank & ((1U << zeroBitsInFront(lower)) - 1));
     *to = upper != 0 ? static_cast<char>('0' + upper) : ' ';
-    static_assert(lengthDigits == 1 + sizeof lower && ('0' & ~' ') == ('0' ^ ' '));
+    const std::uint32_t lower = upper != 0 ? fourDigits(number % 10000) : fourPlaces(number);
+    static_assert(lengthDigits == 1 + sizeof lower);
     std::memcpy(to + 1, &lower, sizeof lower);
 }
 

@@ -47,6 +47,9 @@ struct readHeaderNumbers_t {
         : numbers(envelope.head.echoTag.value, envelope.head.sequenceNumber.value),
           hasEchoTag(envelope.isReadOn() && envelope.head.echoTag.isThere),
           hasSequenceNumber(envelope.isReadOn() && envelope.head.sequenceNumber.isThere) {}
+    /// Of one that has both.
+    explicit readHeaderNumbers_t(const headerNumbers_t &both)
+        : numbers(both), hasEchoTag(true), hasSequenceNumber(true) {}
 
     /// Makes them those of the process. Numbers that are there already aren't stored again: threads that only read
     /// don't take them from each other.
