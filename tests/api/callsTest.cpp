@@ -2,11 +2,13 @@
 #include "tests/foundation/reports.hpp"
 #include "tests/support/messages.hpp"
 #include "vek/api/private/headerNumbers.hpp"
+#include "vek/api/private/plainEnvelope.hpp"
 #include "vek/records/status.hpp"
 
 #include <gtest/gtest.h>
 
 #include <malloc.h>
+#include <random>
 #include <string>
 
 namespace {
@@ -90,6 +92,38 @@ TEST(Calls, ReadAndReleaseEveryIdAsTheCatalogueSays) {
         printed([&] { vekParamsDeleteStruct(id, &none); });
         EXPECT_EQ(none, nullptr);
     }
+}
+
+// With a character or two of its head or its end changed, of which the length may stay right.
+TEST(Calls, TakeAPlainEnvelopeForWhatItIs) {
+    std::mt19937 random(7);
+    const auto below = [&random](std::size_t count) { return random() % count; };
+    const std::string_view characters = "0123456789 -+@!\t/:{";
+    int plain = 0, whole = 0;
+    for (int round = 0; round < rounds(100000); ++round) {
+        const auto number = [&] { return static_cast<std::int32_t>(random()) >> below(32); };
+        std::string text = message(4118, std::string(below(2) * below(12000), 'x'), number(), number());
+        const std::size_t changes = below(4) < 3 ? below(3) : 0, head = std::min<std::size_t>(text.size(), 36);
+        for (std::size_t i = 0; i < changes; ++i)
+            text[below(8) != 0 ? below(head) : text.size() - 1 - below(3)] = characters[below(characters.size())];
+        plainEnvelope_t read;
+        const bool isPlain = read.read(text);
+        plain += isPlain && changes > 0 ? 1 : 0;
+        whole += isPlain && changes == 0 ? 1 : 0;
+        if (!isPlain)
+            continue;
+        const envelope_t envelope = readEnvelope(text);
+        const envelopeNumbers_t numbers = envelope.head.numbers();
+        ASSERT_EQ(envelope.result, envelopeResult_t::correct) << text;
+        ASSERT_TRUE(envelope.head.id.isThere && envelope.head.echoTag.isThere && envelope.head.sequenceNumber.isThere);
+        ASSERT_EQ(read.id, numbers.id) << text;
+        ASSERT_EQ(read.echoTag, numbers.echoTag) << text;
+        ASSERT_EQ(read.sequenceNumber, numbers.sequenceNumber) << text;
+        ASSERT_EQ(read.body.data(), envelope.body.data()) << text;
+        ASSERT_EQ(read.body.size(), envelope.body.size()) << text;
+    }
+    EXPECT_GT(plain, rounds(100000) / 20);
+    EXPECT_GT(whole, rounds(100000) / 5);
 }
 
 TEST(Calls, WriteEveryIdAsTheCatalogueSays) {

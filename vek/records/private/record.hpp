@@ -7,6 +7,7 @@
 #include "vek/records/conversion.hpp"
 #include "vek/text/private/recordVisit.hpp"
 #include "vek/text/writtenGroup.hpp"
+#include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
 
 #include <concepts>
 #include <cstdint>
@@ -83,13 +84,14 @@ void *conversionOf<Structure, Record>::create() {
     static_assert(std::is_same_v<Structure, typename detail::structureOfRecord<Record>::type>,
                   "the record class has another structure");
     static_assert(std::equality_comparable<Structure>, "the structure needs an operator==");
-    if constexpr (std::is_polymorphic_v<Structure>) {
-        return new Structure();
-    } else {
-        auto *structure = static_cast<Structure *>(::operator new(sizeof(Structure)));
-        fillWithDefaults<Record>(*structure);
-        return structure;
-    }
+    static_assert(sizeof(Structure) % sizeof(std::int32_t) == 0);
+    const auto give = [](void *block) { giveStructure(block, sizeof(Structure)); };
+    std::unique_ptr<void, decltype(give)> room(takeStructure(sizeof(Structure)), give);
+    if constexpr (std::is_polymorphic_v<Structure>)
+        new (room.get()) Structure();
+    else
+        fillWithDefaults<Record>(*static_cast<Structure *>(room.get()));
+    return room.release();
 }
 
 namespace detail {
@@ -151,13 +153,11 @@ template <class Structure, class Record>
 
 template <class Structure, class Record>
 void conversionOf<Structure, Record>::destroy(void *structure) {
-    if constexpr (std::is_polymorphic_v<Structure>) {
-        delete static_cast<Structure *>(structure);
-    } else {
-        if constexpr (ownsMemory<Record>)
-            Record::releaseMembers(*static_cast<Structure *>(structure));
-        ::operator delete(structure);
-    }
+    if constexpr (std::is_polymorphic_v<Structure>)
+        static_cast<Structure *>(structure)->~Structure();
+    else if constexpr (ownsMemory<Record>)
+        Record::releaseMembers(*static_cast<Structure *>(structure));
+    giveStructure(structure, sizeof(Structure));
 }
 
 template <class Structure, class Record>

@@ -2,6 +2,7 @@
 #include "vek/vek_std/std_sys/vek_stringRep.hpp"
 
 #include <cstdlib>
+#include <new>
 
 // None on Windows, where a thread's own data is dear. Nor where the address sanitizer is to see each body that is used
 // after its release, nor in a library that reads few messages and does without thread-local storage.
@@ -17,13 +18,19 @@ void *takeBody() {
 void giveBody(stringRep_t *block) {
     std::free(block);
 }
+void *takeStructure(std::size_t size) {
+    return ::operator new(size);
+}
+void giveStructure(void *block, std::size_t) {
+    ::operator delete(block);
+}
 
 } // namespace vek
 
 #else
 
+#    include <array>
 #    include <atomic>
-#    include <new>
 #    include <pthread.h>
 #    include <utility>
 
@@ -33,10 +40,13 @@ constinit processWide_t<std::uint32_t> mostSpareBodies = 16384;
 
 namespace {
 
+constexpr std::size_t longestStructure = 1024, sizeOfWord = sizeof(std::int32_t);
+
 // A thread's spares. When it ends the next new thread has its pool.
 struct pool_t {
-    stringRep_t *first = nullptr; // chained by their data
-    std::uint32_t room = 0;       // for so many more
+    stringRep_t *first = nullptr;                                       // chained by their data
+    std::uint32_t room = 0;                                             // for so many more
+    std::array<void *, longestStructure / sizeOfWord + 1> structures{}; // by their size
     std::atomic<bool> hasThread = true;
     pool_t *next = nullptr;
 
@@ -46,7 +56,10 @@ struct pool_t {
             first = reinterpret_cast<stringRep_t *>(spare->data);
             std::free(spare);
         }
+        for (void *&spare : structures)
+            ::operator delete(std::exchange(spare, nullptr));
     }
+    void **structureOf(std::size_t size) { return size <= longestStructure ? &structures[size / sizeOfWord] : nullptr; }
 };
 
 // Reached without a call, also in a shared library. No more than a pointer, since programs that load and unload
@@ -98,6 +111,11 @@ pool_t *newPool() {
     return ownPool = pool;
 }
 
+pool_t *poolToGiveTo() {
+    pool_t *const own = ownPool;
+    return own != nullptr ? own : makeOwnPool();
+}
+
 // When the process ends, other threads go on, and static objects of the host may outlive this one: from here on no pool
 // is made, and only this thread's is emptied.
 constinit struct atProcessEnd_t {
@@ -137,9 +155,7 @@ void *takeBody() {
 }
 
 void giveBody(stringRep_t *block) {
-    pool_t *own = ownPool;
-    if (own == nullptr)
-        own = makeOwnPool();
+    pool_t *const own = poolToGiveTo();
     if (own == nullptr || own->room == 0) {
         std::free(block);
         return;
@@ -147,6 +163,19 @@ void giveBody(stringRep_t *block) {
     block->data = reinterpret_cast<char *>(own->first);
     own->first = block;
     --own->room;
+}
+
+void *takeStructure(std::size_t size) {
+    pool_t *const own = ownPool;
+    void **const spare = own != nullptr ? own->structureOf(size) : nullptr;
+    void *const block = spare != nullptr ? std::exchange(*spare, nullptr) : nullptr;
+    return block != nullptr ? block : ::operator new(size);
+}
+
+void giveStructure(void *block, std::size_t size) {
+    pool_t *const own = poolToGiveTo();
+    void **const spare = own != nullptr ? own->structureOf(size) : nullptr;
+    ::operator delete(spare != nullptr ? std::exchange(*spare, block) : block);
 }
 
 } // namespace vek
