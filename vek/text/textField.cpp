@@ -85,8 +85,6 @@ public:
     /// The member with this key, or null. The members are looked at from `hint` on and around, so that keys of which
     /// some are missing cost no more than a step each. It is a hint only: a group's keys differ.
     textField_t *find(std::string_view key, textField_t *hint) {
-        if (key.data() == nullptr)
-            return nullptr;
         if (hasTable_)
             return table_[slotOf(key)];
         if (++walks_ == mostWalks)
@@ -138,7 +136,9 @@ private:
 
 // As long as the keys come in member order, which is how the library writes them, each pair goes straight to the member
 // that is due, without a search. A member that an earlier pair matched is never due: the first pair with a key counts.
-// A key out of order is searched for, and the order goes on behind its member.
+// A key out of order is searched for, and the order goes on behind its member. Keyed or not is known only when a "="
+// shows up or the body ends: a positional body is read again from its start, and of a keyed one the pairs without keys
+// are no member's.
 void textGroup_t::assignPairs(tolerantScanner_t &pairs) {
     const tolerantScanner_t start = pairs;
     memberSearch_t search(first_);
@@ -151,23 +151,16 @@ void textGroup_t::assignPairs(tolerantScanner_t &pairs) {
             due = due->next_;
             continue;
         }
-        if (!pairs.next(pair))
+        if (!pairs.nextKeyed(pair))
             break;
-        if (!pairs.isKeyed()) {
-            // Keyed or not is known only when a "=" shows up or the body ends, and until then a token may be the first
-            // member's value or nothing. So nothing is assigned: a positional body is read again from its start, and of
-            // a keyed one the pairs without keys so far are no member's.
-            while (!pairs.isKeyed() && pairs.next(pair)) {
-            }
-            if (!pairs.isKeyed()) {
-                pairs = start;
-                return assignByPosition(pairs);
-            }
-        }
         if (textField_t *member = search.find(pair.key, due); member != nullptr && !member->matched_) {
             assign(*member, pair.value);
             due = member->next_;
         }
+    }
+    if (!pairs.isKeyed()) {
+        pairs = start;
+        assignByPosition(pairs);
     }
 }
 

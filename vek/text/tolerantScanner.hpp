@@ -29,7 +29,10 @@ public:
     explicit tolerantScanner_t(const tolerantTokenizer_t &pairs) : tokenizer_(pairs) {}
 
     /// Reads the next pair; false when there is none left.
-    bool next(textPair_t &pair);
+    bool next(textPair_t &pair) { return read(pair, false); }
+
+    /// Reads the next pair that has a key, and skips those in front of it.
+    bool nextKeyed(textPair_t &pair) { return read(pair, true); }
 
     /// Reads the next pair if it has exactly this key, a short cut for texts whose keys come in order.
     bool nextOf(std::string_view key, std::string_view &value) {
@@ -51,6 +54,8 @@ public:
     const char *position() const { return tokenizer_.position(); }
 
 private:
+    bool read(textPair_t &pair, bool isWithKey);
+
     tolerantTokenizer_t tokenizer_;
     bool keyed_ = false;
 };
