@@ -31,7 +31,7 @@ tools/vekmsg tools/page/core tools/reference tools/bindings/core
 """
 
 SEEN = {
-    "vek/vek_std/std_sys": ["vek/text", "vek/api", "vek/inspect/exports", "tools/bindings/core"],
+    "vek/vek_std/std_sys": ["vek/text", "vek/records", "vek/api", "vek/inspect/exports", "tools/bindings/core"],
     "vek/text": ["vek/records"],
     "vek/records": ["vek/api", "vek/inspect/schema", "tools/reference"],
     "vek/api": ["vek/inspect/schema", "vek/inspect/message", "tools/bindings/core"],
