@@ -2,9 +2,12 @@
 // as one log. What is not complete says so.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
+import { mkdir, mkdtemp, rm, writeFile } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
 import { test } from 'node:test';
 import { gzipSync } from 'node:zlib';
-import { chooseMessage, lists, openFile, says, toolPath, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, isFirefox, lists, openFile, says, toolPath, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 
 const focus = (sequence, name = 'Gr\u00fcn \u{1f600}') => message(4112, sequence, `{MEDIA_NAME=${name};FOCUS_VALUE=${sequence}.500000;}`);
@@ -105,4 +108,31 @@ test('several files are one log in order of time, and each line knows its file',
     await says(page, '#listCount', '1 of 4 messages');
     assert.match(await page.getAttribute('#messages-0', 'title'), /b\.log\.gz/);
   });
+});
+
+// As an operating system gives it, which a script can't.
+test('a folder that is dropped on the page is one log of what is in it and in its folders', async (context) => {
+  if (isFirefox) return context.skip('its driver drops nothing');
+  const folder = await mkdtemp(join(tmpdir(), 'vekmsg-'));
+  try {
+    await mkdir(join(folder, 'press', 'older'), { recursive: true });
+    await writeFile(join(folder, 'press', 'b.log'), log);
+    await writeFile(join(folder, 'press', 'older', 'a.log.gz'), gzipSync(other));
+    await writeFile(join(folder, 'one more.log'), `2026-03-01T08:00:09 ${focus(5)}\n`);
+    await withPage(async (page) => {
+      const session = await page.context().newCDPSession(page);
+      const data = { items: [], files: [join(folder, 'press'), join(folder, 'one more.log')], dragOperationsMask: 1 };
+      for (const type of ['dragEnter', 'dragOver', 'drop']) await session.send('Input.dispatchDragEvent', { type, x: 300, y: 300, data });
+      await says(page, '#summary', /^5 messages · 1 kind/);
+      await says(page, '#fileName', /^3 files/);
+      const places = ['b.log', 'a.log.gz', 'b.log', 'a.log.gz', 'one more.log'];
+      for (const [at, place] of places.entries()) {
+        await chooseMessage(page, at);
+        await says(page, '#messageFacts', place);
+        await says(page, '#messageText', `FOCUS_VALUE=${at + 1}.5`);
+      }
+    });
+  } finally {
+    await rm(folder, { recursive: true });
+  }
 });

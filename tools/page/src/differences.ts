@@ -120,7 +120,8 @@ export class Differences extends Panel {
     byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
     table.hidden = found.length === 0;
     byId('differenceRows').replaceChildren(...found.map(differenceRow));
-    this.#texts.show(...(await Promise.all([MessageModel.of(this.#core, left), MessageModel.of(this.#core, bytes)])));
+    const texts = await Promise.all([MessageModel.of(this.#core, left), MessageModel.of(this.#core, bytes)]);
+    if (bytes === this.#bytes && choice === byId('compareWith').value) this.#texts.show(...texts);
   }
 }
 
