@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <iterator>
 #include <set>
@@ -283,6 +284,39 @@ bool lead(std::string way, const tree_t &to) {
     return all.empty();
 }
 
+// Whether the value that a finding says a host reads is the one that it writes again, as far as its decimals go.
+bool isSameValue(fieldKind_t kind, std::string_view said, std::string_view read) {
+    if (!isNumber(kind))
+        return said == read;
+    const std::string number(said);
+    char *end = nullptr;
+    const double one = std::strtod(number.c_str(), &end), other = std::strtod(std::string(read).c_str(), nullptr);
+    return *end == '\0' && (one == other || std::abs(one - other) <= 1e-6 * std::max(1.0, std::abs(one)));
+}
+
+std::string brokenOfClaims(const tree_t &tree) {
+    constexpr std::string_view claim = "a host reads ";
+    std::string broken;
+    const std::optional<std::string> read = tree.envelope().isWholeForHost() ? asRead(tree) : std::nullopt;
+    if (!read)
+        return broken;
+    const tree_t host(*read);
+    for (const finding_t &finding : check(tree)) {
+        const node_t *node = host.find(finding.path);
+        // In a list a host's elements may be others; a count is written as large as its list may be.
+        const bool isOther = finding.path.find('[') != std::string::npos || finding.path.ends_with("NUM_OF_MESSAGES");
+        if (isOther || !finding.consequence.starts_with(claim) || node == nullptr || !host.children(*node).empty())
+            continue;
+        const std::string_view said = std::string_view(finding.consequence).substr(claim.size());
+        const std::string_view value = said.substr(0, said.find_first_of(", ;"));
+        const bool isValue =
+            value.front() != '"' && (isDigit(value.back()) || (value.front() >= 'A' && value.front() <= 'Z'));
+        if (isValue && !isSameValue(node->valueKind(), value, host.value(*node)))
+            broken += joined({finding.path, ": ", finding.inWords(), ", but it reads ", host.value(*node), "\n"});
+    }
+    return broken;
+}
+
 } // namespace
 
 std::string brokenOfWrittenJson(std::string_view text) {
@@ -316,6 +350,7 @@ std::string brokenOfText(std::string_view text) {
     }
     for (const difference_t &one : differences(tree, tree, {0.0, {}, true}))
         broken += one.path + " differs from itself\n";
+    broken += brokenOfClaims(tree);
     const formResult_t sealedOnce = seal(text);
     if (!sealedOnce.isRead())
         return broken + (sealedOnce.error.empty() || !sealedOnce.text.empty() ? "neither a text nor a reason\n" : "");

@@ -2,6 +2,7 @@
 // and how many of them help. With VEK_WRITE_TABLE set to a path, the table is written there as it is now: read what
 // changed in it.
 #include "tests/support/messages.hpp"
+#include "tests/support/promises.hpp"
 #include "vek/inspect/change/mending.hpp"
 #include "vek/inspect/change/seal.hpp"
 #include "vek/inspect/check/check.hpp"
@@ -113,6 +114,7 @@ TEST(HandEdits, AreAsTheTableSays) {
         asked += row.outcome.find("fix    asks") != std::string::npos ? 1 : 0;
         restored += row.outcome.find("fix    @@") != std::string::npos ? 1 : 0;
         EXPECT_EQ(outcomeOf(textOf(row.damage)), row.outcome) << row.name;
+        EXPECT_EQ(vek::test::brokenOfText(textOf(row.damage)), "") << row.name;
     }
     EXPECT_GE(rows.size(), 150U);
     EXPECT_EQ(marks['!'], 0U);
