@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -107,6 +108,8 @@ void prepareStreams() {
         if (GetConsoleMode(handle, &mode))
             SetConsoleMode(handle, mode | 4 /* ENABLE_VIRTUAL_TERMINAL_PROCESSING */);
     }
+#else
+    std::signal(SIGXFSZ, SIG_IGN);     // a file that may not grow is an error as any other
 #endif
 }
 

@@ -13,7 +13,8 @@
 
 namespace vek::tool {
 
-/// Standard streams carry bytes; consoles understand colour sequences where they can.
+/// Standard streams carry bytes; consoles understand colour sequences where they can. A file that may not grow is an
+/// error.
 void prepareStreams();
 /// Whether a person sits there: not of the terminals that serial lines and the ends of tunnels are.
 bool isTerminal(int descriptor);
