@@ -95,7 +95,7 @@ noticing=(
     "archive|vekmsg/load vekmsg $transcripts [.]archive"
     "change/|commands/(fix|set|edit|diff) vekmsg $transcripts ^vekmsg[.]change"
     "log/|vekmsg/reading|vekmsg/terminal vekmsg $transcripts ^vekmsg[.](logs|view)"
-    "vek|vekmsg vekmsg $transcripts ^(vekmsg|docs)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
+    "vek|vekmsg vekmsg $transcripts ^(vekmsg|docs|lsp)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
     "vekmsg vekmsg $tests/inspectTests --gtest_filter=Envelopes.*"
     "vek vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
 )

@@ -73,12 +73,12 @@ std::string barText(double part, std::size_t columns, bool isOfBlocks) {
     const double all = part * static_cast<double>(columns);
     const auto whole = static_cast<std::size_t>(all);
     if (!isOfBlocks)
-        return std::string(std::max<std::size_t>(whole, part > 0 ? 1 : 0), '#');
+        return std::string(std::max<std::size_t>(whole, 1), '#');
     std::string bar;
     for (std::size_t i = 0; i < whole; ++i)
         bar += "█";
     const auto rest = static_cast<std::size_t>((all - static_cast<double>(whole)) * 8);
-    return bar + eighths[whole == 0 && part > 0 ? std::max<std::size_t>(rest, 1) : rest];
+    return bar + eighths[whole == 0 ? std::max<std::size_t>(rest, 1) : rest];
 }
 
 std::string reachText(const spread_t &spread, double scaleLeast, double scaleMost, std::size_t columns,

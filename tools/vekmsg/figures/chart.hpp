@@ -28,7 +28,7 @@ struct bar_t {
 /// A bar for each different number, when there are few; else for ranges of one round width, empty ones too.
 std::vector<bar_t> histogramOf(const spread_t &spread);
 
-/// `part` (0 to 1) of so many columns.
+/// `part` (up to 1, not 0) of so many columns; something of it is seen always.
 std::string barText(double part, std::size_t columns, bool isOfBlocks);
 
 /// A line from the least to the largest of numbers, with a mark at their mean, on a scale of so many columns.
