@@ -57,10 +57,11 @@ operators() {
             {
                 place(" == ", " != "); place(" != ", " == "); place(" < ", " <= "); place(" <= ", " < ")
                 place(" > ", " >= "); place(" >= ", " > "); place(" + 1", ""); place(" - 1", "")
-                if (!index($0, "\"")) place(" + ", " - ") # of texts it does not compile
+                # Of texts these do not compile.
+                if (!/["\047]|append|text|words|out|line/) { place(" + ", " - "); place(" += ", " -= ") }
                 if (index($0, " && ")) print file, NR, "s/ && / || /"
                 place(" || ", " \\&\\& "); place("true", "false"); place("false", "true"); place("++", "--")
-                place(" = 0;", " = 1;"); place("(!", "("); place(" += ", " -= "); place(" = 1;", " = 2;")
+                place(" = 0;", " = 1;"); place("(!", "("); place(" = 1;", " = 2;")
             }' "$file"
     done
 }
