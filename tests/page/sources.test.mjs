@@ -42,6 +42,10 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     await openFile(page, { name: 'a.txt', mimeType: '', buffer: Buffer.from(focus(1).slice(1)) });
     await page.waitForSelector('#problems li[data-code=no-start-marker]');
 
+    // What must be decoded first is named, as vekmsg names it.
+    await openFile(page, { name: 'a.b64', mimeType: '', buffer: Buffer.from(Buffer.from(focus(1)).toString('base64')) });
+    await says(page, '#noMessages', 'The messages in it are base64 (QEA0 is @@4): base64 -d decodes them; open what comes out.');
+
     // What can't be unpacked says so, and what to do.
     await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstdStart }); // which no browser can unpack
     await says(page, '#readingProblem', 'zstd -d a.zst');

@@ -227,6 +227,12 @@ std::int32_t pageReadForms(std::size_t size) {
     return 1;
 }
 
+/// How messages are encoded that were not found in a text with this beginning, and what decodes them; else nothing.
+std::int32_t pageEncoding(std::size_t size) {
+    exchange.result = encodingIn(exchange.take(size));
+    return 1;
+}
+
 void pageLogBegin() {
     rows = std::make_unique<page::logRows_t>();
 }

@@ -10,7 +10,7 @@ import { shownWords } from './signs.ts';
 import { editorTheme } from './editorTheme.ts';
 
 const roomForTwo = 480; // pixels
-const diffConfig = { scanLimit: 500, timeout: 20 }; // milliseconds, after which it marks more than differs
+const diffConfig = { scanLimit: 5000, timeout: 100 }; // characters that differ, milliseconds: beyond, more is marked than differs
 
 // The library's own rules have several classes.
 const isForced = '@media (forced-colors: active)';

@@ -11,6 +11,7 @@ import type { Progress } from './worker.ts';
 import { unwrapped } from './words.ts';
 
 const pieceSize = 50_000; // messages
+const longestStart = 1 << 18; // bytes that tell what a log without messages is
 
 const noCounts = () => ({ damaged: 0, withProblems: 0, withErrors: 0, gaps: 0, missing: 0, timed: 0 });
 
@@ -42,6 +43,7 @@ export class Log {
   isCut = false;
   originals = new Map<number, Stretch>(); // of changed messages: row to { start, size } of what was read
   notes: string[] = []; // what was done to read it
+  encoding = ''; // of messages that are not found for it, with what decodes them
   done = 0;
   isComplete = false;
   isLive = false; // it goes on
@@ -84,6 +86,7 @@ export class Log {
     } finally {
       this.isComplete = true;
     }
+    if (this.count === 0) this.encoding = await this.queue.core.encoding(await this.#bytesAt({ start: 0, size: longestStart }));
   }
 
   /** Takes what has come of a log that goes on, in the order of the calls; gives whether there are more messages now. */

@@ -88,12 +88,14 @@ export class MessageList {
     byId('leftOut').hidden = this.#shown === undefined || this.#list.active >= 0;
     byId('listCount').textContent = words + rest;
     byId('noMessages').hidden = rows.length > 0 || isPartial;
-    byId('noMessages').textContent =
-      count === 0 && this.log.isCut
-        ? 'No message of it was read.'
-        : count === 0
-          ? 'There is no message in it. A message begins with @@ and its number.'
-          : 'No message passes the filters: clear them, or choose others.';
+    byId('noMessages').textContent = count > 0 ? 'No message passes the filters: clear them, or choose others.' : this.#whyNone(this.log);
+  }
+
+  #whyNone({ isCut, encoding }: Log) {
+    if (isCut) return 'No message of it was read.';
+    return encoding
+      ? `The messages in it ${encoding}; open what comes out.`
+      : 'There is no message in it. A message begins with @@ and its number.';
   }
 
   /** Shows the rows again: what they say may be something else. */

@@ -208,6 +208,10 @@ export class Inspector {
   readForms(text: Uint8Array) {
     return this.#message('pageReadForms', [text]);
   }
+  /** How messages are encoded that were not found in a text with this beginning, and what decodes them; else nothing. */
+  encoding(beginning: Uint8Array) {
+    return decoder.decode(this.#call('pageEncoding', [beginning]).bytes);
+  }
   beginLog() {
     this.#library.pageLogBegin();
   }
