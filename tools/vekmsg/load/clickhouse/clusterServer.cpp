@@ -301,8 +301,12 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
         waited_ = moment;
         return;
     }
-    waitAfter(isTableAway ? why + "; each server of a cluster gets its tables when something is loaded through it"
-                          : why);
+    const std::string all = why + (isTableAway ? "; each server of a cluster gets its tables when something is loaded "
+                                                 "through it"
+                                               : "");
+    if (isTableAway && !awaitsTables_)
+        refuse(all);
+    waitAfter(all);
 }
 
 void clusterServer_t::waitAfter(const std::string &why) {

@@ -57,6 +57,9 @@ public:
                 const std::string &queryName);
     /// Each server of the cluster by itself, or this one alone. Throws databaseError_t when one does not answer.
     std::vector<std::unique_ptr<clusterServer_t>> all();
+    /// Nothing was loaded: that other servers of a cluster have no tables yet is no reason to wait.
+    void expectNoTables() { awaitsTables_ = false; }
+
     /// The names of all queries that are running on the server, or on those of the cluster.
     std::vector<std::string> running();
 
@@ -83,7 +86,7 @@ private:
     std::uint64_t sessions_ = 0;
     std::uint64_t waited_ = 0; // milliseconds, since it last worked
     std::uint64_t patience_;
-    bool isPatient_, isReplicated_ = false, isCurrent_ = false;
+    bool isPatient_, isReplicated_ = false, isCurrent_ = false, awaitsTables_ = true;
     bool isToldAway_ = false;           // since it last worked
     httpClient_t::parameters_t always_; // in every request
 };

@@ -346,6 +346,8 @@ void clusterStore_t::settle(bool isLast) {
 }
 
 std::int64_t clusterStore_t::all() {
+    if (counts_.messages == 0)
+        server_.expectNoTables();
     return std::stoll(server_.ask("SELECT count() FROM messages" +
                                   std::string(server_.isReplicated() ? " WHERE source_id % 2 = 1" : "")));
 }

@@ -52,9 +52,9 @@ void database_t::fail() const {
                               " or its folder may not be written, as reading takes, too; copy it to where it may be");
     case SQLITE_FULL:
     case SQLITE_IOERR:
-        throw databaseError_t(inspect::joined({"cannot write ", file_, ": ", sqlite3_errmsg(handle_.get()),
-                                               "; is there room, and may a file be so large (ulimit -f)? What was "
-                                               "loaded is in it, and the next run goes on"}));
+        throw databaseError_t("cannot write " + file_ + ": " + sqlite3_errmsg(handle_.get()) +
+                              "; is there room, and may a file be so large (ulimit -f)? What was loaded is in it, and "
+                              "the next run goes on");
     case SQLITE_CORRUPT:
         throw databaseError_t(file_ + " is damaged; load the logs into a new file");
     case SQLITE_NOMEM:
