@@ -77,11 +77,11 @@ inline std::int32_t numberOfFourDigits(std::uint32_t word) {
 /// Writes a number below 10000 without a branch, and without zeros in front. Four characters are stored, of which those
 /// behind the returned end count for nothing.
 inline char *writeUpToFourDigits(std::uint32_t value, char *to) {
-    std::uint32_t digits = fourDigits(value);
-    const int zeros = zeroBitsInFront(digits);
-    digits >>= zeros;
+    // Compared with the value, which is known before its digits are.
+    const int zeros = (value < 10 ? 1 : 0) + (value < 100 ? 1 : 0) + (value < 1000 ? 1 : 0);
+    const std::uint32_t digits = fourDigits(value) >> 8 * zeros;
     std::memcpy(to, &digits, sizeof digits);
-    return to + 4 - zeros / 8;
+    return to + 4 - zeros;
 }
 
 /// Writes `value` in decimal and returns the end of what was written. No terminator is written.

@@ -56,8 +56,8 @@ public:
             kind.count += other.count;
             kind.damaged += other.damaged;
         }
-        for (const std::int32_t number : later.numbers_)
-            sequences.take(number);
+        for (const run_t &run : later.runs_)
+            sequences.takeRun(run.first, run.count);
     }
 
     void take(const item_t &item) override {
@@ -77,7 +77,7 @@ public:
         if (!head.sequenceNumber.isThere)
             return;
         if (isPiece_)
-            numbers_.push_back(head.sequenceNumber.value);
+            keep(head.sequenceNumber.value);
         else
             sequences.take(head.sequenceNumber.value);
     }
@@ -86,8 +86,21 @@ public:
     inspect::sequences_t sequences;
 
 private:
+    // Sequence numbers of which each is one more than that before it.
+    struct run_t {
+        std::int32_t first;
+        std::uint32_t count;
+    };
+
+    void keep(std::int32_t number) {
+        if (!runs_.empty() && number == std::int64_t{runs_.back().first} + runs_.back().count)
+            ++runs_.back().count;
+        else
+            runs_.push_back({number, 1});
+    }
+
     const bool isChecked_, isPiece_;
-    std::vector<std::int32_t> numbers_; // of a piece, whose sequences begin in the piece before
+    std::vector<run_t> runs_; // of a piece, whose sequences begin in the piece before
     kind_t *latest_ = nullptr;
     std::int32_t latestId_ = 0;
 };

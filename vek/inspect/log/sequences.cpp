@@ -1,5 +1,7 @@
 #include "vek/inspect/log/sequences.hpp"
 
+#include <algorithm>
+
 namespace vek::inspect {
 
 std::uint32_t sequences_t::take(std::int32_t number) {
@@ -30,6 +32,20 @@ std::uint32_t sequences_t::take(std::int32_t number) {
     latest_[oldest_] = number;
     oldest_ = (oldest_ + 1) % senders;
     return 0;
+}
+
+// As long as no other sequence stands where the run goes, all of it continues one.
+void sequences_t::takeRun(std::int32_t first, std::uint64_t count) {
+    take(first);
+    const std::int64_t last = first + static_cast<std::int64_t>(count) - 1;
+    std::int64_t *const known = latest_.data(), *const end = known + known_;
+    const auto isHere = [first, last](std::int64_t latest) { return latest >= first && latest <= last; };
+    if (std::count_if(known, end, isHere) == 1) {
+        *std::find_if(known, end, isHere) = last;
+        return;
+    }
+    for (std::int64_t number = first + std::int64_t{1}; number <= last; ++number)
+        take(static_cast<std::int32_t>(number));
 }
 
 std::string sequences_t::inWords() const {

@@ -15,6 +15,8 @@ class sequences_t {
 public:
     /// Returns how many numbers are missing in front of this one.
     std::uint32_t take(std::int32_t number);
+    /// The same of so many numbers, at least one, each one more than that before it.
+    void takeRun(std::int32_t first, std::uint64_t count);
 
     std::uint64_t gaps() const { return gaps_; }
     std::uint64_t missing() const { return missing_; }
