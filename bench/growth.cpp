@@ -244,6 +244,9 @@ void hostile() {
          "{" + repeated("SCREEN_TYPE=1;DRUM_ID=1;", bytes) + "}");
     test(4165, copy<vek::ExposeParams>, "{LD=1e-300;...}", "{LD=" + repeated("123456789", bytes) + "e-300;}");
     test(4165, copy<vek::ExposeParams>, "{LD=\"\"\"...}", "{LD=" + repeated("\"", bytes) + ";}");
+    test(4165, copy<vek::ExposeParams>, "{LD=1;x,x,...}", "{LD=1;" + repeated("x,", bytes) + "}");
+    test(4165, copy<vek::ExposeParams>, "{LD=1;{}{}...}", "{LD=1;" + repeated("{}", bytes) + "}");
+    test(4165, copy<vek::ExposeParams>, "{LD=1;A=\"\";...}", "{LD=1;" + repeated("A=\"\";", bytes) + "}");
     test(4171, copy<vek::ColorTable>, "{COLOR_TABLE={{X=1;},...}}",
          "{COLOR_TABLE={" + repeated("{X=1;},", bytes) + "};}");
     test(4202, copy<vek::Info>, "{INFO=\\1\\1...}", "{INFO=" + repeated("\1", bytes) + ";}");
