@@ -29,6 +29,15 @@ implementation
 uses
   Math, VekNumbers;
 
+type
+  // The list of a key, by what an item of it is.
+  TVekLists<T> = class
+  public
+    type
+      TItemIn = function(Item: TVekValue): T;
+    class function Read(From: TVekValue; const Key: UnicodeString; ItemIn: TItemIn): TArray<T>; static;
+  end;
+
 function VekReadGroup(From: TVekValue; const Key: UnicodeString): TVekValue;
 begin
   Result := nil;
@@ -49,6 +58,17 @@ begin
     Result := Copy(From.Items, 0, From.Count);
 end;
 
+class function TVekLists<T>.Read(From: TVekValue; const Key: UnicodeString; ItemIn: TItemIn): TArray<T>;
+var
+  I: Integer;
+  List: TArray<TVekValue>;
+begin
+  List := VekReadList(From, Key);
+  SetLength(Result, Length(List));
+  for I := 0 to High(List) do
+    Result[I] := ItemIn(List[I]);
+end;
+
 // One that is infinite or has hundreds of digits comes as a text.
 function RealIn(Item: TVekValue): Double;
 begin
@@ -67,6 +87,11 @@ begin
   Result := 0;
   if Item <> nil then
     Result := StrToIntDef(VekNative(Item.Text), 0);
+end;
+
+function ShortIn(Item: TVekValue): SmallInt;
+begin
+  Result := SmallInt(WholeIn(Item));
 end;
 
 function TextIn(Item: TVekValue): UnicodeString;
@@ -92,14 +117,8 @@ begin
 end;
 
 function VekReadReals(From: TVekValue; const Key: UnicodeString): TArray<Double>;
-var
-  I: Integer;
-  List: TArray<TVekValue>;
 begin
-  List := VekReadList(From, Key);
-  SetLength(Result, Length(List));
-  for I := 0 to High(List) do
-    Result[I] := RealIn(List[I]);
+  Result := TVekLists<Double>.Read(From, Key, RealIn);
 end;
 
 function VekReadWhole(From: TVekValue; const Key: UnicodeString): Integer;
@@ -108,25 +127,13 @@ begin
 end;
 
 function VekReadWholes(From: TVekValue; const Key: UnicodeString): TArray<Integer>;
-var
-  I: Integer;
-  List: TArray<TVekValue>;
 begin
-  List := VekReadList(From, Key);
-  SetLength(Result, Length(List));
-  for I := 0 to High(List) do
-    Result[I] := WholeIn(List[I]);
+  Result := TVekLists<Integer>.Read(From, Key, WholeIn);
 end;
 
 function VekReadShorts(From: TVekValue; const Key: UnicodeString): TArray<SmallInt>;
-var
-  I: Integer;
-  Longer: TArray<Integer>;
 begin
-  Longer := VekReadWholes(From, Key);
-  SetLength(Result, Length(Longer));
-  for I := 0 to High(Longer) do
-    Result[I] := SmallInt(Longer[I]);
+  Result := TVekLists<SmallInt>.Read(From, Key, ShortIn);
 end;
 
 function VekReadFlag(From: TVekValue; const Key: UnicodeString): Boolean;
@@ -141,14 +148,8 @@ begin
 end;
 
 function VekReadTexts(From: TVekValue; const Key: UnicodeString): TArray<UnicodeString>;
-var
-  I: Integer;
-  List: TArray<TVekValue>;
 begin
-  List := VekReadList(From, Key);
-  SetLength(Result, Length(List));
-  for I := 0 to High(List) do
-    Result[I] := TextIn(List[I]);
+  Result := TVekLists<UnicodeString>.Read(From, Key, TextIn);
 end;
 
 function VekReadWord(From: TVekValue; const Key: UnicodeString; const Words: array of UnicodeString): Integer;

@@ -49,9 +49,11 @@ type
     FSize: Integer;
     FPath: UnicodeString;
     FIsStrict: Boolean;
-    procedure PutReal(const Key: UnicodeString; Value: Double);
+    procedure PutReal(const Key: UnicodeString; const Value: Double);
+    procedure PutWhole(const Key: UnicodeString; const Value: Integer);
+    procedure PutShort(const Key: UnicodeString; const Value: SmallInt);
     procedure PutText(const Key, Value: UnicodeString);
-    procedure PutGroup(const Key: UnicodeString; Value: TVekRecord);
+    procedure PutGroup(const Key: UnicodeString; const Value: TVekRecord);
     function Wrong(const Key, Value, Expected: UnicodeString): EVekMessage;
   public
     constructor Create(IsStrict: Boolean);
@@ -95,6 +97,16 @@ implementation
 
 uses
   Math, VekFields, VekNumbers;
+
+type
+  // A list, by how an item of it is written.
+  TVekLists<T> = class
+  public
+    type
+      TPutItem = procedure(const Key: UnicodeString; const Value: T) of object;
+    class procedure Write(Writer: TVekWriter; const Key: UnicodeString; const Values: TArray<T>; PutItem: TPutItem);
+      static;
+  end;
 
 procedure VekFree(const Records: TVekRecords);
 var
@@ -213,12 +225,23 @@ begin
   Result := EVekMessage.Create(FPath + Key + ': ' + Value + ' is no ' + Expected, FPath + Key, nil);
 end;
 
-function ElementKey(const Key: UnicodeString; I: Integer): UnicodeString;
+class procedure TVekLists<T>.Write(Writer: TVekWriter; const Key: UnicodeString; const Values: TArray<T>;
+  PutItem: TPutItem);
+var
+  I: Integer;
 begin
-  Result := Key + '[' + UnicodeString(IntToStr(I)) + ']';
+  Writer.Name(Key);
+  Writer.Put('[');
+  for I := 0 to High(Values) do
+  begin
+    if I > 0 then
+      Writer.Put(',');
+    PutItem(Key + '[' + UnicodeString(IntToStr(I)) + ']', Values[I]);
+  end;
+  Writer.Put(']');
 end;
 
-procedure TVekWriter.PutReal(const Key: UnicodeString; Value: Double);
+procedure TVekWriter.PutReal(const Key: UnicodeString; const Value: Double);
 begin
   if not (IsNan(Value) or IsInfinite(Value)) then
     Put(VekSixDecimals(Value))
@@ -226,6 +249,16 @@ begin
     Put('"' + UnicodeString(FloatToStr(Value)) + '"')
   else
     raise Wrong(Key, UnicodeString(FloatToStr(Value)), 'finite number');
+end;
+
+procedure TVekWriter.PutWhole(const Key: UnicodeString; const Value: Integer);
+begin
+  Put(UnicodeString(IntToStr(Value)));
+end;
+
+procedure TVekWriter.PutShort(const Key: UnicodeString; const Value: SmallInt);
+begin
+  PutWhole(Key, Value);
 end;
 
 procedure TVekWriter.PutText(const Key, Value: UnicodeString);
@@ -252,7 +285,7 @@ begin
   Put('"' + Escaped + '"');
 end;
 
-procedure TVekWriter.PutGroup(const Key: UnicodeString; Value: TVekRecord);
+procedure TVekWriter.PutGroup(const Key: UnicodeString; const Value: TVekRecord);
 var
   Outside: UnicodeString;
 begin
@@ -281,7 +314,7 @@ end;
 procedure TVekWriter.Whole(const Key: UnicodeString; Value: Integer);
 begin
   Name(Key);
-  Put(UnicodeString(IntToStr(Value)));
+  PutWhole(Key, Value);
 end;
 
 procedure TVekWriter.Flag(const Key: UnicodeString; Value: Boolean);
@@ -319,74 +352,28 @@ begin
 end;
 
 procedure TVekWriter.Reals(const Key: UnicodeString; const Values: TArray<Double>);
-var
-  I: Integer;
 begin
-  Name(Key);
-  Put('[');
-  for I := 0 to High(Values) do
-  begin
-    if I > 0 then
-      Put(',');
-    PutReal(ElementKey(Key, I), Values[I]);
-  end;
-  Put(']');
+  TVekLists<Double>.Write(Self, Key, Values, PutReal);
 end;
 
 procedure TVekWriter.Wholes(const Key: UnicodeString; const Values: TArray<Integer>);
-var
-  I: Integer;
 begin
-  Name(Key);
-  Put('[');
-  for I := 0 to High(Values) do
-  begin
-    if I > 0 then
-      Put(',');
-    Put(UnicodeString(IntToStr(Values[I])));
-  end;
-  Put(']');
+  TVekLists<Integer>.Write(Self, Key, Values, PutWhole);
 end;
 
 procedure TVekWriter.Shorts(const Key: UnicodeString; const Values: TArray<SmallInt>);
-var
-  I: Integer;
-  Longer: TArray<Integer>;
 begin
-  SetLength(Longer, Length(Values));
-  for I := 0 to High(Values) do
-    Longer[I] := Values[I];
-  Wholes(Key, Longer);
+  TVekLists<SmallInt>.Write(Self, Key, Values, PutShort);
 end;
 
 procedure TVekWriter.Texts(const Key: UnicodeString; const Values: TArray<UnicodeString>);
-var
-  I: Integer;
 begin
-  Name(Key);
-  Put('[');
-  for I := 0 to High(Values) do
-  begin
-    if I > 0 then
-      Put(',');
-    PutText(ElementKey(Key, I), Values[I]);
-  end;
-  Put(']');
+  TVekLists<UnicodeString>.Write(Self, Key, Values, PutText);
 end;
 
 procedure TVekWriter.Groups(const Key: UnicodeString; const Values: TVekRecords);
-var
-  I: Integer;
 begin
-  Name(Key);
-  Put('[');
-  for I := 0 to High(Values) do
-  begin
-    if I > 0 then
-      Put(',');
-    PutGroup(ElementKey(Key, I), Values[I]);
-  end;
-  Put(']');
+  TVekLists<TVekRecord>.Write(Self, Key, Values, PutGroup);
 end;
 
 constructor TVekRecord.Create;
