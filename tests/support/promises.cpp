@@ -15,6 +15,7 @@
 #include "vek/inspect/message/written.hpp"
 #include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/words.hpp"
+#include "vek/text/numberText.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -288,10 +289,10 @@ bool lead(std::string way, const tree_t &to) {
 bool isSameValue(fieldKind_t kind, std::string_view said, std::string_view read) {
     if (!isNumber(kind))
         return said == read;
-    const std::string number(said);
-    char *end = nullptr;
-    const double one = std::strtod(number.c_str(), &end), other = std::strtod(std::string(read).c_str(), nullptr);
-    return *end == '\0' && (one == other || std::abs(one - other) <= 1e-6 * std::max(1.0, std::abs(one)));
+    const double one = readReal(said), other = readReal(read); // whatever the locale's point is
+    std::size_t digits = 0;
+    return numberEnd(said, true, digits) == said.size() &&
+           (one == other || std::abs(one - other) <= 1e-6 * std::max(1.0, std::abs(one)));
 }
 
 std::string brokenOfClaims(const tree_t &tree) {
