@@ -79,6 +79,7 @@ public:
         logScanner_t scanner;
         scanner.feed(log, *this);
         scanner.finish(*this);
+        archive_.flush();
         expectRows(log, messages_, needed_);
         if (isRemoved) {
             archive_.removeFrom(1, 0);

@@ -27,6 +27,8 @@ public:
     static void bringUpToDate(const std::string &file);
 
     database_t &database() { return database_; }
+    /// Puts rows that wait for others into their tables; removing and committing do so, too. Throws databaseError_t.
+    void flush();
 
     const std::string &name() const override { return database_.file(); }
     std::vector<inspect::archivedLog_t> find(const inspect::archivedLog_t &log) override;
@@ -57,7 +59,6 @@ private:
     void beginMessage(const inspect::row_t &row);
     void insertRow(rowWriter_t &writer, const inspect::row_t &row);
     static void insertList(rowWriter_t &writer, const inspect::row_t &row, const inspect::cell_t &list);
-    void flush();
     void sample();
     std::int64_t removeOlder(std::uint64_t source, const std::string &time);
     void removeBetween(std::uint64_t source, std::int64_t first, std::int64_t end);
