@@ -1,8 +1,10 @@
 #include "tools/vekmsg/load/sqlite/migration.hpp"
 
+#include "tools/vekmsg/terminal/problem.hpp"
 #include "vek/inspect/words/words.hpp"
 
-#include <optional>
+#include <algorithm>
+#include <utility>
 
 namespace vek::tool {
 
@@ -27,23 +29,29 @@ std::vector<std::string> texts(database_t &database, const std::string &query, s
     return found;
 }
 
-// All but the old key and what was computed from it, as they are.
-std::vector<sqlColumn_t> otherColumns(database_t &database, const std::string &table) {
+// All but the old key, what was computed from it, and what the new one has, as they are.
+std::vector<sqlColumn_t> otherColumns(database_t &database, const std::string &table,
+                                      const std::vector<sqlColumn_t> &key) {
     std::vector<sqlColumn_t> columns;
     statement_t rows(database, "SELECT name, type || CASE WHEN \"notnull\" THEN ' NOT NULL' ELSE '' END || "
                                "coalesce(' DEFAULT ' || dflt_value, '') FROM pragma_table_xinfo(?) "
-                               "WHERE hidden = 0 AND name <> 'message_id' AND name NOT LIKE 'element%'");
+                               "WHERE hidden = 0 AND name <> 'message_id'");
     rows.bind(1, std::string_view(table));
     while (rows.next())
-        columns.push_back({rows.text(0), rows.text(1)});
+        if (std::string name = rows.text(0);
+            std::none_of(key.begin(), key.end(), [&name](const sqlColumn_t &column) { return column.name == name; }))
+            columns.push_back({std::move(name), rows.text(1)});
     return columns;
 }
 
 void splitKey(database_t &database, const sqliteTable_t &table) {
     const std::string name = quotedName(table.name), old = quotedName(table.name + " of version 4");
-    const std::vector<std::string> indexes = texts(
-        database, "SELECT sql FROM sqlite_schema WHERE type = 'index' AND sql NOT LIKE '%message_id%' AND tbl_name = ?",
-        table.name);
+    const std::string added = "FROM sqlite_schema WHERE type IN ('index', 'trigger') AND tbl_name = ? AND sql ";
+    const std::vector<std::string> kept =
+        texts(database, joined({"SELECT sql ", added, "NOT LIKE '%message_id%'"}), table.name);
+    for (const std::string &gone :
+         texts(database, joined({"SELECT type || ' ' || name ", added, "LIKE '%message_id%'"}), table.name))
+        complain(joined({"the ", gone, " is gone: it names message_id, in whose place source_id and byte_offset are"}));
     std::vector<sqlColumn_t> columns = sqliteColumns(table);
     columns.resize(sqliteKeySize(table));
     std::string names, values;
@@ -55,7 +63,7 @@ void splitKey(database_t &database, const sqliteTable_t &table) {
         take(columns[i].name, i == 0   ? std::string(sqliteOldLog)
                               : i == 1 ? std::string(sqliteOldOffset)
                                        : quotedName(columns[i].name));
-    for (sqlColumn_t &column : otherColumns(database, table.name)) {
+    for (sqlColumn_t &column : otherColumns(database, table.name, columns)) {
         take(column.name, quotedName(column.name));
         columns.push_back(std::move(column));
     }
@@ -64,8 +72,8 @@ void splitKey(database_t &database, const sqliteTable_t &table) {
     database.run(
         joined({"INSERT INTO ", name, " (", names, ") SELECT ", values, " FROM ", old, " ORDER BY message_id"}));
     database.run("DROP TABLE " + old);
-    for (const std::string &index : indexes)
-        database.run(index);
+    for (const std::string &one : kept)
+        database.run(one);
 }
 
 } // namespace
