@@ -8,6 +8,15 @@
 
 namespace vek::inspect {
 
+namespace {
+
+// Whether a token ends in front of a character, and another may begin behind it.
+bool endsToken(char c) {
+    return std::string_view("{}=;,").find(c) != std::string_view::npos;
+}
+
+} // namespace
+
 void checker_t::checkBody(const node_t &body) {
     const std::span<const node_t> children = tree_.children(body);
     const bool isRoot = body.parent == node_t::none;
@@ -230,8 +239,11 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             tell("double quotes", "a host reads what stands in them, and writes none");
             const place_t quoted = node.isKeyQuoted ? node.key : node.value;
             const std::string_view bare = quoted.in(tree_.text());
-            // What would be several tokens without them is left.
-            if ((!node.isBody || node.isKeyQuoted) && !bare.empty() &&
+            // What would be several tokens without them is left, and what would be one with its neighbour.
+            const std::string_view before = trimmed(tree_.text().substr(0, quoted.start - 1));
+            const std::string_view behind = trimmed(tree_.text().substr(quoted.end + 1));
+            const bool standsAlone = endsToken(before.back()) && !behind.empty() && endsToken(behind.front());
+            if ((!node.isBody || node.isKeyQuoted) && !bare.empty() && standsAlone &&
                 bare.find_first_of("{}=;,\" ") == std::string_view::npos)
                 mend({quoted.start - 1, quoted.end + 1}, std::string(bare), true);
         }

@@ -111,7 +111,10 @@ void checker_t::checkStray(const node_t &parent, const node_t &node) {
             tell(joined({value.find_first_of("\r\n") != std::string_view::npos ? "a line break" : "a blank",
                          " stands between pairs"}),
                  "a host ignores it");
-            mend({node.value.start, node.whole.end}, {}, true);
+            // The separator behind it may be the only one, when none is needed behind a quote or brace.
+            const bool isApart =
+                std::string_view("{;,").find(tree_.text()[node.value.start - 1]) != std::string_view::npos;
+            mend({node.value.start, isApart ? node.whole.end : node.value.end}, {}, true);
         }
         return;
     }
