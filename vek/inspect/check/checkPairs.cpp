@@ -10,9 +10,11 @@ namespace vek::inspect {
 
 namespace {
 
-// Whether a token ends in front of a character, and another may begin behind it.
-bool endsToken(char c) {
-    return std::string_view("{}=;,").find(c) != std::string_view::npos;
+// Whether what stands between these two is a token for itself without quotes, too.
+bool standsAlone(std::string_view before, std::string_view behind) {
+    constexpr std::string_view ends = "{}=;,";
+    return !before.empty() && ends.find(before.back()) != std::string_view::npos && !behind.empty() &&
+           ends.find(behind.front()) != std::string_view::npos;
 }
 
 } // namespace
@@ -232,7 +234,8 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             std::string why;
             if (const std::optional<std::string> text = spelt(*node.field, tree_.value(node), part_t::element, why))
                 mend({valueStart, node.value.end + 1}, *text,
-                     (parent.isKeyed || node.isElement) && (behind == nullptr || behind->use != pairUse_t::noKey));
+                     (parent.isKeyed || node.isElement) && (behind == nullptr || behind->use != pairUse_t::noKey) &&
+                         standsAlone(tree_.text().substr(0, valueStart), tree_.text().substr(node.value.end + 1)));
         }
     } else if (node.isQuoted || node.isKeyQuoted) {
         if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node)) {
@@ -240,10 +243,9 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             const place_t quoted = node.isKeyQuoted ? node.key : node.value;
             const std::string_view bare = quoted.in(tree_.text());
             // What would be several tokens without them is left, and what would be one with its neighbour.
-            const std::string_view before = trimmed(tree_.text().substr(0, quoted.start - 1));
-            const std::string_view behind = trimmed(tree_.text().substr(quoted.end + 1));
-            const bool standsAlone = endsToken(before.back()) && !behind.empty() && endsToken(behind.front());
-            if ((!node.isBody || node.isKeyQuoted) && !bare.empty() && standsAlone &&
+            const bool isAlone = standsAlone(trimmed(tree_.text().substr(0, quoted.start - 1)),
+                                             trimmed(tree_.text().substr(quoted.end + 1)));
+            if ((!node.isBody || node.isKeyQuoted) && !bare.empty() && isAlone &&
                 bare.find_first_of("{}=;,\" ") == std::string_view::npos)
                 mend({quoted.start - 1, quoted.end + 1}, std::string(bare), true);
         }
