@@ -6,7 +6,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { once } from 'node:events';
 import { test } from 'node:test';
-import { isFirefox, longestTask, openFile, reading, says, settled, withPage } from './browser.mjs';
+import { chooseMessage, isFirefox, longestTask, openFile, reading, says, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const megabytes = Number(process.env.VEK_LOG_MB ?? 100);
@@ -59,6 +59,41 @@ test('a message of 30 kB with 10,000 keys that none knows', { skip }, async (con
     await page.waitForSelector(`#problems li[aria-posinset="${count.replace(',', '')}"]`);
     await page.waitForFunction(() => document.querySelectorAll('#problems li').length < 200);
   });
+});
+
+test('the differences of two large messages that are quite unlike', { skip }, async (context) => {
+  // By a generator of its own, each piece is a hash of its place.
+  const word = (at) => (Math.imul(at + 1, 2654435761) >>> 0).toString(36);
+  const many = (from, one) => Array.from({ length: 8000 }, (_none, at) => one(word(from + at))).join('');
+  const unlike = {
+    keys: (from) => message(4112, 1, `{${many(from, (text) => `${text.toUpperCase()}=1;`)}}`),
+    elements: (from) => message(4161, 1, `{STATUS=3;NUM_OF_MESSAGES=8000;MSGS={${many(from, (text) => `${text},`)}};}`),
+    text: (from) => message(4112, 1, `{MEDIA_NAME=${many(from, (text) => text)};FOCUS_VALUE=1.000000;}`),
+  };
+  for (const [name, make] of Object.entries(unlike)) {
+    const buffer = Buffer.from(`${make(0)}\n${make(8000)}\n`);
+    await withPage(async (page) => {
+      await openFile(page, { name: `${name}.log`, mimeType: '', buffer });
+      await chooseMessage(page, 1);
+      const pause = await longestTask(page, async () => {
+        await page.click('#differenceTab');
+        await settled(page);
+        await page.waitForFunction(() => document.getElementById('differenceTexts').shadowRoot.querySelector('.cm-changedText'));
+        await page.setViewportSize({ width: 390, height: 800 });
+        await page.waitForSelector('#differences tbody td');
+      });
+      context.diagnostic(`${name}: longest pause ${pause.toFixed(0)} ms`);
+      assert.ok(pause < longestPause, `the page did not answer for ${pause} ms`);
+      // All can be come to, and those in sight alone are drawn.
+      const count = Number(/^[\d,]+/.exec(await page.textContent('#differenceCount'))[0].replaceAll(',', ''));
+      await page.evaluate(() => (document.getElementById('differenceTable').scrollTop = 1e7));
+      await page.waitForFunction(
+        (last) => [...document.querySelectorAll('#differences tbody tr')].at(-1)?.ariaRowIndex === String(last),
+        count,
+      );
+      await page.waitForFunction(() => document.querySelectorAll('#differences tbody tr').length < 1000);
+    });
+  }
 });
 
 test(

@@ -74,14 +74,14 @@ test('a change of a damaged message seals it; a log is saved with what was chang
 
     await page.click('#differenceTab');
     assert.equal(await page.inputValue('#compareWith'), 'original');
-    await page.waitForSelector('#differenceRows td');
-    const cells = await page.$$eval('#differenceRows tr', (rows) => rows.map((row) => [...row.children].map((one) => one.textContent)));
+    await page.waitForSelector('#differences tbody td');
+    const cells = await page.$$eval('#differences tbody tr', (rows) => rows.map((row) => [...row.children].map((one) => one.textContent)));
     assert.deepEqual(cells, [['FOCUS_VALUE', '3.250000', '5.000000']]);
 
     // The one before of its kind is the changed one.
     await chooseMessage(page, 1);
-    await page.waitForFunction(() => document.querySelector('#differenceRows [data-side=right]')?.textContent === '4.000000');
-    assert.equal(await page.textContent('#differenceRows [data-side=left]'), '5.000000');
+    await page.waitForFunction(() => document.querySelector('#differences [data-side=right]')?.textContent === '4.000000');
+    assert.equal(await page.textContent('#differences [data-side=left]'), '5.000000');
   });
 });
 

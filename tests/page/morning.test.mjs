@@ -26,7 +26,7 @@ test('a morning: an empty cassette is found, understood, compared, mended and se
       // Yesterday.
       await page.click('#differenceTab');
       await page.setInputFiles('#otherFile', yesterday);
-      await says(page, '#differenceRows', 'INPUT_CONTENT');
+      await says(page, '#differences', 'INPUT_CONTENT');
       await marks(page, '.cm-merge-a .cm-changedText', 'EN');
       await marks(page, '.cm-merge-b .cm-changedText', 'NE');
       // Mended.

@@ -14,9 +14,13 @@ const modules = new Set(); // of others, that are bundled
 async function bundle(entry, virtual = {}) {
   const texts = {
     name: 'texts',
-    setup({ onResolve, onLoad }) {
+    setup({ onResolve, onLoad, resolve }) {
       onResolve({ filter: /^page:/ }, ({ path }) => ({ path, namespace: 'page' }));
       onLoad({ filter: /.*/, namespace: 'page' }, ({ path }) => ({ contents: virtual[path], loader: 'text' }));
+      // They only define things: what isn't asked of them may go, though they don't say so.
+      onResolve({ filter: /^@lezer\// }, async ({ path, pluginData, ...from }) =>
+        pluginData ? undefined : { ...(await resolve(path, { ...from, pluginData: true })), sideEffects: false },
+      );
     },
   };
   const { outputFiles, metafile } = await build({

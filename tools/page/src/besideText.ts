@@ -1,16 +1,14 @@
 // The texts of two messages, one beside the other, or, where there is no room for that, one in the other: a pair on each
 // line, what differs marked in both. It stands in a shadow tree: see rawEditor.ts.
-import { MergeView, unifiedMergeView } from '@codemirror/merge';
-import { Text, EditorState } from '@codemirror/state';
+import { Change, Chunk, MergeView, unifiedMergeView } from '@codemirror/merge';
+import { EditorState, Text } from '@codemirror/state';
 import { EditorView } from '@codemirror/view';
-import { coreText } from './bytes.ts';
-import type { MessageModel } from './messageModel.ts';
 import { byId } from './elements.ts';
-import { shownWords } from './signs.ts';
 import { editorTheme } from './editorTheme.ts';
+import type { PairTexts } from './pairTexts.ts';
 
 const roomForTwo = 480; // pixels
-const diffConfig = { scanLimit: 5000, timeout: 100 }; // characters that differ, milliseconds: beyond, more is marked than differs
+const mostInOther = 10_000; // characters that differ in one go: the view of one in the other draws all of them at once
 
 // The library's own rules have several classes.
 const isForced = '@media (forced-colors: active)';
@@ -31,24 +29,6 @@ const theme = EditorView.theme({
   '.cm-collapsedLines::before, .cm-collapsedLines::after': { content: "'\u22ee'" },
 });
 
-/** The text with each pair on a line of its own, elements without keys aside. */
-function linesOf(model: MessageModel) {
-  const ends = new Set([model.bytes.length]);
-  for (let at = 0; at < model.count; ++at) {
-    const { element, count, whole, children } = model.node(at);
-    if (count === undefined && element) continue;
-    if (at > 0) ends.add(whole.start);
-    if (children.some((child) => !child.element || child.count !== undefined)) ends.add(children.at(-1)!.whole.end);
-  }
-  const lines: string[] = [];
-  let from = 0;
-  for (const end of [...ends].sort((left, right) => left - right)) {
-    if (end > from) lines.push(shownWords(coreText(model.bytes.subarray(from, end))));
-    from = end;
-  }
-  return Text.of(lines.length > 0 ? lines : ['']);
-}
-
 const extensions = (label: string) => [
   editorTheme,
   theme,
@@ -62,7 +42,7 @@ const extensions = (label: string) => [
 export class BesideText {
   #host = byId('differenceTexts');
   #root = this.#host.attachShadow({ mode: 'open' });
-  #shown?: { there: Text; here: Text };
+  #shown?: PairTexts;
   #view?: MergeView | EditorView;
   #isNarrow = false;
 
@@ -73,8 +53,8 @@ export class BesideText {
     }).observe(this.#host);
   }
 
-  show(there: MessageModel, here: MessageModel) {
-    this.#shown = { there: linesOf(there), here: linesOf(here) };
+  show(texts: PairTexts) {
+    this.#shown = texts;
     this.#draw();
   }
 
@@ -82,12 +62,15 @@ export class BesideText {
     this.#view?.destroy();
     this.#root.replaceChildren();
     if (!this.#shown) return;
-    const { there, here } = this.#shown;
+    const [there, here] = [this.#shown.there, this.#shown.here].map((text) => Text.of(text.split('\n')));
+    const changes = this.#shown.changes.map((ends) => new Change(...ends));
+    const diffConfig = { override: () => changes.slice() }; // which the view joins and moves
     const collapseUnchanged = { margin: 2, minSize: 6 };
     const shared = { root: this.#root, parent: this.#root };
     this.#isNarrow = this.#host.clientWidth < roomForTwo;
-    byId('differenceNames').hidden = this.#isNarrow;
-    this.#view = this.#isNarrow
+    const isOneInOther = this.#isNarrow && Chunk.build(there, here, diffConfig).every(({ fromA, toA }) => toA - fromA < mostInOther);
+    byId('differenceNames').hidden = isOneInOther;
+    this.#view = isOneInOther
       ? new EditorView({
           ...shared,
           doc: here,

@@ -6,8 +6,8 @@ import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import type { CoreCalls } from './reader.ts';
 import type { Bytes, Difference } from './types.ts';
-import { MessageModel } from './messageModel.ts';
 import type { OtherLog } from './otherLog.ts';
+import { Pieces } from './pieces.ts';
 import { shown, shownWords } from './signs.ts';
 import { counted } from './words.ts';
 
@@ -25,6 +25,8 @@ export class Differences extends Panel {
 
   readonly #others: OtherLog;
   readonly #texts = new BesideText();
+  #found: Difference[] = [];
+  readonly #rows = new Pieces(byId('differences'), byId('differenceTable'), (at) => differenceRow(this.#found[at], at));
 
   constructor({ core, catalogue, other }: Parts) {
     super();
@@ -115,20 +117,28 @@ export class Differences extends Panel {
     const bytes = this.#bytes;
     if (!log || !bytes) return;
     const left = await this.#other(log, choice);
+    const isStill = () => bytes === this.#bytes && choice === byId('compareWith').value;
     const found = await this.#core.differences(left, bytes);
-    if (bytes !== this.#bytes || choice !== byId('compareWith').value) return;
+    if (!isStill()) return;
+    this.#found = found;
     byId('differenceCount').textContent = found.length === 0 ? 'No difference.' : counted(found.length, 'difference');
     table.hidden = found.length === 0;
-    byId('differenceRows').replaceChildren(...found.map(differenceRow));
-    const texts = await Promise.all([MessageModel.of(this.#core, left), MessageModel.of(this.#core, bytes)]);
-    if (bytes === this.#bytes && choice === byId('compareWith').value) this.#texts.show(...texts);
+    this.#rows.show(found.length);
+    const texts = await this.#core.texts(left, bytes);
+    if (isStill()) this.#texts.show(texts);
   }
 }
 
-function differenceRow({ path, left, right }: Difference) {
+function differenceRow({ path, left, right }: Difference, at: number) {
   const side = (value: string | undefined, name: string) =>
     value === undefined
       ? element('td', { class: 'absent', 'data-side': name }, 'not there')
       : element('td', { class: name, 'data-side': name }, ...shown(value));
-  return element('tr', {}, element('th', { scope: 'row' }, ...shown(path)), side(left, 'left'), side(right, 'right'));
+  return element(
+    'tr',
+    { 'aria-rowindex': at + 1 },
+    element('th', { scope: 'row' }, ...shown(path)),
+    side(left, 'left'),
+    side(right, 'right'),
+  );
 }

@@ -1,21 +1,15 @@
-// What was found in a message, each with its place; choosing one goes there. A list of any length: it stands there in
-// pieces, of which only those in sight are drawn.
+// What was found in a message, each with its place; choosing one goes there.
 import type { MessageModel } from './messageModel.ts';
 import type { Remedy } from 'vekparams2ascii/inspector';
 import type { Problem } from './types.ts';
 import { byId, element } from './elements.ts';
+import { Pieces } from './pieces.ts';
 import { shown } from './signs.ts';
 import { counted, number } from './words.ts';
 
-const pieceSize = 50;
-const usualHeight = 36; // of a problem, in pixels, until it was drawn
-
 export class ProblemList {
-  #list = byId('problems');
   model!: MessageModel;
-  #pieces = new Map<HTMLElement, { first: number; count: number; isDrawn?: boolean }>();
-  #sight: IntersectionObserver;
-
+  #pieces = new Pieces(byId('problems'), byId('problems'), (at) => this.#item(at));
   #remedies = new Map<number, Remedy>(); // by their problems
 
   constructor(
@@ -29,53 +23,15 @@ export class ProblemList {
       /** How many messages of the log have such a problem. */
       count: (code: string) => number;
     },
-  ) {
-    this.#sight = new IntersectionObserver((entries) => this.#follow(entries), { root: this.#list, rootMargin: '300px' });
-  }
+  ) {}
 
   show(model: MessageModel, remedies: Remedy[]) {
     this.#remedies = new Map(remedies.map((remedy) => [remedy.problem, remedy]));
     this.model = model;
-    this.#sight.disconnect();
-    this.#pieces.clear();
     const total = model.problemCount;
     byId('problemPane').hidden = total === 0;
     byId('problemCount').textContent = counted(total, 'problem');
-    for (let first = 0; first < total; first += pieceSize) {
-      const count = Math.min(pieceSize, total - first);
-      const made = element('div', { role: 'presentation' });
-      made.style.height = `${count * usualHeight}px`;
-      this.#pieces.set(made, { first, count });
-    }
-    this.#list.replaceChildren(...this.#pieces.keys());
-    this.#list.scrollTop = 0;
-    const [start] = this.#pieces.keys();
-    if (start) this.#draw(start);
-    for (const made of this.#pieces.keys()) this.#sight.observe(made);
-  }
-
-  // The one with the focus stays, so that the keyboard goes on from it.
-  #follow(entries: IntersectionObserverEntry[]) {
-    for (const { target: at, isIntersecting } of entries) {
-      const target = at as HTMLElement;
-      const piece = this.#pieces.get(target);
-      if (!piece || piece.isDrawn === isIntersecting) continue;
-      if (isIntersecting) this.#draw(target);
-      else if (!target.contains(document.activeElement)) this.#clear(target);
-    }
-  }
-
-  #draw(made: HTMLElement) {
-    const piece = this.#pieces.get(made)!;
-    piece.isDrawn = true;
-    made.style.height = '';
-    made.replaceChildren(...Array.from({ length: piece.count }, (_one, at) => this.#item(piece.first + at)));
-  }
-
-  #clear(made: HTMLElement) {
-    this.#pieces.get(made)!.isDrawn = false;
-    made.style.height = `${made.offsetHeight}px`;
-    made.replaceChildren();
+    this.#pieces.show(total);
   }
 
   #item(at: number) {

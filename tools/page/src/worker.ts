@@ -6,6 +6,7 @@ import type { Bytes, LinePlace, NamedBlob } from './types.ts';
 import { aligned, type Side, type Way } from './alignment.ts';
 import { coreText, isSame, linesBetween } from './bytes.ts';
 import { Core } from './core.ts';
+import { setUnprintable } from './signs.ts';
 import { bytesIn, sliceOf, type Source } from './source.ts';
 import { plainBlob } from './unpacking.ts';
 
@@ -272,6 +273,7 @@ type Asked = { kind: 'start'; wasm: Bytes } | { kind: 'cancel'; job: number } | 
 onmessage = async ({ data }: MessageEvent<Asked>) => {
   if (data.kind === 'start') {
     core = new Core(await loadLibrary(data.wasm));
+    setUnprintable(core.unprintable());
     isStarted();
   } else if (data.kind === 'cancel') {
     cancelled.add(data.job);
