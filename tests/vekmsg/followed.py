@@ -2,19 +2,23 @@
 """Follows a log that grows and is rotated into two archives: one loader is let alone, the other one is killed, and its disk
 is full now and then. In the end both archives have each message once and give the log back byte for byte, and the memory
 of the loader that was let alone is what it was in the first half: by then the cache of a long run is full.
-   followed.py VEKMSG SAMPLE-LOG [SECONDS [MESSAGES-A-SECOND [SEED]]]    8 seconds, 400 a second
-Where no small disk can be mounted, it is never full, and that is said.
+   followed.py VEKMSG SAMPLE-LOG [SECONDS [MESSAGES-A-SECOND [SEED [server]]]]    8 seconds, 400 a second
+Where no small disk can be mounted, it is never full, and that is said. With `server` the archives are on a ClickHouse
+server, which is killed instead.
 """
 import atexit
 import datetime
 import os
 import pathlib
 import random
+import shutil
 import signal
 import subprocess
 import sys
 import tempfile
 import time
+
+from servers import Server, folder_of_servers
 
 vekmsg, sample = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
 seconds, rate, seed = (int(sys.argv[i]) if len(sys.argv) > i else usual for i, usual in ((3, 8), (4, 400), (5, os.getpid())))
@@ -27,8 +31,18 @@ folder = pathlib.Path(tempfile.mkdtemp(prefix="followed.")).resolve()
 small = folder / "small"
 small.mkdir()
 log = folder / "device.log"
-canFill = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=2g", "archive", small], stderr=subprocess.DEVNULL).returncode == 0
-alone, disturbed = folder / "alone.sqlite", small / "disturbed.sqlite"
+hasServer = "server" in sys.argv
+mount = ["mount", "-t", "tmpfs", "-o", "size=2g", "archive", small]
+canFill = not hasServer and subprocess.run(mount, stderr=subprocess.DEVNULL).returncode == 0
+alone, disturbed = str(folder / "alone.sqlite"), str(small / "disturbed.sqlite")
+if hasServer:
+    room = folder_of_servers()
+    atexit.register(shutil.rmtree, room)
+    server = Server(f"{room}/server").start()
+    atexit.register(server.kill)
+    alone, disturbed = (f"http://127.0.0.1:{server.port}/{name}" for name in ("alone", "disturbed"))
+    for name in ("alone", "disturbed"):
+        server.ask(f"CREATE DATABASE {name}", "default")
 lines = [line.split(" ", 1)[1] for line in sample.read_text().splitlines(True)]
 written, began, clock = 0, time.monotonic(), datetime.datetime(2026, 1, 1)
 
@@ -53,6 +67,9 @@ def hasOpened(process):
 
 
 def messages(archive):
+    """-1: some are there twice."""
+    if hasServer:
+        return int(server.ask("SELECT if(count() = uniqExact(source_id, byte_offset), toInt64(count()), -1) FROM messages", os.path.basename(archive)))
     asked = subprocess.run(["sqlite3", "-cmd", ".timeout 10000", archive, "SELECT count(*) FROM messages"], capture_output=True, text=True)
     return int(asked.stdout or 0)
 
@@ -71,7 +88,6 @@ def fill():
         room = os.statvfs(small)
         if resize((room.f_blocks - room.f_bfree) * room.f_frsize + 32768):
             break
-    count["full"] += 1
 
 
 def write(file, count):
@@ -90,10 +106,16 @@ def write(file, count):
 
 def disturb(loader):
     """The next loader. One that had no room has ended by itself, or waits; the others are killed."""
-    if canFill and random.random() < 0.5:
-        fill()
+    if (canFill or hasServer) and random.random() < 0.5:
+        if hasServer:
+            server.kill()
+        else:
+            fill()
+        count["faults"] += 1
         write(file, 200)
         time.sleep(0.5 + random.random())
+        if hasServer:
+            server.restart()
     if loader.poll() is None:
         loader.kill()
         count["killed"] += 1
@@ -108,7 +130,7 @@ def disturb(loader):
     return load(disturbed, "--follow", log)
 
 
-count = {"rotated": 0, "killed": 0, "full": 0, "refused": 0}
+count = {"rotated": 0, "killed": 0, "faults": 0, "refused": 0}
 log.touch()
 calm, other = load(alone, "--follow", log), load(disturbed, "--follow", log)
 file, kept = log.open("ab"), []
@@ -143,14 +165,15 @@ for loader in (calm, other):
 start, before, after = (max(kept[int(len(kept) * first):int(len(kept) * last) + 1]) for first, last in ((0, .1), (0, .5), (.9, 1)))
 for archive in (alone, disturbed):
     if load(archive, *logs()).wait() != 0 or messages(archive) != written:
-        wrong(f"{archive.name} has {messages(archive)} of {written} messages")
-    back = folder / archive.stem
+        wrong(f"{archive} has {messages(archive)} of {written} messages")
+    back = folder / f"{os.path.basename(archive)}-back"
     subprocess.run([vekmsg, "export", "--from", archive, "--to", back], check=True)
     there = sorted((path for path in back.rglob("*") if path.is_file()), key=lambda path: path.read_bytes()[:30])
     if [path.read_bytes() for path in there] != [path.read_bytes() for path in logs()]:
-        wrong(f"{archive.name} does not give the logs back")
-print(f"{written} messages in {count['rotated'] + 1} logs, {count['killed']} kills, {count['full']} times "
-      f"{'a full disk, of which ' + str(count['refused']) + ' ended a loader' if canFill else 'a full disk, as none can be mounted'}; "
+        wrong(f"{archive} does not give the logs back")
+fault = ("the server killed" if hasServer else f"a full disk, of which {count['refused']} ended a loader" if canFill else
+         "a full disk, as none can be mounted")
+print(f"{written} messages in {count['rotated'] + 1} logs, {count['killed']} kills, {count['faults']} times {fault}; "
       f"memory {start} kB in the first tenth, {before} in the first half, {after} in the last tenth; {seconds} s, seed {seed}")
 if after > before + 4096:
     wrong("memory has grown")
