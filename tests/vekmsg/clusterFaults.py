@@ -103,10 +103,10 @@ server = Server(f"{folder}/server").start()
 databases = 0
 
 
-def load(database, *logs, proxy=None, options=(), cwd=None):
+def load(database, *logs, proxy=None, options=(), cwd=None, stdin=None):
     port = proxy.port if proxy else server.port
     return subprocess.Popen([vekmsg, "load", "--into", f"http://127.0.0.1:{port}/{database}", *options, *logs],
-                            cwd=cwd or folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+                            cwd=cwd or folder, stdin=stdin, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
 
 
 def finish(process, wanted=0):
@@ -243,6 +243,10 @@ try:
             shutil.copy(logs[0], os.path.join(folder.encode(), name))
         finish(load(database, name))
     expect("one log under many names", database, first, logs[:1])
+    shutil.copy(logs[0], f"{folder}/-")  # a file that has this name is not what the word means
+    with open(logs[1], "rb") as given:
+        finish(load(database, packed, "-", stdin=given))
+    expect("  and another one given", database, undisturbed(*logs[:2]), logs[:2])
 
     database = make()
     damaged = bytearray(pathlib.Path(packed).read_bytes())
