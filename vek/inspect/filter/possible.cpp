@@ -60,13 +60,8 @@ std::string whyNever(const condition_t &condition, const target_t &target) {
     const valueFinding_t finding = judgeValue(*target.field, condition.value);
     using enum findingCode_t;
     if (finding.isThere && (finding.code == noNumber || finding.code == trailingCharacters ||
-                            finding.code == decimalComma || finding.code == noBoolean || finding.code == unknownName)) {
-        std::string names = finding.code == unknownName ? "there are" : "";
-        for (const char *name : target.field->words().names)
-            names.append(name == target.field->words().names.front() ? " " : ", ").append(name);
-        const std::string help = finding.words.suggestion.empty() ? names : didYouMean(finding.words.suggestion);
-        return joined({finding.words.message, help.empty() ? "" : "; ", help});
-    }
+                            finding.code == decimalComma || finding.code == noBoolean || finding.code == unknownName))
+        return withSuggestion(finding.words.message, finding.words.suggestion);
     if (isOrdered(condition.comparison) &&
         (target.field->kind == fieldKind_t::enumeration || target.field->kind == fieldKind_t::boolean))
         return joined({condition.path, " has no order: compare it with = or !="});
