@@ -192,6 +192,7 @@ TEST(Lsp, AnswersWhateverComes) {
     const std::string opened = R"({"method":"textDocument/didOpen","params":{"textDocument":{"uri":"u","version":1,)"
                                R"("languageId":"","text":"@@4112"}}})";
     const std::string told = " textDocument/publishDiagnostics";
+    const std::string many(90, 'x'); // more than 100 characters with its name, which counts twice, and the text there
     const auto change = [](const std::string &changes) {
         return R"({"method":"textDocument/didChange","params":{"textDocument":{"uri":"u"},"contentChanges":)" +
                changes + "}}";
@@ -222,15 +223,17 @@ TEST(Lsp, AnswersWhateverComes) {
         {{begin, opened, change(R"([{"text":"b","range":{"start":{"line":9,"character":1e300}}}])"), change("7")},
          "0 window/showMessage" + told},
         {{begin, opened, change("[]"), change(R"([{"text":""}])")}, "0" + told},
+        {{begin, opened, change(R"([{"text":")" + many + R"("}])"), change(R"([{"text":"a"}])")}, "0" + told},
     };
     for (const row_t &row : rows) {
         std::string answers;
-        server_t server("1.0", [&](std::string_view text) {
+        const auto note = [&](std::string_view text) {
             const json_t json = json_t::parse(text);
             answers += answers.empty() ? "" : " ";
             answers += json.contains("method") ? json["method"].get<std::string>() : json["id"].dump();
             answers += json.contains("error") ? ":" + json["error"]["code"].dump() : "";
-        });
+        };
+        server_t server("1.0", note, 100);
         for (const std::string &json : row.told)
             server.take({json});
         server.work();

@@ -116,7 +116,7 @@ void server_t::open(const json_t &params, result_t & /*result*/) {
     std::string uri = textIn(its, "uri"), text = textIn(its, "text");
     const std::int64_t version = numberIn(its, "version");
     documents_.erase(uri);
-    if (documents_.size() >= mostDocuments || textSize() + text.size() + 2 * uri.size() > mostText)
+    if (documents_.size() >= mostDocuments || textSize() + text.size() + 2 * uri.size() > mostText_)
         return show("There are too many or too large documents for vekmsg lsp: it does not look at this one",
                     warningMessage);
     documents_.try_emplace(uri, uri, std::move(text), version, encoding_);
@@ -142,7 +142,7 @@ void server_t::change(const json_t &params, result_t & /*result*/) {
     } catch (const rpcError_t &) {
         return lose(document, "A change made no sense to vekmsg lsp: close this document and open it again");
     }
-    if (textSize() + size > mostText)
+    if (textSize() + size > mostText_)
         return lose(document, "The documents are too large for vekmsg lsp: it does not look at this one any more");
     document.change(std::move(edits), version != nullptr && version->is_number_integer() ? numberIn(its, "version")
                                                                                          : document.version + 1);

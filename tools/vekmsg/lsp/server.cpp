@@ -25,7 +25,8 @@ std::string idIn(const nlohmann::json &object) {
 
 } // namespace
 
-server_t::server_t(std::string version, send_t send) : version_(std::move(version)), send_(std::move(send)) {}
+server_t::server_t(std::string version, send_t send, std::size_t mostText)
+    : version_(std::move(version)), send_(std::move(send)), mostText_(mostText) {}
 
 server_t::~server_t() = default;
 

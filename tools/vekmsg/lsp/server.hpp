@@ -21,12 +21,12 @@ namespace vek::tool::lsp {
 
 class server_t {
 public:
-    /// All documents together; one beyond that is not looked at.
-    static constexpr std::size_t mostText = std::size_t{256} << 20, mostDocuments = 1000;
+    static constexpr std::size_t mostDocuments = 1000;
 
     using send_t = std::function<void(std::string_view json)>;
 
-    server_t(std::string version, send_t send);
+    /// `mostText`: of all documents together; one beyond that is not looked at.
+    server_t(std::string version, send_t send, std::size_t mostText = std::size_t{256} << 20);
     server_t(const server_t &) = delete;
     server_t &operator=(const server_t &) = delete;
     ~server_t();
@@ -78,6 +78,7 @@ private:
 
     const std::string version_;
     const send_t send_;
+    const std::size_t mostText_;
     state_t state_ = state_t::new_;
     bool isShutDown_ = false, isMarkdown_ = false, canApply_ = false;
     encoding_t encoding_ = encoding_t::utf16;
