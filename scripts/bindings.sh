@@ -33,6 +33,10 @@ wheel() {
     cp -r tools/bindings/python/. "$folder/"
     cp $build/tools/bindings/python/_messages.py "$3" "$folder/vek/"
     notices "$folder/vek" "$2"
+    case $3 in
+    *.so) tests/hardening/elfFile.sh "$3" 2000000 ;;
+    *) tests/windows/peFile.sh x86_64-w64-mingw32-objdump "$3" ;;
+    esac
     (cd "$folder" && VEK_PLATFORM=$1 /usr/bin/python3 -m build --wheel --no-isolation --outdir "$out" .)
 }
 

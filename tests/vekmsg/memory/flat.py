@@ -34,7 +34,7 @@ with tempfile.TemporaryDirectory() as folder:
             for round in range(times): # no two beginnings are alike
                 log.write(part.replace(b" ", b" %d " % round, 1))
     for command in (["summary"], ["check", "--quiet"], ["check"], ["json"], ["show"], ["table", "--id", "4161"],
-                    ["stats", "FOCUS_VALUE"], ["last"], ["load", "--into", "{}.sqlite"]):
+                    ["stats", "FOCUS_VALUE"], ["last"], ["set", "FOCUS_VALUE=1"], ["diff", "{}"], ["load", "--into", "{}.sqlite"]):
         small, large = (peak(*(word.format(log) for word in command), log) for log in ("small", "large"))
         print(f"{command[0]:8} {small:6.1f} MB {large:6.1f} MB")
         if large > small + 4:
