@@ -9,21 +9,29 @@ namespace vek {
 //
 // A text may have little else than tokens that belong to no pair with a key.
 bool tolerantScanner_t::read(textPair_t &pair, bool isWithKey) {
-    if ((keyed_ || isWithKey) && tokenizer_.shortPair(pair.key, pair.value))
-        return keyed_ = true;
-    while (!tokenizer_.atEnd()) {
-        pair.key = noToken;
-        pair.value = tokenizer_.token();
-        if (tokenizer_.delimiter()) {
-            pair.key = pair.value;
-            pair.value = tokenizer_.token();
-            tokenizer_.delimiter();
-            keyed_ = true;
-        } else if (isWithKey) {
+    bool isBehindKey = (keyed_ || isWithKey) && tokenizer_.shortKey(pair.key, pair.value);
+    keyed_ |= isBehindKey;
+    if (isBehindKey && pair.value.data() != nullptr)
+        return true;
+    while (isBehindKey || !tokenizer_.atEnd()) {
+        const std::string_view token = tokenizer_.token();
+        const bool isEquated = tokenizer_.delimiter();
+        if (isEquated && !isBehindKey) {
+            pair.key = token;
+            keyed_ = isBehindKey = true;
             continue;
         }
-        if (pair.key.data() != nullptr || (pair.value.data() != nullptr && !isWithKey))
+        if (!isBehindKey) {
+            pair.key = noToken;
+            if (isWithKey) {
+                tokenizer_.skipPlainWithoutKeys();
+                continue;
+            }
+        }
+        pair.value = token;
+        if (pair.key.data() != nullptr || (token.data() != nullptr && !isWithKey))
             return true;
+        isBehindKey = false;
     }
     return false;
 }

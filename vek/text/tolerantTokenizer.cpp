@@ -38,7 +38,8 @@ const char *findBracedEnd(const char *at, const char *end) {
 // Without its closing brace a nested body could end anywhere, so none of it counts, nor of what follows.
 std::string_view tolerantTokenizer_t::bracedToken() {
     const char *const start = at_;
-    const char *const behind = findBracedEnd(at_, end_);
+    const bool isEmpty = end_ - at_ > 1 && at_[1] == closeBrace; // texts may be nothing but these
+    const char *const behind = isEmpty ? at_ + 2 : findBracedEnd(at_, end_);
     at_ = behind != nullptr ? behind : end_;
     return behind != nullptr ? std::string_view(start, static_cast<std::size_t>(behind - start)) : noToken;
 }
@@ -55,32 +56,47 @@ std::string_view tolerantTokenizer_t::quotedToken() {
     return {start, static_cast<std::size_t>(behind - start)};
 }
 
-// Texts may have little but short pairs, which token() and delimiter() take four times as long for.
-bool tolerantTokenizer_t::shortPair([[maybe_unused]] std::string_view &first,
-                                    [[maybe_unused]] std::string_view &second) {
+// Texts may have little but short pairs, which token() and delimiter() take four times as long for. A carry out of the
+// first of some separators goes through all that follow it: where it ends, the next token starts.
+bool tolerantTokenizer_t::shortKey([[maybe_unused]] std::string_view &key, [[maybe_unused]] std::string_view &value) {
 #ifdef __SSE2__
-    if (end_ - at_ < characterBlock_t::size || *at_ == '"')
+    if (end_ - at_ < characterBlock_t::size || *at_ == openBrace || *at_ == '"')
         return false;
     const characterBlock_t block(at_);
-    const unsigned separatorsHere = block.equalAny(equalsSign, semicolon, comma);
-    const unsigned behindFirst = separatorsHere & (0U - separatorsHere);
-    const unsigned laterSeparators = separatorsHere ^ behindFirst;
-    const unsigned behindSecond = laterSeparators & (0U - laterSeparators);
-    // Neither an empty token nor a second separator behind either, nor what is no plain token.
-    const unsigned starts = 1U | behindFirst << 1;
-    const bool isPair = behindSecond != 0 && behindSecond >> (characterBlock_t::size - 1) == 0 &&
-                        (separatorsHere & (starts | behindSecond << 1)) == 0 &&
-                        (block.equalAny(openBrace, '"') & starts) == 0 && (block.equal(equalsSign) & behindFirst) != 0;
-    if (!isPair)
+    constexpr unsigned all = (1U << characterBlock_t::size) - 1;
+    const unsigned separators = block.equalAny(equalsSign, semicolon, comma);
+    const unsigned behindKey = separators & (0U - separators);
+    const unsigned carried = separators + behindKey;
+    const unsigned valueStart = carried & ~separators & all;
+    if ((block.equal(equalsSign) & separators & ~carried) == 0 || behindKey == 1 || valueStart == 0)
         return false;
-    const int firstEnd = std::countr_zero(behindFirst);
-    const int secondEnd = std::countr_zero(behindSecond);
-    first = {at_, static_cast<std::size_t>(firstEnd)};
-    second = {at_ + firstEnd + 1, static_cast<std::size_t>(secondEnd - firstEnd - 1)};
-    at_ += secondEnd + 1;
+    key = {at_, static_cast<std::size_t>(std::countr_zero(behindKey))};
+    const char *const start = at_ + std::countr_zero(valueStart);
+    const unsigned laterSeparators = separators & carried;
+    const unsigned behindValue = laterSeparators & (0U - laterSeparators);
+    const unsigned next = (laterSeparators + behindValue) & ~laterSeparators & all;
+    const bool isPlain = next != 0 && *start != openBrace && *start != '"';
+    const char *const end = at_ + std::countr_zero(behindValue);
+    value = isPlain ? std::string_view(start, static_cast<std::size_t>(end - start)) : noToken;
+    at_ = isPlain ? at_ + std::countr_zero(next) : start;
     return true;
 #else
     return false;
+#endif
+}
+
+void tolerantTokenizer_t::skipPlainWithoutKeys() {
+#ifdef __SSE2__
+    while (end_ - at_ >= characterBlock_t::size && *at_ != openBrace && *at_ != '"') {
+        const characterBlock_t block(at_);
+        const unsigned separators = block.equalAny(semicolon, comma);
+        const unsigned others = block.equalAny(equalsSign, openBrace, '"');
+        const unsigned inFront = (others & (0U - others)) - 1; // all, when there is none of them
+        const unsigned starts = separators << 1 & ~separators & inFront & ((1U << characterBlock_t::size) - 1);
+        if (starts == 0)
+            return;
+        at_ += std::bit_width(starts) - 1;
+    }
 #endif
 }
 

@@ -53,9 +53,13 @@ public:
         return hasEquals;
     }
 
-    /// Reads a plain token, a "=", another plain token and one separator, when they are so short that one block of
-    /// characters shows all of it, as in "A=1;". Otherwise nothing changes.
-    bool shortPair(std::string_view &first, std::string_view &second);
+    /// Reads a plain token and the separators behind it, with a "=" among them, when one block of characters shows all
+    /// of that. If it shows also a plain token and the separators behind it, as of "A=1;", these are read too; if not,
+    /// `value` is noToken. Otherwise nothing changes.
+    bool shortKey(std::string_view &key, std::string_view &value);
+
+    /// Skips plain tokens without a "=" behind them, as far as blocks of characters show that there is none.
+    void skipPlainWithoutKeys();
 
     /// Skips `key`, a "=" and the separators behind it if they stand here; otherwise nothing changes. The key must be
     /// a plain token.
