@@ -174,6 +174,24 @@ TEST(Unwrapping, FindsTheMessagesOfTheLogItself) {
         }
 }
 
+// A log that grows seems plain until a message has escapes, or is right as it stands with its backslashes.
+TEST(Unwrapping, FindsEscapesOfALaterMessage) {
+    const std::string path = message(4112, "{MEDIA_NAME=C:\\x41;}");
+    const std::string umlaut = message(4112, "{MEDIA_NAME=\xC3\xA4!! \\x41;}");
+    const std::string seemsPlain =
+        "a\\b @@ " + message(4112, "{MEDIA_NAME=a!!b;}") + "\n@@4112    99 7 1 {C:\\x}!!\n" + "on ";
+    const auto inEach = [&](const auto &form) { return seemsPlain + form(umlaut) + "\n" + form(path) + "\n"; };
+    const auto asItIs = [](const std::string &text) { return text; };
+    const auto escaped = [](const std::string &text) { return inEscapes(text, false); };
+    const std::string paths = seemsPlain + path + "\n" + escaped(umlaut) + "\n";
+    for (const std::size_t block : {std::size_t{1}, std::size_t{5}, std::size_t{64}, std::size_t{4096}}) {
+        EXPECT_EQ(messagesIn(inEach(escaped), block, growingLog_t()).messages,
+                  messagesIn(inEach(asItIs), 4096).messages);
+        EXPECT_EQ(messagesIn(paths, block, growingLog_t()).messages,
+                  messagesIn(paths, 4096, unwrapper_t(wrapping_t::none)).messages);
+    }
+}
+
 // A line is there as soon as its end is.
 TEST(Unwrapping, WaitsForNothingBehindALine) {
     const std::string text = message(4112, "{MEDIA_NAME=\xC3\xA4;}");

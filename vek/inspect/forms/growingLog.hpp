@@ -1,6 +1,7 @@
 // growingLog_t: the log in a text that comes in pieces of any size, whatever it is wrapped in.
 //
-// How it is wrapped shows with its first message; lines in front of that are handed on as they stand. Memory is
+// How it is wrapped shows with its first message; lines in front of that are handed on as they stand. Escapes may show
+// later, with the first message that has some: it is kept from its first backslash on until its end tells. Memory is
 // bounded. Not safe for concurrent use.
 #pragma once
 
@@ -27,10 +28,15 @@ public:
 private:
     std::string_view begin(bool isAll);
     std::size_t sizeToHandOn() const;
+    std::string_view watch(std::string_view piece);
+    std::string_view beginEscapes(std::size_t at);
 
     std::string start_, handedOn_;
     wrapping_t wrapping_ = wrapping_t::none;
     std::optional<unwrapper_t> unwrapper_; // once it is known
+    std::string open_;                     // of what seems plain, from the message on that has no end yet
+    std::size_t handedOnOfIt_ = 0;
+    bool isPlain_ = false; // a message is right with its backslashes
 };
 
 } // namespace vek::inspect

@@ -17,17 +17,6 @@ namespace {
 constexpr std::size_t longestEntry = std::size_t{1} << 20;
 constexpr std::size_t longestEscape = 12; // a pair of \u
 
-std::size_t wholeMessages(std::string_view log) {
-    struct : messageSink_t {
-        void message(const foundMessage_t &found) override { count += found.isDamaged ? 0 : 1; }
-        std::size_t count = 0;
-    } sink;
-    logScanner_t scanner;
-    scanner.feed(log, sink);
-    scanner.finish(sink);
-    return sink.count;
-}
-
 bool isJson(std::string_view start) {
     start = trimmed(start);
     const bool isArray = start.starts_with('[');
@@ -61,6 +50,17 @@ bool isEscaped(std::string_view start) {
 }
 
 } // namespace
+
+std::size_t wholeMessages(std::string_view log) {
+    struct : messageSink_t {
+        void message(const foundMessage_t &found) override { count += found.isDamaged ? 0 : 1; }
+        std::size_t count = 0;
+    } sink;
+    logScanner_t scanner;
+    scanner.feed(log, sink);
+    scanner.finish(sink);
+    return sink.count;
+}
 
 wrapping_t wrappingOf(std::string_view start) {
     using enum utf16_t::order_t;

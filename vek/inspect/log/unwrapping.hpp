@@ -24,6 +24,9 @@ enum class wrapping_t : std::uint8_t { none, utf16LittleEnd, utf16BigEnd, json, 
 /// How a log is wrapped, by its first bytes (some thousand, when it has them).
 wrapping_t wrappingOf(std::string_view start);
 
+/// How many messages of a log are whole.
+std::size_t wholeMessages(std::string_view log);
+
 /// Whether a log's start shows what it is: a line with something in it, or as much, or a whole message; of JSON its
 /// first object.
 bool showsWhatItIs(std::string_view start);
