@@ -209,6 +209,7 @@ test('messages in other forms, wrapped ones, and texts without any', async () =>
     await paste(page, 'no message at all');
     assert.ok(await page.isVisible('#noMessages'));
     assert.equal(await page.textContent('#summary'), '0 messages · 0 kinds');
+    for (const empty of ['#listHead', '#filterForm', '#detailPane']) assert.ok(await page.isHidden(empty), empty);
     await paste(page, '{"id":4112,');
     assert.notEqual(await page.textContent('#readingProblem'), '');
     assert.equal(await page.locator('#messages .row:visible').count(), 0);

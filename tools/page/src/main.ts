@@ -223,7 +223,7 @@ class Page {
     this.filters.refresh();
     for (const panel of this.panels) panel.refresh();
     byId('overview').hidden = log.count < 2;
-    byId('work').dataset.only = log.isComplete && log.count === 1 ? 'one' : 'many';
+    byId('work').dataset.only = log.isComplete && log.count < 2 ? (log.count === 1 ? 'one' : 'none') : 'many';
     return this.filters.apply();
   }
 

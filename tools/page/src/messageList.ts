@@ -88,6 +88,7 @@ export class MessageList {
     byId('leftOut').hidden = this.#shown === undefined || this.#list.active >= 0;
     byId('listCount').textContent = words + rest;
     byId('noMessages').hidden = rows.length > 0 || isPartial;
+    byId('listHead').hidden = rows.length === 0;
     byId('noMessages').textContent = count > 0 ? 'No message passes the filters: clear them, or choose others.' : this.#whyNone(this.log);
   }
 
