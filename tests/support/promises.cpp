@@ -510,7 +510,12 @@ std::string brokenOfMending(std::string_view text) {
             faults.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
         else if (!finding.path.empty())
             faults.insert(finding.path);
-    const bool isTorn = before.envelope().endMarker.isEmpty(); // a host may read less than stands there
+    // A host may read less than stands there; or takes other characters for the braces, as the length proves.
+    const bool isProven = before.envelope().length.value == static_cast<std::int32_t>(mending.text.size() + 1);
+    const bool isTorn = before.envelope().endMarker.isEmpty() ||
+                        (isProven && std::any_of(mending.done.begin(), mending.done.end(), [](const finding_t &done) {
+                             return done.code == findingCode_t::bodyShape && done.severity == severity_t::error;
+                         }));
     for (const leaf_t &leaf : leaves(before)) {
         const bool isAtFault = isTorn || std::any_of(faults.begin(), faults.end(), [&leaf](const std::string &path) {
                                    return isWithin(leaf.path, path) || isWithin(path, leaf.path);

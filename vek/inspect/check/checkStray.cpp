@@ -176,10 +176,13 @@ bool checker_t::checkDecimalComma(const node_t &parent, const node_t &node) {
         meant.clear();
     const bool isPoint = !meant.empty() && !isOfThousands;
     std::size_t numberDigits = 0;
+    std::string read = judgeValue(*before.field, whole).words.consequence;
+    if (!read.starts_with("a host reads ") || read.starts_with("a host reads it"))
+        read = reads(whole.substr(0, numberEnd(whole, isReal(before.field->kind), numberDigits)));
     tell(joined({place.in(tree_.text()), isPoint         ? " has a comma for its point"
                                          : last != &node ? " has commas in it"
                                                          : " has a comma in it"}),
-         reads(whole.substr(0, numberEnd(whole, isReal(before.field->kind), numberDigits))), meant);
+         std::move(read), meant);
     if (std::string why; !meant.empty())
         mend(place, spelt(*before.field, meant, part_t::element, why).value_or(meant), true);
     return true;
