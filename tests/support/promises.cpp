@@ -488,6 +488,38 @@ std::string brokenOfDifferences(std::string_view text) {
     return {};
 }
 
+namespace {
+
+// Of which value a host reads something else than before, though no error was told of it or of what it stands in. Where
+// errors stand that no value has, a host may read anything.
+std::string otherReading(const tree_t &before, const tree_t &after) {
+    std::set<std::string> errors;
+    for (const finding_t &finding : check(before))
+        if (finding.severity == severity_t::error) {
+            if (finding.path.empty())
+                return {};
+            const bool isInList = finding.path.find('[') != std::string::npos;
+            errors.insert(isInList ? finding.path.substr(0, finding.path.find('[')) : finding.path);
+        }
+    const std::optional<std::string> read = before.envelope().isWholeForHost() ? asRead(before) : std::nullopt;
+    const std::optional<std::string> readAfter = read ? asRead(after) : std::nullopt;
+    if (!readAfter)
+        return read ? "all" : "";
+    const tree_t host(*read), hostAfter(*readAfter);
+    for (const leaf_t &leaf : leaves(host)) {
+        const bool isAtFault = std::any_of(errors.begin(), errors.end(), [&leaf](const std::string &path) {
+            return isWithin(leaf.path, path) || isWithin(path, leaf.path);
+        });
+        const node_t *const there = before.find(leaf.path), *const now = hostAfter.find(leaf.path);
+        const bool isAssigned = there != nullptr && there->use == pairUse_t::assigned;
+        if (isAssigned && !isAtFault && (now == nullptr || hostAfter.value(*now) != leaf.value))
+            return leaf.path;
+    }
+    return {};
+}
+
+} // namespace
+
 std::string brokenOfMending(std::string_view text) {
     while (text.ends_with('\0')) // the rest of a buffer, which goes unasked
         text.remove_suffix(1);
@@ -524,6 +556,8 @@ std::string brokenOfMending(std::string_view text) {
         if (now != nullptr ? after.value(*now) != leaf.value : !isAtFault && leaf.node->use == pairUse_t::assigned)
             return broken("the value of " + leaf.path + " is not kept");
     }
+    if (const std::string path = otherReading(before, after); !path.empty())
+        return broken("a host reads another value of " + path);
     return {};
 }
 
