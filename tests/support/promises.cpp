@@ -490,6 +490,19 @@ std::string brokenOfDifferences(std::string_view text) {
 
 namespace {
 
+// Whether a list's count or its range's type is read otherwise than before, and its elements with it.
+bool isBoundToOther(const tree_t &tree, const node_t &leaf, const tree_t &host, const tree_t &hostAfter) {
+    for (const node_t *node = &leaf; node->parent != node_t::none; node = &tree.nodes()[node->parent])
+        for (const fieldSchema_t *other : {node->field != nullptr ? node->field->counter() : nullptr,
+                                           node->field != nullptr ? node->field->rangeType() : nullptr}) {
+            std::string path = tree.path(tree.nodes()[node->parent]);
+            path += path.empty() ? "" : ".";
+            if (other != nullptr && valueAt(host, path + other->key) != valueAt(hostAfter, path + other->key))
+                return true;
+        }
+    return false;
+}
+
 // Of which value a host reads something else than before, though no error was told of it or of what it stands in. Where
 // errors stand that no value has, a host may read anything.
 std::string otherReading(const tree_t &before, const tree_t &after) {
@@ -512,7 +525,8 @@ std::string otherReading(const tree_t &before, const tree_t &after) {
         });
         const node_t *const there = before.find(leaf.path), *const now = hostAfter.find(leaf.path);
         const bool isAssigned = there != nullptr && there->use == pairUse_t::assigned;
-        if (isAssigned && !isAtFault && (now == nullptr || hostAfter.value(*now) != leaf.value))
+        if (isAssigned && !isAtFault && !isBoundToOther(before, *there, host, hostAfter) &&
+            (now == nullptr || hostAfter.value(*now) != leaf.value))
             return leaf.path;
     }
     return {};
@@ -542,12 +556,11 @@ std::string brokenOfMending(std::string_view text) {
             faults.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
         else if (!finding.path.empty())
             faults.insert(finding.path);
-    // A host may read less than stands there; or takes other characters for the braces, as the length proves.
-    const bool isProven = before.envelope().length.value == static_cast<std::int32_t>(mending.text.size() + 1);
-    const bool isTorn = before.envelope().endMarker.isEmpty() ||
-                        (isProven && std::any_of(mending.done.begin(), mending.done.end(), [](const finding_t &done) {
-                             return done.code == findingCode_t::bodyShape && done.severity == severity_t::error;
-                         }));
+    // A host may read less than stands there, or another message than the one that the length proves.
+    const auto fits = [&before](std::string_view whole) {
+        return before.envelope().length.value == static_cast<std::int32_t>(whole.size() + 1);
+    };
+    const bool isTorn = before.envelope().endMarker.isEmpty() || (fits(mending.text) && !fits(text));
     for (const leaf_t &leaf : leaves(before)) {
         const bool isAtFault = isTorn || std::any_of(faults.begin(), faults.end(), [&leaf](const std::string &path) {
                                    return isWithin(leaf.path, path) || isWithin(path, leaf.path);
