@@ -554,7 +554,7 @@ std::string brokenOfMending(std::string_view text) {
     for (const finding_t &finding : check(before))
         if (finding.code == findingCode_t::missingSeparator && finding.path.ends_with(']'))
             faults.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
-        else if (!finding.path.empty())
+        else if (!finding.path.empty() && (finding.severity == severity_t::error || finding.remedy))
             faults.insert(finding.path);
     // A host may read less than stands there, or another message than the one that the length proves.
     const auto fits = [&before](std::string_view whole) {

@@ -54,7 +54,7 @@ bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, co
     for (const finding_t &finding : findings)
         if (finding.code == findingCode_t::missingSeparator && finding.path.ends_with(']'))
             told.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
-        else if (!finding.path.empty())
+        else if (!finding.path.empty() && (isError(finding) || isCertain(finding)))
             told.insert(finding.path);
     const auto isStep = [](std::string_view path, std::size_t at) { return path[at] == '.' || path[at] == '['; };
     const auto isTold = [&](std::string_view path) {

@@ -41,7 +41,11 @@ std::string_view emptyElement(const bodyTarget_t &target) {
 
 // A number behind "#" tells the pairs of one key apart; it is no part of the key.
 std::string_view keyOf(const said_t &said) {
-    return std::string_view(said.name).substr(0, said.name.find('#'));
+    const std::string_view name = said.name;
+    const std::size_t mark = name.find_last_not_of("0123456789");
+    if (mark == std::string_view::npos || name[mark] != '#' || mark + 1 == name.size())
+        return name;
+    return name.substr(0, mark) == emptyKey ? std::string_view() : name.substr(0, mark);
 }
 
 const said_t *memberNamed(const said_t &group, std::string_view name) {

@@ -3,6 +3,7 @@
 
 #include "vek/inspect/forms/private/jsonScalar.hpp"
 #include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/words/quoting.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
 #include "vek/text/numberText.hpp"
@@ -94,7 +95,8 @@ private:
         if (node.field != nullptr && !node.hasKey)
             return json_.name(node.field->key);
         const std::uint32_t number = node.index >= 0 ? static_cast<std::uint32_t>(node.index) + 1 : node.ordinal;
-        json_.anyName(joined({tree_.key(node), "#", std::to_string(number)}));
+        const bool isEmptyKey = node.hasKey && node.key.isEmpty(); // apart from the pairs without a key
+        json_.anyName(joined({isEmptyKey ? emptyKey : tree_.key(node), "#", std::to_string(number)}));
     }
 
     void writeValue(const node_t &node) {

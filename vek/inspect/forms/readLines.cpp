@@ -229,6 +229,8 @@ private:
                 else if (!readQuoted(text_, at_, step.words))
                     return false;
                 if (isAt('#')) {
+                    if (at_ != start && step.words.empty())
+                        step.words = emptyKey; // apart from the pairs without a key
                     step.words += text_[at_++];
                     step.words += readWord();
                 }

@@ -45,4 +45,7 @@ std::span<const characterRange_t> unprintableCharacters();
 /// A key as it stands in paths: as it is when it is a word of letters, digits and "_", else quoted.
 void appendPathKey(std::string &out, std::string_view key);
 
+/// That of a key without a character.
+inline constexpr std::string_view emptyKey = "\"\"";
+
 } // namespace vek::inspect
