@@ -15,15 +15,15 @@ constexpr std::int64_t second = 1'000'000, day = 86'400 * second;
 
 std::optional<givenTime_t> fromNow(std::string_view text, const zone_t &zone) {
     const logTime_t now{secondsSinceEpoch() * second, true, true};
-    const logTime_t here =
-        zone.isNone() ? logTime_t{localSeconds(now.microseconds / second) * second, true, false} : zone.onClock(now);
+    const std::int64_t here =
+        zone.isNone() ? localSeconds(now.microseconds / second) * second : zone.onClock(now).microseconds;
     const auto at = [&](std::int64_t back) {
-        return givenTime_t{{here.microseconds - back, true, false}, {now.microseconds - back, true, true}};
+        return givenTime_t{{here - back, true, false}, {now.microseconds - back, true, true}};
     };
     if (text == "now")
         return at(0);
     if (text == "today" || text == "yesterday")
-        return at(here.microseconds % day + (text == "today" ? 0 : day));
+        return at(here % day + (text == "today" ? 0 : day));
     if (!text.starts_with('-'))
         return std::nullopt;
     const std::optional<std::int64_t> back = durationOf(text.substr(1));
