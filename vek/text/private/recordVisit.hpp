@@ -3,6 +3,7 @@
 
 #include "vek/text/private/typeName.hpp"
 #include "vek/text/textField.hpp"
+#include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
 
 #include <cstring>
 #include <type_traits>
@@ -25,8 +26,13 @@ concept ownsMemory = requires(typename Record::structure_t &structure) {
 /// class's setDefaults() says.
 template <class Record>
 void fillWithDefaults(typename Record::structure_t &structure) {
-    if constexpr (std::is_trivially_copyable_v<typename Record::structure_t>)
-        std::memset(static_cast<void *>(&structure), 0, sizeof structure);
+    if constexpr (std::is_trivially_copyable_v<typename Record::structure_t>) {
+        constexpr std::size_t fewStores = 128;
+        if constexpr (sizeof structure <= fewStores)
+            std::memset(static_cast<void *>(&structure), 0, sizeof structure);
+        else
+            clearStructure(&structure, sizeof structure);
+    }
     if constexpr (requires { Record::setDefaults(structure); })
         Record::setDefaults(structure);
 }

@@ -24,9 +24,12 @@ void *takeBody();
 /// Takes a block that takeBody() gave, on this thread or another.
 void giveBody(stringRep_t *block);
 
-/// The same for a structure of this size, in words of 32 bits, by operator new. Throws std::bad_alloc. A thread keeps
-/// one of each size, and of large ones none.
+/// The same for a structure of this size, by operator new. Throws std::bad_alloc. A thread keeps one of each size, and
+/// of large ones none.
 void *takeStructure(std::size_t size);
 void giveStructure(void *block, std::size_t size);
+
+/// Fills a structure with zeros.
+void clearStructure(void *structure, std::size_t size);
 
 } // namespace vek
