@@ -85,9 +85,9 @@ bool tolerantTokenizer_t::shortKey([[maybe_unused]] std::string_view &key, [[may
 #endif
 }
 
-void tolerantTokenizer_t::skipPlainWithoutKeys() {
+void tolerantTokenizer_t::skipBlocksWithoutKeys() {
 #ifdef __SSE2__
-    while (end_ - at_ >= characterBlock_t::size && *at_ != openBrace && *at_ != '"') {
+    while (end_ - at_ >= characterBlock_t::size) {
         const characterBlock_t block(at_);
         const unsigned separators = block.equalAny(semicolon, comma);
         const unsigned others = block.equalAny(equalsSign, openBrace, '"');

@@ -59,7 +59,10 @@ public:
     bool shortKey(std::string_view &key, std::string_view &value);
 
     /// Skips plain tokens without a "=" behind them, as far as blocks of characters show that there is none.
-    void skipPlainWithoutKeys();
+    void skipPlainWithoutKeys() {
+        if (at_ != end_ && *at_ != openBrace && *at_ != '"')
+            skipBlocksWithoutKeys();
+    }
 
     /// Skips `key`, a "=" and the separators behind it if they stand here; otherwise nothing changes. The key must be
     /// a plain token.
@@ -85,6 +88,7 @@ private:
         return at;
     }
 
+    void skipBlocksWithoutKeys();
     std::string_view bracedToken();
     std::string_view quotedToken();
 
