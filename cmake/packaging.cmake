@@ -22,12 +22,13 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
                                                 WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL)
 
-# vekDebianPackage(COMPONENT SECTION section MULTIARCH same|foreign DESCRIPTION text [NEEDS components] [CONTROL files]
-#                  INSIDE parts [BESIDE sonames])
+# vekDebianPackage(COMPONENT SECTION section MULTIARCH same|foreign DESCRIPTION text [NEEDS components] [LOADS packages]
+#                  [CONTROL files] INSIDE parts [BESIDE sonames])
 # What is the same for all architectures may be installed beside that of another; a program serves those of others, too.
-# The first line of the description is what lists of packages show. Components that are needed are of this very version.
+# The first line of the description is what lists of packages show. Components that are needed are of this very version;
+# packages that are loaded are those of libraries that nothing is linked with.
 macro(vekDebianPackage component)
-    cmake_parse_arguments(package "" "SECTION;MULTIARCH;DESCRIPTION" "NEEDS;CONTROL;INSIDE;BESIDE" ${ARGN})
+    cmake_parse_arguments(package "" "SECTION;MULTIARCH;DESCRIPTION" "NEEDS;LOADS;CONTROL;INSIDE;BESIDE" ${ARGN})
     string(TOUPPER ${component} upper)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${debianNameOf_${component}})
@@ -37,7 +38,7 @@ macro(vekDebianPackage component)
     else()
         set(CPACK_DEBIAN_${upper}_PACKAGE_MULTIARCH ${package_MULTIARCH})
     endif()
-    set(needed)
+    set(needed ${package_LOADS})
     foreach(other IN LISTS package_NEEDS)
         list(APPEND needed "${debianNameOf_${other}} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
     endforeach()
@@ -151,7 +152,7 @@ wrong with it, for hosts in any language.
 This package contains the header for C and C++, and what CMake and pkg-config
 need to find the library.")
     vekDebianPackage(
-        vekmsg SECTION utils MULTIARCH foreign INSIDE gcc-runtime nlohmann-json CLI11
+        vekmsg SECTION utils MULTIARCH foreign LOADS libcurl4 INSIDE gcc-runtime nlohmann-json CLI11
         BESIDE ${runTime} libcurl.so.4 libsqlite3.so.0 libz.so.1 libzstd.so.1
         DESCRIPTION "messages of laser exposure devices on the command line
 Shows, checks, mends, changes and compares text messages of laser exposure

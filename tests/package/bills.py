@@ -73,6 +73,8 @@ def main():
                 sys.exit(f"FAILED: {binary} holds zlib {version[1].decode()}, the bill {zlib}")
         elif not binary.endswith(".a"):
             beside |= set(re.findall(r"NEEDED.*\[(.*)\]", output("readelf", "-d", binary)))
+            with open(binary, "rb") as opened:
+                beside |= {"libcurl.so.4"} if b"libcurl.so.4" in opened.read() else set() # loaded when it is needed
     beside = {name for name in beside if not name.startswith(("ld-linux", "libm.so"))} # of libc
     for what, is_so, is_said in (("inside", inside, said["CONTAINS"]), ("beside", beside, said["DYNAMIC_LINK"])):
         if is_so != is_said:
