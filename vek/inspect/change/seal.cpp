@@ -78,7 +78,8 @@ std::string guessIn(std::string_view text, const envelopeParts_t &parts, std::st
         return "the body does not end with \"}\": the message may have been cut off";
     if (!trimmed(parts.behind.in(text)).empty() && !parts.endMarker.isEmpty())
         return joined({shownValue(trimmed(parts.behind.in(text))), " stands behind \"!!\""});
-    for (std::size_t at = 0; (at = body.find('\n', at)) != std::string_view::npos; ++at)
+    // Where the length is right they are part of a text.
+    for (std::size_t at = 0; !parts.isWholeForHost() && (at = body.find('\n', at)) != std::string_view::npos; ++at)
         if (body.substr(at + 1).starts_with('>'))
             return "its lines are quoted with \">\": take these marks away first";
     return {};
