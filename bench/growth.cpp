@@ -247,6 +247,7 @@ void hostile() {
     test(4165, copy<vek::ExposeParams>, "{LD=1;x,x,...}", "{LD=1;" + repeated("x,", bytes) + "}");
     test(4165, copy<vek::ExposeParams>, "{LD=1;{}{}...}", "{LD=1;" + repeated("{}", bytes) + "}");
     test(4165, copy<vek::ExposeParams>, "{LD=1;A=\"\";...}", "{LD=1;" + repeated("A=\"\";", bytes) + "}");
+    test(4165, copy<vek::ExposeParams>, "{LD=1;\"\"x=...}", "{LD=1;" + repeated("\"\"x=", bytes) + "}");
     test(4171, copy<vek::ColorTable>, "{COLOR_TABLE={{X=1;},...}}",
          "{COLOR_TABLE={" + repeated("{X=1;},", bytes) + "};}");
     test(4202, copy<vek::Info>, "{INFO=\\1\\1...}", "{INFO=" + repeated("\1", bytes) + ";}");
