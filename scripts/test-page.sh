@@ -16,6 +16,6 @@ talkShows '^# ([0-9]+ messages|a key|pass|fail)'
 # Those in which browsers differ: policies, keys, layout, drawing, downloads, sockets, unpacking. The rest goes there, too:
 # VEK_BROWSER=firefox node --test tests/page/*.test.mjs
 talk "page: testing in Firefox" env VEK_BROWSER=firefox \
-    node --test --test-concurrency=2 tests/page/{hostile,installing,keeping,keyboard,live,looks,morning,seeing,sources,state}.test.mjs
+    node --test --test-concurrency=2 tests/page/{hostile,installing,keeping,keyboard,live,looks,mending,morning,seeing,sources,state}.test.mjs
 talkShows '^# (pass|fail)'
 talk "page: making pictures" node tests/page/pictures.mjs "${1:-build/page/pictures}"

@@ -27,6 +27,8 @@ const standard: Record<string, Column> = {
 const wideTime = '9.4rem'; // with month and day
 const narrow = 480; // pixels; below, the list has no direction, and times of whole seconds
 const narrowWidths: Record<string, string> = { time: '4rem', kind: '6.4rem' };
+const narrowest = 400; // below, times are without their days
+const narrowTime = '6.8rem'; // with month and day
 
 function load(): { names: Set<string>; paths: string[] } {
   try {
@@ -42,6 +44,7 @@ export class ListColumns {
   hasDirection = false; // some line says it
   hasDays = false; // the log goes over several
   hasFractions = true; // of seconds
+  showsDays = false;
 
   /** onChange(): the list is to be drawn again. */
   constructor(private readonly onChange: () => void) {
@@ -93,9 +96,10 @@ export class ListColumns {
       .filter(isShown)
       .map((name): ShownColumn => ({ name, ...standard[name] }));
     this.hasFractions = width >= narrow;
+    this.showsDays = this.hasDays && width >= narrowest;
     for (const one of all)
-      if (!this.hasFractions) one.width = narrowWidths[one.name] ?? one.width;
-      else if (one.name === 'time' && this.hasDays) one.width = wideTime;
+      if (one.name === 'time' && this.showsDays) one.width = this.hasFractions ? wideTime : narrowTime;
+      else if (!this.hasFractions) one.width = narrowWidths[one.name] ?? one.width;
     const paths = this.paths.map((path, at) => ({ name: 'path', path: at, title: path, width: '7rem' }));
     const end = all.at(-1)?.name === 'values' ? all.length - 1 : all.length;
     return [...all.slice(0, end), ...paths, ...all.slice(end)];

@@ -186,9 +186,8 @@ export class MessageList {
 
   // As much of a time as there is room for.
   #timeOf(time: string) {
-    const { hasDays, hasFractions } = this.chosen;
-    if (!hasFractions) return time.slice(-12, -4);
-    return hasDays && time.length > 12 ? time.slice(5) : time.slice(-12);
+    const { showsDays, hasFractions } = this.chosen;
+    return time.slice(showsDays && time.length > 12 ? 5 : -12, hasFractions ? undefined : -4);
   }
 
   #values(row: number, digest: ShownDigest | undefined) {

@@ -34,6 +34,8 @@ const timeTicks = (hasDate: boolean) => [
   ticks(0.001, '{HH}:{mm}:{ss}.{fff}', hasDate),
 ];
 
+const seenThrough = 0.7; // of the curves in front of the first one
+
 /** uPlot's options for a drawing. */
 export function chartOptions(drawing: Drawing, width: number, height: number, hooks: uPlot.Hooks.Arrays): uPlot.Options {
   const { curves, isTime, hasDate, values } = drawing;
@@ -64,7 +66,7 @@ export function chartOptions(drawing: Drawing, width: number, height: number, ho
     tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1e3), 'Etc/UTC'),
     cursor: { drag: { x: true, y: true, uni: 20, setScale: false } },
     scales: { x: { time: isTime }, ...Object.fromEntries(curves.map(scaleOf)) },
-    series: [{}, ...curves.map((curve, at) => curveStyle(curve, seriesColour(at)))],
+    series: [{}, ...curves.map((curve, at) => ({ ...curveStyle(curve, seriesColour(at)), alpha: at === 0 ? 1 : seenThrough }))],
     axes: [{ ...axis, ...(isTime ? { values: timeTicks(hasDate), space: 90 } : {}) }, ...valueAxes],
     hooks: { ...hooks, drawClear: [(plot) => drawBands(plot, drawing.bands)] },
   };
