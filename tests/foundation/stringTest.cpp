@@ -1,6 +1,7 @@
 // string_t and subString_t: the cases with a rule of their own.
 
 #include "tests/foundation/reports.hpp"
+#include "vek/vek_std/std_sys/private/vek_spareBodies.hpp"
 #include "vek/vek_std/std_sys/vek_string.hpp"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,9 @@
 #include <tuple>
 #include <unordered_set>
 #include <utility>
+#ifdef __GLIBC__
+#    include <malloc.h>
+#endif
 
 namespace {
 
@@ -271,5 +275,19 @@ TEST(stringStream, aBufferThatThrowsMakesTheStreamBad) {
             EXPECT_TRUE(throwing.bad());
         }
 }
+
+#ifdef __GLIBC__
+// A host may release a structure that it made itself, in a block that has no more room than it says.
+TEST(structure, spareHasRoomForItsSize) {
+    for (std::size_t size = 4; size < 4400; size += 4) {
+        vek::giveStructure(::operator new(size), size);
+        for (const std::size_t larger : {size + 4, size + 8, size + 508}) {
+            void *const block = vek::takeStructure(larger);
+            EXPECT_GE(malloc_usable_size(block), larger);
+            vek::giveStructure(block, larger);
+        }
+    }
+}
+#endif
 
 } // namespace

@@ -52,14 +52,18 @@ constinit processWide_t<std::uint32_t> mostSpareBodies = 16384;
 
 namespace {
 
-// Structures of nearly the same size have the same room.
-constexpr std::size_t longestStructure = 4096, sizeStep = 16;
+// A block is for structures of just its size: it may be a host's own.
+struct spareStructure_t {
+    void *block;
+    std::size_t size; // 0 without a block
+};
+constexpr std::size_t longestStructure = 4096, sizeOfWord = sizeof(std::int32_t), structurePlaces = 127;
 
 // A thread's spares. When it ends the next new thread has its pool.
 struct pool_t {
-    stringRep_t *first = nullptr;                                 // chained by their data
-    std::uint32_t room = 0;                                       // for so many more
-    std::array<void *, longestStructure / sizeStep> structures{}; // by their size
+    stringRep_t *first = nullptr;                               // chained by their data
+    std::uint32_t room = 0;                                     // for so many more
+    std::array<spareStructure_t, structurePlaces> structures{}; // by their size; few share a place
     std::atomic<bool> hasThread = true;
     pool_t *next = nullptr;
 
@@ -69,12 +73,15 @@ struct pool_t {
             first = reinterpret_cast<stringRep_t *>(spare->data);
             std::free(spare);
         }
-        for (void *&spare : structures)
-            ::operator delete(std::exchange(spare, nullptr));
+        for (spareStructure_t &spare : structures)
+            keep(spare, {});
     }
-    void **structureOf(std::size_t size) {
-        return size <= longestStructure ? &structures[(size - 1) / sizeStep] : nullptr;
+    static void keep(spareStructure_t &spare, spareStructure_t other) {
+        if (spare.size != 0)
+            ::operator delete(spare.block);
+        spare = other;
     }
+    spareStructure_t &placeOf(std::size_t size) { return structures[size / sizeOfWord % structurePlaces]; }
 };
 
 // Reached without a call, also in a shared library. No more than a pointer, since programs that load and unload
@@ -181,16 +188,19 @@ void giveBody(stringRep_t *block) {
 }
 
 void *takeStructure(std::size_t size) {
-    pool_t *const own = ownPool;
-    void **const spare = own != nullptr ? own->structureOf(size) : nullptr;
-    void *const block = spare != nullptr ? std::exchange(*spare, nullptr) : nullptr;
-    return block != nullptr ? block : ::operator new((size + sizeStep - 1) / sizeStep * sizeStep);
+    if (pool_t *const own = ownPool; own != nullptr)
+        if (spareStructure_t &spare = own->placeOf(size); spare.size == size) {
+            spare.size = 0;
+            return spare.block;
+        }
+    return ::operator new(size);
 }
 
 void giveStructure(void *block, std::size_t size) {
-    pool_t *const own = poolToGiveTo();
-    void **const spare = own != nullptr ? own->structureOf(size) : nullptr;
-    ::operator delete(spare != nullptr ? std::exchange(*spare, block) : block);
+    if (pool_t *const own = poolToGiveTo(); own != nullptr && size <= longestStructure)
+        pool_t::keep(own->placeOf(size), {block, size});
+    else
+        ::operator delete(block);
 }
 
 } // namespace vek

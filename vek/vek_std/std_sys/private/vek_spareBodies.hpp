@@ -24,7 +24,7 @@ void *takeBody();
 /// Takes a block that takeBody() gave, on this thread or another.
 void giveBody(stringRep_t *block);
 
-/// The same for a structure of this size, by operator new. Throws std::bad_alloc. A thread keeps one of each size, and
+/// The same for a structure of this size, by operator new. Throws std::bad_alloc. A thread keeps one of most sizes, and
 /// of large ones none.
 void *takeStructure(std::size_t size);
 void giveStructure(void *block, std::size_t size);
