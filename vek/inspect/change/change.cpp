@@ -191,12 +191,17 @@ change_t replaced(const tree_t &tree, const node_t &node, std::string_view path,
     return withReplacement(tree, place, std::move(pair.text));
 }
 
-// What goes with a pair: the groups around it that have nothing else. An element stays, since its list counts it.
+// What goes with a pair: the groups around it that have nothing else. An element stays, since its list counts it, and a
+// group without a key, since it keeps the place of those behind it.
 const node_t &goneWith(const tree_t &tree, const node_t &node) {
     const node_t *gone = &node;
-    while (gone->parent != node_t::none && tree.nodes()[gone->parent].childCount == 1 &&
-           tree.nodes()[gone->parent].index < 0)
-        gone = &tree.nodes()[gone->parent];
+    while (gone->parent != node_t::none) {
+        const node_t &around = tree.nodes()[gone->parent];
+        const bool isPlace = around.parent != node_t::none && !around.hasKey;
+        if (around.childCount != 1 || around.index >= 0 || isPlace)
+            break;
+        gone = &around;
+    }
     return *gone;
 }
 
