@@ -78,10 +78,11 @@ std::string guessIn(std::string_view text, const envelopeParts_t &parts, std::st
         return "the body does not end with \"}\": the message may have been cut off";
     if (!trimmed(parts.behind.in(text)).empty() && !parts.endMarker.isEmpty())
         return joined({shownValue(trimmed(parts.behind.in(text))), " stands behind \"!!\""});
-    // Where the length is right they are part of a text.
-    for (std::size_t at = 0; !parts.isWholeForHost() && (at = body.find('\n', at)) != std::string_view::npos; ++at)
-        if (body.substr(at + 1).starts_with('>'))
-            return "its lines are quoted with \">\": take these marks away first";
+    for (std::size_t at = 0; (at = body.find('\n', at)) != std::string_view::npos; ++at)
+        if (body.substr(at + 1).starts_with('>')) // or they are part of a text
+            return isClean(tree_t(text), tolerance_t::warnings)
+                       ? ""
+                       : "its lines are quoted with \">\": take these marks away first";
     return {};
 }
 
