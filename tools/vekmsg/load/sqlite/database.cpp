@@ -20,10 +20,25 @@ database_t::database_t(const std::string &file, bool isReadOnly) : file_(file) {
     static const bool isAlone = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK &&
                                 sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
     static_cast<void>(isAlone);
+    open(file, isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    if (!isReadOnly || isReadable())
+        return;
+    rest_ = atRest(file);
+    if (!rest_)
+        return;
+    std::string name = "file:";
+    for (const char character : file)
+        if (character == '%' || character == '?' || character == '#')
+            name += character == '%' ? "%25" : character == '?' ? "%3f" : "%23";
+        else
+            name += character;
+    open(name + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+void database_t::open(const std::string &name, int flags) {
     sqlite3 *handle = nullptr;
-    const int flags = (isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) |
-                      SQLITE_OPEN_NOMUTEX; // one thread uses it
-    const int result = sqlite3_open_v2(file.c_str(), &handle, flags, nullptr);
+    const int result =
+        sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr); // one thread uses it
     handle_.reset(handle);
     if (result != SQLITE_OK)
         fail();
@@ -34,12 +49,40 @@ database_t::database_t(const std::string &file, bool isReadOnly) : file_(file) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
 }
 
+// Even to read, SQLite makes files beside one in WAL mode. Where it may not, that one alone is read.
+bool database_t::isReadable() {
+    const int result = sqlite3_exec(handle_.get(), "PRAGMA schema_version", nullptr, nullptr, nullptr);
+    return (result & 0xFF) != SQLITE_CANTOPEN && (result & 0xFF) != SQLITE_READONLY;
+}
+
+// What is written goes into the file beside it, and from there into it before that one goes.
+std::optional<database_t::rest_t> database_t::atRest(const std::string &file) {
+    std::error_code ofLog, ofFile, ofSize;
+    const std::uintmax_t waiting = std::filesystem::file_size(file + "-wal", ofLog);
+    const rest_t rest{std::filesystem::last_write_time(file, ofFile), std::filesystem::file_size(file, ofSize)};
+    return (ofLog || waiting == 0) && !ofFile && !ofSize ? std::optional(rest) : std::nullopt;
+}
+
+void database_t::confirm() const {
+    if (rest_ && rest_ != atRest(file_))
+        throw databaseError_t(file_ + " is written by another program meanwhile; read it again");
+}
+
+void database_t::failOnRights() const {
+    throw databaseError_t(
+        inspect::joined({file_, " or its folder may not be read and written, as this takes; copy it, with ", file_,
+                         "-wal where there is one, to where it may be"}));
+}
+
 void database_t::fail() const {
+    confirm();
     const int code = handle_ != nullptr ? sqlite3_errcode(handle_.get()) : SQLITE_NOMEM;
     switch (code & 0xFF) {
     case SQLITE_NOTADB:
         throw databaseError_t(file_ + " is no SQLite database; name a new file, or one that vekmsg load made");
     case SQLITE_CANTOPEN:
+        if (std::error_code ignored; std::filesystem::exists(file_, ignored))
+            failOnRights();
         throw databaseError_t(
             inspect::joined({"cannot open or make ", file_, "; is there such a folder, and may you write in it?",
                              file_.find(':') == file_.npos ? "" : " (A server's address begins with http://)"}));
@@ -48,8 +91,7 @@ void database_t::fail() const {
         throw databaseError_t(file_ + " is being written by another program; try again when it has ended");
     case SQLITE_READONLY:
     case SQLITE_PERM:
-        throw databaseError_t(file_ +
-                              " or its folder may not be written, as reading takes, too; copy it to where it may be");
+        failOnRights();
     case SQLITE_FULL:
     case SQLITE_IOERR:
         throw databaseError_t("cannot write " + file_ + ": " + sqlite3_errmsg(handle_.get()) +

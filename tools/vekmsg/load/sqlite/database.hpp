@@ -8,7 +8,9 @@
 #include "vek/inspect/archive/rows.hpp"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +25,8 @@ public:
     explicit database_t(const std::string &file, bool isReadOnly = false);
 
     const std::string &file() const { return file_; }
+    /// Throws when what was read may be mixed with what another program has written.
+    void confirm() const;
     void run(const std::string &sql);
     /// Rows that the last statement wrote.
     int changes() const;
@@ -39,7 +43,19 @@ private:
         void operator()(sqlite3 *handle) const;
     };
 
+    /// A file that nobody writes at the moment.
+    struct rest_t {
+        std::filesystem::file_time_type time;
+        std::uintmax_t size = 0;
+        bool operator==(const rest_t &) const = default;
+    };
+    static std::optional<rest_t> atRest(const std::string &file);
+    void open(const std::string &name, int flags);
+    bool isReadable();
+    [[noreturn]] void failOnRights() const;
+
     std::string file_;
+    std::optional<rest_t> rest_; // of one that is read alone
     std::unique_ptr<sqlite3, closer_t> handle_;
 };
 

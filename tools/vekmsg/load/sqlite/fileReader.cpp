@@ -99,7 +99,11 @@ public:
 
     const std::string &name() const override { return database_.file(); }
 
-    std::vector<archivedLog_t> logs() override { return logsIn(database_, "ORDER BY source_id"); }
+    std::vector<archivedLog_t> logs() override {
+        std::vector<archivedLog_t> logs = logsIn(database_, "ORDER BY source_id");
+        database_.confirm();
+        return logs;
+    }
 
     std::vector<message_t> messages(std::uint64_t log, std::uint64_t from, std::size_t most) override {
         std::vector<message_t> found;
@@ -122,6 +126,7 @@ public:
             if (!row.isNull(7))
                 one.text = jsonBytes(row.text(7));
         }
+        database_.confirm();
         return found;
     }
 
@@ -142,6 +147,7 @@ public:
                 row.cells.push_back(column.isList ? list(cursors[++lists], row, rows)
                                                   : main.cell(column, scalars++, rows));
         }
+        database_.confirm();
     }
 
 private:
