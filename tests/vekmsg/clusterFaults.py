@@ -314,6 +314,22 @@ try:
             print(f"WRONG: after {create}:", said)
             failures += 1
 
+    # Who may not come in is told so at once, and nobody sees the passwords.
+    database = make()
+    for user, ending in (("loader:right", 0), ("loader:qwertz", 2), ("nobody:qwertz", 2), ("loader", 2)):
+        address = f"http://{user}@127.0.0.1:{server.port}/{database}"
+        for command in (["load", "--into", address, os.devnull], ["load", "--follow", "--into", address, logs[0]], ["export", f"--from={address}"]):
+            one = subprocess.Popen([vekmsg, *command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+            try:
+                said = one.communicate(timeout=5)[0]
+            except subprocess.TimeoutExpired:  # it follows
+                shown = pathlib.Path(f"/proc/{one.pid}/cmdline").read_text()
+                one.terminate()
+                said, one.returncode = one.communicate()[0] + shown, 0 if "loader:xxxxx@" in shown else -1
+            if (command[0] == "load" or ending) and one.returncode != ending or (ending and "~/.netrc" not in said) or "qwertz" in said:
+                print(f"WRONG: as {user}, {command[:2]}:", one.returncode, said)
+                failures += 1
+
     # The first server of a cluster, while the other one has no tables yet, is no reason to wait for a minute.
     pair = [Server(f"{folder}/server of {shard}", shard) for shard in (1, 2)]
     try:

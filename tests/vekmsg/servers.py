@@ -93,7 +93,8 @@ class Server(Process):
 </yandex>"""
     USERS = """<yandex> <profiles> <default/> </profiles> <quotas> <default/> </quotas> <users> <default>
     <password/> <networks> <ip>127.0.0.1</ip> </networks> <profile>default</profile> <quota>default</quota>
-</default> </users> </yandex>"""
+</default> <loader> <password>right</password> <networks> <ip>127.0.0.1</ip> </networks> <profile>default</profile>
+    <quota>default</quota> </loader> </users> </yandex>"""
 
     def __init__(self, folder, shard=1):
         need(server_program)

@@ -1,6 +1,7 @@
 #include "tools/vekmsg/commands/commandLine.hpp"
 
 #include "tools/vekmsg/commands/command.hpp"
+#include "tools/vekmsg/terminal/password.hpp"
 #include "tools/vekmsg/terminal/platform.hpp"
 #include "tools/vekmsg/terminal/problem.hpp"
 #include "tools/vekmsg/terminal/wrapping.hpp"
@@ -123,6 +124,7 @@ int runCommandLine(int argc, char **argv) {
     } catch (const CLI::ParseError &error) {
         return complainAbout(app, error, argc, argv);
     }
+    hidePasswords(argc, argv);
     return chosen->run();
 }
 

@@ -1,6 +1,8 @@
 // All that is said to libcurl. Each of its objects has an owner here that releases it.
 #include "tools/vekmsg/load/clickhouse/httpClient.hpp"
 
+#include "tools/vekmsg/terminal/password.hpp"
+
 #include <curl/curl.h>
 #include <dlfcn.h>
 
@@ -92,10 +94,10 @@ httpAddress_t::httpAddress_t(const std::string &text) {
     const CURLUcode code = curl().urlSet(url.get(), CURLUPART_URL, text.c_str(), 0);
     const std::string example = "; it is written http://HOST:8123/DATABASE";
     if (code != CURLUE_OK)
-        throw usageError_t(text + " is no address: " + curl().urlStrerror(code) + example);
+        throw usageError_t(withoutPassword(text) + " is no address: " + curl().urlStrerror(code) + example);
     const std::string scheme = partOf(url.get(), CURLUPART_SCHEME);
     if (scheme != "http" && scheme != "https")
-        throw usageError_t(text + " is no address of a database server" + example);
+        throw usageError_t(withoutPassword(text) + " is no address of a database server" + example);
     const std::string port = partOf(url.get(), CURLUPART_PORT);
     server = scheme + "://" + partOf(url.get(), CURLUPART_HOST, 0) + (port.empty() ? "" : ":" + port);
     user = partOf(url.get(), CURLUPART_USER);
