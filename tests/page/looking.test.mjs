@@ -57,6 +57,20 @@ test('a line says when, which way, what kind and what matters, by columns that p
     assert.equal((await cells(page, 2))[1], 'rx');
     assert.match(await page.getAttribute('#messages-1', 'class'), /device2/);
 
+    // Where there is less room, texts and directions are shorter; the value behind a text stays in sight, whole.
+    for (const width of [1024, 1200]) {
+      await page.setViewportSize({ width, height: 900 });
+      await says(page, '#messages-0 .direction', /^h→d$/);
+      for (const [at, value] of ['1024.5', '3'].entries()) {
+        const [seen, line] = await Promise.all(
+          [`#messages-${at} .part >> nth=0 >> :nth-child(2)`, `#messages-${at}`].map((one) => page.locator(one).boundingBox()),
+        );
+        assert.equal(await page.locator(`#messages-${at} .part >> nth=0 >> :nth-child(2)`).textContent(), value);
+        assert.ok(seen.x + seen.width <= line.x + line.width && seen.y + seen.height <= line.y + line.height, `${value} at ${width}`);
+      }
+    }
+    await page.setViewportSize({ width: 1400, height: 900 });
+
     await page.click('#columns summary');
     await page.uncheck('#columnChoices li:has-text("Direction") input');
     await page.fill('#columnPath', 'ARRAY_CASSETTE[1].NAME');

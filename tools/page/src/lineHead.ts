@@ -10,3 +10,7 @@ export function directionIn(head: string): string | undefined {
   if (arrow) return /[<←]/.test(arrow) ? `${right} → ${left}` : `${left} → ${right}`;
   return words.exec(head)?.[1]?.toLowerCase();
 }
+
+/** The same where there is little room: of two names the first letters, when these differ. */
+export const shortDirection = (direction: string) =>
+  direction.replace(/^(.).* → (.).*$/u, (whole, from: string, to: string) => (from === to ? whole : `${from}→${to}`));

@@ -13,6 +13,7 @@ interface Column {
 export interface ShownColumn extends Column {
   name: string;
   path?: number;
+  isShort?: boolean; // has room for a few letters
 }
 
 const standard: Record<string, Column> = {
@@ -25,9 +26,11 @@ const standard: Record<string, Column> = {
   values: { title: 'Values', width: 'minmax(5rem, 1fr)', isShown: true },
 };
 const wideTime = '9.4rem'; // with month and day
-const narrow = 480; // pixels; below, the list has no direction, and times of whole seconds
+const roomy = 600; // pixels; below, the direction is short
+const shortDirection = '2.2rem';
+const narrow = 480; // below, times are of whole seconds
 const narrowWidths: Record<string, string> = { time: '4rem', kind: '6.4rem' };
-const narrowest = 400; // below, times are without their days
+const narrowest = 400; // below, times are without their days, and the list has no direction
 const narrowTime = '6.8rem'; // with month and day
 
 function load(): { names: Set<string>; paths: string[] } {
@@ -91,7 +94,7 @@ export class ListColumns {
   /** Those that are shown in a list so wide, in their order. */
   shown(width: number): ShownColumn[] {
     const { names } = this.#chosen;
-    const isShown = (name: string) => names.has(name) && (name !== 'direction' || (this.hasDirection && width >= narrow));
+    const isShown = (name: string) => names.has(name) && (name !== 'direction' || (this.hasDirection && width >= narrowest));
     const all = Object.keys(standard)
       .filter(isShown)
       .map((name): ShownColumn => ({ name, ...standard[name] }));
@@ -99,6 +102,7 @@ export class ListColumns {
     this.showsDays = this.hasDays && width >= narrowest;
     for (const one of all)
       if (one.name === 'time' && this.showsDays) one.width = this.hasFractions ? wideTime : narrowTime;
+      else if (one.name === 'direction' && width < roomy) Object.assign(one, { width: shortDirection, isShort: true });
       else if (!this.hasFractions) one.width = narrowWidths[one.name] ?? one.width;
     const paths = this.paths.map((path, at) => ({ name: 'path', path: at, title: path, width: '7rem' }));
     const end = all.at(-1)?.name === 'values' ? all.length - 1 : all.length;

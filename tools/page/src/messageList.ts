@@ -4,7 +4,7 @@ import type { Catalogue } from './catalogue.ts';
 import type { Log } from './log.ts';
 import type { LineDigest } from './types.ts';
 import { byId, element, seldom } from './elements.ts';
-import { directionIn } from './lineHead.ts';
+import { directionIn, shortDirection } from './lineHead.ts';
 import { ListColumns, type ShownColumn } from './listColumns.ts';
 import { lowerBound } from './search.ts';
 import { VirtualList } from './virtualList.ts';
@@ -162,7 +162,7 @@ export class MessageList {
     const digest = this.#digestOf(row);
     const cells: Record<string, (column: ShownColumn) => string> = {
       time: () => this.#timeOf(time) || log.placeOf(row),
-      direction: () => shownWords(digest?.direction ?? ''),
+      direction: ({ isShort }) => shownWords((isShort ? shortDirection : String)(digest?.direction ?? '')),
       kind: () => this.catalogue.name(columns.id[row]),
       id: () => (columns.id[row] < 0 ? '' : String(columns.id[row])),
       sequence: () => (columns.hasSequence[row] ? String(columns.sequence[row]) : ''),
@@ -190,14 +190,24 @@ export class MessageList {
     return time.slice(showsDays && time.length > 12 ? 5 : -12, hasFractions ? undefined : -4);
   }
 
+  // Texts leave room for the values behind them, of which those that are whole are seen.
   #values(row: number, digest: ShownDigest | undefined) {
     const { columns } = this.log;
     const missing = columns.missing[row];
-    const parts = (digest?.parts ?? []).flatMap(({ key, value }) => [
-      ...(key ? [element('span', { class: 'partKey' }, key), ' '] : []),
-      element('span', { class: key ? 'part' : 'part partText' }, ...shown(shortNumber(value))),
-      ' ',
-    ]);
+    const parts = digest?.parts ?? [];
+    const texts = parts.filter(({ key }) => !key).flatMap(({ value }, at) => [at > 0 ? ' ' : '', ...shown(shortNumber(value))]);
+    const pairs = parts
+      .filter(({ key }) => key)
+      .flatMap(({ key, value }) => [
+        element(
+          'span',
+          { class: 'part' },
+          element('span', { class: 'partKey' }, key!),
+          ' ',
+          element('span', {}, ...shown(shortNumber(value))),
+        ),
+        ' ',
+      ]);
     return element(
       'span',
       { class: 'cell values' },
@@ -207,7 +217,9 @@ export class MessageList {
         : null,
       missing > 0 ? element('span', { class: 'badge gap' }, `${number(missing)} missing`) : null,
       columns.isDamaged[row] ? element('span', { class: 'badge damaged' }, 'damaged') : null,
-      ...parts,
+      texts.length > 0 ? element('span', { class: 'partText' }, ...texts) : null,
+      ' ',
+      ...pairs,
     );
   }
 }
