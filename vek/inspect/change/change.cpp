@@ -98,6 +98,22 @@ public:
         return isWritten;
     }
 
+    /// In a record that has so many values and no keys, which are told apart by their order.
+    bool addNext(const recordSchema_t &record, std::uint32_t count, std::string_view path) {
+        const fieldSchema_t *field = record.find(path);
+        if (field == nullptr)
+            return false;
+        const bool isNext = static_cast<std::uint32_t>(field->position) == count;
+        if (!isNext)
+            error = count < record.fields.size()
+                        ? joined({"the values here are told apart by their order, and the next one is ",
+                                  record.fields[count].key})
+                        : "the values here are told apart by their order, and there is none behind the last";
+        const bool isWritten = isNext && addValue(*field, part_t::whole, {});
+        text += comma;
+        return isWritten;
+    }
+
     /// In a list, or a 16-bit text, of so many elements.
     bool addElement(const fieldSchema_t &field, bool isCode, std::uint32_t count, std::string_view path) {
         const std::string_view step = firstStep(path);
@@ -156,22 +172,24 @@ change_t added(const tree_t &tree, std::string_view path, std::string_view value
         end = next;
     }
     const bool isUsed = parent->isBody && (parent->use == pairUse_t::assigned || parent->value.isEmpty());
-    const bool isRecord = tree.recordOf(*parent) != nullptr;
+    const recordSchema_t *const record = tree.recordOf(*parent);
+    const bool isRecord = record != nullptr, isByOrder = isRecord && parent->childCount > 0 && !parent->isKeyed;
     newPair_t pair(value, isForced);
-    const bool isLikeIt = parent->childCount == 0 || parent->isKeyed == isRecord;
+    const bool isLikeIt = isRecord || parent->childCount == 0 || !parent->isKeyed;
     const bool isWritten =
         isUsed && isLikeIt && !rest.empty() &&
-        (isRecord ? pair.addMember(*tree.recordOf(*parent), rest)
-                  : parent->field != nullptr &&
-                        pair.addElement(*parent->field, targetOf(tree, *parent).kind == bodyTarget_t::kind_t::codes,
-                                        parent->childCount, rest));
+        (isByOrder  ? pair.addNext(*record, parent->childCount, rest)
+         : isRecord ? pair.addMember(*record, rest)
+                    : parent->field != nullptr &&
+                          pair.addElement(*parent->field, targetOf(tree, *parent).kind == bodyTarget_t::kind_t::codes,
+                                          parent->childCount, rest));
     if (!isWritten)
         return refusedChange(pair.error.empty() ? noSuchPath(tree, path) : joined({path, ": ", pair.error}));
-    const std::uint32_t at = placeOf(tree, *parent, isRecord ? tree.recordOf(*parent)->find(firstStep(rest)) : nullptr);
+    const std::uint32_t at = placeOf(tree, *parent, isRecord ? record->find(firstStep(rest)) : nullptr);
     const char before = at > parent->value.start + 1 ? tree.text()[at - 1] : semicolon;
     const bool isSeparated = isSeparator(before);
     if (!isSeparated) // the separator of the last pair may be missing
-        pair.text.insert(0, 1, isRecord ? semicolon : comma);
+        pair.text.insert(0, 1, isRecord && !isByOrder ? semicolon : comma);
     if (parent->value.isEmpty())
         pair.text = joined({"{", pair.text, "}"});
     return withReplacement(tree, {at, at}, std::move(pair.text));
