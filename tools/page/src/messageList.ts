@@ -202,7 +202,7 @@ export class MessageList {
         element(
           'span',
           { class: 'part' },
-          element('span', { class: 'partKey' }, key!),
+          element('span', { class: 'partKey' }, key),
           ' ',
           element('span', {}, ...shown(shortNumber(value))),
         ),
