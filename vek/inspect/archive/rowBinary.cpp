@@ -13,119 +13,149 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "as numbers go out");
 
-template <class Value>
-void appendBytes(std::string &out, Value value) {
-    char bytes[sizeof value];
-    std::memcpy(bytes, &value, sizeof value);
-    out.append(bytes, sizeof value);
-}
+// Bytes one behind the other, many of which go out together.
+class bytes_t {
+public:
+    explicit bytes_t(std::string &out) : out_(out) {}
+    ~bytes_t() { flush(); }
+    bytes_t(const bytes_t &) = delete;
+    bytes_t &operator=(const bytes_t &) = delete;
 
-void appendSize(std::string &out, std::uint64_t size) {
-    for (; size >= 0x80; size >>= 7)
-        out += static_cast<char>(size | 0x80);
-    out += static_cast<char>(size);
-}
+    template <class Value>
+    void add(Value value) {
+        if (sizeof room_ - size_ < sizeof value)
+            flush();
+        std::memcpy(room_ + size_, &value, sizeof value);
+        size_ += sizeof value;
+    }
+    void addSize(std::uint64_t size) {
+        for (; size >= 0x80; size >>= 7)
+            add(static_cast<std::uint8_t>(size | 0x80));
+        add(static_cast<std::uint8_t>(size));
+    }
+    void addText(std::string_view text) {
+        addSize(text.size());
+        if (sizeof room_ - size_ < text.size())
+            flush();
+        if (sizeof room_ < text.size()) {
+            out_ += text;
+            return;
+        }
+        std::memcpy(room_ + size_, text.data(), text.size());
+        size_ += text.size();
+    }
+    void addWellFormed(std::string_view text) {
+        std::string room;
+        addText(wellFormed(text, room));
+    }
 
-void appendText(std::string &out, std::string_view text) {
-    appendSize(out, text.size());
-    out += text;
-}
+private:
+    void flush() {
+        out_.append(room_, size_);
+        size_ = 0;
+    }
 
-void appendWellFormed(std::string &out, std::string_view text) {
-    std::string room;
-    appendText(out, wellFormed(text, room));
-}
+    std::string &out_;
+    std::size_t size_ = 0;
+    char room_[512];
+};
 
 // A number of a type by its name, of which a value that is not there is 0.
-void appendNumber(std::string &out, std::string_view type, const cell_t &cell) {
+void addNumber(bytes_t &out, std::string_view type, const cell_t &cell) {
     if (type.ends_with("64"))
-        return appendBytes(out, cell.integer);
+        return out.add(cell.integer);
     if (type.ends_with("8"))
-        return appendBytes(out, static_cast<std::uint8_t>(cell.integer));
-    appendBytes(out, static_cast<std::uint32_t>(cell.integer));
+        return out.add(static_cast<std::uint8_t>(cell.integer));
+    out.add(static_cast<std::uint32_t>(cell.integer));
 }
 
-void appendScalar(std::string &out, columnType_t type, const cell_t &cell) {
+void addScalar(bytes_t &out, columnType_t type, const cell_t &cell) {
     switch (type) {
     case columnType_t::integer64:
-        return appendBytes(out, cell.integer);
+        return out.add(cell.integer);
     case columnType_t::integer32:
-        return appendBytes(out, static_cast<std::int32_t>(cell.integer));
+        return out.add(static_cast<std::int32_t>(cell.integer));
     case columnType_t::integer16:
-        return appendBytes(out, static_cast<std::int16_t>(cell.integer));
+        return out.add(static_cast<std::int16_t>(cell.integer));
     case columnType_t::real64:
-        return appendBytes(out, cell.real);
+        return out.add(cell.real);
     case columnType_t::real32:
-        return appendBytes(out, static_cast<float>(cell.real));
+        return out.add(static_cast<float>(cell.real));
     case columnType_t::boolean:
-        return appendBytes(out, static_cast<std::uint8_t>(cell.integer));
+        return out.add(static_cast<std::uint8_t>(cell.integer));
     case columnType_t::text:
-        return appendWellFormed(out, cell.text);
+        return out.addWellFormed(cell.text);
     }
 }
 
-void appendFront(std::string &out, const row_t &row) {
+void addFront(bytes_t &out, const row_t &row) {
     constexpr std::string_view nullable = "Nullable(";
+    const std::optional<std::int64_t> seconds = clickhouseSeconds(row.front.time);
     std::string room;
     for (const frontColumn_t &column : frontColumns()) {
         std::string_view type = column.clickhouse.type;
         if (type.empty())
             continue;
-        const cell_t cell = column.clickhouse.value(row, room);
-        const bool isNull = cell.kind == cell_t::kind_t::null;
-        if (type.starts_with(nullable)) {
-            out += isNull ? '\1' : '\0';
-            if (isNull)
-                continue;
+        const bool isNullable = type.starts_with(nullable);
+        if (isNullable)
             type = type.substr(nullable.size(), type.size() - nullable.size() - 1);
-        }
-        if (type.starts_with("DateTime"))
-            appendBytes(out, static_cast<std::uint32_t>(clickhouseSeconds(row.front.time).value_or(0)));
-        else if (type == "String")
-            appendWellFormed(out, cell.text);
+        const bool isTime = type.starts_with("DateTime"); // whose words nobody needs here
+        const cell_t cell = !isTime   ? column.clickhouse.value(row, room)
+                            : seconds ? cell_t::ofInteger(*seconds)
+                                      : cell_t{};
+        const bool isNull = cell.kind == cell_t::kind_t::null;
+        if (isNullable)
+            out.add(static_cast<std::uint8_t>(isNull ? 1 : 0));
+        if (isNullable && isNull)
+            continue;
+        if (type == "String")
+            out.addWellFormed(cell.text);
         else
-            appendNumber(out, type, cell);
+            addNumber(out, isTime ? "UInt32" : type, cell);
     }
 }
 
-void appendCell(std::string &out, const row_t &row, const column_t &column, const cell_t &cell) {
+void addCell(bytes_t &out, const row_t &row, const column_t &column, const cell_t &cell) {
     if (column.isList) {
         const bool isThere = cell.kind == cell_t::kind_t::list;
-        appendSize(out, isThere ? cell.count : 0);
+        out.addSize(isThere ? cell.count : 0);
         if (isThere)
             for (const cell_t &element : row.list(cell))
-                appendScalar(out, column.type, element);
+                addScalar(out, column.type, element);
         return;
     }
     const bool isNull = cell.kind == cell_t::kind_t::null;
     if (!column.isAlwaysThere)
-        out += isNull ? '\1' : '\0';
+        out.add(static_cast<std::uint8_t>(isNull ? 1 : 0));
     if (column.isAlwaysThere || !isNull)
-        appendScalar(out, column.type, cell);
+        addScalar(out, column.type, cell);
 }
 
 } // namespace
 
 void appendRowBinary(std::string &out, const row_t &row) {
-    appendFront(out, row);
+    bytes_t bytes(out);
+    addFront(bytes, row);
     for (const std::uint32_t element : row.elements)
-        appendBytes(out, element);
+        bytes.add(element);
     for (std::size_t i = 0; i < row.cells.size(); ++i)
-        appendCell(out, row, row.table.columns[i], row.cells[i]);
+        addCell(bytes, row, row.table.columns[i], row.cells[i]);
 }
 
 void appendMark(std::string &out, std::int64_t mark, std::uint64_t log) {
-    appendBytes(out, mark);
-    appendBytes(out, log);
+    bytes_t bytes(out);
+    bytes.add(mark);
+    bytes.add(log);
 }
 
 void appendRowBinary(std::string &out, const archivedLog_t &log) {
+    bytes_t bytes(out);
     for (const sourceColumn_t &column : sourceColumns()) {
         const cell_t cell = column.get(log);
         if (column.clickhouse == "String")
-            appendText(out, cell.text);
+            bytes.addText(cell.text);
         else
-            appendNumber(out, column.clickhouse, cell);
+            addNumber(bytes, column.clickhouse, cell);
     }
 }
 

@@ -35,7 +35,7 @@ bool isInItsColumn(const tree_t &tree, const node_t &node) {
     constexpr std::string_view negativeZero = "-0.000000"; // which not every database keeps
     switch (node.field->kind) {
     case fieldKind_t::integer32:
-        return value == std::to_string(readInteger(value));
+        return isUsualInteger(value) || value == std::to_string(readInteger(value));
     case fieldKind_t::integer16:
         return value == std::to_string(static_cast<std::int16_t>(readInteger(value)));
     case fieldKind_t::float64:

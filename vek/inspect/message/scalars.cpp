@@ -29,6 +29,13 @@ std::string escapedText(std::string_view text) {
     return value;
 }
 
+bool isUsualInteger(std::string_view value) {
+    constexpr std::size_t mostDigits = 9;
+    const std::string_view digits = value.substr(value.starts_with('-') ? 1 : 0);
+    return !digits.empty() && digits.size() <= mostDigits && (digits[0] != '0' || value.size() == 1) &&
+           std::all_of(digits.begin(), digits.end(), [](char digit) { return isDigit(digit); });
+}
+
 std::string realText(double value) {
     char digits[realRoom];
     return std::string(digits, writeReal(value, digits));

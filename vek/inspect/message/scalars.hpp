@@ -18,6 +18,9 @@ bool isText(const node_t &node);
 std::string unescapedText(std::string_view value);
 std::string escapedText(std::string_view text);
 
+/// Whether an integer of 32 bits stands there as the library would write it; not of those with the most digits.
+bool isUsualInteger(std::string_view value);
+
 /// A real as the library writes it in a body.
 std::string realText(double value);
 

@@ -53,7 +53,7 @@ public:
     static std::string sentRows(std::size_t count);
     /// Runs an INSERT that selects from rows sent with it in RowBinary, of this structure, under a name of its own.
     /// False when it is not known whether it was run, or is running still, or it was in part. Throws like ask().
-    bool insert(const std::string &statement, const std::string &structure, std::string_view rows,
+    bool insert(const std::string &statement, const std::string &structure, packedRows_t &rows,
                 const std::string &queryName);
     /// Each server of the cluster by itself, or this one alone. Throws databaseError_t when one does not answer.
     std::vector<std::unique_ptr<clusterServer_t>> all();
@@ -74,7 +74,7 @@ private:
     clusterServer_t(const httpAddress_t &address, bool isPatient);
     void askMajority();
     outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
-    outcome_t sendRows(httpClient_t::parameters_t parameters, const packedRows_t &packed);
+    outcome_t sendRows(httpClient_t::parameters_t parameters, std::string_view packed);
     void judge(const httpClient_t::answer_t &answer);
     void waitAfter(const std::string &why);
     [[noreturn]] void refuse(const std::string &why) const;

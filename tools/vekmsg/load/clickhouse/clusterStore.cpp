@@ -283,7 +283,7 @@ void clusterStore_t::row(const inspect::row_t &row) {
     table.logs.try_emplace(number, row.front.byteOffset);
     ++table.count;
     const std::size_t before = table.rows.size();
-    inspect::appendRowBinary(table.rows, row);
+    table.rows.add([&](std::string &out) { inspect::appendRowBinary(out, row); });
     size_ += table.rows.size() - before;
 }
 
@@ -303,14 +303,21 @@ void clusterStore_t::save(const archivedLog_t &log) {
 }
 
 // A claim that counts behind all the batches has counted for each of them. What is not said of them is found when it is
-// needed: rows that are there are not taken again.
+// needed: rows that are there are not taken again. Between two times of saying it the tables with few rows wait for
+// more, as each batch of a table is files of its own for the server.
 void clusterStore_t::commit(bool isLast) {
+    constexpr std::uint64_t pause = 60'000; // milliseconds
     hasBegun_ = false;
+    const bool isSettling = isLast || !left_.empty() || milliseconds() - savedAt_ >= pause;
+    const std::size_t least = isSettling || !isFull() ? 0 : size_ / tables_.size();
     for (table_t &table : tables_)
-        send(table);
-    size_ = 0;
-    if (!saved_.empty())
-        settle(isLast);
+        if (table.rows.size() >= least)
+            send(table);
+    if (!saved_.empty()) {
+        claims_.verify();
+        if (isSettling)
+            settle(isLast);
+    }
     if (isLast && !forgotten_.empty()) {
         std::vector<std::string> tables = tableNames();
         tables.insert(tables.end(), {"marks", "sources"});
@@ -319,11 +326,8 @@ void clusterStore_t::commit(bool isLast) {
     }
 }
 
+// All rows that came are there.
 void clusterStore_t::settle(bool isLast) {
-    constexpr std::uint64_t pause = 60'000; // milliseconds
-    claims_.verify();
-    if (!isLast && left_.empty() && milliseconds() - savedAt_ < pause)
-        return;
     savedAt_ = milliseconds();
     std::string marks;
     for (const auto &[mark, number] : marks_)
@@ -382,6 +386,7 @@ void clusterStore_t::send(table_t &table) {
             break;
         claims_.renew();
     }
+    size_ -= table.rows.size();
     table.rows.clear();
     table.count = 0;
     table.logs.clear();

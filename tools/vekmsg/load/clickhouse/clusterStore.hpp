@@ -56,7 +56,7 @@ private:
     struct table_t {
         const inspect::table_t *declared;
         std::string names, values, structure, key; // of its columns
-        std::string rows;                          // that go out together
+        packedRows_t rows;                         // that go out together
         std::size_t count = 0;
         std::map<std::uint64_t, std::uint64_t> logs; // of these, with their first offsets
     };

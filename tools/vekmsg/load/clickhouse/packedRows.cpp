@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <new>
 
 #ifdef VEK_ZSTD
@@ -11,6 +12,19 @@
 #endif
 
 namespace vek::tool {
+
+const std::string &packedRows_t::bytes() {
+    if (!isPacked)
+        return rest_;
+    packRest();
+    return packed_;
+}
+
+void packedRows_t::clear() {
+    packed_.clear();
+    rest_.clear();
+    packedSize_ = 0;
+}
 
 #ifdef VEK_ZSTD
 
@@ -23,33 +37,40 @@ void putSize(char *out, std::size_t size) {
         out[byte] = static_cast<char>(size >> (8 * byte));
 }
 
+struct releaser_t {
+    void operator()(ZSTD_CCtx *context) const { ZSTD_freeCCtx(context); }
+};
+
 } // namespace
 
-packedRows_t packedRows(std::string_view rows) {
-    constexpr std::size_t blockSize = std::size_t{1} << 20;
+void packedRows_t::packRest() {
+    constexpr std::size_t mostBytes = std::size_t{1} << 26; // of a block; a row may be long
     constexpr char method = '\x90';
-    packedRows_t packed{{}, true};
-    for (; !rows.empty(); rows.remove_prefix(std::min(blockSize, rows.size()))) {
-        const std::string_view block = rows.substr(0, blockSize);
-        const std::size_t begin = packed.bytes.size(), room = ZSTD_compressBound(block.size());
-        packed.bytes.resize(begin + checksumSize + headSize + room);
-        char *const head = packed.bytes.data() + begin + checksumSize;
-        const std::size_t size = ZSTD_compress(head + headSize, room, block.data(), block.size(), 1);
+    constexpr int level = -1; // half the time of level 1, for a tenth more bytes
+    thread_local const std::unique_ptr<ZSTD_CCtx, releaser_t> context(ZSTD_createCCtx());
+    if (!context)
+        throw std::bad_alloc();
+    for (std::string_view rows = rest_; !rows.empty(); rows.remove_prefix(std::min(mostBytes, rows.size()))) {
+        const std::string_view block = rows.substr(0, mostBytes);
+        const std::size_t begin = packed_.size(), room = ZSTD_compressBound(block.size());
+        packed_.resize(begin + checksumSize + headSize + room);
+        char *const head = packed_.data() + begin + checksumSize;
+        const std::size_t size =
+            ZSTD_compressCCtx(context.get(), head + headSize, room, block.data(), block.size(), level);
         if (ZSTD_isError(size) != 0)
             throw std::bad_alloc();
         head[0] = method;
         putSize(head + 1, size + headSize);
         putSize(head + 5, block.size());
-        packed.bytes.resize(begin + checksumSize + headSize + size);
+        packed_.resize(begin + checksumSize + headSize + size);
     }
-    return packed;
+    packedSize_ += rest_.size();
+    rest_.clear();
 }
 
 #else
 
-packedRows_t packedRows(std::string_view rows) {
-    return {std::string(rows), false};
-}
+void packedRows_t::packRest() {}
 
 #endif
 
