@@ -68,6 +68,7 @@ test('the differences of two large messages that are quite unlike', { skip }, as
   const unlike = {
     keys: (from) => message(4112, 1, `{${many(from, (text) => `${text.toUpperCase()}=1;`)}}`),
     elements: (from) => message(4161, 1, `{STATUS=3;NUM_OF_MESSAGES=8000;MSGS={${many(from, (text) => `${text},`)}};}`),
+    'every other': (from) => message(4112, 1, `{${many(from, (text) => `${text.toUpperCase()}=1;${word(0)}=${text};`).slice(0, 90_000)}}`),
     text: (from) => message(4112, 1, `{MEDIA_NAME=${many(from, (text) => text)};FOCUS_VALUE=1.000000;}`),
   };
   for (const [name, make] of Object.entries(unlike)) {

@@ -124,3 +124,34 @@ test('two logs line by line: every row once and in order, pairs of one kind and 
     }
   }
 });
+
+test('two texts are aligned by lines and keys, then within these: what is alike in quite unlike ones is not marked', async () => {
+  const { differing } = await sourceModule('lineDiff');
+  let state = 5;
+  const below = (most) => (state = (state * 48271) % 0x7fffffff) % most;
+  // What is not marked is the same in both; gives what is marked.
+  const marked = (there, here) => {
+    const changes = differing(there, here);
+    let [from, other] = [0, 0];
+    for (const [at, to, atOther, toOther] of [...changes, [there.length, there.length, here.length, here.length]]) {
+      assert.equal(there.slice(from, at), here.slice(other, atOther));
+      [from, other] = [to, toOther];
+    }
+    return [changes.map(([at, to]) => there.slice(at, to)), changes.map(([, , at, to]) => here.slice(at, to))];
+  };
+  const some = () => Array.from({ length: below(9) }, () => ['', '{', `A=${below(4)};`, `B=${below(3)};`, 'x,', '},\u{1f600}'][below(6)]);
+  for (let round = 0; round < 3000; ++round) marked(some().join('\n'), some().join('\n'));
+
+  const word = (at) => (Math.imul(at + 1, 2654435761) >>> 0).toString(36);
+  const lines = (side, one) => Array.from({ length: 9000 }, (_none, at) => one(at, word(at), word(at + 9000 * side))).join('\n');
+  const cases = {
+    'lines of either alone': (at, _same, other) => (at % 3 === 0 ? `L${at % 2}=${at};` : `${other},`),
+    'other values of each key': (_at, same, other) => `K${same}=${other};`,
+    'elements of two keys': (at, _same, other) => (at % 2 === 0 ? `NAME=${other};` : `TYPE=${at % 4};`),
+  };
+  for (const [name, one] of Object.entries(cases)) {
+    const [left, right] = [lines(1, one), lines(2, one)];
+    assert.ok(left.length > 75_000 && right.length > 75_000, name);
+    for (const side of marked(left, right)) assert.ok(!side.some((words) => /=/.test(words)), name);
+  }
+});

@@ -1,6 +1,8 @@
 // Which messages of two logs belong together: those of a kind with the same echo tag, the first to the first, or those
 // of a kind at nearly the same time. What would stand crosswise is left apart, so that both logs keep their order.
 
+import { uncrossed } from './search.ts';
+
 /** What is known of a log's messages. */
 export interface Side {
   id: Int32Array;
@@ -66,26 +68,6 @@ function byTime(left: Side, right: Side, times: Float64Array) {
     }
   }
   return partners;
-}
-
-// The most rows whose partners rise; the others lose theirs.
-function uncrossed(partners: Int32Array) {
-  const ends: number[] = []; // of a rising sequence of each length the row with the least partner
-  const before = new Int32Array(partners.length).fill(-1);
-  for (let row = 0; row < partners.length; ++row) {
-    if (partners[row] < 0) continue;
-    let from = 0;
-    for (let to = ends.length; from < to;) {
-      const middle = (from + to) >>> 1;
-      if (partners[ends[middle]] < partners[row]) from = middle + 1;
-      else to = middle;
-    }
-    before[row] = from > 0 ? ends[from - 1] : -1;
-    ends[from] = row;
-  }
-  const kept = new Int32Array(partners.length).fill(-1);
-  for (let row = ends.at(-1) ?? -1; row >= 0; row = before[row]) kept[row] = partners[row];
-  return kept;
 }
 
 /** Both logs line by line. What has no partner stands where its time is, or, without times, that of the left log first. */

@@ -1,14 +1,9 @@
 // Two messages' texts with each pair on a line of its own, and where they differ: made in the worker, since that takes a
 // while with large ones that are quite unlike.
-import { diff } from '@codemirror/merge';
 import { coreText } from './bytes.ts';
+import { differing, type Changes } from './lineDiff.ts';
 import type { MessageModel, Pair } from './messageModel.ts';
 import { shownWords } from './signs.ts';
-
-const limits = { scanLimit: 5000, timeout: 100 }; // characters that differ, milliseconds: beyond, more is marked than differs
-
-/** Of each stretch that differs first and last end there, and here. */
-export type Changes = [fromThere: number, toThere: number, fromHere: number, toHere: number][];
 
 export interface PairTexts {
   there: string;
@@ -43,6 +38,5 @@ function linesOf(model: MessageModel) {
 
 export function pairTexts(one: MessageModel, other: MessageModel): PairTexts {
   const [there, here] = [linesOf(one), linesOf(other)];
-  const changes = diff(there, here, limits).map(({ fromA, toA, fromB, toB }): Changes[number] => [fromA, toA, fromB, toB]);
-  return { there, here, changes };
+  return { there, here, changes: differing(there, here) };
 }
