@@ -65,6 +65,7 @@ public:
         errors += other.errors;
         warnings += other.warnings;
     }
+    bool needsLines() const override { return !arguments_.isQuiet; }
 
     void take(const item_t &item) override {
         ++messages;

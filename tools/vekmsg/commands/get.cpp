@@ -26,11 +26,12 @@ class getTask_t final : public task_t {
 public:
     explicit getTask_t(const std::string &path) : path_(path) {}
 
-    std::unique_ptr<task_t> fork() const override { return std::make_unique<getTask_t>(*this); }
+    std::unique_ptr<task_t> fork() const override { return std::make_unique<getTask_t>(path_); }
     void join(task_t &later) override {
         found += static_cast<getTask_t &>(later).found;
         ofDamaged += static_cast<getTask_t &>(later).ofDamaged;
     }
+    bool needsLines() const override { return false; }
 
     void take(const item_t &item) override {
         const std::optional<std::string> value = inspect::valueAt(item.tree(), path_);

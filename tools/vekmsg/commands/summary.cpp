@@ -46,10 +46,13 @@ public:
 
     bool hasColours() const override { return true; }
     std::unique_ptr<task_t> fork() const override { return std::make_unique<summaryTask_t>(isChecked_, true); }
+    bool needsLines() const override { return false; }
     void join(task_t &task) override {
         auto &later = static_cast<summaryTask_t &>(task);
         for (auto &[id, other] : later.kinds) {
             kind_t &kind = kinds[id];
+            other.first.line += later.linesInFront;
+            other.last.line += later.linesInFront;
             if (kind.count == 0)
                 std::swap(kind.first, other.first);
             std::swap(kind.last, other.last);

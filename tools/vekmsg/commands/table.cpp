@@ -38,6 +38,7 @@ public:
     std::unique_ptr<task_t> fork() const override { return std::make_unique<tableTask_t>(arguments_, times_); }
 
     void join(task_t &later) override { rows += static_cast<tableTask_t &>(later).rows; }
+    bool needsLines() const override { return std::ranges::find(arguments_.keys, "line") != arguments_.keys.end(); }
 
     std::uint64_t rows = 0;
 

@@ -16,6 +16,11 @@ namespace {
 
 constexpr std::size_t flushSize = std::size_t{1} << 16;
 
+// Of a message, also of one that was passed over.
+std::string placeOf(const auto &message) {
+    return inspect::joined({message.file, ":", std::to_string(message.line), ":", std::to_string(message.column)});
+}
+
 void complainOf(item_t item, std::string_view form, const inspect::refusal_t &refusal) {
     const std::string_view before = form.substr(0, refusal.offset);
     item.line += static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
@@ -26,7 +31,7 @@ void complainOf(item_t item, std::string_view form, const inspect::refusal_t &re
 } // namespace
 
 std::string item_t::place() const {
-    return std::string(file) + ":" + std::to_string(line) + ":" + std::to_string(column);
+    return placeOf(*this);
 }
 
 void passedOver_t::join(const passedOver_t &later) {
@@ -53,7 +58,7 @@ void itemSink_t::message(item_t &item) {
         overhang_ = item.lineHead;
     item.file = file_;
     if (const std::size_t size = item.text.size() + 1; size > filter_.longest()) {
-        passedOver_.join({1, item.place(), size, size});
+        passedOver_.join({1, item.file, item.line, item.column, size, size});
         return;
     }
     item.form = form;
@@ -126,7 +131,7 @@ void reader_t::tell(const passedOver_t &passedOver) {
     flush();
     progress_.clear();
     const std::string more = passedOver.count == 1 ? "" : ", and " + std::to_string(passedOver.count - 1) + " more";
-    complain(passedOver.place + ": a message of " + std::to_string(passedOver.size) + " characters was passed over" +
+    complain(placeOf(passedOver) + ": a message of " + std::to_string(passedOver.size) + " characters was passed over" +
              more + "; --longest " + std::to_string(passedOver.largest) + " reads " + (more.empty() ? "it" : "them"));
     status_ = std::max(status_, exitDifferences);
 }

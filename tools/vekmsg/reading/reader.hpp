@@ -24,7 +24,8 @@ namespace vek::tool {
 /// is.
 struct passedOver_t {
     std::uint64_t count = 0;
-    std::string place;
+    std::string_view file; // the reader's
+    std::uint64_t line = 0, column = 0;
     std::size_t size = 0, largest = 0;
 
     /// Puts later ones behind these.

@@ -67,7 +67,8 @@ private:
         std::string_view lines;    // its lines, as far as they are in its part of the file
         std::uint64_t start = 0;   // of these
         std::uint64_t partEnd = 0; // where the part ends; the last line may go on
-        std::uint64_t line = 1;    // the number of the first one
+        std::uint64_t line = 1;    // the number of the first one, where that is needed
+        std::uint64_t lineCount = 0;
         std::unique_ptr<task_t> task;
         std::uint64_t last = 0; // where its last message ends
         std::string lineHead;   // in front of that one, when it goes on behind the piece
@@ -110,6 +111,11 @@ private:
         }
         counts_.found += piece.counts.found;
         counts_.taken += piece.counts.taken;
+        if (!task_.needsLines()) {
+            piece.task->linesInFront = lines_;
+            piece.counts.passedOver.line += lines_;
+            lines_ += piece.lineCount;
+        }
         counts_.passedOver.join(piece.counts.passedOver);
         task_.join(*piece.task);
         output_(piece.task->out, std::min(size_, (number + 1) * pieceSize_));
@@ -118,8 +124,7 @@ private:
         changed_.notify_all();
     }
 
-    // Reads a piece, finds the lines that begin in it, and waits for the number of the first one, which is known once
-    // all pieces before it have counted their lines.
+    // Reads a piece, and finds the lines that begin in it.
     piece_t cut(window_t &window, std::uint64_t number) {
         const std::uint64_t from = number * pieceSize_, before = from == 0 ? 0 : from - 1;
         std::string_view part = window.read(window.part, before);
@@ -129,21 +134,31 @@ private:
             first = part.size() - inspect::withoutByteOrderMark(part).size();
         else
             first = std::min(part.find('\n'), part.size() - 1) + 1;
-        const std::string_view own = part.substr(static_cast<std::size_t>(from - before));
-        const std::uint64_t lines = inspect::countLines(own);
 
         piece_t piece;
         piece.lines = part.substr(first);
         piece.start = before + first;
         piece.partEnd = before + part.size();
-        const std::uint64_t inFront = inspect::countLines(own.substr(0, own.size() - piece.lines.size()));
+        if (task_.needsLines())
+            takeNumber(piece, number);
+        return piece;
+    }
+
+    // Waits for the number of the first line, which is known once all pieces before it have counted theirs.
+    void takeNumber(piece_t &piece, std::uint64_t number) {
+        const std::uint64_t count = linesOf(piece);
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return failure_ || counted_ == number; });
-        piece.line = lines_ + 1 + inFront;
-        lines_ += lines;
+        piece.line = lines_ + 1;
+        lines_ += count;
         ++counted_;
         changed_.notify_all();
-        return piece;
+    }
+
+    // How many there are, with the one that goes on behind the part.
+    static std::uint64_t linesOf(const piece_t &piece) {
+        const bool goesOn = !piece.lines.empty() && !piece.lines.ends_with('\n');
+        return inspect::countLines(piece.lines) + (goesOn ? 1 : 0);
     }
 
     // Scans a piece's lines; `skipped` bytes of them belong to the message of the piece before.
@@ -180,12 +195,14 @@ private:
         }
         if (offset >= size_)
             scanner.finish(sink);
+        if (!task_.needsLines()) // the scanner has counted them, unless it had to go on behind them
+            piece.lineCount = scanner.decided() == end ? scanner.line() - piece.line : linesOf(piece);
         piece.counts = {sink.found(), sink.taken(), sink.passedOver()};
         piece.last = sink.lastEnd();
         piece.lineHead = sink.overhang();
     }
 
-    const std::string name_;
+    const std::string &name_;
     const std::uint64_t size_;
     const std::size_t pieceSize_;
     const filter_t &filter_;

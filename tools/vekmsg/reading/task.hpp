@@ -68,13 +68,17 @@ public:
     virtual std::unique_ptr<task_t> fork() const { return nullptr; }
     /// Takes over what the task of the following piece has gathered, but its output.
     virtual void join(task_t &) {}
+    /// Whether the items of a piece have their lines' numbers in the file, which takes a pass over it in front; else
+    /// these are counted from the piece on, and when it is joined, `linesInFront` tells what they lack.
+    virtual bool needsLines() const { return true; }
 
     std::string out; ///< for standard output; taken away from time to time
+    std::uint64_t linesInFront = 0;
 
 protected:
     task_t() = default;
-    task_t(const task_t &) = default;
-    task_t &operator=(const task_t &) = default;
+    task_t(const task_t &) = delete; // a piece's task begins with nothing gathered
+    task_t &operator=(const task_t &) = delete;
 };
 
 } // namespace vek::tool
