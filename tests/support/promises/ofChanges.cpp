@@ -125,7 +125,9 @@ std::string brokenOfChange(std::string_view text, std::string_view path, std::op
         const tree_t &of = node != nullptr ? after : before;
         const node_t *const where = node != nullptr ? node : old;
         const bool isOfList = where != nullptr && (isElement || where->isCode);
-        const std::string top(isOfList ? of.path(of.nodes()[where->parent]) : newTop(one, path));
+        std::string top(newTop(one, path));
+        if (const std::string list(isOfList ? of.path(of.nodes()[where->parent]) : path); isWithin(top, list))
+            top = list;
         for (const difference_t &difference : differences(one, other))
             if (!isWithin(difference.path, top) && !isWithin(path, difference.path) &&
                 !isBound(of, where, difference.path))

@@ -77,8 +77,8 @@ bool checker_t::isTolerated(findingCode_t code, severity_t severity) const {
     case tolerance_t::whatIsBuilt:
         break;
     }
-    return severity == warning &&
-           (code == noStructure || code == missingKey || code == controlCharacter || code == lineBreak);
+    return severity == warning && (code == noStructure || code == missingKey || code == controlCharacter ||
+                                   code == lineBreak || code == otherQuotes);
 }
 
 bool checker_t::report(findingCode_t code, severity_t severity, place_t place, const node_t *node) {

@@ -58,8 +58,10 @@ void checker_t::checkGroup(const node_t &node) {
     const std::string_view value = tree_.value(node);
     if (!lacksBraces(node)) {
         if (value.size() == 2 && report(emptyValue, node.value, &node))
-            tell("an empty group", node.isElement ? "a host reads an element with zeros and empty texts"
-                                                  : "a host reads it as if it were not there");
+            tell("an empty group", !node.isElement ? "a host reads it as if it were not there"
+                                   : node.valueKind() == fieldKind_t::text16
+                                       ? "a host reads an empty text, and writes nothing of it"
+                                       : "a host reads an element with zeros and empty texts");
     } else if (report(nestedMissing, node.value, &node)) {
         const bool isWide = node.valueKind() == fieldKind_t::text16;
         const node_t *behind = next(tree_.nodes()[node.parent], node);

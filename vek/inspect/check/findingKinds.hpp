@@ -66,6 +66,7 @@ enum class findingCode_t : std::uint8_t {
     beyondRoom,
     controlCharacter,
     leadingQuote,
+    otherQuotes,
 
     endOfCodes, // no finding
 };
@@ -185,6 +186,9 @@ inline constexpr std::array<findingKind_t, findingCodeCount> findingKinds = [] {
         {leadingQuote, "leading-quote", warning, "a text that begins with a double quote", 4112,
          "{MEDIA_NAME=\"a;b\";FOCUS_VALUE=3.250000;}",
          "Take the quotes off. Separators and braces in the text are then written by their codes, as a host does."},
+        {otherQuotes, "other-quotes", warning, "a text in single or typographic quotes, which a host takes for its own",
+         4112, "{MEDIA_NAME='a';FOCUS_VALUE=3.250000;}",
+         "Take them off, unless they are part of the text: a host knows double quotes only, and needs none."},
     }};
 }();
 

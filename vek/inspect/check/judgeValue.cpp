@@ -68,6 +68,9 @@ valueFinding_t judgeText(std::string_view value, std::optional<std::int32_t> roo
         return warned(lineBreak, joined({"the text ", shownValue(value), " begins with a blank"}),
                       "a host keeps it as part of the text",
                       std::string(value.substr(std::min(value.find_first_not_of(' '), value.size()))));
+    if (const std::string_view inner = withinOtherQuotes(value); at == value.end() && inner.size() < value.size())
+        return warned(otherQuotes, joined({"the text ", shownValue(value), " stands in quotes", oddCharacterIn(value)}),
+                      "a host keeps them as part of the text", std::string(inner));
     if (at == value.end())
         return {};
     if (*at == '\n' || *at == '\r')

@@ -14,11 +14,14 @@ namespace vek::inspect {
 
 namespace {
 
-// That would be told of: a control character, or a blank at a text's beginning. Another stands in front.
+// A typographic quote, among others: the first byte of a character from U+2000 to U+2FFF.
+constexpr char wideQuote = '\xE2';
+
+// That may be told of: a control character, or a blank or a quote at a text's beginning. Another stands in front.
 bool isOdd(const char &c) {
     const char before = *(&c - 1);
     return (static_cast<unsigned char>(c) < 0x20 && !isEscapeCode(c)) || c == 0x7F ||
-           (c == ' ' && (isSeparator(before) || before == openBrace));
+           ((c == ' ' || c == '\'' || c == wideQuote) && (isSeparator(before) || before == openBrace));
 }
 
 // The body of a message, which begins with its brace.
@@ -29,8 +32,9 @@ bool hasOdd(std::string_view body) {
 #ifdef __SSE2__
     for (; end - at >= characterBlock_t::size; at += characterBlock_t::size) {
         const characterBlock_t block(at), before(at - 1);
-        const unsigned blanks = block.equal(' ') & before.equalAny(equalsSign, semicolon, comma, openBrace);
-        if ((blanks | block.between('\0', 0x1F) | block.equal(0x7F)) != 0 &&
+        const unsigned fronts =
+            block.equalAny(' ', '\'', wideQuote) & before.equalAny(equalsSign, semicolon, comma, openBrace);
+        if ((fronts | block.between('\0', 0x1F) | block.equal(0x7F)) != 0 &&
             std::any_of(at, at + characterBlock_t::size, &isOdd))
             return true;
     }

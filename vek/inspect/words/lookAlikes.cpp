@@ -43,6 +43,14 @@ char meantBy(std::uint32_t code) {
                                 : kind->meant;
 }
 
+// Of the single or typographic quote that a text begins with; 0 when it begins with none.
+std::size_t otherQuoteSize(std::string_view text) {
+    if (text.starts_with('\''))
+        return 1;
+    const std::uint32_t code = utf8Size(text) == 3 ? utf8Character(text.substr(0, 3)) : 0;
+    return code >= 0x2018 && code <= 0x201F ? 3 : 0;
+}
+
 } // namespace
 
 std::string inAscii(std::string_view value) {
@@ -83,6 +91,13 @@ std::string withoutOddCharacters(std::string_view word) {
         if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U)
             text += static_cast<unsigned char>(c) < 0x80 ? c : '?';
     return text;
+}
+
+std::string_view withinOtherQuotes(std::string_view text) {
+    const std::size_t front = otherQuoteSize(text);
+    const bool isWide = text.size() >= 3 && otherQuoteSize(text.substr(text.size() - 3)) == 3;
+    const std::size_t back = isWide ? 3 : text.ends_with('\'') ? 1 : 0;
+    return front > 0 && back > 0 && text.size() >= front + back ? text.substr(front, text.size() - front - back) : text;
 }
 
 bool isBlankOfAnyKind(std::string_view text) {
