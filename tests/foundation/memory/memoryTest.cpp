@@ -104,7 +104,7 @@ TEST(stringMemory, textsBeyondTheLargestCapacityAreOutOfMemory) {
         EXPECT_EQ(reported([&] { text.append(nullptr, length); }), outOfMemory);
         EXPECT_EQ(text.capacity(), 0U);
     }
-    for (const std::uint32_t step : {0xFFFFFFFFU, 64U}) { // rounding up must not wrap around
+    for (const std::uint32_t step : {0xFFFFFFFFU, 64U, 1U}) { // rounding up must not wrap around, nor be what refuses
         vek::setGrowthStep(step);
         EXPECT_EQ(reported([] { string_t(string_t::notFound, 'x'); }), outOfMemory);
     }
