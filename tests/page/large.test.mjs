@@ -142,7 +142,10 @@ test(
           await page.focus('#messages');
           await page.keyboard.press('End');
           await page.waitForSelector(`#messages-${count - 1}[aria-selected=true]`);
+          const asked = performance.now();
           await plot(page, 'deviceStatus_t LOW_STATUS');
+          const [values] = /[\d,]+ values/.exec(await says(page, '#announcer', /^LOW_STATUS: [\d,]+ values drawn\.$/));
+          context.diagnostic(`${values} drawn in ${((performance.now() - asked) / 1000).toFixed(2)} s`);
           await page.selectOption('#plotBands', 'deviceStatus_t STATUS');
           await settled(page);
           const box = await page.locator('#plot .u-over').boundingBox();

@@ -242,8 +242,9 @@ export class Log {
     return { source: this.source, offsets, sizes };
   }
 
-  // A job over some rows, a piece of them after the other, so that the page answers meanwhile. Results come in the order
-  // of the rows; they are read in the order of their bytes.
+  // A job over some rows, a piece of them after the other, so that the page answers meanwhile; while the worker is at one,
+  // the next is made ready and its bytes are read. Results come in the order of the rows; they are read in the order of
+  // their bytes.
   async #ask<Kind extends Asked, Result extends Uint8Array | Float64Array>(
     kind: Kind,
     rows: Rows,
@@ -252,18 +253,26 @@ export class Log {
     signal?: AbortSignal,
   ): Promise<Result> {
     const { offset } = this.columns;
-    for (let from = 0; from < rows.length; from += pieceSize) {
+    const answer = async (from: number) => {
       const piece = rows.slice(from, from + pieceSize);
       const order =
         this.files.length > 1
           ? Uint32Array.from(piece, (_row, at) => at).sort((left, right) => offset[piece[left]] - offset[piece[right]])
           : undefined;
       const places = this.places(order ? order.map((at) => piece[at]) : piece);
-      const answer = await this.queue.run(kind, { ...places, ...parts } as never, { signal });
-      const some = 'numbers' in answer ? answer.numbers : answer.isFound;
+      const found = await this.queue.run(kind, { ...places, ...parts } as never, { signal });
+      const some = 'numbers' in found ? found.numbers : found.isFound;
       if (order) order.forEach((at: number, i: number) => (result[from + at] = some[i]));
       else result.set(some, from);
+    };
+    let before = Promise.resolve();
+    for (let from = 0; from < rows.length; from += pieceSize) {
+      const next = answer(from);
+      next.catch(() => {}); // that it fails is seen when its turn comes
+      await before;
+      before = next;
     }
+    await before;
     return result;
   }
 
