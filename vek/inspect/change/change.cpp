@@ -100,7 +100,8 @@ public:
 
     /// In a record that has so many values and no keys, which are told apart by their order.
     bool addNext(const recordSchema_t &record, std::uint32_t count, std::string_view path) {
-        const fieldSchema_t *field = record.find(path);
+        const std::string_view key = firstStep(path);
+        const fieldSchema_t *field = record.find(key);
         if (field == nullptr)
             return false;
         const bool isNext = static_cast<std::uint32_t>(field->position) == count;
@@ -109,7 +110,7 @@ public:
                         ? joined({"the values here are told apart by their order, and the next one is ",
                                   record.fields[count].key})
                         : "the values here are told apart by their order, and there is none behind the last";
-        const bool isWritten = isNext && addValue(*field, part_t::whole, {});
+        const bool isWritten = isNext && addValue(*field, part_t::whole, behind(path, key));
         text += comma;
         return isWritten;
     }
