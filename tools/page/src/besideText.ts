@@ -14,6 +14,7 @@ const mostInOther = 10_000; // characters that differ in one go: the view of one
 const isForced = '@media (forced-colors: active)';
 const marked = '.cm-changedText.cm-changedText.cm-changedText, .cm-deletedChunk .cm-deletedText.cm-deletedText.cm-deletedText';
 const lines = '.cm-changedLine.cm-changedLine, .cm-deletedChunk.cm-deletedChunk';
+const collapsed = '.cm-collapsedLines.cm-collapsedLines';
 const theme = EditorView.theme({
   '&': { backgroundColor: 'transparent' },
   '.cm-line, .cm-deletedChunk .cm-deletedLine': { paddingInline: '0.6rem' },
@@ -21,11 +22,12 @@ const theme = EditorView.theme({
   [lines]: { backgroundColor: 'var(--track)' },
   '.cm-deletedChunk.cm-deletedChunk': { paddingInline: '0', color: 'var(--muted)' },
   [marked]: { background: 'var(--lit)', color: 'var(--litInk)', borderRadius: '3px' },
+  [collapsed]: { background: 'var(--track)', color: 'var(--muted)' },
   [isForced]: {
     [lines]: { backgroundColor: 'Canvas' },
     [marked]: { forcedColorAdjust: 'none', background: 'Highlight', color: 'HighlightText' },
+    [collapsed]: { background: 'Canvas', borderBlock: '1px dashed' },
   },
-  '.cm-collapsedLines.cm-collapsedLines': { background: 'var(--track)', color: 'var(--muted)' },
   '.cm-collapsedLines::before, .cm-collapsedLines::after': { content: "'\u22ee'" },
 });
 

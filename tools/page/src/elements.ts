@@ -33,6 +33,7 @@ interface Elements {
   progressBar: HTMLProgressElement;
   rawDialog: HTMLDialogElement;
   redoEdit: HTMLButtonElement;
+  savePassing: HTMLButtonElement;
   sendDialog: HTMLDialogElement;
   sendNow: HTMLButtonElement;
   sendText: HTMLTextAreaElement;

@@ -315,6 +315,7 @@ export class Filters {
     );
     if (this.#passed !== passed || this.log !== log) return;
     const isStopped = [...this.#searches.values()].some((search) => search.isStopped && search.end < log.count);
+    byId('savePassing').disabled = passed.count === 0;
     this.on.rows(passed.rows.subarray(0, passed.count), count, isStopped);
     this.#tellOthers(passed.tests, count);
   }

@@ -132,7 +132,11 @@ class Page {
     await refresh();
     if (this.log !== log) return;
     busy(Promise.all(this.panels.map((panel) => panel.complete())));
-    const found = `${counted(log.count, 'message')}, ${number(log.counts.withProblems)} with problems.`;
+    const { withProblems } = log.counts;
+    const found =
+      log.count > 0
+        ? `${counted(log.count, 'message')}, ${withProblems > 0 ? number(withProblems) : 'none'} with problems.`
+        : 'No message.';
     announce(refusal ?? `${log.isCut ? 'Stopped: ' : ''}${found}`, refusal !== undefined);
     if (log.count > 0 && this.row === undefined) this.list.choose(0);
     if (log.count === 1) this.detail.tree.focus();

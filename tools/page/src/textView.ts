@@ -8,6 +8,7 @@ import type { MessageModel } from './messageModel.ts';
 import type { Bytes, Place } from './types.ts';
 
 const stretchSize = 2048; // bytes
+const longestWhole = 30; // bytes of a text that stands on one line
 
 // Of what viewing.ts says of each byte.
 const severityClasses = ['', 'wrong-warning', 'wrong-error'];
@@ -148,7 +149,8 @@ export class TextView {
 
   #piece(start: number, end: number, severity: number, kind: number, isLit: boolean): Piece {
     const words = withBreaks(shown(coreText(this.model.bytes.subarray(start, end)), true));
-    const classes = [severityClasses[severity], kindClasses[kind]].filter(Boolean).join(' ');
+    const isWhole = kindClasses[kind] === 'valueText' && end - start <= longestWhole;
+    const classes = [severityClasses[severity], kindClasses[kind], isWhole && 'whole'].filter(Boolean).join(' ');
     const made = element(isLit ? 'mark' : 'span', { class: classes || null }, ...words);
     this.#places.set(made, start);
     return { made, start, end };
