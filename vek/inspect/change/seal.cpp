@@ -3,6 +3,7 @@
 
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/message/written.hpp"
+#include "vek/inspect/words/lookAlikes.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/characters.hpp"
@@ -130,6 +131,10 @@ formResult_t seal(std::string_view text, const sealOptions_t &options) {
         return judged(sealed(*options.id, options.echoTag.value_or(-1), options.sequenceNumber.value_or(0),
                              withoutLineBreaks(text)),
                       options);
+    if (const std::size_t first = text.find_first_not_of("[{ \t\r\n");
+        form == form_t::none && text.find('{') < first && text.find(':') != std::string_view::npos &&
+        otherQuoteSize(text.substr(std::min(first, text.size()))) > 0)
+        return {{}, "JSON has its names and texts in double quotes, not in others", first};
     if (form == form_t::none)
         return {{}, "this is no message, nor one of its forms: a message begins with \"@@\""};
     formResult_t read = readForm(text, form, {options.id, options.strictness == strictness_t::forced});

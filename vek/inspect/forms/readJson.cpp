@@ -4,6 +4,7 @@
 #include "vek/inspect/check/judge.hpp"
 #include "vek/inspect/forms/private/formText.hpp"
 #include "vek/inspect/forms/private/jsonText.hpp"
+#include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 #include "vek/text/numberText.hpp"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace vek::inspect {
 
@@ -24,6 +26,14 @@ const recordSchema_t *recordNamed(std::string_view name) {
         if (message.record != nullptr && message.record->name == name)
             return message.record;
     return nullptr;
+}
+
+std::vector<std::string_view> recordNames() {
+    std::vector<std::string_view> names;
+    for (const messageSchema_t &message : schema().messages())
+        if (message.record != nullptr)
+            names.push_back(message.record->name);
+    return names;
 }
 
 // Of what the parser says the last part: "[...] while parsing object - unexpected '}'; expected string literal". What
@@ -121,7 +131,8 @@ public:
 
     void finish() {
         if (!hasBody_)
-            refuse("the JSON has no message in it: no member has a record's name, nor \"body\"");
+            refuse(withSuggestion("the JSON has no message in it: no member has a record's name, nor \"body\"",
+                                  nearest(otherObject_, recordNames())));
         form.body = said_.take();
         form.body.offset = bodyStart_;
     }
@@ -176,7 +187,8 @@ private:
             return true;
         }
         if (isOurs() && kind != kind_t::nothing)
-            return refuse(joined({"\"", name_, "\" can't be ", shownValue(text)}));
+            return refuse(joined({"\"", name_, "\" can't be ", shownValue(text),
+                                  headerNumber() != nullptr ? ", it is a number without quotes" : ""}));
         if (depth_ == 1 && isBodyName())
             return refuse(joined({"\"", name_, "\" is the body, which is an object"}));
         return true;
@@ -211,6 +223,8 @@ private:
             form.record = name_ == "body" ? "" : name_;
             hasBody_ = isInBody_ = true;
             bodyStart_ = nameStart_.value_or(start_);
+        } else if (depth_ == 2 && isObject) {
+            otherObject_ = name_;
         }
         name_.clear();
         nameStart_.reset();
@@ -231,7 +245,7 @@ private:
     std::size_t start_ = 0, end_;          // of the token
     std::optional<std::size_t> nameStart_; // of the value that follows
     std::size_t bodyStart_ = 0, depth_ = 0;
-    std::string name_;
+    std::string name_, otherObject_; // the latter: of what may be meant for the body
     saidReader_t said_;
     bool isInBody_ = false, hasBody_ = false;
 };

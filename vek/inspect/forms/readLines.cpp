@@ -189,6 +189,10 @@ private:
             return refuse("a key is missing, or a \"]\"");
         enter(steps, indent);
         skipBlanks();
+        if (isAt(':'))
+            return refuse("a \"=\" belongs behind the key, not a \":\"");
+        if (!isAt('=') && !isAtLineEnd())
+            return refuse("a \"=\" is missing behind the key");
         if (!isAt('='))
             return openGroup(std::move(steps.back()), indent, true);
         ++at_;

@@ -43,14 +43,6 @@ char meantBy(std::uint32_t code) {
                                 : kind->meant;
 }
 
-// Of the single or typographic quote that a text begins with; 0 when it begins with none.
-std::size_t otherQuoteSize(std::string_view text) {
-    if (text.starts_with('\''))
-        return 1;
-    const std::uint32_t code = utf8Size(text) == 3 ? utf8Character(text.substr(0, 3)) : 0;
-    return code >= 0x2018 && code <= 0x201F ? 3 : 0;
-}
-
 } // namespace
 
 std::string inAscii(std::string_view value) {
@@ -91,6 +83,13 @@ std::string withoutOddCharacters(std::string_view word) {
         if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U)
             text += static_cast<unsigned char>(c) < 0x80 ? c : '?';
     return text;
+}
+
+std::size_t otherQuoteSize(std::string_view text) {
+    if (text.starts_with('\''))
+        return 1;
+    const std::uint32_t code = utf8Size(text) == 3 ? utf8Character(text.substr(0, 3)) : 0;
+    return code >= 0x2018 && code <= 0x201F ? 3 : 0;
 }
 
 std::string_view withinOtherQuotes(std::string_view text) {

@@ -13,6 +13,8 @@ std::string inAscii(std::string_view value);
 std::string oddCharacterIn(std::string_view text);
 /// The same, each as one "?", so that it counts as one letter that differs.
 std::string withoutOddCharacters(std::string_view word);
+/// The bytes of the single or typographic quote that a text begins with; 0 when it begins with none.
+std::size_t otherQuoteSize(std::string_view text);
 /// What stands in single or typographic quotes; the text itself when it does not begin and end with one.
 std::string_view withinOtherQuotes(std::string_view text);
 /// Whether nothing stands there but blanks, also those that are none for a host, line ends, and ">" behind one.
