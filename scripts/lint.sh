@@ -47,8 +47,11 @@ compiled() {
             grep -E "^.{${#PWD}}/(build/lint/fuzz/)?fuzz/"
     } | sort -u
 }
-if [ $# -gt 0 ]; then
-    compiled | { grep -xF "$(printf '%s\n' "${files[@]/#/$PWD/}")" || true; }
+if [ $# -gt 0 ]; then # a program's files are compiled together all the same
+    compiled | while read -r one; do
+        grep -qxF "$one" <<<"$(printf '%s\n' "${files[@]/#/$PWD/}")" ||
+            { [[ $one == */Unity/* ]] && grep -qF "$(printf '"%s"\n' "${files[@]/#/$PWD/}")" "$one"; } && echo "$one"
+    done || true
 else
     compiled
 fi | xargs -r -d '\n' -P "$(nproc)" -n 1 bash -c 'tidy "$0"'
