@@ -330,16 +330,20 @@ try:
                 print(f"WRONG: as {user}, {command[:2]}:", one.returncode, said)
                 failures += 1
 
-    # The first server of a cluster, while the other one has no tables yet, is no reason to wait for a minute.
+    # The first server of a cluster, while the other one has no tables yet, is no reason to wait for a minute. A wrong address
+    # makes no table, and tables are not mixed with those of another kind.
     pair = [Server(f"{folder}/server of {shard}", shard) for shard in (1, 2)]
     try:
         for one in pair:
             one.start(pair).ask("CREATE DATABASE fleet", "default")
         begun = time.monotonic()
-        said = [finish(load("fleet?cluster=fleet", os.devnull, proxy=one), wanted) for one, wanted in zip(pair, (2, 0))]
-        if "gets its tables when" not in said[0] or time.monotonic() > begun + 30:
-            print("WRONG: at the first server of a cluster:", said)
-            failures += 1
+        for one, parameters, why in ((0, "?cluster=fleat", "did you mean fleet?"), (0, "?cluster=fleet", "gets its tables when"),
+                                     (1, "?cluster=fleet", "holds 0 messages"), (1, "?cluster=fleet&replicated=yes", "not replicated"),
+                                     (0, "", "write ?cluster=NAME")):
+            said = finish(load(f"fleet{parameters}", os.devnull, proxy=pair[one]), 0 if "holds" in why else 2)
+            if why not in said or time.monotonic() > begun + 30 or "fleat" in parameters and pair[one].ask("SHOW TABLES", "fleet"):
+                print(f"WRONG: at server {one} of a cluster, {parameters}:", said)
+                failures += 1
     finally:
         for one in pair:
             one.kill()

@@ -129,8 +129,10 @@ private:
 
     void writeFile(archivedLog_t log) {
         const std::filesystem::path path = std::filesystem::path(options_.folder) / fileNameOf(log);
-        std::error_code error; // of the folder, which opening the file finds too
+        std::error_code error;
         std::filesystem::create_directories(path.parent_path(), error);
+        if (error)
+            throw usageError_t(joined({"cannot make the folder ", path.parent_path().string(), ": ", error.message()}));
         if (identityOf(path.string()))
             throw usageError_t(path.string() + " is there already; name another folder");
         file_.open(path, std::ios::binary);

@@ -33,12 +33,15 @@ void checkNamed(std::string_view option, const std::vector<std::string> &words,
     for (const inspect::archivedLog_t &log : logs)
         if (!(log.*part).empty())
             names.insert(log.*part);
+    const std::string none = part == &inspect::archivedLog_t::name
+                                 ? "it has none"
+                                 : joined({"vekmsg load ", option, " says it of logs that it loads"});
     for (const std::string &word : words)
         if (!names.contains(word)) {
             const std::vector<std::string_view> all(names.begin(), names.end());
             throw usageError_t(
                 joined({option, " ", word, ": ", archive, " has no such log; ",
-                        inspect::didYouMean(word, all, names.empty() ? "it has none" : "it has " + listOf(names))}));
+                        inspect::didYouMean(word, all, names.empty() ? none : "it has " + listOf(names))}));
         }
 }
 

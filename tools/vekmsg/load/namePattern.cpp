@@ -44,6 +44,9 @@ void checkPattern(const std::string &pattern) {
             return pattern.find(part.first) != std::string::npos;
         }))
         throw usageError_t("--pattern " + pattern + " has neither {device} nor {site} nor {host} in it");
+    for (std::size_t at = pattern.find('{'); at != std::string::npos; at = pattern.find('{', at + 1))
+        if (partAt(std::string_view(pattern).substr(at)) == std::end(parts))
+            throw usageError_t("--pattern " + pattern + ": in braces there may stand {device}, {site} and {host}");
 }
 
 void nameBy(const std::string &pattern, const std::string &name, inspect::archivedLog_t &log) {

@@ -76,7 +76,8 @@ private:
     outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
     outcome_t sendRows(httpClient_t::parameters_t parameters, std::string_view packed);
     void judge(const httpClient_t::answer_t &answer);
-    void waitAfter(const std::string &why);
+    /// `question`: what may be wrong when it has never worked.
+    void waitAfter(const std::string &why, std::string_view question = {});
     [[noreturn]] void refuse(const std::string &why) const;
 
     std::string name_, database_, cluster_;

@@ -6,6 +6,7 @@
 #include "vek/inspect/archive/marks.hpp"
 #include "vek/inspect/archive/rowBinary.hpp"
 #include "vek/inspect/archive/sql.hpp"
+#include "vek/inspect/words/nearest.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
@@ -50,6 +51,7 @@ void clusterStore_t::makeTables() {
         engines_[line[0]] = line[1];
     for (const auto &line : server_.table("SELECT table, name FROM system.columns" + where))
         columns_[line[0]] += "," + line[1] + ",";
+    checkCluster();
     refuseNarrowKeys(where);
     makeTable("sources", inspect::clickhouseCreateSources, inspect::clickhouseSourceColumns());
     for (const std::string &name : migrateFromNames(server_, columns_))
@@ -64,6 +66,57 @@ void clusterStore_t::makeTables() {
         makeTable(table.declared->name, create, columns);
     }
     takeFinerTimes(where);
+}
+
+// Before anything is made, as tables are taken as they are ever after.
+void clusterStore_t::checkCluster() {
+    if (server_.cluster().empty())
+        return;
+    std::map<std::string, unsigned long> copies;
+    for (const auto &line : server_.table("SELECT cluster, max(replica_num) FROM system.clusters GROUP BY cluster"))
+        if (line.size() > 1)
+            copies[line[0]] = std::stoul(line[1]);
+    std::vector<std::string_view> names;
+    names.reserve(copies.size());
+    for (const auto &[name, count] : copies)
+        names.push_back(name);
+    const auto cluster = copies.find(server_.cluster());
+    if (cluster == copies.end())
+        throw databaseError_t(
+            inspect::joined({server_.name(), ": there is no cluster ", server_.cluster(), "; ",
+                             inspect::didYouMean(server_.cluster(), names,
+                                                 "remote_servers in the configuration says which there are")}));
+    if (cluster->second > 1 && !server_.isReplicated() && !engines_.contains("sources"))
+        throw databaseError_t(inspect::joined({server_.name(), ": shards of the cluster ", server_.cluster(),
+                                               " have several servers; write &replicated=yes behind the address, so "
+                                               "that these have the same rows"}));
+    makesAll_ = server_.isReplicated() && std::ranges::any_of(tables_, [this](const table_t &table) {
+                    return !engines_.contains(table.declared->name);
+                });
+}
+
+// Of tables of several kinds each would have other rows, and nobody would be told.
+void clusterStore_t::refuseOtherKind(const std::string &name, const std::string &local) const {
+    const auto engine = [this](const std::string &table) {
+        const auto there = engines_.find(table);
+        return there == engines_.end() ? std::string_view() : std::string_view(there->second);
+    };
+    const bool isDistributed = !server_.cluster().empty(),
+               isCopied = engine(local).starts_with("Replicated") || engine(local).starts_with("Shared");
+    std::string why;
+    if (isDistributed && engines_.contains(name) && engine(name) != "Distributed")
+        why = inspect::joined({"the tables there belong to this server alone; for the cluster ", server_.cluster(),
+                               " load into another database"});
+    else if (!isDistributed && engine(name) == "Distributed")
+        why = "the tables there belong to a cluster; write ?cluster=NAME behind the address";
+    else if (isDistributed && isCopied && !server_.isReplicated())
+        why = "the tables there are replicated; write &replicated=yes behind the address";
+    else if (server_.isReplicated() && !isCopied && engine(local).ends_with("MergeTree"))
+        why = inspect::joined({"the table ", local,
+                               " there is not replicated; load into another database, or drop it, "
+                               "when nothing is in it, and it is made anew"});
+    if (!why.empty())
+        throw databaseError_t(server_.name() + ": " + why);
 }
 
 // What tells rows apart must hold it all, whoever made the table; what else its columns can't hold is their maker's
@@ -103,15 +156,13 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
                                const std::vector<inspect::sqlColumn_t> &columns) {
     const bool isDistributed = !server_.cluster().empty();
     const std::string local = name + (isDistributed ? "_local" : "");
-    const auto there = engines_.find(name);
-    if (there != engines_.end() && isDistributed && there->second != "Distributed")
-        throw databaseError_t(server_.name() + ": the tables there belong to this server alone; for the cluster " +
-                              server_.cluster() + " load into another database");
+    refuseOtherKind(name, local);
     const std::string everywhere = server_.isReplicated() ? " ON CLUSTER " + sqlName(server_.cluster()) : "";
     const std::string database = sqlName(server_.database()) + ".";
     const std::string path = "/clickhouse/tables/{shard}/" + server_.database() + "/" + local;
     for (const std::string &table : isDistributed ? std::vector{local, name} : std::vector{name}) {
-        if (!engines_.contains(table)) {
+        const bool isThere = engines_.contains(table);
+        if (!isThere || makesAll_) {
             std::string statement =
                 table == local
                     ? create(local, {server_.isCurrent(), server_.isReplicated() ? path : ""})
@@ -120,6 +171,8 @@ void clusterStore_t::makeTable(const std::string &name, const create_t &create,
                                        sqlName(server_.database()), ", ", sqlName(local), ", intDiv(source_id, 2))"});
             const std::size_t at = statement.find(table); // between its quotes
             server_.ask(statement.insert(at + table.size() + 1, everywhere).insert(at - 1, database));
+        }
+        if (!isThere) {
             engines_[table] = "";
             continue;
         }

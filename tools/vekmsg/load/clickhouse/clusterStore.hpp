@@ -65,6 +65,8 @@ private:
     void makeTables();
     using create_t = std::function<std::string(std::string_view name, const inspect::clickhouseServer_t &server)>;
     void makeTable(const std::string &name, const create_t &create, const std::vector<inspect::sqlColumn_t> &columns);
+    void checkCluster();
+    void refuseOtherKind(const std::string &name, const std::string &local) const;
     void refuseNarrowKeys(const std::string &where);
     void takeFinerTimes(const std::string &where);
     bool hasMessagesOf(std::uint64_t number, std::string_view first);
@@ -88,6 +90,7 @@ private:
     std::size_t size_ = 0;                                      // of all batches
     std::uint64_t savedAt_ = 0;                                 // milliseconds
     bool hasBegun_ = false;
+    bool makesAll_ = false; // tables, on servers of the cluster that lack some
     std::vector<std::uint64_t> forgotten_;
 };
 

@@ -20,6 +20,8 @@ database_t::database_t(const std::string &file, bool isReadOnly) : file_(file) {
     static const bool isAlone = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) == SQLITE_OK &&
                                 sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) == SQLITE_OK;
     static_cast<void>(isAlone);
+    if (std::error_code ignored; std::filesystem::is_directory(file, ignored))
+        throw databaseError_t(inspect::joined({file, " is a folder; name a file in it, as ", file, "/archive.sqlite"}));
     open(file, isReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (!isReadOnly || isReadable())
         return;
