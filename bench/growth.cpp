@@ -250,6 +250,8 @@ void hostile() {
     test(4165, copy<vek::ExposeParams>, "{LD=1;\"\"x=...}", "{LD=1;" + repeated("\"\"x=", bytes) + "}");
     test(4171, copy<vek::ColorTable>, "{COLOR_TABLE={{X=1;},...}}",
          "{COLOR_TABLE={" + repeated("{X=1;},", bytes) + "};}");
+    test(4171, copy<vek::ColorTable>, "{COLOR_TABLE={X=1;X=1;...}}",
+         "{COLOR_TABLE={" + repeated("X=1;", bytes) + "};}");
     test(4202, copy<vek::Info>, "{INFO=\\1\\1...}", "{INFO=" + repeated("\1", bytes) + ";}");
     const std::string cassettes = grown({4101, "ARRAY_CASSETTE", ""}, bytes);
     const std::size_t begin = cassettes.find('{') + 1;
