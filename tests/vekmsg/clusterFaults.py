@@ -195,6 +195,8 @@ try:
 
     database = make()
     one = load(database, *logs)
+    while not server.ask("SHOW TABLES", database):  # whoever has never seen the server soon gives up
+        time.sleep(0.01)
     for _ in range(2):
         time.sleep(random.random() * 0.5)
         server.kill()
