@@ -126,7 +126,6 @@ struct recordDescription_t {
     std::string_view structure; ///< name of the structure, for example "Media"
     std::string_view about;     ///< what the record is about, a sentence or two
     structureKind_t kind;
-    bool ownsMemory;           ///< a plain structure whose release frees a text too
     const textGroup_t &fields; ///< the record, made to print `address`
     const void *address;       ///< a structure with its declared defaults
     std::size_t size;          ///< its size in bytes

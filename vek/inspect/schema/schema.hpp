@@ -116,7 +116,6 @@ struct recordSchema_t {
     std::string_view structure; ///< for example "FocusValue"
     std::string_view about;     ///< what it is about, a sentence or two; empty for a nested record
     structureKind_t kind = structureKind_t::plain;
-    bool ownsMemory = false;
     bool hasCounts = false;            ///< a key of it, or of a record in it, counts a list
     std::int32_t roomOfSpill = 0;      ///< of a text that runs on into the next member when it is longer; 0: none does
     bool isNested = false;             ///< a part of the structure of another record, whose members it names

@@ -108,7 +108,6 @@ const recordSchema_t *schemaBuilder_t::recordOf(visit_t visit) {
             record.structure = description.structure;
             record.about = description.about;
             record.kind = description.kind;
-            record.ownsMemory = description.ownsMemory;
             record.size = sizeOf(description.structure);
             builder.addFields(record, description.fields, description);
         }

@@ -66,11 +66,11 @@ template <class Record>
         const Record record(pass_t::print, structure);
         constexpr structureKind_t kind =
             std::is_polymorphic_v<structure_t> ? structureKind_t::polymorphic : structureKind_t::plain;
-        visitor.visit({typeName<Record>(), typeName<structure_t>(), Record::about, kind, ownsMemory<Record>, record,
-                       &structure, sizeof structure});
+        visitor.visit(
+            {typeName<Record>(), typeName<structure_t>(), Record::about, kind, record, &structure, sizeof structure});
     } else {
         const Record record;
-        visitor.visit({typeName<Record>(), typeName<Record>(), Record::about, structureKind_t::ownRecord, false, record,
+        visitor.visit({typeName<Record>(), typeName<Record>(), Record::about, structureKind_t::ownRecord, record,
                        &record, sizeof record});
     }
 }
