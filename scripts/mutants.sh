@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Puts small faults into a copy of the library, one at a time, and says which of them no test notices: a key's line left
-# out, a row of the catalogue changed, operators and constants in vek/text, vek/api, vek/inspect, the tool and the page's
-# core. A fault that does not compile is not counted; one that takes much more time or memory is noticed.
+# out, a row of the catalogue changed, operators and constants in vek, the tool and the page's core. A fault that does not
+# compile is not counted; one that takes much more time or memory is noticed.
 #   mutants.sh [COUNT [SEED [FILES [MINUTES]]]]   that many by chance (60), with this seed (1), spread evenly over the files
 #                                                 whose names match the expression (vek/records: keys; messageTable:
 #                                                 rows), as long as there is time (a day)
@@ -48,7 +48,7 @@ rows() {
         }' vek/api/messageTable.hpp
 }
 operators() {
-    find vek/text vek/api vek/inspect tools/vekmsg tools/page/core -name '*.[ch]pp' | sort | while read -r file; do
+    find vek tools/vekmsg tools/page/core -name '*.[ch]pp' | sort | while read -r file; do
         awk -v file="$file" '
             function place(from, to) { if (index($0, from)) print file, NR, "s/" escaped(from) "/" to "/" }
             function escaped(text) { gsub(/[.*+|\/]/, "[&]", text); return text }
@@ -84,32 +84,42 @@ tests=build/quick/tests
 slow='Tree.*:Forms.*:Check.FindsNothingOnly*:Check.IsNeverSilent*:Check.TakesLinearTime:Archive.RowsOfAny*:Promises.*:Mending.Restores*:Change.SetsEveryValue*:StrictReadingTest.Refuses*'
 transcripts="ctest --test-dir build/quick -R" # the nearest alone, before all
 noticing=(
+    "vek/vek_std foundationTests $tests/foundationTests"
+    "vek/vek_std foundationMemoryTests $tests/foundationMemoryTests"
     "vek/(vek_std|text)|support textTests $tests/textTests --gtest_filter=-Numbers*"
     "vek/(vek_std|text|records|api) recordTests $tests/recordTests"
-    "vek|page inspectTests $tests/inspectTests --gtest_filter=-$slow:Envelopes.*"
-    "vek|vekmsg/lsp lspTests $tests/lspTests"
     "vek/(vek_std|text|records|api) frontTests $tests/front/frontTests"
     "vek/(vek_std|text|records|api) apiTests $tests/apiTests --gtest_filter=-Time*:Platform*"
     "vek/(vek_std|text|records|api) conversionMemoryTests $tests/conversionMemoryTests"
+    "vek/inspect|page inspectTests $tests/inspectTests --gtest_filter=-$slow:Envelopes.*"
+    "vek/inspect|vekmsg/lsp lspTests $tests/lspTests"
     "vekmsg/commands vekmsg $transcripts NEAREST --stop-on-failure"
     "vekmsg/(figures|commands/stats) vekmsg $transcripts ^vekmsg[.]stats"
     "archive|vekmsg/load vekmsg $transcripts [.]archive"
     "change/|commands/(fix|set|edit|diff) vekmsg $transcripts ^vekmsg[.]change"
     "log/|vekmsg/reading|vekmsg/terminal vekmsg $transcripts ^vekmsg[.](logs|view)"
-    "vek|vekmsg vekmsg $transcripts ^(vekmsg|docs|lsp)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
+    "vek/inspect|vekmsg vekmsg $transcripts ^(vekmsg|docs|lsp)[.] -j 2 --stop-on-failure -E pipelines|loadKilled|lines|memory|jsonSchema|generations|cluster|anyWord"
     "vekmsg vekmsg $tests/inspectTests --gtest_filter=Envelopes.*"
-    "vek vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
+    "vek/inspect vekInspectInC $tests/vekInspectInC examples/messages/4112-focus-value.txt"
 )
 [ "$count" != again ] || noticing+=( # which take minutes
-    "^vek inspectTests $tests/inspectTests --gtest_filter=$slow:-Forms.GiveBackTheVeryText"
+    "vek/inspect inspectTests $tests/inspectTests --gtest_filter=$slow:-Forms.GiveBackTheVeryText"
     "vek/inspect/(forms|message) inspectTests $tests/inspectTests --gtest_filter=Forms.GiveBackTheVeryText"
     "vek/inspect/words|vekmsg vekmsg ctest --test-dir build/quick -R ^vekmsg[.]anyWord"
     "vekmsg/(load|reading) vekmsg ctest --test-dir build/quick -R ^vekmsg[.]loadKilled"
     "inspect/archive|vekmsg/load vekmsg python3 tests/vekmsg/clusterFaults.py build/quick/tools/vekmsg/vekmsg 1"
-    "vek/(vek_std|text|records|api) modelTests $tests/modelTests"
     "vek/(vek_std|text) textTests $tests/textTests --gtest_filter=Numbers*"
+    "vek/(vek_std|text|records|api) threadTests $tests/threadTests"
+    "vek/(vek_std|text|records|api) modelTests $tests/modelTests"
+    "vek/(vek_std|text|records|api) referenceTests $tests/referenceTests"
+    "vek/(vek_std|text|records|api) inspectMemoryTests $tests/inspectMemoryTests"
+    "vek/(vek_std|text|records|api) inspectTests $tests/inspectTests"
 )
-declare -A programs=([vekmsg]=build/quick/tools/vekmsg/vekmsg [frontTests]=$tests/front/frontTests) longest=()
+declare -A longest=() programs=( # that aren't in the folder of the tests, and what a program loads
+    [vekmsg]=build/quick/tools/vekmsg/vekmsg
+    [frontTests]="$tests/front/frontTests build/quick/libvekParams2ASCII.so"
+    [vekInspectInC]="$tests/vekInspectInC build/quick/libvekInspect.so"
+)
 for test in "${noticing[@]}"; do # those which some file that is asked for can matter to
     read -r matters target _ <<<"$test"
     cut -d' ' -f1 "$work/all" | grep -E "$matters" >/dev/null || continue
@@ -136,9 +146,13 @@ done
 rm -rf "$built"
 cp -a build/quick "$built"
 
-# Whether a program came out otherwise than it was before.
+# Whether a program, or what it loads, came out otherwise than it was before.
 isOther() {
-    [ "$1" -nt "$work/before" ] && ! cmp -s "$1" "$built/${1#build/quick/}"
+    local made
+    for made in ${programs[$1]:-$tests/$1}; do
+        [ "$made" -nt "$work/before" ] && ! cmp -s "$made" "$built/${made#build/quick/}" && return 0
+    done
+    return 1
 }
 
 # Of a command the transcripts that call it.
@@ -147,13 +161,16 @@ nearest() {
         paste -sd '|' | sed 's/.*/^(vekmsg|docs)[.](&)$/'
 }
 
-# Whether a test notices.
+# Whether a test notices; 2 when there is nothing to test. Each program is built when it is its turn: many faults are noticed
+# by those that are built soon.
 isNoticed() {
-    local test command program
+    local test command
+    : >"$work/build.log"
     for test in "${asked[@]}"; do
         read -ra command <<<"${test/NEAREST/$(nearest)}" # the files, the target, what is run
-        program=${programs[${command[1]}]:-$tests/${command[1]}}
-        if ! [[ $file =~ ${command[0]} ]] || ! isOther "$program"; then continue; fi
+        [[ $file =~ ${command[0]} ]] || continue
+        cmake --build build/quick --target "${command[1]}" >>"$work/build.log" 2>&1 || return 2
+        isOther "${command[1]}" || continue
         isAsked=yes by=${command[*]:2}
         { # the shell would tell of each crash
             (ulimit -v 4000000 -t "${longest[$test]}" &&
@@ -195,16 +212,17 @@ while read -r file line change <&3 && [ "$judged" -lt "$count" ] && [ "$SECONDS"
     touch "$work/before"
     changed="$(sed -n "${line}p" "$work/original" | sed 's/^/  - /')
 $([ "$change" = d ] || sed -n "${line}s/^/  + /p" "$file")"
-    isAsked='' by='does not compile' outcome=refused
-    if ! cmake --build build/quick --target "${targets[@]}" >"$work/build.log" 2>&1; then
-        refused=$((refused + 1))
-    elif isNoticed; then
+    isAsked='' by='' status=0
+    isNoticed || status=$?
+    if [ "$status" -eq 0 ]; then
         judged=$((judged + 1)) outcome=noticed
+    elif [ "$status" -eq 2 ]; then
+        refused=$((refused + 1)) outcome=refused by='does not compile'
     elif [ -n "$isAsked" ]; then
         judged=$((judged + 1)) survivors=$((survivors + 1)) outcome=survived
         printf '%s:%s:\n%s\n' "$file" "$line" "$changed"
     else # of another system, or the compiler makes the same of it
-        refused=$((refused + 1))
+        refused=$((refused + 1)) outcome=refused by='the same program'
     fi
     printf '%s:%s: %s\n%s\n' "$file" "$line" "${by:-${isAsked:+NOT NOTICED}}" "$changed" >>"$work/judged"
     { listed '!=' && printf '%s\t%s\n' "$outcome" "$name"; } >"$work/done.new"
