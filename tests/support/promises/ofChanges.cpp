@@ -82,7 +82,8 @@ bool lead(std::string way, const tree_t &to) {
     std::vector<difference_t> all = differences(tree_t(way), to);
     if (all.size() > most)
         return true;
-    for (std::size_t rounds = 0; rounds < 8 && !all.empty(); ++rounds) {
+    for (std::string last; way != last && !all.empty();) {
+        last = way;
         for (auto one = all.rbegin(); one != all.rend(); ++one)
             if (const change_t step = removed(tree_t(way), one->path, true); !one->hasRight && step.isDone())
                 way = step.text;

@@ -4,6 +4,8 @@
 
 #include "vek/inspect/change/diff.hpp"
 #include "vek/inspect/check/judge.hpp"
+#include "vek/inspect/message/scalars.hpp"
+#include "vek/inspect/words/trimming.hpp"
 #include "vek/inspect/words/words.hpp"
 
 #include <algorithm>
@@ -45,7 +47,13 @@ void keepApart(std::vector<remedy_t> &remedies) {
     });
 }
 
-// Whether every value of which nothing was told stands at its path as before. Where the end marker is missing a host
+// Whether a host reads one value as the other: a text by its characters, and of others blanks don't count.
+bool isReadAlike(const tree_t &before, const node_t &old, const tree_t &after, const node_t &now) {
+    return isText(old) ? scalarText(before, old) == scalarText(after, now)
+                       : trimmed(before.value(old)) == trimmed(after.value(now));
+}
+
+// Whether every value of which no error was told stands at its path as before. Where the end marker is missing a host
 // takes other characters for the body.
 bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, const tree_t &after) {
     if (before.envelope().endMarker.isEmpty())
@@ -54,7 +62,7 @@ bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, co
     for (const finding_t &finding : findings)
         if (finding.code == findingCode_t::missingSeparator && finding.path.ends_with(']'))
             told.insert(finding.path.substr(0, finding.path.rfind('['))); // elements behind it move
-        else if (!finding.path.empty() && (isError(finding) || isCertain(finding)))
+        else if (!finding.path.empty() && isError(finding))               // of a warning a host reads what was meant
             told.insert(finding.path);
     const auto isStep = [](std::string_view path, std::size_t at) { return path[at] == '.' || path[at] == '['; };
     const auto isTold = [&](std::string_view path) {
@@ -71,7 +79,7 @@ bool isRestKept(const tree_t &before, const std::vector<finding_t> &findings, co
         if (leaf.node->use != pairUse_t::assigned || isTold(leaf.path))
             return true;
         const node_t *now = after.find(leaf.path);
-        return now != nullptr && after.value(*now) == leaf.value;
+        return now != nullptr && isReadAlike(before, *leaf.node, after, *now);
     });
 }
 

@@ -10,11 +10,13 @@ namespace vek::inspect {
 
 namespace {
 
-// Whether what stands between these two is a token for itself without quotes, too.
-bool standsAlone(std::string_view before, std::string_view behind) {
-    constexpr std::string_view ends = "{}=;,";
-    return !before.empty() && ends.find(before.back()) != std::string_view::npos && !behind.empty() &&
-           ends.find(behind.front()) != std::string_view::npos;
+// Whether a quoted token is one for itself without its quotes, too: on each side there is a separator, or the group's
+// end. A brace that is none of the group's own is part of a token.
+bool standsAlone(const tree_t &tree, const node_t &group, place_t quoted, std::string_view blanks) {
+    const place_t inside{group.value.start + 1, group.value.end - (tree.value(group).ends_with(closeBrace) ? 1 : 0)};
+    const std::string_view before = trimmed(place_t{inside.start, quoted.start}.in(tree.text()), blanks);
+    const std::string_view behind = trimmed(place_t{quoted.end, inside.end}.in(tree.text()), blanks);
+    return (before.empty() || isSeparator(before.back())) && (behind.empty() || isSeparator(behind.front()));
 }
 
 } // namespace
@@ -237,7 +239,7 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             if (const std::optional<std::string> text = spelt(*node.field, tree_.value(node), part_t::element, why))
                 mend({valueStart, node.value.end + 1}, *text,
                      (parent.isKeyed || node.isElement) && (behind == nullptr || behind->use != pairUse_t::noKey) &&
-                         standsAlone(tree_.text().substr(0, valueStart), tree_.text().substr(node.value.end + 1)));
+                         standsAlone(tree_, parent, {valueStart, node.value.end + 1}, {}));
         }
     } else if (node.isQuoted || node.isKeyQuoted) {
         if (report(quotedValue, {node.isKeyQuoted ? node.key.start - 1 : valueStart, node.value.end}, &node)) {
@@ -245,8 +247,7 @@ bool checker_t::checkSpelling(const node_t &parent, const node_t &node) {
             const place_t quoted = node.isKeyQuoted ? node.key : node.value;
             const std::string_view bare = quoted.in(tree_.text());
             // What would be several tokens without them is left, and what would be one with its neighbour.
-            const bool isAlone = standsAlone(trimmed(tree_.text().substr(0, quoted.start - 1)),
-                                             trimmed(tree_.text().substr(quoted.end + 1)));
+            const bool isAlone = standsAlone(tree_, parent, {quoted.start - 1, quoted.end + 1}, whiteSpace);
             if ((!node.isBody || node.isKeyQuoted) && !bare.empty() && isAlone &&
                 bare.find_first_of("{}=;,\" ") == std::string_view::npos)
                 mend({quoted.start - 1, quoted.end + 1}, std::string(bare), true);
