@@ -224,6 +224,15 @@ const node_t &goneWith(const tree_t &tree, const node_t &node) {
     return *gone;
 }
 
+// Whether others would take the places in front of them if a value went.
+bool isMovedUp(const tree_t &tree, const node_t &gone) {
+    if (gone.parent == node_t::none)
+        return false;
+    const node_t &around = tree.nodes()[gone.parent];
+    return !around.isKeyed && tree.recordOf(around) != nullptr &&
+           tree.indexOf(gone) + 1 < around.firstChild + around.childCount;
+}
+
 std::uint32_t elementsOf(const tree_t &tree, std::string_view path) {
     const node_t *node = tree.find(path);
     return node != nullptr ? node->childCount : 0;
@@ -435,6 +444,9 @@ change_t removed(const tree_t &tree, std::string_view path, bool isForced) {
     if (!isForced && gone.index < 0 && gone.parent != node_t::none &&
         targetOf(tree, tree.nodes()[gone.parent]).isOfElements())
         return refusedChange(joined({path, " is no element, and the others would move: write the list anew"}));
+    if (!isForced && isMovedUp(tree, gone))
+        return refusedChange(joined({path, ": the values behind it are told apart by their order: write the group "
+                                           "around it anew"}));
     const auto isBound = [&gone](const node_t &other) {
         return other.parent == gone.parent && other.field != nullptr && gone.field != nullptr &&
                (other.field->counter() == gone.field || other.field->rangeType() == gone.field);
