@@ -14,7 +14,7 @@ const focus = (sequence, name = 'Gr\u00fcn \u{1f600}') => message(4112, sequence
 const log = `2026-03-01T08:00:01 a ${focus(1)}\n2026-03-01T08:00:03 a ${focus(3)}\n`;
 const other = `2026-03-01T08:00:02 b ${focus(2)}\n2026-03-01T08:00:04 b ${focus(4)}\n`;
 const bigEndian = (text) => Buffer.from(text, 'utf16le').swap16();
-const zstd = (text) => spawnSync('zstd', ['-19', '-c'], { input: text }).stdout;
+const zstdStart = Buffer.from([0x28, 0xb5, 0x2f, 0xfd]);
 
 // Stored as it is.
 const beginnings = gzipSync(Buffer.from([10, 0x1f, 0x8b, 8, 0, 0x1f, 0x8b, 8, 10]), { level: 0 });
@@ -27,8 +27,6 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
       Buffer.concat([gzipSync(log.slice(0, 50)), gzipSync(log.slice(50)), gzipSync(''), beginnings]),
       /packed with gzip/,
     ],
-    ['zstd', zstd(log), /packed with zstd/],
-    ['zstd in several frames', Buffer.concat([zstd(log.slice(0, 50)), zstd(''), zstd(log.slice(50))]), /packed with zstd/],
     ['UTF-16 with a mark', Buffer.from(`\ufeff${log}`, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16 without', Buffer.from(log, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16, the other way', bigEndian(`\ufeff${log}`), /UTF-16/],
@@ -49,7 +47,7 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     await says(page, '#noMessages', 'The messages in it are base64 (QEA0 is @@4): base64 -d decodes them; open what comes out.');
 
     // What can't be unpacked says so, and what to do.
-    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstd(log).subarray(0, 60) });
+    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstdStart }); // which no browser can unpack
     await says(page, '#readingProblem', 'zstd -d a.zst');
     await says(page, '#announcer', 'zstd -d a.zst');
     await says(page, '#noMessages', 'No message of it was read.');

@@ -1,6 +1,5 @@
 // What stands in a file, whatever it is packed in or written with: gzip and zstd are unpacked, UTF-16 becomes UTF-8, and of
 // JSON (journals', containers') and of escapes comes the log that stands in them.
-import { Decompress } from 'fzstd';
 import type { Core } from './core.ts';
 import type { Bytes } from './types.ts';
 import { unwrapped } from './words.ts';
@@ -22,29 +21,19 @@ const packings: Packing[] = [
 
 const bytesOf = async (blob: Blob) => new Uint8Array(await blob.arrayBuffer());
 
-// As a browser's own stream, which refuses what is damaged with a TypeError.
-function unpackerOfZstd(): TransformStream<Bytes, Bytes> {
-  let unpacker: Decompress;
-  const push = (bytes: Bytes, isLast: boolean) => {
-    try {
-      unpacker.push(bytes, isLast);
-    } catch (error) {
-      throw new TypeError((error as Error).message, { cause: error });
-    }
-  };
-  return new TransformStream({
-    start: (controller) => void (unpacker = new Decompress((bytes) => bytes.length > 0 && controller.enqueue(new Uint8Array(bytes)))),
-    transform: (bytes) => push(bytes, false),
-    flush: () => push(new Uint8Array(), true),
-  });
+// A browser may know no zstd; it says so by refusing to make the stream.
+function unpackerOf({ name, remedy }: Packing, file: string) {
+  try {
+    return new DecompressionStream(name as CompressionFormat);
+  } catch {
+    throw new Error(
+      `${file} is packed with ${name}, which this browser can't unpack: unpack it first (${remedy} ${file}) and open what comes out.`,
+    );
+  }
 }
 
-// Browsers know gzip, and few zstd.
-const unpackerOf = ({ name }: Packing): ReadableWritablePair<Bytes, Bytes> =>
-  name === 'zstd' ? unpackerOfZstd() : new DecompressionStream(name);
-
-async function unpackedMember(blob: Blob, packing: Packing, onBytes: (count: number) => void) {
-  const reader = blob.stream().pipeThrough(unpackerOf(packing)).getReader();
+async function unpackedMember(blob: Blob, packing: Packing, file: string, onBytes: (count: number) => void) {
+  const reader = blob.stream().pipeThrough(unpackerOf(packing, file)).getReader();
   const parts: Blob[] = [];
   let pieces: Bytes[] = [];
   let size = 0;
@@ -76,7 +65,7 @@ async function unpacked(blob: Blob, packing: Packing, file: string, onBytes: (co
   const members: Blob[] = [];
   let size = 0;
   const take = async (start: number, end: number) => {
-    const member = await unpackedMember(blob.slice(start, end), packing, (bytes) => onBytes(size + bytes));
+    const member = await unpackedMember(blob.slice(start, end), packing, file, (bytes) => onBytes(size + bytes));
     members.push(member);
     size += member.size;
   };
