@@ -48,6 +48,11 @@ std::int32_t roomOf(const fieldDescription_t &field) {
     return text != nullptr ? text->room : -1;
 }
 
+// With its length: a "," in a text is none between two.
+std::string shownText(std::string_view text) {
+    return std::to_string(text.size()).append(":").append(text);
+}
+
 std::string shownValue(const fieldDescription_t &field, const void *value) {
     const std::int32_t room = roomOf(field);
     const auto as = [value]<class T>(const T &) -> const T & { return *static_cast<const T *>(value); };
@@ -69,11 +74,11 @@ std::string shownValue(const fieldDescription_t &field, const void *value) {
     }
     case fieldKind_t::text:
         if (room >= 0)
-            return std::string(static_cast<const char *>(value),
-                               strnlen(static_cast<const char *>(value), static_cast<std::size_t>(room)));
+            return shownText({static_cast<const char *>(value),
+                              strnlen(static_cast<const char *>(value), static_cast<std::size_t>(room))});
         if (field.as<pointerText_t>() != nullptr)
-            return as(static_cast<char *>(nullptr)) != nullptr ? as(static_cast<char *>(nullptr)) : "";
-        return std::string(as(string_t()).c_str(), as(string_t()).length());
+            return shownText(as(static_cast<char *>(nullptr)) != nullptr ? as(static_cast<char *>(nullptr)) : "");
+        return shownText({as(string_t()).c_str(), static_cast<std::size_t>(as(string_t()).length())});
     case fieldKind_t::enumeration:
         if (field.as<enumWords_t>()->title == "range type")
             return {}; // shown with the values
