@@ -14,7 +14,7 @@ const focus = (sequence, name = 'Gr\u00fcn \u{1f600}') => message(4112, sequence
 const log = `2026-03-01T08:00:01 a ${focus(1)}\n2026-03-01T08:00:03 a ${focus(3)}\n`;
 const other = `2026-03-01T08:00:02 b ${focus(2)}\n2026-03-01T08:00:04 b ${focus(4)}\n`;
 const bigEndian = (text) => Buffer.from(text, 'utf16le').swap16();
-const zstdStart = Buffer.from([0x28, 0xb5, 0x2f, 0xfd]);
+const zstd = (bytes, ...options) => spawnSync('zstd', ['-qc', ...options], { input: bytes }).stdout;
 
 // Stored as it is.
 const beginnings = gzipSync(Buffer.from([10, 0x1f, 0x8b, 8, 0, 0x1f, 0x8b, 8, 10]), { level: 0 });
@@ -27,6 +27,8 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
       Buffer.concat([gzipSync(log.slice(0, 50)), gzipSync(log.slice(50)), gzipSync(''), beginnings]),
       /packed with gzip/,
     ],
+    ['zstd', zstd(log), /packed with zstd/],
+    ['zstd in several frames, packed again', gzipSync(Buffer.concat([zstd(log.slice(0, 50)), zstd(log.slice(50), '-19')])), /gzip.*zstd/],
     ['UTF-16 with a mark', Buffer.from(`\ufeff${log}`, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16 without', Buffer.from(log, 'utf16le'), /UTF-16, read as UTF-8/],
     ['UTF-16, the other way', bigEndian(`\ufeff${log}`), /UTF-16/],
@@ -47,14 +49,20 @@ test('packed files, UTF-16 and a damaged start are read, and say what they are',
     await says(page, '#noMessages', 'The messages in it are base64 (QEA0 is @@4): base64 -d decodes them; open what comes out.');
 
     // What can't be unpacked says so, and what to do.
-    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstdStart }); // which no browser can unpack
-    await says(page, '#readingProblem', 'zstd -d a.zst');
-    await says(page, '#announcer', 'zstd -d a.zst');
+    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstd(log).subarray(0, 60) });
+    await says(
+      page,
+      '#readingProblem',
+      'a.zst is packed with zstd, and cut off: what stands in front of that comes out of zstd -d -c a.zst > part.log; open part.log.',
+    );
+    await says(page, '#announcer', 'zstd -d -c a.zst');
     await says(page, '#noMessages', 'No message of it was read.');
+    await openFile(page, { name: 'a.zst', mimeType: '', buffer: zstd(log, '--long=31') });
+    await says(page, '#readingProblem', 'zstd -d --long=31 a.zst');
     await openFile(page, { name: 'b.gz', mimeType: '', buffer: gzipSync(log).subarray(0, 60) });
-    await says(page, '#readingProblem', 'gunzip b.gz');
+    await says(page, '#readingProblem', 'gunzip -c b.gz');
     await openFile(page, { name: 'c.gz', mimeType: '', buffer: Buffer.concat([gzipSync(log), Buffer.from('rest')]) });
-    await says(page, '#readingProblem', 'gunzip c.gz');
+    await says(page, '#readingProblem', 'gunzip -c c.gz');
   });
 });
 

@@ -1,6 +1,9 @@
 // Pieces of the page that need no browser.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
+import { gzipSync } from 'node:zlib';
+import { zstdCore } from '../../tools/page/zstdCore.mjs';
 import { sourceModule } from './modules.mjs';
 
 test('of many points the least and the greatest of each column are drawn, of few all', async () => {
@@ -154,4 +157,38 @@ test('two texts are aligned by lines and keys, then within these: what is alike 
     assert.ok(left.length > 75_000 && right.length > 75_000, name);
     for (const side of marked(left, right)) assert.ok(!side.some((words) => /=/.test(words)), name);
   }
+});
+
+test('what zstd packed is unpacked, however it did; what is damaged or cut off anywhere is refused, or is what was packed', async () => {
+  const { NotUnpacked, unpackedZstd } = await sourceModule('zstd', { 'page:zstd': gzipSync(zstdCore()).toString('base64') });
+  const unpack = async (bytes) => {
+    const pieces = [];
+    for await (const piece of unpackedZstd(new Blob([bytes]))) pieces.push(piece);
+    return Buffer.concat(pieces);
+  };
+  const pack = (bytes, ...options) => spawnSync('zstd', ['-qc', ...options], { input: bytes, maxBuffer: 1 << 28 }).stdout;
+  let state = 1;
+  const next = () => (state = (state * 48271) % 0x7fffffff) >> 7;
+  const log = (lines) => Buffer.from(Array.from({ length: lines }, (_one, at) => `${at} @@4112 FOCUS_VALUE=${next() % 999}\n`).join(''));
+
+  const skipped = Buffer.from([0x5a, 0x2a, 0x4d, 0x18, 3, 0, 0, 0, 1, 2, 3]);
+  const long = log(400_000);
+  for (const text of [Buffer.alloc(0), log(1), Buffer.alloc(1 << 20, 7), Buffer.alloc((1 << 20) + 1, 7), long])
+    for (const options of [['-1'], ['-9', '--no-check'], ['--long=27']])
+      assert.ok((await unpack(pack(text, ...options))).equals(text), `${text.length} bytes with ${options}`);
+  const frames = [pack(log(3)), skipped, pack(Buffer.alloc(0)), pack(long), skipped];
+  assert.equal((await unpack(Buffer.concat(frames))).length, Buffer.concat([log(3), long]).length, 'in several frames');
+
+  const text = log(40);
+  const whole = pack(text);
+  const refused = (error) => error instanceof NotUnpacked;
+  for (let at = 0; at < whole.length; ++at) {
+    await assert.rejects(unpack(whole.subarray(0, at)), refused, `cut off behind ${at} bytes`);
+    const damaged = Buffer.from(whole);
+    damaged[at] ^= 1 << (next() % 8);
+    const got = await unpack(damaged).catch((error) => assert.ok(refused(error), String(error)));
+    assert.ok(got === undefined || got.equals(text), `damaged at ${at}`);
+  }
+  await assert.rejects(unpack(Buffer.concat([whole, Buffer.from('rest')])), refused);
+  await assert.rejects(unpack(pack(text, '--long=31')), { message: 'looks back farther than 128 MB', options: '--long=31' });
 });

@@ -4,12 +4,13 @@ import { readFileSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { gzipSync } from 'node:zlib';
 import { build } from 'esbuild';
+import { zstdCore } from './zstdCore.mjs';
 
 const [corePath, examplePath, version, outputPath] = process.argv.slice(2);
 const folder = new URL('.', import.meta.url).pathname;
 const read = (path) => readFileSync(path, 'utf8');
 const largest = 1_000_000;
-const modules = new Set(); // of others, that are bundled
+const modules = new Set(['zstddec']); // of others, that are bundled
 
 async function bundle(entry, virtual = {}) {
   const texts = {
@@ -61,7 +62,7 @@ const escaped = (text) => text.replaceAll('&', '&amp;').replaceAll('<', '&lt;').
 const noticeOf = (name) => read(`${folder}../../packaging/notices/${name}.txt`);
 const licenceOf = (name) => `Name: ${name}\n\n${read(`${folder}node_modules/${name}/LICENSE`)}`;
 
-const worker = await bundle('src/worker.ts');
+const worker = await bundle('src/worker.ts', { 'page:zstd': packed(zstdCore()) });
 const script = await bundle('src/main.ts', { 'page:worker': worker, 'page:example': read(examplePath) });
 const start = await bundle('src/start.ts');
 const style = await bundleStyles();

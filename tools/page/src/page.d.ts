@@ -7,3 +7,7 @@ declare module 'page:example' {
   const text: string;
   export default text;
 }
+declare module 'page:zstd' {
+  const packedDecoder: string;
+  export default packedDecoder;
+}

@@ -3,91 +3,84 @@
 import type { Core } from './core.ts';
 import type { Bytes } from './types.ts';
 import { unwrapped } from './words.ts';
+import { NotUnpacked, unpackedZstd } from './zstd.ts';
 
 const blockSize = 2 << 20;
 const telling = 256 << 10; // bytes that show what a log is wrapped in
 
 interface Packing {
-  name: CompressionFormat | 'zstd';
+  name: string;
   start: number[];
-  member: number[];
-  remedy: string;
+  unpack(blob: Blob, onBytes: OnBytes): Promise<Blob>;
+  command: string;
 }
 
+type OnBytes = (count: number) => void;
+
 const packings: Packing[] = [
-  { name: 'gzip', start: [0x1f, 0x8b], member: [0x1f, 0x8b, 8], remedy: 'gunzip' },
-  { name: 'zstd', start: [0x28, 0xb5, 0x2f, 0xfd], member: [0x28, 0xb5, 0x2f, 0xfd], remedy: 'zstd -d' },
+  { name: 'gzip', start: [0x1f, 0x8b], unpack: unpackedGzip, command: 'gunzip' },
+  { name: 'zstd', start: [0x28, 0xb5, 0x2f, 0xfd], unpack: (blob, onBytes) => gathered(unpackedZstd(blob), onBytes), command: 'zstd -d' },
 ];
+const gzipMember = [0x1f, 0x8b, 8];
 
 const bytesOf = async (blob: Blob) => new Uint8Array(await blob.arrayBuffer());
 
-// A browser may know no zstd; it says so by refusing to make the stream.
-function unpackerOf({ name, remedy }: Packing, file: string) {
-  try {
-    return new DecompressionStream(name as CompressionFormat);
-  } catch {
-    throw new Error(
-      `${file} is packed with ${name}, which this browser can't unpack: unpack it first (${remedy} ${file}) and open what comes out.`,
-    );
-  }
-}
-
-async function unpackedMember(blob: Blob, packing: Packing, file: string, onBytes: (count: number) => void) {
-  const reader = blob.stream().pipeThrough(unpackerOf(packing, file)).getReader();
+async function gathered(unpacked: AsyncGenerator<Bytes>, onBytes: OnBytes) {
   const parts: Blob[] = [];
   let pieces: Bytes[] = [];
-  let size = 0;
+  let [size, kept] = [0, 0];
+  for await (const piece of unpacked) {
+    pieces.push(piece);
+    size += piece.length;
+    if (size - kept < blockSize) continue;
+    parts.push(new Blob(pieces)); // which the browser may keep on disk
+    pieces = [];
+    kept = size;
+    onBytes(size);
+  }
+  return new Blob([...parts, ...pieces]);
+}
+
+// One member. The browser refuses what is damaged with a TypeError.
+async function* unpackedMember(blob: Blob): AsyncGenerator<Bytes> {
+  const reader = blob.stream().pipeThrough(new DecompressionStream('gzip')).getReader();
   for (;;) {
     const { done, value } = await reader.read();
-    if (value) pieces.push(value);
-    size += value?.length ?? 0;
-    if (done || pieces.length >= 64) {
-      parts.push(new Blob(pieces)); // which the browser may keep on disk
-      pieces = [];
-      onBytes(size);
-    }
-    if (done) return new Blob(parts);
+    if (done) return;
+    yield value;
   }
 }
 
 // Where a further member may begin, and the end: the bytes of a beginning can also stand within one.
-async function* memberEnds(blob: Blob, { member }: Packing) {
+async function* memberEnds(blob: Blob) {
   for (let from = 0; from < blob.size; from += blockSize) {
-    const block = await bytesOf(blob.slice(from, from + blockSize + member.length - 1));
-    for (let at = block.indexOf(member[0]); at >= 0; at = block.indexOf(member[0], at + 1))
-      if (from + at > 0 && at < blockSize && member.every((byte, i) => block[at + i] === byte)) yield from + at;
+    const block = await bytesOf(blob.slice(from, from + blockSize + gzipMember.length - 1));
+    for (let at = block.indexOf(gzipMember[0]); at >= 0; at = block.indexOf(gzipMember[0], at + 1))
+      if (from + at > 0 && at < blockSize && gzipMember.every((byte, i) => block[at + i] === byte)) yield from + at;
   }
   yield blob.size;
 }
 
 // Several members one behind the other are one file. A browser unpacks one, and refuses it when there is more.
-async function unpacked(blob: Blob, packing: Packing, file: string, onBytes: (count: number) => void): Promise<Blob> {
+async function unpackedGzip(blob: Blob, onBytes: OnBytes): Promise<Blob> {
   const members: Blob[] = [];
   let size = 0;
-  const take = async (start: number, end: number) => {
-    const member = await unpackedMember(blob.slice(start, end), packing, file, (bytes) => onBytes(size + bytes));
-    members.push(member);
-    size += member.size;
-  };
-  const isRefused = (error: unknown) => error instanceof TypeError; // by the browser
-  try {
-    await take(0, blob.size);
-    return members[0];
-  } catch (error) {
-    if (!isRefused(error)) throw error;
-  }
-  let start = 0;
-  for await (const end of memberEnds(blob, packing))
+  const isTaken = async (start: number, end: number) => {
     try {
-      await take(start, end);
-      start = end;
+      const member = await gathered(unpackedMember(blob.slice(start, end)), (bytes) => onBytes(size + bytes));
+      members.push(member);
+      size += member.size;
+      return true;
     } catch (error) {
-      if (!isRefused(error)) throw error;
+      if (error instanceof TypeError) return false;
+      throw error;
     }
+  };
+  if (await isTaken(0, blob.size)) return members[0];
+  let start = 0;
+  for await (const end of memberEnds(blob)) if (await isTaken(start, end)) start = end;
   if (start === blob.size) return new Blob(members);
-  throw new Error(
-    `${file} is packed with ${packing.name}, and damaged: unpack it first (${packing.remedy} ${file}) and open what comes out.`,
-  );
+  throw new NotUnpacked('damaged');
 }
 
 /** The blob's log as it is by itself. tell(words) says what it was; onBytes(count) is called while it is unpacked. */
@@ -102,7 +95,16 @@ export async function plainBlob(
   const packing = packings.find((one) => one.start.every((byte, at) => byte === start[at]));
   if (packing) {
     tell(`packed with ${packing.name}`);
-    return plainBlob(core, await unpacked(blob, packing, file, onBytes), file, tell, onBytes);
+    try {
+      return await plainBlob(core, await packing.unpack(blob, onBytes), file, tell, onBytes);
+    } catch (error) {
+      if (!(error instanceof NotUnpacked)) throw error;
+      const { name, command } = packing;
+      const remedy = error.options
+        ? `unpack it first (${command} ${error.options} ${file}) and open what comes out`
+        : `what stands in front of that comes out of ${command} -c ${file} > part.log; open part.log`;
+      throw new Error(`${file} is packed with ${name}, and ${error.message}: ${remedy}.`);
+    }
   }
   const wrapping = core.beginUnwrapping(await bytesOf(blob.slice(0, telling)), blob.size <= telling);
   if (wrapping === '') return blob;
