@@ -107,8 +107,9 @@ async function withBrowser(looks, use) {
   }
 }
 
-// Its driver makes two single clicks of a double one.
+// Its driver makes two single clicks of a double one, and no more.
 async function doubleClick(selector) {
+  await this.click(selector);
   await this.click(selector);
   await this.dispatchEvent(selector, 'dblclick');
 }

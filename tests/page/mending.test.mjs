@@ -1,7 +1,7 @@
 // Mending: values changed by their kind, keys added, the text sealed at each change, copied and saved; differences.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { chooseMessage, openFile, paste, saved, says, settled, withPage, wouldSave } from './browser.mjs';
+import { chooseMessage, isFirefox, openFile, paste, saved, says, settled, withPage, wouldSave } from './browser.mjs';
 import { message, samples } from './makeLog.mjs';
 
 const text = async (page) => Buffer.from(await wouldSave(page, '#saveText'), 'latin1').toString();
@@ -165,4 +165,83 @@ test('a text is typed as it stands: marked, every other byte kept, sealed, or se
     await page.click('#rawAsIs');
     await says(page, '#rawWords', 'not one message');
   });
+});
+
+// Two clicks at a place, as a browser makes a double one of them, with the mouse or a finger. Gives what each hit, a message
+// or a key, and the key whose value is edited then.
+async function clickTwice(page, x, y, isTouch) {
+  await page.evaluate(() => {
+    window.hits = [];
+    window.isDouble = false;
+  });
+  if (isTouch) {
+    const session = await page.context().newCDPSession(page);
+    await session.send('Emulation.setTouchEmulationEnabled', { enabled: true });
+    for (const type of ['touchStart', 'touchEnd', 'touchStart', 'touchEnd'])
+      await session.send('Input.dispatchTouchEvent', { type, touchPoints: type === 'touchStart' ? [{ x, y }] : [] });
+    await session.detach();
+  } else {
+    await page.mouse.dblclick(x, y);
+  }
+  await page.waitForFunction(() => window.hits.length === 2);
+  await settled(page);
+  const path = (await page.isVisible('#editor')) ? await page.textContent('#editorLabel') : undefined;
+  if (path !== undefined) await page.press('#editorValue', 'Escape');
+  return { ...(await page.evaluate(() => ({ hits: window.hits, isDouble: window.isDouble }))), path };
+}
+
+// Of what is clicked, what clickTwice() tells; when `byFirst` is set the first click moves the tree so far, as what appears
+// above it may.
+function noteClicks() {
+  const said = (target) => target.closest('#messages .row')?.id ?? target.closest('#tree .row')?.querySelector('.treeKey').textContent;
+  const note = ({ target }) => {
+    if (window.hits.push(said(target) ?? 'nothing') === 1) document.getElementById('tree').scrollTop += window.byFirst ?? 0;
+  };
+  addEventListener('click', note, true);
+  addEventListener('dblclick', () => (window.isDouble = true), true);
+}
+
+test('a double click edits what both of its clicks hit, and nothing else', async (context) => {
+  if (isFirefox) return context.skip('its driver makes no double clicks');
+  const params = samples.find(({ name }) => name.startsWith('4165')).text; // has more keys than there is room for
+  const log = Array.from({ length: 40 }, (_one, at) => `${params}\n${message(4112, at, `{MEDIA_NAME=Violet;FOCUS_VALEU=${at}.5;}`)}\n`);
+  const counts = { edited: 0, moved: 0, replaced: 0 };
+  const places = Array.from({ length: 9 }, (_one, at) => (((4 * at) % 9) + 0.5) / 9); // so far apart that no click is one more
+  for (const width of [390, 700, 1000, 1400])
+    for (const isTouch of [false, true])
+      await withPage(
+        async (page) => {
+          await openFile(page, { name: 'a.log', mimeType: '', buffer: Buffer.from(log.join('')) });
+          await page.evaluate(noteClicks);
+          // On a phone the message takes the place of the list at the first click: a value or a remedy comes below the second.
+          for (let at = 0; at < places.length; ++at) {
+            if (await page.isVisible('#backToList')) await page.click('#backToList');
+            await page.evaluate(() => scrollTo(0, 0));
+            const { x, y, height } = await page.locator('#messages').boundingBox();
+            const { hits, path } = await clickTwice(page, x + 90, y + places[at] * Math.min(height, 500), isTouch);
+            assert.equal(path, undefined, `${width}, ${hits}`);
+            assert.ok(await page.isHidden('#undoEdit'), `${width}, ${hits}: something was changed`);
+            counts.replaced += hits[0] === hits[1] ? 0 : 1;
+          }
+          if (await page.isVisible('#backToList')) await page.click('#backToList');
+          await chooseMessage(page, 0);
+          await page.locator('#tree').scrollIntoViewIfNeeded();
+          for (let at = 0; at < places.length; ++at) {
+            const { x, y, height } = await page.locator('#tree').boundingBox();
+            const [top, by] = [40 + 13 * at, at % 2 === 0 ? 0 : 20 + 3 * at];
+            await page.evaluate(
+              ([top, by]) => Object.assign(document.getElementById('tree'), { scrollTop: top }) && (window.byFirst = by),
+              [top, by],
+            );
+            const { hits, isDouble, path } = await clickTwice(page, x + 60, y + places[at] * height, isTouch);
+            const [first, second] = hits;
+            const isMeant = isDouble && first === second && first !== 'length'; // which nobody may set
+            assert.equal(path, isMeant ? first : undefined, `${width}, ${hits}`);
+            counts.moved += first !== second && isDouble ? 1 : 0;
+            counts.edited += isMeant ? 1 : 0;
+          }
+        },
+        { width, height: 844 },
+      );
+  for (const [name, count] of Object.entries(counts)) assert.ok(count > 10, `${name}: ${count} times`); // else it was not tried
 });

@@ -51,8 +51,9 @@ export class Beside extends Panel {
       fill: (made, at) => this.#fill(made, this.#line(at)),
       onActive: () => {},
       onKey: (event) => this.#key(event),
+      onDouble: () => this.#open(),
+      meant: (at) => `${this.#madeOf} ${this.#line(at)}`,
     });
-    byId('besideRows').addEventListener('dblclick', () => this.#open());
     byId('besideWay').addEventListener('change', () => {
       this.#isWayChosen = true;
       this.open();

@@ -63,8 +63,10 @@ export class Editor {
   /** `quote` gives a promise of a value in quotes. */
   async open(node: Pair, kind: EditorKind, quote: (bytes: Bytes) => Promise<string>) {
     const value = node.value ?? '';
-    if (kind === 'text' && !isPlainText(value)) this.#show(node, 'quoted', await quote(bytesOfCoreText(value)), true);
-    else this.#show(node, kind, value, true);
+    if (kind !== 'text' || isPlainText(value)) return this.#show(node, kind, value, true);
+    const quoted = await quote(bytesOfCoreText(value));
+    if (this.tree.active === node) this.#show(node, 'quoted', quoted, true); // unless people went on meanwhile
+    return undefined;
   }
 
   /** For a key that the message has not. */

@@ -19,6 +19,7 @@ import { makePrinting } from './printing.ts';
 import { Queue } from './queue.ts';
 import { saveBlob } from './saving.ts';
 import { setUnprintable, shownWords } from './signs.ts';
+import { dropStrayClicks } from './strayClicks.ts';
 import { makeTabs } from './tabs.ts';
 import { TimeLine } from './timeLine.ts';
 import type { Bytes, NamedBlob, Range } from './types.ts';
@@ -105,6 +106,7 @@ class Page {
     byId('plotKey').addEventListener('click', () => this.#plotActive());
     makePrinting(() => ({ log: this.log, model: byId('messagePanelBody').hidden ? undefined : this.detail.model }));
     byId('backToList').addEventListener('click', () => this.#showPane('list'));
+    dropStrayClicks([byId('listPane'), byId('detailPane')]);
   }
 
   async #open(files: NamedBlob[]) {

@@ -30,8 +30,9 @@ export class TreeView {
       fill: (row, index) => this.#fill(row, index),
       onActive: (index) => on.node(this.#at(index)),
       onKey: (event) => this.#key(event),
+      onDouble: () => this.#editActive(),
+      meant: (index) => this.#at(index),
     });
-    this.#list.root.addEventListener('dblclick', () => this.#editActive());
     this.#list.root.addEventListener('click', (event) => {
       const target = event.target as Element;
       const row = target.closest<HTMLElement>('.row');

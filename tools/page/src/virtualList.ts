@@ -14,6 +14,10 @@ interface Options {
   onActive: (index: number) => void;
   /** True when the key was taken. */
   onKey?: (event: KeyboardEvent) => boolean;
+  /** The active row was clicked twice. */
+  onDouble?: (index: number) => void;
+  /** What a row stands for, the same while it does: its number unless given. */
+  meant?: (index: number) => unknown;
 }
 
 // An element, and what it shows.
@@ -29,6 +33,7 @@ export class VirtualList {
   #rows: Row[] = [];
   #count = 0;
   #version = 0; // of what the rows show
+  #clicked: unknown[] = []; // what the last two clicks hit, of whatever is in the page: nothing for what is no row of this
   #prefix: string;
   readonly #options: Options;
   active = -1;
@@ -48,6 +53,8 @@ export class VirtualList {
     root.addEventListener('scroll', () => this.draw());
     root.addEventListener('keydown', (event) => this.#key(event));
     root.addEventListener('click', (event) => this.#click(event));
+    document.addEventListener('click', ({ target }) => (this.#clicked = [this.#clicked[1], this.#hit(target as Element)]), true);
+    root.addEventListener('dblclick', () => this.#double());
     new ResizeObserver(() => this.draw()).observe(root);
   }
 
@@ -140,6 +147,22 @@ export class VirtualList {
   #click(event: MouseEvent) {
     const row = (event.target as Element).closest<HTMLElement>('.row');
     if (row) this.activate(Number(row.dataset.index));
+  }
+
+  #hit(target: Element) {
+    const row = this.root.contains(target) ? target.closest<HTMLElement>('.row') : undefined;
+    return row ? this.#meant(Number(row.dataset.index)) : undefined;
+  }
+
+  #meant(index: number) {
+    return this.#options.meant ? this.#options.meant(index) : index;
+  }
+
+  // What the first click opens, moves or scrolls may bring another row below the pointer: two clicks on two rows are none on
+  // either.
+  #double() {
+    const [first, second] = this.#clicked;
+    if (first !== undefined && first === second && second === this.#meant(this.active)) this.#options.onDouble?.(this.active);
   }
 
   /** Takes the keyboard, and leaves what is in sight as it is. */
