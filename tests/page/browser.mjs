@@ -24,6 +24,7 @@ const flags = [
 // In a page that is slow by so many milliseconds, what a test does not wait for is missing each time, not once in a while:
 // VEK_SLOW=200 node --test tests/page/*.test.mjs
 const slowness = Number(process.env.VEK_SLOW ?? 0);
+export const isSlow = slowness > 0;
 
 /** Timers, pictures, what observers see and what workers answer come later by a pause. To be called in the page. */
 function slowDown(pause) {

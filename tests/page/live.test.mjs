@@ -1,8 +1,9 @@
 // Logs that go on: through a WebSocket of a bridge and as a file that grows; followed or held; messages sent after a look.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
+import { setTimeout as delay } from 'node:timers/promises';
 import { bridge } from './bridge.mjs';
-import { openLine, says, settled, withPage, wouldSave } from './browser.mjs';
+import { isSlow, openLine, says, settled, withPage, wouldSave } from './browser.mjs';
 import { message } from './makeLog.mjs';
 import { installSerialPort } from './serialPort.mjs';
 
@@ -83,30 +84,81 @@ test('what comes wrapped is read as it comes: lines of JSON, escapes, UTF-16', a
   }
 });
 
-test('a file that grows is followed within a moment; one that becomes shorter says so', async () => {
+// Notes when the line of each message with all it says was painted, by its number.
+function notePainted() {
+  window.painted = {};
+  const note = (number) => {
+    if (window.painted[number]) return;
+    window.painted[number] = Infinity;
+    requestAnimationFrame(() => {
+      const behind = new MessageChannel();
+      behind.port1.onmessage = () => (window.painted[number] = Date.now());
+      behind.port2.postMessage(0);
+    });
+  };
+  const said = ({ textContent }) => /FOCUS_VALUE (\d+)\.5/.exec(textContent)?.[1];
+  const look = () => [...document.querySelectorAll('#messages .row:not([hidden])')].map(said).forEach((number) => number && note(number));
+  new MutationObserver(look).observe(document.getElementById('messages'), { subtree: true, childList: true, attributes: true });
+}
+
+const median = (times) => times.sort((left, right) => left - right)[times.length / 2];
+
+// A machine may be busy with other things for a while: one of some rounds has to be as fast as promised.
+async function appearsInTime(page, name, send) {
+  await page.evaluate(notePainted);
+  const medians = [];
+  for (let round = 0; round < 4 && !(medians.at(-1) < 50); ++round) {
+    const times = [];
+    for (let at = 0; at < 40; ++at) {
+      const number = 1 + 40 * round + at;
+      const start = await send(`2026-03-01T08:00:00 ${focus(number)}\n`);
+      const painted = await page.waitForFunction((one) => Number.isFinite(window.painted[one]) && window.painted[one], number);
+      times.push((await painted.jsonValue()) - start);
+      await delay((at * 7) % 40); // at any moment between two of the page's looks
+    }
+    medians.push(median(times));
+  }
+  console.log(`# a message of a ${name} appears after ${medians} ms`);
+  assert.ok(medians.at(-1) < 50, `a message of a ${name} appears after ${medians} ms`);
+}
+
+test('messages appear within 50 ms, line and values, as a bridge sends them or a file gets them', async (context) => {
+  if (isSlow) return context.skip('not in a page that is slow on purpose');
+  const { address, send, close } = await bridge();
+  try {
+    await withPage(async (page) => {
+      await openLine(page, address);
+      await appearsInTime(page, 'bridge', (text) => {
+        const now = Date.now();
+        send(text);
+        return now;
+      });
+    });
+  } finally {
+    close();
+  }
   await withPage(async (page) => {
-    await page.evaluate((start) => {
-      window.parts = [start];
-      window.showOpenFilePicker = () => [{ name: 'device.log', getFile: () => new File(window.parts, 'device.log') }];
-    }, line(1));
-    const taken = await page.evaluate(
-      async ([second]) => {
-        const seen = (words) =>
-          new Promise((resolve) => {
-            const look = () =>
-              document.getElementById('summary').textContent.startsWith(words) ? resolve(performance.now()) : setTimeout(look, 1);
-            look();
-          });
-        document.getElementById('liveFile').disabled = false;
-        document.getElementById('liveFile').click();
-        await seen('1 message ');
-        const start = performance.now();
-        window.parts.push(second);
-        return (await seen('2 messages')) - start;
-      },
-      [line(2)],
-    );
-    console.log(`# a line of a file appears after ${Math.round(taken)} ms`);
+    await followFile(page);
+    const write = (text) => window.parts.push(text) && Date.now();
+    await appearsInTime(page, 'file', (text) => page.evaluate(write, text));
+  });
+});
+
+// Follows a file of the parts that stand in the page's `parts`.
+async function followFile(page, ...parts) {
+  await page.evaluate((first) => {
+    window.parts = first;
+    window.showOpenFilePicker = () => [{ name: 'device.log', getFile: () => new File(window.parts, 'device.log') }];
+    document.getElementById('liveFile').disabled = false;
+    document.getElementById('liveFile').click();
+  }, parts);
+  await page.waitForSelector('#live:not([hidden])');
+}
+
+test('a file that becomes shorter is another log, and what was read stays', async () => {
+  await withPage(async (page) => {
+    await followFile(page, line(1), line(2));
+    await says(page, '#summary', '2 messages');
     await page.evaluate(() => window.parts.shift());
     await says(page, '#announcer', 'has become shorter');
     assert.ok(await page.isHidden('#live'));

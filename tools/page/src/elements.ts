@@ -153,16 +153,24 @@ export function announce(words: string, isRefused = false) {
   }, 50);
 }
 
-/** Calls once in a while at most, the last time after all calls; less often when a call takes long. */
-export function seldom(call: () => unknown, milliseconds: number) {
+/**
+ * Calls once in a while at most, the last time after all calls; less often when a call takes long. `isEager`: at once when
+ * the latest call is a while ago.
+ */
+export function seldom(call: () => unknown, milliseconds: number, isEager = false) {
   let timer: ReturnType<typeof setTimeout> | undefined;
   let pause = milliseconds;
+  let ended = -Infinity;
   return () => {
-    timer ??= setTimeout(() => {
-      timer = undefined;
-      const start = performance.now();
-      call();
-      pause = Math.max(milliseconds, 6 * (performance.now() - start));
-    }, pause);
+    timer ??= setTimeout(
+      () => {
+        timer = undefined;
+        const start = performance.now();
+        call();
+        ended = performance.now();
+        pause = Math.max(milliseconds, 6 * (ended - start));
+      },
+      isEager ? Math.max(0, ended + pause - performance.now()) : pause,
+    );
   };
 }

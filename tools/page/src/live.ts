@@ -1,6 +1,6 @@
 // Logs that go on: a file that grows, a serial line, a WebSocket of a bridge on this machine. What comes is read at once;
 // what is sent was looked at first.
-import { announce, busy, byId } from './elements.ts';
+import { announce, busy, byId, seldom } from './elements.ts';
 import type { CoreCalls } from './reader.ts';
 import { bytesOf, coreText, isUtf8 } from './bytes.ts';
 import { serialLine, type Serial } from './serialLine.ts';
@@ -67,7 +67,7 @@ function socketLine(address: string, onBytes: OnBytes, onEnd: OnEnd): Promise<Li
 export class Live {
   #line?: Line;
   #waiting: Bytes[] = [];
-  #timer?: ReturnType<typeof setTimeout>;
+  #handOnSoon = seldom(() => this.#handOn(), pause, true); // each is a job
   #message: Bytes = new Uint8Array(); // to be sent
   #toSend?: Bytes; // the same, sealed
   isFollowing = true;
@@ -150,15 +150,12 @@ export class Live {
     this.#follow(true);
   }
 
-  // Handed on a few times a second at most, since each is a job.
   #take(bytes: Bytes) {
     this.#waiting.push(bytes);
-    this.#timer ??= setTimeout(() => this.#handOn(), pause);
+    this.#handOnSoon();
   }
 
   #handOn() {
-    clearTimeout(this.#timer);
-    this.#timer = undefined;
     if (!this.#line || this.#waiting.length === 0) return;
     const bytes = new Uint8Array(this.#waiting.reduce((sum, { length }) => sum + length, 0));
     let at = 0;

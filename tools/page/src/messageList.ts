@@ -31,7 +31,7 @@ export class MessageList {
   #digests = new Map<number, ShownDigest | undefined>(); // of rows, what their messages say; nothing while it is asked for
   #wanted = new Set<number>(); // rows
   #columns: ShownColumn[] = [];
-  #ask = seldom(() => this.#askWanted(), 20);
+  #ask = seldom(() => this.#askWanted(), 20, true);
   rows: Uint32Array = new Uint32Array();
 
   constructor(
