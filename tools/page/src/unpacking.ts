@@ -100,9 +100,10 @@ export async function plainBlob(
     } catch (error) {
       if (!(error instanceof NotUnpacked)) throw error;
       const { name, command } = packing;
+      const asWord = /^[\w.+-]+$/.test(file) ? file : `'${file.replaceAll("'", "'\\''")}'`; // of a command line
       const remedy = error.options
-        ? `unpack it first (${command} ${error.options} ${file}) and open what comes out`
-        : `what stands in front of that comes out of ${command} -c ${file} > part.log; open part.log`;
+        ? `unpack it first (${command} ${error.options} ${asWord}) and open what comes out`
+        : `what stands in front of that comes out of ${command} -c ${asWord} > part.log; open part.log`;
       throw new Error(`${file} is packed with ${name}, and ${error.message}: ${remedy}.`);
     }
   }
