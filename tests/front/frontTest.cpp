@@ -57,7 +57,7 @@ static_assert(!std::is_convertible_v<owned_t<DeviceInfo2>, owned_t<DeviceInfo>>)
 class FrontTest : public HostTest {};
 
 TEST_F(FrontTest, ReadsAndWritesEveryMessageAndItsDefaults) {
-    messages_t::forEach([&]<class Message>(Message) {
+    messages_t::forEach([&]<class Message>(Message) __attribute__((noinline)) {
         constexpr std::int32_t id = Message::id;
         SCOPED_TRACE(id);
         const std::string &text = sampleOf(id).text;
@@ -91,7 +91,7 @@ std::string without(std::string text, int n) {
 }
 
 TEST_F(FrontTest, StructuresAreEqualAsTheirTextsAre) {
-    messages_t::forEach([&]<class Message>(Message) {
+    messages_t::forEach([&]<class Message>(Message) __attribute__((noinline)) {
         constexpr std::int32_t id = Message::id;
         SCOPED_TRACE(id);
         const std::string &text = sampleOf(id).text;
@@ -148,7 +148,7 @@ TEST_F(FrontTest, NamesEnumerationsAndKeepsTheKindOfWhatIsAssignedTo) {
 
 // Also on a stack that was used before; and all that C hosts rely on is as it is there.
 TEST_F(FrontTest, PlainStructuresBeginAsZeros) {
-    messages_t::forEach([]<class Message>(Message) {
+    messages_t::forEach([]<class Message>(Message) __attribute__((noinline)) {
         using structure_t = typename Message::structure_t;
         if constexpr (std::is_aggregate_v<structure_t>) {
             static_assert(std::is_standard_layout_v<structure_t> && std::is_trivially_copyable_v<structure_t>);
@@ -258,7 +258,7 @@ TEST_F(FrontTest, ALineHasNumbersOfItsOwn) {
 }
 
 TEST_F(FrontTest, DispatchesEveryMessageToWhatTakesIt) {
-    messages_t::forEach([]<class Message>(Message) {
+    messages_t::forEach([]<class Message>(Message) __attribute__((noinline)) {
         constexpr std::int32_t id = Message::id;
         const std::string &text = sampleOf(id).text;
         const auto take = [](const typename Message::structure_t &structure, std::int32_t given) {

@@ -159,7 +159,7 @@ TEST_F(CheckTest, LossyPrintsAllTheSameButForWhatIsNotThere) {
 TEST_F(CheckTest, TellsAProblemWhenAndOnlyWhenSomethingIsLost) {
     std::minstd_rand random(1);
     int kept = 0, lost = 0;
-    messages_t::forEach([&]<class Message>(Message) {
+    messages_t::forEach([&]<class Message>(Message) __attribute__((noinline)) {
         using structure_t = typename Message::structure_t;
         constexpr auto show = &conversionOf<structure_t, typename Message::record_t>::visit;
         for (int round = 0; round < rounds(400); ++round) {
