@@ -108,6 +108,7 @@ export class Editor {
     const bytes = this.#kind === 'names' ? bytesOfCoreText(value) : bytesOf(value);
     const error = await this.onValue(bytesOfCoreText(this.#path), bytes, isQuoted);
     byId('editorError').textContent = error ?? '';
+    this.#place();
     this.#control.setAttribute('aria-invalid', String(error !== undefined));
     if (error) this.#control.focus();
     else this.close();

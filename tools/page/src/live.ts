@@ -9,6 +9,8 @@ import type { Bytes } from './types.ts';
 
 const pause = 20; // milliseconds between looks at a file, and between what is handed on
 
+const ownBridge = /^ws:\/\/(127\.0\.0\.1|localhost)(:\d+)?(\/|$)/i; // as the page's policy has it
+
 /** Where bytes come from, and can be sent to. */
 export interface Line {
   name: string;
@@ -50,6 +52,8 @@ async function fileLine(onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
 }
 
 function socketLine(address: string, onBytes: OnBytes, onEnd: OnEnd): Promise<Line> {
+  if (!ownBridge.test(address))
+    throw new Error(`"${address}" is no bridge of this machine, the only one that the page may ask: ws://127.0.0.1:8765/ is one.`);
   return new Promise((resolve, reject) => {
     const socket = new WebSocket(address);
     socket.binaryType = 'arraybuffer';
@@ -59,7 +63,7 @@ function socketLine(address: string, onBytes: OnBytes, onEnd: OnEnd): Promise<Li
       onBytes(typeof data === 'string' ? encoder.encode(data) : new Uint8Array(data));
     socket.onclose = () => {
       reject(new Error(`Nothing answers at ${address}: start the bridge there, as websocketd --port=8765 tail -f device.log`));
-      onEnd(`${address} has ended.`);
+      onEnd(`${address} has ended. What it sent stays here until another log is opened.`);
     };
   });
 }

@@ -92,7 +92,8 @@ export class MessageList {
     byId('noMessages').textContent = count > 0 ? 'No message passes the filters: clear them, or choose others.' : this.#whyNone(this.log);
   }
 
-  #whyNone({ isCut, encoding }: Log) {
+  #whyNone({ isCut, encoding, size }: Log) {
+    if (size === 0) return 'It is empty.';
     if (isCut) return 'No message of it was read.';
     return encoding
       ? `The messages in it ${encoding}; open what comes out.`

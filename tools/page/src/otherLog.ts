@@ -39,7 +39,7 @@ export class OtherLog {
       await log.read(() => {});
       await log.orderByTime();
     } catch (error) {
-      announce((error as Error).message, true);
+      announce(shownWords((error as Error).message), true);
       return;
     }
     if (this.#reading !== log) return;

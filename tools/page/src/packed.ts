@@ -11,5 +11,6 @@ export const packedIn = (id: string) => unpackedText(document.getElementById(id)
 
 /** Says why there is no page. */
 export function noteFailedStart(error: Error) {
+  for (const useless of document.querySelectorAll<HTMLElement>('main > *, .bar .actions')) useless.hidden = true;
   document.getElementById('readingProblem')!.textContent = `The page can't start: ${error.message}. Open it in a current browser.`;
 }

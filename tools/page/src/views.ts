@@ -38,14 +38,16 @@ export function makeViews(onView: (address: string) => void, addressNow: () => s
       ),
     );
   };
+  // Gives whether the browser keeps them, and not this page alone.
   const change = (now: View[]) => {
     views = now;
+    draw();
     try {
       localStorage.setItem(kept, JSON.stringify(views));
+      return true;
     } catch {
-      // Where the browser keeps nothing they are there until the page is left.
+      return false;
     }
-    draw();
   };
   const choose = ({ address }: View) => {
     details.open = false;
@@ -61,8 +63,9 @@ export function makeViews(onView: (address: string) => void, addressNow: () => s
     const called = name.value.trim();
     if (called === '') return;
     name.value = '';
-    change([...views.filter((one) => one.name !== called), { name: called, address: addressNow() }]);
-    announce('The filters are kept under this name.');
+    const isKept = change([...views.filter((one) => one.name !== called), { name: called, address: addressNow() }]);
+    if (isKept) announce('The filters are kept under this name.');
+    else announce('This browser keeps nothing: they have this name until the page is left. A bookmark of it has them, too.', true);
   });
   draw();
 }
