@@ -34,6 +34,8 @@ if("${instrumentation}" MATCHES "address|memory")
 endif()
 
 option(VEK_UNITY "Compile sources several at once: quicker from nothing, slower after a change" OFF)
+set(VEK_UNITY_BATCH 8 CACHE STRING "How many are compiled together")
+mark_as_advanced(VEK_UNITY_BATCH)
 
 if(VEK_UNITY AND NOT CMAKE_BUILD_TYPE) # the quick build links many programs, which takes this linker half the time
     find_program(VEK_GOLD ld.gold)
@@ -62,7 +64,7 @@ function(vekCompiling target)
                                                C_STANDARD 99
                                                CXX_VISIBILITY_PRESET hidden C_VISIBILITY_PRESET hidden
                                                VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ${isLoaded}
-                                               UNITY_BUILD ${isTogether} UNITY_BUILD_BATCH_SIZE 8)
+                                               UNITY_BUILD ${isTogether} UNITY_BUILD_BATCH_SIZE ${VEK_UNITY_BATCH})
     if(MSVC) # Microsoft's compiler, or clang in its place
         target_compile_options(${target} PRIVATE /utf-8 $<$<BOOL:${VEK_DEVELOPER}>:/W4>)
     elseif(VEK_DEVELOPER)

@@ -14,19 +14,19 @@ files=("$@")
 
 clang-format --dry-run -Werror "${files[@]}"
 
-# How the files are compiled; nothing needs to be built for it. All of them are analysed several at once, as the builds from
-# nothing compile them (what they include is read once for all); single ones alone.
+# How the files are compiled; nothing needs to be built for it. All of them are analysed many at once, so that what they
+# include is read and followed once for all; single ones alone, and the fuzzers, which compile what others do, too.
 unity=OFF
 [ $# -gt 0 ] || unity=ON
-cmake --preset release -B build/lint/release -DVEK_UNITY=$unity -DVEK_TESTS=ON -DVEK_BENCH=ON \
+cmake --preset release -B build/lint/release -DVEK_UNITY=$unity -DVEK_UNITY_BATCH=24 -DVEK_TESTS=ON -DVEK_BENCH=ON \
     -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
-cmake --preset fuzz -B build/lint/fuzz -DVEK_UNITY=$unity -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
+cmake --preset fuzz -B build/lint/fuzz -DVEK_UNITY=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
 
 # tidy FILE: prints what was found, and nothing else. What the build wrote is checked as the folder's own files are. The
 # static analyzer follows a tenth of the paths through a function that it would: beyond, it takes three times as long.
 tidy() {
     local build=release folder=${1#"$PWD/build/lint/"} output
-    [[ $1 != "$PWD/fuzz/"* && $folder != fuzz/* ]] || build=fuzz
+    [[ $1 != "$PWD/fuzz/"* ]] || build=fuzz
     folder=${folder#*/}
     output=$(clang-tidy --quiet -p "build/lint/$build" \
         --checks="-bugprone-suspicious-include,$(sed -n 's/^Checks: //p' "${folder%%/*}/.clang-tidy" 2>/dev/null)" \
@@ -38,14 +38,15 @@ tidy() {
 }
 export -f tidy
 
-# What is compiled here (a peer that is not installed is not); of the fuzzers' build the fuzzers alone.
+# What is compiled here (a peer that is not installed is not); of the fuzzers' build their own folder alone. First what
+# holds most sources, so that no processor waits for it at the end.
 compiled() {
     {
         sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/release/compile_commands.json |
             grep -v '/tests/front/headers/'
         sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/lint/fuzz/compile_commands.json |
-            grep -E "^.{${#PWD}}/(build/lint/fuzz/)?fuzz/"
-    } | sort -u
+            grep -E "^.{${#PWD}}/fuzz/"
+    } | sort -u | xargs -d '\n' grep -cH '^#include "/' | sort -t : -k 2,2nr | sed 's/:[0-9]*$//'
 }
 if [ $# -gt 0 ]; then # a program's files are compiled together all the same
     compiled | while read -r one; do
