@@ -5,7 +5,7 @@ import { readFileSync } from 'node:fs';
 import { test } from 'node:test';
 import { gzipSync } from 'node:zlib';
 import { bridge } from './bridge.mjs';
-import { isFirefox, openFile, openLine, says, settled, withPage } from './browser.mjs';
+import { openFile, openLine, says, settled, withPage } from './browser.mjs';
 import { logLines, message } from './makeLog.mjs';
 
 const audit = readFileSync(new URL('../../tools/page/node_modules/axe-core/axe.min.js', import.meta.url), 'utf8');
@@ -223,8 +223,7 @@ const ways = {
 };
 
 for (const [way, options] of Object.entries(ways)) {
-  test(`every trouble: ${way}`, async (context) => {
-    if (isFirefox) return context.skip('tried in Chromium alone');
+  test(`every trouble: ${way}`, async () => {
     const line = await bridge();
     const tell = async (page) => {
       await page.evaluate(audit);

@@ -35,6 +35,18 @@ const theme = EditorView.theme({
   ...Object.fromEntries(kindColours.slice(1).map((colour) => [`.cm-${colour}`, { color: `var(--${colour})` }])),
 });
 
+// What is typed takes the place of what is selected. Left to themselves, Firefox keeps a line that is selected whole, and
+// Chromium gives what is typed the colour of what was there, as a style that the page's policy refuses.
+const typingOver = EditorView.domEventHandlers({
+  beforeinput(event, view) {
+    const { data, inputType, isComposing, cancelable } = event;
+    if (inputType !== 'insertText' || data === null || isComposing || !cancelable || view.state.selection.main.empty) return false;
+    event.preventDefault();
+    view.dispatch(view.state.replaceSelection(data), { userEvent: 'input.type', scrollIntoView: true });
+    return true;
+  },
+});
+
 export class RawEditor {
   #dialog = byId('rawDialog');
   #view?: EditorView;
@@ -83,6 +95,7 @@ export class RawEditor {
           highlightSpecialChars({ specialChars: unprintableSigns(), render }),
           history(),
           keymap.of([{ key: 'Mod-Enter', run: () => (busy(this.#commit()), true) }, ...historyKeymap, ...standardKeymap]),
+          typingOver,
           marks,
           editorTheme,
           theme,
