@@ -196,7 +196,9 @@ bool clusterServer_t::insert(const std::string &statement, const std::string &st
                                            {"min_insert_block_size_bytes", "4000000000"}};
     if (isCurrent_) // as logs of many years have
         settings.emplace_back("max_partitions_per_insert_block", "0");
+    away_ = insertAway_;
     const bool isDone = send(settings, statement, answer) == outcome_t::done;
+    insertAway_ = away_;
     if (isDone) // else they are there until the session's end, and take room
         static_cast<void>(
             send({{"session_id", session}}, inspect::joined({"DROP TEMPORARY TABLE IF EXISTS ", sentTable}), answer));
@@ -269,8 +271,7 @@ clusterServer_t::outcome_t clusterServer_t::send(const httpClient_t::parameters_
     try {
         httpClient_t::answer_t answer = client_.post(parameters, body);
         if (answer.status == 200) {
-            waited_ = 0;
-            isToldAway_ = false;
+            away_ = {};
             text = std::move(answer.body);
             return outcome_t::done;
         }
@@ -302,36 +303,52 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
                                   refusal.code == alreadyRunning || refusal.code == cancelled;
     if (!isOtherwiseLater && !isTableAway)
         refuse(why);
-    if (refusal.code == earlierInsertWaits && waited_ == 0) { // one of another loader
+    if (refusal.code == earlierInsertWaits && isOtherLoaders(answer.body)) {
         constexpr unsigned moment = 100;
         sleepMilliseconds(moment);
-        waited_ = moment;
+        away_.waited += moment;
         return;
     }
-    const std::string all = why + (isTableAway ? "; each server of a cluster gets its tables when something is loaded "
-                                                 "through it"
-                                               : "");
+    std::string all = why;
+    if (isTableAway)
+        all += "; each server of a cluster gets its tables when something is loaded through it";
+    if (refusal.code == earlierInsertWaits)
+        all +=
+            "; where a server took the place of another one, SYSTEM RESTART REPLICA on it, of that table with _local "
+            "behind its name, counts what it has copied";
     if (isTableAway && !awaitsTables_)
         refuse(all);
     waitAfter(all);
 }
 
+// Whether the write that is waited for is one that another loader makes at the moment. That of a server that is gone
+// for good may have its copies and still wait: it stays the same.
+bool clusterServer_t::isOtherLoaders(std::string_view refusal) {
+    constexpr std::uint64_t longest = 3000; // milliseconds
+    const std::size_t at = std::min(refusal.find("part_name: "), refusal.size());
+    const std::string_view part = refusal.substr(at, refusal.find('\n', at) - at);
+    if (part != earlierInsert_)
+        away_ = {};
+    earlierInsert_ = part;
+    return away_.waited < longest;
+}
+
 void clusterServer_t::waitAfter(const std::string &why, std::string_view question) {
-    if (waited_ >= patience_ && !isPatient_)
+    if (away_.waited >= patience_ && !isPatient_)
         refuse(why + (patience_ == firstPatience ? std::string(question)
                                                  : "; what was loaded is there, and loading the same again goes on "
                                                    "behind it"));
-    if (!isToldAway_) {
-        isToldAway_ = true;
+    if (!away_.isTold) {
+        away_.isTold = true;
         if (isTerminal(2))
             writeAll(2, "\r\x1b[K"); // there may be a bar of progress
         complain(name_ + ": " + why + "; trying again" +
                  (isPatient_ ? " until it is there" : " for " + std::to_string(patience_ / 1000) + " s"));
     }
-    const std::uint64_t left = isPatient_ ? longestPause : patience_ - waited_;
-    const std::uint64_t pause = std::min(std::clamp<std::uint64_t>(waited_, 100, longestPause), left);
+    const std::uint64_t left = isPatient_ ? longestPause : patience_ - away_.waited;
+    const std::uint64_t pause = std::min(std::clamp<std::uint64_t>(away_.waited, 100, longestPause), left);
     sleepMilliseconds(static_cast<unsigned>(pause));
-    waited_ += pause;
+    away_.waited += pause;
 }
 
 void clusterServer_t::refuse(const std::string &why) const {

@@ -76,6 +76,7 @@ private:
     outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
     outcome_t sendRows(httpClient_t::parameters_t parameters, std::string_view packed);
     void judge(const httpClient_t::answer_t &answer);
+    bool isOtherLoaders(std::string_view refusal);
     /// `question`: what may be wrong when it has never worked.
     void waitAfter(const std::string &why, std::string_view question = {});
     [[noreturn]] void refuse(const std::string &why) const;
@@ -85,10 +86,14 @@ private:
     std::string servers_; // as they are given
     httpClient_t client_;
     std::uint64_t sessions_ = 0;
-    std::uint64_t waited_ = 0; // milliseconds, since it last worked
+    struct away_t {               // since it last worked
+        std::uint64_t waited = 0; // milliseconds
+        bool isTold = false;
+    };
+    away_t away_, insertAway_; // also when what is asked for before each attempt to insert works
+    std::string earlierInsert_;
     std::uint64_t patience_;
     bool isPatient_, isReplicated_ = false, isCurrent_ = false, awaitsTables_ = true;
-    bool isToldAway_ = false;           // since it last worked
     httpClient_t::parameters_t always_; // in every request
 };
 
