@@ -9,10 +9,10 @@ mkdirSync(folder, { recursive: true });
 const log = { name: 'device.log', mimeType: 'text/plain', buffer: Buffer.from([...logLines(3000)].join('')) };
 const frames = (page) => page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
 
-// When all is shown and said.
+// When all is shown. What is said for a while, a picture need not wait for.
 async function settle(page) {
   await settled(page);
-  await page.waitForSelector('#announcer:empty', { state: 'attached' });
+  await page.$eval('#announcer', ({ style }) => (style.visibility = 'hidden'));
   await frames(page);
 }
 
