@@ -335,9 +335,10 @@ bool clusterServer_t::isOtherLoaders(std::string_view refusal) {
 
 void clusterServer_t::waitAfter(const std::string &why, std::string_view question) {
     if (away_.waited >= patience_ && !isPatient_)
-        refuse(why + (patience_ == firstPatience ? std::string(question)
-                                                 : "; what was loaded is there, and loading the same again goes on "
-                                                   "behind it"));
+        throw stillAway_t(inspect::joined(
+            {name_, ": ", why,
+             patience_ == firstPatience ? question
+                                        : "; what was loaded is there, and loading the same again goes on behind it"}));
     if (!away_.isTold) {
         away_.isTold = true;
         if (isTerminal(2))

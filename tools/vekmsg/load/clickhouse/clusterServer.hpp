@@ -7,6 +7,7 @@
 
 #include "tools/vekmsg/load/clickhouse/httpClient.hpp"
 #include "tools/vekmsg/load/clickhouse/packedRows.hpp"
+#include "tools/vekmsg/load/databaseError.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -24,6 +25,12 @@ std::string sqlName(std::string_view name);
 std::string sqlHex(std::string_view bytes);
 /// Any bytes as a constant text.
 std::string sqlText(std::string_view bytes);
+
+/// A server that had as much time as it gets, and may work later.
+class stillAway_t : public databaseError_t {
+public:
+    using databaseError_t::databaseError_t;
+};
 
 class clusterServer_t {
 public:

@@ -39,6 +39,8 @@ clusterStore_t::clusterStore_t(const std::string &url, bool isPatient) : server_
 void clusterStore_t::askAbout(const std::string &table, const std::function<void()> &ask) {
     try {
         ask();
+    } catch (const stillAway_t &) {
+        throw;
     } catch (const databaseError_t &error) {
         throw databaseError_t(inspect::joined({error.what(), "; that was about the table ", table,
                                                ", which may be changed, or renamed, as then it is made anew"}));
