@@ -50,8 +50,8 @@ keep() {
 }
 
 if [ "$mode" = farm ]; then
-    prepare build/farm "$seconds" -DVEK_FUZZ_SANITIZERS=
-    fuzz build/farm
+    prepare build/fuzzPlain "$seconds" -DVEK_FUZZ_SANITIZERS=
+    fuzz build/fuzzPlain
     seconds=10
 fi
 prepare build/fuzz "$seconds"
@@ -64,7 +64,7 @@ if [ "$mode" = keep ]; then
 fi
 if [ "$mode" = farm ]; then
     for one in "${fuzzers[@]}"; do
-        cp -ru "build/farm/fuzz/${one}Corpus" build/fuzz/fuzz/
+        cp -ru "build/fuzzPlain/fuzz/${one}Corpus" build/fuzz/fuzz/
     done
 fi
 fuzz build/fuzz
