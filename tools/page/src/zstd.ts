@@ -17,9 +17,9 @@ const dictionaryWrong = -32; // ZSTD_error_dictionary_wrong
 
 /** A file that is not what zstd packed, or not with what is here. */
 export class NotUnpacked extends Error {
-  /** What `zstd -d` must be told besides. */
   constructor(
     message: string,
+    /** What `zstd -d` must be told besides. */
     readonly options = '',
   ) {
     super(message);

@@ -303,12 +303,8 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
                                   refusal.code == alreadyRunning || refusal.code == cancelled;
     if (!isOtherwiseLater && !isTableAway)
         refuse(why);
-    if (refusal.code == earlierInsertWaits && isOtherLoaders(answer.body)) {
-        constexpr unsigned moment = 100;
-        sleepMilliseconds(moment);
-        away_.waited += moment;
+    if (refusal.code == earlierInsertWaits && waitedForOther(answer.body))
         return;
-    }
     std::string all = why;
     if (isTableAway)
         all += "; each server of a cluster gets its tables when something is loaded through it";
@@ -321,16 +317,20 @@ void clusterServer_t::judge(const httpClient_t::answer_t &answer) {
     waitAfter(all);
 }
 
-// Whether the write that is waited for is one that another loader makes at the moment. That of a server that is gone
-// for good may have its copies and still wait: it stays the same.
-bool clusterServer_t::isOtherLoaders(std::string_view refusal) {
-    constexpr std::uint64_t longest = 3000; // milliseconds
+// Another loader's write has its copies in a moment. That of a server that is gone for good waits on, though it may
+// have them: it stays the same, and false says so.
+bool clusterServer_t::waitedForOther(std::string_view refusal) {
+    constexpr unsigned moment = 100, longest = 3000; // milliseconds
     const std::size_t at = std::min(refusal.find("part_name: "), refusal.size());
     const std::string_view part = refusal.substr(at, refusal.find('\n', at) - at);
     if (part != earlierInsert_)
         away_ = {};
     earlierInsert_ = part;
-    return away_.waited < longest;
+    if (away_.waited >= longest)
+        return false;
+    sleepMilliseconds(moment);
+    away_.waited += moment;
+    return true;
 }
 
 void clusterServer_t::waitAfter(const std::string &why, std::string_view question) {

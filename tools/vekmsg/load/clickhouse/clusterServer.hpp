@@ -83,7 +83,7 @@ private:
     outcome_t send(const httpClient_t::parameters_t &parameters, std::string_view body, std::string &answer);
     outcome_t sendRows(httpClient_t::parameters_t parameters, std::string_view packed);
     void judge(const httpClient_t::answer_t &answer);
-    bool isOtherLoaders(std::string_view refusal);
+    bool waitedForOther(std::string_view refusal);
     /// `question`: what may be wrong when it has never worked.
     void waitAfter(const std::string &why, std::string_view question = {});
     [[noreturn]] void refuse(const std::string &why) const;
